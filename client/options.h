@@ -1,0 +1,38 @@
+// options.h - the option texts of one command and the values they stand for.
+#ifndef CALLPLW_OPTIONS_H
+#define CALLPLW_OPTIONS_H
+
+#include <string>
+
+constexpr int commandSize = 1024;   // bytes of the -x text, its terminator counted
+constexpr int slotCount = 'z' + 1;  // slots are indexed by the option letter's code
+constexpr int slotSize = 1024;      // bytes of one slot, its terminator counted
+constexpr int longTextSize = 65536; // bytes of the -f and of the -p text
+
+// One text per option letter; an empty text means that the option was not given.
+using OptionSlots = char[slotCount][slotSize];
+
+// What a command may read: the slots and the two long texts. None is ever changed by a command.
+struct Options {
+    const OptionSlots &slots;
+    const char *fText;
+    const char *pText;
+
+    const char *operator[](char letter) const { return slots[static_cast<int>(letter)]; }
+};
+
+// NaN for an empty text, else what atof reads: 0 for a text that is no number.
+double real(const char *text);
+double real(const char *text, double whenEmpty);
+
+// -1 for an empty text, else what atoi reads: 0 for a text that is no number.
+int integer(const char *text);
+int integer(const char *text, int whenEmpty);
+
+// false for an empty text and one that begins with n or N, else true: "0" and "false" are yes.
+bool yesNo(const char *text);
+
+// 2 (keep) for an empty text and one that begins with k or K, 0 (off) for n or N, else 1 (on).
+int triState(const char *text);
+
+#endif

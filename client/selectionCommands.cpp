@@ -1,0 +1,61 @@
+#include "client/answer.h"
+#include "client/commands.h"
+#include "client/execute.h"
+#include "client/text.h"
+
+namespace command {
+
+void selectCurve(PlotwerkControl &plotwerk, const Options &options) {
+    const std::string source = utf8Text(options['s']);
+    const int table = integer(options['t']);
+    const std::string column = utf8Text(options['c']);
+    const bool append = yesNo(options['a']);
+    plotwerk.selectCurvesOf_sourceName_table_column_appendSelection_(documentName, source, table,
+                                                                     column, append);
+}
+
+void selectCurveByPosition(PlotwerkControl &plotwerk, const Options &options) {
+    const int firstSource = integer(options['s']);
+    const int lastSource = integer(options['e']);
+    const int firstTable = integer(options['t']);
+    const int lastTable = integer(options['u']);
+    const int firstColumn = integer(options['c']);
+    const int lastColumn = integer(options.fText); // the long -f text, read as a plain number
+    const bool append = yesNo(options['a']);
+    plotwerk
+        .selectCurvesOf_sourceIndexFirst_sourceIndexLast_tableFirst_tableLast_columnFirst_columnLast_appendSelection_(
+            documentName, firstSource, lastSource, firstTable, lastTable, firstColumn, lastColumn,
+            append);
+}
+
+void selectCurveByIndex(PlotwerkControl &plotwerk, const Options &options) {
+    const int first = integer(options['i']);
+    const int last = integer(options['j']);
+    const bool append = yesNo(options['a']);
+    plotwerk.selectCurvesOf_indexFirst_indexLast_appendSelection_(documentName, first, last,
+                                                                  append);
+}
+
+void indexOfCurveName(PlotwerkControl &plotwerk, const Options &options) {
+    const std::string source = utf8Text(options['s']);
+    const int table = integer(options['t']);
+    const std::string column = utf8Text(options['c']);
+    answer("%d\n",
+           plotwerk.indexOfCurveNameOf_source_table_column_(documentName, source, table, column));
+}
+
+void nextMarkedCurve(PlotwerkControl &plotwerk, const Options &) {
+    const auto [name, source, yData, table, index] =
+        plotwerk.nameOfNextMarkedCurveOf_name_source_yData_table_index_(documentName);
+    answer("%d %s %s Table %d %s\n", index, yData ? "y" : "x", name.c_str(), table, source.c_str());
+}
+
+void markSelectedCurves(PlotwerkControl &plotwerk, const Options &) {
+    answer("%d\n", plotwerk.markSelectedCurvesOf_(documentName));
+}
+
+void markSelectionAsFitData(PlotwerkControl &plotwerk, const Options &) {
+    plotwerk.markSelectionAsFitDataOf_(documentName);
+}
+
+} // namespace command

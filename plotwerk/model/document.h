@@ -1,0 +1,157 @@
+// document.h - what a document holds: sources of tables of columns, and how they are drawn.
+//
+// Sources, tables and columns count from 1 in messages and on paper; curves and points count from
+// 0. A curve is a y column over the x column of its table; the curves of a document are numbered in
+// the order of sources, tables and columns. NaN marks a missing value.
+#ifndef PLOTWERK_MODEL_DOCUMENT_H
+#define PLOTWERK_MODEL_DOCUMENT_H
+
+#include <array>
+#include <filesystem>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace plotwerk {
+
+constexpr double unset = std::numeric_limits<double>::quiet_NaN();
+
+// Each part of a colour lies in 0..1.
+struct Colour {
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+    double opacity = 1;
+};
+
+struct CurveLook {
+    bool visible = true;
+    bool line = true;
+    bool stepped = false;
+    bool yError = false; // bars from the table's column "NAME error"
+    bool xError = false; // bars from the table's column "X error"
+    bool dashed = false;
+    bool filled = false;
+    bool upperX = false; // drawn against the upper x axis
+    bool rightY = false; // drawn against the right y axis
+    bool marker = false; // a vertical line at every point, as for peaks
+    bool symbols = false;
+    int sum = 0;                    // points that are averaged into one; 0 and 1: none
+    double interpolationPoints = 0; // points drawn between two data points
+    int interpolationType = 0;      // 0 straight, 1 cubic spline
+    double symbolSize = 4;          // in points of 1/72 inch
+    int symbolInc = 1;              // every so many points have a symbol
+    std::array<int, 4> symbol{0, 0, 0, 0};
+    double lineThickness = 1; // in points
+    std::array<double, 4> dashLength{4, 2, 0, 0};
+    Colour lineColour;
+    Colour fillColour{0.8, 0.8, 0.8, 1};
+};
+
+struct Column {
+    std::string name;
+    std::vector<double> values;
+    CurveLook look;
+    bool marked = false;
+    bool fitData = false; // at most one column of a document
+    int place = 0;        // in the selection: 1 for the first selected curve, 0 for none
+};
+
+// All columns have the same number of rows. x is a column like the others but never a curve.
+struct Table {
+    Column x;
+    std::vector<Column> y;
+};
+
+struct Source {
+    std::string name;
+    std::vector<Table> tables;
+};
+
+// An unset limit follows the data.
+struct Range {
+    double min = unset;
+    double max = unset;
+};
+
+struct Axis {
+    Range range;
+    std::string title; // RTF or plain text
+    double increment = unset;
+    int ticks = -1;     // small ticks between two numbers; -1 automatic
+    int precision = -1; // decimals of the numbers; -1 automatic
+    bool logarithmic = false;
+    bool insideTicks = true;
+    bool outsideTicks = false;
+    bool majorGrid = false;
+    bool minorGrid = false;
+    bool exponents = false; // numbers as powers of ten
+    double labelAngle = 0;  // of the numbers, in degrees
+    bool noLine = false;
+    bool numbersInside = false;
+    bool noNumbers = false;
+    bool arrow = false;
+    int logTicksAt = -1;
+    int logNumbersAt = -1;
+    bool reversed = false;
+    double labelDensity = 1;
+};
+
+// Messages number the axes from 1 in this order.
+enum AxisCode { xAxis, yAxis, upperXAxis, rightYAxis, axisCount };
+
+// Position as a part (0..1) of the frame, or in the axis's values where floating.
+struct PlacedText {
+    std::string text; // RTF or plain text
+    double x = 0.5;
+    double y = 0.5;
+    double angle = 0; // in degrees, counter-clockwise
+    bool xFloating = false;
+    bool yFloating = false;
+};
+
+struct Frame {
+    double xAxisLength = 12; // in cm
+    double yAxisLength = 8;
+    double tickLength = 0.2;
+    double axisThickness = 0.75; // in points
+    double yAxisPos = unset;     // x value at which the y axis stands; unset: at the left
+    double xAxisPos = unset;     // y value at which the x axis stands; unset: at the bottom
+    bool multiDimFit = false;
+    bool noLineOnReverse = false; // no line where x runs backwards
+};
+
+struct FitParameter {
+    std::string name;
+    double value = 1;
+    double error = unset; // unset before a fit and for a fixed parameter
+    bool fixed = false;
+};
+
+struct FitResult {
+    bool done = false;
+    int iterations = 0;
+    double lambda = unset;
+    double chiSquare = unset;
+    int points = 0;
+};
+
+struct Document {
+    std::string name;
+    std::filesystem::path path; // where it was opened from or saved as; empty when new
+    std::vector<Source> sources;
+    Frame frame;
+    std::array<Axis, axisCount> axes;
+    std::vector<PlacedText> texts;
+    std::string formula;
+    std::vector<FitParameter> parameters; // in order of appearance in the formula
+    Range fitRange;
+    FitResult fit;
+    int markWalk = 0;     // the curve at which the next marked one is looked for
+    bool changed = false; // since it was saved
+    bool lastSaveSucceeded = false;
+};
+
+} // namespace plotwerk
+
+#endif
