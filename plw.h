@@ -3,6 +3,13 @@
 #ifndef PLW_H
 #define PLW_H
 
+#include "util/arrays/intArray.h"
+#include "util/arrays/search.h"
+#include "util/arrays/sort.h"
 #include "util/files/fatal.h"
+#include "util/files/output.h"
+#include "util/files/path.h"
+#include "util/files/timer.h"
+#include "util/files/uniqueName.h"
 
 #endif
