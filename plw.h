@@ -11,5 +11,8 @@
 #include "util/files/path.h"
 #include "util/files/timer.h"
 #include "util/files/uniqueName.h"
+#include "util/geometry/plane.h"
+#include "util/rawdata/byteOrder.h"
+#include "util/rawdata/raster.h"
 
 #endif
