@@ -3,6 +3,16 @@
 #ifndef PLW_H
 #define PLW_H
 
+#include "util/arrays/intArray.h"
+#include "util/arrays/search.h"
+#include "util/arrays/sort.h"
 #include "util/files/fatal.h"
+#include "util/files/output.h"
+#include "util/files/path.h"
+#include "util/files/timer.h"
+#include "util/files/uniqueName.h"
+#include "util/geometry/plane.h"
+#include "util/rawdata/byteOrder.h"
+#include "util/rawdata/raster.h"
 
 #endif
