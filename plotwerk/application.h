@@ -12,12 +12,18 @@
 
 namespace plotwerk {
 
+// Data text that was copied, with the decimal separator that it is written with.
+struct Clipboard {
+    std::string dataText;
+    char decimalSeparator = '.';
+};
+
 // A name is never empty and never that of two documents: a taken one is made unique by adding the
 // time. The front document is the one opened, created or activated last. Whatever throws a Refusal
 // has changed nothing.
 class Application {
   public:
-    std::string clipboard;
+    Clipboard clipboard;
     std::string lastError; // the line of the last message that was refused, empty after a success
 
     // Null when nothing is open.
@@ -39,9 +45,9 @@ class Application {
     Document &open(const std::filesystem::path &path, bool rangeOverAll);
 
     // Saves as JSON or, when binary, as CBOR; an empty path stands for the document's own. With
-    // ownPath the path becomes the document's own; its name stays, since clients address it by that.
-    // What is saved in the document's own file counts as changed no more.
-    // Throws Refusal: no path, or a file that can't be written.
+    // ownPath the path becomes the document's own; its name stays, since clients address it by
+    // that. What is saved in the document's own file counts as changed no more. Throws Refusal: no
+    // path, or a file that can't be written.
     void save(Document &document, const std::filesystem::path &path, bool binary, bool ownPath);
 
     // With keepChanges a document with unsaved changes is first kept under

@@ -71,8 +71,8 @@ void log(LogLevel level, std::string_view text) {
     line += oneLine(text);
     line += '\n';
 
-    // A reader that has stopped reading must not stop the server: a pipe that polls as writable takes
-    // PIPE_BUF bytes, and no line is longer.
+    // A reader that has stopped reading must not stop the server: a pipe that polls as writable
+    // takes PIPE_BUF bytes, and no line is longer.
     pollfd stderrReady{STDERR_FILENO, POLLOUT, 0};
     if (poll(&stderrReady, 1, 0) != 1) return;
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line.data(), line.size());

@@ -66,7 +66,8 @@ static void openFiles(Application &application, char **files, int count) {
 
 int main(int argc, char **argv) {
     readOptions(argc, argv);
-    // A reader of the log that ends, and a file beyond the size limit, are errors of one write only.
+    // A reader of the log that ends, and a file beyond the size limit, are errors of one write
+    // only.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
 

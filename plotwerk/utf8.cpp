@@ -4,7 +4,8 @@
 
 namespace plotwerk {
 
-// The length in bytes of the character that begins the text, 0 when it is none that the bus carries.
+// The length in bytes of the character that begins the text, 0 when it is none that the bus
+// carries.
 static size_t lengthOfFirst(std::string_view text) {
     const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
 

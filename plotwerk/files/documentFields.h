@@ -19,6 +19,7 @@ template<class Archive> void fields(Archive &archive, Colour &colour) {
 
 template<class Archive> void fields(Archive &archive, CurveLook &look) {
     archive("visible", look.visible);
+    archive("layer", look.layer);
     archive("line", look.line);
     archive("stepped", look.stepped);
     archive("yError", look.yError);

@@ -178,7 +178,7 @@ Document documentOf(std::string bytes) {
     }
 
     Document document;
-    Reader(tree)("document", document);
+    Reader{tree}("document", document);
     checkWhole(document);
     return document;
 }

@@ -139,7 +139,8 @@ static bool isPlainCbor(std::string_view bytes) {
         --missing.back();
         if (bytes.starts_with("\xd8\x56")) { // doublesTag
             bytes.remove_prefix(2);
-            if (bytes.empty() || (static_cast<unsigned char>(bytes.front()) >> 5) != 2) return false;
+            if (bytes.empty() || (static_cast<unsigned char>(bytes.front()) >> 5) != 2)
+                return false;
         }
         if (bytes.empty()) return false;
 
@@ -172,7 +173,8 @@ static bool isPlainCbor(std::string_view bytes) {
 Tree treeOfCbor(std::string bytes) {
     const std::string_view body = std::string_view(bytes).substr(cborMark.size());
     if (!isPlainCbor(body)) throw Refusal("damaged");
-    Tree tree = Tree::from_cbor(body.begin(), body.end(), true, false, Tree::cbor_tag_handler_t::store);
+    Tree tree =
+        Tree::from_cbor(body.begin(), body.end(), true, false, Tree::cbor_tag_handler_t::store);
     if (tree.is_discarded()) throw Refusal("damaged");
     return tree;
 }

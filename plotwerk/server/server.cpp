@@ -51,7 +51,8 @@ static std::string ownerOfName(sdbus::IConnection &bus) {
     }
 }
 
-Server::Server(Application &application) : bus(connect()), controlObject(*bus, objectPath, application) {
+Server::Server(Application &application)
+    : bus(connect()), controlObject(*bus, objectPath, application) {
     const sigset_t signals = endingSignals();
     sigprocmask(SIG_BLOCK, &signals, nullptr);
 
