@@ -135,9 +135,10 @@ class TableReader {
         row.assign(missingBeforeFirst(p), unset);
         std::size_t width = row.size();
         while (!endsLine(*p)) {
-            double value = unset;
+            double value;
             const bool isNumber = !isQuote(*p) && readValue(p, value);
             if (!isNumber) {
+                value = unset;
                 word(p);
                 hasWord = true;
             }
