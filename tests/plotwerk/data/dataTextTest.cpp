@@ -174,8 +174,9 @@ TEST_F(DataText, ReadsBackWhatItWroteBitForBit) {
         std::memcpy(&number, &bits, sizeof number);
         if (number == number) numbers.push_back(number);
     }
-    const char *const names[] = {"",       "a b", "-",    "nan", "1e5", "say \"a\"", "it's 'b'",
-                                 "\"'\\.", "#1",  "x;y,", "2b",  "µ",   "'",         "a\\b c"};
+    const char *const names[] = {"\xEF\xBB\xBFz", "",          "a b",      "-",      "nan",
+                                 "1e5",           "say \"a\"", "it's 'b'", "\"'\\.", "#1",
+                                 "x;y,",          "2b",        "µ",        "'",      "a\\b c"};
     for (const char separator : {'.', ','}) {
         plw::decimalSeparator = separator;
         std::vector<Column> columns;
