@@ -4,8 +4,8 @@
 #include "tests/plotwerk/model/documents.h"
 #include "util/number/decimal.h"
 
+#include <bit>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <random>
 
@@ -169,9 +169,7 @@ TEST_F(DataText, ReadsBackWhatItWroteBitForBit) {
         1e22, 0.1 + 0.2, nan_};
     std::mt19937_64 random(7);
     while (numbers.size() < 20'000) {
-        const std::uint64_t bits = random();
-        double number;
-        std::memcpy(&number, &bits, sizeof number);
+        const auto number = std::bit_cast<double>(random());
         if (number == number) numbers.push_back(number);
     }
     const char *const names[] = {"\xEF\xBB\xBFz", "",          "a b",      "-",      "nan",
@@ -182,6 +180,7 @@ TEST_F(DataText, ReadsBackWhatItWroteBitForBit) {
         std::vector<Column> columns;
         for (const char *name : names) columns.push_back(column(name, numbers));
         std::vector<const Column *> pointers;
+        pointers.reserve(columns.size());
         for (const Column &each : columns) pointers.push_back(&each);
         std::string text;
         writeDataText(pointers, text);
@@ -196,8 +195,10 @@ TEST_F(DataText, ReadsBackWhatItWroteBitForBit) {
         }
         for (std::size_t i = 0; i < numbers.size(); ++i) {
             const double back = tables[0].table.y[0].values[i];
-            const bool same = std::memcmp(&back, &numbers[i], sizeof back) == 0;
-            EXPECT_TRUE(same || (back != back && numbers[i] != numbers[i])) << numbers[i];
+            const bool isNaN = back != back && numbers[i] != numbers[i];
+            const bool same =
+                std::bit_cast<std::uint64_t>(back) == std::bit_cast<std::uint64_t>(numbers[i]);
+            EXPECT_TRUE(same || isNaN) << numbers[i];
         }
     }
 }
