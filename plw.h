@@ -4,5 +4,17 @@
 #define PLW_H
 
 #include "util/files/fatal.h"
+#include "util/number/decimal.h"
+#include "util/number/format.h"
+#include "util/number/power.h"
+#include "util/text/charclass.h"
+#include "util/text/copy.h"
+#include "util/text/equation.h"
+#include "util/text/line.h"
+#include "util/text/missing.h"
+#include "util/text/name.h"
+#include "util/text/numeral.h"
+#include "util/text/search.h"
+#include "util/text/word.h"
 
 #endif
