@@ -3,6 +3,9 @@
 #ifndef PLW_H
 #define PLW_H
 
+#include "util/arrays/intArray.h"
+#include "util/arrays/search.h"
+#include "util/arrays/sort.h"
 #include "util/files/fatal.h"
 #include "util/number/decimal.h"
 #include "util/number/format.h"
@@ -16,5 +19,12 @@
 #include "util/text/numeral.h"
 #include "util/text/search.h"
 #include "util/text/word.h"
+#include "util/files/output.h"
+#include "util/files/path.h"
+#include "util/files/timer.h"
+#include "util/files/uniqueName.h"
+#include "util/geometry/plane.h"
+#include "util/rawdata/byteOrder.h"
+#include "util/rawdata/raster.h"
 
 #endif
