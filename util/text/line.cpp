@@ -1,10 +1,7 @@
 #include "util/text/line.h"
 
 #include "util/text/charclass.h"
-#include "util/text/numeral.h"
-#include "util/text/word.h"
 
-#include <cerrno>
 #include <cstring>
 
 namespace plw {
@@ -20,24 +17,6 @@ bool areLineEndPair(int first, int second) {
 }
 
 } // namespace
-
-char *scanline(const char *s, double *values, int max, int *count) {
-    char *p = skipSpaces(s);
-    *count = 0;
-    if (max > 0) errno = 0;
-    while (*count < max) {
-        char *end;
-        values[*count] = readNumber(p, &end);
-        if (errno != 0 || end == p || *p == '\n') {
-            p = end;
-            break;
-        }
-        ++*count;
-        p = skipSpaces(end);
-        if (*p == '\0' || *p == '\n') break;
-    }
-    return *p == '\n' ? p + 1 : p;
-}
 
 int getlineFromFile(std::FILE *f, char *buf, int size, char *atEof) {
     int n = 0;
