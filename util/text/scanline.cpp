@@ -6,6 +6,7 @@
 #include <bit>
 #include <cerrno>
 #include <cfloat>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -48,7 +49,7 @@ const char *gatherDigitsOneByOne(const char *p, std::uint64_t *integer) {
 
 // Appends the digits at p to *integer (modulo 2 to the 64) and returns where they end. Looks at
 // eight bytes at once where they lie before last: no branch depends on the number of digits then.
-const char *gatherDigits(const char *p, const char *last, std::uint64_t *integer) {
+inline const char *gatherDigits(const char *p, const char *last, std::uint64_t *integer) {
     if (std::endian::native != std::endian::little) return gatherDigitsOneByOne(p, integer);
 
     for (; last - p >= 8; p += 8) {
@@ -132,7 +133,7 @@ inline double readNumber(const char *s, const char *last, char **end) {
     double value;
     if (!scale(static_cast<std::int64_t>(integer), exponent, &value)) return std::strtod(s, end);
     *end = const_cast<char *>(p);
-    return negative ? -value : value;
+    return std::copysign(value, 1 - 2 * negative);
 }
 
 } // namespace
