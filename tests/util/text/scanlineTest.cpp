@@ -1,69 +1,28 @@
-#include "util/text/scanline.h"
+#include "tests/util/text/strtodScan.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <bit>
-#include <cerrno>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
+#include <cstdio>
 #include <iterator>
 #include <random>
 #include <string>
-#include <vector>
-
-using namespace plw;
 
 namespace {
 
-struct Scan {
-    int count;
-    std::vector<double> values;
-    long rest;
-    int error;
-};
-
-Scan scan(const char *text, int max) {
-    Scan s{-1, std::vector<double>(max, -77.0), 0, 0};
-    errno = 0;
-    s.rest = scanline(text, s.values.data(), max, &s.count) - text;
-    s.error = errno;
-    return s;
-}
-
-// The same by strtod alone.
-Scan slowScan(const char *text, int max) {
-    Scan s{0, std::vector<double>(max, -77.0), 0, 0};
-    const char *p = text;
-    while (*p == ' ' || *p == '\t') ++p;
-    errno = 0;
-    while (s.count < max) {
-        errno = 0;
-        char *end;
-        s.values[s.count] = std::strtod(p, &end);
-        const bool refused = errno != 0 || end == p || *p == '\n';
-        p = end;
-        if (refused) break;
-        ++s.count;
-        while (*p == ' ' || *p == '\t') ++p;
-        if (*p == '\0' || *p == '\n') break;
-    }
-    s.error = errno;
-    s.rest = (*p == '\n' ? p + 1 : p) - text;
-    return s;
-}
-
-// Bit by bit, so that -0.0 and NaN's sign count.
 void expectSameScan(const std::string &text, int max) {
-    const Scan got = scan(text.c_str(), max);
-    const Scan want = slowScan(text.c_str(), max);
+    const Scan got = scanWithScanline(text.c_str(), max);
+    const Scan want = scanWithStrtod(text.c_str(), max);
     EXPECT_EQ(got.count, want.count) << text;
     EXPECT_EQ(got.rest, want.rest) << text;
     EXPECT_EQ(got.error, want.error) << text;
     for (int i = 0; i < max; ++i)
-        EXPECT_EQ(std::bit_cast<std::uint64_t>(got.values[i]),
-                  std::bit_cast<std::uint64_t>(want.values[i]))
-            << text << " value " << i << ": " << got.values[i] << ", not " << want.values[i];
+        EXPECT_EQ(got.bits[i], want.bits[i])
+            << text << " value " << i << ": " << std::bit_cast<double>(got.bits[i]) << ", not "
+            << std::bit_cast<double>(want.bits[i]);
 }
 
 } // namespace
@@ -89,16 +48,16 @@ TEST(Scanline, StopsWhereItSays) {
         {"empty", "", 10, 0, ""},
     };
     for (const auto &c : cases) {
-        const Scan s = scan(c.text, c.max);
+        const Scan s = scanWithScanline(c.text, c.max);
         EXPECT_EQ(s.count, c.count) << c.what;
         EXPECT_STREQ(c.text + s.rest, c.rest) << c.what;
     }
 }
 
 TEST(Scanline, StoresTheNumberBehindAnEmptyLineUncounted) {
-    const Scan s = scan("\n7 8", 2);
+    const Scan s = scanWithScanline("\n7 8", 2);
     EXPECT_EQ(s.count, 0);
-    EXPECT_EQ(s.values[0], 7);
+    EXPECT_EQ(std::bit_cast<double>(s.bits[0]), 7);
 }
 
 TEST(Scanline, AgreesWithStrtodOnEveryShapeOfNumber) {
@@ -156,5 +115,39 @@ TEST(Scanline, AgreesWithStrtodOnRandomNumbers) {
         }
         expectSameScan(line, 5);
         if (HasFailure()) break;
+    }
+}
+
+TEST(Scanline, AgreesWithStrtodOnRandomDigitStrings) {
+    std::mt19937_64 random(3);
+    const auto digits = [&](int most) {
+        std::string s;
+        // Many zeros and nines: carries and halfway cases.
+        for (int n = static_cast<int>(random() % (most + 1)); n > 0; --n)
+            s += "0123456789000999"[random() % 16];
+        return s;
+    };
+    for (int i = 0; i < 100000 && !testing::Test::HasFailure(); ++i) {
+        std::string line;
+        for (int j = 0; j < 3; ++j) {
+            line += std::array{"", "-", "+", ""}[random() % 4] + digits(20);
+            if (random() % 4) line += "." + digits(20);
+            if (random() % 4 == 0)
+                line += std::array{"e", "E-", "e+", "e-"}[random() % 4] + digits(3);
+            line += std::array{" ", "\t ", ",", "\n"}[random() % 8 / 2 % 4];
+        }
+        expectSameScan(line, 4);
+    }
+}
+
+TEST(Scanline, AgreesWithStrtodBetweenTwoDoubles) {
+    std::mt19937_64 random(4);
+    for (int i = 0; i < 20000 && !testing::Test::HasFailure(); ++i) {
+        // 17 to 19 digits of what lies halfway between two doubles, or next to it.
+        const long double half = std::ldexp(static_cast<long double>(random() >> 10 | 1),
+                                            -static_cast<int>(random() % 120));
+        char text[60];
+        std::snprintf(text, sizeof text, "%.*Lg", 17 + static_cast<int>(random() % 3), half);
+        expectSameScan(text, 1);
     }
 }
