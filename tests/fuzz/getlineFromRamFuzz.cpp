@@ -4,9 +4,10 @@
 #include <algorithm>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+    if (size < 2) return 0;
     const std::string bytes = afterFirstByte(data, size);
     std::vector<char> block = exactBlock(bytes);
-    const std::size_t room = size > 0 ? data[0] % 32 + 2 : 2;
+    const std::size_t room = data[0] % 32 + 2;
     std::vector<char> buf(room);
 
     // The lines, given back their line ends, make the block again.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -70,7 +71,7 @@ TEST(Getline, ReadsLinesWithAnyLineEndAndReportsTheLast) {
 }
 
 TEST(Getline, ABufferWithoutRoomTakesNothing) {
-    for (const int size : {1, 0, -5}) {
+    for (const int size : {1, 0, INT_MIN}) {
         char text[] = "\nabc";
         char *pos = text;
         char buf[] = "x";
