@@ -69,18 +69,18 @@ double evalBySearch(Fct *f, double x) {
 
 PLW_FMA_CLONES
 double evalFct(Fct *f, double x) {
-    const long n = f->n;
-    const long hint = f->lastIndex;
+    const int n = f->n;
+    const int hint = f->lastIndex;
     const bool complete = !f->fixedLen || n == f->size;
     // most often the hint is still right, or the next sample is: what search_le would find, without
     // the call
     if (complete && hint >= 0 && hint < n - 2 && f->t[0] <= x && x <= f->t[n - 1]) {
         const double *t = f->t + hint;
         const double *y = f->y + hint;
-        if (t[0] <= x && x < t[1]) return line(t[0], y[0], t[1], y[1], x);
+        if (t[0] <= x && x < t[1]) return lineThrough(t[0], y[0], t[1], y[1], x);
         if (t[1] <= x && x < t[2]) {
             f->lastIndex++;
-            return line(t[1], y[1], t[2], y[2], x);
+            return lineThrough(t[1], y[1], t[2], y[2], x);
         }
     }
     return evalBySearch(f, x);

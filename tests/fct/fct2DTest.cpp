@@ -152,18 +152,17 @@ static Fct2DPtr bump(int nx, int ny, double dx, double cx, double cy) {
 TEST(PeakFct2D, ChoosesAlongXByTheNumberOfColumns) {
     const struct {
         const char *what;
-        int nx;
+        int nx, found;
         double dx, cx, widthX;
-        int found;
         double x, tolerance, y;
     } cases[] = {
-        {"many columns: peaks of the profile", 21, 0.25, 2.5, 2, 1, 2.5, 0.13, 5},
-        {"too short for the window: parabola", 21, 0.25, 2.5, 11, 1, 2.5, 0.02, 5},
-        {"few columns: parabola", 5, 1, 2.2, 2, 1, 2.2, 0.2, 5},
-        {"largest in the first column", 5, 1, 0, 2, 0, 0, 0, 5},
-        {"largest in the last column: no peaks at x = 0", 5, 1, 4, 2, 0, 0, 0, 0},
-        {"two columns: as it is", 2, 1, 1, 2, 1, 1, 0, 5},
-        {"one column", 1, 1, 0, 2, 1, 0, 0, 5},
+        {"many columns: peaks of the profile", 21, 1, 0.25, 2.5, 2, 2.5, 0.13, 5},
+        {"too short for the window: parabola", 21, 1, 0.25, 2.5, 11, 2.5, 0.02, 5},
+        {"few columns: parabola", 5, 1, 1, 2.2, 2, 2.2, 0.2, 5},
+        {"largest in the first column", 5, 0, 1, 0, 2, 0, 0, 5},
+        {"largest in the last column: no peaks at x = 0", 5, 0, 1, 4, 2, 0, 0, 0},
+        {"two columns: as it is", 2, 1, 1, 1, 2, 1, 0, 5},
+        {"one column", 1, 1, 1, 0, 2, 0, 0, 5},
     };
     for (const auto &c : cases) {
         const Fct2DPtr F = bump(c.nx, 41, c.dx, c.cx, 5);
