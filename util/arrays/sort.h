@@ -23,7 +23,7 @@ void quicksort(double *x, double *y, int left, int right);
 
 // quicksort for records of recordLen doubles (at most 32), keyed on the double at keyIndex of each.
 // Moves along, unless extra is nullptr, a parallel array of records of extraSize bytes (at most
-// 256). left and right count records. Not reentrant.
+// 256). left and right count records.
 // Ends the process: "ERROR in quicksortCluster: cluster size too big" and extraSize, whichever
 // of the two is too big, for an empty range too.
 void quicksortCluster(double *records, int recordLen, int keyIndex, void *extra, int extraSize,
