@@ -67,6 +67,8 @@ TEST(EvalFct, IsThePolygonWithinAndZeroOutside) {
     const FctPtr gap = function({0, 1}, {1, NaN});
     const FctPtr step = function({1, 2, 2, 3}, {1, 1, 3, 3});
     const FctPtr twin = function({2, 2}, {1, 3});
+    const FctPtr leftGap = function({2, 2}, {NaN, 3});
+    const FctPtr rightGap = function({2, 2}, {1, NaN});
     const FctPtr single = function({2}, {7});
     const FctPtr nothing = function({0, 1}, {NaN, NaN});
     const struct {
@@ -88,6 +90,7 @@ TEST(EvalFct, AgreesWithTheStepsForAnyHint) {
     for (int round = 0; round < 3000; round++) {
         const FctPtr f = functions.next(12);
         if (f->n < 1) continue;
+        if (round % 20 == 0) std::shuffle(f->t, f->t + f->n, functions.random); // not ascending
         f->lastIndex = functions.upTo(20) - 3;
         double x = functions.position();
         for (int k = 0; k < 8; k++) {

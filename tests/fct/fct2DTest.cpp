@@ -159,6 +159,7 @@ TEST(PeakFct2D, ChoosesAlongXByTheNumberOfColumns) {
         {"many columns: peaks of the profile", 21, 1, 0.25, 2.5, 2, 2.5, 0.13, 5},
         {"too short for the window: parabola", 21, 1, 0.25, 2.5, 11, 2.5, 0.02, 5},
         {"few columns: parabola", 5, 1, 1, 2.2, 2, 2.2, 0.2, 5},
+        {"ten columns, largest in the first", 10, 0, 0.5, 0, 9, 0, 0, 5},
         {"largest in the first column", 5, 0, 1, 0, 2, 0, 0, 5},
         {"largest in the last column: no peaks at x = 0", 5, 0, 1, 4, 2, 0, 0, 0},
         {"two columns: as it is", 2, 1, 1, 1, 2, 1, 0, 5},
@@ -181,6 +182,8 @@ TEST(PeakFct2D, LeavesTheResultsAloneWithoutAPeak) {
     // peaks in every column, but none along x
     const Fct2DPtr ridge = grid(12, 30, [](double, double v) { return v == 15 ? 1.0 : 0.0; });
     EXPECT_EQ(peakFct2D(ridge.get(), &x, &y, &strength, 0.5, 4, 4), 0);
+    // eleven columns that just span half a window, largest in the first
+    EXPECT_EQ(peakFct2D(bump(11, 41, 0.5, 0, 5).get(), &x, &y, &strength, 0.01, 10, 2), 0);
     EXPECT_EQ(Values({x, y, strength}), Values({-7, -7, -7}));
 }
 
