@@ -4,8 +4,7 @@
 #include "util/number/decimal.h"
 #include "util/number/format.h"
 #include "util/text/charclass.h"
-#include "util/text/line.h"
-#include "util/text/numeral.h"
+#include "util/text/scanline.h"
 #include "util/text/word.h"
 
 #include <algorithm>
@@ -233,10 +232,12 @@ void unifyLineEnds(std::string &text) {
 
 // A name that is a word where it stands needs no quotes.
 bool needsQuotes(const std::string &name) {
-    char *end;
-    plw::readNumber(name.c_str(), &end);
-    return end != name.c_str() || name.empty() || name == "-" || name.starts_with(byteOrderMark) ||
-           name.find_first_of(" \t;,#\"'") != std::string::npos;
+    if (name.empty() || name == "-" || name.starts_with(byteOrderMark) ||
+        name.find_first_of(" \t;,#\"'") != std::string::npos)
+        return true;
+    double number;
+    int count;
+    return plw::scanline(name.c_str(), &number, 1, &count) != name.c_str();
 }
 
 void writeName(std::string name, std::string &text) {
