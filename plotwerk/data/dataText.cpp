@@ -125,6 +125,7 @@ class TableReader {
     std::vector<std::optional<std::string>> names;
     std::vector<std::vector<double>> columns; // up to the last row that has a value there
     std::size_t rows = 0;
+    bool plain = true; // every row after the first one was read by readPlainRow
 
     std::vector<double> row;
 
@@ -172,8 +173,19 @@ class TableReader {
     }
 
     void readRow(char *line) {
-        readFields(line);
+        plain = plain && readPlainRow(line);
+        if (!plain) readFields(line);
         appendRow();
+    }
+
+    // The usual row: as many numbers as there are columns, and nothing else but blanks. False for
+    // any other row.
+    bool readPlainRow(const char *line) {
+        const int width = static_cast<int>(columns.size());
+        row.resize(width);
+        int count;
+        const char *end = plw::scanline(line, row.data(), width, &count);
+        return count == width && *end == '\0' && std::strchr(line, '\t') == nullptr;
     }
 
     void appendRow() {
@@ -221,6 +233,7 @@ class TableReader {
         names.clear();
         columns.clear();
         rows = 0;
+        plain = true;
     }
 };
 
