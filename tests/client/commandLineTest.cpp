@@ -162,6 +162,10 @@ TEST_F(CommandLineTest, ArgumentsChainCommandsAndKeepOptions) {
 
 TEST_F(CommandLineTest, LongValuesAreCutToTheirBuffer) {
     const auto a = [](size_t n) { return std::string(n, 'a'); };
+    const auto formulaMessages = [](const std::string &text) {
+        return frontAsked + "setFormulaOf:formulaText: \"doc\" \"" + text +
+               "\"\nreadFormulaParameterOf:parameterList: \"doc\" \"" + text + "\"\n";
+    };
     startPlotwerk();
     for (const size_t length : {1022, 1023, 1024, 2000}) {
         const std::string cut = a(std::min<size_t>(length, 1023));
@@ -176,10 +180,7 @@ TEST_F(CommandLineTest, LongValuesAreCutToTheirBuffer) {
         const std::string cut = a(std::min<size_t>(length, 65535));
         runArguments(
             {"-x", "setFormula", "-f", a(length), "-p", a(length), "-x", "setFormulaParameters"});
-        EXPECT_TRUE(takeMessages() == frontAsked + "setFormulaOf:formulaText: \"doc\" \"" + cut +
-                                          "\"\nreadFormulaParameterOf:parameterList: \"doc\" \"" +
-                                          cut + "\"\n")
-            << length;
+        EXPECT_TRUE(takeMessages() == formulaMessages(cut)) << length;
     }
 }
 

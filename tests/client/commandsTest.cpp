@@ -378,25 +378,24 @@ TEST_F(CommandsTest, ReadYesAndNoAndKeepByTheFirstCharacter) {
     const struct {
         const char *text, *yesNo;
         int triState;
-    } texts[] = {{"''", "no", 2},   {"n", "no", 0},    {"N", "no", 0},        {"nein", "no", 0},
+    } texts[] = {{"", "no", 2},     {"n", "no", 0},    {"N", "no", 0},        {"nein", "no", 0},
                  {"NO", "no", 0},   {"k", "yes", 2},   {"K", "yes", 2},       {"Keep", "yes", 2},
-                 {"0", "yes", 1},   {"yes", "yes", 1}, {"false", "yes", 1},   {"' n'", "yes", 1},
+                 {"0", "yes", 1},   {"yes", "yes", 1}, {"false", "yes", 1},   {" n", "yes", 1},
                  {"off", "yes", 1}, {"-", "yes", 1},   {"\xc3\xb1", "yes", 1}};
+    const auto messages = [](const std::string &yesNo, const std::string &flag) {
+        const std::string floating = yesNo == "yes" ? "1" : "0";
+        return "documentNameOfFrontWindow\ncopySelectedCurvesOf:includeX: \"doc\" " + yesNo +
+               "\n" SET_ATTRIBUTES "\"doc\" " + flag + " 2 2 2 2 " + flag + " 2 2 2 2\n" +
+               R"(setRTFTextOf:to:at_X:at_Y:angle:xFloating:yFloating: "doc" )"
+               R"("{\\rtf1\\ansi\\uc1 }" 0.5 0.5 0 )" +
+               floating + ' ' + floating + '\n';
+    };
     startPlotwerk();
     for (const auto &t : texts) {
-        const std::string text = t.text;
-        expectOutput(runLines("-x copy -i " + text + "\n-x setAttributes -l " + text + " -f " +
-                              text + "\n-x placeText -f " + text),
+        expectOutput(runArguments({"-i", t.text, "-l", t.text, "-f", t.text, "-g", t.text, "-x",
+                                   "copy", "-x", "setAttributes", "-x", "placeText"}),
                      "");
-        const std::string flag = std::to_string(t.triState);
-        EXPECT_EQ(
-            takeMessages(),
-            std::string("documentNameOfFrontWindow\ncopySelectedCurvesOf:includeX: \"doc\" ") +
-                t.yesNo + "\n" SET_ATTRIBUTES "\"doc\" " + flag + " 2 2 2 2 " + flag +
-                " 2 2 2 2\nsetRTFTextOf:to:at_X:at_Y:angle:xFloating:yFloating: \"doc\" "
-                "\"{\\\\rtf1\\\\ansi\\\\uc1 }\" 0.5 0.5 0 " +
-                (t.yesNo[0] == 'y' ? "1 0\n" : "0 0\n"))
-            << t.text;
+        EXPECT_EQ(takeMessages(), messages(t.yesNo, std::to_string(t.triState))) << t.text;
     }
 }
 

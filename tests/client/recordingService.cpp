@@ -7,6 +7,7 @@
 #include <iterator>
 #include <regex>
 #include <sdbus-c++/sdbus-c++.h>
+#include <stdexcept>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -143,8 +144,12 @@ static void respond(const sdbus::MethodCall &call, const Method &method, const A
 RecordingService::RecordingService(const PrivateBus &onBus, const Script &script) : bus(onBus) {
     notes = memfd_create("notes", MFD_CLOEXEC);
     service = fork();
+    if (notes < 0 || service < 0) throw std::runtime_error("can't start the recording service");
     if (service == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
+        // A pipe of a client, held open here, would hide its end.
+        close_range(STDERR_FILENO + 1, notes - 1, 0);
+        close_range(notes + 1, ~0u, 0);
         serve(script, notes);
     }
     bus.waitForOwner(plotwerkName);

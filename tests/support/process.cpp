@@ -130,6 +130,7 @@ std::string ChildProcess::procStatus(const std::string &field) const {
 }
 
 void ChildProcess::sendSignal(int signal) const {
+    if (id < 0) throw std::logic_error("a signal for a finished program");
     checked(kill(id, signal), "kill");
 }
 

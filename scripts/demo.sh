@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# Builds callPlw and plotwerkd and shows them at work: a script drives plotwerkd through callPlw.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+
+if [ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ]; then
+    need_packages "${build_packages[@]}" "${bus_packages[@]}"
+    exec dbus-run-session -- "$0" "$@"
+fi
+need_packages "${build_packages[@]}"
+
+cmake --preset release -DBUILD_TESTING=OFF >/dev/null
+cmake --build --preset release -j "$(nproc)" --target callPlw plotwerkd | tail -n 1
+PATH=$PWD/build/release/client:$PWD/build/release/plotwerk:$PATH
+
+folder=$(mktemp -d)
+plotwerkd 2>"$folder/plotwerkd.log" &
+plotwerkd=$!
+trap 'kill $plotwerkd 2>/dev/null || true' EXIT
+for _ in {1..100}; do
+    callPlw -x sync >/dev/null 2>&1 && break
+    kill -0 $plotwerkd 2>/dev/null || { cat "$folder/plotwerkd.log"; exit 1; }
+    sleep 0.05
+done
+
+examples/ultrasonic.sh "$folder"
+echo "# The saved document: $folder/ultrasonic.plotwerk"
