@@ -10,9 +10,9 @@ if [ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ]; then
 fi
 need_packages "${build_packages[@]}"
 
-cmake --preset release -DBUILD_TESTING=OFF >/dev/null
-cmake --build --preset release -j "$(nproc)" --target callPlw plotwerkd | tail -n 1
-PATH=$PWD/build/release/client:$PWD/build/release/plotwerk:$PATH
+cmake --preset release -B build/demo -DBUILD_TESTING=OFF >/dev/null
+cmake --build build/demo -j "$(nproc)" --target callPlw plotwerkd | tail -n 1
+PATH=$PWD/build/demo/client:$PWD/build/demo/plotwerk:$PATH
 
 folder=$(mktemp -d)
 plotwerkd 2>"$folder/plotwerkd.log" &
