@@ -23,7 +23,7 @@
 #include "util/text/line.h"
 #include "util/text/missing.h"
 #include "util/text/name.h"
-#include "util/text/numeral.h"
+#include "util/text/scanline.h"
 #include "util/text/search.h"
 #include "util/text/word.h"
 

@@ -1,6 +1,6 @@
 // textBench.cpp - reading and printing numbers, beside the C library doing the same.
 #include "util/number/format.h"
-#include "util/text/line.h"
+#include "util/text/scanline.h"
 
 #include <benchmark/benchmark.h>
 
@@ -17,9 +17,9 @@ namespace {
 
 constexpr int numbersPerLine = 10;
 
-// Numbers of everyday size, from 1e-4 to 1e8, of both signs.
+// Numbers of everyday size, from 0.001 to a million, of both signs.
 double everydayNumber(std::mt19937_64 &random) {
-    const double size = std::pow(10, std::uniform_real_distribution(-4.0, 8.0)(random));
+    const double size = std::pow(10, std::uniform_real_distribution(-3.0, 6.0)(random));
     return random() % 2 ? size : -size;
 }
 
