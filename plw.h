@@ -3,6 +3,11 @@
 #ifndef PLW_H
 #define PLW_H
 
+#include "fct/cFct.h"
+#include "fct/fct.h"
+#include "fct/fct2D.h"
+#include "fct/fct_tup.h"
+#include "fct/statistics.h"
 #include "util/arrays/intArray.h"
 #include "util/arrays/search.h"
 #include "util/arrays/sort.h"

@@ -23,6 +23,8 @@ namespace {
 constexpr std::size_t mostValues = 100'000'000;
 constexpr std::size_t mostColumns = 1'000'000;
 
+constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
+
 bool isSeparator(char c) {
     return c == ';' || (c == ',' && plw::decimalSeparator != ',');
 }
@@ -135,9 +137,10 @@ class TableReader {
         row.assign(missingBeforeFirst(p), unset);
         std::size_t width = row.size();
         while (!endsLine(*p)) {
-            double value = unset;
+            double value;
             const bool isNumber = !isQuote(*p) && readValue(p, value);
             if (!isNumber) {
+                value = unset;
                 word(p);
                 hasWord = true;
             }
@@ -232,7 +235,7 @@ void unifyLineEnds(std::string &text) {
 bool needsQuotes(const std::string &name) {
     char *end;
     plw::readNumber(name.c_str(), &end);
-    return end != name.c_str() || name.empty() || name == "-" ||
+    return end != name.c_str() || name.empty() || name == "-" || name.starts_with(byteOrderMark) ||
            name.find_first_of(" \t;,#\"'") != std::string::npos;
 }
 
@@ -272,7 +275,7 @@ std::vector<DataTable> readDataText(std::string text) {
     unifyLineEnds(text);
     char *line = text.data();
     char *const end = line + text.size();
-    if (text.starts_with("\xEF\xBB\xBF")) line += 3; // byte order mark
+    if (text.starts_with(byteOrderMark)) line += std::strlen(byteOrderMark);
 
     TableReader reader;
     while (line < end) {
