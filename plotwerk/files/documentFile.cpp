@@ -11,7 +11,7 @@
 namespace plotwerk {
 
 static const std::string formatName = "plotwerk document";
-static constexpr int version = 1;
+static constexpr unsigned version = 1;
 
 namespace {
 
@@ -172,8 +172,8 @@ Document documentOf(std::string bytes) {
         throw Refusal("not a document of Plotwerk");
     }
     const Tree saved = tree.value("version", Tree());
-    if (!saved.is_number_integer() || saved < 1) throw Refusal("damaged: no version");
-    if (saved > version) {
+    if (!saved.is_number_unsigned() || saved == 0) throw Refusal("damaged: no version");
+    if (saved.get<uint64_t>() > version) {
         throw Refusal("saved by a later Plotwerk (version " + saved.dump() + " of the format)");
     }
 

@@ -52,7 +52,7 @@ class TreeBuilder final : public nlohmann::json_sax<Tree> {
     bool end_object() override { return closeInnermost(); }
 
     bool start_array(size_t) override {
-        if (open_.empty() || !open_.back()->is_object() || member != valuesKey) {
+        if (inValues || open_.empty() || !open_.back()->is_object() || member != valuesKey) {
             return open(Tree::array());
         }
         inValues = true;
