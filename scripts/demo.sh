@@ -18,8 +18,7 @@ folder=$(mktemp -d)
 plotwerkd 2>"$folder/plotwerkd.log" &
 plotwerkd=$!
 trap 'kill $plotwerkd 2>/dev/null || true' EXIT
-for _ in {1..100}; do
-    callPlw -x sync >/dev/null 2>&1 && break
+until grep -q " owns " "$folder/plotwerkd.log"; do
     kill -0 $plotwerkd 2>/dev/null || { cat "$folder/plotwerkd.log"; exit 1; }
     sleep 0.05
 done

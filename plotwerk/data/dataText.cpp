@@ -5,12 +5,13 @@
 #include "util/number/format.h"
 #include "util/text/charclass.h"
 #include "util/text/line.h"
-#include "util/text/numeral.h"
+#include "util/text/scanline.h"
 #include "util/text/word.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <numeric>
 #include <optional>
@@ -234,7 +235,7 @@ void unifyLineEnds(std::string &text) {
 // A name that is a word where it stands needs no quotes.
 bool needsQuotes(const std::string &name) {
     char *end;
-    plw::readNumber(name.c_str(), &end);
+    std::strtod(name.c_str(), &end);
     return end != name.c_str() || name.empty() || name == "-" || name.starts_with(byteOrderMark) ||
            name.find_first_of(" \t;,#\"'") != std::string::npos;
 }

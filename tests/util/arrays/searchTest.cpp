@@ -20,7 +20,7 @@ static std::string text(const std::vector<double> &a) {
 static std::vector<double> ascendingWithGaps(std::mt19937 &random, int n, bool duplicates) {
     std::vector<double> a(n);
     double v = 0;
-    const unsigned gapsInTen = random() % 10;
+    const auto gapsInTen = static_cast<unsigned>(random() % 10);
     for (double &entry : a) {
         v += static_cast<double>(random() % 3) + (duplicates ? 0 : 1);
         entry = random() % 10 < gapsInTen ? NAN : v;

@@ -287,7 +287,7 @@ TEST(QsortFlex, SortsAnyInputWithinItsRangeAndLittleStack) {
     std::mt19937 random(3);
     for (int run = 0; run < 1000; ++run) {
         const int n = 1 + static_cast<int>(random() % 100);
-        const unsigned distinct = 1 + random() % 120;
+        const auto distinct = static_cast<unsigned>(1 + random() % 120);
         Recorder r;
         for (int i = 0; i < n; ++i) r.keys.push_back(static_cast<int>(random() % distinct));
         std::vector<int> want = r.keys;
