@@ -41,6 +41,7 @@ TEST_F(DataText, FieldsAreSeparatedAndMissingOnesAreNaN) {
         {"nothing between commas", "1,,3\n", "X=1 Y1=nan Y2=3"},
         {"nothing between semicolons", "1; ;3\n", "X=1 Y1=nan Y2=3"},
         {"nothing between tabs", "1\t\t3\n", "X=1 Y1=nan Y2=3"},
+        {"tabs after rows of blanks", "1 2 3\n4 5 6\n7\t\t9\n", "X=1,4,7 Y1=2,5,nan Y2=3,6,9"},
         {"tabs with blanks", "1 \t \t 3\n", "X=1 Y1=nan Y2=3"},
         {"nothing before the first", ",2\n", "X=nan Y1=2"},
         {"indented", " \t1 2\n", "X=1 Y1=2"},
