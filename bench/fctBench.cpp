@@ -49,7 +49,7 @@ void evalFctAscending(benchmark::State &state) {
     const FctPtr f = wave(samples);
     const double first = f->t[0];
     const double step = (f->t[samples - 1] - first) / positions;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         for (int i = 0; i < positions; i++)
             benchmark::DoNotOptimize(evalFct(f.get(), first + i * step));
     }
@@ -61,7 +61,7 @@ void gslEvalAscending(benchmark::State &state) {
     const GslLinear gsl(f.get());
     const double first = f->t[0];
     const double step = (f->t[samples - 1] - first) / positions;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         for (int i = 0; i < positions; i++)
             benchmark::DoNotOptimize(
                 gsl_interp_eval(gsl.line, f->t, f->y, first + i * step, gsl.accelerator));
@@ -73,7 +73,7 @@ void integralFctWindows(benchmark::State &state) {
     const FctPtr f = wave(samples);
     const double first = f->t[0];
     const double step = (f->t[samples - 1] - first - 10) / windows;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         for (int i = 0; i < windows; i++) {
             const double a = first + i * step;
             benchmark::DoNotOptimize(integralFct(a, a + 10, f.get()));
@@ -87,7 +87,7 @@ void gslIntegralWindows(benchmark::State &state) {
     const GslLinear gsl(f.get());
     const double first = f->t[0];
     const double step = (f->t[samples - 1] - first - 10) / windows;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         for (int i = 0; i < windows; i++) {
             const double a = first + i * step;
             benchmark::DoNotOptimize(
@@ -103,20 +103,20 @@ void smoothFctKernelOf101(benchmark::State &state) {
     const FctPtr f = wave(n);
     const std::vector<double> weights(101, 0.01);
     const FctPtr kernel(newFctWith(weights.data(), 101, -50, 1), freeFct);
-    for (auto _ : state) smoothFct(f.get(), kernel.get());
+    for ([[maybe_unused]] auto _ : state) smoothFct(f.get(), kernel.get());
     state.SetItemsProcessed(state.iterations() * n);
 }
 
 void printFctToFile(benchmark::State &state) {
     const FctPtr f = wave(samples);
-    for (auto _ : state) printFct(f.get(), "fctBench.txt");
+    for ([[maybe_unused]] auto _ : state) printFct(f.get(), "fctBench.txt");
     std::remove("fctBench.txt");
     state.SetItemsProcessed(state.iterations() * samples);
 }
 
 void fprintfToFile(benchmark::State &state) {
     const FctPtr f = wave(samples);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         FILE *file = std::fopen("fctBench.txt", "w");
         for (int i = 0; i < f->n; i++) std::fprintf(file, "%g  %g\n", f->t[i], f->y[i]);
         std::fclose(file);

@@ -42,7 +42,7 @@ const std::string &lines(int digits) {
 void BM_scanline(benchmark::State &state) {
     const std::string &text = lines(static_cast<int>(state.range(0)));
     double values[numbersPerLine];
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const char *p = text.c_str(); *p != '\0';) {
             int count;
             p = scanline(p, values, numbersPerLine, &count);
@@ -54,7 +54,7 @@ void BM_scanline(benchmark::State &state) {
 void BM_strtodLoop(benchmark::State &state) {
     const std::string &text = lines(static_cast<int>(state.range(0)));
     double values[numbersPerLine];
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const char *p = text.c_str(); *p != '\0';) {
             for (double &value : values) {
                 char *end;
@@ -83,13 +83,13 @@ const std::vector<double> &mixedNumbers() {
 }
 
 void BM_stringOfDouble(benchmark::State &state) {
-    for (auto _ : state)
+    while (state.KeepRunning())
         for (const double x : mixedNumbers()) benchmark::DoNotOptimize(*stringOfDouble(x));
 }
 
 void BM_FormatOfRealAndSnprintf(benchmark::State &state) {
     static char text[100];
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const double x : mixedNumbers()) {
             int width;
             int precision;

@@ -1,12 +1,10 @@
-#include "tests/client/recordingService.h"
+#include "tests/client/recordingAdaptor.h"
 
+#include <algorithm>
 #include <cmath>
 #include <csignal>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <regex>
-#include <sdbus-c++/sdbus-c++.h>
 #include <stdexcept>
 #include <sys/mman.h>
 #include <sys/prctl.h>
@@ -15,28 +13,13 @@
 
 const char plotwerkName[] = "org.plotwerk.PlotwerkControl";
 
-static const char rectangleSignature[] = "(dddd)";
-
-std::vector<Method> protocolMethods() {
-    std::ifstream file(PROTOCOL_XML);
-    const std::string xml{std::istreambuf_iterator<char>(file), {}};
-    const std::regex element(R"re(<method name="(\w+)"|type="([^"]+)" direction="(in|out)")re");
-    const std::regex colon("_(?![XY]_)"); // two keywords, at_X and at_Y, have a '_' of their own
-
-    std::vector<Method> methods;
-    for (std::sregex_iterator it(xml.begin(), xml.end(), element), end; it != end; ++it) {
-        const std::smatch &match = *it;
-        if (match[1].matched) {
-            methods.push_back({match[1], std::regex_replace(match[1].str(), colon, ":"), "", ""});
-        } else {
-            (match[3] == "in" ? methods.back().in : methods.back().out) += match[2];
-        }
-    }
-    return methods;
-}
-
 Answer reply(std::vector<std::string> values) {
     return {Answer::Reply, std::move(values)};
+}
+
+std::string selectorOf(const std::string &member) {
+    static const std::regex colon("_(?![XY]_)"); // at_X and at_Y have a '_' of their own
+    return std::regex_replace(member, colon, ":");
 }
 
 std::string quoted(const std::string &text) {
@@ -54,90 +37,106 @@ std::string quoted(const std::string &text) {
     return result + '"';
 }
 
-static std::string textOf(double value) {
+// Arguments as the notes show them.
+static std::string shown(const std::string &value) {
+    return quoted(value);
+}
+
+static std::string shown(int32_t value) {
+    return std::to_string(value);
+}
+
+static std::string shown(bool value) {
+    return value ? "yes" : "no";
+}
+
+static std::string shown(double value) {
     if (std::isnan(value)) return "nan"; // whatever its sign
     char text[32];
     std::snprintf(text, sizeof text, "%.17g", value);
     return text;
 }
 
-template<typename T> static T next(sdbus::MethodCall &call) {
-    T value{};
-    call >> value;
-    return value;
+static std::string shown(const sdbus::Struct<double, double, double, double> &r) {
+    return '{' + shown(r.get<0>()) + ' ' + shown(r.get<1>()) + ' ' + shown(r.get<2>()) + ' ' +
+           shown(r.get<3>()) + '}';
 }
 
-static std::string nextArgument(sdbus::MethodCall &call, char type) {
-    switch (type) {
-    case 's': return quoted(next<std::string>(call));
-    case 'i': return std::to_string(next<int32_t>(call));
-    case 'd': return textOf(next<double>(call));
-    default: return next<bool>(call) ? "yes" : "no";
-    }
+// Scripted values as a reply's.
+static void read(const std::string &text, std::string &value) {
+    value = text;
 }
 
-static std::string nextRectangle(sdbus::MethodCall &call) {
-    const auto r = next<sdbus::Struct<double, double, double, double>>(call);
-    return '{' + textOf(r.get<0>()) + ' ' + textOf(r.get<1>()) + ' ' + textOf(r.get<2>()) + ' ' +
-           textOf(r.get<3>()) + '}';
+static void read(const std::string &text, int32_t &value) {
+    value = std::atoi(text.c_str());
 }
 
-static void append(sdbus::MethodReply &message, char type, const std::string &value) {
-    switch (type) {
-    case 's': message << value; break;
-    case 'i': message << std::atoi(value.c_str()); break;
-    case 'd': message << std::atof(value.c_str()); break;
-    default: message << (value == "yes");
-    }
+static void read(const std::string &text, double &value) {
+    value = std::atof(text.c_str());
 }
 
-static std::string describe(sdbus::MethodCall &call, const Method &method) {
-    std::string line = method.selector;
-    for (std::string types = method.in; !types.empty();) {
-        const bool isRectangle = types.starts_with(rectangleSignature);
-        line += ' ' + (isRectangle ? nextRectangle(call) : nextArgument(call, types[0]));
-        types.erase(0, isRectangle ? sizeof rectangleSignature - 1 : 1);
-    }
-    return line + '\n';
+static void read(const std::string &text, bool &value) {
+    value = text == "yes";
 }
 
-static void respond(const sdbus::MethodCall &call, const Method &method, const Answer &answer) {
+template<typename... Values>
+static void readAll(const std::vector<std::string> &texts, std::tuple<Values...> &values) {
+    auto text = texts.begin();
+    const auto next = [&] { return text == texts.end() ? "" : *text++; };
+    std::apply([&](auto &...value) { (read(next(), value), ...); }, values);
+}
+
+RecordingAdaptor::RecordingAdaptor(sdbus::IConnection &bus, const Script &toAnswer, int notesFile)
+    : AdaptorInterfaces(bus, "/org/plotwerk/PlotwerkControl"), script(toAnswer), notes(notesFile) {
+    registerAdaptor();
+}
+
+RecordingAdaptor::~RecordingAdaptor() {
+    unregisterAdaptor();
+}
+
+void RecordingAdaptor::note(const std::string &line) const {
+    if (write(notes, line.data(), line.size()) < 0) _exit(1);
+}
+
+std::vector<std::string> RecordingAdaptor::nextAnswer(const std::string &selector) {
+    const auto answers = script.find(selector);
+    if (answers == script.end()) return {};
+    const size_t turn = std::min(calls[selector]++, answers->second.size() - 1);
+    const Answer &answer = answers->second[turn];
     switch (answer.kind) {
-    case Answer::Never: return;
+    case Answer::Error: throw sdbus::Error("org.plotwerk.Error.Refused", "not today");
     case Answer::Death: _exit(0);
-    case Answer::Error:
-        call.createErrorReply(sdbus::Error("org.plotwerk.Error.Refused", "not today")).send();
-        return;
+    case Answer::Never:
+        for (;;) pause();
     case Answer::Reply: break;
     }
-    auto message = call.createReply();
-    for (size_t i = 0; i < method.out.size(); ++i) {
-        append(message, method.out[i], i < answer.values.size() ? answer.values[i] : "");
+    return answer.values;
+}
+
+template<typename Result, typename... Arguments>
+Result RecordingAdaptor::take(const char *member, const Arguments &...arguments) {
+    const std::string selector = selectorOf(member);
+    note(selector + (std::string() + ... + (' ' + shown(arguments))) + '\n');
+    const std::vector<std::string> values = nextAnswer(selector);
+
+    if constexpr (requires { std::tuple_size<Result>::value; }) {
+        Result result{};
+        readAll(values, result);
+        return result;
+    } else if constexpr (!std::is_void_v<Result>) {
+        std::tuple<Result> result{};
+        readAll(values, result);
+        return std::get<0>(result);
     }
-    message.send();
 }
 
 // The service process: never returns.
 [[noreturn]] static void serve(const Script &script, int notes) {
-    auto connection = sdbus::createSessionBusConnection();
-    auto object = sdbus::createObject(*connection, "/org/plotwerk/PlotwerkControl");
-    std::map<std::string, size_t> calls;
-    for (const Method &method : protocolMethods()) {
-        object->registerMethod(
-            plotwerkName, method.member, method.in, method.out,
-            [&, method](sdbus::MethodCall call) {
-                const std::string line = describe(call, method);
-                if (write(notes, line.data(), line.size()) < 0) _exit(1);
-
-                const auto answers = script.find(method.selector);
-                if (answers == script.end()) return respond(call, method, reply({}));
-                const size_t turn = calls[method.selector]++;
-                respond(call, method, answers->second[std::min(turn, answers->second.size() - 1)]);
-            });
-    }
-    object->finishRegistration();
-    connection->requestName(plotwerkName);
-    connection->enterEventLoop();
+    const auto bus = sdbus::createSessionBusConnection();
+    RecordingAdaptor adaptor(*bus, script, notes);
+    bus->requestName(plotwerkName);
+    bus->enterEventLoop();
     _exit(1);
 }
 

@@ -9,14 +9,8 @@
 #include <string>
 #include <vector>
 
-// A method of the protocol, read from the file that defines it.
-struct Method {
-    std::string member;   // its name on the bus
-    std::string selector; // its name in notes and scripts: member with ':' for '_'
-    std::string in, out;  // signatures
-};
-
-std::vector<Method> protocolMethods();
+// A message's selector, its name in notes and scripts: the member name with ':' for '_'.
+std::string selectorOf(const std::string &member);
 
 struct Answer {
     enum Kind { Reply, Error, Never, Death } kind; // Death: the service ends inside the call

@@ -22,7 +22,7 @@ inline std::vector<char> exactBlock(const std::string &bytes) {
 
 // The same, terminated; what stands behind a NUL is cut off.
 inline std::vector<char> exactText(const std::string &bytes) {
-    const std::string text = bytes.c_str();
+    const std::string text = bytes.substr(0, bytes.find('\0'));
     return std::vector<char>(text.c_str(), text.c_str() + text.size() + 1);
 }
 

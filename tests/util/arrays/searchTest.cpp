@@ -5,22 +5,15 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <random>
-#include <string>
 #include <vector>
 
 using namespace plw;
-
-static std::string text(const std::vector<double> &a) {
-    std::string s = "{";
-    for (double v : a) s += " " + std::to_string(v);
-    return s + " }";
-}
 
 // Ascending small integers: duplicates are frequent, and a part of the entries are gaps.
 static std::vector<double> ascendingWithGaps(std::mt19937 &random, int n, bool duplicates) {
     std::vector<double> a(n);
     double v = 0;
-    const unsigned gapsInTen = random() % 10;
+    const auto gapsInTen = random() % 10;
     for (double &entry : a) {
         v += static_cast<double>(random() % 3) + (duplicates ? 0 : 1);
         entry = random() % 10 < gapsInTen ? NAN : v;
@@ -163,12 +156,14 @@ TEST(Search, AgreesWithAScanOfDistinctEntriesWhateverTheHint) {
         const std::vector<double> a = ascendingWithGaps(random, n, false);
         for (int twice = -1; twice < 6 * n + 2; ++twice) {
             const double x = twice / 2.0;
-            ASSERT_EQ(search_ge(x, a.data(), n), scanGe(x, a)) << x << " in " << text(a);
+            ASSERT_EQ(search_ge(x, a.data(), n), scanGe(x, a))
+                << x << " in " << testing::PrintToString(a);
             for (int hint : oddHints)
-                ASSERT_EQ(search_le(x, a.data(), n, hint), scanLe(x, a)) << x << " in " << text(a);
+                ASSERT_EQ(search_le(x, a.data(), n, hint), scanLe(x, a))
+                    << x << " in " << testing::PrintToString(a);
             const int hint = static_cast<int>(random() % (n + 3));
             ASSERT_EQ(search_le(x, a.data(), n, hint), scanLe(x, a))
-                << x << " from " << hint << " in " << text(a);
+                << x << " from " << hint << " in " << testing::PrintToString(a);
         }
     }
 }
@@ -182,8 +177,9 @@ TEST(Search, FollowsTheLaidDownBisectionAmongDuplicates) {
             const double x = k == 0 ? NAN : static_cast<double>(random() % (4 * n + 4)) / 2 - 1;
             const int hint = k < 4 ? oddHints[k] : static_cast<int>(random() % (n + 3));
             ASSERT_EQ(search_le(x, a.data(), n, hint), slowSearchLe(x, a, hint))
-                << x << " from " << hint << " in " << text(a);
-            ASSERT_EQ(search_ge(x, a.data(), n), slowSearchGe(x, a)) << x << " in " << text(a);
+                << x << " from " << hint << " in " << testing::PrintToString(a);
+            ASSERT_EQ(search_ge(x, a.data(), n), slowSearchGe(x, a))
+                << x << " in " << testing::PrintToString(a);
         }
     }
 }

@@ -185,16 +185,15 @@ TEST(QuicksortCluster, MovesRecordsOfTheGreatestSizesWithOrWithoutExtra) {
 }
 
 TEST(QuicksortClusterDeathTest, RefusesBigRecordsEvenWithNothingToSort) {
-    const char *message = "^ERROR in quicksortCluster: cluster size too big \\(%\\)\n$";
     const struct {
         int recordLen, extraSize;
         const char *number;
     } cases[] = {{1, 257, "257"}, {1, 300, "300"}, {33, 8, "8"}, {1 << 29, 0, "0"}};
     for (const auto &c : cases) {
-        std::string want = message;
-        want.replace(want.find('%'), 1, c.number);
         EXPECT_EXIT(quicksortCluster(nullptr, c.recordLen, 0, nullptr, c.extraSize, 0, -1),
-                    testing::ExitedWithCode(1), want);
+                    testing::ExitedWithCode(1),
+                    std::string("^ERROR in quicksortCluster: cluster size too big \\(") + c.number +
+                        "\\)\n$");
     }
 }
 
@@ -232,7 +231,7 @@ static std::vector<double> extremeMiddles(int n, int sign) {
 
 TEST(Quicksort, NeedsLittleStackWhateverTheInput) {
     onSmallStack([] {
-        constexpr int n = 20000;
+        constexpr int n = 4000;
         const std::vector<double> equal(n, 1.0), gaps(n, NAN);
         for (const auto &keys : {extremeMiddles(n, 1), extremeMiddles(n, -1), equal, gaps}) {
             std::vector<double> x = keys, y = numbered(n), records = keys;
@@ -287,7 +286,7 @@ TEST(QsortFlex, SortsAnyInputWithinItsRangeAndLittleStack) {
     std::mt19937 random(3);
     for (int run = 0; run < 1000; ++run) {
         const int n = 1 + static_cast<int>(random() % 100);
-        const unsigned distinct = 1 + random() % 120;
+        const auto distinct = 1 + random() % 120;
         Recorder r;
         for (int i = 0; i < n; ++i) r.keys.push_back(static_cast<int>(random() % distinct));
         std::vector<int> want = r.keys;
@@ -296,7 +295,7 @@ TEST(QsortFlex, SortsAnyInputWithinItsRangeAndLittleStack) {
         ASSERT_EQ(r.keys, want) << "run " << run;
     }
     onSmallStack([] {
-        std::vector<int> ascending(20000);
+        std::vector<int> ascending(4000);
         std::iota(ascending.begin(), ascending.end(), 0);
         const auto compare = [](int i, int j, void *context) {
             const auto &keys = *static_cast<std::vector<int> *>(context);
@@ -306,7 +305,7 @@ TEST(QsortFlex, SortsAnyInputWithinItsRangeAndLittleStack) {
             auto &keys = *static_cast<std::vector<int> *>(context);
             std::swap(keys[i], keys[j]);
         };
-        qsortFlex(0, 19999, &ascending, compare, swap);
+        qsortFlex(0, 3999, &ascending, compare, swap);
         EXPECT_TRUE(std::is_sorted(ascending.begin(), ascending.end()));
     });
 }
