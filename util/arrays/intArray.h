@@ -29,6 +29,7 @@ void printIntArray(const IntArray *a, const char *path);
 // Makes a empty; its room stays.
 void clearIntArray(IntArray *a);
 
+// Releases the record and its values.
 void freeIntArray(IntArray *a);
 
 // Element i. Ends the process for i outside 0..n-1: "ERROR in val: index out of range" and i.
