@@ -15,11 +15,11 @@ struct IntArray {
 // An empty array with room for capacity elements, at least one.
 IntArray *newIntArray(int capacity);
 
-// Appends v. A full array grows to (size + 16) * 1.5 elements.
+// Appends v. A full array grows to (size + 16) * 1.5 elements, cut to an integer.
 void appendIntArray(IntArray *a, int v);
 
 // Appends v[0..k-1], which must not lie in a; nothing for k <= 0. An array without room for them
-// grows to (size + k) * 1.5 elements.
+// grows to (size + k) * 1.5 elements, cut to an integer.
 void appendManyIntArray(IntArray *a, const int *v, int k);
 
 // Writes one element a line to the file at path, or to the standard output for nullptr or an empty
