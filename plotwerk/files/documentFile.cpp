@@ -146,7 +146,8 @@ static void checkWhole(const Document &document) {
                 if (column.values.size() != table.x.values.size()) {
                     throw Refusal("damaged: columns of unequal length in \"" + source.name + '"');
                 }
-                if (column.place < 0 || (column.place > 0 && !places.insert(column.place).second)) {
+                if (column.place < 0) throw Refusal("damaged: \"place\" is negative");
+                if (column.place > 0 && !places.insert(column.place).second) {
                     throw Refusal("damaged: the selection has two curves in one place");
                 }
                 fitCurves += column.fitData;

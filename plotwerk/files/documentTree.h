@@ -10,8 +10,7 @@
 
 namespace plotwerk {
 
-// Keys keep the order of the file.
-using Tree = nlohmann::ordered_json;
+using Tree = nlohmann::json;
 
 // The key of a column's numbers. Under it a tree holds bytes, eight per number, lowest first, so
 // that a million numbers don't become a million nodes. CBOR knows such bytes by this tag.
@@ -37,7 +36,7 @@ constexpr std::string_view plusInfinity = "inf";
 constexpr std::string_view minusInfinity = "-inf";
 
 // The tree in a JSON text, or in CBOR behind its mark. The bytes are taken and freed.
-// Throws Refusal: cut or damaged bytes, nesting or objects beyond what a document has.
+// Throws Refusal: cut or damaged bytes, nested beyond what a document is.
 Tree treeOfJson(std::string text);
 Tree treeOfCbor(std::string bytes);
 

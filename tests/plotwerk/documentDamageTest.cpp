@@ -66,13 +66,6 @@ TEST(DamagedDocument, ThatWouldExhaustStackOrMemoryIsRefused) {
         {"nested arrays", repeated("[", 3'000'000)},
         {"nested objects", repeated("{\"a\":", 3'000'000)},
         {"nested numbers of a column", "{\"values\":" + repeated("[", 3'000'000)},
-        {"many keys", "{" + repeated("\"a\":0,", 3) + "\"b\":{" +
-                          [] {
-                              std::string keys;
-                              for (int i = 0; i < 1000; ++i)
-                                  keys += '"' + std::to_string(i) + "\":0,";
-                              return keys;
-                          }()},
         {"nested CBOR arrays", mark + repeated("\x81", 3'000'000)},
         {"nested CBOR maps", mark + repeated("\xa1\x61\x61", 3'000'000)},
         {"nested CBOR tags", mark + repeated("\xc6", 3'000'000)},
@@ -139,7 +132,6 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
         {"\"values\":[1.0,2.0]", "\"values\":[1.0,true]",
          "something else among the numbers of a column"},
         {"\"markWalk\":0", "\"markWalk\":-1", "damaged: \"markWalk\" is negative"},
-        {"\"place\":0}]", "\"place\":-1}]", "damaged: the selection has two curves in one place"},
     };
     for (const auto &c : cases) {
         std::string damaged = sound;
@@ -149,6 +141,8 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
         EXPECT_EQ(refusalOf(damaged), c.why) << c.to;
     }
 
+    table.y[0].place = -1;
+    EXPECT_EQ(refusalOf(saved(document, true)), "damaged: \"place\" is negative");
     for (Column &y : table.y) y.place = 1;
     EXPECT_EQ(refusalOf(saved(document, true)),
               "damaged: the selection has two curves in one place");
