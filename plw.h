@@ -3,6 +3,28 @@
 #ifndef PLW_H
 #define PLW_H
 
+#include "util/arrays/intArray.h"
+#include "util/arrays/search.h"
+#include "util/arrays/sort.h"
 #include "util/files/fatal.h"
+#include "util/files/output.h"
+#include "util/files/path.h"
+#include "util/files/timer.h"
+#include "util/files/uniqueName.h"
+#include "util/geometry/plane.h"
+#include "util/number/decimal.h"
+#include "util/number/format.h"
+#include "util/number/power.h"
+#include "util/rawdata/byteOrder.h"
+#include "util/rawdata/raster.h"
+#include "util/text/charclass.h"
+#include "util/text/copy.h"
+#include "util/text/equation.h"
+#include "util/text/line.h"
+#include "util/text/missing.h"
+#include "util/text/name.h"
+#include "util/text/numeral.h"
+#include "util/text/search.h"
+#include "util/text/word.h"
 
 #endif

@@ -7,6 +7,7 @@
 #define PLOTWERK_MODEL_DOCUMENT_H
 
 #include <array>
+#include <cstddef>
 #include <filesystem>
 #include <limits>
 #include <string>
@@ -26,6 +27,7 @@ struct Colour {
 
 struct CurveLook {
     bool visible = true;
+    int layer = 0; // drawn from the lowest layer up, within a layer in the curves' order
     bool line = true;
     bool stepped = false;
     bool yError = false; // bars from the table's column "NAME error"
@@ -57,10 +59,23 @@ struct Column {
     int place = 0;        // in the selection: 1 for the first selected curve, 0 for none
 };
 
+// What the rows of a table looked at so far say about its x. Not a part of the document: it is found
+// out when it is needed (orderOfX), goes on by itself with rows that are added below, and is reset to
+// {} by whoever changes or moves the x values that are there.
+struct XOrder {
+    std::size_t rows = 0;  // looked at so far
+    bool ascending = true; // no x is less than one before it, NaN aside
+    bool gaps = false;     // at least one x is NaN
+    int first = -1;        // first and last row whose x isn't NaN
+    int last = -1;
+    int found = 0; // where the last search ended: the next one's hint
+};
+
 // All columns have the same number of rows. x is a column like the others but never a curve.
 struct Table {
     Column x;
     std::vector<Column> y;
+    mutable XOrder xOrder;
 };
 
 struct Source {

@@ -1,0 +1,103 @@
+// Evaluation and integrals of Fct and of bare arrays.
+#include <algorithm>
+#include <cmath>
+
+#include "fct/completeness.h"
+#include "fct/fct.h"
+#include "fct/fmaClones.h"
+#include "fct/interpolation.h"
+#include "util/arrays/search.h"
+
+namespace plw {
+
+namespace {
+
+// The integral from a to b by trapezoids over points i = 0, 1, ... n - 1 at t(i) with ordinate
+// y(i), n >= 2. *hint is where the walk begins if that lies below a; it becomes the index before
+// the start.
+template<class Position, class Ordinate>
+PLW_ALWAYS_INLINE double trapezoids(double a, double b, int n, Position t, Ordinate y, int *hint) {
+    int i = *hint >= 0 && *hint < n && t(*hint) < a ? *hint : 0;
+    while (!(a <= t(i))) {
+        if (b <= t(i)) return 0.0;
+        if (++i == n) return 0.0;
+    }
+    *hint = std::max(i - 1, 0);
+    if (i == 0 && b <= t(0)) return 0.0;
+
+    // the negated first ordinate cancels the piece from a to the first point
+    double previousT = a;
+    double previousY = i > 0 ? interpolate(t(i - 1), y(i - 1), t(i), y(i), a) : -y(0);
+    double sum = 0.0;
+    for (; i < n; i++) {
+        const double ti = t(i);
+        const double yi = y(i);
+        if (b <= ti) {
+            const double atB = interpolate(t(i - 1), y(i - 1), ti, yi, b);
+            sum += (previousY + atB) * (b - previousT);
+            break;
+        }
+        sum += (previousY + yi) * (ti - previousT);
+        previousT = ti;
+        previousY = yi;
+    }
+    return sum * 0.5;
+}
+
+PLW_ALWAYS_INLINE double power(double base, double exponent) {
+    if (exponent == 0) return 1.0;
+    if (exponent == 1) return base;
+    if (exponent == 2) return base * base;
+    return std::pow(base, exponent);
+}
+
+} // namespace
+
+PLW_FMA_CLONES
+double evalFct(Fct *f, double x) {
+    const int n = f->n;
+    if ((f->fixedLen && n != f->size) || n < 1) myexit("ERROR in evalFct: function incomplete", n);
+    const double *t = f->t;
+    const double *y = f->y;
+    if (x < t[0] || x > t[n - 1]) return 0.0;
+    if (n == 1) return y[0];
+
+    const int i = std::min(search_le(x, t, n, f->lastIndex), n - 2);
+    f->lastIndex = i;
+    return interpolate(t[i], y[i], t[i + 1], y[i + 1], x);
+}
+
+PLW_FMA_CLONES
+double integralFct(double a, double b, Fct *f) {
+    requireComplete(f, "ERROR in integral: function incomplete");
+    const int n = f->n;
+    const double *t = f->t;
+    const double *y = f->y;
+    if (n <= 1 || t[0] > b || t[n - 1] < a || b <= a) return 0.0;
+
+    return trapezoids(
+        a, b, n, [t](int i) { return t[i]; }, [y](int i) { return y[i]; }, &f->lastIndex);
+}
+
+PLW_FMA_CLONES
+double integralXY(double a, double b, const double *pairs, int count) {
+    static int iStart = 0;
+    const auto x = [pairs](int i) { return pairs[2 * static_cast<size_t>(i)]; };
+    const auto y = [pairs](int i) { return pairs[2 * static_cast<size_t>(i) + 1]; };
+    if (count <= 1 || x(0) > b || x(count - 1) < a) return 0.0;
+
+    return trapezoids(a, b, count, x, y, &iStart);
+}
+
+PLW_FMA_CLONES
+double integralYarr(double a, double b, const double *x, const double *y, int count, double p,
+                    double q) {
+    static int iStart = 0;
+    if (count <= 1 || x[0] > b || x[count - 1] < a) return 0.0;
+
+    return trapezoids(
+        a, b, count, [x](int i) { return x[i]; },
+        [=](int i) { return power(x[i], p) * power(y[i], q); }, &iStart);
+}
+
+} // namespace plw

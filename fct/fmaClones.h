@@ -1,0 +1,18 @@
+// fmaClones.h - std::fma as one instruction where the machine has it.
+#ifndef PLW_FCT_FMACLONES_H
+#define PLW_FCT_FMACLONES_H
+
+// Before a function that calls std::fma: compiles it twice, with the instruction and with the C
+// library's fma, and picks one when the program is loaded. Both round once, so results are the
+// same. Not for clang, whose sanitizers do not survive code that runs while loading; there, and on
+// machines that always have the instruction, it is nothing.
+#if defined(__x86_64__) && !defined(__FMA__) && defined(__GNUC__) && !defined(__clang__)
+#define PLW_FMA_CLONES __attribute__((target_clones("fma", "default")))
+#else
+#define PLW_FMA_CLONES
+#endif
+
+// For what such a function calls: only inlined code is compiled twice with it.
+#define PLW_ALWAYS_INLINE inline __attribute__((always_inline))
+
+#endif

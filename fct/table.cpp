@@ -1,0 +1,48 @@
+#include "fct/table.h"
+
+#include <charconv>
+#include <iterator>
+
+#include "util/files/output.h"
+
+namespace plw {
+
+namespace {
+
+// "-1.23457e+308", the longest that "%g" gives, and two blanks fit into 15 characters.
+constexpr size_t longestRow = 16 * 16;
+
+void flush(Table *table) {
+    std::fwrite(table->text, 1, table->used, table->file);
+    table->used = 0;
+}
+
+} // namespace
+
+void openTable(Table *table, const char *path) {
+    table->file = openOutput(path);
+    table->used = 0;
+}
+
+void addRow(Table *table, const double *numbers, int count) {
+    if (table->used + longestRow > sizeof table->text) flush(table);
+
+    char *end = table->text + table->used;
+    for (int i = 0; i < count; i++) {
+        if (i > 0) {
+            *end++ = ' ';
+            *end++ = ' ';
+        }
+        end = std::to_chars(end, std::end(table->text), numbers[i], std::chars_format::general, 6)
+                  .ptr;
+    }
+    *end++ = '\n';
+    table->used = static_cast<size_t>(end - table->text);
+}
+
+void closeTable(Table *table) {
+    flush(table);
+    closeOutput(table->file);
+}
+
+} // namespace plw

@@ -1,0 +1,62 @@
+// curves.h - the curves of a document: addressing them, and looking at one as a sampled function.
+//
+// References and indexes here count from 0 and hold until curves are added or deleted.
+#ifndef PLOTWERK_MODEL_CURVES_H
+#define PLOTWERK_MODEL_CURVES_H
+
+#include "fct/fct.h"
+#include "plotwerk/model/document.h"
+
+#include <optional>
+#include <vector>
+
+namespace plotwerk {
+
+struct CurveRef {
+    int source = 0;
+    int table = 0;  // within the source
+    int column = 0; // among the y columns of the table
+    int index = 0;  // among all curves of the document
+};
+
+bool operator==(const CurveRef &a, const CurveRef &b);
+
+Table &tableOf(Document &document, const CurveRef &curve);
+const Table &tableOf(const Document &document, const CurveRef &curve);
+Column &columnOf(Document &document, const CurveRef &curve);
+const Column &columnOf(const Document &document, const CurveRef &curve);
+
+// All curves in the document's order.
+std::vector<CurveRef> curvesOf(const Document &document);
+
+int numberOfCurves(const Document &document);
+
+// Nothing for a negative index or one beyond the last curve.
+std::optional<CurveRef> curveAt(const Document &document, int index);
+
+// The selected curves by their place in the selection.
+std::vector<CurveRef> selectedCurves(const Document &document);
+
+// As selectedCurves; refused when there are none.
+std::vector<CurveRef> requireSelection(const Document &document);
+
+std::optional<CurveRef> firstSelectedCurve(const Document &document);
+
+// The curve that a point message means by its series: an index, or -1 for the first selected curve,
+// or else the only curve. Refused when there is no such curve.
+CurveRef curveOfSeries(const Document &document, int series);
+
+// Rows of a table.
+int rowsOf(const Table &table);
+
+// Brings table.xOrder up to date with rows that were added since, and returns it.
+const XOrder &orderOfX(const Table &table);
+
+// The curve as a linked function: it shares the table's arrays, must not be appended to, and isn't
+// freed. What searches it needs an ascending x without NaN: see orderOfX. A table without rows
+// gives a function without samples, which evalFct refuses by ending the process.
+plw::Fct fctOf(const Table &table, const Column &y);
+
+} // namespace plotwerk
+
+#endif

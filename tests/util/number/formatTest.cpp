@@ -1,0 +1,172 @@
+#include "util/number/format.h"
+
+#include "util/number/decimal.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cfloat>
+#include <climits>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <random>
+#include <string>
+
+using namespace plw;
+
+namespace {
+
+class Format : public testing::Test {
+  protected:
+    ~Format() override { decimalSeparator = '.'; }
+};
+
+std::string printedByPrintf(double x, int maxDigits) {
+    int width;
+    int precision;
+    char exponential;
+    FormatOfReal(x, maxDigits, &width, &precision, &exponential);
+    char text[400];
+    std::snprintf(text, sizeof text, exponential ? "%*.*e" : "%*.*f", width, precision, x);
+    return text;
+}
+
+} // namespace
+
+TEST_F(Format, FindsWidthPrecisionAndNotation) {
+    const struct {
+        double x;
+        int maxDigits, width, precision, exponential;
+    } cases[] = {
+        {0, 20, 1, 0, 0},         {-0.0, 20, 1, 0, 0},      {1234.5, 20, 6, 1, 0},
+        {1.5e-7, 20, 6, 1, 1},    {-1.5e-7, 20, 7, 1, 1},   {0.1, 20, 3, 1, 0},
+        {-12.25, 3, 5, 1, 0},     {100, 20, 3, 0, 0},       {999999, 20, 6, 0, 0},
+        {1e6, 20, 5, 0, 1},       {0.001, 20, 5, 3, 0},     {0.0009, 20, 5, 0, 1},
+        {1.0 / 3, 20, 14, 12, 0}, {1e7 / 3, 20, 12, 9, 1},  {-1e7 / 3, 20, 13, 9, 1},
+        {1e7 / 3, 0, 4, -1, 1},   {0.125, -3, 1, 0, 0},     {5e-324, 20, 5, 0, 1},
+        {INFINITY, 20, 5, 0, 1},  {-INFINITY, 20, 6, 0, 1}, {DBL_MAX, 20, 12, 9, 1},
+    };
+    for (const auto &c : cases) {
+        int width = -77;
+        int precision = -77;
+        char exponential = 77;
+        FormatOfReal(c.x, c.maxDigits, &width, &precision, &exponential);
+        EXPECT_EQ(width, c.width) << c.x << ", " << c.maxDigits;
+        EXPECT_EQ(precision, c.precision) << c.x << ", " << c.maxDigits;
+        EXPECT_EQ(exponential, c.exponential) << c.x << ", " << c.maxDigits;
+    }
+}
+
+TEST_F(Format, PrintsTheDigitsThatADoubleCarries) {
+    const struct {
+        double x;
+        const char *text;
+    } cases[] = {
+        {0, "0"},
+        {-0.0, "-0"},
+        {0.1, "0.1"},
+        {100, "100"},
+        {-2.5, "-2.5"},
+        {123456789, "1.23456789e+08"},
+        {1.0 / 3, "0.333333333333"},
+        {1e6, "1e+06"},
+        {0.0001, "1e-04"},
+        {0.001, "0.001"},
+        {999999, "999999"},
+        {0.1 + 0.2, "0.3"},
+        {5e-324, "5e-324"},
+        {INFINITY, "  inf"},
+        {-INFINITY, "  -inf"},
+        {NAN, "NAN"},
+    };
+    for (const auto &c : cases) {
+        EXPECT_STREQ(stringOfDouble(c.x), c.text);
+        EXPECT_STREQ(stringOfDouble2(c.x), c.text);
+        EXPECT_STREQ(stringOfDoubleMaxPrec(c.x, 12), c.text);
+    }
+    EXPECT_NE(stringOfDouble(1), stringOfDouble2(2)) << "two numbers in one statement";
+}
+
+TEST_F(Format, PrintsWhatPrintfPrints) {
+    std::mt19937_64 random(2);
+    for (int i = 0; i < 200000 && !HasFailure(); ++i) {
+        double x = std::bit_cast<double>(random());
+        if (std::isnan(x)) continue;
+        if (random() % 2) x = std::ldexp(x, -std::ilogb(x) + static_cast<int>(random() % 60) - 30);
+        // Numbers of few digits, ties among them, and numbers next to a power of ten.
+        if (random() % 2) x = std::round(x * 64) / 64;
+        if (random() % 4 == 0)
+            x = std::nextafter(std::pow(10, static_cast<int>(random() % 640) - 320), x);
+        EXPECT_EQ(stringOfDouble(x), printedByPrintf(x, 20)) << std::hexfloat << x;
+        const int maxDigits = static_cast<int>(random() % 16) - 2;
+        EXPECT_EQ(stringOfDoubleMaxPrec(x, maxDigits), printedByPrintf(x, maxDigits))
+            << std::hexfloat << x << ", " << maxDigits;
+    }
+}
+
+TEST_F(Format, UsesTheDecimalSeparator) {
+    decimalSeparator = ',';
+    EXPECT_STREQ(stringOfDouble(-2.5), "-2,5");
+    EXPECT_STREQ(stringOfDouble(1.5e10), "1,5e+10");
+    EXPECT_STREQ(stringOfDoubleConsideringError(1.23456, 0.02, 0), "1,235");
+}
+
+// The only test that may call stringOfDoubleBlank: its first call is told apart.
+TEST_F(Format, BlankStandsForASign) {
+    decimalSeparator = ',';
+    EXPECT_STREQ(stringOfDoubleBlank(-2.5), "-2.5") << "nothing printed before: the point stays";
+    EXPECT_STREQ(stringOfDoubleBlank(2.5), " 2,5");
+    EXPECT_STREQ(stringOfDoubleBlank(-2.5), "-2,5");
+    EXPECT_STREQ(stringOfDoubleBlank(-0.0), " -0");
+    EXPECT_STREQ(stringOfDoubleBlank(NAN), "NAN");
+    EXPECT_STREQ(stringOfDoubleBlank(-1e-7 / 8), "-1,25e-08");
+}
+
+TEST_F(Format, ErrorDecidesThePrecision) {
+    const struct {
+        double x, error;
+        int printError;
+        const char *text;
+    } cases[] = {
+        {1.23456, 0.02, 0, "1.235"},
+        {1.23456, 0.02, 1, "0.020"},
+        {1.23456, 0.05, 0, "1.23"},
+        {1.23456, 0.04, 0, "1.235"},
+        {123.456, 50, 0, "123"},
+        {123.456, 50, 1, "50"},
+        {123.456, 1, 0, "123.5"},
+        {1.23456e8, 2e5, 0, "1.2346e+08"},
+        {1.23456e8, 2e5, 1, "2.0e+05"},
+        {1.23456e8, 7e5, 1, "7e+05"},
+        {1.23456e-4, 1e3, 0, "1e-04"},
+        {0, 0.1, 0, "0e+00"},
+        {999999, 1e-3, 0, "999999.0000"},
+        {1.0 / 3, 0, 0, "0.333333333333"},
+        {1.0 / 3, -1, 1, "0.333333333333"},
+        {NAN, 1, 0, "NAN"},
+        {NAN, 1, 1, "NAN"},
+        {NAN, 0, 0, "NAN"},
+        {1.5, NAN, 0, "2"},
+        {1.5, NAN, 1, "NAN"},
+        {1.5, INFINITY, 0, "2"},
+        {1.5, INFINITY, 1, "inf"},
+        {INFINITY, 1, 0, "inf"},
+        {-INFINITY, INFINITY, 0, "-inf"},
+    };
+    for (const auto &c : cases)
+        EXPECT_STREQ(stringOfDoubleConsideringError(c.x, c.error, c.printError), c.text)
+            << c.x << ", " << c.error << ", " << c.printError;
+    EXPECT_EQ(stringOfDoubleConsideringError(1, 0, 0), stringOfDouble(2)) << "in its buffer";
+}
+
+TEST_F(Format, CutsWhatDoesNotFitIntoTheBuffer) {
+    char whole[1000];
+    std::snprintf(whole, sizeof whole, "%.625e", 1e300);
+    EXPECT_EQ(stringOfDoubleConsideringError(1e300, 5e-324, 0), std::string(whole, 99));
+    std::snprintf(whole, sizeof whole, "%f", 1e300);
+    EXPECT_EQ(stringOfDoubleConsideringError(1.5, 1e300, 1), std::string(whole, 99));
+    std::snprintf(whole, sizeof whole, "%-200e", 1e7);
+    EXPECT_EQ(stringOfDoubleMaxPrec(1e7, -204), std::string(whole, 99)) << "left in its width";
+    EXPECT_EQ(stringOfDoubleMaxPrec(1e7, INT_MIN), std::string(whole, 99));
+}
