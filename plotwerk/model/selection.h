@@ -30,9 +30,9 @@ int selectByName(Document &document, const std::string &source, int table,
 int selectByPattern(Document &document, const std::string &source, int table,
                     const std::string &column, bool append);
 
-// Refused when a limit is less than 1 (and not -1), when the first is above the last, or when a limit
-// is above the number of sources, of tables in the longest of these sources, or of y columns in the
-// widest of these tables.
+// Refused when a limit is less than 1 (and not -1), when the first is above the last, or when a
+// limit is above the number of sources, of tables in the longest of these sources, or of y columns
+// in the widest of these tables.
 int selectByPosition(Document &document, IndexRange sources, IndexRange tables, IndexRange columns,
                      bool append);
 

@@ -134,8 +134,7 @@ TEST(Scanline, AgreesWithStrtodOnEveryShapeOfNumber) {
         "1_000 2",
         "1e1\n2e2",
         "- 1",
-        "\xa0"
-        "1",
+        "\2401",
     };
     for (const char *text : texts)
         for (const int max : {1, 3, 12}) expectSameScan(text, max);
@@ -199,19 +198,19 @@ Lines linesFromFile(const std::string &bytes, int size) {
 TEST(Getline, ReadsLinesWithAnyLineEndAndReportsTheLast) {
     const struct {
         const char *bytes;
-        int size;
         Lines lines;
+        int size;
         bool pairAtEnd; // of a stream only the next read then meets the end
     } cases[] = {
-        {"a\r\nb\n\nc", 50, {"a", "b", "", "c"}, false},
-        {"a\n\rb\r\rc", 50, {"a", "b", "", "c"}, false},
-        {"a\n", 50, {"a"}, false},
-        {"a\r\n", 50, {"a"}, true},
-        {"\n\n\r", 50, {"", ""}, true},
-        {"\xff\n\xff", 50, {"\xff", "\xff"}, false},
-        {"", 50, {""}, false},
-        {"abcdef\ng", 4, {"abc", "def", "", "g"}, false},
-        {"abcd\r\ne", 5, {"abcd", "", "e"}, false},
+        {"a\r\nb\n\nc", {"a", "b", "", "c"}, 50, false},
+        {"a\n\rb\r\rc", {"a", "b", "", "c"}, 50, false},
+        {"a\n", {"a"}, 50, false},
+        {"a\r\n", {"a"}, 50, true},
+        {"\n\n\r", {"", ""}, 50, true},
+        {"\xff\n\xff", {"\xff", "\xff"}, 50, false},
+        {"", {""}, 50, false},
+        {"abcdef\ng", {"abc", "def", "", "g"}, 4, false},
+        {"abcd\r\ne", {"abcd", "", "e"}, 5, false},
     };
     for (const auto &c : cases) {
         Lines fromFile = c.lines;
