@@ -14,7 +14,9 @@ static void strokeLine(cairo_t *cr, Point from, Point to) {
     cairo_line_to(cr, to.x, to.y);
 }
 
-static void setGrey(cairo_t *cr, double grey) { cairo_set_source_rgb(cr, grey, grey, grey); }
+static void setGrey(cairo_t *cr, double grey) {
+    cairo_set_source_rgb(cr, grey, grey, grey);
+}
 
 // Lines across the frame at the values, but none on the frame itself.
 static void drawGridLines(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &axis,

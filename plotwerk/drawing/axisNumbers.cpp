@@ -10,7 +10,9 @@ static constexpr double verticalSpacing = 28;
 static constexpr double horizontalGap = 6; // between two numbers
 static constexpr double verticalGap = 4;
 
-static double radians(double degrees) { return degrees * G_PI / 180; }
+static double radians(double degrees) {
+    return degrees * G_PI / 180;
+}
 
 Box PlacedNumber::bounds() const {
     const double c = std::abs(std::cos(radians(angle)));
@@ -47,7 +49,8 @@ static Point middleBeside(Side side, double width, double height, double angle, 
 
     // from the end of the text that is nearest to the tick
     const double towards = side == Side::below || side == Side::leftOf ? -1 : 1;
-    const double alongX = slanted ? towards * std::copysign(1.0, s * c) * std::abs(c) * width / 2 : 0;
+    const double alongX =
+        slanted ? towards * std::copysign(1.0, s * c) * std::abs(c) * width / 2 : 0;
     const double alongY = slanted ? -towards * std::copysign(1.0, c) * s * width / 2 : 0;
     switch (side) {
     case Side::below: return {alongX, distance + halfHeight};

@@ -13,7 +13,9 @@ constexpr double numberSize = 9; // in points
 // The side of its line on which an axis has its numbers.
 enum class Side { below, leftOf, above, rightOf };
 
-inline bool isHorizontal(Side side) { return side == Side::below || side == Side::above; }
+inline bool isHorizontal(Side side) {
+    return side == Side::below || side == Side::above;
+}
 
 // A text in a box that is turned about its middle.
 struct PlacedNumber {
@@ -33,8 +35,9 @@ struct PlacedNumber {
 // Whether the boxes of two numbers with the same angle, each grown by half the gap, meet.
 bool numbersMeet(const PlacedNumber &a, const PlacedNumber &b, double gap);
 
-// The numbers beside an axis line at x or y = 0, where it begins at 0: `distance` away from the line,
-// each at its tick. Turned numbers end at their tick, or begin there, so that they read towards it.
+// The numbers beside an axis line at x or y = 0, where it begins at 0: `distance` away from the
+// line, each at its tick. Turned numbers end at their tick, or begin there, so that they read
+// towards it.
 std::vector<PlacedNumber> placedNumbers(const std::vector<AxisNumber> &numbers, const Scale &scale,
                                         Side side, double angle, double distance,
                                         const Typesetter &typesetter);
@@ -43,7 +46,8 @@ std::vector<PlacedNumber> placedNumbers(const std::vector<AxisNumber> &numbers, 
 bool standApart(const std::vector<PlacedNumber> &numbers, Side side);
 
 // Marks for an axis on that side, whose numbers stand apart.
-AxisMarks marksBeside(const Axis &axis, const Scale &scale, Side side, const Typesetter &typesetter);
+AxisMarks marksBeside(const Axis &axis, const Scale &scale, Side side,
+                      const Typesetter &typesetter);
 
 } // namespace plotwerk
 

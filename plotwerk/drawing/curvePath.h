@@ -17,8 +17,8 @@ Path steppedPath(const Path &path);
 // inside.
 Path clippedPath(const Path &path, const Box &box);
 
-// A polygon between the path and the level line y = base, part by part, cut at the box: closed rings,
-// one after the other.
+// A polygon between the path and the level line y = base, part by part, cut at the box: closed
+// rings, one after the other.
 std::vector<Path> areasBetween(const Path &path, double base, const Box &box);
 
 // The same lines in fewer points. Of neighbours in a column `resolution` wide only the first, the

@@ -38,7 +38,8 @@ Path pointsOnPaper(const DrawnCurve &curve, const PlacedFrame &frame) {
     return path;
 }
 
-// Second derivatives at the points of a natural cubic spline y(x) (Press et al., tridiagonal system).
+// Second derivatives at the points of a natural cubic spline y(x) (Press et al., tridiagonal
+// system).
 static std::vector<double> splineCurvatures(const Point *p, size_t n) {
     std::vector<double> curvature(n, 0.0);
     std::vector<double> above(n, 0.0);
@@ -67,9 +68,9 @@ static void appendSpline(Path &path, const Point *p, size_t n, int between) {
         for (int k = 0; k <= between; ++k) {
             const double b = static_cast<double>(k) / (between + 1);
             const double a = 1 - b;
-            const double y = a * p[i].y + b * p[i + 1].y +
-                             ((a * a * a - a) * curvature[i] + (b * b * b - b) * curvature[i + 1]) *
-                                 h * h / 6;
+            const double y =
+                a * p[i].y + b * p[i + 1].y +
+                ((a * a * a - a) * curvature[i] + (b * b * b - b) * curvature[i + 1]) * h * h / 6;
             path.push_back({p[i].x + b * h, y});
         }
     }
@@ -81,13 +82,14 @@ static double between(double from, double to, double part, const Scale &scale) {
     if (!scale.logarithmic) return from + part * (to - from);
     const double sign = scale.reversed ? -1 : 1;
     const double ratio = std::pow(10.0, sign * (to - from) / scale.factor);
-    const double step = std::isinf(ratio) ? (part == 0 ? 0 : to - from)
-                                          : sign * std::log10(1 + part * (ratio - 1)) * scale.factor;
+    const double step = std::isinf(ratio)
+                            ? (part == 0 ? 0 : to - from)
+                            : sign * std::log10(1 + part * (ratio - 1)) * scale.factor;
     return from + step;
 }
 
-static void appendStraight(Path &path, const Point *p, size_t n, int points, const Scale &horizontal,
-                           const Scale &vertical) {
+static void appendStraight(Path &path, const Point *p, size_t n, int points,
+                           const Scale &horizontal, const Scale &vertical) {
     for (size_t i = 0; i + 1 < n; ++i) {
         for (int k = 0; k <= points; ++k) {
             const double part = static_cast<double>(k) / (points + 1);
@@ -103,8 +105,10 @@ Path interpolatedPath(const Path &path, const DrawnCurve &curve, const PlacedFra
     const CurveLook &look = curve.column->look;
     const Scale &horizontal = frame.axes[curve.horizontalAxis()].scale;
     const Scale &vertical = frame.axes[curve.verticalAxis()].scale;
-    const double most = mostInterpolatedPoints / static_cast<double>(std::max<size_t>(path.size(), 1));
-    const int points = static_cast<int>(std::min(limited(look.interpolationPoints, 0, 1e6, 0), most));
+    const double most =
+        mostInterpolatedPoints / static_cast<double>(std::max<size_t>(path.size(), 1));
+    const int points =
+        static_cast<int>(std::min(limited(look.interpolationPoints, 0, 1e6, 0), most));
     const bool spline = look.interpolationType == 1;
     const bool bent = horizontal.logarithmic || vertical.logarithmic;
     if (points < 1 || !(spline || bent)) return path;

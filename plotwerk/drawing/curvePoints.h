@@ -12,10 +12,10 @@ namespace plotwerk {
 // axis. With look.sum above 1 the means of so many valid rows each instead, without breaks.
 Path pointsOnPaper(const DrawnCurve &curve, const PlacedFrame &frame);
 
-// The path with interpolationPoints more points between two neighbours: on the straight line between
-// the values, which is bent on a logarithmic axis, or on a natural cubic spline through the points on
-// paper. Where x doesn't ascend or descend throughout a part of the path the spline is left out;
-// points beyond four million are left out altogether.
+// The path with interpolationPoints more points between two neighbours: on the straight line
+// between the values, which is bent on a logarithmic axis, or on a natural cubic spline through the
+// points on paper. Where x doesn't ascend or descend throughout a part of the path the spline is
+// left out; points beyond four million are left out altogether.
 Path interpolatedPath(const Path &path, const DrawnCurve &curve, const PlacedFrame &frame);
 
 // Breaks the path where its x, as values, runs backwards.

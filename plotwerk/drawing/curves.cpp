@@ -8,13 +8,16 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace plotwerk {
 
-static constexpr double resolution = 0.06; // of paths, in points: 1200 dpi
+static constexpr double resolution = 0.06;  // of paths, in points: 1200 dpi
 static constexpr size_t mostLines = 100000; // that are drawn as vectors
 static constexpr size_t mostSymbols = 20000;
+static constexpr double imageDpi = 600;        // of what is more
 static constexpr double largestThickness = 50; // of lines, in points
 static constexpr double largestSymbol = 200;
 
@@ -79,23 +82,38 @@ static void strokePart(cairo_t *cr, const Path &path, size_t begin, size_t end) 
     cairo_restore(cr);
 }
 
-// Strokes a path, as an image where it is too long for vectors.
+// Without dashes, which can't be seen where lines are that dense.
+static void strokeAsImage(cairo_t *cr, const Path &path, double thickness,
+                          const PlacedFrame &frame) {
+    double length = 0;
+    for (size_t i = 1; i < path.size(); ++i)
+        if (!isBreak(path[i]) && !isBreak(path[i - 1]))
+            length += std::hypot(path[i].x - path[i - 1].x, path[i].y - path[i - 1].y);
+    // kilometres of line leave nothing but black
+    DenseImage image(frame.box().grownBy(thickness), length > 3e6 ? imageDpi / 2 : imageDpi);
+    for (size_t i = 0; i < path.size(); ++i) {
+        if (isBreak(path[i])) continue;
+        const bool joins = i > 0 && !isBreak(path[i - 1]);
+        image.addLine(joins ? path[i - 1] : path[i], path[i], thickness);
+    }
+    image.paintOn(cr);
+}
+
 static void strokePath(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed,
                        const PlacedFrame &frame) {
     setColour(cr, look.lineColour);
-    if (path.size() <= mostLines) {
-        setPen(cr, look, dashed);
-        strokePart(cr, path, 0, path.size());
-        cairo_set_dash(cr, nullptr, 0, 0);
+    if (path.size() > mostLines) {
+        strokeAsImage(cr, path, thicknessOf(look), frame);
         return;
     }
-    // few lines at a time: the cost of a stroke grows with the crossings in it
-    constexpr size_t atOnce = 64;
-    const DenseImage image(frame.box().grownBy(thicknessOf(look)));
-    setPen(image.context(), look, dashed);
+    // the cost of a stroke on a raster grows with the crossings in it; but where parts of it meet,
+    // dashes would begin anew, and a colour that is not opaque would be painted twice
+    const bool whole = dashed || look.lineColour.opacity < 1;
+    const size_t atOnce = whole ? mostLines : 200;
+    setPen(cr, look, dashed);
     for (size_t begin = 0; begin < path.size(); begin += atOnce)
-        strokePart(image.context(), path, begin, std::min(begin + atOnce + 1, path.size()));
-    image.paintOn(cr);
+        strokePart(cr, path, begin, std::min(begin + atOnce + 1, path.size()));
+    cairo_set_dash(cr, nullptr, 0, 0);
 }
 
 static void drawLine(cairo_t *cr, const Path &path, const CurveLook &look,
@@ -135,7 +153,7 @@ static void fillArea(cairo_t *cr, const Path &path, double base, const CurveLook
     if (size <= mostLines) {
         fillRings(cr, rings);
     } else {
-        const DenseImage image(frame.box());
+        const DenseImage image(frame.box(), imageDpi);
         fillRings(image.context(), rings);
         image.paintOn(cr);
     }
@@ -152,22 +170,30 @@ struct Bar {
 
 } // namespace
 
+static int64_t columnOf(const Bar &bar) {
+    return static_cast<int64_t>(std::floor(bar.at / resolution));
+}
+
 static Bar barBetween(double at, double from, double to) {
     return {at, std::min(from, to), std::max(from, to)};
 }
 
-// Bars at the same place that overlap become one.
-static std::vector<Bar> mergedBars(std::vector<Bar> bars) {
-    const auto cell = [](const Bar &bar) { return std::floor(bar.at / resolution); };
-    std::sort(bars.begin(), bars.end(), [&](const Bar &a, const Bar &b) {
-        return cell(a) != cell(b) ? cell(a) < cell(b) : a.low < b.low;
+// Bars in the same column that overlap become one.
+static std::vector<Bar> mergedBars(const std::vector<Bar> &bars) {
+    std::vector<std::pair<int64_t, const Bar *>> sorted;
+    sorted.reserve(bars.size());
+    for (const Bar &bar : bars) sorted.emplace_back(columnOf(bar), &bar);
+    std::sort(sorted.begin(), sorted.end(), [](const auto &a, const auto &b) {
+        return a.first != b.first ? a.first < b.first : a.second->low < b.second->low;
     });
     std::vector<Bar> merged;
-    for (const Bar &bar : bars) {
-        if (!merged.empty() && cell(merged.back()) == cell(bar) && bar.low <= merged.back().high)
-            merged.back().high = std::max(merged.back().high, bar.high);
+    int64_t column = 0;
+    for (const auto &[barColumn, bar] : sorted) {
+        if (!merged.empty() && column == barColumn && bar->low <= merged.back().high)
+            merged.back().high = std::max(merged.back().high, bar->high);
         else
-            merged.push_back(bar);
+            merged.push_back(*bar);
+        column = barColumn;
     }
     return merged;
 }
@@ -241,7 +267,8 @@ static void drawErrorBars(cairo_t *cr, const DrawnCurve &curve, const PlacedFram
 }
 
 // The points inside the frame that have a symbol, those on the same spot once.
-static std::vector<Point> symbolPoints(const Path &points, int increment, const PlacedFrame &frame) {
+static std::vector<Point> symbolPoints(const Path &points, int increment,
+                                       const PlacedFrame &frame) {
     const double spot = std::max(0.1, std::max(frame.width, frame.height) / 6000);
     const Box inside = frame.box().grownBy(0.01);
     const auto columns = static_cast<size_t>(inside.width() / spot) + 1;
@@ -251,7 +278,8 @@ static std::vector<Point> symbolPoints(const Path &points, int increment, const 
     size_t index = 0;
     for (const Point &p : points) {
         if (isBreak(p)) continue;
-        if (index++ % static_cast<size_t>(std::max(increment, 1)) != 0 || !inside.contains(p)) continue;
+        if (index++ % static_cast<size_t>(std::max(increment, 1)) != 0 || !inside.contains(p))
+            continue;
         const size_t cell = static_cast<size_t>((p.y - inside.top) / spot) * columns +
                             static_cast<size_t>((p.x - inside.left) / spot);
         if (taken[cell]) continue;
@@ -279,7 +307,7 @@ static void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look,
         return;
     }
     const double radius = size + thickness;
-    DenseImage image(frame.box().grownBy(radius + 10));
+    DenseImage image(frame.box().grownBy(radius + 10), imageDpi);
     image.stamp(chosen, radius, [&](cairo_t *stamp) { drawAt(stamp, {0, 0}, Colour{}); });
     setColour(cr, look.lineColour);
     image.paintOn(cr);

@@ -8,8 +8,12 @@
 namespace plotwerk {
 
 static constexpr double numberGap = 5; // from the axis or its ticks to the numbers, in points
+static constexpr double gapBelow = 6.5;
+static constexpr double room = 0.04; // between data and frame, as a part of the axis
 
-static bool isSet(const Range &range) { return !std::isnan(range.min) || !std::isnan(range.max); }
+static bool isSet(const Range &range) {
+    return !std::isnan(range.min) || !std::isnan(range.max);
+}
 
 static AxisCode opposite(AxisCode code) {
     switch (code) {
@@ -45,14 +49,42 @@ static Side numberSide(const PlacedAxis &axis) {
     }
 }
 
-static void placeNumbers(PlacedAxis &axis, const PlacedFrame &frame,
-                         const Typesetter &typesetter) {
+static bool hasMarks(AxisCode code, const std::vector<DrawnCurve> &curves) {
+    return std::any_of(curves.begin(), curves.end(), [&](const DrawnCurve &curve) {
+        const CurveLook &look = curve.column->look;
+        return curve.horizontalAxis() == code &&
+               (look.symbols || look.marker || look.yError || look.xError);
+    });
+}
+
+// The limits of the data with some room beyond those that aren't set, but none below or above zero
+// for data that end there.
+static Range shownRange(const Document &document, AxisCode code,
+                        const std::vector<DrawnCurve> &curves) {
+    const Axis &axis = document.axes[code];
+    Range range = rangeOf(document, code);
+    const bool horizontal = code == xAxis || code == upperXAxis;
+    if ((horizontal && !hasMarks(code, curves)) || !(range.min < range.max)) return range;
+
+    if (axis.logarithmic) {
+        const double factor = std::pow(range.max / range.min, room);
+        if (!(range.min > 0) || !std::isfinite(factor)) return range;
+        if (std::isnan(axis.range.min)) range.min /= factor;
+        if (std::isnan(axis.range.max)) range.max *= factor;
+    } else {
+        const double margin = room * (range.max - range.min);
+        if (std::isnan(axis.range.min) && (horizontal || range.min != 0)) range.min -= margin;
+        if (std::isnan(axis.range.max) && (horizontal || range.max != 0)) range.max += margin;
+    }
+    return range;
+}
+
+static void placeNumbers(PlacedAxis &axis, const PlacedFrame &frame, const Typesetter &typesetter) {
     const Axis &settings = *axis.settings;
     if (settings.noNumbers) return;
 
     const bool ticksBetween = settings.numbersInside ? settings.insideTicks : settings.outsideTicks;
-    const double distance =
-        numberGap + (ticksBetween && !settings.noLine ? frame.tickLength : 0);
+    const double distance = numberGap + (ticksBetween && !settings.noLine ? frame.tickLength : 0);
     axis.numbers = placedNumbers(axis.marks.numbers, axis.scale, numberSide(axis),
                                  limited(settings.labelAngle, -360, 360, 0), distance, typesetter);
     for (PlacedNumber &number : axis.numbers) {
@@ -134,8 +166,9 @@ PlacedFrame frameOf(const Document &document, const std::vector<DrawnCurve> &cur
     PlacedFrame frame;
     frame.width = limited(settings.xAxisLength, 1, 100, standard.xAxisLength) * pointsPerCm;
     frame.height = limited(settings.yAxisLength, 1, 100, standard.yAxisLength) * pointsPerCm;
-    frame.tickLength = std::min(limited(settings.tickLength, 0, 100, standard.tickLength) * pointsPerCm,
-                                std::min(frame.width, frame.height) / 4);
+    frame.tickLength =
+        std::min(limited(settings.tickLength, 0, 100, standard.tickLength) * pointsPerCm,
+                 std::min(frame.width, frame.height) / 4);
     frame.thickness = limited(settings.axisThickness, 0, 20, standard.axisThickness);
     frame.closed = std::isnan(settings.xAxisPos) && std::isnan(settings.yAxisPos) &&
                    std::none_of(document.axes.begin(), document.axes.end(),
@@ -147,9 +180,10 @@ PlacedFrame frameOf(const Document &document, const std::vector<DrawnCurve> &cur
         axis.settings = &document.axes[code];
         axis.own = hasOwnScale(document, axis.code, curves);
         axis.drawn = !axis.settings->noLine && (axis.own || frame.closed);
-        axis.scale = scaleOf(*axis.settings, rangeOf(document, axis.code),
+        axis.scale = scaleOf(*axis.settings, shownRange(document, axis.code, curves),
                              axis.horizontal() ? frame.width : frame.height);
-        if (axis.own) axis.marks = marksBeside(*axis.settings, axis.scale, numberSide(axis), typesetter);
+        if (axis.own)
+            axis.marks = marksBeside(*axis.settings, axis.scale, numberSide(axis), typesetter);
     }
     for (PlacedAxis &axis : frame.axes) {
         if (axis.own) continue;

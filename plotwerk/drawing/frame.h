@@ -47,8 +47,8 @@ struct PlacedFrame {
     }
 };
 
-// Lengths that can't be drawn are brought within bounds: axes from 1 to 100 cm, ticks up to a quarter
-// of the shorter axis, lines up to 20 points thick.
+// Lengths that can't be drawn are brought within bounds: axes from 1 to 100 cm, ticks up to a
+// quarter of the shorter axis, lines up to 20 points thick.
 PlacedFrame frameOf(const Document &document, const std::vector<DrawnCurve> &curves,
                     const Typesetter &typesetter);
 

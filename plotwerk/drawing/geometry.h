@@ -19,7 +19,9 @@ struct Point {
 constexpr Point pathBreak{std::numeric_limits<double>::quiet_NaN(),
                           std::numeric_limits<double>::quiet_NaN()};
 
-inline bool isBreak(const Point &p) { return std::isnan(p.x) || std::isnan(p.y); }
+inline bool isBreak(const Point &p) {
+    return std::isnan(p.x) || std::isnan(p.y);
+}
 
 struct Box {
     double left = 0;

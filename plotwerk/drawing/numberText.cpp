@@ -34,7 +34,9 @@ static std::string fixedText(double value, int decimals) {
     return value < 0 && !zero ? "\u2212" + text : text;
 }
 
-static std::string integerText(int value) { return fixedText(value, 0); }
+static std::string integerText(int value) {
+    return fixedText(value, 0);
+}
 
 // The decimal places down to the last digit that x needs; negative for 200 (-2).
 static int placesOf(double x) {
@@ -66,6 +68,7 @@ NumberFormat formatOfNumbers(double increment, double largest, int precision, bo
     NumberFormat format;
     format.powers = exponents || (needsPowers(largest) &&
                                   (places > mostDecimals || mantissaLength <= fixedLength));
+    if (exponent == 0) format.powers = false;
     format.exponent = format.powers ? exponent : 0;
     format.decimals = format.powers ? mantissaDecimals : fixedDecimals;
     if (precision >= 0) format.decimals = std::min(precision, mostDecimals);
@@ -73,7 +76,8 @@ NumberFormat formatOfNumbers(double increment, double largest, int precision, bo
 }
 
 RichText numberText(double value, const NumberFormat &format) {
-    if (!format.powers || value == 0) return plain(fixedText(value, format.powers ? 0 : format.decimals));
+    if (!format.powers || value == 0)
+        return plain(fixedText(value, format.powers ? 0 : format.decimals));
 
     const double mantissa = value / std::pow(10.0, format.exponent);
     RichText text = plain(fixedText(mantissa, format.decimals) + "\u00d710");

@@ -20,11 +20,7 @@ static cairo_status_t appendBytes(void *bytes, const unsigned char *data, unsign
 }
 
 static Surface newPdf(std::string &bytes, double width, double height) {
-    Surface surface(cairo_pdf_surface_create_for_stream(appendBytes, &bytes, width, height));
-    // a fixed date keeps the bytes of a picture from changing with the time it is made
-    cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE,
-                                   "2000-01-01T00:00:00Z");
-    return surface;
+    return Surface(cairo_pdf_surface_create_for_stream(appendBytes, &bytes, width, height));
 }
 
 static void finish(const Surface &surface, const Context &cr) {
@@ -34,13 +30,23 @@ static void finish(const Surface &surface, const Context &cr) {
     requireDrawn(cairo_surface_status(surface.get()));
 }
 
+// When the file was made, as an entry of the PDF's information. Blanks take its place, since the
+// objects behind it are found by their distance from the beginning of the file.
+static void blankCreationDate(std::string &pdf) {
+    const size_t begin = pdf.rfind("/CreationDate (D:");
+    if (begin == std::string::npos) return;
+    const size_t end = pdf.find(')', begin);
+    if (end != std::string::npos) pdf.replace(begin, end + 1 - begin, end + 1 - begin, ' ');
+}
+
 std::string pdfOfDocument(const Document &document) {
     const Picture picture = pictureOf(document);
     std::string bytes;
-    const Surface surface = newPdf(bytes, picture.width, picture.height);
+    const Surface surface = newPdf(bytes, picture.width(), picture.height());
     const Context cr(cairo_create(surface.get()));
     picture.drawOn(cr.get());
     finish(surface, cr);
+    blankCreationDate(bytes);
     return bytes;
 }
 
@@ -54,8 +60,8 @@ static void dropCreationDate(std::string &eps) {
 std::string epsOfDocument(const Document &document) {
     const Picture picture = pictureOf(document);
     std::string bytes;
-    const Surface surface(cairo_ps_surface_create_for_stream(appendBytes, &bytes, picture.width,
-                                                             picture.height));
+    const Surface surface(
+        cairo_ps_surface_create_for_stream(appendBytes, &bytes, picture.width(), picture.height()));
     cairo_ps_surface_set_eps(surface.get(), 1);
     const Context cr(cairo_create(surface.get()));
     picture.drawOn(cr.get());
@@ -64,22 +70,25 @@ std::string epsOfDocument(const Document &document) {
     return bytes;
 }
 
-std::string tiffOfDocument(const Document &document) { return tiffOfPicture(pictureOf(document)); }
+std::string tiffOfDocument(const Document &document) {
+    return tiffOfPicture(pictureOf(document));
+}
 
 static double pageLength(double length, double standard) {
     return length > 0 ? std::min(length, largestPage) : standard;
 }
 
 Composition::Composition(double width_, double height_)
-    : width(pageLength(width_, a4Width)), height(pageLength(height_, a4Height)) {}
+    : width(pageLength(width_, a4Width)), height(pageLength(height_, a4Height)) {
+}
 
 void Composition::add(const Document &document, const PageRectangle &rectangle, double angle,
                       double shear) {
     const auto place = [](double length) { return limited(length, -1e6, 1e6, 0); };
     Placed placed;
     placed.picture = pictureOf(document);
-    placed.rectangle = {place(rectangle.x), place(rectangle.y),
-                        std::abs(place(rectangle.width)), std::abs(place(rectangle.height))};
+    placed.rectangle = {place(rectangle.x), place(rectangle.y), std::abs(place(rectangle.width)),
+                        std::abs(place(rectangle.height))};
     placed.angle = std::isfinite(angle) ? std::remainder(angle, 360) : 0;
     placed.shear = limited(shear, -100, 100, 0);
     pictures.push_back(std::move(placed));
@@ -89,12 +98,14 @@ void Composition::drawOn(cairo_t *cr, const Placed &placed) const {
     const Picture &picture = placed.picture;
     const PageRectangle &rectangle = placed.rectangle;
     double scale = 1;
-    if (rectangle.width > 0) scale = rectangle.width / picture.width;
+    if (rectangle.width > 0) scale = rectangle.width / picture.width();
     if (rectangle.height > 0) {
-        const double ofHeight = rectangle.height / picture.height;
+        const double ofHeight = rectangle.height / picture.height();
         scale = rectangle.width > 0 ? std::min(scale, ofHeight) : ofHeight;
     }
-    const auto spare = [](double room, double length) { return room > 0 ? (room - length) / 2 : 0; };
+    const auto spare = [](double room, double length) {
+        return room > 0 ? (room - length) / 2 : 0;
+    };
 
     cairo_save(cr);
     cairo_translate(cr, rectangle.x, height - rectangle.y);
@@ -102,8 +113,8 @@ void Composition::drawOn(cairo_t *cr, const Placed &placed) const {
     // y runs downwards here: what is above the lower edge has a negative y
     const cairo_matrix_t sheared{1, 0, -placed.shear, 1, 0, 0};
     cairo_transform(cr, &sheared);
-    cairo_translate(cr, spare(rectangle.width, scale * picture.width),
-                    -spare(rectangle.height, scale * picture.height) - scale * picture.height);
+    cairo_translate(cr, spare(rectangle.width, scale * picture.width()),
+                    -spare(rectangle.height, scale * picture.height()) - scale * picture.height());
     cairo_scale(cr, scale, scale);
     picture.drawOn(cr);
     cairo_restore(cr);
@@ -115,6 +126,7 @@ std::string Composition::pdf() const {
     const Context cr(cairo_create(surface.get()));
     for (const Placed &placed : pictures) drawOn(cr.get(), placed);
     finish(surface, cr);
+    blankCreationDate(bytes);
     return bytes;
 }
 

@@ -10,7 +10,7 @@
 
 namespace plotwerk {
 
-static constexpr double margin = 3; // around what is drawn, in points
+static constexpr double margin = 3;      // around what is drawn, in points
 static constexpr double farthest = 1500; // from the frame that a picture reaches, in points
 
 static void draw(cairo_t *cr, const Document &document, const PlacedFrame &frame,
@@ -29,8 +29,9 @@ void requireDrawn(cairo_status_t status) {
 
 void Picture::drawOn(cairo_t *cr) const {
     cairo_save(cr);
+    cairo_translate(cr, -page.left, -page.top);
     cairo_set_source_surface(cr, recording.get(), 0, 0);
-    cairo_rectangle(cr, 0, 0, width, height);
+    cairo_rectangle(cr, page.left, page.top, page.width(), page.height());
     cairo_fill(cr);
     cairo_restore(cr);
 }
@@ -40,9 +41,9 @@ Picture pictureOf(const Document &document) {
     const Typesetter typesetter;
     const PlacedFrame frame = frameOf(document, curves, typesetter);
 
-    const Surface everything(
-        cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
-    const Context pen(cairo_create(everything.get()));
+    Picture picture;
+    picture.recording.reset(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
+    const Context pen(cairo_create(picture.recording.get()));
     draw(pen.get(), document, frame, curves, typesetter);
     requireDrawn(cairo_status(pen.get()));
 
@@ -50,23 +51,12 @@ Picture pictureOf(const Document &document) {
     double top = 0;
     double width = 0;
     double height = 0;
-    cairo_recording_surface_ink_extents(everything.get(), &left, &top, &width, &height);
+    cairo_recording_surface_ink_extents(picture.recording.get(), &left, &top, &width, &height);
     const Box reach = frame.box().grownBy(farthest);
-    const double right = std::min(left + width, reach.right) + margin;
-    const double bottom = std::min(top + height, reach.bottom) + margin;
-    left = std::max(left, reach.left) - margin;
-    top = std::max(top, reach.top) - margin;
-
-    Picture picture;
-    picture.width = std::ceil(right - left);
-    picture.height = std::ceil(bottom - top);
-    const cairo_rectangle_t extents{0, 0, picture.width, picture.height};
-    picture.recording.reset(
-        cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents));
-    const Context cut(cairo_create(picture.recording.get()));
-    cairo_translate(cut.get(), -left, -top);
-    draw(cut.get(), document, frame, curves, typesetter);
-    requireDrawn(cairo_status(cut.get()));
+    picture.page.left = std::floor(std::max(left, reach.left) - margin);
+    picture.page.top = std::floor(std::max(top, reach.top) - margin);
+    picture.page.right = std::ceil(std::min(left + width, reach.right) + margin);
+    picture.page.bottom = std::ceil(std::min(top + height, reach.bottom) + margin);
     return picture;
 }
 

@@ -19,14 +19,15 @@ struct ContextDestroy {
 using Surface = std::unique_ptr<cairo_surface_t, SurfaceDestroy>;
 using Context = std::unique_ptr<cairo_t, ContextDestroy>;
 
-// Drawing commands that can be replayed, cut to what they mark: the upper left corner is at (0, 0),
-// lengths are in points.
+// Drawing commands that can be replayed.
 struct Picture {
     Surface recording;
-    double width = 0;
-    double height = 0;
+    Box page; // what they mark and a small margin, in the recording's coordinates, in points
 
-    // Replays on the context, with its transformation.
+    double width() const { return page.width(); }
+    double height() const { return page.height(); }
+
+    // Replays on the context, with its transformation, the page's upper left corner at (0, 0).
     void drawOn(cairo_t *cr) const;
 };
 

@@ -24,8 +24,7 @@ void drawTexts(cairo_t *cr, const std::vector<PlacedText> &texts, const PlacedFr
     for (const PlacedText &placed : texts) {
         const RichText text = richTextOf(placed.text);
         if (text.empty()) continue;
-        const double angle =
-            std::isfinite(placed.angle) ? std::remainder(placed.angle, 360) : 0.0;
+        const double angle = std::isfinite(placed.angle) ? std::remainder(placed.angle, 360) : 0.0;
         const SetText set =
             typesetter.paragraph(text, textSize, std::max(frame.width, frame.height), mostLines);
 
@@ -33,10 +32,9 @@ void drawTexts(cairo_t *cr, const std::vector<PlacedText> &texts, const PlacedFr
         const double s = std::abs(std::sin(angle * G_PI / 180));
         const double width = set.ink().width() * c + set.ink().height() * s;
         const double height = set.ink().width() * s + set.ink().height() * c;
-        const Point middle{
-            middleAlong(placed.x, placed.xFloating, width, frame.axes[xAxis].scale),
-            frame.height -
-                middleAlong(placed.y, placed.yFloating, height, frame.axes[yAxis].scale)};
+        const Point middle{middleAlong(placed.x, placed.xFloating, width, frame.axes[xAxis].scale),
+                           frame.height - middleAlong(placed.y, placed.yFloating, height,
+                                                      frame.axes[yAxis].scale)};
         if (!isBreak(middle)) set.draw(cr, middle, angle, set.middleOfInk());
     }
 }

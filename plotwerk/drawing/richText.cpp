@@ -47,19 +47,18 @@ static uint32_t codeOf1252(uint32_t byte) {
 
 // Destinations whose text isn't part of the document's own; {\* ...} is left out as well.
 static constexpr std::string_view hiddenDestinations[] = {
-    "fonttbl", "colortbl", "stylesheet", "info",    "pict",    "object",  "header",   "headerl",
-    "headerr", "headerf",  "footer",     "footerl", "footerr", "footerf", "footnote", "listtable",
-    "filetbl", "revtbl",   "nonshppict", "xe",      "tc"};
+    "fonttbl",  "colortbl",  "stylesheet", "info",   "pict",       "object",  "header",
+    "headerl",  "headerr",   "headerf",    "footer", "footerl",    "footerr", "footerf",
+    "footnote", "listtable", "filetbl",    "revtbl", "nonshppict", "xe",      "tc"};
 
 static constexpr struct {
     std::string_view word;
     uint32_t code;
-} namedCharacters[] = {{"par", '\n'},        {"line", '\n'},      {"sect", '\n'},
-                       {"page", '\n'},       {"row", '\n'},       {"cell", '\t'},
-                       {"tab", '\t'},        {"emdash", 0x2014},  {"endash", 0x2013},
-                       {"emspace", 0x2003},  {"enspace", 0x2002}, {"bullet", 0x2022},
-                       {"lquote", 0x2018},   {"rquote", 0x2019},  {"ldblquote", 0x201c},
-                       {"rdblquote", 0x201d}};
+} namedCharacters[] = {
+    {"par", '\n'},      {"line", '\n'},      {"sect", '\n'},        {"page", '\n'},
+    {"row", '\n'},      {"cell", '\t'},      {"tab", '\t'},         {"emdash", 0x2014},
+    {"endash", 0x2013}, {"emspace", 0x2003}, {"enspace", 0x2002},   {"bullet", 0x2022},
+    {"lquote", 0x2018}, {"rquote", 0x2019},  {"ldblquote", 0x201c}, {"rdblquote", 0x201d}};
 
 namespace {
 
@@ -148,8 +147,7 @@ class RtfReader {
         rest.remove_prefix(size);
 
         int number = 0;
-        const auto [after, error] =
-            std::from_chars(rest.data(), rest.data() + rest.size(), number);
+        const auto [after, error] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
         const bool hasNumber = after != rest.data();
         if (error == std::errc::result_out_of_range) number = 0;
         rest.remove_prefix(static_cast<size_t>(after - rest.data()));

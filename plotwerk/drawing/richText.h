@@ -23,9 +23,9 @@ struct TextRun {
 using RichText = std::vector<TextRun>;
 
 // Text that begins with "{\rtf" is read as RTF, any other is one run as it is. Bytes that are no
-// UTF-8 become U+FFFD. Nothing is refused: of malformed RTF what can be read is kept, unknown control
-// words, destinations that aren't text and groups nested deeper than 200 lose their effect. Empty
-// lines at the end are dropped, and so is what lies beyond 4096 bytes of text.
+// UTF-8 become U+FFFD. Nothing is refused: of malformed RTF what can be read is kept, unknown
+// control words, destinations that aren't text and groups nested deeper than 200 lose their effect.
+// Empty lines at the end are dropped, and so is what lies beyond 4096 bytes of text.
 //   "{\\rtf1 10\\super 5}" -> "10", "5" as superscript       "a{b" -> "a{b"
 RichText richTextOf(std::string_view text);
 

@@ -58,8 +58,8 @@ Scale scaleOf(const Axis &axis, Range range, double length) {
     if (scale.logarithmic) {
         scale.logMin = std::log10(scale.min);
         scale.narrow = scale.max / scale.min < 1e6;
-        const double decades = scale.narrow ? std::log10(scale.max / scale.min)
-                                            : std::log10(scale.max) - scale.logMin;
+        const double decades =
+            scale.narrow ? std::log10(scale.max / scale.min) : std::log10(scale.max) - scale.logMin;
         scale.factor = length / decades;
     } else {
         scale.factor = length / (scale.max - scale.min);

@@ -26,9 +26,7 @@ static void closedShape(cairo_t *cr, Shape shape, const Point &at, double size) 
     case Shape::triangleDown: polygon(cr, at, 0.68 * size, 3, -up); break;
     case Shape::diamond: polygon(cr, at, 0.68 * size, 4, up); break;
     case Shape::dot: cairo_arc(cr, at.x, at.y, 0.2 * size, 0, 2 * std::numbers::pi); break;
-    default:
-        cairo_arc(cr, at.x, at.y, 0.5 * size, 0, 2 * std::numbers::pi);
-        cairo_close_path(cr);
+    default: cairo_arc(cr, at.x, at.y, 0.5 * size, 0, 2 * std::numbers::pi); cairo_close_path(cr);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "plotwerk/drawing/ticks.h"
 
+#include "plotwerk/drawing/geometry.h"
 #include "plotwerk/drawing/numberText.h"
 #include "util/number/format.h"
 #include "util/number/power.h"
@@ -27,6 +28,12 @@ struct RoundStep {
     double multiple(double count) const {
         return exponent < 0 ? count * digit / std::pow(10.0, -exponent)
                             : count * digit * std::pow(10.0, exponent);
+    }
+
+    RoundStep finer() const {
+        if (digit == 5) return {2, exponent};
+        if (digit == 2) return {1, exponent};
+        return {5, exponent - 1};
     }
 
     RoundStep coarser() const {
@@ -87,8 +94,8 @@ static std::vector<AxisNumber> numbersAt(const std::vector<double> &values,
     return numbers;
 }
 
-// As many of the numbers as fit: all, or every second, fifth, tenth, ...; at last only one. Counts so
-// that the number with the index 0 stays, if there is one; firstIndex is that of the first.
+// As many of the numbers as fit: all, or every second, fifth, tenth, ...; at last only one. Counts
+// so that the number with the index 0 stays, if there is one; firstIndex is that of the first.
 static std::vector<AxisNumber> thinned(const std::vector<AxisNumber> &numbers, double firstIndex,
                                        const NumbersFit &fit) {
     if (numbers.size() <= 1 || fit(numbers)) return numbers;
@@ -141,10 +148,10 @@ static AxisMarks marksAtIncrement(const Axis &axis, const Scale &scale, const Nu
     const double increment = axis.increment;
     AxisMarks marks;
     marks.ticks = multiplesOf(increment, scale);
-    const NumberFormat format = formatOfNumbers(increment, largestMagnitude(marks.ticks),
-                                                axis.precision, axis.exponents);
-    marks.numbers = thinned(numbersAt(marks.ticks, format),
-                            std::round(marks.ticks.front() / increment), fit);
+    const NumberFormat format =
+        formatOfNumbers(increment, largestMagnitude(marks.ticks), axis.precision, axis.exponents);
+    marks.numbers =
+        thinned(numbersAt(marks.ticks, format), std::round(marks.ticks.front() / increment), fit);
 
     const int digit = static_cast<int>(std::round(plw::mantisse10(increment)));
     const double distance = scale.length * increment / (scale.max - scale.min);
@@ -159,7 +166,8 @@ static AxisMarks linearMarks(const Axis &axis, const Scale &scale, double spacin
 
     const double span = scale.max - scale.min;
     const double most = std::clamp(scale.length / spacing, 2.0, mostTicks);
-    const RoundStep finest = finestStepFrom(span / most);
+    RoundStep finest = finestStepFrom(span / most);
+    while (multiplesOf(finest, scale).size() < 2) finest = finest.finer();
 
     // a wider step until the numbers fit, but never less than two numbers for want of room
     RoundStep step = finest;
@@ -181,8 +189,7 @@ static AxisMarks linearMarks(const Axis &axis, const Scale &scale, double spacin
         marks.numbers = thinned(marks.numbers, 0, fit);
     }
     const double distance = scale.length * step.value() / span;
-    marks.smallTicks =
-        dividing(step.value(), smallTicksBetween(axis, step.digit, distance), scale);
+    marks.smallTicks = dividing(step.value(), smallTicksBetween(axis, step.digit, distance), scale);
     return marks;
 }
 
@@ -204,23 +211,27 @@ static std::vector<double> digitsOfDecades(const Scale &scale, std::initializer_
 }
 
 static std::vector<AxisNumber> logNumbersAt(const std::vector<double> &values, const Axis &axis) {
-    const bool powers =
-        axis.exponents || std::any_of(values.begin(), values.end(), needsPowers);
+    const bool powers = axis.exponents || std::any_of(values.begin(), values.end(), needsPowers);
     std::vector<AxisNumber> numbers;
     for (const double value : values)
         numbers.push_back({value, logNumberText(value, powers, axis.precision)});
     return numbers;
 }
 
-// Small ticks at 2..9 times the decades, or at the decades where the ticks are farther apart.
+// Small ticks at 2..9 times the decades, or, where the ticks are n decades apart, at a part of
+// that.
 static std::vector<double> smallLogTicks(const Axis &axis, const Scale &scale,
-                                         const std::vector<double> &ticks, bool everyDecade) {
+                                         const std::vector<double> &ticks, int decadesApart) {
     if (axis.ticks == 0) return {};
     std::vector<double> small;
-    if (everyDecade) {
-        if (scale.factor >= 20) small = digitsOfDecades(scale, {2, 3, 4, 5, 6, 7, 8, 9});
-    } else if (scale.factor >= leastTickDistance) {
-        small = digitsOfDecades(scale, {1});
+    if (decadesApart == 1 && scale.factor >= 20)
+        small = digitsOfDecades(scale, {2, 3, 4, 5, 6, 7, 8, 9});
+    for (const int parts : {decadesApart, 5, 2}) {
+        if (decadesApart == 1 || decadesApart % parts != 0) continue;
+        const int step = decadesApart / parts;
+        if (scale.factor * step < leastSmallTickDistance) continue;
+        small = digitsOfDecades(scale, {1}, step);
+        break;
     }
     std::erase_if(small, [&](double value) {
         return std::find(ticks.begin(), ticks.end(), value) != ticks.end();
@@ -249,22 +260,22 @@ static AxisMarks decadeMarks(const Axis &axis, const Scale &scale, double spacin
                                             : n;
     marks.ticks = digitsOfDecades(scale, {1}, tickAt);
     if (scale.factor * tickAt < leastTickDistance) marks.ticks = numbered;
-    marks.smallTicks = smallLogTicks(axis, scale, marks.ticks, tickAt == 1);
+    marks.smallTicks = smallLogTicks(axis, scale, marks.ticks, tickAt);
     return marks;
 }
 
 // Less than two decades: numbers at the digits 1, 2 and 5, or at all digits that fit.
 static AxisMarks digitMarks(const Axis &axis, const Scale &scale, const NumbersFit &fit) {
     AxisMarks marks;
-    for (const auto &digits : {std::initializer_list<int>{1, 2, 3, 4, 5, 6, 7, 8, 9},
-                               std::initializer_list<int>{1, 2, 3, 5, 7},
-                               std::initializer_list<int>{1, 2, 5}, std::initializer_list<int>{1, 3},
-                               std::initializer_list<int>{1}}) {
+    for (const auto &digits :
+         {std::initializer_list<int>{1, 2, 3, 4, 5, 6, 7, 8, 9},
+          std::initializer_list<int>{1, 2, 3, 5, 7}, std::initializer_list<int>{1, 2, 5},
+          std::initializer_list<int>{1, 3}, std::initializer_list<int>{1}}) {
         marks.ticks = digitsOfDecades(scale, digits);
         marks.numbers = logNumbersAt(marks.ticks, axis);
         if (fit(marks.numbers)) break;
     }
-    marks.smallTicks = smallLogTicks(axis, scale, marks.ticks, true);
+    marks.smallTicks = smallLogTicks(axis, scale, marks.ticks, 1);
     return marks;
 }
 

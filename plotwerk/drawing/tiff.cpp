@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <tiffio.h>
 #include <vector>
 
@@ -26,9 +27,9 @@ struct MemoryFile {
 
 static tmsize_t readFile(thandle_t handle, void *data, tmsize_t size) {
     auto &file = *static_cast<MemoryFile *>(handle);
-    const size_t there = file.bytes.size() - std::min(file.place, file.bytes.size());
-    const size_t count = std::min(there, static_cast<size_t>(size));
-    std::memcpy(data, file.bytes.data() + file.place, count);
+    const size_t from = std::min(file.place, file.bytes.size());
+    const size_t count = std::min(file.bytes.size() - from, static_cast<size_t>(size));
+    std::memcpy(data, file.bytes.data() + from, count);
     file.place += count;
     return static_cast<tmsize_t>(count);
 }
@@ -50,9 +51,13 @@ static toff_t seekFile(thandle_t handle, toff_t offset, int whence) {
     return offset;
 }
 
-static toff_t fileSize(thandle_t handle) { return static_cast<MemoryFile *>(handle)->bytes.size(); }
+static toff_t fileSize(thandle_t handle) {
+    return static_cast<MemoryFile *>(handle)->bytes.size();
+}
 
-static int closeFile(thandle_t) { return 0; }
+static int closeFile(thandle_t) {
+    return 0;
+}
 
 static void setFields(TIFF *tiff, int width, int height) {
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, static_cast<uint32_t>(width));
@@ -98,22 +103,24 @@ static std::vector<unsigned char> drawnRows(const Picture &picture, int width, i
 }
 
 std::string tiffOfPicture(const Picture &picture) {
-    const int width = static_cast<int>(std::ceil(picture.width * dpi / 72));
-    const int height = static_cast<int>(std::ceil(picture.height * dpi / 72));
+    const int width = static_cast<int>(std::ceil(picture.width() * dpi / 72));
+    const int height = static_cast<int>(std::ceil(picture.height() * dpi / 72));
     MemoryFile file;
-    TIFF *tiff = TIFFClientOpen("picture", "w", &file, readFile, writeFile, seekFile, closeFile,
-                                fileSize, nullptr, nullptr);
+    std::unique_ptr<TIFF, decltype(&TIFFClose)> tiff(TIFFClientOpen("picture", "w", &file, readFile,
+                                                                    writeFile, seekFile, closeFile,
+                                                                    fileSize, nullptr, nullptr),
+                                                     &TIFFClose);
     if (!tiff) throw Refusal("the picture can't be made a TIFF file");
 
-    setFields(tiff, width, height);
+    setFields(tiff.get(), width, height);
     bool written = true;
     for (int top = 0; top < height && written; top += rowsAtOnce) {
         std::vector<unsigned char> rgb =
             drawnRows(picture, width, top, std::min(rowsAtOnce, height - top));
-        written = TIFFWriteEncodedStrip(tiff, static_cast<uint32_t>(top / rowsAtOnce), rgb.data(),
-                                        static_cast<tmsize_t>(rgb.size())) >= 0;
+        written = TIFFWriteEncodedStrip(tiff.get(), static_cast<uint32_t>(top / rowsAtOnce),
+                                        rgb.data(), static_cast<tmsize_t>(rgb.size())) >= 0;
     }
-    TIFFClose(tiff);
+    tiff.reset(); // writes the directory
     if (!written) throw Refusal("the picture can't be made a TIFF file");
     return std::move(file.bytes);
 }

@@ -8,8 +8,8 @@
 
 namespace plotwerk {
 
-// Red, green and blue with 8 bits each, 300 dpi on white, LZW compressed. Throws Refusal if the file
-// can't be made.
+// Red, green and blue with 8 bits each, 300 dpi on white, LZW compressed. Throws Refusal if the
+// file can't be made.
 std::string tiffOfPicture(const Picture &picture);
 
 } // namespace plotwerk

@@ -8,9 +8,13 @@ static constexpr double scriptSize = 0.7;
 static constexpr double superscriptRise = 0.38; // of the text's size
 static constexpr double subscriptRise = -0.16;
 
-static int pangoUnits(double points) { return pango_units_from_double(points); }
+static int pangoUnits(double points) {
+    return pango_units_from_double(points);
+}
 
-static double pointsOf(int units) { return pango_units_to_double(units); }
+static double pointsOf(int units) {
+    return pango_units_to_double(units);
+}
 
 static void addAttribute(PangoAttrList *list, PangoAttribute *attribute, size_t begin, size_t end) {
     attribute->start_index = static_cast<guint>(begin);
