@@ -7,7 +7,7 @@ namespace plotwerk {
 
 static constexpr double horizontalSpacing = 42; // from number to number, in points
 static constexpr double verticalSpacing = 28;
-static constexpr double horizontalGap = 6; // between two numbers
+static constexpr double horizontalGap = 10; // between two numbers
 static constexpr double verticalGap = 4;
 
 static double radians(double degrees) {

@@ -29,9 +29,10 @@ static void appendSuperscript(RichText &text, const std::string &superscript) {
 static std::string fixedText(double value, int decimals) {
     char digits[400];
     std::snprintf(digits, sizeof digits, "%.*f", decimals, std::abs(value));
-    const std::string text = digits;
-    const bool zero = text.find_first_not_of("0.") == std::string::npos;
-    return value < 0 && !zero ? "\u2212" + text : text;
+    const bool zero = std::string_view(digits).find_first_not_of("0.") == std::string_view::npos;
+    std::string text = value < 0 && !zero ? "\u2212" : "";
+    text += digits;
+    return text;
 }
 
 static std::string integerText(int value) {

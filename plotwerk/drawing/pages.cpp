@@ -50,11 +50,11 @@ std::string pdfOfDocument(const Document &document) {
     return bytes;
 }
 
-// The line that says when the file was made.
-static void dropCreationDate(std::string &eps) {
-    const size_t begin = eps.find("%%CreationDate");
+// Replaces the line of the header that begins with the key; without a text it goes.
+static void replaceLine(std::string &eps, const std::string &key, const std::string &text) {
+    const size_t begin = eps.find("\n" + key);
     if (begin == std::string::npos) return;
-    eps.erase(begin, eps.find('\n', begin) + 1 - begin);
+    eps.replace(begin + 1, eps.find('\n', begin + 1) - begin, text);
 }
 
 std::string epsOfDocument(const Document &document) {
@@ -66,7 +66,12 @@ std::string epsOfDocument(const Document &document) {
     const Context cr(cairo_create(surface.get()));
     picture.drawOn(cr.get());
     finish(surface, cr);
-    dropCreationDate(bytes);
+    replaceLine(bytes, "%%CreationDate:", "");
+    // the drawing library's own boxes don't quite hold the images that stand for opacity
+    const std::string box = " 0 0 " + std::to_string(std::lround(picture.width())) + ' ' +
+                            std::to_string(std::lround(picture.height())) + '\n';
+    replaceLine(bytes, "%%BoundingBox:", "%%BoundingBox:" + box);
+    replaceLine(bytes, "%%PageBoundingBox:", "%%PageBoundingBox:" + box);
     return bytes;
 }
 

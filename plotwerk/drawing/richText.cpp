@@ -237,7 +237,8 @@ class RtfReader {
             highSurrogate = 0;
         } else {
             settleSurrogate();
-            if (unit != 0) append(unit);
+            const bool surrogate = unit >= 0xd800 && unit < 0xe000;
+            if (unit != 0) append(surrogate ? 0xfffd : unit);
         }
     }
 
@@ -257,7 +258,7 @@ class RtfReader {
     void flush() {
         settleSurrogate();
         TextRun run = group.look;
-        run.text = withoutControls(validUtf8(text));
+        run.text = validUtf8(withoutControls(text));
         text.clear();
         if (!run.text.empty()) runs.push_back(std::move(run));
     }
@@ -298,7 +299,7 @@ RichText richTextOf(std::string_view text) {
         runs = RtfReader(text).read();
     } else {
         TextRun run;
-        run.text = withoutControls(validUtf8(cut(text)));
+        run.text = validUtf8(withoutControls(cut(text)));
         runs.push_back(std::move(run));
     }
     dropEmptyLinesAtEnd(runs);

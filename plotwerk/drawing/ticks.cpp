@@ -275,6 +275,7 @@ static AxisMarks digitMarks(const Axis &axis, const Scale &scale, const NumbersF
         marks.numbers = logNumbersAt(marks.ticks, axis);
         if (fit(marks.numbers)) break;
     }
+    marks.numbers = thinned(marks.numbers, 0, fit);
     marks.smallTicks = smallLogTicks(axis, scale, marks.ticks, 1);
     return marks;
 }
