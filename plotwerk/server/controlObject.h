@@ -54,13 +54,9 @@ class ControlObject final
         return neutral;
     }
 
-    // Work that leaves the document with unsaved changes.
-    template<class Work> void edit(const char *selector, const std::string &name, Work work) {
-        act(selector, [&] {
-            Document &document = application.document(name);
-            work(document);
-            document.changed = true;
-        });
+    // Work on the document, without an answer.
+    template<class Work> void actOn(const char *selector, const std::string &name, Work work) {
+        act(selector, [&] { work(application.document(name)); });
     }
 
     // Logs the exception that is being handled, and keeps its line as lastError.

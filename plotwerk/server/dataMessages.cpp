@@ -21,7 +21,7 @@ void ControlObject::replaceDataformText_of_source_doRangeOverAll_(const std::str
                                                                   const std::string &name,
                                                                   const std::string &source,
                                                                   const bool &overAll) {
-    edit("replaceDataformText:of:source:doRangeOverAll:", name, [&](Document &document) {
+    actOn("replaceDataformText:of:source:doRangeOverAll:", name, [&](Document &document) {
         replaceData(document, source, text);
         if (overAll) rangeOverAll(document);
     });
@@ -30,19 +30,19 @@ void ControlObject::replaceDataformText_of_source_doRangeOverAll_(const std::str
 void ControlObject::readDataformText_of_source_doRangeOverAll_appendToExistingData_(
     const std::string &text, const std::string &name, const std::string &source,
     const bool &overAll, const bool &append) {
-    edit("readDataformText:of:source:doRangeOverAll:appendToExistingData:", name,
-         [&](Document &document) {
-             (append ? appendData : replaceData)(document, source, text);
-             if (overAll) rangeOverAll(document);
-         });
+    actOn("readDataformText:of:source:doRangeOverAll:appendToExistingData:", name,
+          [&](Document &document) {
+              (append ? appendData : replaceData)(document, source, text);
+              if (overAll) rangeOverAll(document);
+          });
 }
 
 // Nothing is drawn here, so that reading is all there is to be fast in.
 void ControlObject::appendDataAndDrawInFastMode_of_source_(const std::string &text,
                                                            const std::string &name,
                                                            const std::string &source) {
-    edit("appendDataAndDrawInFastMode:of:source:", name,
-         [&](Document &document) { appendData(document, source, text); });
+    actOn("appendDataAndDrawInFastMode:of:source:", name,
+          [&](Document &document) { appendData(document, source, text); });
 }
 
 std::string ControlObject::dataOfSelectedCurvesOf_(const std::string &name) {
@@ -63,7 +63,7 @@ void ControlObject::copySelectedCurvesOf_includeX_(const std::string &name, cons
 }
 
 void ControlObject::pasteDataOf_(const std::string &name) {
-    edit("pasteDataOf:", name, [&](Document &document) {
+    actOn("pasteDataOf:", name, [&](Document &document) {
         const Clipboard &clipboard = application.clipboard;
         if (clipboard.dataText.empty()) throw Refusal("the clipboard is empty");
 
@@ -78,11 +78,8 @@ void ControlObject::pasteDataOf_(const std::string &name) {
 }
 
 void ControlObject::duplicateAsPlottedOf_(const std::string &name) {
-    act("duplicateAsPlottedOf:", [&] {
-        Document copy = duplicateAsPlotted(application.document(name));
-        copy.changed = true;
-        application.add(std::move(copy));
-    });
+    act("duplicateAsPlottedOf:",
+        [&] { application.add(duplicateAsPlotted(application.document(name))); });
 }
 
 std::tuple<int32_t, int32_t, int32_t>

@@ -47,9 +47,7 @@ void ControlObject::display_doRangeOverAll_(const std::string &name, const bool 
     act("display:doRangeOverAll:", [&] {
         Document &document = application.document(name);
         application.activate(document);
-        if (!overAll) return;
-        rangeOverAll(document);
-        document.changed = true;
+        if (overAll) rangeOverAll(document);
     });
 }
 

@@ -17,7 +17,7 @@ ControlObject::statisticOfSelectionOf_name_dataPoints_min_max_sum_std_area_(
 void ControlObject::searchMaximaOfSelectionOf_searchMaxima_searchMinima_minwidth_minheight_(
     const std::string &name, const bool &maxima, const bool &minima, const int32_t &minWidth,
     const double &minHeight) {
-    edit(
+    actOn(
         "searchMaximaOfSelectionOf:searchMaxima:searchMinima:minwidth:minheight:", name,
         [&](Document &document) { searchExtremes(document, maxima, minima, minWidth, minHeight); });
 }
@@ -25,13 +25,13 @@ void ControlObject::searchMaximaOfSelectionOf_searchMaxima_searchMinima_minwidth
 void ControlObject::createCurveAtSelectionOf_minx_maxx_incx_miny_incy_(
     const std::string &name, const double &minX, const double &maxX, const double &incX,
     const double &minY, const double &incY) {
-    edit("createCurveAtSelectionOf:minx:maxx:incx:miny:incy:", name,
-         [&](Document &document) { createCurve(document, minX, maxX, incX, minY, incY); });
+    actOn("createCurveAtSelectionOf:minx:maxx:incx:miny:incy:", name,
+          [&](Document &document) { createCurve(document, minX, maxX, incX, minY, incY); });
 }
 
 void ControlObject::changeNameOfSelectionOf_to_(const std::string &name, const std::string &to) {
-    edit("changeNameOfSelectionOf:to:", name,
-         [&](Document &document) { renameSelection(document, to); });
+    actOn("changeNameOfSelectionOf:to:", name,
+          [&](Document &document) { renameSelection(document, to); });
 }
 
 void ControlObject::modifyDataOf_Ydata_(const std::string &, const bool &) {
@@ -39,33 +39,33 @@ void ControlObject::modifyDataOf_Ydata_(const std::string &, const bool &) {
 }
 
 void ControlObject::showCurveOf_(const std::string &name) {
-    edit("showCurveOf:", name, showSelection);
+    actOn("showCurveOf:", name, showSelection);
 }
 
 void ControlObject::diffOf_(const std::string &name) {
-    edit("diffOf:", name, differentiateSelection);
+    actOn("diffOf:", name, differentiateSelection);
 }
 
 void ControlObject::deleteSelectedCurvesOf_(const std::string &name) {
-    edit("deleteSelectedCurvesOf:", name, deleteSelection);
+    actOn("deleteSelectedCurvesOf:", name, deleteSelection);
 }
 
 void ControlObject::deleteAllCurvesOf_(const std::string &name) {
-    edit("deleteAllCurvesOf:", name, deleteAllCurves);
+    actOn("deleteAllCurvesOf:", name, deleteAllCurves);
 }
 
 void ControlObject::sortSelectedCurvesByXdata_(const std::string &name) {
-    edit("sortSelectedCurvesByXdata:", name, sortByX);
+    actOn("sortSelectedCurvesByXdata:", name, sortByX);
 }
 
 void ControlObject::sortSelectedCurvesBySelection_ascending_(const std::string &name,
                                                              const bool &ascending) {
-    edit("sortSelectedCurvesBySelection:ascending:", name,
-         [&](Document &document) { sortBySelection(document, ascending); });
+    actOn("sortSelectedCurvesBySelection:ascending:", name,
+          [&](Document &document) { sortBySelection(document, ascending); });
 }
 
 void ControlObject::swapSelectedCurvesWithXdata_(const std::string &name) {
-    edit("swapSelectedCurvesWithXdata:", name, swapSelectionWithX);
+    actOn("swapSelectedCurvesWithXdata:", name, swapSelectionWithX);
 }
 
 } // namespace plotwerk

@@ -40,8 +40,8 @@ void ControlObject::setValueOfDoc_atIndex_indexSerie_toValue_(const std::string 
                                                               const int32_t &index,
                                                               const int32_t &series,
                                                               const double &value) {
-    edit("setValueOfDoc:atIndex:indexSerie:toValue:", name,
-         [&](Document &document) { setValueAtIndex(document, index, series, value); });
+    actOn("setValueOfDoc:atIndex:indexSerie:toValue:", name,
+          [&](Document &document) { setValueAtIndex(document, index, series, value); });
 }
 
 int32_t ControlObject::indexOfSelectedCurveOf_(const std::string &name) {

@@ -31,32 +31,32 @@ Limits ControlObject::get2YRangeOf_ymin_ymax_(const std::string &name) {
 
 void ControlObject::setXRangeOf_xmin_xmax_(const std::string &name, const double &min,
                                            const double &max) {
-    edit("setXRangeOf:xmin:xmax:", name,
-         [&](Document &document) { setRange(document, xAxis, min, max); });
+    actOn("setXRangeOf:xmin:xmax:", name,
+          [&](Document &document) { setRange(document, xAxis, min, max); });
 }
 
 void ControlObject::setYRangeOf_ymin_ymax_(const std::string &name, const double &min,
                                            const double &max) {
-    edit("setYRangeOf:ymin:ymax:", name,
-         [&](Document &document) { setRange(document, yAxis, min, max); });
+    actOn("setYRangeOf:ymin:ymax:", name,
+          [&](Document &document) { setRange(document, yAxis, min, max); });
 }
 
 void ControlObject::set2XRangeOf_xmin_xmax_(const std::string &name, const double &min,
                                             const double &max) {
-    edit("set2XRangeOf:xmin:xmax:", name,
-         [&](Document &document) { setRange(document, upperXAxis, min, max); });
+    actOn("set2XRangeOf:xmin:xmax:", name,
+          [&](Document &document) { setRange(document, upperXAxis, min, max); });
 }
 
 void ControlObject::set2YRangeOf_ymin_ymax_(const std::string &name, const double &min,
                                             const double &max) {
-    edit("set2YRangeOf:ymin:ymax:", name,
-         [&](Document &document) { setRange(document, rightYAxis, min, max); });
+    actOn("set2YRangeOf:ymin:ymax:", name,
+          [&](Document &document) { setRange(document, rightYAxis, min, max); });
 }
 
 // yes is the x axis, as the keyword puts it first.
 void ControlObject::setLocalRangeOf_XorYAxis_(const std::string &name, const bool &xDirection) {
-    edit("setLocalRangeOf:XorYAxis:", name,
-         [&](Document &document) { setLocalRange(document, xDirection); });
+    actOn("setLocalRangeOf:XorYAxis:", name,
+          [&](Document &document) { setLocalRange(document, xDirection); });
 }
 
 Limits ControlObject::getFitRangeOf_xmin_xmax_(const std::string &name) {
@@ -68,8 +68,8 @@ Limits ControlObject::getFitRangeOf_xmin_xmax_(const std::string &name) {
 
 void ControlObject::setFitRangeOf_xmin_xmax_(const std::string &name, const double &min,
                                              const double &max) {
-    edit("setFitRangeOf:xmin:xmax:", name,
-         [&](Document &document) { setFitRange(document, min, max); });
+    actOn("setFitRangeOf:xmin:xmax:", name,
+          [&](Document &document) { setFitRange(document, min, max); });
 }
 
 } // namespace plotwerk

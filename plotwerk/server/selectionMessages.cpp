@@ -74,15 +74,11 @@ ControlObject::nameOfNextMarkedCurveOf_name_source_yData_table_index_(const std:
 }
 
 int32_t ControlObject::markSelectedCurvesOf_(const std::string &name) {
-    return answer("markSelectedCurvesOf:", name, 0, [](Document &document) {
-        const int marked = markSelection(document);
-        document.changed = true;
-        return marked;
-    });
+    return answer("markSelectedCurvesOf:", name, 0, markSelection);
 }
 
 void ControlObject::markSelectionAsFitDataOf_(const std::string &name) {
-    edit("markSelectionAsFitDataOf:", name, markFitData);
+    actOn("markSelectionAsFitDataOf:", name, markFitData);
 }
 
 } // namespace plotwerk
