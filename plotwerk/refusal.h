@@ -7,7 +7,8 @@
 namespace plotwerk {
 
 // Thrown before anything has been changed: a refused message leaves every document as it was. The
-// text is one English line without a full stop, for the log and for whoever asks for the last error.
+// text is one English line without a full stop, for the log and for whoever asks for the last
+// error.
 struct Refusal : std::runtime_error {
     using std::runtime_error::runtime_error;
 };

@@ -1,7 +1,8 @@
 // dataText.h - data text: lines of numbers, as measurements write them and spreadsheets paste them.
 //
 // A line is a row. Lines end in LF, CR LF or CR. Fields are separated by blanks, tabs, semicolons
-// and commas; while plw::decimalSeparator is a comma, a comma is a decimal point and never separates.
+// and commas; while plw::decimalSeparator is a comma, a comma is a decimal point and never
+// separates.
 //   - A semicolon or comma, with any blanks and tabs around it, ends one field; elsewhere each tab
 //     does, and any number of blanks. Nothing between two of them is NaN: "1,,3" "1;;3" "1\t\t3".
 //     So is nothing before a first semicolon or comma; nothing after the last one is no field.
@@ -9,7 +10,8 @@
 //   - A number is what strtod reads, with inf and nan in any case. NAN and - are NaN.
 //   - Rows may be of any length: the table is as wide as its longest row, or as its line of names,
 //     and short rows end in NaN.
-//   - Before the first row of a table, a line with a word in it names the columns, a later one anew.
+//   - Before the first row of a table, a line with a word in it names the columns, a later one
+//   anew.
 //     A name with blanks or other separators is quoted ("..." or '...', the quote itself as \").
 //     Anything quoted is a word. Columns without a name are "X" and "Y1", "Y2", ...
 //   - A word in a row is NaN; words after a row's last number are left out.
@@ -39,9 +41,9 @@ std::vector<DataTable> readDataText(std::string text);
 // One table as data text, to be read back as it is: a line of names and a line for each row, fields
 // separated by tabs. Appended to text, after an empty line when there is text already. All columns
 // have the same number of rows. Numbers have plw::decimalSeparator, and as many digits as
-// stringOfDouble gives them, or, where these don't read back as the same number, as many as it takes;
-// NaN is NAN. In names, line ends become blanks, and a quoted name that would end in a backslash
-// gets a blank there.
+// stringOfDouble gives them, or, where these don't read back as the same number, as many as it
+// takes; NaN is NAN. In names, line ends become blanks, and a quoted name that would end in a
+// backslash gets a blank there.
 void writeDataText(const std::vector<const Column *> &columns, std::string &text);
 
 } // namespace plotwerk

@@ -7,6 +7,8 @@
 #include "fct/fct.h"
 #include "plotwerk/model/document.h"
 
+#include <cstdlib>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -56,6 +58,20 @@ const XOrder &orderOfX(const Table &table);
 // freed. What searches it needs an ascending x without NaN: see orderOfX. A table without rows
 // gives a function without samples, which evalFct refuses by ending the process.
 plw::Fct fctOf(const Table &table, const Column &y);
+
+struct FreeArray {
+    void operator()(void *array) const { std::free(array); }
+};
+
+// The points of a curve that have both x and y, in order, and the rows that they stand in.
+struct ValidPoints {
+    int n = 0;
+    std::unique_ptr<double[], FreeArray> x;
+    std::unique_ptr<double[], FreeArray> y;
+    std::unique_ptr<int[], FreeArray> row;
+};
+
+ValidPoints validPoints(const Table &table, const Column &y);
 
 } // namespace plotwerk
 

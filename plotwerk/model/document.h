@@ -59,8 +59,9 @@ struct Column {
     int place = 0;        // in the selection: 1 for the first selected curve, 0 for none
 };
 
-// What the rows of a table looked at so far say about its x. Not a part of the document: it is found
-// out when it is needed (orderOfX), goes on by itself with rows that are added below, and is reset to
+// What the rows of a table looked at so far say about its x. Not a part of the document: it is
+// found out when it is needed (orderOfX), goes on by itself with rows that are added below, and is
+// reset to
 // {} by whoever changes or moves the x values that are there.
 struct XOrder {
     std::size_t rows = 0;  // looked at so far

@@ -38,16 +38,16 @@ void swapSelectionWithX(Document &document);
 
 // Adds to the table of each selected curve, as its last column, the derivative "NAME'". At a point
 // between two others it is that of the parabola through the three (Lagrange's three-point formula
-// for unequal steps), at either end that of the nearest parabola there; exact for parabolas. With two
-// points it is their slope. Points without x or y have NaN and are left out: their neighbours
+// for unequal steps), at either end that of the nearest parabola there; exact for parabolas. With
+// two points it is their slope. Points without x or y have NaN and are left out: their neighbours
 // use the next valid point. Equal x among the three give NaN, and so does a single point.
 //   (0, 0), (1, 1), (3, 9) -> 0, 2, 6
 void differentiateSelection(Document &document);
 
 // Adds a table after the one of the first selected curve, or else to the last source, or else to a
 // new source "Data": x is minX, minX + incX, ... up to and including maxX (within a millionth of a
-// step), y is minY, minY + incY, ... Refused unless all are finite, incX > 0, minX <= maxX and there
-// are at most 1e8 points.
+// step), y is minY, minY + incY, ... Refused unless all are finite, incX > 0, minX <= maxX and
+// there are at most 1e8 points.
 void createCurve(Document &document, double minX, double maxX, double incX, double minY,
                  double incY);
 
@@ -59,8 +59,9 @@ void createCurve(Document &document, double minX, double maxX, double incX, doub
 //   width is the number of points around it above half of that height.
 // A minimum is a maximum of -y. The candidates come from peaksFct over minWidth points (at
 // least 2), so that of two extremes closer than that the curve smoothed over minWidth has one. An
-// extreme within half of minWidth of the first or last point isn't found. NaN and negative limits mean any.
-// A curve without such extremes adds nothing; refused when flags are set and no curve has any.
+// extreme within half of minWidth of the first or last point isn't found. NaN and negative limits
+// mean any. A curve without such extremes adds nothing; refused when flags are set and no curve has
+// any.
 void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, double minHeight);
 
 } // namespace plotwerk

@@ -17,8 +17,8 @@ namespace plotwerk {
 //
 // appendData lets the text's tables, in order, continue the source's last tables, as many as the
 // text has: where both have as many columns the rows go below, and the names stay; numbers without
-// x continue a table whose x counts its rows (0, 1, 2, ...). Any other table of the text is added to
-// the source.
+// x continue a table whose x counts its rows (0, 1, 2, ...). Any other table of the text is added
+// to the source.
 void replaceData(Document &document, const std::string &source, std::string text);
 void appendData(Document &document, const std::string &source, std::string text);
 
@@ -31,7 +31,8 @@ std::string dataTextOfSelection(const Document &document, bool includeX);
 
 // A new document "NAME copy", never saved: the visible curves with the points inside the x range of
 // their axis, everything else as it is. Hidden columns stay where they are error bars of a visible
-// curve. A row stays as long as one of its table's visible curves needs it; the others have NaN there.
+// curve. A row stays as long as one of its table's visible curves needs it; the others have NaN
+// there.
 Document duplicateAsPlotted(const Document &document);
 
 // The name itself when it isn't among the taken ones, otherwise one that uniqueName makes of it

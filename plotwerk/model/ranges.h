@@ -20,8 +20,9 @@ void setRange(Document &document, AxisCode axis, double min, double max);
 // Unsets the limits of all axes: they follow all data.
 void rangeOverAll(Document &document);
 
-// Sets the limits, of x or else of y, to those of the selected curves' points, for each axis of that
-// direction that they are drawn against. Refused without a selection, and without a point in it.
+// Sets the limits, of x or else of y, to those of the selected curves' points, for each axis of
+// that direction that they are drawn against. Refused without a selection, and without a point in
+// it.
 void setLocalRange(Document &document, bool xDirection);
 
 // Unset limits are those of the fit data's x, or, without fit data, of the data of the x axis.

@@ -1,5 +1,6 @@
 #include "util/text/missing.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -7,7 +8,7 @@ namespace plw {
 
 int *removeNAN(const double *x, const double *y, int n, double **xOut, double **yOut, int *nOut,
                int **indexOut) {
-    const std::size_t room = n > 0 ? n : 0;
+    const std::size_t room = std::max(n, 1);
     *xOut = static_cast<double *>(std::malloc(room * sizeof(double)));
     *yOut = static_cast<double *>(std::malloc(room * sizeof(double)));
     *indexOut = static_cast<int *>(std::malloc(room * sizeof(int)));

@@ -1,0 +1,166 @@
+#include "plotwerk/model/curves.h"
+
+#include "plotwerk/refusal.h"
+#include "util/text/missing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+namespace plotwerk {
+
+bool operator==(const CurveRef &a, const CurveRef &b) {
+    return a.source == b.source && a.table == b.table && a.column == b.column && a.index == b.index;
+}
+
+Table &tableOf(Document &document, const CurveRef &curve) {
+    return document.sources[curve.source].tables[curve.table];
+}
+
+const Table &tableOf(const Document &document, const CurveRef &curve) {
+    return document.sources[curve.source].tables[curve.table];
+}
+
+Column &columnOf(Document &document, const CurveRef &curve) {
+    return tableOf(document, curve).y[curve.column];
+}
+
+const Column &columnOf(const Document &document, const CurveRef &curve) {
+    return tableOf(document, curve).y[curve.column];
+}
+
+std::vector<CurveRef> curvesOf(const Document &document) {
+    std::vector<CurveRef> curves;
+    CurveRef curve;
+    for (curve.source = 0; curve.source < std::ssize(document.sources); ++curve.source) {
+        const Source &source = document.sources[curve.source];
+        for (curve.table = 0; curve.table < std::ssize(source.tables); ++curve.table) {
+            const Table &table = source.tables[curve.table];
+            for (curve.column = 0; curve.column < std::ssize(table.y); ++curve.column) {
+                curves.push_back(curve);
+                ++curve.index;
+            }
+        }
+    }
+    return curves;
+}
+
+int numberOfCurves(const Document &document) {
+    std::size_t count = 0;
+    for (const Source &source : document.sources)
+        for (const Table &table : source.tables) count += table.y.size();
+    return static_cast<int>(count);
+}
+
+std::optional<CurveRef> curveAt(const Document &document, int index) {
+    if (index < 0) return std::nullopt;
+    CurveRef curve{0, 0, index, index};
+    for (const Source &source : document.sources) {
+        curve.table = 0;
+        for (const Table &table : source.tables) {
+            const int columns = static_cast<int>(table.y.size());
+            if (curve.column < columns) return curve;
+            curve.column -= columns;
+            ++curve.table;
+        }
+        ++curve.source;
+    }
+    return std::nullopt;
+}
+
+std::vector<CurveRef> selectedCurves(const Document &document) {
+    std::vector<CurveRef> selected = curvesOf(document);
+    const auto place = [&](const CurveRef &curve) { return columnOf(document, curve).place; };
+    std::erase_if(selected, [&](const CurveRef &curve) { return place(curve) == 0; });
+    std::stable_sort(selected.begin(), selected.end(),
+                     [&](const CurveRef &a, const CurveRef &b) { return place(a) < place(b); });
+    return selected;
+}
+
+std::vector<CurveRef> requireSelection(const Document &document) {
+    std::vector<CurveRef> selected = selectedCurves(document);
+    if (selected.empty()) throw Refusal("no curve is selected");
+    return selected;
+}
+
+std::optional<CurveRef> firstSelectedCurve(const Document &document) {
+    std::optional<CurveRef> first;
+    int lowest = 0;
+    CurveRef curve;
+    for (const Source &source : document.sources) {
+        curve.table = 0;
+        for (const Table &table : source.tables) {
+            curve.column = 0;
+            for (const Column &column : table.y) {
+                if (column.place > 0 && (!first || column.place < lowest)) {
+                    first = curve;
+                    lowest = column.place;
+                }
+                ++curve.column;
+                ++curve.index;
+            }
+            ++curve.table;
+        }
+        ++curve.source;
+    }
+    return first;
+}
+
+CurveRef curveOfSeries(const Document &document, int series) {
+    if (series != -1) {
+        const auto curve = curveAt(document, series);
+        if (!curve)
+            throw Refusal("no curve " + std::to_string(series) + " in \"" + document.name + "\"");
+        return *curve;
+    }
+    const auto selected = firstSelectedCurve(document);
+    if (selected) return *selected;
+    if (numberOfCurves(document) != 1) throw Refusal("no curve is selected");
+    return *curveAt(document, 0);
+}
+
+int rowsOf(const Table &table) {
+    return static_cast<int>(table.x.values.size());
+}
+
+const XOrder &orderOfX(const Table &table) {
+    XOrder &order = table.xOrder;
+    const std::vector<double> &x = table.x.values;
+    for (; order.rows < x.size(); ++order.rows) {
+        const double value = x[order.rows];
+        if (std::isnan(value)) {
+            order.gaps = true;
+            continue;
+        }
+        if (order.first < 0)
+            order.first = static_cast<int>(order.rows);
+        else if (value < x[order.last])
+            order.ascending = false;
+        order.last = static_cast<int>(order.rows);
+    }
+    return order;
+}
+
+plw::Fct fctOf(const Table &table, const Column &y) {
+    plw::Fct f{};
+    f.y = const_cast<double *>(y.values.data());
+    f.t = const_cast<double *>(table.x.values.data());
+    f.n = rowsOf(table);
+    f.linked = 1;
+    return f;
+}
+
+ValidPoints validPoints(const Table &table, const Column &y) {
+    ValidPoints points;
+    double *xs = nullptr;
+    double *ys = nullptr;
+    int *rows = nullptr;
+    plw::removeNAN(table.x.values.data(), y.values.data(), rowsOf(table), &xs, &ys, &points.n,
+                   &rows);
+    points.x.reset(xs);
+    points.y.reset(ys);
+    points.row.reset(rows);
+    return points;
+}
+
+} // namespace plotwerk

@@ -1,0 +1,331 @@
+#include "plotwerk/model/editing.h"
+
+#include "plotwerk/model/curves.h"
+#include "plotwerk/refusal.h"
+#include "util/arrays/search.h"
+#include "util/arrays/sort.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace plotwerk {
+
+namespace {
+
+// Curves have come or gone.
+void curvesChanged(Document &document) {
+    document.markWalk = 0;
+    document.changed = true;
+}
+
+// The first selected curve of each table with selected curves.
+std::vector<CurveRef> firstOfEachTable(const std::vector<CurveRef> &selected) {
+    std::vector<CurveRef> firsts;
+    for (const CurveRef &curve : selected)
+        if (std::none_of(firsts.begin(), firsts.end(), [&](const CurveRef &first) {
+                return first.source == curve.source && first.table == curve.table;
+            }))
+            firsts.push_back(curve);
+    return firsts;
+}
+
+// The rows in the order of the key, those without a key last.
+std::vector<int> sortedRows(std::vector<double> key) {
+    const int n = static_cast<int>(key.size());
+    std::vector<double> rows(n);
+    for (int i = 0; i < n; ++i) rows[i] = i;
+    double *others[] = {rows.data(), nullptr};
+    plw::sortN(n, key.data(), others, 1);
+
+    // sortN puts NaN first
+    const auto numbers = std::find_if(key.begin(), key.end(), [](double v) { return v == v; });
+    std::rotate(rows.begin(), rows.begin() + (numbers - key.begin()), rows.end());
+    return {rows.begin(), rows.end()};
+}
+
+void sortRows(Table &table, const std::vector<double> &key) {
+    const std::vector<int> rows = sortedRows(key);
+    std::vector<double> sorted(rows.size());
+    const auto reorder = [&](Column &column) {
+        for (std::size_t i = 0; i < rows.size(); ++i) sorted[i] = column.values[rows[i]];
+        column.values.swap(sorted);
+    };
+    reorder(table.x);
+    for (Column &column : table.y) reorder(column);
+    table.xOrder = {};
+}
+
+// Derivatives of a curve at its n points, by the parabolas through three neighbours.
+std::vector<double> derivative(const ValidPoints &points) {
+    const int n = points.n;
+    const double *x = points.x.get();
+    const double *y = points.y.get();
+    const auto slope = [&](int i) { return (y[i + 1] - y[i]) / (x[i + 1] - x[i]); };
+    std::vector<double> result(n, unset);
+    if (n == 2) result[0] = result[1] = slope(0);
+    for (int i = 1; i < n - 1; ++i) {
+        const double before = x[i] - x[i - 1];
+        const double after = x[i + 1] - x[i];
+        const double bend = (slope(i) - slope(i - 1)) / (before + after);
+        result[i] = slope(i - 1) + bend * before;
+        if (i == 1) result[0] = slope(0) - bend * before;
+        if (i == n - 2) result[n - 1] = slope(i) + bend * after;
+    }
+    for (double &value : result)
+        if (!std::isfinite(value)) value = unset;
+    return result;
+}
+
+// For each point how low the curve gets before it rises above the point, going to the left.
+std::vector<double> lowestToTheLeft(const std::vector<double> &y) {
+    struct Hill {
+        double top;
+        double low; // between the last higher one and this one
+    };
+    std::vector<Hill> higher; // descending from left to right
+    std::vector<double> lows;
+    lows.reserve(y.size());
+    for (const double top : y) {
+        double low = top;
+        while (!higher.empty() && higher.back().top <= top) {
+            low = std::min(low, higher.back().low);
+            higher.pop_back();
+        }
+        higher.push_back({top, low});
+        lows.push_back(low);
+    }
+    return lows;
+}
+
+std::vector<double> lowestToTheRight(std::vector<double> y) {
+    std::reverse(y.begin(), y.end());
+    std::vector<double> lows = lowestToTheLeft(y);
+    std::reverse(lows.begin(), lows.end());
+    return lows;
+}
+
+bool isAsWide(const std::vector<double> &y, int top, double level, int width) {
+    const int n = static_cast<int>(y.size());
+    int count = 1;
+    for (int i = top - 1; i >= 0 && y[i] > level && count < width; --i) ++count;
+    for (int i = top + 1; i < n && y[i] > level && count < width; ++i) ++count;
+    return count >= width;
+}
+
+// A window of so many points is fine enough to look for peaks: beyond, the points are averaged in
+// blocks, so that the time doesn't go with the width.
+constexpr int pointsInWindow = 32;
+
+// Where peaks of that width are, roughly: indexes of points.
+std::vector<int> peakCandidates(const std::vector<double> &y, int width) {
+    const int block = std::max(1, width / pointsInWindow);
+    std::vector<double> means;
+    for (std::size_t i = 0; i + block <= y.size(); i += block) {
+        double sum = 0;
+        for (int j = 0; j < block; ++j) sum += y[i + j];
+        means.push_back(sum / block);
+    }
+    using Function = std::unique_ptr<plw::Fct, decltype(&plw::freeFct)>;
+    const Function f(plw::newFctWith(means.data(), static_cast<int>(means.size()), 0, 1),
+                     plw::freeFct);
+    const Function peaks(plw::peaksFct(f.get(), std::numeric_limits<double>::min(),
+                                       static_cast<double>(width) / block),
+                         plw::freeFct);
+    std::vector<int> candidates;
+    candidates.reserve(peaks->n);
+    for (int i = 0; i < peaks->n; ++i)
+        candidates.push_back(static_cast<int>((peaks->t[i] + 0.5) * block));
+    return candidates;
+}
+
+// Indexes of the maxima, ascending.
+std::vector<int> maximaOf(const std::vector<double> &y, int minWidth, double minHeight) {
+    std::vector<int> maxima;
+    const int n = static_cast<int>(y.size());
+    if (n < 3) return maxima;
+    const int window = std::clamp(minWidth, 2, n);
+    const std::vector<double> left = lowestToTheLeft(y);
+    const std::vector<double> right = lowestToTheRight(y);
+    for (const int candidate : peakCandidates(y, window)) {
+        const auto begin = y.begin() + std::max(candidate - window / 2, 0);
+        const auto end = y.begin() + std::min(candidate + window / 2 + 1, n);
+        const int top = static_cast<int>(std::max_element(begin, end) - y.begin());
+        if (!maxima.empty() && top <= maxima.back()) continue;
+        const double height = y[top] - std::max(left[top], right[top]);
+        if (height > 0 && !(height < minHeight) && isAsWide(y, top, y[top] - height / 2, minWidth))
+            maxima.push_back(top);
+    }
+    return maxima;
+}
+
+struct Extremes {
+    CurveRef curve;
+    Table table;
+};
+
+Table tableOfExtremes(const ValidPoints &points, const std::vector<int> &indexes,
+                      const std::string &xName, const std::string &name) {
+    Table table;
+    table.x.name = xName;
+    table.y.resize(1);
+    Column &column = table.y.front();
+    column.name = name;
+    column.look.line = false;
+    column.look.marker = true;
+    for (const int i : indexes) {
+        table.x.values.push_back(points.x[i]);
+        column.values.push_back(points.y[i]);
+    }
+    return table;
+}
+
+} // namespace
+
+void renameSelection(Document &document, const std::string &name) {
+    for (const CurveRef &curve : requireSelection(document)) columnOf(document, curve).name = name;
+    document.changed = true;
+}
+
+void showSelection(Document &document) {
+    const std::vector<CurveRef> selected = requireSelection(document);
+    int highest = 0;
+    for (const CurveRef &curve : curvesOf(document)) {
+        const Column &column = columnOf(document, curve);
+        if (column.place == 0) highest = std::max(highest, column.look.layer);
+    }
+    for (const CurveRef &curve : selected) {
+        CurveLook &look = columnOf(document, curve).look;
+        look.visible = true;
+        look.layer = ++highest;
+    }
+    document.changed = true;
+}
+
+void deleteSelection(Document &document) {
+    requireSelection(document);
+    for (Source &source : document.sources) {
+        for (Table &table : source.tables)
+            std::erase_if(table.y, [](const Column &column) { return column.place > 0; });
+        std::erase_if(source.tables, [](const Table &table) { return table.y.empty(); });
+    }
+    std::erase_if(document.sources, [](const Source &source) { return source.tables.empty(); });
+    curvesChanged(document);
+}
+
+void deleteAllCurves(Document &document) {
+    document.sources.clear();
+    curvesChanged(document);
+}
+
+void sortByX(Document &document) {
+    for (const CurveRef &curve : firstOfEachTable(requireSelection(document))) {
+        Table &table = tableOf(document, curve);
+        sortRows(table, table.x.values);
+    }
+    document.changed = true;
+}
+
+void sortBySelection(Document &document, bool ascending) {
+    const CurveRef first = requireSelection(document).front();
+    std::vector<double> key = columnOf(document, first).values;
+    if (!ascending)
+        for (double &value : key) value = -value;
+    sortRows(tableOf(document, first), key);
+    document.changed = true;
+}
+
+void swapSelectionWithX(Document &document) {
+    for (const CurveRef &curve : firstOfEachTable(requireSelection(document))) {
+        Table &table = tableOf(document, curve);
+        Column &column = columnOf(document, curve);
+        column.name.swap(table.x.name);
+        column.values.swap(table.x.values);
+        table.xOrder = {};
+    }
+    document.changed = true;
+}
+
+void differentiateSelection(Document &document) {
+    for (const CurveRef &curve : requireSelection(document)) {
+        Table &table = tableOf(document, curve);
+        const ValidPoints points = validPoints(table, columnOf(document, curve));
+        const std::vector<double> derivatives = derivative(points);
+        Column column;
+        column.name = columnOf(document, curve).name + "'";
+        column.values.assign(rowsOf(table), unset);
+        for (int i = 0; i < points.n; ++i) column.values[points.row[i]] = derivatives[i];
+        table.y.push_back(std::move(column));
+    }
+    curvesChanged(document);
+}
+
+void createCurve(Document &document, double minX, double maxX, double incX, double minY,
+                 double incY) {
+    for (const double value : {minX, maxX, incX, minY, incY})
+        if (!std::isfinite(value)) throw Refusal("a curve's limits and increments must be numbers");
+    if (incX <= 0) throw Refusal("a curve's x increment must be positive");
+    if (minX > maxX) throw Refusal("a curve's smallest x is above its largest");
+    const double steps = (maxX - minX) / incX + 1e-6;
+    if (!(steps < 1e8)) throw Refusal("a curve can't have more than 1e8 points");
+
+    const int n = static_cast<int>(steps) + 1;
+    Table table;
+    table.x.name = "X";
+    table.y.resize(1);
+    Column &column = table.y.front();
+    column.name = "Y1";
+    table.x.values.resize(n);
+    column.values.resize(n);
+    for (int i = 0; i < n; ++i) {
+        table.x.values[i] = std::min(std::fma(i, incX, minX), maxX);
+        column.values[i] = std::fma(i, incY, minY);
+    }
+
+    if (const auto first = firstSelectedCurve(document)) {
+        std::vector<Table> &tables = document.sources[first->source].tables;
+        tables.insert(tables.begin() + first->table + 1, std::move(table));
+    } else {
+        if (document.sources.empty()) document.sources.push_back({"Data", {}});
+        document.sources.back().tables.push_back(std::move(table));
+    }
+    curvesChanged(document);
+}
+
+void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, double minHeight) {
+    std::vector<CurveRef> selected = requireSelection(document);
+    if (!maxima && !minima) return;
+
+    std::vector<Extremes> found;
+    for (const CurveRef &curve : selected) {
+        const Table &table = tableOf(document, curve);
+        const Column &column = columnOf(document, curve);
+        const ValidPoints points = validPoints(table, column);
+        const auto search = [&](const std::vector<double> &y, const char *kind) {
+            const std::vector<int> indexes = maximaOf(y, minWidth, minHeight);
+            if (!indexes.empty())
+                found.push_back({curve, tableOfExtremes(points, indexes, table.x.name,
+                                                        column.name + " " + kind)});
+        };
+        std::vector<double> y(points.y.get(), points.y.get() + points.n);
+        if (maxima) search(y, "maxima");
+        for (double &value : y) value = -value;
+        if (minima) search(y, "minima");
+    }
+    if (found.empty()) throw Refusal("the selected curves have no such extremes");
+
+    // behind the tables that are to stay in place: from the last one backwards
+    std::stable_sort(found.begin(), found.end(), [](const Extremes &a, const Extremes &b) {
+        return std::pair(a.curve.source, a.curve.table) < std::pair(b.curve.source, b.curve.table);
+    });
+    for (auto each = found.rbegin(); each != found.rend(); ++each) {
+        std::vector<Table> &tables = document.sources[each->curve.source].tables;
+        tables.insert(tables.begin() + each->curve.table + 1, std::move(each->table));
+    }
+    curvesChanged(document);
+}
+
+} // namespace plotwerk

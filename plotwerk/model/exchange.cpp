@@ -1,0 +1,208 @@
+#include "plotwerk/model/exchange.h"
+
+#include "plotwerk/data/dataText.h"
+#include "plotwerk/model/curves.h"
+#include "plotwerk/model/ranges.h"
+#include "plotwerk/refusal.h"
+#include "util/files/uniqueName.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace plotwerk {
+
+namespace {
+
+Source &sourceNamed(Document &document, const std::string &name) {
+    const std::string &wanted = name.empty() ? "Data" : name;
+    for (Source &source : document.sources)
+        if (source.name == wanted) return source;
+    return document.sources.emplace_back(Source{wanted, {}});
+}
+
+std::vector<Table> tablesOf(std::vector<DataTable> read) {
+    std::vector<Table> tables;
+    tables.reserve(read.size());
+    for (DataTable &each : read) tables.push_back(std::move(each.table));
+    return tables;
+}
+
+// What the user has made of a curve goes over to the one that takes its position.
+void takeOver(const Column &old, Column &column) {
+    column.look = old.look;
+    column.marked = old.marked;
+    column.fitData = old.fitData;
+    column.place = old.place;
+}
+
+bool countsItsRows(const Table &table) {
+    const std::vector<double> &x = table.x.values;
+    return x.empty() || (x.front() == 0 && x.back() == static_cast<double>(x.size() - 1));
+}
+
+bool continues(const DataTable &more, const Table &table) {
+    return more.table.y.size() == table.y.size() && (!more.countedX || countsItsRows(table));
+}
+
+// Makes room so that appending can't fail, and growth by single rows stays cheap.
+void reserveRows(Column &column, std::size_t more) {
+    const std::size_t needed = column.values.size() + more;
+    if (needed > column.values.capacity())
+        column.values.reserve(std::max(needed, 2 * column.values.capacity()));
+}
+
+void appendRows(const DataTable &more, Table &table) {
+    const double rows = more.countedX ? rowsOf(table) : 0;
+    for (const double x : more.table.x.values) table.x.values.push_back(rows + x);
+    for (std::size_t i = 0; i < table.y.size(); ++i) {
+        const std::vector<double> &values = more.table.y[i].values;
+        table.y[i].values.insert(table.y[i].values.end(), values.begin(), values.end());
+    }
+}
+
+bool contains(const Range &range, double x) {
+    return !(x < range.min) && !(x > range.max) && x == x;
+}
+
+// Leaves of a table what is plotted of it.
+void cutToPlotted(Table &table, const Range &xRange, const Range &upperXRange) {
+    const auto isErrorOf = [](const Column &column, const Column &curve, const std::string &xName) {
+        return curve.look.visible && ((curve.look.yError && column.name == curve.name + " error") ||
+                                      (curve.look.xError && column.name == xName + " error"));
+    };
+    std::vector<Column> kept;
+    for (const Column &column : table.y)
+        if (column.look.visible ||
+            std::any_of(table.y.begin(), table.y.end(), [&](const Column &curve) {
+                return isErrorOf(column, curve, table.x.name);
+            }))
+            kept.push_back(column);
+
+    const auto shows = [&](const Column &column, double x) {
+        return contains(column.look.upperX ? upperXRange : xRange, x);
+    };
+    Table cut;
+    cut.x = table.x;
+    cut.y = std::move(kept);
+    const auto keepRow = [&](double x) {
+        return std::any_of(cut.y.begin(), cut.y.end(), [&](const Column &column) {
+            return column.look.visible && shows(column, x);
+        });
+    };
+    std::size_t rows = 0;
+    for (std::size_t i = 0; i < table.x.values.size(); ++i) {
+        const double x = table.x.values[i];
+        if (!keepRow(x)) continue;
+        cut.x.values[rows] = x;
+        for (Column &column : cut.y) {
+            const bool inside = !column.look.visible || shows(column, x);
+            column.values[rows] = inside ? column.values[i] : unset;
+        }
+        ++rows;
+    }
+    cut.x.values.resize(rows);
+    for (Column &column : cut.y) column.values.resize(rows);
+    table = std::move(cut);
+}
+
+} // namespace
+
+void replaceData(Document &document, const std::string &source, std::string text) {
+    std::vector<Table> tables = tablesOf(readDataText(std::move(text)));
+    std::vector<Table> &old = sourceNamed(document, source).tables;
+    for (std::size_t t = 0; t < std::min(tables.size(), old.size()); ++t)
+        for (std::size_t c = 0; c < std::min(tables[t].y.size(), old[t].y.size()); ++c)
+            takeOver(old[t].y[c], tables[t].y[c]);
+    old = std::move(tables);
+    document.markWalk = 0;
+    document.changed = true;
+}
+
+void appendData(Document &document, const std::string &source, std::string text) {
+    std::vector<DataTable> read = readDataText(std::move(text));
+    std::vector<Table> &tables = sourceNamed(document, source).tables;
+
+    // the text's tables stand beside the last ones of the source
+    const std::size_t first = tables.size() - std::min(tables.size(), read.size());
+    const std::size_t beside = tables.size() - first;
+    for (std::size_t i = 0; i < beside; ++i) {
+        Table &table = tables[first + i];
+        if (!continues(read[i], table)) continue;
+        const std::size_t more = read[i].table.x.values.size();
+        if (table.x.values.size() + more > std::numeric_limits<int>::max())
+            throw Refusal("a table can't have so many rows");
+        reserveRows(table.x, more);
+        for (Column &column : table.y) reserveRows(column, more);
+    }
+    for (std::size_t i = 0; i < read.size(); ++i) {
+        if (i < beside && continues(read[i], tables[first + i])) {
+            appendRows(read[i], tables[first + i]);
+        } else {
+            tables.push_back(std::move(read[i].table));
+            document.markWalk = 0;
+        }
+    }
+    document.changed = true;
+}
+
+void addSource(Document &document, const std::string &source, std::string text) {
+    std::vector<Table> tables = tablesOf(readDataText(std::move(text)));
+    std::vector<std::string> taken;
+    for (const Source &each : document.sources) taken.push_back(each.name);
+    document.sources.push_back({freeName(source, taken), std::move(tables)});
+    document.changed = true;
+}
+
+std::string dataTextOfSelection(const Document &document, bool includeX) {
+    std::vector<std::vector<const Column *>> blocks;
+    std::vector<const Table *> tables;
+    for (const CurveRef &curve : requireSelection(document)) {
+        const Table &table = tableOf(document, curve);
+        auto at = std::find(tables.begin(), tables.end(), &table) - tables.begin();
+        if (at == std::ssize(tables)) {
+            tables.push_back(&table);
+            blocks.emplace_back();
+            if (includeX) blocks.back().push_back(&table.x);
+        }
+        blocks[at].push_back(&columnOf(document, curve));
+    }
+    std::string text;
+    for (const auto &columns : blocks) writeDataText(columns, text);
+    return text;
+}
+
+Document duplicateAsPlotted(const Document &document) {
+    Document copy = document;
+    copy.name += " copy";
+    copy.path.clear();
+    copy.markWalk = 0;
+    copy.changed = true;
+    copy.lastSaveSucceeded = false;
+    const Range xRange = rangeOf(document, xAxis);
+    const Range upperXRange = rangeOf(document, upperXAxis);
+    for (Source &source : copy.sources) {
+        for (Table &table : source.tables) cutToPlotted(table, xRange, upperXRange);
+        std::erase_if(source.tables, [](const Table &table) { return table.y.empty(); });
+    }
+    std::erase_if(copy.sources, [](const Source &source) { return source.tables.empty(); });
+    return copy;
+}
+
+std::string freeName(const std::string &name, const std::vector<std::string> &taken) {
+    std::vector<const char *> names;
+    names.reserve(taken.size());
+    for (const std::string &each : taken) names.push_back(each.c_str());
+    std::string free;
+    do {
+        // room for " hh:mm:ss#" and the counter; the counter's name isn't compared, but the next is
+        // another
+        free = name;
+        free.resize(name.size() + 32);
+        plw::uniqueName(free.data(), names.data(), static_cast<int>(names.size()));
+        free.resize(std::char_traits<char>::length(free.c_str()));
+    } while (std::find(taken.begin(), taken.end(), free) != taken.end());
+    return free;
+}
+
+} // namespace plotwerk

@@ -1,0 +1,205 @@
+#include "plotwerk/model/selection.h"
+
+#include "plotwerk/refusal.h"
+
+#include <algorithm>
+#include <functional>
+#include <regex>
+#include <vector>
+
+namespace plotwerk {
+
+namespace {
+
+using NameTest = std::function<bool(const std::string &)>;
+
+NameTest named(const std::string &name) {
+    if (name.empty()) return [](const std::string &) { return true; };
+    return [name](const std::string &other) { return other == name; };
+}
+
+constexpr std::size_t longestPattern = 1000;
+
+NameTest matching(const std::string &pattern) {
+    if (pattern.empty()) return named("");
+    if (pattern.size() > longestPattern) throw Refusal("pattern is too long");
+    try {
+        // polynomial: the time stays bounded, and the stack doesn't grow with the name's length
+        const std::regex regex(pattern,
+                               std::regex::ECMAScript | std::regex_constants::__polynomial);
+        return [regex](const std::string &name) {
+            return name.size() <= longestPattern && std::regex_match(name, regex);
+        };
+    } catch (const std::regex_error &error) {
+        throw Refusal("pattern \"" + pattern + "\" can't be read: " + error.what());
+    }
+}
+
+std::vector<CurveRef> curvesWith(const Document &document, const NameTest &source, int table,
+                                 const NameTest &column) {
+    std::vector<CurveRef> found;
+    std::vector<char> sourceFits;
+    for (const Source &each : document.sources) sourceFits.push_back(source(each.name));
+    for (const CurveRef &curve : curvesOf(document))
+        if (sourceFits[curve.source] && (table == -1 || table == curve.table + 1) &&
+            column(columnOf(document, curve).name))
+            found.push_back(curve);
+    return found;
+}
+
+int select(Document &document, const std::vector<CurveRef> &curves, bool append) {
+    int selected = 0;
+    int highest = 0;
+    for (const CurveRef &curve : curvesOf(document)) {
+        Column &column = columnOf(document, curve);
+        if (!append) column.place = 0;
+        highest = std::max(highest, column.place);
+        selected += column.place > 0;
+    }
+    for (const CurveRef &curve : curves) {
+        Column &column = columnOf(document, curve);
+        if (column.place > 0) continue;
+        column.place = ++highest;
+        ++selected;
+    }
+    return selected;
+}
+
+// A table's number is in range when any source has so many.
+void requireTable(const Document &document, int table) {
+    if (table == -1) return;
+    for (const Source &source : document.sources)
+        if (table >= 1 && table <= std::ssize(source.tables)) return;
+    throw Refusal("no table " + std::to_string(table));
+}
+
+// Resolves -1 and checks limits that count from `lowest` to `highest`.
+IndexRange within(IndexRange range, int lowest, int highest, const char *what) {
+    for (const int limit : {range.first, range.last})
+        if (limit != -1 && (limit < lowest || limit > highest))
+            throw Refusal(std::string("no ") + what + " " + std::to_string(limit));
+    if (range.first == -1) range.first = lowest;
+    if (range.last == -1)
+        range.last = highest;
+    else if (range.first > range.last)
+        throw Refusal(std::string("first ") + what + " " + std::to_string(range.first) +
+                      " is above the last, " + std::to_string(range.last));
+    return range;
+}
+
+bool contains(IndexRange range, int index) {
+    return range.first <= index && index <= range.last;
+}
+
+} // namespace
+
+int selectByName(Document &document, const std::string &source, int table,
+                 const std::string &column, bool append) {
+    requireTable(document, table);
+    return select(document, curvesWith(document, named(source), table, named(column)), append);
+}
+
+int selectByPattern(Document &document, const std::string &source, int table,
+                    const std::string &column, bool append) {
+    requireTable(document, table);
+    return select(document, curvesWith(document, matching(source), table, matching(column)),
+                  append);
+}
+
+int selectByPosition(Document &document, IndexRange sources, IndexRange tables, IndexRange columns,
+                     bool append) {
+    std::vector<CurveRef> curves = curvesOf(document);
+    const auto keep = [&](IndexRange range, int CurveRef::*member) {
+        std::erase_if(curves,
+                      [&](const CurveRef &curve) { return !contains(range, curve.*member + 1); });
+    };
+    const auto most = [&](int CurveRef::*member) {
+        int count = 0;
+        for (const CurveRef &curve : curves) count = std::max(count, curve.*member + 1);
+        return count;
+    };
+    keep(within(sources, 1, most(&CurveRef::source), "source"), &CurveRef::source);
+    keep(within(tables, 1, most(&CurveRef::table), "table"), &CurveRef::table);
+    keep(within(columns, 1, most(&CurveRef::column), "column"), &CurveRef::column);
+    return select(document, curves, append);
+}
+
+int selectByIndex(Document &document, IndexRange curves, bool append) {
+    const IndexRange range = within(curves, 0, numberOfCurves(document) - 1, "curve");
+    std::vector<CurveRef> found = curvesOf(document);
+    std::erase_if(found, [&](const CurveRef &curve) { return !contains(range, curve.index); });
+    return select(document, found, append);
+}
+
+int indexOfCurveNamed(const Document &document, const std::string &source, int table,
+                      const std::string &column) {
+    const auto found = curvesWith(document, named(source), table, named(column));
+    return found.empty() ? -1 : found.front().index;
+}
+
+int indexOfCurveMatching(const Document &document, const std::string &source, int table,
+                         const std::string &column) {
+    const auto found = curvesWith(document, matching(source), table, matching(column));
+    return found.empty() ? -1 : found.front().index;
+}
+
+int indexOfSelectedCurve(const Document &document) {
+    const auto first = firstSelectedCurve(document);
+    return first ? first->index : -1;
+}
+
+int markSelection(Document &document) {
+    int marked = 0;
+    for (const CurveRef &curve : curvesOf(document)) {
+        Column &column = columnOf(document, curve);
+        column.marked = column.place > 0;
+        marked += column.marked;
+    }
+    document.markWalk = 0;
+    document.changed = true;
+    return marked;
+}
+
+std::optional<CurveRef> nextMarkedCurve(Document &document) {
+    while (const auto curve = curveAt(document, document.markWalk)) {
+        ++document.markWalk;
+        if (columnOf(document, *curve).marked) return curve;
+    }
+    document.markWalk = 0;
+    return std::nullopt;
+}
+
+void markFitData(Document &document) {
+    const CurveRef first = requireSelection(document).front();
+    for (const CurveRef &curve : curvesOf(document))
+        columnOf(document, curve).fitData = curve == first;
+    document.changed = true;
+}
+
+int indexOfFitCurve(const Document &document) {
+    for (const CurveRef &curve : curvesOf(document))
+        if (columnOf(document, curve).fitData) return curve.index;
+    return -1;
+}
+
+Inventory inventoryOf(const Document &document, bool justInTable, bool justInSource) {
+    Inventory inventory;
+    if (!justInTable && !justInSource) {
+        inventory.sources = static_cast<int>(document.sources.size());
+        for (const Source &source : document.sources)
+            inventory.tables += static_cast<int>(source.tables.size());
+        inventory.columns = numberOfCurves(document);
+        return inventory;
+    }
+    const CurveRef first = requireSelection(document).front();
+    const Source &source = document.sources[first.source];
+    inventory.sources = 1;
+    for (const Table &table : source.tables) {
+        if (justInTable && &table != &tableOf(document, first)) continue;
+        ++inventory.tables;
+        inventory.columns += static_cast<int>(table.y.size());
+    }
+    return inventory;
+}
+
+} // namespace plotwerk

@@ -1,0 +1,85 @@
+#include "plotwerk/model/statistic.h"
+
+#include "plotwerk/model/curves.h"
+#include "util/arrays/search.h"
+#include "util/arrays/sort.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace plotwerk {
+
+namespace {
+
+// Neumaier's compensated sum.
+struct Sum {
+    double sum = 0;
+    double lost = 0; // low-order bits that the additions so far have cut off
+
+    void add(double value) {
+        const double total = sum + value;
+        lost += std::abs(sum) >= std::abs(value) ? (sum - total) + value : (value - total) + sum;
+        sum = total;
+    }
+
+    // beyond the range of doubles the correction is no number
+    double value() const { return std::isfinite(sum) ? sum + lost : sum; }
+};
+
+double areaOf(ValidPoints &points) {
+    if (points.n < 2) return 0;
+    double *x = points.x.get();
+    double *y = points.y.get();
+    if (!plw::isArrIncreasing(x, points.n)) {
+        double *others[] = {y, nullptr};
+        plw::sortN(points.n, x, others, 1);
+    }
+    plw::Fct f{y, x, points.n, 0, 0, 0, 1};
+    return plw::integralFct(x[0], x[points.n - 1], &f);
+}
+
+} // namespace
+
+Statistic statisticOfSelection(const Document &document) {
+    const std::vector<CurveRef> selected = requireSelection(document);
+    Statistic statistic;
+    statistic.name = columnOf(document, selected.front()).name;
+
+    std::vector<ValidPoints> curves;
+    Sum sum;
+    Sum area;
+    for (const CurveRef &curve : selected) {
+        ValidPoints points = validPoints(tableOf(document, curve), columnOf(document, curve));
+        for (int i = 0; i < points.n; ++i) {
+            const double y = points.y[i];
+            if (!(statistic.min <= y)) statistic.min = y;
+            if (!(statistic.max >= y)) statistic.max = y;
+            sum.add(y);
+        }
+        statistic.points += points.n;
+        area.add(areaOf(points));
+        curves.push_back(std::move(points));
+    }
+    statistic.sum = sum.value();
+    statistic.area = area.value();
+    if (statistic.points == 0) return statistic;
+
+    // squares of deviations, less what the rounding of the mean adds to them
+    const double mean = statistic.sum / statistic.points;
+    Sum deviations;
+    Sum squares;
+    for (const ValidPoints &points : curves)
+        for (int i = 0; i < points.n; ++i) {
+            const double deviation = points.y[i] - mean;
+            deviations.add(deviation);
+            squares.add(deviation * deviation);
+        }
+    const double rest = deviations.value();
+    const double variance = (squares.value() - rest * rest / statistic.points) / statistic.points;
+    statistic.deviation = std::sqrt(std::max(variance, 0.0));
+    if (std::isnan(variance)) statistic.deviation = unset;
+    return statistic;
+}
+
+} // namespace plotwerk

@@ -1,0 +1,101 @@
+#include "plotwerk/model/exchange.h"
+
+#include "plotwerk/model/ranges.h"
+#include "plotwerk/model/selection.h"
+#include "tests/plotwerk/model/documents.h"
+
+#include <algorithm>
+#include <regex>
+
+using namespace plotwerk;
+
+TEST(ReplaceData, ExchangesTheTablesAndKeepsWhatTheUserMadeOfThem) {
+    Document document = sample();
+    Column &b = document.sources[0].tables[0].y[1];
+    b.place = 1;
+    b.fitData = b.marked = b.look.dashed = true;
+    replaceData(document, "A", "t u v\n1 2 3\n");
+    EXPECT_EQ(textOf(document), "A: t=1 u=2 v=3 | B: x=1 a=6");
+    const Column &v = document.sources[0].tables[0].y[1];
+    EXPECT_TRUE(v.place == 1 && v.fitData && v.marked && v.look.dashed);
+
+    replaceData(document, "", "1\n");
+    EXPECT_EQ(textOf(document), "A: t=1 u=2 v=3 | B: x=1 a=6 | Data: X=0 Y1=1");
+    for (const auto read : {replaceData, appendData, addSource})
+        EXPECT_NE(refusalOf(document, [&](auto &d) { read(d, "new", "none"); }), "");
+}
+
+TEST(AppendData, ContinuesTheTablesOfAGrowingMeasurement) {
+    const struct {
+        const char *what, *first, *more, *want;
+    } cases[] = {
+        {"rows", "t a\n1 2\n", "3 4\n5 6\n", "t=1,3,5 a=2,4,6"},
+        {"names stay", "t a\n1 2\n", "u b\n3 4\n", "t=1,3 a=2,4"},
+        {"counted rows", "7\n8\n", "9\n", "X=0,1,2 Y1=7,8,9"},
+        {"counted below given x", "1 2\n", "9\n", "X=1 Y1=2; X=0 Y1=9"},
+        {"given x below counted", "7\n", "5 8\n", "X=0,5 Y1=7,8"},
+        {"other width", "1 2\n", "3 4 5\n", "X=1 Y1=2; X=3 Y1=4 Y2=5"},
+        {"each table its own", "1 2\n\n3 4\n", "5 6\n\n7 8\n", "X=1,5 Y1=2,6; X=3,7 Y1=4,8"},
+        {"the last table", "1 2\n\n3 4\n", "5 6\n", "X=1 Y1=2; X=3,5 Y1=4,6"},
+        {"more tables", "1 2\n", "3 4\n\n5 6\n", "X=1,3 Y1=2,4; X=5 Y1=6"},
+    };
+    for (const auto &c : cases) {
+        Document document;
+        appendData(document, "S", c.first);
+        appendData(document, "S", c.more);
+        EXPECT_EQ(textOf(document), std::string("S: ") + c.want) << c.what;
+    }
+}
+
+TEST(AddSource, TakesAFreeName) {
+    Document document = sample();
+    addSource(document, "Clipboard", "1 2\n");
+    addSource(document, "Clipboard", "3 4\n");
+    ASSERT_EQ(document.sources.size(), 4u);
+    EXPECT_EQ(document.sources[2].name, "Clipboard");
+    EXPECT_TRUE(std::regex_match(document.sources[3].name,
+                                 std::regex("Clipboard \\d\\d:\\d\\d:\\d\\d(#\\d+)?")))
+        << document.sources[3].name;
+}
+
+TEST(FreeName, IsFreeHoweverManyAreTaken) {
+    std::vector<std::string> taken{""};
+    for (int i = 0; i < 30; ++i) {
+        const std::string name = freeName("n", taken);
+        EXPECT_EQ(std::find(taken.begin(), taken.end(), name), taken.end()) << name;
+        taken.push_back(name);
+    }
+    EXPECT_EQ(freeName(std::string(5000, 'm'), taken), std::string(5000, 'm'));
+}
+
+TEST(DataTextOfSelection, HasABlockForEachTable) {
+    Document document = sample();
+    EXPECT_THROW(dataTextOfSelection(document, true), Refusal);
+    selectByIndex(document, {1, 2}, false);
+    selectByIndex(document, {0, 0}, true);
+    EXPECT_EQ(dataTextOfSelection(document, true), "x\tb\ta\n1\t3\t1\n2\t4\t2\n\nx\tc\n1\t5\n");
+    EXPECT_EQ(dataTextOfSelection(document, false), "b\ta\n3\t1\n4\t2\n\nc\n5\n");
+}
+
+TEST(DuplicateAsPlotted, HoldsTheVisiblePointsInsideTheRange) {
+    Table t = table({0, 1, nan_, 2, 3},
+                    {column("a", {1, 2, 3, 4, 5}), column("hidden", {6, 7, 8, 9, 1}),
+                     column("a error", {1, 2, 3, 4, 5}), column("upper", {5, 4, 3, 2, 1})});
+    t.y[0].look.yError = true;
+    t.y[0].look.dashed = true;
+    t.y[1].look.visible = t.y[2].look.visible = false;
+    t.y[3].look.upperX = true;
+    Document document = documentOf(t);
+    document.sources.push_back({"gone", {table({1}, {column("b", {1})})}});
+    document.sources[1].tables[0].y[0].look.visible = false;
+    document.path = "a.plw";
+    setRange(document, xAxis, 1, 2);
+    setRange(document, upperXAxis, 2, 3);
+
+    const Document copy = duplicateAsPlotted(document);
+    EXPECT_EQ(textOf(copy), "Data: x=1,2,3 a=2,4,nan a error=2,4,5 upper=nan,2,1");
+    EXPECT_EQ(copy.name, "test copy");
+    EXPECT_TRUE(copy.path.empty() && copy.changed);
+    EXPECT_TRUE(copy.sources[0].tables[0].y[0].look.dashed);
+    EXPECT_EQ(copy.axes[xAxis].range.max, 2);
+}

@@ -1,0 +1,91 @@
+#include "plotwerk/model/ranges.h"
+
+#include "tests/plotwerk/model/documents.h"
+
+#include <cmath>
+#include <limits>
+
+using namespace plotwerk;
+
+namespace {
+
+std::string textOf(const Range &range) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%g..%g", range.min, range.max);
+    return text;
+}
+
+Document ranged() {
+    constexpr double inf = std::numeric_limits<double>::infinity();
+    Table t = table({-1, 1, 5, 9}, {column("a", {2, -3, 4, nan_}), column("hidden", {0, 99, 0, 0}),
+                                    column("right", {7, inf, 8, 9})});
+    t.y[1].look.visible = false;
+    t.y[2].look.rightY = true;
+    t.y[2].look.upperX = true;
+    return documentOf(t);
+}
+
+} // namespace
+
+TEST(Ranges, UnsetLimitsFollowTheVisibleDataOfTheAxis) {
+    Document document = ranged();
+    EXPECT_EQ(textOf(rangeOf(document, xAxis)), "-1..5");
+    EXPECT_EQ(textOf(rangeOf(document, yAxis)), "-3..4");
+    EXPECT_EQ(textOf(rangeOf(document, upperXAxis)), "-1..9");
+    EXPECT_EQ(textOf(rangeOf(document, rightYAxis)), "7..9");
+    document.axes[xAxis].logarithmic = true;
+    EXPECT_EQ(textOf(rangeOf(document, xAxis)), "1..5");
+    EXPECT_TRUE(std::isnan(rangeOf(Document(), xAxis).min));
+}
+
+TEST(Ranges, LimitsAreSetSinglyTogetherAndUnset) {
+    constexpr double inf = std::numeric_limits<double>::infinity();
+    const struct {
+        double min, max;
+        const char *want; // range, or what is refused
+    } steps[] = {
+        {0, nan_, "0..5"},
+        {nan_, 3, "0..3"},
+        {4, nan_, "a range can't go from 4 to 3"},
+        {20, 10, "10..20"},
+        {1, 1, "a range can't go from 1 to 1"},
+        {1, inf, "a range can't be infinite"},
+        {nan_, nan_, "-1..5"},
+    };
+    Document document = ranged();
+    for (const auto &step : steps) {
+        const Range before = rangeOf(document, xAxis);
+        const std::string refused =
+            refusalOf(document, [&](auto &d) { setRange(d, xAxis, step.min, step.max); });
+        EXPECT_EQ(refused.empty() ? textOf(rangeOf(document, xAxis)) : refused, step.want);
+        if (!refused.empty()) {
+            EXPECT_EQ(textOf(rangeOf(document, xAxis)), textOf(before));
+        }
+    }
+    setRange(document, rightYAxis, 1, 2);
+    rangeOverAll(document);
+    EXPECT_EQ(textOf(rangeOf(document, rightYAxis)), "7..9");
+}
+
+TEST(Ranges, LocalOnesAreThoseOfTheSelectionOnItsAxes) {
+    Document document = ranged();
+    EXPECT_NE(refusalOf(document, [](auto &d) { setLocalRange(d, false); }), "");
+    document.sources[0].tables[0].y[1].place = 1;
+    setLocalRange(document, false);
+    EXPECT_EQ(textOf(document.axes[yAxis].range), "0..99");
+    EXPECT_TRUE(std::isnan(document.axes[rightYAxis].range.min));
+    document.sources[0].tables[0].y[2].place = 2;
+    setLocalRange(document, true);
+    EXPECT_EQ(textOf(document.axes[xAxis].range), "-1..9");
+    EXPECT_EQ(textOf(document.axes[upperXAxis].range), "-1..9");
+}
+
+TEST(FitRange, UnsetIsTheFitDatasOrTheAxis) {
+    Document document = ranged();
+    setRange(document, xAxis, 0, 1);
+    EXPECT_EQ(textOf(fitRangeOf(document)), "-1..5");
+    document.sources[0].tables[0].y[2].fitData = true;
+    EXPECT_EQ(textOf(fitRangeOf(document)), "-1..9");
+    setFitRange(document, 2, nan_);
+    EXPECT_EQ(textOf(fitRangeOf(document)), "2..9");
+}

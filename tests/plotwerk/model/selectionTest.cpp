@@ -1,0 +1,182 @@
+#include "plotwerk/model/selection.h"
+
+#include "tests/plotwerk/model/documents.h"
+
+using namespace plotwerk;
+
+namespace {
+
+// Indexes of the selected curves by place, as "2 0 ".
+std::string selection(const Document &document) {
+    std::string text;
+    for (const CurveRef &curve : selectedCurves(document))
+        text += std::to_string(curve.index) + " ";
+    return text;
+}
+
+} // namespace
+
+TEST(Curves, AreNumberedThroughSourcesTablesAndColumns) {
+    const Document document = sample();
+    const std::vector<CurveRef> curves = curvesOf(document);
+    ASSERT_EQ(curves.size(), 4u);
+    EXPECT_EQ(curves[2], (CurveRef{0, 1, 0, 2}));
+    EXPECT_EQ(curves[3], (CurveRef{1, 0, 0, 3}));
+    for (const CurveRef &curve : curves) EXPECT_EQ(curveAt(document, curve.index), curve);
+    EXPECT_FALSE(curveAt(document, 4));
+    EXPECT_FALSE(curveAt(document, -1));
+}
+
+TEST(Curves, SeriesMinusOneIsTheFirstSelectedOrTheOnlyCurve) {
+    Document document = sample();
+    EXPECT_EQ(refusalOf(document, [](auto &d) { curveOfSeries(d, -1); }), "no curve is selected");
+    EXPECT_EQ(refusalOf(document, [](auto &d) { curveOfSeries(d, 4); }), "no curve 4 in \"test\"");
+    EXPECT_EQ(refusalOf(document, [](auto &d) { curveOfSeries(d, -2); }),
+              "no curve -2 in \"test\"");
+    selectByIndex(document, {3, 3}, false);
+    selectByIndex(document, {1, 1}, true);
+    EXPECT_EQ(curveOfSeries(document, -1).index, 3);
+    EXPECT_EQ(curveOfSeries(document, 2).index, 2);
+    EXPECT_EQ(curveOfSeries(documentOf(table({1}, {column("a", {1})})), -1).index, 0);
+}
+
+TEST(Selection, FindsByNameAndByPattern) {
+    const struct {
+        const char *source;
+        int table;
+        const char *column;
+        const char *byName, *byPattern;
+    } cases[] = {
+        {"", -1, "", "0 1 2 3 ", "0 1 2 3 "},
+        {"A", -1, "", "0 1 2 ", "0 1 2 "},
+        {"", -1, "a", "0 3 ", "0 3 "},
+        {"", 2, "", "2 ", "2 "},
+        {"B", 2, "", "", ""},
+        {"", -1, "[ab]", "", "0 1 3 "},
+        {"A|B", 1, "b", "", "1 "},
+        {"", -1, "a|", "", "0 3 "},
+        {"", -1, ".b", "", ""},
+    };
+    for (const auto &c : cases) {
+        Document document = sample();
+        document.sources[0].tables[0].y[1].place = 1;
+        selectByName(document, c.source, c.table, c.column, false);
+        EXPECT_EQ(selection(document), c.byName) << c.source << ' ' << c.table << ' ' << c.column;
+        selectByPattern(document, c.source, c.table, c.column, false);
+        EXPECT_EQ(selection(document), c.byPattern)
+            << c.source << ' ' << c.table << ' ' << c.column;
+        const std::string first = selection(document);
+        EXPECT_EQ(indexOfCurveMatching(document, c.source, c.table, c.column),
+                  first.empty() ? -1 : first[0] - '0');
+    }
+    EXPECT_EQ(indexOfCurveNamed(sample(), "B", -1, "a"), 3);
+    EXPECT_EQ(indexOfCurveNamed(sample(), "", 9, ""), -1);
+}
+
+TEST(Selection, RefusesPatternsThatCantBeReadOrWouldNotEnd) {
+    Document document = sample();
+    document.sources[0].tables[0].y[0].name = std::string(900, 'a');
+    EXPECT_EQ(selectByPattern(document, "", -1, "(a*)*z", false), 0);
+    EXPECT_EQ(selectByPattern(document, "", -1, "a*", false), 2);
+    document.sources[0].tables[0].y[0].name = std::string(1'000'000, 'a');
+    EXPECT_EQ(selectByPattern(document, "", -1, "a*", true), 2);
+    document = sample();
+    document.sources[0].tables[0].y[0].place = 1;
+    for (const std::string &pattern :
+         {std::string("("), std::string("[b-a]"), std::string("(.)\\1"), std::string(2000, '('),
+          std::string("a{1000}{1000}{1000}")})
+        EXPECT_NE(refusalOf(document, [&](auto &d) { selectByPattern(d, "", -1, pattern, false); }),
+                  "")
+            << pattern;
+    EXPECT_EQ(selection(document), "0 ");
+}
+
+TEST(Selection, FindsByPositionAndIndexWithinLimits) {
+    const struct {
+        IndexRange sources, tables, columns;
+        const char *want; // selection, or what is refused
+    } cases[] = {
+        {{}, {}, {}, "0 1 2 3 "},
+        {{}, {}, {2, 2}, "1 "},
+        {{2, -1}, {}, {}, "3 "},
+        {{-1, 1}, {2, 2}, {}, "2 "},
+        {{}, {2, -1}, {1, 1}, "2 "},
+        {{3, 3}, {}, {}, "no source 3"},
+        {{2, 2}, {2, 2}, {}, "no table 2"},
+        {{}, {}, {1, 3}, "no column 3"},
+        {{0, -1}, {}, {}, "no source 0"},
+        {{2, 1}, {}, {}, "first source 2 is above the last, 1"},
+    };
+    for (const auto &c : cases) {
+        Document document = sample();
+        const std::string refused = refusalOf(
+            document, [&](auto &d) { selectByPosition(d, c.sources, c.tables, c.columns, false); });
+        EXPECT_EQ(refused.empty() ? selection(document) : refused, c.want);
+    }
+
+    Document document = sample();
+    EXPECT_EQ(selectByIndex(document, {2, -1}, false), 2);
+    EXPECT_EQ(selection(document), "2 3 ");
+    for (const IndexRange range : {IndexRange{0, 4}, {-2, 1}, {4, -1}, {2, 1}})
+        EXPECT_NE(refusalOf(document, [&](auto &d) { selectByIndex(d, range, false); }), "")
+            << range.first << ' ' << range.last;
+    EXPECT_EQ(selection(document), "2 3 ");
+    EXPECT_NE(refusalOf(document, [](auto &d) { selectByName(d, "", 3, "", false); }), "");
+
+    Document empty;
+    EXPECT_EQ(selectByIndex(empty, {}, false), 0);
+    EXPECT_EQ(selectByPosition(empty, {}, {}, {}, false), 0);
+}
+
+TEST(Selection, AppendedCurvesFollowAndSelectedOnesKeepTheirPlace) {
+    Document document = sample();
+    selectByIndex(document, {2, 3}, false);
+    EXPECT_EQ(selectByIndex(document, {0, 2}, true), 4);
+    EXPECT_EQ(selection(document), "2 3 0 1 ");
+    EXPECT_EQ(indexOfSelectedCurve(document), 2);
+    selectByName(document, "B", -1, "", false);
+    EXPECT_EQ(selection(document), "3 ");
+    EXPECT_FALSE(document.changed);
+}
+
+TEST(Marks, AreTheSelectionAndAreWalkedOverAndOver) {
+    Document document = sample();
+    document.sources[0].tables[0].y[0].marked = true;
+    selectByIndex(document, {3, 3}, false);
+    selectByIndex(document, {1, 1}, true);
+    EXPECT_EQ(markSelection(document), 2);
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(nextMarkedCurve(document)->index, 1);
+        EXPECT_EQ(nextMarkedCurve(document)->index, 3);
+        EXPECT_FALSE(nextMarkedCurve(document));
+    }
+    nextMarkedCurve(document);
+    EXPECT_EQ(markSelection(document), 2);
+    EXPECT_EQ(nextMarkedCurve(document)->index, 1);
+    EXPECT_FALSE(nextMarkedCurve(*std::make_unique<Document>()));
+}
+
+TEST(FitData, IsTheFirstSelectedCurveAlone) {
+    Document document = sample();
+    EXPECT_EQ(indexOfFitCurve(document), -1);
+    EXPECT_NE(refusalOf(document, markFitData), "");
+    selectByIndex(document, {0, 0}, false);
+    markFitData(document);
+    selectByIndex(document, {2, 3}, false);
+    markFitData(document);
+    EXPECT_EQ(indexOfFitCurve(document), 2);
+}
+
+TEST(Inventory, CountsAllOrThePartOfTheFirstSelectedCurve) {
+    Document document = sample();
+    const auto counts = [&](bool table, bool source) {
+        const Inventory i = inventoryOf(document, table, source);
+        return std::vector<int>{i.sources, i.tables, i.columns};
+    };
+    EXPECT_EQ(counts(false, false), (std::vector{2, 3, 4}));
+    EXPECT_THROW(counts(true, false), Refusal);
+    selectByIndex(document, {1, 1}, false);
+    EXPECT_EQ(counts(false, true), (std::vector{1, 2, 3}));
+    EXPECT_EQ(counts(true, false), (std::vector{1, 1, 2}));
+    EXPECT_EQ(counts(true, true), (std::vector{1, 1, 2}));
+}

@@ -1,0 +1,61 @@
+#include "plotwerk/model/statistic.h"
+
+#include "tests/plotwerk/model/documents.h"
+
+#include <cmath>
+
+using namespace plotwerk;
+
+TEST(Statistic, CoversAllValidPointsOfTheSelection) {
+    Table t = table({0, 1, nan_, 3}, {column("a", {1, 3, 100, 5}), column("b", {nan_, 2, 7, -2})});
+    t.y[0].place = 2;
+    t.y[1].place = 1;
+    const Statistic s = statisticOfSelection(documentOf(t));
+    EXPECT_EQ(s.name, "b");
+    EXPECT_EQ(s.points, 5);
+    EXPECT_EQ(s.min, -2);
+    EXPECT_EQ(s.max, 5);
+    EXPECT_EQ(s.sum, 9);
+    EXPECT_EQ(s.area, 2 + 8 + 0);
+    EXPECT_DOUBLE_EQ(s.deviation, std::sqrt(26.8 / 5));
+}
+
+TEST(Statistic, TakesTheAreaInTheOrderOfX) {
+    const struct {
+        const char *what;
+        std::vector<double> x, y;
+        double area;
+    } cases[] = {{"descending", {2, 1, 0}, {4, 2, 0}, 4},
+                 {"shuffled", {1, 2, 0}, {2, 4, 0}, 4},
+                 {"equal x", {0, 1, 1, 2}, {1, 1, 3, 3}, 4},
+                 {"one point", {1}, {5}, 0},
+                 {"all at one x", {1, 1}, {5, 6}, 0}};
+    for (const auto &c : cases)
+        EXPECT_EQ(statisticOfSelection(selectedOf(table(c.x, {column("a", c.y)}))).area, c.area)
+            << c.what;
+}
+
+TEST(Statistic, IsStableFarFromZeroAndAgainstCancellation) {
+    const Statistic far =
+        statisticOfSelection(selectedOf(table({0, 1, 2}, {column("a", {1e9, 1e9 + 1, 1e9 + 2})})));
+    EXPECT_DOUBLE_EQ(far.deviation, std::sqrt(2.0 / 3));
+
+    const Statistic sum =
+        statisticOfSelection(selectedOf(table({0, 1, 2, 3}, {column("a", {1, 1e100, 1, -1e100})})));
+    EXPECT_EQ(sum.sum, 2);
+
+    const std::vector<double> tenth(1'000'000, 0.1);
+    const Statistic same = statisticOfSelection(selectedOf(table(tenth, {column("a", tenth)})));
+    EXPECT_DOUBLE_EQ(same.sum, 100'000);
+    EXPECT_LT(same.deviation, 1e-16); // the mean is rounded once
+}
+
+TEST(Statistic, OfNoPointsIsNaNButForItsSums) {
+    const Statistic s =
+        statisticOfSelection(selectedOf(table({1, nan_}, {column("a", {nan_, 2})})));
+    EXPECT_EQ(s.points, 0);
+    EXPECT_TRUE(std::isnan(s.min) && std::isnan(s.max) && std::isnan(s.deviation));
+    EXPECT_EQ(s.sum, 0);
+    EXPECT_EQ(s.area, 0);
+    EXPECT_THROW(statisticOfSelection(sample()), Refusal);
+}
