@@ -142,5 +142,3 @@ BENCHMARK_CAPTURE(gslFitPeak, qr, 0)->Arg(1000)->Arg(100000)->Unit(benchmark::kM
 BENCHMARK_CAPTURE(gslFitPeak, cholesky, 1)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(evaluatePeak)->Arg(1000000)->Unit(benchmark::kMillisecond);
 BENCHMARK(handWrittenPeak)->Arg(1000000)->Unit(benchmark::kMillisecond);
-
-BENCHMARK_MAIN();

@@ -31,11 +31,11 @@ constexpr double lower = 9;
 constexpr double reach = 0.1;         // part of a step over which its path's curvature is measured
 constexpr double mostCurvature = 0.5; // length of the correction over the step's, doubled
 
-// A search's place: parameters, the triangle of J | r there, and the sum of squares.
-struct Place {
-    Vector b;
-    RowReduction<double> triangle;
-    double chiSquare;
+// Parameters, the triangle of J | r there, and the sum of squares.
+template<class Real> struct Place {
+    std::vector<Real> b;
+    RowReduction<Real> triangle;
+    Real chiSquare;
 };
 
 double scaledProduct(const Vector &scale, const Vector &u, const Vector &v) {
@@ -153,9 +153,9 @@ class Search {
     Residuals<double> &residuals;
     Strategy strategy;
     int steps;
-    Place here;
-    Place there;
-    Vector scale;
+    Place<double> here;
+    Place<double> there; // where the step under trial leads
+    Vector scale;        // of the parameters: lengths of J's columns
     double lambda = firstLambda;
     Vector lastVelocity; // of the last step taken
     double lastLength = 0;
@@ -165,29 +165,30 @@ class Search {
 // The end of a search: undamped steps until the numbers stand still.
 template<class Real> class Finish {
   public:
-    Finish(Residuals<Real> &r, const std::vector<double> &start)
-        : residuals(r), here{{start.begin(), start.end()}, {}, r.newTriangle(), 0}, best(here) {}
+    Finish(Residuals<Real> &r, const Vector &start)
+        : residuals(r), best{{start.begin(), start.end()}, r.newTriangle(), 0}, trial(best) {
+        evaluate(best);
+        startResidual = std::sqrt(best.chiSquare);
+    }
 
     // Until a parameter's error is at most `tolerance` of its value, or rounding forbids more.
     // contraction: by how much a step shortens the next one, as far as known. False when it does
     // not get to where the gradient vanishes.
     bool run(Real tolerance, Real contraction) {
-        evaluate();
-        best = here;
         if (!std::isfinite(best.chiSquare)) return false;
-
+        step = best.triangle.solve();
         Real fraction = 1; // of the undamped step that is taken
         int failures = 0;
         while (iterations < 200 && failures < 4 && remaining(contraction) > tolerance) {
             if (!stepIsFinite()) return false;
-            for (std::size_t j = 0; j < here.b.size(); j++)
-                here.b[j] = best.b[j] + fraction * best.step[j];
-            evaluate();
+            go(trial, fraction);
+            evaluate(trial);
             iterations++;
-            const Real ratio = here.triangle.lengthOfQ() / best.triangle.lengthOfQ();
-            if (std::isfinite(here.chiSquare) && ratio < 1) {
+            const Real ratio = trial.triangle.lengthOfQ() / best.triangle.lengthOfQ();
+            if (std::isfinite(trial.chiSquare) && ratio < 1) {
                 if (iterations == 1) contraction = firstRatio = ratio;
-                best = here;
+                std::swap(best, trial);
+                step = best.triangle.solve();
                 failures = 0;
             } else {
                 // too far where the residuals are large and the formula is strongly curved
@@ -195,13 +196,8 @@ template<class Real> class Finish {
                 failures++;
             }
         }
-        if (failures == 0)
-            for (std::size_t j = 0; j < best.b.size(); j++) best.b[j] += best.step[j];
-
-        // What is left to gain is nothing beside the residuals, or beside the rounding of the data.
-        const Real left = best.triangle.lengthOfQ();
-        return left <= Real(1e-9L) * std::sqrt(best.chiSquare) ||
-               left <= Real(1e-14L) * residuals.dataLength();
+        if (failures == 0) go(best, 1);
+        return atMinimum();
     }
 
     // By how much the first step shortened the second one; 1 when there was none.
@@ -254,35 +250,42 @@ template<class Real> class Finish {
     int iterations = 0;
 
   private:
-    struct Place {
-        std::vector<Real> b;
-        std::vector<Real> step;
-        RowReduction<Real> triangle;
-        Real chiSquare;
-    };
+    void evaluate(Place<Real> &place) {
+        place.chiSquare = residuals.linearise(place.b, place.triangle);
+    }
 
-    void evaluate() {
-        here.chiSquare = residuals.linearise(here.b, here.triangle);
-        here.step = here.triangle.solve();
+    void go(Place<Real> &place, Real fraction) const {
+        for (std::size_t j = 0; j < step.size(); j++) place.b[j] = best.b[j] + fraction * step[j];
+    }
+
+    // What is left to gain is nothing beside the residuals, or beside the rounding of the data; and
+    // the steps have not led away to where the gradient vanishes at a worse place.
+    bool atMinimum() const {
+        const Real rounding = Real(1e-14L) * residuals.dataLength();
+        const Real residual = std::sqrt(best.chiSquare);
+        const bool stationary =
+            best.triangle.lengthOfQ() <= std::max(Real(1e-9L) * residual, rounding);
+        return stationary && residual <= std::max(Real(1.000001L) * startResidual, rounding);
     }
 
     bool stepIsFinite() const {
-        return std::ranges::all_of(best.step, [](Real part) { return std::isfinite(part); });
+        return std::ranges::all_of(step, [](Real part) { return std::isfinite(part); });
     }
 
     // Of a parameter's value, the most that is missing after the next step.
     Real remaining(Real contraction) const {
         Real most = 0;
         for (std::size_t j = 0; j < best.b.size(); j++)
-            if (best.step[j] != 0)
-                most = std::max(most, contraction * std::abs(best.step[j] / best.b[j]));
+            if (step[j] != 0) most = std::max(most, contraction * std::abs(step[j] / best.b[j]));
         return stepIsFinite() ? most : 1;
     }
 
     Residuals<Real> &residuals;
+    Place<Real> best;
+    Place<Real> trial;
+    std::vector<Real> step; // the undamped one from the best place
+    Real startResidual;
     Real firstRatio = 1;
-    Place here;
-    Place best;
 };
 
 } // namespace

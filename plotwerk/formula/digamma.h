@@ -20,7 +20,10 @@ template<class Real> Real digamma(Real u) {
     }
 
     Real shift = 0;
-    for (; u < 16; u += 1) shift += 1 / u;
+    while (u < 16) {
+        shift += 1 / u;
+        u += 1;
+    }
 
     // B(2k) / 2k, k = 1..10
     constexpr long double series[] = {

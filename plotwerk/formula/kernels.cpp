@@ -9,7 +9,6 @@ namespace plotwerk {
 
 namespace {
 
-template<class Real> constexpr Real pi = std::numbers::pi_v<Real>;
 template<class Real> constexpr Real ln2 = std::numbers::ln2_v<Real>;
 template<class Real> constexpr Real ln10 = std::numbers::ln10_v<Real>;
 // 2 / sqrt(pi)
@@ -78,9 +77,11 @@ void computeValues(Operation operation, std::array<const Real *, 3> from, Real *
     case Operation::divide: return binary([](Real u, Real v) { return u / v; });
     case Operation::power: return binary([](Real u, Real v) { return std::pow(u, v); });
     case Operation::atan2: return binary([](Real u, Real v) { return std::atan2(u, v); });
-    // u != u: NaN wins
-    case Operation::minimum: return binary([](Real u, Real v) { return u <= v || u != u ? u : v; });
-    case Operation::maximum: return binary([](Real u, Real v) { return u >= v || u != u ? u : v; });
+    // NaN on either side wins
+    case Operation::minimum:
+        return binary([](Real u, Real v) { return u <= v || std::isnan(u) ? u : v; });
+    case Operation::maximum:
+        return binary([](Real u, Real v) { return u >= v || std::isnan(u) ? u : v; });
     case Operation::less: return binary([](Real u, Real v) { return Real(u < v); });
     case Operation::lessEqual: return binary([](Real u, Real v) { return Real(u <= v); });
     case Operation::greater: return binary([](Real u, Real v) { return Real(u > v); });
@@ -92,7 +93,7 @@ void computeValues(Operation operation, std::array<const Real *, 3> from, Real *
     case Operation::logicalOr: return binary([](Real u, Real v) { return Real(u != 0 || v != 0); });
 
     case Operation::choose:
-        for (int i = 0; i < n; i++) out[i] = a[i] != a[i] ? a[i] : a[i] != 0 ? b[i] : c[i];
+        for (int i = 0; i < n; i++) out[i] = std::isnan(a[i]) ? a[i] : a[i] != 0 ? b[i] : c[i];
         return;
 
     case Operation::constant:

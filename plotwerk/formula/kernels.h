@@ -16,8 +16,8 @@ void computeValues(Operation operation, std::array<const Real *, 3> from, Real *
 // Adds to the adjoints of the operands what the adjoint of the result hands down:
 // to[k][i] += adjoint[i] * d out / d from[k] at point i, wherever to[k] isn't null. An adjoint of 0
 // hands down nothing, even through an infinite derivative: the branch that `if` did not take, and
-// the smaller argument of max, have no say. Where a function has a corner or a step, the derivative
-// is that of the right-hand side's value: 0 for sign, floor, comparisons and abs at 0.
+// the smaller argument of max, have no say. Steps and corners (floor, sign, comparisons, abs at 0)
+// have the derivative 0.
 template<class Real>
 void handDownAdjoints(Operation operation, std::array<const Real *, 3> from, const Real *out,
                       const Real *adjoint, std::array<Real *, 3> to, int n);

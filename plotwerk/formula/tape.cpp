@@ -41,8 +41,7 @@ int TapeBuilder::newParameter() {
     return k;
 }
 
-// Squares and cubes cost no call of pow, which is exact in them to the last bit but one all the
-// same.
+// Squares and cubes, without a call of pow for every point.
 int TapeBuilder::wholePower(int base, int exponent) {
     const int square = apply(Operation::multiply, {base, base, -1});
     return exponent == 2 ? square : apply(Operation::multiply, {square, base, -1});

@@ -24,20 +24,18 @@ struct ParameterList : testing::Test {
 TEST_F(ParameterList, IsReadInTheWaysThatPeopleWriteIt) {
     const struct {
         const char *text;
-        double a;
-        bool aFixed;
-        double b;
-        bool bFixed;
-    } cases[] = {{"", 1, false, 2, true},
-                 {" \n,\r\n", 1, false, 2, true},
-                 {"a=3", 3, false, 2, true},
-                 {"a = 1.5, b=-2e3!", 1.5, false, -2000, true},
-                 {"a =3!\r\n\r\nb= 4\r\n", 3, true, 4, false},
-                 {"b = 4 !,a = 5 !", 5, true, 4, true},
-                 {"a = 1.50 +- 0.02\nb = 2.5 +- 0.1 !\n", 1.5, false, 2.5, true},
-                 {"a = 7 +- 0.02, b = 8", 7, false, 8, false},
-                 {"a = \"7\" b = 8", 7, false, 8, false},
-                 {"a=1 a=2", 2, false, 2, true}};
+        double a, b;
+        bool aFixed, bFixed;
+    } cases[] = {{"", 1, 2, false, true},
+                 {" \n,\r\n", 1, 2, false, true},
+                 {"a=3", 3, 2, false, true},
+                 {"a = 1.5, b=-2e3!", 1.5, -2000, false, true},
+                 {"a =3!\r\n\r\nb= 4\r\n", 3, 4, true, false},
+                 {"b = 4 !,a = 5 !", 5, 4, true, true},
+                 {"a = 1.50 +- 0.02\nb = 2.5 +- 0.1 !\n", 1.5, 2.5, false, true},
+                 {"a = 7 +- 0.02, b = 8", 7, 8, false, false},
+                 {"a = \"7\" b = 8", 7, 8, false, false},
+                 {"a=1 a=2", 2, 2, false, true}};
     for (const auto &c : cases) {
         std::vector<FitParameter> read = parameters;
         readParameterList(c.text, read);
