@@ -313,6 +313,11 @@ static void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look,
     image.paintOn(cr);
 }
 
+double reachOf(const DrawnCurve &curve) {
+    const CurveLook &look = curve.column->look;
+    return std::max(thicknessOf(look) / 2, look.symbols ? 0.75 * symbolSizeOf(look) : 0);
+}
+
 void drawCurve(cairo_t *cr, const DrawnCurve &curve, const PlacedFrame &frame,
                const Frame &settings) {
     const CurveLook &look = curve.column->look;

@@ -14,6 +14,9 @@ namespace plotwerk {
 void drawCurve(cairo_t *cr, const DrawnCurve &curve, const PlacedFrame &frame,
                const Frame &settings);
 
+// How far the curve's symbols and line may reach beyond the frame, in points.
+double reachOf(const DrawnCurve &curve);
+
 } // namespace plotwerk
 
 #endif

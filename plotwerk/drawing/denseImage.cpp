@@ -1,6 +1,6 @@
 #include "plotwerk/drawing/denseImage.h"
 
-#include "plotwerk/drawing/picture.h"
+#include "plotwerk/drawing/surface.h"
 
 #include <algorithm>
 #include <bit>

@@ -7,7 +7,7 @@
 
 namespace plotwerk {
 
-static constexpr double numberGap = 5; // from the axis or its ticks to the numbers, in points
+static constexpr double gapBeside = 5; // from the axis or its ticks to the numbers, in points
 static constexpr double gapBelow = 6.5;
 static constexpr double room = 0.04; // between data and frame, as a part of the axis
 
@@ -84,7 +84,8 @@ static void placeNumbers(PlacedAxis &axis, const PlacedFrame &frame, const Types
     if (settings.noNumbers) return;
 
     const bool ticksBetween = settings.numbersInside ? settings.insideTicks : settings.outsideTicks;
-    const double distance = numberGap + (ticksBetween && !settings.noLine ? frame.tickLength : 0);
+    const double gap = axis.horizontal() ? gapBelow : gapBeside;
+    const double distance = gap + (ticksBetween && !settings.noLine ? frame.tickLength : 0);
     axis.numbers = placedNumbers(axis.marks.numbers, axis.scale, numberSide(axis),
                                  limited(settings.labelAngle, -360, 360, 0), distance, typesetter);
     for (PlacedNumber &number : axis.numbers) {

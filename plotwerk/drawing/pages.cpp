@@ -1,5 +1,6 @@
 #include "plotwerk/drawing/pages.h"
 
+#include "plotwerk/drawing/picture.h"
 #include "plotwerk/drawing/tiff.h"
 
 #include <algorithm>
@@ -40,9 +41,9 @@ static void blankCreationDate(std::string &pdf) {
 }
 
 std::string pdfOfDocument(const Document &document) {
-    const Picture picture = pictureOf(document);
+    const Picture picture(document);
     std::string bytes;
-    const Surface surface = newPdf(bytes, picture.width(), picture.height());
+    const Surface surface = newPdf(bytes, picture.page().width(), picture.page().height());
     const Context cr(cairo_create(surface.get()));
     picture.drawOn(cr.get());
     finish(surface, cr);
@@ -58,25 +59,25 @@ static void replaceLine(std::string &eps, const std::string &key, const std::str
 }
 
 std::string epsOfDocument(const Document &document) {
-    const Picture picture = pictureOf(document);
+    const Picture picture(document);
     std::string bytes;
-    const Surface surface(
-        cairo_ps_surface_create_for_stream(appendBytes, &bytes, picture.width(), picture.height()));
+    const Surface surface(cairo_ps_surface_create_for_stream(
+        appendBytes, &bytes, picture.page().width(), picture.page().height()));
     cairo_ps_surface_set_eps(surface.get(), 1);
     const Context cr(cairo_create(surface.get()));
     picture.drawOn(cr.get());
     finish(surface, cr);
     replaceLine(bytes, "%%CreationDate:", "");
     // the drawing library's own boxes don't quite hold the images that stand for opacity
-    const std::string box = " 0 0 " + std::to_string(std::lround(picture.width())) + ' ' +
-                            std::to_string(std::lround(picture.height())) + '\n';
+    const std::string box = " 0 0 " + std::to_string(std::lround(picture.page().width())) + ' ' +
+                            std::to_string(std::lround(picture.page().height())) + '\n';
     replaceLine(bytes, "%%BoundingBox:", "%%BoundingBox:" + box);
     replaceLine(bytes, "%%PageBoundingBox:", "%%PageBoundingBox:" + box);
     return bytes;
 }
 
 std::string tiffOfDocument(const Document &document) {
-    return tiffOfPicture(pictureOf(document));
+    return tiffOfPicture(Picture(document));
 }
 
 static double pageLength(double length, double standard) {
@@ -89,47 +90,53 @@ Composition::Composition(double width_, double height_)
 
 void Composition::add(const Document &document, const PageRectangle &rectangle, double angle,
                       double shear) {
-    const auto place = [](double length) { return limited(length, -1e6, 1e6, 0); };
+    const auto place = [](double length) { return limited(length, -largestPage, largestPage, 0); };
     Placed placed;
-    placed.picture = pictureOf(document);
+    placed.document = document;
     placed.rectangle = {place(rectangle.x), place(rectangle.y), std::abs(place(rectangle.width)),
                         std::abs(place(rectangle.height))};
     placed.angle = std::isfinite(angle) ? std::remainder(angle, 360) : 0;
-    placed.shear = limited(shear, -100, 100, 0);
+    placed.shear = limited(shear, -10, 10, 0);
     pictures.push_back(std::move(placed));
 }
 
-void Composition::drawOn(cairo_t *cr, const Placed &placed) const {
-    const Picture &picture = placed.picture;
-    const PageRectangle &rectangle = placed.rectangle;
-    double scale = 1;
-    if (rectangle.width > 0) scale = rectangle.width / picture.width();
-    if (rectangle.height > 0) {
-        const double ofHeight = rectangle.height / picture.height();
-        scale = rectangle.width > 0 ? std::min(scale, ofHeight) : ofHeight;
-    }
-    const auto spare = [](double room, double length) {
-        return room > 0 ? (room - length) / 2 : 0;
-    };
+// The scale at which a picture of that size fits into the rectangle.
+static double fittingScale(const PageRectangle &rectangle, double width, double height) {
+    const double ofWidth = rectangle.width / width;
+    const double ofHeight = rectangle.height / height;
+    if (ofWidth > 0 && ofHeight > 0) return std::min(ofWidth, ofHeight);
+    if (ofWidth > 0) return ofWidth;
+    return ofHeight > 0 ? ofHeight : 1;
+}
 
-    cairo_save(cr);
-    cairo_translate(cr, rectangle.x, height - rectangle.y);
-    cairo_rotate(cr, -placed.angle * std::numbers::pi / 180);
+// Moves the context's origin to the upper left corner of a picture of that size, in its place.
+static void moveTo(cairo_t *cr, double pageHeight, const PageRectangle &rectangle, double angle,
+                   double shear, double pictureWidth, double pictureHeight) {
+    cairo_translate(cr, rectangle.x, pageHeight - rectangle.y);
+    cairo_rotate(cr, -angle * std::numbers::pi / 180);
     // y runs downwards here: what is above the lower edge has a negative y
-    const cairo_matrix_t sheared{1, 0, -placed.shear, 1, 0, 0};
+    const cairo_matrix_t sheared{1, 0, -shear, 1, 0, 0};
     cairo_transform(cr, &sheared);
-    cairo_translate(cr, spare(rectangle.width, scale * picture.width()),
-                    -spare(rectangle.height, scale * picture.height()) - scale * picture.height());
+
+    const double scale = fittingScale(rectangle, pictureWidth, pictureHeight);
+    const auto spare = [](double room, double length) { return std::max(room - length, 0.0) / 2; };
+    cairo_translate(cr, spare(rectangle.width, scale * pictureWidth),
+                    -spare(rectangle.height, scale * pictureHeight) - scale * pictureHeight);
     cairo_scale(cr, scale, scale);
-    picture.drawOn(cr);
-    cairo_restore(cr);
 }
 
 std::string Composition::pdf() const {
     std::string bytes;
     const Surface surface = newPdf(bytes, width, height);
     const Context cr(cairo_create(surface.get()));
-    for (const Placed &placed : pictures) drawOn(cr.get(), placed);
+    for (const Placed &placed : pictures) {
+        const Picture picture(placed.document);
+        cairo_save(cr.get());
+        moveTo(cr.get(), height, placed.rectangle, placed.angle, placed.shear,
+               picture.page().width(), picture.page().height());
+        picture.drawOn(cr.get());
+        cairo_restore(cr.get());
+    }
     finish(surface, cr);
     blankCreationDate(bytes);
     return bytes;

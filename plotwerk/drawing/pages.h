@@ -5,7 +5,7 @@
 #ifndef PLOTWERK_DRAWING_PAGES_H
 #define PLOTWERK_DRAWING_PAGES_H
 
-#include "plotwerk/drawing/picture.h"
+#include "plotwerk/model/document.h"
 
 #include <string>
 #include <vector>
@@ -35,11 +35,12 @@ class Composition {
     // In points; 0, NaN and what is negative gives the width or height of A4, more than 14400 that.
     Composition(double width, double height);
 
-    // Places the picture of the document as it is now: as large as fits into the rectangle without
-    // changing its proportions, in the rectangle's middle; a width or height of 0 doesn't limit it,
-    // both 0 give the picture's own size. Then all is sheared (x grows by `shear` times the height
-    // above the rectangle's lower edge) and turned counter-clockwise by the angle in degrees, both
-    // about the rectangle's lower left corner.
+    // Places the picture of the document as it is now (its data are copied): as large as fits into
+    // the rectangle without changing its proportions, in the rectangle's middle; a width or height
+    // of 0 doesn't limit it, both 0 give the picture's own size. Then all is sheared (x grows by
+    // `shear` times the height above the rectangle's lower edge) and turned counter-clockwise by
+    // the angle in degrees, both about the rectangle's lower left corner. Lengths are limited to
+    // 14400 points, the shear to 10; NaN counts as 0.
     void add(const Document &document, const PageRectangle &rectangle, double angle, double shear);
 
     // Vectors, with fonts embedded, on one page.
@@ -47,12 +48,12 @@ class Composition {
 
   private:
     struct Placed {
-        Picture picture;
+        Document document; // not a recording: PDF surfaces of cairo 1.16 leak those
+
         PageRectangle rectangle;
         double angle = 0;
         double shear = 0;
     };
-    void drawOn(cairo_t *cr, const Placed &placed) const;
 
     double width;
     double height;

@@ -2,41 +2,37 @@
 #ifndef PLOTWERK_DRAWING_PICTURE_H
 #define PLOTWERK_DRAWING_PICTURE_H
 
-#include "plotwerk/drawing/geometry.h"
-#include "plotwerk/model/document.h"
+#include "plotwerk/drawing/drawnCurves.h"
+#include "plotwerk/drawing/frame.h"
+#include "plotwerk/drawing/surface.h"
 
-#include <cairo.h>
-#include <memory>
+#include <vector>
 
 namespace plotwerk {
 
-struct SurfaceDestroy {
-    void operator()(cairo_surface_t *surface) const { cairo_surface_destroy(surface); }
-};
-struct ContextDestroy {
-    void operator()(cairo_t *cr) const { cairo_destroy(cr); }
-};
-using Surface = std::unique_ptr<cairo_surface_t, SurfaceDestroy>;
-using Context = std::unique_ptr<cairo_t, ContextDestroy>;
+// The picture of a document, laid out: grid, curves, axes, titles and texts. Lengths are in points.
+// Refers to the document, which must not change as long as the picture is used.
+class Picture {
+  public:
+    explicit Picture(const Document &document);
 
-// Drawing commands that can be replayed.
-struct Picture {
-    Surface recording;
-    Box page; // what they mark and a small margin, in the recording's coordinates, in points
+    // What the picture marks, and a small margin around it; (0, 0) is the frame's upper left
+    // corner. Reaches 1500 points beyond the frame at most.
+    const Box &page() const { return pageBox; }
 
-    double width() const { return page.width(); }
-    double height() const { return page.height(); }
-
-    // Replays on the context, with its transformation, the page's upper left corner at (0, 0).
+    // Draws with the context's transformation, the page's upper left corner at (0, 0). What lies
+    // beyond the page is cut.
     void drawOn(cairo_t *cr) const;
+
+  private:
+    void drawAnnotations(cairo_t *cr) const;
+
+    const Document &document;
+    std::vector<DrawnCurve> curves;
+    Typesetter typesetter;
+    PlacedFrame frame;
+    Box pageBox;
 };
-
-// Draws grid, curves, axes, titles and texts of the document. The picture keeps no tie to it.
-// Throws Refusal if the drawing library gives up.
-Picture pictureOf(const Document &document);
-
-// Throws Refusal unless the surface or context is without error.
-void requireDrawn(cairo_status_t status);
 
 } // namespace plotwerk
 

@@ -75,14 +75,16 @@ static void setFields(TIFF *tiff, int width, int height) {
 }
 
 // The rows from `top` on as red, green, blue.
-static std::vector<unsigned char> drawnRows(const Picture &picture, int width, int top, int rows) {
+static std::vector<unsigned char> drawnRows(cairo_surface_t *recording, int width, int top,
+                                            int rows) {
     const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, rows));
     const Context cr(cairo_create(surface.get()));
     cairo_set_source_rgb(cr.get(), 1, 1, 1);
     cairo_paint(cr.get());
     cairo_translate(cr.get(), 0, -top);
     cairo_scale(cr.get(), dpi / 72, dpi / 72);
-    picture.drawOn(cr.get());
+    cairo_set_source_surface(cr.get(), recording, 0, 0);
+    cairo_paint(cr.get());
     requireDrawn(cairo_status(cr.get()));
     cairo_surface_flush(surface.get());
 
@@ -103,8 +105,17 @@ static std::vector<unsigned char> drawnRows(const Picture &picture, int width, i
 }
 
 std::string tiffOfPicture(const Picture &picture) {
-    const int width = static_cast<int>(std::ceil(picture.width() * dpi / 72));
-    const int height = static_cast<int>(std::ceil(picture.height() * dpi / 72));
+    const double pageWidth = picture.page().width();
+    const double pageHeight = picture.page().height();
+    const int width = static_cast<int>(std::ceil(pageWidth * dpi / 72));
+    const int height = static_cast<int>(std::ceil(pageHeight * dpi / 72));
+
+    const cairo_rectangle_t extents{0, 0, pageWidth, pageHeight};
+    const Surface recording(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents));
+    const Context cr(cairo_create(recording.get()));
+    picture.drawOn(cr.get());
+    requireDrawn(cairo_status(cr.get()));
+
     MemoryFile file;
     std::unique_ptr<TIFF, decltype(&TIFFClose)> tiff(TIFFClientOpen("picture", "w", &file, readFile,
                                                                     writeFile, seekFile, closeFile,
@@ -116,7 +127,7 @@ std::string tiffOfPicture(const Picture &picture) {
     bool written = true;
     for (int top = 0; top < height && written; top += rowsAtOnce) {
         std::vector<unsigned char> rgb =
-            drawnRows(picture, width, top, std::min(rowsAtOnce, height - top));
+            drawnRows(recording.get(), width, top, std::min(rowsAtOnce, height - top));
         written = TIFFWriteEncodedStrip(tiff.get(), static_cast<uint32_t>(top / rowsAtOnce),
                                         rgb.data(), static_cast<tmsize_t>(rgb.size())) >= 0;
     }

@@ -14,15 +14,20 @@
 using plotwerk::Column;
 using plotwerk::Document;
 
+// Fontconfig keeps its font patterns until the process ends; nothing else may leak.
+extern "C" const char *__lsan_default_suppressions();  // NOLINT(bugprone-reserved-identifier)
+extern "C" const char *__lsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier)
+    return "leak:libfontconfig";
+}
+
 Document documentWith(const std::vector<double> &x, const std::vector<double> &y) {
     plotwerk::Table table;
-    table.x.name = "x";
+    table.x.name = std::string("x");
     table.x.values = x;
     table.y.resize(1);
-    table.y[0].name = "y";
+    table.y[0].name = std::string("y");
     table.y[0].values = y;
     Document document;
-    document.name = "sample";
     document.sources.push_back({"Data", {table}});
     return document;
 }
@@ -66,15 +71,15 @@ Document cloudDocument(int points) {
 }
 
 double inkedPart(const Document &document) {
-    const plotwerk::Picture picture = plotwerk::pictureOf(document);
+    const plotwerk::Picture picture(document);
     const int width = static_cast<int>(document.frame.xAxisLength * 72 / 2.54);
     const int height = static_cast<int>(document.frame.yAxisLength * 72 / 2.54);
     const plotwerk::Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
     const plotwerk::Context cr(cairo_create(surface.get()));
     cairo_set_source_rgb(cr.get(), 1, 1, 1);
     cairo_paint(cr.get());
-    // the frame's upper left corner is the recording's origin
-    cairo_translate(cr.get(), picture.page.left, picture.page.top);
+    // the frame's upper left corner to the image's
+    cairo_translate(cr.get(), picture.page().left, picture.page().top);
     picture.drawOn(cr.get());
     cairo_surface_flush(surface.get());
 
