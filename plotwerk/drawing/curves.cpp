@@ -4,6 +4,7 @@
 #include "plotwerk/drawing/curvePoints.h"
 #include "plotwerk/drawing/denseImage.h"
 #include "plotwerk/drawing/symbols.h"
+#include "plotwerk/model/curves.h"
 
 #include <algorithm>
 #include <array>

@@ -1,23 +1,10 @@
 #include "plotwerk/drawing/drawnCurves.h"
 
+#include "plotwerk/model/curves.h"
+
 #include <algorithm>
 
 namespace plotwerk {
-
-static const Column *columnNamed(const Table &table, const std::string &name) {
-    const auto found = std::find_if(table.y.begin(), table.y.end(),
-                                    [&](const Column &column) { return column.name == name; });
-    return found == table.y.end() ? nullptr : &*found;
-}
-
-const Column *yErrorOf(const Table &table, const Column &curve) {
-    return columnNamed(table, curve.name + " error");
-}
-
-const Column *xErrorOf(const Table &table) {
-    const Column *named = columnNamed(table, table.x.name + " error");
-    return named ? named : columnNamed(table, "X error");
-}
 
 static bool isShownAsError(const Table &table, const Column &column) {
     return std::any_of(table.y.begin(), table.y.end(), [&](const Column &curve) {

@@ -20,12 +20,6 @@ struct DrawnCurve {
 // their table shows as its error bars.
 std::vector<DrawnCurve> drawnCurvesOf(const Document &document);
 
-// The column with the errors of a curve: "NAME error". Null if there is none.
-const Column *yErrorOf(const Table &table, const Column &curve);
-
-// The column with the errors of x: "X error", with the x column's name or with a plain X.
-const Column *xErrorOf(const Table &table);
-
 } // namespace plotwerk
 
 #endif

@@ -94,8 +94,7 @@ void readParameterList(std::string_view text, std::vector<FitParameter> &paramet
     parameters = std::move(read);
 }
 
-// The shortest text that gives the same double again.
-static std::string allDigits(double value) {
+std::string allDigits(double value) {
     if (std::isnan(value)) return "NAN";
     char text[40];
     const auto [end, error] = std::to_chars(text, text + sizeof text, value);

@@ -33,6 +33,9 @@ void readParameterList(std::string_view text, std::vector<FitParameter> &paramet
 //   {a, 1.5, 0.02}, {b, 2, fixed} -> "a = 1.500 +- 0.020\nb = 2 !"
 std::string parameterList(const std::vector<FitParameter> &parameters);
 
+// The shortest text that gives the same double again, with a decimal point; "NAN".
+std::string allDigits(double value);
+
 // Value of a variable of the fit, with all the digits that it carries and a decimal point: a
 // parameter's name, NAME.error, chiq, iterations, lambda, points. What isn't known (no fit yet, the
 // error of a fixed parameter) is "NAN". A parameter called like a variable hides it. Empty: there

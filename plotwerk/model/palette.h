@@ -1,6 +1,6 @@
 // palette.h - looks for curves that are new in a document, so that neighbours can be told apart.
-#ifndef PLOTWERK_DRAWING_PALETTE_H
-#define PLOTWERK_DRAWING_PALETTE_H
+#ifndef PLOTWERK_MODEL_PALETTE_H
+#define PLOTWERK_MODEL_PALETTE_H
 
 #include "plotwerk/model/document.h"
 
