@@ -131,6 +131,8 @@ static std::string commonName(const PlacedAxis &axis, const std::vector<DrawnCur
     const std::string *common = nullptr;
     for (const DrawnCurve &curve : curves) {
         if (curve.horizontalAxis() != axis.code && curve.verticalAxis() != axis.code) continue;
+        // A fit is drawn over the data, whose name the axis bears.
+        if (curve.column->drawnByFit && !axis.horizontal()) continue;
         const std::string &name = axis.horizontal() ? curve.table->x.name : curve.column->name;
         if (common && *common != name) return {};
         common = &name;
