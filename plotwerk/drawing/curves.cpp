@@ -77,7 +77,7 @@ static void strokePart(cairo_t *cr, const Path &path, size_t begin, size_t end) 
     cairo_save(cr);
     cairo_set_dash(cr, nullptr, 0, 0);
     cairo_set_line_cap(cr, CAIRO_LINE_CAP_ROUND);
-    cairo_set_line_width(cr, 2 * cairo_get_line_width(cr));
+    cairo_set_line_width(cr, 3 * cairo_get_line_width(cr));
     cairo_stroke(cr);
     cairo_restore(cr);
 }
