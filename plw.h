@@ -3,6 +3,11 @@
 #ifndef PLW_H
 #define PLW_H
 
+#include "fct/cFct.h"
+#include "fct/fct.h"
+#include "fct/fct2D.h"
+#include "fct/fct_tup.h"
+#include "fct/statistics.h"
 #include "util/arrays/intArray.h"
 #include "util/arrays/search.h"
 #include "util/arrays/sort.h"
@@ -23,8 +28,9 @@
 #include "util/text/line.h"
 #include "util/text/missing.h"
 #include "util/text/name.h"
-#include "util/text/numeral.h"
+#include "util/text/scanline.h"
 #include "util/text/search.h"
+#include "util/text/utf8.h"
 #include "util/text/word.h"
 
 #endif

@@ -8,16 +8,16 @@ folder=${1:-$(mktemp -d)}
 # Feeds the lines of its standard input to one callPlw and shows each line with its answer. "sync"
 # answers when all earlier work is done, so it tells where the answers to a line end.
 session() {
-    local line answer plw
+    local line answer answers plw
     coproc callPlw
     plw=$COPROC_PID
     while IFS= read -r line; do
         printf '%s\n-x sync\n' "$line" >&"${COPROC[1]}"
-        printf '%-58s' "$line"
+        answers=
         while IFS= read -r answer <&"${COPROC[0]}" && [ "$answer" != synced ]; do
-            printf ' %s' "$answer"
+            answers+=" $answer"
         done
-        echo
+        [ -z "$answers" ] && echo "$line" || printf '%-58s%s\n' "$line" "$answers"
     done
     exec {COPROC[1]}>&-
     wait "$plw"

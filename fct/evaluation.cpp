@@ -51,10 +51,8 @@ PLW_ALWAYS_INLINE double power(double base, double exponent) {
     return std::pow(base, exponent);
 }
 
-} // namespace
-
 PLW_FMA_CLONES
-double evalFct(Fct *f, double x) {
+double evalBySearch(Fct *f, double x) {
     const int n = f->n;
     if ((f->fixedLen && n != f->size) || n < 1) myexit("ERROR in evalFct: function incomplete", n);
     const double *t = f->t;
@@ -65,6 +63,27 @@ double evalFct(Fct *f, double x) {
     const int i = std::min(search_le(x, t, n, f->lastIndex), n - 2);
     f->lastIndex = i;
     return interpolate(t[i], y[i], t[i + 1], y[i + 1], x);
+}
+
+} // namespace
+
+PLW_FMA_CLONES
+double evalFct(Fct *f, double x) {
+    const int n = f->n;
+    const int hint = f->lastIndex;
+    const bool complete = !f->fixedLen || n == f->size;
+    // most often the hint is still right, or the next sample is: what search_le would find, without
+    // the call
+    if (complete && hint >= 0 && hint < n - 2 && f->t[0] <= x && x <= f->t[n - 1]) {
+        const double *t = f->t + hint;
+        const double *y = f->y + hint;
+        if (t[0] <= x && x < t[1]) return lineThrough(t[0], y[0], t[1], y[1], x);
+        if (t[1] <= x && x < t[2]) {
+            f->lastIndex++;
+            return lineThrough(t[1], y[1], t[2], y[2], x);
+        }
+    }
+    return evalBySearch(f, x);
 }
 
 PLW_FMA_CLONES

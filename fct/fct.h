@@ -185,8 +185,9 @@ Fct *subFct(Fct *f, Fct *g);
 Fct *mulFct(Fct *f, Fct *g);
 
 // (f * k)(x), the integral of f(s) k(x - s) over s, by trapezoids on the merged samples of f and of
-// the mirrored kernel. The kernel is not normalised. 0.0 where the two do not meet.
-// Ends the process: "ERROR in evalFct: function incomplete".
+// the mirrored kernel. The kernel is not normalised. 0.0 where the two do not meet. Where the
+// mirrored kernel starts between two samples of f, a triangle that rises from 0 at the first of
+// them counts too. Ends the process: "ERROR in evalFct: function incomplete".
 double convoluteFct(Fct *f, const Fct *kernel, double x);
 
 // Replaces every ordinate of f by (f * kernel) at its position. A kernel whose integral is 1 keeps

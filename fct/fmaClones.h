@@ -3,9 +3,9 @@
 #define PLW_FCT_FMACLONES_H
 
 // Before a function that calls std::fma: compiles it twice, with the instruction and with the C
-// library's fma, and picks one when the program is loaded. Both round once, so results are the
-// same. Not for clang, whose sanitizers do not survive code that runs while loading; there, and on
-// machines that always have the instruction, it is nothing.
+// library's fma, and picks one when the program is loaded. Both round once: results are the same.
+// Nothing where the compiler may use the instruction anyway, and for clang, whose version 14 leaves
+// only the one with the instruction of a function that a header has declared.
 #if defined(__x86_64__) && !defined(__FMA__) && defined(__GNUC__) && !defined(__clang__)
 #define PLW_FMA_CLONES __attribute__((target_clones("fma", "default")))
 #else

@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 
 namespace plw {
 
@@ -37,7 +38,7 @@ inline int lengthWithoutLast(int n, int k, int size) {
 
 // Moves what follows the first k of n elements down to the start.
 inline void dropFirst(double *array, int n, int k) {
-    std::copy(array + k, array + n, array);
+    std::memmove(array, array + k, static_cast<size_t>(n - k) * sizeof(double));
 }
 
 } // namespace plw

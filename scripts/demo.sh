@@ -10,16 +10,15 @@ if [ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ]; then
 fi
 need_packages "${build_packages[@]}"
 
-cmake --preset release -DBUILD_TESTING=OFF >/dev/null
-cmake --build --preset release -j "$(nproc)" --target callPlw plotwerkd | tail -n 1
-PATH=$PWD/build/release/client:$PWD/build/release/plotwerk:$PATH
+cmake --preset release -B build/demo -DBUILD_TESTING=OFF >/dev/null
+cmake --build build/demo -j "$(nproc)" --target callPlw plotwerkd | tail -n 1
+PATH=$PWD/build/demo/client:$PWD/build/demo/plotwerk:$PATH
 
 folder=$(mktemp -d)
 plotwerkd 2>"$folder/plotwerkd.log" &
 plotwerkd=$!
 trap 'kill $plotwerkd 2>/dev/null || true' EXIT
-for _ in {1..100}; do
-    callPlw -x sync >/dev/null 2>&1 && break
+until grep -q " owns " "$folder/plotwerkd.log"; do
     kill -0 $plotwerkd 2>/dev/null || { cat "$folder/plotwerkd.log"; exit 1; }
     sleep 0.05
 done

@@ -25,5 +25,5 @@ need_packages() {
 
 build_packages=(g++ cmake ninja-build pkg-config libsdbus-c++-dev libsdbus-c++-bin nlohmann-json3-dev)
 bus_packages=(dbus-daemon)
-test_packages=(libgtest-dev libbenchmark-dev libgsl-dev libsystemd-dev systemd clang libclang-rt-14-dev
+test_packages=(libgtest-dev libbenchmark-dev libgsl-dev libsystemd-dev systemd clang llvm libclang-rt-14-dev dpkg-dev
     clang-format clang-tidy)

@@ -4,8 +4,7 @@
 #include "util/number/decimal.h"
 #include "util/number/format.h"
 #include "util/text/charclass.h"
-#include "util/text/line.h"
-#include "util/text/numeral.h"
+#include "util/text/scanline.h"
 #include "util/text/word.h"
 
 #include <algorithm>
@@ -22,6 +21,8 @@ namespace {
 
 constexpr std::size_t mostValues = 100'000'000;
 constexpr std::size_t mostColumns = 1'000'000;
+
+constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
 
 bool isSeparator(char c) {
     return c == ';' || (c == ',' && plw::decimalSeparator != ',');
@@ -124,6 +125,7 @@ class TableReader {
     std::vector<std::optional<std::string>> names;
     std::vector<std::vector<double>> columns; // up to the last row that has a value there
     std::size_t rows = 0;
+    bool plain = true; // every row after the first one was read by readPlainRow
 
     std::vector<double> row;
 
@@ -171,8 +173,19 @@ class TableReader {
     }
 
     void readRow(char *line) {
-        readFields(line);
+        plain = plain && readPlainRow(line);
+        if (!plain) readFields(line);
         appendRow();
+    }
+
+    // The usual row: as many numbers as there are columns, and nothing else but blanks. False for
+    // any other row.
+    bool readPlainRow(const char *line) {
+        const int width = static_cast<int>(columns.size());
+        row.resize(width);
+        int count;
+        const char *end = plw::scanline(line, row.data(), width, &count);
+        return count == width && *end == '\0' && std::strchr(line, '\t') == nullptr;
     }
 
     void appendRow() {
@@ -220,6 +233,7 @@ class TableReader {
         names.clear();
         columns.clear();
         rows = 0;
+        plain = true;
     }
 };
 
@@ -231,10 +245,12 @@ void unifyLineEnds(std::string &text) {
 
 // A name that is a word where it stands needs no quotes.
 bool needsQuotes(const std::string &name) {
-    char *end;
-    plw::readNumber(name.c_str(), &end);
-    return end != name.c_str() || name.empty() || name == "-" ||
-           name.find_first_of(" \t;,#\"'") != std::string::npos;
+    if (name.empty() || name == "-" || name.starts_with(byteOrderMark) ||
+        name.find_first_of(" \t;,#\"'") != std::string::npos)
+        return true;
+    double number;
+    int count;
+    return plw::scanline(name.c_str(), &number, 1, &count) != name.c_str();
 }
 
 void writeName(std::string name, std::string &text) {
@@ -273,7 +289,7 @@ std::vector<DataTable> readDataText(std::string text) {
     unifyLineEnds(text);
     char *line = text.data();
     char *const end = line + text.size();
-    if (text.starts_with("\xEF\xBB\xBF")) line += 3; // byte order mark
+    if (text.starts_with(byteOrderMark)) line += std::strlen(byteOrderMark);
 
     TableReader reader;
     while (line < end) {

@@ -136,6 +136,7 @@ std::vector<int> peakCandidates(const std::vector<double> &y, int width) {
                                        static_cast<double>(width) / block),
                          plw::freeFct);
     std::vector<int> candidates;
+    candidates.reserve(peaks->n);
     for (int i = 0; i < peaks->n; ++i)
         candidates.push_back(static_cast<int>((peaks->t[i] + 0.5) * block));
     return candidates;
@@ -303,7 +304,7 @@ void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, 
         const Table &table = tableOf(document, curve);
         const Column &column = columnOf(document, curve);
         const ValidPoints points = validPoints(table, column);
-        const auto search = [&](std::vector<double> y, const char *kind) {
+        const auto search = [&](const std::vector<double> &y, const char *kind) {
             const std::vector<int> indexes = maximaOf(y, minWidth, minHeight);
             if (!indexes.empty())
                 found.push_back({curve, tableOfExtremes(points, indexes, table.x.name,
@@ -312,7 +313,7 @@ void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, 
         std::vector<double> y(points.y.get(), points.y.get() + points.n);
         if (maxima) search(y, "maxima");
         for (double &value : y) value = -value;
-        if (minima) search(std::move(y), "minima");
+        if (minima) search(y, "minima");
     }
     if (found.empty()) throw Refusal("the selected curves have no such extremes");
 

@@ -23,6 +23,7 @@ Source &sourceNamed(Document &document, const std::string &name) {
 
 std::vector<Table> tablesOf(std::vector<DataTable> read) {
     std::vector<Table> tables;
+    tables.reserve(read.size());
     for (DataTable &each : read) tables.push_back(std::move(each.table));
     return tables;
 }
@@ -190,6 +191,7 @@ Document duplicateAsPlotted(const Document &document) {
 
 std::string freeName(const std::string &name, const std::vector<std::string> &taken) {
     std::vector<const char *> names;
+    names.reserve(taken.size());
     for (const std::string &each : taken) names.push_back(each.c_str());
     std::string free;
     do {

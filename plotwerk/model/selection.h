@@ -2,13 +2,13 @@
 //
 // Tables and columns count from 1 here, as messages number them, curves from 0. -1 stands for any
 // table, or for no limit on that side of a range, an empty name or pattern for any name. Patterns
-// are ECMAScript expressions for the whole name; one that is not valid, or longer than 1000 bytes,
-// is refused, and no pattern matches a name longer than that.
+// are ECMAScript expressions for the whole name; one that is not valid, refers back, or is longer
+// than 1000 bytes is refused, and no pattern matches a name longer than that.
 //
 // The curves that are found are selected in the document's order. Without append they replace the
 // selection, with append they follow it, and what is selected already keeps its place. Finding none
-// is no error: without append nothing is selected then. Each selecting function returns how many
-// curves are selected afterwards.
+// is no error: without append nothing is selected then; but a number of a table that no source has
+// is refused. Each selecting function returns how many curves are selected afterwards.
 #ifndef PLOTWERK_MODEL_SELECTION_H
 #define PLOTWERK_MODEL_SELECTION_H
 

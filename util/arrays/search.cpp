@@ -30,20 +30,21 @@ struct Bracket {
     int high;
 };
 
-// Narrows [low, high] around x, a[low] and a[high] being valid, until no valid entry is left in
-// between; both ends are the index of an entry equal to x if one is met.
+// Narrows [low, high] around x, a[low] < x < a[high], until no valid entry is left in between; both
+// ends are the index of an entry equal to x if one is met.
 static Bracket bisect(double x, const double *a, int low, int high) {
     while (low < high - 1) {
         int mid = low + (high - low) / 2;
-        if (std::isnan(a[mid])) {
-            mid = validBeside(a, low, mid, high);
-            if (mid < 0) break;
-        }
-        if (a[mid] == x) return {mid, mid};
-        if (a[mid] > x)
+        if (a[mid] > x) {
             high = mid;
-        else
+        } else if (a[mid] < x) {
             low = mid;
+        } else { // equal or a gap
+            if (std::isnan(a[mid])) mid = validBeside(a, low, mid, high);
+            if (mid < 0) break;
+            if (a[mid] == x) return {mid, mid};
+            (a[mid] > x ? high : low) = mid;
+        }
     }
     return {low, high};
 }
@@ -78,7 +79,7 @@ int search_ge(double x, const double *a, int n) {
     if (a[low] >= x) return low;
 
     const int high = lastValid(a, low, n - 1);
-    if (x >= a[high]) return high;
+    if (!(x < a[high])) return high; // x NaN too
 
     return bisect(x, a, low, high).high;
 }

@@ -16,14 +16,14 @@ void sortN(int n, double *key, double **others, int nOthers);
 // Sorts x[left..right] ascending and moves y along. Not stable, but laid down: among equal keys
 // the order is that of a quicksort which takes the middle element as pivot, gathers the lesser
 // ones at the left by exchanges from left to right, and sorts both sides. NaN is less than
-// nothing and nothing is less than NaN: NaN keys stop the numbers on both sides of them from being
-// sorted into one sequence. Stack: log2 of the length. Time: n log n, but the square of the
-// length where middle elements keep being extremes.
+// nothing and nothing is less than NaN: the numbers ascend, with the NaN keys anywhere among them.
+// Stack: log2 of the length. Time: n log n, but the square of the length where middle elements
+// keep being extremes.
 void quicksort(double *x, double *y, int left, int right);
 
 // quicksort for records of recordLen doubles (at most 32), keyed on the double at keyIndex of each.
 // Moves along, unless extra is nullptr, a parallel array of records of extraSize bytes (at most
-// 256). left and right count records. Not reentrant.
+// 256). left and right count records.
 // Ends the process: "ERROR in quicksortCluster: cluster size too big" and extraSize, whichever
 // of the two is too big, for an empty range too.
 void quicksortCluster(double *records, int recordLen, int keyIndex, void *extra, int extraSize,

@@ -109,7 +109,7 @@ static bool isClosed(const double *poly, int n) {
     return last[0] == poly[0] && last[1] == poly[1];
 }
 
-// The turn from one direction to another, each within -pi .. pi.
+// The turn from one direction to another, each within -pi .. pi. Half a turn is always clockwise.
 static double turn(double from, double to) {
     double d = to - from;
     if (d <= -pi) d += 2 * pi;

@@ -44,9 +44,9 @@ void rotate2D(double *x, double *y, double angle);
 // The cross product x1 * y2 - y1 * x2.
 double Vec2DxMul(double x1, double y1, double x2, double y2);
 
-// 1 if (px, py) lies inside the polygon, in whichever orientation, and 0 if outside. -1 if that
-// is undecided: on the boundary, wound around more than once, or NaN. 0 for n < 1.
-//   {0,0, 1,0, 1,1, 0,1}:   (0.5, 0.5) -> 1   (2, 2) -> 0   (0.5, 0) -> -1
+// 1 if (px, py) lies inside the polygon, in whichever orientation, and 0 if outside. -1 if that is
+// undecided: wound around more than once, or NaN. Any of the three on the boundary. 0 for n < 1.
+//   {0,0, 1,0, 1,1, 0,1}:   (0.5, 0.5) -> 1   (2, 2) -> 0
 int isPointInPoly(const double *poly, int n, double px, double py);
 
 // 1 if p lies in the triangle a, b, c; its edges and corners are inside. 0 for a degenerate

@@ -15,8 +15,8 @@ void decimalSeparatorToDot(char *s);
 // Replaces in place every '.' in s by decimalSeparator.
 void dotToDecimalSeparator(char *s);
 
-// The number that the first 255 bytes of s begin with, read by strtod after decimalSeparatorToDot;
-// 0.0 when there is none.
+// The number that the first 255 bytes of s begin with, read by strtod ("C" locale) after
+// decimalSeparatorToDot; 0.0 when there is none.
 //   "1,5 mm": 1.5
 double valueOfString(const char *s);
 

@@ -4,10 +4,12 @@
 #include "util/number/power.h"
 
 #include <algorithm>
+#include <charconv>
 #include <climits>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <system_error>
 
 namespace plw {
 
@@ -16,8 +18,25 @@ namespace {
 constexpr int bufferSize = 100;
 
 void replacePoint(char *s) {
+    if (decimalSeparator == '.') return;
     char *const point = std::strchr(s, '.');
     if (point != nullptr) *point = decimalSeparator;
+}
+
+// Significant digits of the mantissa in decimal, at most 12. The factors are a little large to
+// absorb the error of binary fractions.
+int countDigits(double mantissa) {
+    double v = std::fabs(mantissa) * 1.00000000000002;
+    if (std::isinf(v)) return 1;
+
+    double threshold = 1e-12;
+    int count = 0;
+    while (v > threshold && count != 12) {
+        ++count;
+        threshold *= 10;
+        v = (v - static_cast<int>(v)) * 10.00000000000001;
+    }
+    return count;
 }
 
 // Prints x, not NaN, with as many digits as FormatOfReal finds; the point stays '.'.
@@ -26,6 +45,18 @@ void printReal(char *buffer, int size, double x, int maxDigits) {
     int precision;
     char exponential;
     FormatOfReal(x, maxDigits, &width, &precision, &exponential);
+
+    // to_chars prints the digits that printf prints, but neither pads nor knows a default
+    // precision.
+    if (precision >= 0) {
+        const auto notation =
+            exponential ? std::chars_format::scientific : std::chars_format::fixed;
+        const auto [end, error] = std::to_chars(buffer, buffer + size - 1, x, notation, precision);
+        if (error == std::errc() && end - buffer >= width) {
+            *end = '\0';
+            return;
+        }
+    }
     width = std::clamp(width, -bufferSize, bufferSize);
     std::snprintf(buffer, size, exponential ? "%*.*e" : "%*.*f", width, precision, x);
 }
@@ -43,16 +74,7 @@ constexpr int usualDigits = 20;
 
 void FormatOfReal(double x, int maxDigits, int *width, int *precision, char *exponential) {
     const int e = decimalExponent(x);
-
-    // The factors are a little large to absorb the error of binary fractions.
-    double v = std::fabs(x / power10(e)) * 1.00000000000002;
-    double threshold = 1e-12;
-    int count = 0;
-    while (v > threshold && count != 12) {
-        ++count;
-        threshold *= 10;
-        v = (v - std::floor(v)) * 10.00000000000001;
-    }
+    const int count = countDigits(x / power10(e));
 
     // Half of INT_MIN: a hugely negative maxDigits must not overflow below.
     int digits = std::max(std::min(maxDigits, count), INT_MIN / 2);

@@ -10,9 +10,9 @@ inline constexpr int powersOf10 = 51;
 extern const double pow10POS[powersOf10];
 extern const double pow10NEG[powersOf10];
 
-// Exponent of x in decimal scientific notation: 0 for x = 0, otherwise t = log10(|x|) + 1e-12 cut to
-// an integer when positive and t - 1.0 cut when not. What falls short of a power of ten by rounding
-// errors only counts as that power. 308 for infinity and NaN.
+// Exponent of x in decimal scientific notation: 0 for x = 0, otherwise t = log10(|x|) + 1e-12 cut
+// to an integer when positive and t - 1.0 cut when not. What falls short of a power of ten by
+// rounding errors only counts as that power. 308 for infinity and NaN.
 //   1 -> 0   999 -> 2   0.1 -> -1
 int decimalExponent(double x);
 

@@ -1,10 +1,7 @@
 #include "util/text/line.h"
 
 #include "util/text/charclass.h"
-#include "util/text/numeral.h"
-#include "util/text/word.h"
 
-#include <cerrno>
 #include <cstring>
 
 namespace plw {
@@ -21,27 +18,9 @@ bool areLineEndPair(int first, int second) {
 
 } // namespace
 
-char *scanline(const char *s, double *values, int max, int *count) {
-    char *p = skipSpaces(s);
-    *count = 0;
-    if (max > 0) errno = 0;
-    while (*count < max) {
-        char *end;
-        values[*count] = readNumber(p, &end);
-        if (errno != 0 || end == p || *p == '\n') {
-            p = end;
-            break;
-        }
-        ++*count;
-        p = skipSpaces(end);
-        if (*p == '\0' || *p == '\n') break;
-    }
-    return *p == '\n' ? p + 1 : p;
-}
-
 int getlineFromFile(std::FILE *f, char *buf, int size, char *atEof) {
     int n = 0;
-    while (n < size - 1 && !std::feof(f)) {
+    while (n + 1 < size && !std::feof(f)) {
         const int c = std::getc(f);
         if (c == EOF) break;
         if (isLineEnd(c)) {
@@ -60,7 +39,7 @@ int getlineFromFile(std::FILE *f, char *buf, int size, char *atEof) {
 void getlineFromRam(char **pos, const char *last, char *buf, int size, char *atEnd) {
     char *p = *pos;
     int n = 0;
-    while (n < size - 1 && p <= last) {
+    while (n + 1 < size && p <= last) {
         const char c = *p++;
         if (isLineEnd(c)) {
             if (p <= last && areLineEndPair(c, *p)) ++p;
@@ -74,11 +53,12 @@ void getlineFromRam(char **pos, const char *last, char *buf, int size, char *atE
 }
 
 void rangeOfLine(const char *text, int lineNo, int *start, int *length) {
+    if (lineNo < 1) return;
+
     int line = 0;
     for (int i = 0; text[i] != '\0'; ++i) {
         if (i > 0 && text[i] != '\n') continue;
         if (++line < lineNo) continue;
-        if (lineNo < 1) return;
         *start = i + 1;
         *length = static_cast<int>(std::strcspn(text + i + 1, "\n"));
         return;

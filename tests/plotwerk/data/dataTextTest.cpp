@@ -4,8 +4,8 @@
 #include "tests/plotwerk/model/documents.h"
 #include "util/number/decimal.h"
 
+#include <bit>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <random>
 
@@ -41,6 +41,7 @@ TEST_F(DataText, FieldsAreSeparatedAndMissingOnesAreNaN) {
         {"nothing between commas", "1,,3\n", "X=1 Y1=nan Y2=3"},
         {"nothing between semicolons", "1; ;3\n", "X=1 Y1=nan Y2=3"},
         {"nothing between tabs", "1\t\t3\n", "X=1 Y1=nan Y2=3"},
+        {"tabs after rows of blanks", "1 2 3\n4 5 6\n7\t\t9\n", "X=1,4,7 Y1=2,5,nan Y2=3,6,9"},
         {"tabs with blanks", "1 \t \t 3\n", "X=1 Y1=nan Y2=3"},
         {"nothing before the first", ",2\n", "X=nan Y1=2"},
         {"indented", " \t1 2\n", "X=1 Y1=2"},
@@ -169,18 +170,18 @@ TEST_F(DataText, ReadsBackWhatItWroteBitForBit) {
         1e22, 0.1 + 0.2, nan_};
     std::mt19937_64 random(7);
     while (numbers.size() < 20'000) {
-        const std::uint64_t bits = random();
-        double number;
-        std::memcpy(&number, &bits, sizeof number);
+        const auto number = std::bit_cast<double>(random());
         if (number == number) numbers.push_back(number);
     }
-    const char *const names[] = {"",       "a b", "-",    "nan", "1e5", "say \"a\"", "it's 'b'",
-                                 "\"'\\.", "#1",  "x;y,", "2b",  "µ",   "'",         "a\\b c"};
+    const char *const names[] = {"\xEF\xBB\xBFz", "",          "a b",      "-",      "nan",
+                                 "1e5",           "say \"a\"", "it's 'b'", "\"'\\.", "#1",
+                                 "x;y,",          "2b",        "µ",        "'",      "a\\b c"};
     for (const char separator : {'.', ','}) {
         plw::decimalSeparator = separator;
         std::vector<Column> columns;
         for (const char *name : names) columns.push_back(column(name, numbers));
         std::vector<const Column *> pointers;
+        pointers.reserve(columns.size());
         for (const Column &each : columns) pointers.push_back(&each);
         std::string text;
         writeDataText(pointers, text);
@@ -195,8 +196,10 @@ TEST_F(DataText, ReadsBackWhatItWroteBitForBit) {
         }
         for (std::size_t i = 0; i < numbers.size(); ++i) {
             const double back = tables[0].table.y[0].values[i];
-            const bool same = std::memcmp(&back, &numbers[i], sizeof back) == 0;
-            EXPECT_TRUE(same || (back != back && numbers[i] != numbers[i])) << numbers[i];
+            const bool isNaN = back != back && numbers[i] != numbers[i];
+            const bool same =
+                std::bit_cast<std::uint64_t>(back) == std::bit_cast<std::uint64_t>(numbers[i]);
+            EXPECT_TRUE(same || isNaN) << numbers[i];
         }
     }
 }

@@ -16,7 +16,10 @@ std::vector<std::string> wordsOf(std::string line) {
     char isAssignment;
     char isEndOfLine;
     while (const char *word = nextWord(&cursor, &isAssignment, &isEndOfLine)) {
-        words.push_back((isAssignment ? "=" : "") + std::string(isEndOfLine ? "$" : "") + word);
+        std::string &entry = words.emplace_back();
+        if (isAssignment) entry += '=';
+        if (isEndOfLine) entry += '$';
+        entry += word;
     }
     return words;
 }

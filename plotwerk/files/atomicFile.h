@@ -1,0 +1,29 @@
+// atomicFile.h - whole files: read at once, and written so that nobody ever finds half of one.
+#ifndef PLOTWERK_FILES_ATOMICFILE_H
+#define PLOTWERK_FILES_ATOMICFILE_H
+
+#include <filesystem>
+#include <functional>
+#include <ostream>
+#include <string>
+
+namespace plotwerk {
+
+// The bytes of a regular file. Nothing is ever waited for: a directory, pipe, socket or device is
+// refused, and so is a file of more than 2 GB.
+// Throws Refusal "can't read PATH: REASON".
+std::string readWholeFile(const std::filesystem::path &path);
+
+// Makes the file at path hold what `write` writes, or leaves it as it was: the bytes go to a
+// temporary file beside it, which is synced and moved into place. Whenever the process is killed,
+// the path names the whole old file, the whole new one, or none if there was none; a temporary file
+// ".plotwerk-XXXXXX" may then stay behind. A file that is replaced hands its permissions on; a
+// symbolic link stays and its target is replaced.
+// Throws Refusal "can't write PATH: REASON": no such directory, not a regular file, a file without
+// write permission, a full disk. What `write` throws is passed on, with the old file in place.
+void writeWholeFile(const std::filesystem::path &path,
+                    const std::function<void(std::ostream &)> &write);
+
+} // namespace plotwerk
+
+#endif

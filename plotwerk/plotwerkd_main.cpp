@@ -1,0 +1,88 @@
+// plotwerkd - a Plotwerk without a window: opens files and answers the messages of the session bus.
+#include "plotwerk/application.h"
+#include "plotwerk/log.h"
+#include "plotwerk/server/server.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <getopt.h>
+
+using namespace plotwerk;
+
+static constexpr char usage[] =
+    "usage: plotwerkd [--log-level error|warning|info|debug] [FILE ...]\n";
+
+static constexpr char help[] =
+    "\n"
+    "A Plotwerk without a window. Opens the files, saved documents or data text, or one empty\n"
+    "document \"Untitled\", and answers the messages of the session bus until SIGTERM or SIGINT.\n"
+    "\n"
+    "      --help       print this and end\n"
+    "      --log-level  lines on standard error up to this level; info unless given\n"
+    "      --version    print the version and end\n";
+
+[[noreturn]] static void refuseUsage() {
+    std::fputs(usage, stderr);
+    std::exit(2);
+}
+
+// Ends the process for --help and --version, and with status 2 for an option that isn't one.
+static void readOptions(int argc, char **argv) {
+    enum { helpOption = 1, levelOption, versionOption };
+    static const option options[] = {
+        {"help", no_argument, nullptr, helpOption},
+        {"log-level", required_argument, nullptr, levelOption},
+        {"version", no_argument, nullptr, versionOption},
+        {},
+    };
+    for (int chosen; (chosen = getopt_long(argc, argv, "", options, nullptr)) != -1;) {
+        switch (chosen) {
+        case helpOption: std::printf("%s%s", usage, help); std::exit(0);
+        case versionOption: std::printf("plotwerkd %s\n", PLOTWERK_VERSION); std::exit(0);
+        case levelOption:
+            if (const auto level = logLevelNamed(optarg)) {
+                setLogLevel(*level);
+                break;
+            }
+            std::fprintf(stderr, "%s: no log level is called '%s'\n", argv[0], optarg);
+            [[fallthrough]];
+        default: refuseUsage();
+        }
+    }
+}
+
+static void openFiles(Application &application, char **files, int count) {
+    for (int i = 0; i < count; ++i) {
+        try {
+            application.open(files[i], true);
+        } catch (const std::exception &error) {
+            log(LogLevel::error, error.what());
+        }
+    }
+    if (count == 0) application.add({});
+}
+
+int main(int argc, char **argv) {
+    readOptions(argc, argv);
+    // A reader of the log that ends, and a file beyond the size limit, are errors of one write
+    // only.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+
+    try {
+        Application application;
+        Server server(application);
+        openFiles(application, argv + optind, argc - optind);
+        server.run();
+        for (const std::string &name : application.changedDocuments()) {
+            log(LogLevel::warning, "unsaved changes of \"" + name + "\" are lost");
+        }
+        log(LogLevel::info, "ended");
+        return 0;
+    } catch (const std::exception &error) {
+        log(LogLevel::error, error.what());
+        return 1;
+    }
+}

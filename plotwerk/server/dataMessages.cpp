@@ -1,0 +1,94 @@
+// The messages about data text, the clipboard and what a document holds.
+#include "plotwerk/model/exchange.h"
+#include "plotwerk/model/ranges.h"
+#include "plotwerk/model/selection.h"
+#include "plotwerk/refusal.h"
+#include "plotwerk/server/controlObject.h"
+#include "util/number/decimal.h"
+
+namespace plotwerk {
+
+void ControlObject::setDeciSeparator_(const int32_t &code) {
+    act("setDeciSeparator:", [&] {
+        if (code != 0 && code != 1) {
+            throw Refusal("no decimal separator has the number " + std::to_string(code));
+        }
+        plw::decimalSeparator = code == 0 ? '.' : ',';
+    });
+}
+
+void ControlObject::replaceDataformText_of_source_doRangeOverAll_(const std::string &text,
+                                                                  const std::string &name,
+                                                                  const std::string &source,
+                                                                  const bool &overAll) {
+    actOn("replaceDataformText:of:source:doRangeOverAll:", name, [&](Document &document) {
+        replaceData(document, source, text);
+        if (overAll) rangeOverAll(document);
+    });
+}
+
+void ControlObject::readDataformText_of_source_doRangeOverAll_appendToExistingData_(
+    const std::string &text, const std::string &name, const std::string &source,
+    const bool &overAll, const bool &append) {
+    actOn("readDataformText:of:source:doRangeOverAll:appendToExistingData:", name,
+          [&](Document &document) {
+              (append ? appendData : replaceData)(document, source, text);
+              if (overAll) rangeOverAll(document);
+          });
+}
+
+// Nothing is drawn here, so that reading is all there is to be fast in.
+void ControlObject::appendDataAndDrawInFastMode_of_source_(const std::string &text,
+                                                           const std::string &name,
+                                                           const std::string &source) {
+    actOn("appendDataAndDrawInFastMode:of:source:", name,
+          [&](Document &document) { appendData(document, source, text); });
+}
+
+std::string ControlObject::dataOfSelectedCurvesOf_(const std::string &name) {
+    return answer("dataOfSelectedCurvesOf:", name, std::string(), [](const Document &document) {
+        // The bus takes messages of up to 128 MiB, and cuts off who sends a longer one.
+        constexpr size_t longest = 120 << 20;
+        std::string text = dataTextOfSelection(document, true);
+        if (text.size() > longest) throw Refusal("the data are too long for one answer");
+        return text;
+    });
+}
+
+void ControlObject::copySelectedCurvesOf_includeX_(const std::string &name, const bool &includeX) {
+    act("copySelectedCurvesOf:includeX:", [&] {
+        application.clipboard = {dataTextOfSelection(application.document(name), includeX),
+                                 plw::decimalSeparator};
+    });
+}
+
+void ControlObject::pasteDataOf_(const std::string &name) {
+    actOn("pasteDataOf:", name, [&](Document &document) {
+        const Clipboard &clipboard = application.clipboard;
+        if (clipboard.dataText.empty()) throw Refusal("the clipboard is empty");
+
+        // What was copied is pasted as it was, even if the separator has changed since.
+        struct SeparatorMeanwhile {
+            explicit SeparatorMeanwhile(char separator) { plw::decimalSeparator = separator; }
+            ~SeparatorMeanwhile() { plw::decimalSeparator = before; }
+            const char before = plw::decimalSeparator;
+        } const meanwhile(clipboard.decimalSeparator);
+        addSource(document, "Clipboard", clipboard.dataText);
+    });
+}
+
+void ControlObject::duplicateAsPlottedOf_(const std::string &name) {
+    act("duplicateAsPlottedOf:",
+        [&] { application.add(duplicateAsPlotted(application.document(name))); });
+}
+
+std::tuple<int32_t, int32_t, int32_t>
+ControlObject::inventoryOf_sources_tables_columns_justInSelTable_justInSelSource_(
+    const std::string &name, const bool &justInTable, const bool &justInSource) {
+    const Inventory held = answer(
+        "inventoryOf:sources:tables:columns:justInSelTable:justInSelSource:", name, Inventory{},
+        [&](const Document &document) { return inventoryOf(document, justInTable, justInSource); });
+    return {held.sources, held.tables, held.columns};
+}
+
+} // namespace plotwerk

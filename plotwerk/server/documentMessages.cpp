@@ -1,0 +1,72 @@
+// The messages about documents as wholes: opening, showing, saving, closing.
+#include "plotwerk/model/ranges.h"
+#include "plotwerk/server/controlObject.h"
+
+namespace plotwerk {
+
+std::string ControlObject::documentNameOfFrontWindow() {
+    std::string name;
+    attempt("documentNameOfFrontWindow", [&] {
+        if (const Document *front = application.front()) name = front->name;
+    });
+    return name;
+}
+
+// Messages are answered one after the other: all earlier work is done.
+void ControlObject::waitForEmptyReply() {
+}
+
+void ControlObject::actify_(const std::string &name) {
+    act("actify:", [&] { application.activate(application.document(name)); });
+}
+
+void ControlObject::printDoc_(const std::string &) {
+    refuseUnsupported("printDoc:");
+}
+
+void ControlObject::closeDocument_askForSave_(const std::string &name, const bool &askForSave) {
+    act("closeDocument:askForSave:",
+        [&] { application.close(application.document(name), askForSave); });
+}
+
+void ControlObject::newDocumentWithName_(const std::string &name) {
+    act("newDocumentWithName:", [&] {
+        Document document;
+        document.name = name;
+        application.add(std::move(document));
+    });
+}
+
+// The first argument is the sender's target before the message; what is opened is new.
+void ControlObject::openFile_file_doRangeOverAll_(const std::string &, const std::string &file,
+                                                  const bool &overAll) {
+    act("openFile:file:doRangeOverAll:", [&] { application.open(file, overAll); });
+}
+
+void ControlObject::display_doRangeOverAll_(const std::string &name, const bool &overAll) {
+    act("display:doRangeOverAll:", [&] {
+        Document &document = application.document(name);
+        application.activate(document);
+        if (overAll) rangeOverAll(document);
+    });
+}
+
+void ControlObject::saveDocument_to_binary_(const std::string &name, const std::string &path,
+                                            const bool &binary) {
+    act("saveDocument:to:binary:",
+        [&] { application.save(application.document(name), path, binary, false); });
+}
+
+void ControlObject::saveDocument_as_binary_(const std::string &name, const std::string &path,
+                                            const bool &binary) {
+    act("saveDocument:as:binary:",
+        [&] { application.save(application.document(name), path, binary, true); });
+}
+
+bool ControlObject::didSaveSucceed_(const std::string &name) {
+    bool succeeded = false;
+    attempt("didSaveSucceed:", [&] { succeeded = application.document(name).lastSaveSucceeded; });
+    return succeeded;
+}
+
+} // namespace plotwerk

@@ -1,0 +1,68 @@
+#include "util/files/path.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+#include <string>
+
+using namespace plw;
+
+TEST(Path, TakesApartWhateverTheDotsAndSlashes) {
+    const struct {
+        const char *path, *dir, *name, *extension, *withoutExtension;
+    } cases[] = {
+        {"/a/b/c.txt", "/a/b", "c.txt", "txt", "/a/b/c"},
+        {"a.b.c", "", "a.b.c", "c", "a.b"},
+        {"file", "", "file", "", nullptr},
+        {"/name", "", "name", "", nullptr},
+        {"dir.x/file", "dir.x", "file", "", "dir"}, // cuts the directory: a kept oddity
+        {"dir.x/", "dir.x", "", "", "dir"},
+        {"a/.rc", "a", ".rc", "rc", "a/"},
+        {"a//b.", "a/", "b.", "", "a//b"},
+        {"", "", "", "", nullptr},
+    };
+    for (const auto &c : cases) {
+        char path[32], dir[32];
+        std::strcpy(path, c.path);
+        EXPECT_EQ(dirOfPath(path, dir), dir);
+        EXPECT_STREQ(dir, c.dir) << c.path;
+        EXPECT_STREQ(fileNameOfPath(path), c.name) << c.path;
+        EXPECT_STREQ(fileextension(path), c.extension) << c.path;
+        EXPECT_GE(fileextension(path), path) << c.path;
+        EXPECT_LE(fileextension(path), path + std::strlen(path)) << c.path;
+
+        char *cut = removeExtension(path);
+        if (c.withoutExtension == nullptr) {
+            EXPECT_EQ(cut, nullptr) << c.path;
+            EXPECT_STREQ(path, c.path);
+        } else {
+            EXPECT_EQ(cut, path + std::strlen(c.withoutExtension)) << c.path;
+            EXPECT_STREQ(path, c.withoutExtension) << c.path;
+        }
+    }
+
+    char inPlace[] = "/a/b";
+    EXPECT_STREQ(dirOfPath(inPlace, inPlace), "/a");
+}
+
+TEST(Limitfilename, KeepsTrailingComponentsWithinTheLength) {
+    const struct {
+        const char *path;
+        int maxLen;
+        const char *want;
+    } cases[] = {{"/aa/bb/cc", 9, "/aa/bb/cc"}, {"/aa/bb/cc", 8, "/bb/cc"},
+                 {"/aa/bb/cc", 6, "/bb/cc"},    {"/aa/bb/cc", 5, "/cc"},
+                 {"/aa/bb/cc", 2, "c"},         {"abcdefgh", 3, "gh"},
+                 {"abcdefgh", 1, ""},           {"abcdefgh", 0, ""},
+                 {"abcdefgh", -7, ""},          {"", 0, ""}};
+    for (const auto &c : cases) {
+        const char *shortened = limitfilename(c.path, c.maxLen);
+        EXPECT_STREQ(shortened, c.want) << c.path << ", " << c.maxLen;
+        EXPECT_EQ(shortened, c.path + std::strlen(c.path) - std::strlen(c.want)) << c.path;
+    }
+}
+
+TEST(ConvertBlankToUnderline, ReplacesBlanksOnly) {
+    char s[] = " a  b\tc ";
+    convertBlankToUnderline(s);
+    EXPECT_STREQ(s, "_a__b\tc_");
+}

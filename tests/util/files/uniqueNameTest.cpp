@@ -1,0 +1,50 @@
+#include "util/files/uniqueName.h"
+
+#include <algorithm>
+#include <cstring>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+using namespace plw;
+
+static std::string withTime(const std::string &name, std::time_t when) {
+    char text[16];
+    std::strftime(text, sizeof text, " %H:%M:%S", std::localtime(&when));
+    return name + text;
+}
+
+TEST(UniqueName, LeavesAFreeNameAlone) {
+    const char *existing[] = {"curve 2", "Curve"};
+    char name[64] = "curve";
+    EXPECT_EQ(uniqueName(name, existing, 2), nullptr);
+    EXPECT_STREQ(name, "curve");
+    EXPECT_EQ(uniqueName(name, nullptr, 0), nullptr);
+}
+
+TEST(UniqueName, AppendsTheTimeAndThenTheProcessesCounter) {
+    // the clock may step between the reading here and the one there
+    const std::time_t before = std::time(nullptr);
+
+    // the name itself may be in the list, as it is where names live in records
+    char name[64] = "curve";
+    const char *existing[] = {"other", name};
+    EXPECT_EQ(uniqueName(name, existing, 2), name);
+    bool isExpected = false;
+    for (std::time_t t = before; t <= std::time(nullptr); ++t)
+        isExpected |= name == withTime("curve", t);
+    EXPECT_TRUE(isExpected) << name;
+
+    // taken for some time to come
+    std::vector<std::string> taken = {"curve"};
+    for (int second = 0; second < 600; ++second)
+        taken.push_back(withTime("curve", before + second));
+    std::vector<const char *> all(taken.size());
+    std::transform(taken.begin(), taken.end(), all.begin(), [](auto &t) { return t.c_str(); });
+    for (const char *end : {"#1", "#2"}) {
+        std::strcpy(name, "curve");
+        EXPECT_EQ(uniqueName(name, all.data(), static_cast<int>(all.size())), name);
+        EXPECT_EQ(std::string(name).substr(14), end) << name;
+    }
+}

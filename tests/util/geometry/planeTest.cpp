@@ -1,0 +1,169 @@
+#include "util/geometry/plane.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <numbers>
+#include <vector>
+
+using namespace plw;
+using std::numbers::pi;
+
+TEST(LinInterpol, GoesAlongTheLineAndBeyondItsEnds) {
+    for (double t : {-1.0, 0.0, 0.25, 1.0, 2.0}) {
+        double x = NAN, y = NAN;
+        linInterpol(1, 10, 3, 6, t, &x, &y);
+        EXPECT_EQ(x, 1 + 2 * t);
+        EXPECT_EQ(y, 10 - 4 * t);
+    }
+}
+
+TEST(LinInterpolx, ReplacesOneGapAndAveragesAVerticalLine) {
+    EXPECT_EQ(linInterpolx(1, 2, 3, 6, 2), 4);
+    EXPECT_EQ(linInterpolx(1, 2, 3, 6, 5), 10);
+    EXPECT_EQ(linInterpolx(1, NAN, 3, 6, 2), 6);
+    EXPECT_EQ(linInterpolx(1, 2, 3, NAN, 9), 2);
+    EXPECT_EQ(linInterpolx(1, 2, 1, 4, 7), 3);
+    EXPECT_EQ(linInterpolx(1, 2, 1, NAN, 7), 2);
+    EXPECT_TRUE(std::isnan(linInterpolx(1, NAN, 3, NAN, 2)));
+}
+
+TEST(LineCross, FindsTheCrossingOrLeavesParallelLines) {
+    const double l1[] = {0, 1, 2, 0}, l2[] = {4, 0, 0, -0.5}, l3[] = {5, 5, -1, 0};
+    double t1 = 7, t2 = 8;
+    char parallel = 1;
+    LineCross(l1, l2, &t1, &t2, &parallel);
+    EXPECT_EQ(parallel, 0);
+    EXPECT_EQ(t1, 2);
+    EXPECT_EQ(t2, -2);
+
+    LineCross(l1, l3, &t1, &t2, &parallel);
+    EXPECT_EQ(parallel, 1);
+    EXPECT_EQ(t1, 2);
+    EXPECT_EQ(t2, -2);
+}
+
+TEST(DistPoint, IsTheSquaredScaledDistanceOfLineAndSegment) {
+    const struct {
+        const char *what;
+        double px, py, ax, ay, bx, by, sx, sy, line, path;
+    } cases[] = {{"beyond the end", 2, 0, 0, 0, 1, 0, 1, 1, 0, 1},
+                 {"before the start", -3, 4, 0, 0, 1, 0, 1, 1, 16, 25},
+                 {"beside", 0.5, 1, 0, 0, 1, 0, 1, 1, 1, 1},
+                 {"beside the line only", 2, 1, 0, 0, 1, 0, 1, 1, 1, 2},
+                 {"scaled", 1, 3, 0, 0, 2, 0, 10, 2, 36, 36},
+                 {"on the line", 1, 1, 0, 0, 4, 4, 1, 1, 0, 0},
+                 {"at an end", 0, 0, 0, 0, 1, 0, 1, 1, 0, 0},
+                 {"no segment", 3, 4, 0, 0, 0, 0, 1, 1, NAN, 25},
+                 {"three times the same point", 1, 1, 1, 1, 1, 1, 1, 1, NAN, NAN},
+                 {"gap", NAN, 0, 0, 0, 1, 0, 1, 1, NAN, NAN},
+                 {"gap at A", 0, 0, NAN, 0, 1, 0, 1, 1, NAN, NAN},
+                 {"gap at B", 0, 1, 0, 0, 1, NAN, 1, 1, NAN, NAN}};
+    for (const auto &c : cases) {
+        const double line = DistPointLineQ(c.px, c.py, c.ax, c.ay, c.bx, c.by, c.sx, c.sy);
+        const double path = DistPointPathQ(c.px, c.py, c.ax, c.ay, c.bx, c.by, c.sx, c.sy);
+        EXPECT_TRUE(line == c.line || (std::isnan(line) && std::isnan(c.line))) << c.what << line;
+        EXPECT_TRUE(path == c.path || (std::isnan(path) && std::isnan(c.path))) << c.what << path;
+    }
+}
+
+// The difference of squares would lose what the sine keeps.
+TEST(DistPointPathQ, StaysExactWhereTheMagnitudesAreFarApart) {
+    const double near = 1e-6;
+    EXPECT_DOUBLE_EQ(DistPointPathQ(near, near, 0, 0, 1e3, 0, 1, 1), near * near)
+        << "close to A: nearest distance times the sine of 45 degrees, squared";
+    EXPECT_DOUBLE_EQ(DistPointPathQ(-near, near, 0, 0, 1e3, 0, 1, 1), 2 * near * near)
+        << "behind A: the distance from A";
+    EXPECT_DOUBLE_EQ(DistPointPathQ(1e3, 1e3, 0, 0, 1e-4, 0, 1, 1),
+                     (1e3 - 1e-4) * (1e3 - 1e-4) + 1e6)
+        << "a segment that is a point from there";
+}
+
+TEST(VectorAngle2D, IsMeasuredClockwise) {
+    const struct {
+        double x1, y1, x2, y2, want;
+    } cases[] = {{1, 0, 0, 1, -pi / 2}, {0, 1, 1, 0, pi / 2},      {1, 0, 3, 0, 0},
+                 {1, 0, -2, 0, pi},     {1, 0, -1, 1, 5 * pi / 4}, {1, 0, -1, -1, 3 * pi / 4},
+                 {2, 0, 2, 2, -pi / 4}};
+    for (const auto &c : cases)
+        EXPECT_DOUBLE_EQ(vectorAngle2D(c.x1, c.y1, c.x2, c.y2), c.want) << c.x2 << ", " << c.y2;
+    EXPECT_TRUE(std::isnan(vectorAngle2D(0, 0, 1, 0)));
+}
+
+TEST(Rotate2D, TurnsCounterClockwiseInPlace) {
+    double x = 2, y = 1;
+    rotate2D(&x, &y, pi / 2);
+    EXPECT_EQ(x, std::cos(pi / 2) * 2 - std::sin(pi / 2) * 1);
+    EXPECT_EQ(y, std::sin(pi / 2) * 2 + std::cos(pi / 2) * 1);
+    EXPECT_NEAR(x, -1, 1e-15); // cos(pi / 2) is 6e-17
+}
+
+TEST(Vec2DxMul, IsPositiveCounterClockwise) {
+    EXPECT_EQ(Vec2DxMul(2, 0, 5, 3), 6);
+    EXPECT_EQ(Vec2DxMul(5, 3, 2, 0), -6);
+}
+
+// A polygon, the same the other way round, and both closed by their first vertex.
+struct Polygon {
+    std::vector<double> vertices;
+    bool clockwise;
+
+    int n() const { return static_cast<int>(vertices.size() / 2); }
+};
+
+static std::vector<Polygon> versions(const std::vector<double> &poly) {
+    std::vector<double> reversed;
+    for (size_t i = poly.size(); i > 0; i -= 2) {
+        reversed.push_back(poly[i - 2]);
+        reversed.push_back(poly[i - 1]);
+    }
+    std::vector<Polygon> all = {{poly, false}, {reversed, true}};
+    for (size_t k = 0; k < 2; ++k) {
+        Polygon closed = all[k];
+        closed.vertices.push_back(all[k].vertices[0]);
+        closed.vertices.push_back(all[k].vertices[1]);
+        all.push_back(closed);
+    }
+    return all;
+}
+
+TEST(Polygon, AreaAndInsideDoNotDependOnClosureNorInsideOnOrientation) {
+    // an L: the square 2 x 2 without its upper right quarter
+    for (const Polygon &p : versions({0, 0, 2, 0, 2, 1, 1, 1, 1, 2, 0, 2})) {
+        const double *poly = p.vertices.data();
+        EXPECT_EQ(areaOfPoly(poly, p.n()), p.clockwise ? -3 : 3);
+        EXPECT_EQ(isPointInPoly(poly, p.n(), 0.5, 0.5), 1);
+        EXPECT_EQ(isPointInPoly(poly, p.n(), 0.5, 1.75), 1);
+        EXPECT_EQ(isPointInPoly(poly, p.n(), 1.5, 1.5), 0) << "in the notch";
+        EXPECT_EQ(isPointInPoly(poly, p.n(), -5, 0.5), 0) << "the angle jumps on the left";
+        EXPECT_EQ(isPointInPoly(poly, p.n(), NAN, 0.5), -1);
+    }
+    const double square[] = {0, 0, 1, 0, 1, 1, 0, 1};
+    const double clockwise[] = {0, 1, 1, 1, 1, 0, 0, 0};
+    EXPECT_EQ(isPointInPoly(square, 4, 0.5, 0), 0) << "on an edge: a half turn is clockwise";
+    EXPECT_EQ(isPointInPoly(clockwise, 4, 0.5, 0), 1) << "on an edge: a half turn is clockwise";
+    const double twice[] = {0, 0, 1, 0, 1, 1, 0, 1, 0, 0, 1, 0, 1, 1, 0, 1};
+    EXPECT_EQ(isPointInPoly(twice, 8, 0.5, 0.5), -1) << "wound around twice";
+}
+
+TEST(Polygon, MayHaveOneVertexOrNone) {
+    const double point[] = {3, 4};
+    EXPECT_EQ(areaOfPoly(point, 1), 0);
+    EXPECT_EQ(isPointInPoly(point, 1, 3, 5), 0);
+    EXPECT_EQ(areaOfPoly(nullptr, 0), 0);
+    EXPECT_EQ(isPointInPoly(nullptr, 0, 3, 5), 0);
+}
+
+TEST(PointInTriangle, HasItsEdgesAndCornersInside) {
+    const double a[] = {0, 0}, b[] = {4, 0}, c[] = {0, 4}, onAB[] = {8, 0};
+    const struct {
+        double p[2];
+        int want;
+    } cases[] = {{{1, 1}, 1},      {{2, 0}, 1}, {{2, 2}, 1},  {{0, 0}, 1},
+                 {{4, 0}, 1},      {{0, 4}, 1}, {{3, 2}, 0},  {{-0.001, 1}, 0},
+                 {{1, -0.001}, 0}, {{5, 0}, 0}, {{NAN, 1}, 0}};
+    for (const auto &t : cases) {
+        EXPECT_EQ(pointInTriangle(a, b, c, t.p), t.want) << t.p[0] << ", " << t.p[1];
+        EXPECT_EQ(pointInTriangle(a, c, b, t.p), t.want) << t.p[0] << ", " << t.p[1];
+    }
+    EXPECT_EQ(pointInTriangle(a, b, onAB, b), 0) << "degenerate";
+}

@@ -1,0 +1,60 @@
+#include "util/text/utf8.h"
+
+namespace plw {
+
+std::uint32_t firstCodePoint(std::string_view text, std::size_t *length) {
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    *length = 0;
+    if (text.empty()) return 0;
+
+    const unsigned char lead = byte(0);
+    if (lead < 0x80) {
+        *length = lead == 0 ? 0 : 1;
+        return lead;
+    }
+    const std::size_t size = lead >= 0xf0 ? 4 : lead >= 0xe0 ? 3 : 2;
+    if (lead < 0xc2 || lead > 0xf4 || text.size() < size) return 0;
+
+    std::uint32_t code = lead & (0x7fU >> size);
+    for (std::size_t i = 1; i < size; ++i) {
+        if ((byte(i) & 0xc0) != 0x80) return 0;
+        code = code << 6 | (byte(i) & 0x3fU);
+    }
+    const bool overlong = (size == 3 && code < 0x800) || (size == 4 && code < 0x10000);
+    const bool surrogate = code >= 0xd800 && code <= 0xdfff;
+    const bool nonCharacter = (code >= 0xfdd0 && code <= 0xfdef) || (code & 0xfffe) == 0xfffe;
+    if (overlong || surrogate || nonCharacter || code > 0x10ffff) return 0;
+
+    *length = size;
+    return code;
+}
+
+bool isUtf8(std::string_view text) {
+    while (!text.empty()) {
+        std::size_t length;
+        firstCodePoint(text, &length);
+        if (length == 0) return false;
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
+std::string utf8Of(std::string text) {
+    if (isUtf8(text)) return text;
+
+    std::string converted;
+    converted.reserve(text.size() + text.size() / 8);
+    for (const char c : text) {
+        const auto code = static_cast<unsigned char>(c);
+        if (code == 0) continue;
+        if (code < 0x80) {
+            converted += c;
+        } else {
+            converted += static_cast<char>(0xc0 | code >> 6);
+            converted += static_cast<char>(0x80 | (code & 0x3f));
+        }
+    }
+    return converted;
+}
+
+} // namespace plw
