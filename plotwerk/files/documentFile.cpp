@@ -167,7 +167,8 @@ bool beginsAsDocument(std::string_view bytes) {
 
 Document documentOf(std::string bytes) {
     const bool binary = bytes.starts_with(cborMark);
-    Tree tree = binary ? treeOfCbor(std::move(bytes)) : treeOfJson(std::move(bytes));
+    Tree tree = binary ? treeOfCbor(bytes) : treeOfJson(bytes);
+    bytes = std::string(); // the tree holds it all now
 
     if (!tree.is_object() || tree.value("format", Tree()) != formatName) {
         throw Refusal("not a document of Plotwerk");
