@@ -30,6 +30,7 @@
 #include "util/text/name.h"
 #include "util/text/scanline.h"
 #include "util/text/search.h"
+#include "util/text/utf8.h"
 #include "util/text/word.h"
 
 #endif

@@ -1,6 +1,6 @@
 #include "client/commands.h"
 #include "client/execute.h"
-#include "client/text.h"
+#include "client/rtf.h"
 
 namespace command {
 

@@ -1,21 +1,20 @@
 #include "client/answer.h"
 #include "client/commands.h"
 #include "client/execute.h"
-#include "client/text.h"
 
 namespace command {
 
 void replaceData(PlotwerkControl &plotwerk, const Options &options) {
-    const std::string data = utf8Text(options.pText);
-    const std::string source = utf8Text(options['s']);
+    const std::string data = textOf(options.pText);
+    const std::string source = textOf(options['s']);
     const bool rangeOverAll = yesNo(options['r']);
     plotwerk.replaceDataformText_of_source_doRangeOverAll_(data, documentName, source,
                                                            rangeOverAll);
 }
 
 void readData(PlotwerkControl &plotwerk, const Options &options) {
-    const std::string data = utf8Text(options.pText);
-    const std::string source = utf8Text(options['s']);
+    const std::string data = textOf(options.pText);
+    const std::string source = textOf(options['s']);
     const bool rangeOverAll = yesNo(options['r']);
     const bool append = yesNo(options['a']);
     plotwerk.readDataformText_of_source_doRangeOverAll_appendToExistingData_(

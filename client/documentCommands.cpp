@@ -1,7 +1,6 @@
 #include "client/answer.h"
 #include "client/commands.h"
 #include "client/execute.h"
-#include "client/text.h"
 
 namespace command {
 
@@ -27,7 +26,7 @@ void display(PlotwerkControl &plotwerk, const Options &options) {
 }
 
 void open(PlotwerkControl &plotwerk, const Options &options) {
-    const std::string path = utf8Text(options.fText);
+    const std::string path = textOf(options.fText);
     const bool rangeOverAll = yesNo(options['r']);
     plotwerk.openFile_file_doRangeOverAll_(documentName, path, rangeOverAll);
     documentName.clear(); // the next command addresses the document now in front
@@ -38,7 +37,7 @@ static void reportSave(PlotwerkControl &plotwerk) {
 }
 
 void saveDocument(PlotwerkControl &plotwerk, const Options &options) {
-    const std::string path = utf8Text(options.fText);
+    const std::string path = textOf(options.fText);
     const bool keepOwnPath = yesNo(options['k']);
     const bool binary = yesNo(options['b']);
     if (keepOwnPath) {
@@ -50,17 +49,17 @@ void saveDocument(PlotwerkControl &plotwerk, const Options &options) {
 }
 
 void savePDF(PlotwerkControl &plotwerk, const Options &options) {
-    plotwerk.savePicturePDF_as_(documentName, utf8Text(options.fText));
+    plotwerk.savePicturePDF_as_(documentName, textOf(options.fText));
     reportSave(plotwerk);
 }
 
 void saveEPS(PlotwerkControl &plotwerk, const Options &options) {
-    plotwerk.savePictureEPS_as_(documentName, utf8Text(options.fText));
+    plotwerk.savePictureEPS_as_(documentName, textOf(options.fText));
     reportSave(plotwerk);
 }
 
 void saveTIFF(PlotwerkControl &plotwerk, const Options &options) {
-    plotwerk.savePictureTIFF_as_(documentName, utf8Text(options.fText));
+    plotwerk.savePictureTIFF_as_(documentName, textOf(options.fText));
     reportSave(plotwerk);
 }
 
@@ -93,8 +92,8 @@ void addPDFtoComposition(PlotwerkControl &plotwerk, const Options &options) {
 }
 
 void savePDFofComposition(PlotwerkControl &plotwerk, const Options &options) {
-    const std::string path = utf8Text(options.fText);
-    const std::string opener = utf8Text(options['a']);
+    const std::string path = textOf(options.fText);
+    const std::string opener = textOf(options['a']);
     plotwerk.savePDFofCompositionView_openWith_(path, opener);
 }
 

@@ -1,7 +1,6 @@
 #include "client/answer.h"
 #include "client/commands.h"
 #include "client/execute.h"
-#include "client/text.h"
 
 namespace command {
 
@@ -31,7 +30,7 @@ void createCurveAtSelection(PlotwerkControl &plotwerk, const Options &options) {
 }
 
 void changeNameOfSelection(PlotwerkControl &plotwerk, const Options &options) {
-    plotwerk.changeNameOfSelectionOf_to_(documentName, utf8Text(options['t']));
+    plotwerk.changeNameOfSelectionOf_to_(documentName, textOf(options['t']));
 }
 
 void modifyX(PlotwerkControl &plotwerk, const Options &) {

@@ -1,7 +1,6 @@
 #include "client/execute.h"
 
 #include "client/commandTable.h"
-#include "client/text.h"
 
 #include <cstdio>
 #include <cstring>
@@ -20,7 +19,7 @@ static Command *find(std::span<const CommandRow> rows, const char *name) {
 // stays, even if another document has come to the front meanwhile.
 static void settleDocument(PlotwerkControl &plotwerk, const Options &options) {
     if (*options['d']) {
-        documentName = utf8Text(options['d']);
+        documentName = textOf(options['d']);
     } else if (documentName.empty()) {
         documentName = plotwerk.documentNameOfFrontWindow();
     }

@@ -1,7 +1,6 @@
 #include "client/answer.h"
 #include "client/commands.h"
 #include "client/execute.h"
-#include "client/text.h"
 #include "util/number/decimal.h"
 
 #include <cstring>
@@ -43,16 +42,16 @@ void setYRange(PlotwerkControl &plotwerk, const Options &options) {
 }
 
 void getVar(PlotwerkControl &plotwerk, const Options &options) {
-    const std::string variable = utf8Text(options['s']);
+    const std::string variable = textOf(options['s']);
     answer("%s\n", plotwerk.getVarOf_varName_(documentName, variable).c_str());
 }
 
 void setFormula(PlotwerkControl &plotwerk, const Options &options) {
-    plotwerk.setFormulaOf_formulaText_(documentName, utf8Text(options.fText));
+    plotwerk.setFormulaOf_formulaText_(documentName, textOf(options.fText));
 }
 
 void setFormulaParameters(PlotwerkControl &plotwerk, const Options &options) {
-    plotwerk.readFormulaParameterOf_parameterList_(documentName, utf8Text(options.pText));
+    plotwerk.readFormulaParameterOf_parameterList_(documentName, textOf(options.pText));
 }
 
 // A copy of the text with blanks for line feeds. It is never released: one such buffer is lost per

@@ -1,5 +1,7 @@
 #include "client/options.h"
 
+#include "util/text/utf8.h"
+
 #include <cmath>
 #include <cstdlib>
 
@@ -32,4 +34,8 @@ int triState(const char *text) {
     case 'N': return 0;
     default: return 1;
     }
+}
+
+std::string textOf(const char *text) {
+    return plw::utf8Of(text);
 }

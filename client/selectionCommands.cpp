@@ -1,14 +1,13 @@
 #include "client/answer.h"
 #include "client/commands.h"
 #include "client/execute.h"
-#include "client/text.h"
 
 namespace command {
 
 void selectCurve(PlotwerkControl &plotwerk, const Options &options) {
-    const std::string source = utf8Text(options['s']);
+    const std::string source = textOf(options['s']);
     const int table = integer(options['t']);
-    const std::string column = utf8Text(options['c']);
+    const std::string column = textOf(options['c']);
     const bool append = yesNo(options['a']);
     plotwerk.selectCurvesOf_sourceName_table_column_appendSelection_(documentName, source, table,
                                                                      column, append);
@@ -37,9 +36,9 @@ void selectCurveByIndex(PlotwerkControl &plotwerk, const Options &options) {
 }
 
 void indexOfCurveName(PlotwerkControl &plotwerk, const Options &options) {
-    const std::string source = utf8Text(options['s']);
+    const std::string source = textOf(options['s']);
     const int table = integer(options['t']);
-    const std::string column = utf8Text(options['c']);
+    const std::string column = textOf(options['c']);
     answer("%d\n",
            plotwerk.indexOfCurveNameOf_source_table_column_(documentName, source, table, column));
 }

@@ -7,7 +7,7 @@
 #include "plotwerk/model/exchange.h"
 #include "plotwerk/model/ranges.h"
 #include "plotwerk/refusal.h"
-#include "plotwerk/utf8.h"
+#include "util/text/utf8.h"
 
 #include <algorithm>
 
@@ -46,7 +46,7 @@ Document &Application::add(Document document) {
 }
 
 static std::string nameAfter(const fs::path &path) {
-    return utf8Of(path.filename().string());
+    return plw::utf8Of(path.filename().string());
 }
 
 static std::string withoutMark(std::string text) {
@@ -67,7 +67,7 @@ static Document documentIn(const fs::path &path) {
             if (bytes.find('\0') != std::string::npos) {
                 throw Refusal("neither a saved document nor data text");
             }
-            addSource(document, nameAfter(path), withoutMark(utf8Of(std::move(bytes))));
+            addSource(document, nameAfter(path), withoutMark(plw::utf8Of(std::move(bytes))));
             document.changed = false; // the file holds it all
         }
     } catch (const Refusal &refusal) {

@@ -2,21 +2,27 @@
 #ifndef PLOTWERK_APPLICATION_H
 #define PLOTWERK_APPLICATION_H
 
+#include "plotwerk/drawing/pages.h"
 #include "plotwerk/model/document.h"
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace plotwerk {
 
-// Data text that was copied, with the decimal separator that it is written with.
+// What was copied last: data text, with the decimal separator that it is written with, or the file
+// with a picture.
 struct Clipboard {
     std::string dataText;
     char decimalSeparator = '.';
+    std::filesystem::path picture;
 };
+
+enum class PictureKind { pdf, eps, tiff };
 
 // A name is never empty and never that of two documents: a taken one is made unique by adding the
 // time. The front document is the one opened, created or activated last. Whatever throws a Refusal
@@ -57,8 +63,29 @@ class Application {
     // The names of the documents with unsaved changes, the front one last.
     std::vector<std::string> changedDocuments() const;
 
+    // Counts as the document's last save.
+    void savePicture(Document &document, const std::filesystem::path &path, PictureKind kind);
+
+    // Into $XDG_RUNTIME_DIR/plotwerk/clipboard.pdf, .eps or .tiff, which is the clipboard's content
+    // from now on. Throws Refusal also when there is no such directory for the user.
+    void copyPicture(const Document &document, PictureKind kind);
+
+    // Hands a PDF to lp, and doesn't wait. Throws Refusal when that can't be started.
+    void print(const Document &document);
+
+    // There is one composition at a time; a new one replaces it, saving doesn't end it. It has
+    // copies of its documents. The others throw Refusal when there is none.
+    void newComposition(double width, double height);
+    void addToComposition(const Document &document, const PageRectangle &rectangle, double angle,
+                          double shear);
+
+    // Saves it as PDF, and starts the program `opener` with the file's path unless that is "none"
+    // or empty. Throws Refusal, with the file saved, when that can't be started.
+    void saveComposition(const std::filesystem::path &path, const std::string &opener);
+
   private:
     std::vector<std::unique_ptr<Document>> documents; // in order of activation, the front one last
+    std::optional<Composition> composition;
 };
 
 } // namespace plotwerk

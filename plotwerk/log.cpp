@@ -1,6 +1,6 @@
 #include "plotwerk/log.h"
 
-#include "plotwerk/utf8.h"
+#include "util/text/utf8.h"
 
 #include <array>
 #include <cstdio>
@@ -39,7 +39,7 @@ static std::string shortened(std::string_view text) {
 }
 
 std::string oneLine(std::string_view text) {
-    const std::string whole = utf8Of(shortened(text));
+    const std::string whole = plw::utf8Of(shortened(text));
 
     std::string line;
     line.reserve(whole.size());

@@ -48,6 +48,7 @@ template<class Archive> void fields(Archive &archive, Column &column) {
     archive("look", column.look);
     archive("marked", column.marked);
     archive("fitData", column.fitData);
+    archive("drawnByFit", column.drawnByFit);
     archive("place", column.place);
 }
 

@@ -3,7 +3,7 @@
 #include "plotwerk/files/documentFields.h"
 #include "plotwerk/files/documentTree.h"
 #include "plotwerk/refusal.h"
-#include "plotwerk/utf8.h"
+#include "util/text/utf8.h"
 
 #include <cmath>
 #include <set>
@@ -34,7 +34,7 @@ class Writer {
         if (binary || !std::isinf(value)) return value; // a NaN is printed as null
         return value > 0 ? plusInfinity : minusInfinity;
     }
-    Tree written(std::string &text) { return utf8Of(text); }
+    Tree written(std::string &text) { return plw::utf8Of(text); }
 
     Tree written(std::vector<double> &values) {
         if (binary) {
@@ -103,7 +103,7 @@ class Reader {
         }
     }
     static void read(const char *key, Tree &node, std::string &text) {
-        require(node.is_string() && isUtf8(node.get_ref<const std::string &>()), key);
+        require(node.is_string() && plw::isUtf8(node.get_ref<const std::string &>()), key);
         text = std::move(node.get_ref<std::string &>());
     }
     static void read(const char *key, Tree &node, std::vector<double> &values) {

@@ -83,6 +83,16 @@ std::vector<CurveRef> requireSelection(const Document &document) {
     return selected;
 }
 
+std::vector<CurveRef> firstOfEachTable(const std::vector<CurveRef> &curves) {
+    std::vector<CurveRef> firsts;
+    for (const CurveRef &curve : curves)
+        if (std::none_of(firsts.begin(), firsts.end(), [&](const CurveRef &first) {
+                return first.source == curve.source && first.table == curve.table;
+            }))
+            firsts.push_back(curve);
+    return firsts;
+}
+
 std::optional<CurveRef> firstSelectedCurve(const Document &document) {
     std::optional<CurveRef> first;
     int lowest = 0;
@@ -115,8 +125,27 @@ CurveRef curveOfSeries(const Document &document, int series) {
     }
     const auto selected = firstSelectedCurve(document);
     if (selected) return *selected;
-    if (numberOfCurves(document) != 1) throw Refusal("no curve is selected");
-    return *curveAt(document, 0);
+    std::vector<CurveRef> curves = curvesOf(document);
+    if (curves.size() > 1)
+        std::erase_if(curves,
+                      [&](const CurveRef &curve) { return columnOf(document, curve).drawnByFit; });
+    if (curves.size() != 1) throw Refusal("no curve is selected");
+    return curves.front();
+}
+
+static const Column *columnNamed(const Table &table, const std::string &name) {
+    const auto found = std::find_if(table.y.begin(), table.y.end(),
+                                    [&](const Column &column) { return column.name == name; });
+    return found == table.y.end() ? nullptr : &*found;
+}
+
+const Column *yErrorOf(const Table &table, const Column &curve) {
+    return columnNamed(table, curve.name + " error");
+}
+
+const Column *xErrorOf(const Table &table) {
+    const Column *named = columnNamed(table, table.x.name + " error");
+    return named ? named : columnNamed(table, "X error");
 }
 
 int rowsOf(const Table &table) {

@@ -42,11 +42,20 @@ std::vector<CurveRef> selectedCurves(const Document &document);
 // As selectedCurves; refused when there are none.
 std::vector<CurveRef> requireSelection(const Document &document);
 
+// Of curves, the first one of each table.
+std::vector<CurveRef> firstOfEachTable(const std::vector<CurveRef> &curves);
+
 std::optional<CurveRef> firstSelectedCurve(const Document &document);
 
 // The curve that a point message means by its series: an index, or -1 for the first selected curve,
-// or else the only curve. Refused when there is no such curve.
+// or else the only curve, that drawn by the fit aside. Refused when there is no such curve.
 CurveRef curveOfSeries(const Document &document, int series);
+
+// The column with the errors of a curve: "NAME error". Null if there is none.
+const Column *yErrorOf(const Table &table, const Column &curve);
+
+// The column with the errors of x: "X error", with the x column's name or with a plain X.
+const Column *xErrorOf(const Table &table);
 
 // Rows of a table.
 int rowsOf(const Table &table);

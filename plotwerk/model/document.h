@@ -29,9 +29,9 @@ struct CurveLook {
     bool visible = true;
     int layer = 0; // drawn from the lowest layer up, within a layer in the curves' order
     bool line = true;
-    bool stepped = false;
-    bool yError = false; // bars from the table's column "NAME error"
-    bool xError = false; // bars from the table's column "X error"
+    bool stepped = false; // a value holds until the next point
+    bool yError = false;  // bars from the table's column "NAME error"
+    bool xError = false; // bars from the column with the x column's name and " error", or "X error"
     bool dashed = false;
     bool filled = false;
     bool upperX = false; // drawn against the upper x axis
@@ -43,6 +43,7 @@ struct CurveLook {
     int interpolationType = 0;      // 0 straight, 1 cubic spline
     double symbolSize = 4;          // in points of 1/72 inch
     int symbolInc = 1;              // every so many points have a symbol
+    // codes of drawSymbol; those after the first, where above 0, are drawn over it
     std::array<int, 4> symbol{0, 0, 0, 0};
     double lineThickness = 1; // in points
     std::array<double, 4> dashLength{4, 2, 0, 0};
@@ -55,8 +56,9 @@ struct Column {
     std::vector<double> values;
     CurveLook look;
     bool marked = false;
-    bool fitData = false; // at most one column of a document
-    int place = 0;        // in the selection: 1 for the first selected curve, 0 for none
+    bool fitData = false;    // at most one column of a document
+    bool drawnByFit = false; // the next fit replaces it; at most one column of a document
+    int place = 0;           // in the selection: 1 for the first selected curve, 0 for none
 };
 
 // What the rows of a table looked at so far say about its x. Not a part of the document: it is
@@ -107,8 +109,8 @@ struct Axis {
     bool numbersInside = false;
     bool noNumbers = false;
     bool arrow = false;
-    int logTicksAt = -1;
-    int logNumbersAt = -1;
+    int logTicksAt = -1;   // a tick at every so many decades; -1 automatic
+    int logNumbersAt = -1; // a number at every so many decades; -1 automatic
     bool reversed = false;
     double labelDensity = 1;
 };

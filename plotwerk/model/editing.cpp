@@ -1,6 +1,7 @@
 #include "plotwerk/model/editing.h"
 
 #include "plotwerk/model/curves.h"
+#include "plotwerk/model/palette.h"
 #include "plotwerk/refusal.h"
 #include "util/arrays/search.h"
 #include "util/arrays/sort.h"
@@ -20,17 +21,6 @@ namespace {
 void curvesChanged(Document &document) {
     document.markWalk = 0;
     document.changed = true;
-}
-
-// The first selected curve of each table with selected curves.
-std::vector<CurveRef> firstOfEachTable(const std::vector<CurveRef> &selected) {
-    std::vector<CurveRef> firsts;
-    for (const CurveRef &curve : selected)
-        if (std::none_of(firsts.begin(), firsts.end(), [&](const CurveRef &first) {
-                return first.source == curve.source && first.table == curve.table;
-            }))
-            firsts.push_back(curve);
-    return firsts;
 }
 
 // The rows in the order of the key, those without a key last.
@@ -256,6 +246,7 @@ void differentiateSelection(Document &document) {
         const std::vector<double> derivatives = derivative(points);
         Column column;
         column.name = columnOf(document, curve).name + "'";
+        column.look = lookOfNewCurve(numberOfCurves(document));
         column.values.assign(rowsOf(table), unset);
         for (int i = 0; i < points.n; ++i) column.values[points.row[i]] = derivatives[i];
         table.y.push_back(std::move(column));
@@ -278,6 +269,7 @@ void createCurve(Document &document, double minX, double maxX, double incX, doub
     table.y.resize(1);
     Column &column = table.y.front();
     column.name = "Y1";
+    column.look = lookOfNewCurve(numberOfCurves(document));
     table.x.values.resize(n);
     column.values.resize(n);
     for (int i = 0; i < n; ++i) {

@@ -2,6 +2,7 @@
 
 #include "plotwerk/data/dataText.h"
 #include "plotwerk/model/curves.h"
+#include "plotwerk/model/palette.h"
 #include "plotwerk/model/ranges.h"
 #include "plotwerk/refusal.h"
 #include "util/files/uniqueName.h"
@@ -21,10 +22,18 @@ Source &sourceNamed(Document &document, const std::string &name) {
     return document.sources.emplace_back(Source{wanted, {}});
 }
 
-std::vector<Table> tablesOf(std::vector<DataTable> read) {
+// Curves that come after so many others.
+void giveLooks(Table &table, int &curvesBefore) {
+    for (Column &column : table.y) column.look = lookOfNewCurve(curvesBefore++);
+}
+
+std::vector<Table> tablesOf(std::vector<DataTable> read, int curvesBefore) {
     std::vector<Table> tables;
     tables.reserve(read.size());
-    for (DataTable &each : read) tables.push_back(std::move(each.table));
+    for (DataTable &each : read) {
+        giveLooks(each.table, curvesBefore);
+        tables.push_back(std::move(each.table));
+    }
     return tables;
 }
 
@@ -58,6 +67,7 @@ void appendRows(const DataTable &more, Table &table) {
     for (std::size_t i = 0; i < table.y.size(); ++i) {
         const std::vector<double> &values = more.table.y[i].values;
         table.y[i].values.insert(table.y[i].values.end(), values.begin(), values.end());
+        table.y[i].drawnByFit = false; // the user's own from now on
     }
 }
 
@@ -67,16 +77,16 @@ bool contains(const Range &range, double x) {
 
 // Leaves of a table what is plotted of it.
 void cutToPlotted(Table &table, const Range &xRange, const Range &upperXRange) {
-    const auto isErrorOf = [](const Column &column, const Column &curve, const std::string &xName) {
-        return curve.look.visible && ((curve.look.yError && column.name == curve.name + " error") ||
-                                      (curve.look.xError && column.name == xName + " error"));
+    const auto isErrorOf = [&](const Column &column, const Column &curve) {
+        const CurveLook &look = curve.look;
+        return look.visible && ((look.yError && &column == yErrorOf(table, curve)) ||
+                                (look.xError && &column == xErrorOf(table)));
     };
     std::vector<Column> kept;
     for (const Column &column : table.y)
         if (column.look.visible ||
-            std::any_of(table.y.begin(), table.y.end(), [&](const Column &curve) {
-                return isErrorOf(column, curve, table.x.name);
-            }))
+            std::any_of(table.y.begin(), table.y.end(),
+                        [&](const Column &curve) { return isErrorOf(column, curve); }))
             kept.push_back(column);
 
     const auto shows = [&](const Column &column, double x) {
@@ -109,8 +119,11 @@ void cutToPlotted(Table &table, const Range &xRange, const Range &upperXRange) {
 } // namespace
 
 void replaceData(Document &document, const std::string &source, std::string text) {
-    std::vector<Table> tables = tablesOf(readDataText(std::move(text)));
+    std::vector<DataTable> read = readDataText(std::move(text));
     std::vector<Table> &old = sourceNamed(document, source).tables;
+    int others = numberOfCurves(document);
+    for (const Table &table : old) others -= static_cast<int>(table.y.size());
+    std::vector<Table> tables = tablesOf(std::move(read), others);
     for (std::size_t t = 0; t < std::min(tables.size(), old.size()); ++t)
         for (std::size_t c = 0; c < std::min(tables[t].y.size(), old[t].y.size()); ++c)
             takeOver(old[t].y[c], tables[t].y[c]);
@@ -139,6 +152,8 @@ void appendData(Document &document, const std::string &source, std::string text)
         if (i < beside && continues(read[i], tables[first + i])) {
             appendRows(read[i], tables[first + i]);
         } else {
+            int curvesBefore = numberOfCurves(document);
+            giveLooks(read[i].table, curvesBefore);
             tables.push_back(std::move(read[i].table));
             document.markWalk = 0;
         }
@@ -147,7 +162,7 @@ void appendData(Document &document, const std::string &source, std::string text)
 }
 
 void addSource(Document &document, const std::string &source, std::string text) {
-    std::vector<Table> tables = tablesOf(readDataText(std::move(text)));
+    std::vector<Table> tables = tablesOf(readDataText(std::move(text)), numberOfCurves(document));
     std::vector<std::string> taken;
     for (const Source &each : document.sources) taken.push_back(each.name);
     document.sources.push_back({freeName(source, taken), std::move(tables)});

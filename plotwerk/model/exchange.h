@@ -10,7 +10,8 @@
 namespace plotwerk {
 
 // Reads data text into the source of that name (an empty name is "Data"; of several the first). A
-// missing source is added. Refused as readDataText refuses.
+// missing source is added. A curve that is new gets a colour that the last ones don't have. Refused
+// as readDataText refuses.
 //
 // replaceData exchanges the source's tables for those of the text. A column that comes to the
 // position of an old one keeps that one's look, mark, fit data mark and place in the selection.

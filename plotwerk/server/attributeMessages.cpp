@@ -1,71 +1,115 @@
 // The messages about the look of curves, axes and texts.
+#include "plotwerk/drawing/richText.h"
+#include "plotwerk/model/attributes.h"
 #include "plotwerk/server/controlObject.h"
+
+#include <cmath>
 
 namespace plotwerk {
 
 void ControlObject::
     setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_(
-        const std::string &, const int32_t &, const int32_t &, const int32_t &, const int32_t &,
-        const int32_t &, const int32_t &, const int32_t &, const int32_t &, const int32_t &,
-        const int32_t &) {
-    refuseUnsupported("setAttributesOfSelectionOf:line:stepped:yerr:xerr:dash:fill:topX:rightY:"
-                      "marker:sym:");
+        const std::string &name, const int32_t &line, const int32_t &stepped, const int32_t &yError,
+        const int32_t &xError, const int32_t &dashed, const int32_t &filled, const int32_t &upperX,
+        const int32_t &rightY, const int32_t &marker, const int32_t &symbols) {
+    actOn("setAttributesOfSelectionOf:line:stepped:yerr:xerr:dash:fill:topX:rightY:marker:sym:",
+          name, [&](Document &document) {
+              const LookSwitches switches{line,   stepped, yError, xError, dashed,
+                                          filled, upperX,  rightY, marker, symbols};
+              changeLook(document, switches);
+          });
 }
 
-void ControlObject::setAttributes2OfSelectionOf_(const std::string &, const int32_t &,
-                                                 const double &, const int32_t &, const double &,
-                                                 const int32_t &, const int32_t &, const int32_t &,
-                                                 const int32_t &, const int32_t &, const double &,
-                                                 const double &, const double &, const double &,
-                                                 const double &, const double &, const double &,
-                                                 const double &, const double &, const double &,
-                                                 const double &, const double &, const double &) {
-    refuseUnsupported("setAttributes2OfSelectionOf:sum:interpolationPoints:interpolationType:"
-                      "symbolSize:symbolInc:symbol1:symbol2:symbol3:symbol4:lineThickness:"
-                      "dashLength1:dashLength2:dashLength3:dashLength4:lineColorRed:"
-                      "lineColorGreen:lineColorBlue:lineColorOpacity:fillColorRed:fillColorGreen:"
-                      "fillColorBlue:fillColorOpacity:");
+void ControlObject::setAttributes2OfSelectionOf_(
+    const std::string &name, const int32_t &sum, const double &interpolationPoints,
+    const int32_t &interpolationType, const double &symbolSize, const int32_t &symbolInc,
+    const int32_t &symbol1, const int32_t &symbol2, const int32_t &symbol3, const int32_t &symbol4,
+    const double &lineThickness, const double &dash1, const double &dash2, const double &dash3,
+    const double &dash4, const double &lineRed, const double &lineGreen, const double &lineBlue,
+    const double &lineOpacity, const double &fillRed, const double &fillGreen,
+    const double &fillBlue, const double &fillOpacity) {
+    actOn("setAttributes2OfSelectionOf:sum:interpolationPoints:interpolationType:symbolSize:"
+          "symbolInc:symbol1:symbol2:symbol3:symbol4:lineThickness:dashLength1:dashLength2:"
+          "dashLength3:dashLength4:lineColorRed:lineColorGreen:lineColorBlue:lineColorOpacity:"
+          "fillColorRed:fillColorGreen:fillColorBlue:fillColorOpacity:",
+          name, [&](Document &document) {
+              const LookValues values{sum,
+                                      interpolationPoints,
+                                      interpolationType,
+                                      symbolSize,
+                                      symbolInc,
+                                      {symbol1, symbol2, symbol3, symbol4},
+                                      lineThickness,
+                                      {dash1, dash2, dash3, dash4},
+                                      {lineRed, lineGreen, lineBlue, lineOpacity},
+                                      {fillRed, fillGreen, fillBlue, fillOpacity}};
+              changeLook(document, values);
+          });
 }
 
 void ControlObject::
     setDocAttributes_xAxisLength_yAxisLength_tickLength_axisThickness_yAxisPos_xAxisPos_multiDimFit_noLineOnRev_(
-        const std::string &, const double &, const double &, const double &, const double &,
-        const double &, const double &, const int32_t &, const int32_t &) {
-    refuseUnsupported("setDocAttributes:xAxisLength:yAxisLength:tickLength:axisThickness:"
-                      "yAxisPos:xAxisPos:multiDimFit:noLineOnRev:");
+        const std::string &name, const double &xAxisLength, const double &yAxisLength,
+        const double &tickLength, const double &axisThickness, const double &yAxisPos,
+        const double &xAxisPos, const int32_t &multiDimFit, const int32_t &noLineOnReverse) {
+    actOn("setDocAttributes:xAxisLength:yAxisLength:tickLength:axisThickness:yAxisPos:xAxisPos:"
+          "multiDimFit:noLineOnRev:",
+          name, [&](Document &document) {
+              changeFrame(document, {xAxisLength, yAxisLength, tickLength, axisThickness, yAxisPos,
+                                     xAxisPos, multiDimFit, noLineOnReverse});
+          });
 }
 
 void ControlObject::
     setAxisOf_axisCode_inc_ticks_prec_log_insideticks_outsideticks_majorgrid_minorgrid_expnumbers_labelAngle_noline_numbersinside_nonumbers_arrow_logticksAt_lognumberAt_reverse_labelDensity_(
-        const std::string &, const int32_t &, const double &, const int32_t &, const int32_t &,
-        const int32_t &, const int32_t &, const int32_t &, const int32_t &, const int32_t &,
-        const int32_t &, const double &, const int32_t &, const int32_t &, const int32_t &,
-        const int32_t &, const int32_t &, const int32_t &, const int32_t &, const double &) {
-    refuseUnsupported("setAxisOf:axisCode:inc:ticks:prec:log:insideticks:outsideticks:majorgrid:"
-                      "minorgrid:expnumbers:labelAngle:noline:numbersinside:nonumbers:arrow:"
-                      "logticksAt:lognumberAt:reverse:labelDensity:");
+        const std::string &name, const int32_t &axisNumber, const double &increment,
+        const int32_t &ticks, const int32_t &precision, const int32_t &logarithmic,
+        const int32_t &insideTicks, const int32_t &outsideTicks, const int32_t &majorGrid,
+        const int32_t &minorGrid, const int32_t &exponents, const double &labelAngle,
+        const int32_t &noLine, const int32_t &numbersInside, const int32_t &noNumbers,
+        const int32_t &arrow, const int32_t &logTicksAt, const int32_t &logNumbersAt,
+        const int32_t &reversed, const double &labelDensity) {
+    actOn("setAxisOf:axisCode:inc:ticks:prec:log:insideticks:outsideticks:majorgrid:minorgrid:"
+          "expnumbers:labelAngle:noline:numbersinside:nonumbers:arrow:logticksAt:lognumberAt:"
+          "reverse:labelDensity:",
+          name, [&](Document &document) {
+              changeAxis(document, axisNumber,
+                         {increment, ticks, precision, logarithmic, insideTicks, outsideTicks,
+                          majorGrid, minorGrid, exponents, labelAngle, noLine, numbersInside,
+                          noNumbers, arrow, logTicksAt, logNumbersAt, reversed, labelDensity});
+          });
+}
+
+static bool isYes(double flag) {
+    return flag != 0 && !std::isnan(flag);
 }
 
 void ControlObject::setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_(
-    const std::string &, const std::string &, const double &, const double &, const double &,
-    const double &, const double &) {
-    refuseUnsupported("setRTFTextOf:to:at_X:at_Y:angle:xFloating:yFloating:");
+    const std::string &name, const std::string &text, const double &x, const double &y,
+    const double &angle, const double &xFloating, const double &yFloating) {
+    actOn("setRTFTextOf:to:at_X:at_Y:angle:xFloating:yFloating:", name, [&](Document &document) {
+        const bool showsNothing = plainTextOf(richTextOf(text)).empty();
+        placeText(document,
+                  {showsNothing ? "" : text, x, y, angle, isYes(xFloating), isYes(yFloating)});
+    });
 }
 
-void ControlObject::setXTitleOf_to_(const std::string &, const std::string &) {
-    refuseUnsupported("setXTitleOf:to:");
+void ControlObject::setXTitleOf_to_(const std::string &name, const std::string &title) {
+    actOn("setXTitleOf:to:", name, [&](Document &document) { setTitle(document, xAxis, title); });
 }
 
-void ControlObject::setYTitleOf_to_(const std::string &, const std::string &) {
-    refuseUnsupported("setYTitleOf:to:");
+void ControlObject::setYTitleOf_to_(const std::string &name, const std::string &title) {
+    actOn("setYTitleOf:to:", name, [&](Document &document) { setTitle(document, yAxis, title); });
 }
 
-void ControlObject::setRTFxTitleOf_to_(const std::string &, const std::string &) {
-    refuseUnsupported("setRTFxTitleOf:to:");
+void ControlObject::setRTFxTitleOf_to_(const std::string &name, const std::string &title) {
+    actOn("setRTFxTitleOf:to:", name,
+          [&](Document &document) { setTitle(document, xAxis, title); });
 }
 
-void ControlObject::setRTFyTitleOf_to_(const std::string &, const std::string &) {
-    refuseUnsupported("setRTFyTitleOf:to:");
+void ControlObject::setRTFyTitleOf_to_(const std::string &name, const std::string &title) {
+    actOn("setRTFyTitleOf:to:", name,
+          [&](Document &document) { setTitle(document, yAxis, title); });
 }
 
 } // namespace plotwerk

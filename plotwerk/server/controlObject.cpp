@@ -40,15 +40,4 @@ void ControlObject::refuse(const char *selector) noexcept {
     }
 }
 
-void ControlObject::refuseUnsupported(const char *selector) {
-    application.lastError = lineOf(selector, "not supported");
-    log(LogLevel::warning, application.lastError);
-    throw sdbus::Error("org.freedesktop.DBus.Error.NotSupported", application.lastError);
-}
-
-void ControlObject::refuseSaving(const char *selector, const std::string &name) {
-    attempt(selector, [&] { application.document(name).lastSaveSucceeded = false; });
-    refuseUnsupported(selector);
-}
-
 } // namespace plotwerk

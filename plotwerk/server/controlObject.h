@@ -62,12 +62,6 @@ class ControlObject final
     // Logs the exception that is being handled, and keeps its line as lastError.
     void refuse(const char *selector) noexcept;
 
-    // Answers with the bus's own error: nothing neutral could stand for what isn't there.
-    [[noreturn]] void refuseUnsupported(const char *selector);
-
-    // The same, as the outcome of the document's last save.
-    [[noreturn]] void refuseSaving(const char *selector, const std::string &name);
-
     // documentMessages.cpp
     std::string documentNameOfFrontWindow() override;
     void waitForEmptyReply() override;

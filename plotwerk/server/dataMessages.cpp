@@ -57,14 +57,15 @@ std::string ControlObject::dataOfSelectedCurvesOf_(const std::string &name) {
 
 void ControlObject::copySelectedCurvesOf_includeX_(const std::string &name, const bool &includeX) {
     act("copySelectedCurvesOf:includeX:", [&] {
-        application.clipboard = {dataTextOfSelection(application.document(name), includeX),
-                                 plw::decimalSeparator};
+        application.clipboard = {
+            dataTextOfSelection(application.document(name), includeX), plw::decimalSeparator, {}};
     });
 }
 
 void ControlObject::pasteDataOf_(const std::string &name) {
     actOn("pasteDataOf:", name, [&](Document &document) {
         const Clipboard &clipboard = application.clipboard;
+        if (!clipboard.picture.empty()) throw Refusal("the clipboard holds a picture, no data");
         if (clipboard.dataText.empty()) throw Refusal("the clipboard is empty");
 
         // What was copied is pasted as it was, even if the separator has changed since.

@@ -20,8 +20,8 @@ void ControlObject::actify_(const std::string &name) {
     act("actify:", [&] { application.activate(application.document(name)); });
 }
 
-void ControlObject::printDoc_(const std::string &) {
-    refuseUnsupported("printDoc:");
+void ControlObject::printDoc_(const std::string &name) {
+    actOn("printDoc:", name, [&](const Document &document) { application.print(document); });
 }
 
 void ControlObject::closeDocument_askForSave_(const std::string &name, const bool &askForSave) {

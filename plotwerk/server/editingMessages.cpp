@@ -1,4 +1,5 @@
 // The messages that work on the selected curves.
+#include "plotwerk/fit/documentFit.h"
 #include "plotwerk/model/editing.h"
 #include "plotwerk/model/statistic.h"
 #include "plotwerk/server/controlObject.h"
@@ -34,8 +35,9 @@ void ControlObject::changeNameOfSelectionOf_to_(const std::string &name, const s
           [&](Document &document) { renameSelection(document, to); });
 }
 
-void ControlObject::modifyDataOf_Ydata_(const std::string &, const bool &) {
-    refuseUnsupported("modifyDataOf:Ydata:");
+void ControlObject::modifyDataOf_Ydata_(const std::string &name, const bool &yData) {
+    actOn("modifyDataOf:Ydata:", name,
+          [&](Document &document) { modifySelection(document, yData); });
 }
 
 void ControlObject::showCurveOf_(const std::string &name) {

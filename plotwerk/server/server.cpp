@@ -1,6 +1,7 @@
 #include "plotwerk/server/server.h"
 
 #include "plotwerk/log.h"
+#include "plotwerk/programs.h"
 
 #include <cerrno>
 #include <csignal>
@@ -8,18 +9,31 @@
 #include <poll.h>
 #include <stdexcept>
 #include <sys/signalfd.h>
+#include <unistd.h>
 
 namespace plotwerk {
 
 static const std::string busName = "org.plotwerk.PlotwerkControl";
 static const std::string objectPath = "/org/plotwerk/PlotwerkControl";
 
-static sigset_t endingSignals() {
+// SIGTERM and SIGINT end the server, SIGCHLD tells of programs that it has started.
+static sigset_t awaitedSignals() {
     sigset_t signals;
     sigemptyset(&signals);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGINT);
+    for (const int signal : {SIGTERM, SIGINT, SIGCHLD}) sigaddset(&signals, signal);
     return signals;
+}
+
+// Takes the signals that have arrived. True when the server is to end.
+static bool endIsSignalled(int signalled) {
+    bool end = false;
+    for (signalfd_siginfo info; read(signalled, &info, sizeof info) == sizeof info;) {
+        if (info.ssi_signo == SIGCHLD)
+            buryPrograms();
+        else
+            end = true;
+    }
+    return end;
 }
 
 static std::unique_ptr<sdbus::IConnection> connect() {
@@ -53,7 +67,7 @@ static std::string ownerOfName(sdbus::IConnection &bus) {
 
 Server::Server(Application &application)
     : bus(connect()), controlObject(*bus, objectPath, application) {
-    const sigset_t signals = endingSignals();
+    const sigset_t signals = awaitedSignals();
     sigprocmask(SIG_BLOCK, &signals, nullptr);
 
     try {
@@ -65,7 +79,7 @@ Server::Server(Application &application)
 }
 
 void Server::run() {
-    const sigset_t signals = endingSignals();
+    const sigset_t signals = awaitedSignals();
     const int signalled = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
     if (signalled < 0) throw std::runtime_error(std::string("signalfd: ") + std::strerror(errno));
 
@@ -77,7 +91,7 @@ void Server::run() {
             const auto busState = bus->getEventLoopPollData();
             waited[1] = {busState.fd, busState.events, 0};
             poll(waited, 2, more ? 0 : busState.getPollTimeout());
-        } while (!(waited[0].revents & POLLIN));
+        } while (!(waited[0].revents & POLLIN) || !endIsSignalled(signalled));
     } catch (const sdbus::Error &error) {
         close(signalled);
         throw std::runtime_error("the bus has gone: " + error.getMessage());

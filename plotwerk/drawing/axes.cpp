@@ -1,0 +1,168 @@
+#include "plotwerk/drawing/axes.h"
+
+#include <algorithm>
+#include <string>
+
+namespace plotwerk {
+
+static constexpr double titleSize = 10; // in points
+static constexpr double titleGap = 7;   // from the numbers to the title
+static constexpr int titleLines = 3;
+
+static void strokeLine(cairo_t *cr, Point from, Point to) {
+    cairo_move_to(cr, from.x, from.y);
+    cairo_line_to(cr, to.x, to.y);
+}
+
+static void setGrey(cairo_t *cr, double grey) {
+    cairo_set_source_rgb(cr, grey, grey, grey);
+}
+
+// Lines across the frame at the values, but none on the frame itself.
+static void drawGridLines(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &axis,
+                          const std::vector<double> &values, double grey, double thickness) {
+    for (const double value : values) {
+        const double position = axis.scale.position(value);
+        if (position < 0.5 || position > axis.scale.length - 0.5) continue;
+        if (axis.horizontal())
+            strokeLine(cr, {position, 0}, {position, frame.height});
+        else
+            strokeLine(cr, {0, frame.height - position}, {frame.width, frame.height - position});
+    }
+    setGrey(cr, grey);
+    cairo_set_line_width(cr, thickness);
+    cairo_stroke(cr);
+}
+
+void drawGrid(cairo_t *cr, const PlacedFrame &frame) {
+    for (const PlacedAxis &axis : frame.axes)
+        if (axis.own && axis.settings->minorGrid)
+            drawGridLines(cr, frame, axis, axis.marks.smallTicks, 0.9, 0.35);
+    for (const PlacedAxis &axis : frame.axes)
+        if (axis.own && axis.settings->majorGrid)
+            drawGridLines(cr, frame, axis, axis.marks.ticks, 0.8, 0.5);
+}
+
+static void addTicks(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &axis,
+                     const std::vector<double> &values, double length) {
+    const double inner = axis.settings->insideTicks ? axis.inwards() * length : 0;
+    const double outer = axis.settings->outsideTicks ? -axis.inwards() * length : 0;
+    if (inner == outer) return;
+    for (const double value : values) {
+        const double position = axis.scale.position(value);
+        if (axis.horizontal()) {
+            strokeLine(cr, {position, axis.line + inner}, {position, axis.line + outer});
+        } else {
+            const double y = frame.height - position;
+            strokeLine(cr, {axis.line + inner, y}, {axis.line + outer, y});
+        }
+    }
+}
+
+static void drawTicks(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &axis) {
+    addTicks(cr, frame, axis, axis.marks.ticks, frame.tickLength);
+    addTicks(cr, frame, axis, axis.marks.smallTicks, 0.5 * frame.tickLength);
+    cairo_set_line_width(cr, frame.thickness);
+    cairo_stroke(cr);
+}
+
+// A line beyond the end of ascending values, with a filled head.
+static void drawArrow(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &axis) {
+    const double headLength = 6 + 3 * frame.thickness;
+    const double halfWidth = 2 + frame.thickness;
+    const bool reversed = axis.scale.reversed;
+
+    cairo_save(cr);
+    if (axis.horizontal()) {
+        cairo_translate(cr, reversed ? 0 : frame.width, axis.line);
+        cairo_rotate(cr, reversed ? G_PI : 0);
+    } else {
+        cairo_translate(cr, axis.line, reversed ? frame.height : 0);
+        cairo_rotate(cr, reversed ? G_PI / 2 : -G_PI / 2);
+    }
+    cairo_set_line_width(cr, frame.thickness);
+    strokeLine(cr, {0, 0}, {headLength, 0});
+    cairo_stroke(cr);
+    cairo_move_to(cr, 2 * headLength, 0);
+    cairo_line_to(cr, headLength, -halfWidth);
+    cairo_line_to(cr, headLength, halfWidth);
+    cairo_close_path(cr);
+    cairo_fill(cr);
+    cairo_restore(cr);
+}
+
+static void drawLines(cairo_t *cr, const PlacedFrame &frame) {
+    cairo_set_line_width(cr, frame.thickness);
+    const bool whole = std::all_of(frame.axes.begin(), frame.axes.end(),
+                                   [](const PlacedAxis &axis) { return axis.drawn; });
+    if (frame.closed && whole) {
+        cairo_rectangle(cr, 0, 0, frame.width, frame.height);
+    } else {
+        for (const PlacedAxis &axis : frame.axes) {
+            if (!axis.drawn) continue;
+            if (axis.horizontal())
+                strokeLine(cr, {0, axis.line}, {frame.width, axis.line});
+            else
+                strokeLine(cr, {axis.line, 0}, {axis.line, frame.height});
+        }
+    }
+    cairo_save(cr);
+    cairo_set_line_cap(cr, CAIRO_LINE_CAP_SQUARE);
+    cairo_stroke(cr);
+    cairo_restore(cr);
+}
+
+void drawAxes(cairo_t *cr, const PlacedFrame &frame) {
+    setGrey(cr, 0);
+    if (frame.thickness > 0) {
+        for (const PlacedAxis &axis : frame.axes) {
+            if (!axis.drawn) continue;
+            drawTicks(cr, frame, axis);
+            if (axis.settings->arrow) drawArrow(cr, frame, axis);
+        }
+        drawLines(cr, frame);
+    }
+    for (const PlacedAxis &axis : frame.axes)
+        for (const PlacedNumber &number : axis.numbers) number.draw(cr);
+}
+
+// The only name among those of the columns; empty if there are several, or none.
+static std::string commonName(const PlacedAxis &axis, const std::vector<DrawnCurve> &curves) {
+    const std::string *common = nullptr;
+    for (const DrawnCurve &curve : curves) {
+        if (curve.horizontalAxis() != axis.code && curve.verticalAxis() != axis.code) continue;
+        // A fit is drawn over the data, whose name the axis bears.
+        if (curve.column->drawnByFit && !axis.horizontal()) continue;
+        const std::string &name = axis.horizontal() ? curve.table->x.name : curve.column->name;
+        if (common && *common != name) return {};
+        common = &name;
+    }
+    return common ? *common : std::string();
+}
+
+static void drawTitle(cairo_t *cr, const PlacedFrame &frame, AxisCode code, const SetText &title) {
+    const double away = titleGap + title.ink().height() / 2;
+    Point middle{frame.width / 2, frame.height / 2};
+    switch (code) {
+    case xAxis: middle.y = frame.outside.bottom + away; break;
+    case upperXAxis: middle.y = frame.outside.top - away; break;
+    case yAxis: middle.x = frame.outside.left - away; break;
+    default: middle.x = frame.outside.right + away; break;
+    }
+    const bool upright = code == xAxis || code == upperXAxis;
+    title.draw(cr, middle, upright ? 0 : 90, title.middleOfInk());
+}
+
+void drawTitles(cairo_t *cr, const PlacedFrame &frame, const std::vector<DrawnCurve> &curves,
+                const Typesetter &typesetter) {
+    setGrey(cr, 0);
+    for (const PlacedAxis &axis : frame.axes) {
+        const std::string &given = axis.settings->title;
+        const RichText text = richTextOf(given.empty() ? commonName(axis, curves) : given);
+        if (text.empty()) continue;
+        const double width = axis.horizontal() ? frame.width : frame.height;
+        drawTitle(cr, frame, axis.code, typesetter.paragraph(text, titleSize, width, titleLines));
+    }
+}
+
+} // namespace plotwerk

@@ -1,0 +1,108 @@
+#include "plotwerk/drawing/axisNumbers.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace plotwerk {
+
+static constexpr double horizontalSpacing = 42; // from number to number, in points
+static constexpr double verticalSpacing = 28;
+static constexpr double horizontalGap = 10; // between two numbers
+static constexpr double verticalGap = 4;
+
+static double radians(double degrees) {
+    return degrees * G_PI / 180;
+}
+
+Box PlacedNumber::bounds() const {
+    const double c = std::abs(std::cos(radians(angle)));
+    const double s = std::abs(std::sin(radians(angle)));
+    const double halfWidth = (width * c + height * s) / 2;
+    const double halfHeight = (width * s + height * c) / 2;
+    return {middle.x - halfWidth, middle.y - halfHeight, middle.x + halfWidth,
+            middle.y + halfHeight};
+}
+
+void PlacedNumber::draw(cairo_t *cr) const {
+    // all numbers of an axis stand on one base line, whatever their own ink
+    text.draw(cr, middle, angle, {text.middleOfInk().x, -height / 2});
+}
+
+bool numbersMeet(const PlacedNumber &a, const PlacedNumber &b, double gap) {
+    // in the coordinates of the turned boxes both are upright
+    const double c = std::cos(radians(a.angle));
+    const double s = std::sin(radians(a.angle));
+    const double dx = b.middle.x - a.middle.x;
+    const double dy = b.middle.y - a.middle.y;
+    const double along = std::abs(dx * c - dy * s);
+    const double across = std::abs(dx * s + dy * c);
+    return along < (a.width + b.width) / 2 + gap && across < (a.height + b.height) / 2 + gap;
+}
+
+// Where the middle of a box of that size goes for a tick at the origin.
+static Point middleBeside(Side side, double width, double height, double angle, double distance) {
+    const double c = std::cos(radians(angle));
+    const double s = std::sin(radians(angle));
+    const bool slanted = std::abs(c) > 0.17 && std::abs(s) > 0.17;
+    const double halfWidth = (width * std::abs(c) + height * std::abs(s)) / 2;
+    const double halfHeight = (width * std::abs(s) + height * std::abs(c)) / 2;
+
+    // from the end of the text that is nearest to the tick
+    const double towards = side == Side::below || side == Side::leftOf ? -1 : 1;
+    const double alongX =
+        slanted ? towards * std::copysign(1.0, s * c) * std::abs(c) * width / 2 : 0;
+    const double alongY = slanted ? -towards * std::copysign(1.0, c) * s * width / 2 : 0;
+    switch (side) {
+    case Side::below: return {alongX, distance + halfHeight};
+    case Side::above: return {alongX, -distance - halfHeight};
+    case Side::leftOf: return {-distance - halfWidth, alongY};
+    case Side::rightOf: return {distance + halfWidth, alongY};
+    }
+    return {};
+}
+
+std::vector<PlacedNumber> placedNumbers(const std::vector<AxisNumber> &numbers, const Scale &scale,
+                                        Side side, double angle, double distance,
+                                        const Typesetter &typesetter) {
+    std::vector<PlacedNumber> placed;
+    const double digitHeight = -typesetter.line(richTextOf("0"), numberSize).ink().top;
+    double height = digitHeight; // the same for all, for a common base line
+    for (const AxisNumber &number : numbers) {
+        SetText text = typesetter.line(number.text, numberSize);
+        height = std::max(height, -text.ink().top);
+        placed.push_back({number.value, std::move(text), {}, 0, 0, angle});
+    }
+    for (PlacedNumber &number : placed) {
+        number.width = number.text.ink().width();
+        number.height = height;
+        number.middle = middleBeside(side, number.width, height, angle, distance);
+        const double position = scale.position(number.value);
+        if (isHorizontal(side)) {
+            number.middle.x += position;
+        } else {
+            number.middle.y -= position;
+            if (angle == 0) number.middle.y -= (height - digitHeight) / 2;
+        }
+    }
+    return placed;
+}
+
+bool standApart(const std::vector<PlacedNumber> &numbers, Side side) {
+    const double gap = isHorizontal(side) ? horizontalGap : verticalGap;
+    for (size_t i = 1; i < numbers.size(); ++i) {
+        if (numbersMeet(numbers[i - 1], numbers[i], gap)) return false;
+        if (i > 1 && numbersMeet(numbers[i - 2], numbers[i], gap)) return false;
+    }
+    return true;
+}
+
+AxisMarks marksBeside(const Axis &axis, const Scale &scale, Side side,
+                      const Typesetter &typesetter) {
+    const double angle = limited(axis.labelAngle, -360, 360, 0);
+    const auto fit = [&](const std::vector<AxisNumber> &numbers) {
+        return standApart(placedNumbers(numbers, scale, side, angle, 0, typesetter), side);
+    };
+    return marksOf(axis, scale, isHorizontal(side) ? horizontalSpacing : verticalSpacing, fit);
+}
+
+} // namespace plotwerk

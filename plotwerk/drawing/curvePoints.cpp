@@ -1,0 +1,146 @@
+#include "plotwerk/drawing/curvePoints.h"
+
+#include "fct/statistics.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace plotwerk {
+
+static constexpr double mostInterpolatedPoints = 4e6;
+
+static Path meansOnPaper(const DrawnCurve &curve, const PlacedFrame &frame) {
+    std::vector<double> x = curve.table->x.values;
+    std::vector<double> y = curve.column->values;
+    int means = 0;
+    plw::average(x.data(), y.data(), static_cast<int>(std::min(x.size(), y.size())),
+                 curve.column->look.sum, &means);
+    Path path;
+    path.reserve(static_cast<size_t>(means));
+    for (int i = 0; i < means; ++i)
+        path.push_back(frame.at(x[i], y[i], curve.horizontalAxis(), curve.verticalAxis()));
+    return path;
+}
+
+Path pointsOnPaper(const DrawnCurve &curve, const PlacedFrame &frame) {
+    if (curve.column->look.sum > 1) return meansOnPaper(curve, frame);
+
+    const std::vector<double> &x = curve.table->x.values;
+    const std::vector<double> &y = curve.column->values;
+    const size_t rows = std::min(x.size(), y.size());
+    Path path;
+    path.reserve(rows);
+    for (size_t i = 0; i < rows; ++i) {
+        const bool valid = std::isfinite(x[i]) && std::isfinite(y[i]);
+        path.push_back(valid ? frame.at(x[i], y[i], curve.horizontalAxis(), curve.verticalAxis())
+                             : pathBreak);
+    }
+    return path;
+}
+
+// Second derivatives at the points of a natural cubic spline y(x) (Press et al., tridiagonal
+// system).
+static std::vector<double> splineCurvatures(const Point *p, size_t n) {
+    std::vector<double> curvature(n, 0.0);
+    std::vector<double> above(n, 0.0);
+    for (size_t i = 1; i + 1 < n; ++i) {
+        const double left = p[i].x - p[i - 1].x;
+        const double right = p[i + 1].x - p[i].x;
+        const double pivot = 2 * (left + right) - left * above[i - 1];
+        const double bend = (p[i + 1].y - p[i].y) / right - (p[i].y - p[i - 1].y) / left;
+        above[i] = right / pivot;
+        curvature[i] = (6 * bend - left * curvature[i - 1]) / pivot;
+    }
+    for (size_t i = n; i-- > 2;) curvature[i - 1] -= above[i - 1] * curvature[i];
+    return curvature;
+}
+
+static bool isStrictlyMonotonic(const Point *p, size_t n) {
+    for (size_t i = 2; i < n; ++i)
+        if ((p[i].x - p[i - 1].x) * (p[1].x - p[0].x) <= 0) return false;
+    return n > 2 && p[1].x != p[0].x;
+}
+
+static void appendSpline(Path &path, const Point *p, size_t n, int between) {
+    const std::vector<double> curvature = splineCurvatures(p, n);
+    for (size_t i = 0; i + 1 < n; ++i) {
+        const double h = p[i + 1].x - p[i].x;
+        for (int k = 0; k <= between; ++k) {
+            const double b = static_cast<double>(k) / (between + 1);
+            const double a = 1 - b;
+            const double y =
+                a * p[i].y + b * p[i + 1].y +
+                ((a * a * a - a) * curvature[i] + (b * b * b - b) * curvature[i + 1]) * h * h / 6;
+            path.push_back({p[i].x + b * h, y});
+        }
+    }
+    path.push_back(p[n - 1]);
+}
+
+// The place of a point on an axis, between two others, by its value.
+static double between(double from, double to, double part, const Scale &scale) {
+    if (!scale.logarithmic) return from + part * (to - from);
+    const double sign = scale.reversed ? -1 : 1;
+    const double ratio = std::pow(10.0, sign * (to - from) / scale.factor);
+    const double step = std::isinf(ratio)
+                            ? (part == 0 ? 0 : to - from)
+                            : sign * std::log10(1 + part * (ratio - 1)) * scale.factor;
+    return from + step;
+}
+
+static void appendStraight(Path &path, const Point *p, size_t n, int points,
+                           const Scale &horizontal, const Scale &vertical) {
+    for (size_t i = 0; i + 1 < n; ++i) {
+        for (int k = 0; k <= points; ++k) {
+            const double part = static_cast<double>(k) / (points + 1);
+            // y on paper runs against the axis
+            path.push_back({between(p[i].x, p[i + 1].x, part, horizontal),
+                            -between(-p[i].y, -p[i + 1].y, part, vertical)});
+        }
+    }
+    path.push_back(p[n - 1]);
+}
+
+Path interpolatedPath(const Path &path, const DrawnCurve &curve, const PlacedFrame &frame) {
+    const CurveLook &look = curve.column->look;
+    const Scale &horizontal = frame.axes[curve.horizontalAxis()].scale;
+    const Scale &vertical = frame.axes[curve.verticalAxis()].scale;
+    const double most =
+        mostInterpolatedPoints / static_cast<double>(std::max<size_t>(path.size(), 1));
+    const int points =
+        static_cast<int>(std::min(limited(look.interpolationPoints, 0, 1e6, 0), most));
+    const bool spline = look.interpolationType == 1;
+    const bool bent = horizontal.logarithmic || vertical.logarithmic;
+    if (points < 1 || !(spline || bent)) return path;
+
+    Path result;
+    result.reserve(path.size() * static_cast<size_t>(points + 1));
+    for (size_t begin = 0; begin < path.size();) {
+        size_t end = begin;
+        while (end < path.size() && !isBreak(path[end])) ++end;
+        const Point *part = path.data() + begin;
+        const size_t n = end - begin;
+        if (n > 0 && spline && isStrictlyMonotonic(part, n))
+            appendSpline(result, part, n, points);
+        else if (n > 0)
+            appendStraight(result, part, n, points, horizontal, vertical);
+        if (end < path.size()) result.push_back(pathBreak);
+        begin = end + 1;
+    }
+    return result;
+}
+
+Path brokenOnReverse(const Path &path, bool reversedAxis) {
+    Path broken;
+    broken.reserve(path.size());
+    for (size_t i = 0; i < path.size(); ++i) {
+        if (i > 0) {
+            const double step = path[i].x - path[i - 1].x;
+            if (reversedAxis ? step > 0 : step < 0) broken.push_back(pathBreak);
+        }
+        broken.push_back(path[i]);
+    }
+    return broken;
+}
+
+} // namespace plotwerk

@@ -1,0 +1,26 @@
+// curvePoints.h - the points of a curve on paper, from its data and its look.
+#ifndef PLOTWERK_DRAWING_CURVEPOINTS_H
+#define PLOTWERK_DRAWING_CURVEPOINTS_H
+
+#include "plotwerk/drawing/curvePath.h"
+#include "plotwerk/drawing/drawnCurves.h"
+#include "plotwerk/drawing/frame.h"
+
+namespace plotwerk {
+
+// One point per row; a break where a value is missing, infinite, or not positive on a logarithmic
+// axis. With look.sum above 1 the means of so many valid rows each instead, without breaks.
+Path pointsOnPaper(const DrawnCurve &curve, const PlacedFrame &frame);
+
+// The path with interpolationPoints more points between two neighbours: on the straight line
+// between the values, which is bent on a logarithmic axis, or on a natural cubic spline through the
+// points on paper. Where x doesn't ascend or descend throughout a part of the path the spline is
+// left out; points beyond four million are left out altogether.
+Path interpolatedPath(const Path &path, const DrawnCurve &curve, const PlacedFrame &frame);
+
+// Breaks the path where its x, as values, runs backwards.
+Path brokenOnReverse(const Path &path, bool reversedAxis);
+
+} // namespace plotwerk
+
+#endif

@@ -1,0 +1,22 @@
+// curves.h - draws the curves of a picture.
+#ifndef PLOTWERK_DRAWING_CURVES_H
+#define PLOTWERK_DRAWING_CURVES_H
+
+#include "plotwerk/drawing/drawnCurves.h"
+#include "plotwerk/drawing/frame.h"
+
+#include <cairo.h>
+
+namespace plotwerk {
+
+// Area, line, marker lines, error bars and symbols of one curve, in this order, cut at the frame;
+// symbols whose point is inside stay whole. Points that fall on the same spot are drawn once.
+void drawCurve(cairo_t *cr, const DrawnCurve &curve, const PlacedFrame &frame,
+               const Frame &settings);
+
+// How far the curve's symbols and line may reach beyond the frame, in points.
+double reachOf(const DrawnCurve &curve);
+
+} // namespace plotwerk
+
+#endif

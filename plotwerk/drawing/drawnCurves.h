@@ -1,0 +1,25 @@
+// drawnCurves.h - which curves of a document a picture shows, and against which axes.
+#ifndef PLOTWERK_DRAWING_DRAWNCURVES_H
+#define PLOTWERK_DRAWING_DRAWNCURVES_H
+
+#include "plotwerk/model/document.h"
+
+#include <vector>
+
+namespace plotwerk {
+
+struct DrawnCurve {
+    const Table *table = nullptr;
+    const Column *column = nullptr;
+
+    AxisCode horizontalAxis() const { return column->look.upperX ? upperXAxis : xAxis; }
+    AxisCode verticalAxis() const { return column->look.rightY ? rightYAxis : yAxis; }
+};
+
+// The visible curves from the lowest layer up, without the columns that another visible curve of
+// their table shows as its error bars.
+std::vector<DrawnCurve> drawnCurvesOf(const Document &document);
+
+} // namespace plotwerk
+
+#endif

@@ -1,0 +1,65 @@
+// pages.h - pictures of documents, and pages composed of them, as files: PDF, EPS, TIFF.
+//
+// The functions return the file's bytes; the same document gives the same bytes. They throw Refusal
+// if the drawing library gives up.
+#ifndef PLOTWERK_DRAWING_PAGES_H
+#define PLOTWERK_DRAWING_PAGES_H
+
+#include "plotwerk/model/document.h"
+
+#include <string>
+#include <vector>
+
+namespace plotwerk {
+
+// Vectors, with fonts embedded, on a page cut to the plot.
+std::string pdfOfDocument(const Document &document);
+
+// One page with a bounding box that holds the plot.
+std::string epsOfDocument(const Document &document);
+
+// 300 dpi on white, compressed.
+std::string tiffOfDocument(const Document &document);
+
+// In points, from the lower left corner of the page, y upwards.
+struct PageRectangle {
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+};
+
+// A page onto which pictures are placed, the later above the earlier.
+class Composition {
+  public:
+    // In points; 0, NaN and what is negative gives the width or height of A4, more than 14400 that.
+    Composition(double width, double height);
+
+    // Places the picture of the document as it is now (its data are copied): as large as fits into
+    // the rectangle without changing its proportions, in the rectangle's middle; a width or height
+    // of 0 doesn't limit it, both 0 give the picture's own size. Then all is sheared (x grows by
+    // `shear` times the height above the rectangle's lower edge) and turned counter-clockwise by
+    // the angle in degrees, both about the rectangle's lower left corner. Lengths are limited to
+    // 14400 points, the shear to 10; NaN counts as 0.
+    void add(const Document &document, const PageRectangle &rectangle, double angle, double shear);
+
+    // Vectors, with fonts embedded, on one page.
+    std::string pdf() const;
+
+  private:
+    struct Placed {
+        Document document; // not a recording: PDF surfaces of cairo 1.16 leak those
+
+        PageRectangle rectangle;
+        double angle = 0;
+        double shear = 0;
+    };
+
+    double width;
+    double height;
+    std::vector<Placed> pictures;
+};
+
+} // namespace plotwerk
+
+#endif

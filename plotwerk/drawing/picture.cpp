@@ -1,0 +1,56 @@
+#include "plotwerk/drawing/picture.h"
+
+#include "plotwerk/drawing/axes.h"
+#include "plotwerk/drawing/curves.h"
+#include "plotwerk/drawing/placedTexts.h"
+
+#include <cmath>
+
+namespace plotwerk {
+
+static constexpr double margin = 3;      // around what is drawn, in points
+static constexpr double farthest = 1500; // from the frame that a page reaches
+
+Picture::Picture(const Document &document_)
+    : document(document_),
+      curves(drawnCurvesOf(document)),
+      frame(frameOf(document, curves, typesetter)) {
+    const Surface recording(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
+    const Context cr(cairo_create(recording.get()));
+    drawAnnotations(cr.get());
+    requireDrawn(cairo_status(cr.get()));
+    double left = 0;
+    double top = 0;
+    double width = 0;
+    double height = 0;
+    cairo_recording_surface_ink_extents(recording.get(), &left, &top, &width, &height);
+
+    double around = 0; // how far curves reach beyond the frame
+    for (const DrawnCurve &curve : curves) around = std::max(around, reachOf(curve));
+    const Box plot = frame.box().grownBy(around);
+    const Box reach = frame.box().grownBy(farthest);
+    pageBox.left = std::floor(std::max(std::min(left, plot.left), reach.left) - margin);
+    pageBox.top = std::floor(std::max(std::min(top, plot.top), reach.top) - margin);
+    pageBox.right = std::ceil(std::min(std::max(left + width, plot.right), reach.right) + margin);
+    pageBox.bottom =
+        std::ceil(std::min(std::max(top + height, plot.bottom), reach.bottom) + margin);
+}
+
+void Picture::drawAnnotations(cairo_t *cr) const {
+    drawAxes(cr, frame);
+    drawTitles(cr, frame, curves, typesetter);
+    drawTexts(cr, document.texts, frame, typesetter);
+}
+
+void Picture::drawOn(cairo_t *cr) const {
+    cairo_save(cr);
+    cairo_translate(cr, -pageBox.left, -pageBox.top);
+    cairo_rectangle(cr, pageBox.left, pageBox.top, pageBox.width(), pageBox.height());
+    cairo_clip(cr);
+    drawGrid(cr, frame);
+    for (const DrawnCurve &curve : curves) drawCurve(cr, curve, frame, document.frame);
+    drawAnnotations(cr);
+    cairo_restore(cr);
+}
+
+} // namespace plotwerk

@@ -1,0 +1,39 @@
+// picture.h - a document drawn: the one routine behind every kind of picture.
+#ifndef PLOTWERK_DRAWING_PICTURE_H
+#define PLOTWERK_DRAWING_PICTURE_H
+
+#include "plotwerk/drawing/drawnCurves.h"
+#include "plotwerk/drawing/frame.h"
+#include "plotwerk/drawing/surface.h"
+
+#include <vector>
+
+namespace plotwerk {
+
+// The picture of a document, laid out: grid, curves, axes, titles and texts. Lengths are in points.
+// Refers to the document, which must not change as long as the picture is used.
+class Picture {
+  public:
+    explicit Picture(const Document &document);
+
+    // What the picture marks, and a small margin around it; (0, 0) is the frame's upper left
+    // corner. Reaches 1500 points beyond the frame at most.
+    const Box &page() const { return pageBox; }
+
+    // Draws with the context's transformation, the page's upper left corner at (0, 0). What lies
+    // beyond the page is cut.
+    void drawOn(cairo_t *cr) const;
+
+  private:
+    void drawAnnotations(cairo_t *cr) const;
+
+    const Document &document;
+    std::vector<DrawnCurve> curves;
+    Typesetter typesetter;
+    PlacedFrame frame;
+    Box pageBox;
+};
+
+} // namespace plotwerk
+
+#endif

@@ -1,0 +1,315 @@
+#include "plotwerk/drawing/richText.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <glib.h>
+
+namespace plotwerk {
+
+static constexpr size_t longestText = 4096;
+static constexpr size_t deepestGroup = 200;
+static constexpr double smallestSize = 1;
+static constexpr double largestSize = 200;
+
+static std::string validUtf8(std::string_view bytes) {
+    gchar *valid = g_utf8_make_valid(bytes.data(), static_cast<gssize>(bytes.size()));
+    std::string result = valid;
+    g_free(valid);
+    return result;
+}
+
+// Line ends of every system become line feeds; other control characters go.
+static std::string withoutControls(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        if (c == '\r') {
+            if (i + 1 == text.size() || text[i + 1] != '\n') result += '\n';
+        } else if (c == '\n' || c == '\t' || (c >= 0x20 && c != 0x7f)) {
+            result += text[i];
+        }
+    }
+    return result;
+}
+
+// Code page 1252 in 0x80..0x9f; elsewhere it is ISO 8859-1. 0 where nothing is assigned.
+static constexpr std::array<uint16_t, 32> codePage1252 = {
+    0x20ac, 0,      0x201a, 0x0192, 0x201e, 0x2026, 0x2020, 0x2021, 0x02c6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0,      0x017d, 0,      0,      0x2018, 0x2019, 0x201c, 0x201d, 0x2022,
+    0x2013, 0x2014, 0x02dc, 0x2122, 0x0161, 0x203a, 0x0153, 0,      0x017e, 0x0178};
+
+static uint32_t codeOf1252(uint32_t byte) {
+    return byte >= 0x80 && byte < 0xa0 ? codePage1252[byte - 0x80] : byte;
+}
+
+// Destinations whose text isn't part of the document's own; {\* ...} is left out as well.
+static constexpr std::string_view hiddenDestinations[] = {
+    "fonttbl",  "colortbl",  "stylesheet", "info",   "pict",       "object",  "header",
+    "headerl",  "headerr",   "headerf",    "footer", "footerl",    "footerr", "footerf",
+    "footnote", "listtable", "filetbl",    "revtbl", "nonshppict", "xe",      "tc"};
+
+static constexpr struct {
+    std::string_view word;
+    uint32_t code;
+} namedCharacters[] = {
+    {"par", '\n'},      {"line", '\n'},      {"sect", '\n'},        {"page", '\n'},
+    {"row", '\n'},      {"cell", '\t'},      {"tab", '\t'},         {"emdash", 0x2014},
+    {"endash", 0x2013}, {"emspace", 0x2003}, {"enspace", 0x2002},   {"bullet", 0x2022},
+    {"lquote", 0x2018}, {"rquote", 0x2019},  {"ldblquote", 0x201c}, {"rdblquote", 0x201d}};
+
+namespace {
+
+class RtfReader {
+  public:
+    explicit RtfReader(std::string_view rtf) : rest(rtf) {}
+
+    RichText read() {
+        while (!rest.empty() && length < longestText) {
+            const char c = rest.front();
+            rest.remove_prefix(1);
+            if (c == '{')
+                openGroup();
+            else if (c == '}')
+                closeGroup();
+            else if (c == '\\')
+                readControl();
+            else if (c != '\n' && c != '\r')
+                addByte(c);
+        }
+        flush();
+        return std::move(runs);
+    }
+
+  private:
+    struct Group {
+        TextRun look; // without text
+        bool hidden = false;
+        int unicodeFallback = 1; // characters that stand for \u in readers without Unicode
+    };
+
+    void openGroup() {
+        skip = 0;
+        if (outer.size() < deepestGroup)
+            outer.push_back(group);
+        else
+            ++tooDeep;
+    }
+
+    void closeGroup() {
+        skip = 0;
+        if (tooDeep > 0) {
+            --tooDeep;
+        } else if (!outer.empty()) {
+            flush();
+            group = outer.back();
+            outer.pop_back();
+        }
+    }
+
+    void readControl() {
+        if (rest.empty()) return;
+        const char c = rest.front();
+        if (g_ascii_isalpha(c)) {
+            readWord();
+            return;
+        }
+        rest.remove_prefix(1);
+        switch (c) {
+        case '\'': readHex(); break;
+        case '*': group.hidden = true; break;
+        case '~': addCode(0xa0); break;
+        case '_': addCode(0x2011); break;
+        case '\n':
+        case '\r': addCode('\n'); break;
+        case '\t': addCode('\t'); break;
+        case '\\':
+        case '{':
+        case '}': addCode(static_cast<uint32_t>(c)); break;
+        default: break;
+        }
+    }
+
+    void readHex() {
+        uint32_t byte = 0;
+        const char *end = rest.data() + std::min<size_t>(rest.size(), 2);
+        const auto [after, error] = std::from_chars(rest.data(), end, byte, 16);
+        rest.remove_prefix(static_cast<size_t>(after - rest.data()));
+        if (error == std::errc()) addCode(codeOf1252(byte));
+    }
+
+    void readWord() {
+        size_t size = 0;
+        while (size < rest.size() && g_ascii_isalpha(rest[size])) ++size;
+        const std::string_view word = rest.substr(0, size);
+        rest.remove_prefix(size);
+
+        int number = 0;
+        const auto [after, error] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
+        const bool hasNumber = after != rest.data();
+        if (error == std::errc::result_out_of_range) number = 0;
+        rest.remove_prefix(static_cast<size_t>(after - rest.data()));
+        if (!rest.empty() && rest.front() == ' ') rest.remove_prefix(1);
+        apply(word, number, hasNumber);
+    }
+
+    void apply(std::string_view word, int number, bool hasNumber) {
+        if (word == "u") {
+            addUnit(static_cast<uint32_t>(number) & 0xffff);
+            skip = group.unicodeFallback;
+        } else if (word == "uc") {
+            group.unicodeFallback = std::clamp(number, 0, 100);
+        } else if (word == "bin") {
+            rest.remove_prefix(std::min(rest.size(), static_cast<size_t>(std::max(number, 0))));
+        } else if (skip > 0) {
+            --skip;
+        } else if (std::find(std::begin(hiddenDestinations), std::end(hiddenDestinations), word) !=
+                   std::end(hiddenDestinations)) {
+            group.hidden = true;
+        } else {
+            for (const auto &named : namedCharacters)
+                if (named.word == word) addCode(named.code);
+            changeLook(word, number, hasNumber);
+        }
+    }
+
+    void changeLook(std::string_view word, int number, bool hasNumber) {
+        TextRun look = group.look;
+        const bool on = !hasNumber || number != 0;
+        const double halfPoints = std::clamp(hasNumber ? number : 6, 0, 400) / 2.0;
+        if (word == "plain")
+            look = {};
+        else if (word == "b")
+            look.bold = on;
+        else if (word == "i")
+            look.italic = on;
+        else if (word == "ul")
+            look.underline = on;
+        else if (word == "ulnone")
+            look.underline = false;
+        else if (word == "super")
+            look.script = on ? 1 : 0;
+        else if (word == "sub")
+            look.script = on ? -1 : 0;
+        else if (word == "nosupersub")
+            look.script = 0;
+        else if (word == "up")
+            look.rise = halfPoints;
+        else if (word == "dn")
+            look.rise = -halfPoints;
+        else if (word == "fs" && hasNumber)
+            look.size = std::clamp(number / 2.0, smallestSize, largestSize);
+        else
+            return;
+        flush();
+        group.look = look;
+    }
+
+    void addByte(char c) {
+        if (skip > 0) {
+            --skip;
+        } else if (!group.hidden) {
+            settleSurrogate();
+            text += c;
+            ++length;
+        }
+    }
+
+    void addCode(uint32_t code) {
+        if (skip > 0) {
+            --skip;
+        } else if (!group.hidden && code != 0) {
+            settleSurrogate();
+            append(code);
+        }
+    }
+
+    // One UTF-16 code unit of \u.
+    void addUnit(uint32_t unit) {
+        if (group.hidden) return;
+        if (unit >= 0xd800 && unit < 0xdc00) {
+            settleSurrogate();
+            highSurrogate = unit;
+        } else if (unit >= 0xdc00 && unit < 0xe000 && highSurrogate != 0) {
+            append(0x10000 + ((highSurrogate - 0xd800) << 10) + (unit - 0xdc00));
+            highSurrogate = 0;
+        } else {
+            settleSurrogate();
+            const bool surrogate = unit >= 0xd800 && unit < 0xe000;
+            if (unit != 0) append(surrogate ? 0xfffd : unit);
+        }
+    }
+
+    // A high surrogate that got no partner.
+    void settleSurrogate() {
+        if (highSurrogate != 0) append(0xfffd);
+        highSurrogate = 0;
+    }
+
+    void append(uint32_t code) {
+        char utf8[6];
+        const int size = g_unichar_to_utf8(code, utf8);
+        text.append(utf8, static_cast<size_t>(size));
+        length += static_cast<size_t>(size);
+    }
+
+    void flush() {
+        settleSurrogate();
+        TextRun run = group.look;
+        run.text = validUtf8(withoutControls(text));
+        text.clear();
+        if (!run.text.empty()) runs.push_back(std::move(run));
+    }
+
+    std::string_view rest;
+    RichText runs;
+    std::string text; // of the run that is being read
+    size_t length = 0;
+    Group group;
+    std::vector<Group> outer;
+    size_t tooDeep = 0;
+    int skip = 0; // characters that a \u before them replaces
+    uint32_t highSurrogate = 0;
+};
+
+} // namespace
+
+// The text up to its longest length, without a part of a character at the end.
+static std::string_view cut(std::string_view text) {
+    if (text.size() <= longestText) return text;
+    size_t end = longestText;
+    while (end > longestText - 4 && (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80) --end;
+    return text.substr(0, end);
+}
+
+static void dropEmptyLinesAtEnd(RichText &runs) {
+    while (!runs.empty()) {
+        std::string &last = runs.back().text;
+        while (!last.empty() && last.back() == '\n') last.pop_back();
+        if (!last.empty()) return;
+        runs.pop_back();
+    }
+}
+
+RichText richTextOf(std::string_view text) {
+    RichText runs;
+    if (text.starts_with("{\\rtf")) {
+        runs = RtfReader(text).read();
+    } else {
+        TextRun run;
+        run.text = validUtf8(withoutControls(cut(text)));
+        runs.push_back(std::move(run));
+    }
+    dropEmptyLinesAtEnd(runs);
+    return runs;
+}
+
+std::string plainTextOf(const RichText &text) {
+    std::string plain;
+    for (const TextRun &run : text) plain += run.text;
+    return plain;
+}
+
+} // namespace plotwerk

@@ -1,0 +1,37 @@
+// richText.h - texts of a picture: plain or RTF, as runs of equal look.
+#ifndef PLOTWERK_DRAWING_RICHTEXT_H
+#define PLOTWERK_DRAWING_RICHTEXT_H
+
+#include "plotwerk/model/document.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace plotwerk {
+
+struct TextRun {
+    std::string text; // valid UTF-8; of the control characters only line feed and tab
+    bool bold = false;
+    bool italic = false;
+    bool underline = false;
+    int script = 0;      // 1 superscript, -1 subscript
+    double size = unset; // in points; unset: that of the surrounding picture
+    double rise = 0;     // of the base line, in points
+};
+
+using RichText = std::vector<TextRun>;
+
+// Text that begins with "{\rtf" is read as RTF, any other is one run as it is. Bytes that are no
+// UTF-8 become U+FFFD. Nothing is refused: of malformed RTF what can be read is kept, unknown
+// control words, destinations that aren't text and groups nested deeper than 200 lose their effect.
+// Empty lines at the end are dropped, and so is what lies beyond 4096 bytes of text.
+//   "{\\rtf1 10\\super 5}" -> "10", "5" as superscript       "a{b" -> "a{b"
+RichText richTextOf(std::string_view text);
+
+// The characters alone.
+std::string plainTextOf(const RichText &text);
+
+} // namespace plotwerk
+
+#endif

@@ -1,0 +1,98 @@
+#include "plotwerk/drawing/symbols.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace plotwerk {
+
+enum class Shape { circle, square, triangle, diamond, triangleDown, strokes, dot };
+
+static void polygon(cairo_t *cr, const Point &at, double radius, int corners, double firstAngle) {
+    for (int i = 0; i < corners; ++i) {
+        const double angle = firstAngle + 2 * std::numbers::pi * i / corners;
+        cairo_line_to(cr, at.x + radius * std::cos(angle), at.y + radius * std::sin(angle));
+    }
+    cairo_close_path(cr);
+}
+
+// Radii that give all shapes about the same weight at the same size.
+static void closedShape(cairo_t *cr, Shape shape, const Point &at, double size) {
+    constexpr double up = -std::numbers::pi / 2;
+    cairo_new_path(cr);
+    switch (shape) {
+    case Shape::square: polygon(cr, at, 0.64 * size, 4, up / 2); break;
+    case Shape::triangle: polygon(cr, at, 0.68 * size, 3, up); break;
+    case Shape::triangleDown: polygon(cr, at, 0.68 * size, 3, -up); break;
+    case Shape::diamond: polygon(cr, at, 0.68 * size, 4, up); break;
+    case Shape::dot: cairo_arc(cr, at.x, at.y, 0.2 * size, 0, 2 * std::numbers::pi); break;
+    default: cairo_arc(cr, at.x, at.y, 0.5 * size, 0, 2 * std::numbers::pi); cairo_close_path(cr);
+    }
+}
+
+static void stroke(cairo_t *cr, const Point &at, double x, double y) {
+    cairo_move_to(cr, at.x - x, at.y - y);
+    cairo_line_to(cr, at.x + x, at.y + y);
+}
+
+static void strokesOf(cairo_t *cr, int code, const Point &at, double size) {
+    const double radius = 0.6 * size;
+    const double diagonal = 0.48 * size;
+    cairo_new_path(cr);
+    if (code == 10 || code == 12 || code == 13) stroke(cr, at, 0, radius);
+    if (code == 10 || code == 12 || code == 14) stroke(cr, at, radius, 0);
+    if (code == 11 || code == 12) {
+        stroke(cr, at, diagonal, diagonal);
+        stroke(cr, at, diagonal, -diagonal);
+    }
+}
+
+static Shape shapeOf(int code) {
+    switch (code) {
+    case 0:
+    case 1: return Shape::circle;
+    case 2:
+    case 3: return Shape::square;
+    case 4:
+    case 5: return Shape::triangle;
+    case 6:
+    case 7: return Shape::diamond;
+    case 8:
+    case 9: return Shape::triangleDown;
+    case 15: return Shape::dot;
+    default: return Shape::strokes;
+    }
+}
+
+void setColour(cairo_t *cr, const Colour &colour) {
+    cairo_set_source_rgba(cr, limited(colour.red, 0, 1, 0), limited(colour.green, 0, 1, 0),
+                          limited(colour.blue, 0, 1, 0), limited(colour.opacity, 0, 1, 1));
+}
+
+void drawSymbol(cairo_t *cr, int code, const Point &at, double size, double lineThickness,
+                const Colour &colour, bool whiteInside) {
+    const int symbol = (code % symbolCount + symbolCount) % symbolCount;
+    const Shape shape = shapeOf(symbol);
+    cairo_set_line_width(cr, std::min(lineThickness, size / 4));
+    if (shape == Shape::strokes) {
+        strokesOf(cr, symbol, at, size);
+        setColour(cr, colour);
+        cairo_stroke(cr);
+        return;
+    }
+    closedShape(cr, shape, at, size);
+    const bool open = symbol % 2 == 1 && shape != Shape::dot;
+    if (!open) {
+        setColour(cr, colour);
+        cairo_fill(cr);
+        return;
+    }
+    if (whiteInside) {
+        setColour(cr, {1, 1, 1, colour.opacity});
+        cairo_fill_preserve(cr);
+    }
+    setColour(cr, colour);
+    cairo_stroke(cr);
+}
+
+} // namespace plotwerk

@@ -1,0 +1,300 @@
+#include "plotwerk/drawing/ticks.h"
+
+#include "plotwerk/drawing/geometry.h"
+#include "plotwerk/drawing/numberText.h"
+#include "util/number/format.h"
+#include "util/number/power.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace plotwerk {
+
+static constexpr double mostTicks = 1000;      // between the limits
+static constexpr double leastTickDistance = 2; // in points
+static constexpr double leastSmallTickDistance = 3;
+static constexpr double leastGivenTickDistance = 0.5; // of ticks that the axis asks for
+
+// A step of 1, 2 or 5 times a power of ten.
+namespace {
+struct RoundStep {
+    int digit = 1;
+    int exponent = 0;
+
+    double value() const { return multiple(1); }
+
+    // Through whole numbers and one rounding, so that three steps of 0.1 are 0.3.
+    double multiple(double count) const {
+        return exponent < 0 ? count * digit / std::pow(10.0, -exponent)
+                            : count * digit * std::pow(10.0, exponent);
+    }
+
+    RoundStep finer() const {
+        if (digit == 5) return {2, exponent};
+        if (digit == 2) return {1, exponent};
+        return {5, exponent - 1};
+    }
+
+    RoundStep coarser() const {
+        if (digit == 1) return {2, exponent};
+        if (digit == 2) return {5, exponent};
+        return {1, exponent + 1};
+    }
+};
+} // namespace
+
+static RoundStep finestStepFrom(double least) {
+    RoundStep step{1, static_cast<int>(std::floor(std::log10(least)))};
+    while (step.value() < least * (1 - 1e-9)) step = step.coarser();
+    return step;
+}
+
+// The numbers k for which k * step lies within the limits, none where there are too many.
+static void multiplesWithin(const Scale &scale, double step, double &first, double &last) {
+    const auto slack = [&](double k) { return std::max(1e-9, std::abs(k) * 4e-16); };
+    const double low = scale.min / step;
+    const double high = scale.max / step;
+    first = std::ceil(low - slack(low));
+    last = std::floor(high + slack(high));
+}
+
+template<typename ValueAt>
+static std::vector<double> valuesBetween(double first, double last, ValueAt valueAt) {
+    std::vector<double> values;
+    if (!(last - first <= 2 * mostTicks)) return values;
+    for (double k = 0; k <= last - first; ++k) values.push_back(valueAt(first + k) + 0.0);
+    return values;
+}
+
+static std::vector<double> multiplesOf(const RoundStep &step, const Scale &scale) {
+    double first = 0;
+    double last = 0;
+    multiplesWithin(scale, step.value(), first, last);
+    return valuesBetween(first, last, [&](double k) { return step.multiple(k); });
+}
+
+static std::vector<double> multiplesOf(double step, const Scale &scale) {
+    double first = 0;
+    double last = 0;
+    multiplesWithin(scale, step, first, last);
+    return valuesBetween(first, last, [&](double k) { return k * step; });
+}
+
+static double largestMagnitude(const std::vector<double> &values) {
+    double largest = 0;
+    for (const double value : values) largest = std::max(largest, std::abs(value));
+    return largest;
+}
+
+static std::vector<AxisNumber> numbersAt(const std::vector<double> &values,
+                                         const NumberFormat &format) {
+    std::vector<AxisNumber> numbers;
+    for (const double value : values) numbers.push_back({value, numberText(value, format)});
+    return numbers;
+}
+
+// As many of the numbers as fit: all, or every second, fifth, tenth, ...; at last only one. Counts
+// so that the number with the index 0 stays, if there is one; firstIndex is that of the first.
+static std::vector<AxisNumber> thinned(const std::vector<AxisNumber> &numbers, double firstIndex,
+                                       const NumbersFit &fit) {
+    if (numbers.size() <= 1 || fit(numbers)) return numbers;
+    for (RoundStep n{2, 0}; n.value() < static_cast<double>(numbers.size()); n = n.coarser()) {
+        std::vector<AxisNumber> chosen;
+        for (size_t i = 0; i < numbers.size(); ++i)
+            if (std::fmod(firstIndex + static_cast<double>(i), n.value()) == 0)
+                chosen.push_back(numbers[i]);
+        if (chosen.size() > 1 && fit(chosen)) return chosen;
+    }
+    std::vector<AxisNumber> ends{numbers.front(), numbers.back()};
+    if (!fit(ends)) ends.pop_back();
+    return ends;
+}
+
+// Small ticks that divide the step, as many between two ticks as the axis says.
+static std::vector<double> dividing(double step, int between, const Scale &scale) {
+    if (between <= 0) return {};
+    const double part = step / (between + 1);
+    double first = 0;
+    double last = 0;
+    multiplesWithin(scale, part, first, last);
+    std::vector<double> values = valuesBetween(first, last, [&](double k) { return k * part; });
+    std::erase_if(values, [&](double value) {
+        const double steps = value / step;
+        return std::abs(steps - std::round(steps)) < 0.5 / (between + 1);
+    });
+    return values;
+}
+
+// The axis's own choice where it can be drawn, else what divides the step's first digit evenly.
+static int smallTicksBetween(const Axis &axis, int digit, double tickDistance) {
+    const double mostGiven = tickDistance / leastGivenTickDistance - 1;
+    if (axis.ticks >= 0 && axis.ticks <= std::min(mostGiven, 100.0)) return axis.ticks;
+    const int fine = digit == 2 ? 3 : 4;
+    const int coarse = digit == 5 ? 0 : 1;
+    if (tickDistance / (fine + 1) >= leastSmallTickDistance) return fine;
+    return tickDistance / (coarse + 1) >= leastSmallTickDistance ? coarse : 0;
+}
+
+static bool isUsableIncrement(double increment, const Scale &scale) {
+    return std::isfinite(increment) && increment > 0 &&
+           (scale.max - scale.min) / increment <=
+               std::min(mostTicks, scale.length / leastTickDistance) &&
+           (scale.max - scale.min) / increment >= 1e-3 &&
+           std::max(std::abs(scale.max), std::abs(scale.min)) / increment < 1e15;
+}
+
+static AxisMarks marksAtIncrement(const Axis &axis, const Scale &scale, const NumbersFit &fit) {
+    const double increment = axis.increment;
+    AxisMarks marks;
+    marks.ticks = multiplesOf(increment, scale);
+    const NumberFormat format =
+        formatOfNumbers(increment, largestMagnitude(marks.ticks), axis.precision, axis.exponents);
+    marks.numbers =
+        thinned(numbersAt(marks.ticks, format), std::round(marks.ticks.front() / increment), fit);
+
+    const int digit = static_cast<int>(std::round(plw::mantisse10(increment)));
+    const double distance = scale.length * increment / (scale.max - scale.min);
+    marks.smallTicks = dividing(increment, smallTicksBetween(axis, digit, distance), scale);
+    return marks;
+}
+
+static AxisMarks linearMarks(const Axis &axis, const Scale &scale, double spacing,
+                             const NumbersFit &fit) {
+    if (isUsableIncrement(axis.increment, scale) && !multiplesOf(axis.increment, scale).empty())
+        return marksAtIncrement(axis, scale, fit);
+
+    const double span = scale.max - scale.min;
+    const double most = std::clamp(scale.length / spacing, 2.0, mostTicks);
+    RoundStep finest = finestStepFrom(span / most);
+    while (multiplesOf(finest, scale).size() < 2) finest = finest.finer();
+
+    // a wider step until the numbers fit, but never less than two numbers for want of room
+    RoundStep step = finest;
+    AxisMarks marks;
+    const auto markAt = [&](const RoundStep &at) {
+        marks.ticks = multiplesOf(at, scale);
+        const NumberFormat format = formatOfNumbers(at.value(), largestMagnitude(marks.ticks),
+                                                    axis.precision, axis.exponents);
+        marks.numbers = numbersAt(marks.ticks, format);
+    };
+    markAt(step);
+    while (!fit(marks.numbers) && marks.numbers.size() > 1) {
+        step = step.coarser();
+        markAt(step);
+    }
+    if (marks.numbers.size() < 2) {
+        step = finest;
+        markAt(step);
+        marks.numbers = thinned(marks.numbers, 0, fit);
+    }
+    const double distance = scale.length * step.value() / span;
+    marks.smallTicks = dividing(step.value(), smallTicksBetween(axis, step.digit, distance), scale);
+    return marks;
+}
+
+// The multiples of the given digits in every decade that lie within the limits.
+static std::vector<double> digitsOfDecades(const Scale &scale, std::initializer_list<int> digits,
+                                           int everyDecade = 1) {
+    const int first = static_cast<int>(std::floor(std::log10(scale.min) - 1e-9));
+    const int last = static_cast<int>(std::floor(std::log10(scale.max) + 1e-9));
+    std::vector<double> values;
+    for (int decade = first; decade <= last; ++decade) {
+        if (decade % everyDecade != 0) continue;
+        for (const int digit : digits) {
+            const double value = RoundStep{1, decade}.multiple(digit);
+            if (value >= scale.min * (1 - 1e-12) && value <= scale.max * (1 + 1e-12))
+                values.push_back(value);
+        }
+    }
+    return values;
+}
+
+static std::vector<AxisNumber> logNumbersAt(const std::vector<double> &values, const Axis &axis) {
+    const bool powers = axis.exponents || std::any_of(values.begin(), values.end(), needsPowers);
+    std::vector<AxisNumber> numbers;
+    for (const double value : values)
+        numbers.push_back({value, logNumberText(value, powers, axis.precision)});
+    return numbers;
+}
+
+// Small ticks at 2..9 times the decades, or, where the ticks are n decades apart, at a part of
+// that.
+static std::vector<double> smallLogTicks(const Axis &axis, const Scale &scale,
+                                         const std::vector<double> &ticks, int decadesApart) {
+    if (axis.ticks == 0) return {};
+    std::vector<double> small;
+    if (decadesApart == 1 && scale.factor >= 20)
+        small = digitsOfDecades(scale, {2, 3, 4, 5, 6, 7, 8, 9});
+    for (const int parts : {decadesApart, 5, 2}) {
+        if (decadesApart == 1 || decadesApart % parts != 0) continue;
+        const int step = decadesApart / parts;
+        if (scale.factor * step < leastSmallTickDistance) continue;
+        small = digitsOfDecades(scale, {1}, step);
+        break;
+    }
+    std::erase_if(small, [&](double value) {
+        return std::find(ticks.begin(), ticks.end(), value) != ticks.end();
+    });
+    return small;
+}
+
+// Numbers at every n-th decade, n as small as they fit.
+static AxisMarks decadeMarks(const Axis &axis, const Scale &scale, double spacing,
+                             const NumbersFit &fit) {
+    AxisMarks marks;
+    int n = std::clamp(axis.logNumbersAt, 1, 600);
+    if (axis.logNumbersAt < 1) {
+        for (const int step : {1, 2, 3, 5, 10, 20, 50, 100, 200}) {
+            n = step;
+            if (n * scale.factor < spacing) continue;
+            if (fit(logNumbersAt(digitsOfDecades(scale, {1}, n), axis))) break;
+        }
+    }
+    const std::vector<double> numbered = digitsOfDecades(scale, {1}, n);
+    marks.numbers = thinned(logNumbersAt(numbered, axis), 0, fit);
+
+    const bool everyDecadeHasRoom = scale.factor >= 12;
+    const int tickAt = axis.logTicksAt >= 1 ? std::min(axis.logTicksAt, 600)
+                       : everyDecadeHasRoom ? 1
+                                            : n;
+    marks.ticks = digitsOfDecades(scale, {1}, tickAt);
+    if (scale.factor * tickAt < leastTickDistance) marks.ticks = numbered;
+    marks.smallTicks = smallLogTicks(axis, scale, marks.ticks, tickAt);
+    return marks;
+}
+
+// Less than two decades: numbers at the digits 1, 2 and 5, or at all digits that fit.
+static AxisMarks digitMarks(const Axis &axis, const Scale &scale, const NumbersFit &fit) {
+    AxisMarks marks;
+    for (const auto &digits :
+         {std::initializer_list<int>{1, 2, 3, 4, 5, 6, 7, 8, 9},
+          std::initializer_list<int>{1, 2, 3, 5, 7}, std::initializer_list<int>{1, 2, 5},
+          std::initializer_list<int>{1, 3}, std::initializer_list<int>{1}}) {
+        marks.ticks = digitsOfDecades(scale, digits);
+        marks.numbers = logNumbersAt(marks.ticks, axis);
+        if (fit(marks.numbers)) break;
+    }
+    marks.numbers = thinned(marks.numbers, 0, fit);
+    marks.smallTicks = smallLogTicks(axis, scale, marks.ticks, 1);
+    return marks;
+}
+
+static AxisMarks logarithmicMarks(const Axis &axis, const Scale &scale, double spacing,
+                                  const NumbersFit &fit) {
+    const double decades = scale.length / scale.factor;
+    if (decades < 0.7) return linearMarks(axis, scale, spacing, fit);
+    if (decades < 2 && axis.logNumbersAt < 1 && axis.logTicksAt < 1) {
+        AxisMarks marks = digitMarks(axis, scale, fit);
+        if (marks.numbers.size() > 1) return marks;
+    }
+    return decadeMarks(axis, scale, spacing, fit);
+}
+
+AxisMarks marksOf(const Axis &axis, const Scale &scale, double spacing, const NumbersFit &fit) {
+    const double density = limited(axis.labelDensity, 0.1, 10, 1);
+    return scale.logarithmic ? logarithmicMarks(axis, scale, spacing / density, fit)
+                             : linearMarks(axis, scale, spacing / density, fit);
+}
+
+} // namespace plotwerk

@@ -1,0 +1,139 @@
+#include "plotwerk/drawing/tiff.h"
+
+#include "plotwerk/refusal.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <tiffio.h>
+#include <vector>
+
+namespace plotwerk {
+
+static constexpr double dpi = 300;
+static constexpr int rowsAtOnce = 256; // drawn and compressed together, so that memory stays small
+
+namespace {
+
+// A file in memory, as libtiff wants it.
+struct MemoryFile {
+    std::string bytes;
+    size_t place = 0;
+};
+
+} // namespace
+
+static tmsize_t readFile(thandle_t handle, void *data, tmsize_t size) {
+    auto &file = *static_cast<MemoryFile *>(handle);
+    const size_t from = std::min(file.place, file.bytes.size());
+    const size_t count = std::min(file.bytes.size() - from, static_cast<size_t>(size));
+    std::memcpy(data, file.bytes.data() + from, count);
+    file.place += count;
+    return static_cast<tmsize_t>(count);
+}
+
+static tmsize_t writeFile(thandle_t handle, void *data, tmsize_t size) {
+    auto &file = *static_cast<MemoryFile *>(handle);
+    const auto count = static_cast<size_t>(size);
+    if (file.place + count > file.bytes.size()) file.bytes.resize(file.place + count);
+    std::memcpy(file.bytes.data() + file.place, data, count);
+    file.place += count;
+    return size;
+}
+
+static toff_t seekFile(thandle_t handle, toff_t offset, int whence) {
+    auto &file = *static_cast<MemoryFile *>(handle);
+    if (whence == SEEK_CUR) offset += file.place;
+    if (whence == SEEK_END) offset += file.bytes.size();
+    file.place = offset;
+    return offset;
+}
+
+static toff_t fileSize(thandle_t handle) {
+    return static_cast<MemoryFile *>(handle)->bytes.size();
+}
+
+static int closeFile(thandle_t) {
+    return 0;
+}
+
+static void setFields(TIFF *tiff, int width, int height) {
+    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, static_cast<uint32_t>(width));
+    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, static_cast<uint32_t>(height));
+    TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8);
+    TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, 3);
+    TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
+    TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_LZW);
+    TIFFSetField(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
+    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<uint32_t>(rowsAtOnce));
+    TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
+    TIFFSetField(tiff, TIFFTAG_XRESOLUTION, dpi);
+    TIFFSetField(tiff, TIFFTAG_YRESOLUTION, dpi);
+}
+
+// The rows from `top` on as red, green, blue.
+static std::vector<unsigned char> drawnRows(cairo_surface_t *recording, int width, int top,
+                                            int rows) {
+    const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, rows));
+    const Context cr(cairo_create(surface.get()));
+    cairo_set_source_rgb(cr.get(), 1, 1, 1);
+    cairo_paint(cr.get());
+    cairo_translate(cr.get(), 0, -top);
+    cairo_scale(cr.get(), dpi / 72, dpi / 72);
+    cairo_set_source_surface(cr.get(), recording, 0, 0);
+    cairo_paint(cr.get());
+    requireDrawn(cairo_status(cr.get()));
+    cairo_surface_flush(surface.get());
+
+    const unsigned char *pixels = cairo_image_surface_get_data(surface.get());
+    const int stride = cairo_image_surface_get_stride(surface.get());
+    std::vector<unsigned char> rgb;
+    rgb.reserve(static_cast<size_t>(width) * rows * 3);
+    for (int y = 0; y < rows; ++y) {
+        for (int x = 0; x < width; ++x) {
+            uint32_t pixel = 0;
+            std::memcpy(&pixel, pixels + static_cast<size_t>(y) * stride + 4 * x, 4);
+            rgb.push_back(static_cast<unsigned char>(pixel >> 16));
+            rgb.push_back(static_cast<unsigned char>(pixel >> 8));
+            rgb.push_back(static_cast<unsigned char>(pixel));
+        }
+    }
+    return rgb;
+}
+
+std::string tiffOfPicture(const Picture &picture) {
+    const double pageWidth = picture.page().width();
+    const double pageHeight = picture.page().height();
+    const int width = static_cast<int>(std::ceil(pageWidth * dpi / 72));
+    const int height = static_cast<int>(std::ceil(pageHeight * dpi / 72));
+
+    const cairo_rectangle_t extents{0, 0, pageWidth, pageHeight};
+    const Surface recording(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents));
+    const Context cr(cairo_create(recording.get()));
+    picture.drawOn(cr.get());
+    requireDrawn(cairo_status(cr.get()));
+
+    MemoryFile file;
+    std::unique_ptr<TIFF, decltype(&TIFFClose)> tiff(TIFFClientOpen("picture", "w", &file, readFile,
+                                                                    writeFile, seekFile, closeFile,
+                                                                    fileSize, nullptr, nullptr),
+                                                     &TIFFClose);
+    if (!tiff) throw Refusal("the picture can't be made a TIFF file");
+
+    setFields(tiff.get(), width, height);
+    bool written = true;
+    for (int top = 0; top < height && written; top += rowsAtOnce) {
+        std::vector<unsigned char> rgb =
+            drawnRows(recording.get(), width, top, std::min(rowsAtOnce, height - top));
+        written = TIFFWriteEncodedStrip(tiff.get(), static_cast<uint32_t>(top / rowsAtOnce),
+                                        rgb.data(), static_cast<tmsize_t>(rgb.size())) >= 0;
+    }
+    tiff.reset(); // writes the directory
+    if (!written) throw Refusal("the picture can't be made a TIFF file");
+    return std::move(file.bytes);
+}
+
+} // namespace plotwerk

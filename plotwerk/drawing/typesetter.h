@@ -1,0 +1,53 @@
+// typesetter.h - texts set in type: measured, and drawn with cairo.
+#ifndef PLOTWERK_DRAWING_TYPESETTER_H
+#define PLOTWERK_DRAWING_TYPESETTER_H
+
+#include "plotwerk/drawing/geometry.h"
+#include "plotwerk/drawing/richText.h"
+
+#include <memory>
+#include <pango/pangocairo.h>
+
+namespace plotwerk {
+
+struct GObjectUnref {
+    void operator()(gpointer object) const { g_object_unref(object); }
+};
+
+// One text, ready to be drawn. Its box is that of the ink, relative to the beginning of its first
+// base line; empty for a text that shows nothing.
+class SetText {
+  public:
+    SetText(PangoContext *context, const RichText &text, double size, double wrapWidth, int lines);
+
+    const Box &ink() const { return inkBox; }
+
+    Point middleOfInk() const;
+
+    // Draws in cairo's current colour, turned counter-clockwise by an angle in degrees, with the
+    // anchor, a point of the text's own coordinates, at the given place.
+    void draw(cairo_t *cr, Point place, double angle, Point anchor) const;
+
+  private:
+    std::unique_ptr<PangoLayout, GObjectUnref> layout;
+    Box inkBox;
+};
+
+// The font of pictures, in which glyphs keep their exact widths on every device.
+class Typesetter {
+  public:
+    Typesetter();
+
+    // On one line, size in points.
+    SetText line(const RichText &text, double size) const;
+
+    // Centred lines, broken at the width; what doesn't fit into so many lines ends in an ellipsis.
+    SetText paragraph(const RichText &text, double size, double width, int lines) const;
+
+  private:
+    std::unique_ptr<PangoContext, GObjectUnref> context;
+};
+
+} // namespace plotwerk
+
+#endif

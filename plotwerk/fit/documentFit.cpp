@@ -1,0 +1,218 @@
+#include "plotwerk/fit/documentFit.h"
+
+#include "plotwerk/fit/parameterList.h"
+#include "plotwerk/formula/formula.h"
+#include "plotwerk/model/curves.h"
+#include "plotwerk/model/exchange.h"
+#include "plotwerk/model/palette.h"
+#include "plotwerk/model/ranges.h"
+#include "plotwerk/refusal.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <utility>
+
+namespace plotwerk {
+
+void setFormula(Document &document, const std::string &text) {
+    const Formula formula(text);
+    if (text == document.formula) return;
+
+    std::vector<FitParameter> parameters =
+        parametersNamed(formula.parameterNames(), document.parameters);
+    for (FitParameter &parameter : parameters) parameter.error = unset;
+    document.formula = text;
+    document.parameters = std::move(parameters);
+    document.fit = {};
+    document.changed = true;
+}
+
+void setParameters(Document &document, const std::string &list) {
+    readParameterList(list, document.parameters);
+    document.changed = true;
+}
+
+static Formula formulaOf(const Document &document) {
+    if (document.formula.empty()) throw Refusal("no formula in \"" + document.name + '"');
+    return Formula(document.formula);
+}
+
+static std::vector<double> valuesOf(const std::vector<FitParameter> &parameters) {
+    std::vector<double> values;
+    for (const FitParameter &parameter : parameters) values.push_back(parameter.value);
+    return values;
+}
+
+static CurveRef curveToFit(const Document &document) {
+    std::vector<CurveRef> curves = curvesOf(document);
+    for (const CurveRef &curve : curves)
+        if (columnOf(document, curve).fitData) return curve;
+
+    const auto isDrawnByFit = [&](const CurveRef &curve) {
+        return columnOf(document, curve).drawnByFit;
+    };
+    std::vector<CurveRef> selected = selectedCurves(document);
+    std::erase_if(selected, isDrawnByFit);
+    if (!selected.empty()) return selected.front();
+    std::erase_if(curves, isDrawnByFit);
+    if (curves.size() != 1) throw Refusal("no curve is fit data or selected");
+    return curves.front();
+}
+
+static FitData dataOf(const Document &document, const CurveRef &curve) {
+    const Table &table = tableOf(document, curve);
+    const Column &column = columnOf(document, curve);
+    FitData data{table.x.values, column.values, {}, document.fitRange};
+    if (const Column *errors = yErrorOf(table, column)) data.errors = errors->values;
+    return data;
+}
+
+// The limits between which the formula is drawn: of the points where the fit range leaves them.
+static Range drawnRange(const FitData &data) {
+    Range range;
+    for (std::size_t i = 0; i < data.x.size(); ++i) {
+        const double x = data.x[i];
+        if (!std::isfinite(x) || !std::isfinite(data.y[i])) continue;
+        if (x < data.range.min || x > data.range.max) continue;
+        range = {std::fmin(range.min, x), std::fmax(range.max, x)};
+    }
+    if (!std::isnan(data.range.min)) range.min = data.range.min;
+    if (!std::isnan(data.range.max)) range.max = data.range.max;
+    return range;
+}
+
+// As many points as the data have, within limits, evenly along the axis: peaks that the data
+// resolve are seen.
+static std::vector<double> samplesOf(const Range &range, int points, bool logarithmic) {
+    const int n = std::clamp(points, 500, 10'000);
+    if (!(range.min < range.max)) return {range.min};
+
+    const bool inDecades = logarithmic && range.min > 0;
+    std::vector<double> x;
+    x.reserve(n);
+    for (int i = 0; i < n; ++i) {
+        const double part = static_cast<double>(i) / (n - 1);
+        x.push_back(inDecades ? std::exp(std::lerp(std::log(range.min), std::log(range.max), part))
+                              : std::lerp(range.min, range.max, part));
+    }
+    x.front() = range.min;
+    x.back() = range.max;
+    return x;
+}
+
+static Table tableOfFit(const Document &document, const CurveRef &fitted, const Formula &formula,
+                        const std::vector<FitParameter> &parameters, int points) {
+    const CurveLook &look = columnOf(document, fitted).look;
+    const AxisCode axis = look.upperX ? upperXAxis : xAxis;
+    Table table;
+    table.x.name = tableOf(document, fitted).x.name;
+    table.x.values =
+        samplesOf(drawnRange(dataOf(document, fitted)), points, document.axes[axis].logarithmic);
+    Column &column = table.y.emplace_back();
+    column.name = "Fit";
+    column.drawnByFit = true;
+    column.look = lookOfNewCurve(numberOfCurves(document));
+    column.look.upperX = look.upperX;
+    column.look.rightY = look.rightY;
+    for (const CurveRef &curve : curvesOf(document))
+        column.look.layer = std::max(column.look.layer, columnOf(document, curve).look.layer);
+    column.values.resize(table.x.values.size());
+    formula.evaluate(table.x.values, {}, valuesOf(parameters), column.values);
+    return table;
+}
+
+// Puts the curve into the place of that of the last fit, or into a new source.
+static void show(Table table, const CurveRef &fitted, Document &document) {
+    Column &drawn = table.y.front();
+    for (const CurveRef &curve : curvesOf(document)) {
+        Column &old = columnOf(document, curve);
+        if (!old.drawnByFit) continue;
+        Table &place = tableOf(document, curve);
+        if (curve == fitted || place.y.size() > 1) {
+            old.drawnByFit = false; // the user's own from now on
+            continue;
+        }
+        drawn.name = old.name;
+        drawn.look = old.look;
+        drawn.marked = old.marked;
+        drawn.place = old.place;
+        place = std::move(table);
+        return;
+    }
+    std::vector<std::string> taken;
+    for (const Source &source : document.sources) taken.push_back(source.name);
+    Source source{freeName("Fit", taken), {}};
+    source.tables.push_back(std::move(table));
+    document.sources.push_back(std::move(source));
+}
+
+FitOutcome fitDocument(Document &document) {
+    const Formula formula = formulaOf(document);
+    const CurveRef fitted = curveToFit(document);
+    std::vector<FitParameter> parameters = document.parameters;
+    FitOutcome outcome = fit(formula, dataOf(document, fitted), parameters);
+    if (outcome.status != fitConverged) return outcome;
+
+    show(tableOfFit(document, fitted, formula, parameters, outcome.result.points), fitted,
+         document);
+    document.parameters = std::move(parameters);
+    document.fit = outcome.result;
+    document.changed = true;
+    return outcome;
+}
+
+void modifySelection(Document &document, bool yData) {
+    std::vector<CurveRef> curves = requireSelection(document);
+    if (!yData) curves = firstOfEachTable(curves);
+    const Formula formula = formulaOf(document);
+    const std::vector<double> parameters = valuesOf(document.parameters);
+
+    struct Modified {
+        ValidPoints points;
+        std::vector<double> values;
+    };
+    std::vector<Modified> modified;
+    for (const CurveRef &curve : curves) {
+        Modified each{validPoints(tableOf(document, curve), columnOf(document, curve)), {}};
+        const auto n = static_cast<std::size_t>(each.points.n);
+        each.values.resize(n);
+        formula.evaluate({each.points.x.get(), n}, {each.points.y.get(), n}, parameters,
+                         each.values);
+        modified.push_back(std::move(each));
+    }
+
+    for (std::size_t i = 0; i < curves.size(); ++i) {
+        Table &table = tableOf(document, curves[i]);
+        Column &column = yData ? columnOf(document, curves[i]) : table.x;
+        for (std::size_t k = 0; k < modified[i].values.size(); ++k)
+            column.values[modified[i].points.row[k]] = modified[i].values[k];
+        if (!yData) table.xOrder = {};
+    }
+    document.changed = true;
+}
+
+static std::optional<double> limitNamed(const Document &document, const std::string &name) {
+    static constexpr struct {
+        const char *min, *max;
+        AxisCode axis;
+    } axes[] = {{"xmin", "xmax", xAxis},
+                {"ymin", "ymax", yAxis},
+                {"x2min", "x2max", upperXAxis},
+                {"y2min", "y2max", rightYAxis}};
+    for (const auto &row : axes) {
+        if (name == row.min) return rangeOf(document, row.axis).min;
+        if (name == row.max) return rangeOf(document, row.axis).max;
+    }
+    if (name == "fitmin") return fitRangeOf(document).min;
+    if (name == "fitmax") return fitRangeOf(document).max;
+    return std::nullopt;
+}
+
+std::string variableOf(const Document &document, const std::string &name) {
+    if (const auto text = fitVariable(name, document.parameters, document.fit)) return *text;
+    if (const auto limit = limitNamed(document, name)) return allDigits(*limit);
+    throw Refusal("no variable \"" + name + '"');
+}
+
+} // namespace plotwerk

@@ -1,0 +1,58 @@
+// residuals.h - what a least-squares fit minimises: formula against data, with exact derivatives.
+#ifndef PLOTWERK_FIT_RESIDUALS_H
+#define PLOTWERK_FIT_RESIDUALS_H
+
+#include "plotwerk/fit/rowReduction.h"
+#include "plotwerk/formula/evaluator.h"
+#include "plotwerk/formula/formula.h"
+
+#include <vector>
+
+namespace plotwerk {
+
+// The points of a fit: all finite, the vectors of one length; weight is empty (all 1) or 1 / error.
+struct FitPoints {
+    std::vector<double> x;
+    std::vector<double> y;
+    std::vector<double> weight;
+};
+
+// The residuals r = weight * (y - f(x; b)) as a function of the free parameters b, and J, the
+// derivatives of weight * f by them. Takes memory for one block of points, however many there are.
+// Real is double or long double. What it was made from must outlive it.
+template<class Real> class Residuals {
+  public:
+    // parameters: all of the formula's; free: the indexes of those that b holds.
+    Residuals(const Formula &formula, const FitPoints &fitted,
+              const std::vector<double> &parameters, const std::vector<int> &free);
+
+    int points() const { return static_cast<int>(data.x.size()); }
+    int parameters() const { return static_cast<int>(free.size()); }
+
+    // Reduces J | r to a triangle, and returns the sum of the squared residuals; NaN when there is
+    // a residual or a derivative without a finite value.
+    Real linearise(const std::vector<Real> &b, RowReduction<Real> &triangle);
+
+    // A triangle of the size that linearise() fills.
+    RowReduction<Real> newTriangle() const { return {parameters(), evaluator.blockSize()}; }
+
+    // J' times the second derivative of weight * f along v, from the difference between f at
+    // b + reach * v and the tangent there (Transtrum and Sethna, arXiv:1201.5885).
+    std::vector<Real> bend(const std::vector<Real> &b, const std::vector<Real> &v, Real reach);
+
+    // Euclidean length of the weighted data.
+    Real dataLength() const;
+
+  private:
+    void setParameters(Evaluator<Real> &to, const std::vector<Real> &b);
+
+    const FitPoints &data;
+    std::vector<int> free;
+    std::vector<Real> all; // parameters, the free ones overwritten by b
+    Evaluator<Real> evaluator;
+    Evaluator<Real> ahead; // at b + reach * v
+};
+
+} // namespace plotwerk
+
+#endif

@@ -1,0 +1,84 @@
+#include "plotwerk/formula/evaluator.h"
+
+#include "plotwerk/formula/kernels.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace plotwerk {
+
+// As many points as keep a formula of common length in the second-level cache.
+static int blockFor(std::size_t instructions) {
+    return static_cast<int>(std::clamp<std::size_t>(8192 / (instructions + 1), 8, 256));
+}
+
+template<class Real>
+Evaluator<Real>::Evaluator(const Tape &formula)
+    : tape(&formula),
+      block(blockFor(formula.instructions.size())),
+      values_(formula.instructions.size() * block) {
+    for (int k = 0; const Instruction &instruction : tape->instructions) {
+        if (instruction.operation == Operation::constant)
+            std::fill_n(valueOf(k), block, static_cast<Real>(tape->constants[instruction.index]));
+        k++;
+    }
+}
+
+template<class Real>
+void Evaluator<Real>::compute(const Instruction &instruction, Real *out, int n) {
+    const auto [a, b, c] = instruction.operands;
+    computeValues<Real>(instruction.operation, {valueOrNull(a), valueOrNull(b), valueOrNull(c)},
+                        out, n);
+}
+
+template<class Real> void Evaluator<Real>::setParameters(std::span<const Real> parameters) {
+    for (int k = 0; const Instruction &instruction : tape->instructions) {
+        Real *out = valueOf(k++);
+        if (instruction.varying || instruction.operation == Operation::constant) continue;
+
+        // the same at every point: computed once, for whole blocks
+        if (instruction.operation == Operation::parameter)
+            *out = parameters[instruction.index];
+        else
+            compute(instruction, out, 1);
+        std::fill_n(out + 1, block - 1, *out);
+    }
+}
+
+template<class Real> const Real *Evaluator<Real>::values(const double *x, const double *y, int n) {
+    points = n;
+    for (int k = 0; const Instruction &instruction : tape->instructions) {
+        Real *out = valueOf(k++);
+        if (instruction.operation == Operation::variableX)
+            std::copy_n(x, n, out);
+        else if (instruction.operation == Operation::variableY)
+            std::copy_n(y, n, out);
+        else if (instruction.varying)
+            compute(instruction, out, n);
+    }
+    return valueOf(tape->result);
+}
+
+template<class Real> void Evaluator<Real>::differentiate() {
+    adjoints.assign(values_.size(), 0);
+    std::fill_n(adjointOf(tape->result), points, Real(1));
+
+    for (int k = tape->result; k >= 0; k--) {
+        const Instruction &instruction = tape->instructions[k];
+        if (!instruction.active || instruction.operation == Operation::parameter) continue;
+
+        std::array<const Real *, 3> from{};
+        std::array<Real *, 3> to{};
+        for (int o = 0; o < 3; o++) {
+            const int operand = instruction.operands[o];
+            from[o] = valueOrNull(operand);
+            if (operand >= 0 && tape->instructions[operand].active) to[o] = adjointOf(operand);
+        }
+        handDownAdjoints<Real>(instruction.operation, from, valueOf(k), adjointOf(k), to, points);
+    }
+}
+
+template class Evaluator<double>;
+template class Evaluator<long double>;
+
+} // namespace plotwerk

@@ -1,0 +1,50 @@
+// evaluator.h - runs a tape over blocks of points.
+#ifndef PLOTWERK_FORMULA_EVALUATOR_H
+#define PLOTWERK_FORMULA_EVALUATOR_H
+
+#include "plotwerk/formula/tape.h"
+
+#include <span>
+#include <vector>
+
+namespace plotwerk {
+
+// Values, and exact derivatives by all parameters in one backward run (reverse accumulation), at up
+// to blockSize() points at a time. Nothing is allocated after construction. Real is double or
+// long double. The tape must outlive the evaluator.
+template<class Real> class Evaluator {
+  public:
+    explicit Evaluator(const Tape &formula);
+
+    int blockSize() const { return block; }
+
+    // To be called before values(). One number per parameter of the tape.
+    void setParameters(std::span<const Real> parameters);
+
+    // The formula at n <= blockSize() points; valid until the next call. y may be null when the
+    // formula does not use it.
+    const Real *values(const double *x, const double *y, int n);
+
+    // Derivatives at the points of the last values(), to be had by derivative(j).
+    void differentiate();
+
+    // The derivatives by parameter j, one for each point.
+    const Real *derivative(int j) const { return adjointOf(tape->parameters[j]); }
+
+  private:
+    void compute(const Instruction &instruction, Real *out, int n);
+    Real *valueOf(int k) { return values_.data() + static_cast<long>(k) * block; }
+    const Real *valueOrNull(int k) { return k < 0 ? nullptr : valueOf(k); }
+    Real *adjointOf(int k) { return adjoints.data() + static_cast<long>(k) * block; }
+    const Real *adjointOf(int k) const { return adjoints.data() + static_cast<long>(k) * block; }
+
+    const Tape *tape;
+    int block;
+    int points = 0;
+    std::vector<Real> values_;
+    std::vector<Real> adjoints;
+};
+
+} // namespace plotwerk
+
+#endif

@@ -1,0 +1,27 @@
+// kernels.h - values and derivatives of the formula's operations over a block of points.
+#ifndef PLOTWERK_FORMULA_KERNELS_H
+#define PLOTWERK_FORMULA_KERNELS_H
+
+#include "plotwerk/formula/tape.h"
+
+#include <array>
+
+namespace plotwerk {
+
+// out[i] = operation(from[0][i], from[1][i], from[2][i]) for 0 <= i < n. NaN in gives NaN out, but
+// for comparisons, which are false (!= true) as in C. Only for operations that have operands.
+template<class Real>
+void computeValues(Operation operation, std::array<const Real *, 3> from, Real *out, int n);
+
+// Adds to the adjoints of the operands what the adjoint of the result hands down:
+// to[k][i] += adjoint[i] * d out / d from[k] at point i, wherever to[k] isn't null. An adjoint of 0
+// hands down nothing, even through an infinite derivative: the branch that `if` did not take, and
+// the smaller argument of max, have no say. Steps and corners (floor, sign, comparisons, abs at 0)
+// have the derivative 0.
+template<class Real>
+void handDownAdjoints(Operation operation, std::array<const Real *, 3> from, const Real *out,
+                      const Real *adjoint, std::array<Real *, 3> to, int n);
+
+} // namespace plotwerk
+
+#endif

@@ -1,0 +1,303 @@
+#include "plotwerk/formula/parser.h"
+
+#include "plotwerk/refusal.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+namespace plotwerk {
+
+constexpr int deepest = 200;   // signs, parentheses and exponents inside each other
+constexpr int longest = 10000; // instructions
+
+namespace {
+
+struct Function {
+    std::string_view name;
+    Operation operation;
+    std::size_t arguments;
+};
+
+constexpr Function functions[] = {
+    {"exp", Operation::exp, 1},     {"expm1", Operation::expm1, 1},
+    {"log", Operation::log, 1},     {"ln", Operation::log, 1},
+    {"log1p", Operation::log1p, 1}, {"log2", Operation::log2, 1},
+    {"log10", Operation::log10, 1}, {"sqrt", Operation::sqrt, 1},
+    {"sin", Operation::sin, 1},     {"cos", Operation::cos, 1},
+    {"tan", Operation::tan, 1},     {"asin", Operation::asin, 1},
+    {"acos", Operation::acos, 1},   {"atan", Operation::atan, 1},
+    {"sinh", Operation::sinh, 1},   {"cosh", Operation::cosh, 1},
+    {"tanh", Operation::tanh, 1},   {"abs", Operation::abs, 1},
+    {"sign", Operation::sign, 1},   {"floor", Operation::floor, 1},
+    {"ceil", Operation::ceil, 1},   {"round", Operation::round, 1},
+    {"erf", Operation::erf, 1},     {"erfc", Operation::erfc, 1},
+    {"gamma", Operation::gamma, 1}, {"lgamma", Operation::lgamma, 1},
+    {"pow", Operation::power, 2},   {"atan2", Operation::atan2, 2},
+    {"min", Operation::minimum, 2}, {"max", Operation::maximum, 2},
+    {"if", Operation::choose, 3},
+};
+
+const Function *functionNamed(std::string_view name) {
+    const Function *found = std::ranges::find(functions, name, &Function::name);
+    return found == std::end(functions) ? nullptr : found;
+}
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+unsigned char byteAt(std::string_view text, std::size_t at) {
+    return at < text.size() ? static_cast<unsigned char>(text[at]) : 0;
+}
+
+// Bytes of the letter (or _) at a position, 0 when there is none. Of what UTF-8 writes in two
+// bytes: U+00B5 (micro) and U+00C0..U+052F but for the signs of multiplication and division.
+std::size_t letterLength(std::string_view text, std::size_t at) {
+    const unsigned char first = byteAt(text, at);
+    if ((first >= 'a' && first <= 'z') || (first >= 'A' && first <= 'Z') || first == '_') return 1;
+
+    const unsigned char second = byteAt(text, at + 1);
+    if (first < 0xC2 || first > 0xDF || (second & 0xC0) != 0x80) return 0;
+    const int code = (first & 0x1F) << 6 | (second & 0x3F);
+    const bool letter = code == 0xB5 || (code >= 0xC0 && code <= 0x52F);
+    return letter && code != 0xD7 && code != 0xF7 ? 2 : 0;
+}
+
+bool isContinuation(char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+// The character at a position as a message shows it.
+std::string shown(std::string_view text, std::size_t at) {
+    if (byteAt(text, at) < ' ' || byteAt(text, at) == 127) return "a control character";
+    std::string character = "'";
+    do {
+        character += text[at++];
+    } while (at < text.size() && isContinuation(text[at]));
+    return character += "'";
+}
+
+} // namespace
+
+class Parser::Nested {
+  public:
+    explicit Nested(Parser &p) : parser(p) {
+        if (++parser.depth > deepest) parser.refuse("nested too deeply", parser.place);
+    }
+    ~Nested() { parser.depth--; }
+    Nested(const Nested &) = delete;
+    Nested &operator=(const Nested &) = delete;
+
+  private:
+    Parser &parser;
+};
+
+void Parser::refuse(const std::string &what, std::size_t at) const {
+    at = std::min(at, text.size());
+    const std::string_view before = text.substr(0, at);
+    const auto line = std::ranges::count(before, '\n') + 1;
+    const std::size_t lineStart = before.rfind('\n') + 1; // npos + 1 is 0
+    const auto column =
+        std::ranges::count_if(before.substr(lineStart), [](char c) { return !isContinuation(c); }) +
+        1;
+    throw Refusal("formula, line " + std::to_string(line) + ", column " + std::to_string(column) +
+                  ": " + what);
+}
+
+void Parser::skipBlanks() {
+    while (peek() == ' ' || peek() == '\t' || peek() == '\r') place++;
+}
+
+bool Parser::take(std::string_view symbol) {
+    skipBlanks();
+    if (!text.substr(place).starts_with(symbol)) return false;
+    place += symbol.size();
+    return true;
+}
+
+void Parser::expect(std::string_view symbol) {
+    if (!take(symbol)) refuse("expected '" + std::string(symbol) + "'", place);
+}
+
+// Empty when no name begins here.
+std::string_view Parser::name() {
+    const std::size_t start = place;
+    while (std::size_t length = letterLength(text, place)) {
+        place += length;
+        while (isDigit(peek())) place++;
+    }
+    return text.substr(start, place - start);
+}
+
+void Parser::checkLength() const {
+    if (builder.size() >= longest) refuse("formula too long", place);
+}
+
+int Parser::apply(Operation operation, int a, int b, int c) {
+    checkLength();
+    return builder.apply(operation, {a, b, c});
+}
+
+Tape Parser::parse() {
+    while (place < text.size()) {
+        line();
+        if (place < text.size()) place++;
+    }
+    if (result < 0) refuse("no expression", place);
+    return builder.finish(result);
+}
+
+// [name =] expression. The value of the line before becomes a helper now that it isn't the last.
+void Parser::line() {
+    skipBlanks();
+    if (atLineEnd()) return;
+
+    if (result >= 0) {
+        if (target.empty()) refuse("only the last line may do without \"name =\"", targetAt);
+        if (target == "y") refuse("only the last line may assign to y", targetAt);
+        helpers.emplace(target, result);
+    }
+
+    targetAt = place;
+    target = name();
+    skipBlanks();
+    if (target.empty() || peek() != '=' || peek(1) == '=') {
+        place = targetAt;
+        target.clear();
+    } else {
+        if (target == "x" || target == "pi" || functionNamed(target))
+            refuse(target + " cannot be assigned to", targetAt);
+        if (helpers.contains(target)) refuse(target + " has a value already", targetAt);
+        place++;
+    }
+
+    result = expression();
+    if (!atLineEnd()) refuse("expected an operator, not " + shown(text, place), place);
+    if (parameters.contains(target)) refuse(target + " is used before it is assigned", targetAt);
+}
+
+int Parser::expression() {
+    int value = conjunction();
+    while (take("||")) value = apply(Operation::logicalOr, value, conjunction());
+    return value;
+}
+
+int Parser::conjunction() {
+    int value = comparison();
+    while (take("&&")) value = apply(Operation::logicalAnd, value, comparison());
+    return value;
+}
+
+int Parser::comparison() {
+    static constexpr struct {
+        std::string_view symbol;
+        Operation operation;
+    } comparisons[] = {{"<=", Operation::lessEqual}, {">=", Operation::greaterEqual},
+                       {"==", Operation::equal},     {"!=", Operation::notEqual},
+                       {"<", Operation::less},       {">", Operation::greater}};
+
+    const int value = sum();
+    for (const auto &[symbol, operation] : comparisons)
+        if (take(symbol)) return apply(operation, value, sum());
+    return value;
+}
+
+int Parser::sum() {
+    int value = product();
+    for (;;) {
+        if (take("+"))
+            value = apply(Operation::add, value, product());
+        else if (take("-"))
+            value = apply(Operation::subtract, value, product());
+        else
+            return value;
+    }
+}
+
+int Parser::product() {
+    int value = signedValue();
+    for (;;) {
+        if (take("*"))
+            value = apply(Operation::multiply, value, signedValue());
+        else if (take("/"))
+            value = apply(Operation::divide, value, signedValue());
+        else
+            return value;
+    }
+}
+
+// Whatever nests passes through here.
+int Parser::signedValue() {
+    const Nested nested(*this);
+    if (take("-")) return apply(Operation::negate, signedValue());
+    if (take("+")) return signedValue();
+    if (take("!")) return apply(Operation::logicalNot, signedValue());
+    return power();
+}
+
+int Parser::power() {
+    const int base = primary();
+    return take("^") ? apply(Operation::power, base, signedValue()) : base;
+}
+
+int Parser::primary() {
+    if (take("(")) {
+        const int value = expression();
+        expect(")");
+        return value;
+    }
+    if (isDigit(peek()) || (peek() == '.' && isDigit(peek(1)))) return number();
+    if (letterLength(text, place) > 0) return named();
+    if (atLineEnd()) refuse("expected a value", place);
+    refuse("expected a value, not " + shown(text, place), place);
+}
+
+int Parser::number() {
+    long double value = 0;
+    const char *start = text.data() + place;
+    const auto [end, error] = std::from_chars(start, text.data() + text.size(), value);
+    if (error != std::errc() || value > std::numeric_limits<double>::max())
+        refuse("number out of range", place);
+    place += static_cast<std::size_t>(end - start);
+    checkLength();
+    return builder.constant(value);
+}
+
+int Parser::named() {
+    const std::size_t at = place;
+    const std::string_view word = name();
+    if (take("(")) return call(word, at);
+
+    if (word == "x") return builder.variable(Operation::variableX);
+    if (word == "y") return builder.variable(Operation::variableY);
+    if (word == "pi") return builder.constant(std::numbers::pi_v<long double>);
+    if (const auto helper = helpers.find(word); helper != helpers.end()) return helper->second;
+    if (functionNamed(word)) refuse(std::string(word) + " needs its arguments in parentheses", at);
+    return parameter(word);
+}
+
+// The arguments, from behind the opening parenthesis.
+int Parser::call(std::string_view word, std::size_t at) {
+    const Function *function = functionNamed(word);
+    if (function == nullptr) refuse("no function " + std::string(word), at);
+
+    Operands operands{-1, -1, -1};
+    for (std::size_t k = 0; k < function->arguments; k++) {
+        if (k > 0) expect(",");
+        operands[k] = expression();
+    }
+    expect(")");
+    return apply(function->operation, operands[0], operands[1], operands[2]);
+}
+
+int Parser::parameter(std::string_view word) {
+    if (const auto known = parameters.find(word); known != parameters.end()) return known->second;
+    checkLength();
+    names.emplace_back(word);
+    return parameters.emplace(word, builder.newParameter()).first->second;
+}
+
+} // namespace plotwerk

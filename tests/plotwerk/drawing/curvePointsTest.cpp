@@ -1,0 +1,73 @@
+#include "plotwerk/drawing/curvePoints.h"
+#include "tests/plotwerk/drawing/samples.h"
+
+#include <gtest/gtest.h>
+
+using namespace plotwerk;
+
+namespace {
+
+// The y values that are drawn for the only curve, as values, NaN at breaks.
+std::vector<double> drawnValues(const Document &document) {
+    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+    const Typesetter typesetter;
+    const PlacedFrame frame = frameOf(document, curves, typesetter);
+    std::vector<double> values;
+    for (const Point &p : interpolatedPath(pointsOnPaper(curves[0], frame), curves[0], frame)) {
+        const Scale &scale = frame.axes[yAxis].scale;
+        const double along = (frame.height - p.y) / scale.factor;
+        values.push_back(scale.logarithmic ? scale.min * std::pow(10, along) : scale.min + along);
+    }
+    return values;
+}
+
+void expectNear(const std::vector<double> &got, const std::vector<double> &want) {
+    ASSERT_EQ(got.size(), want.size());
+    for (size_t i = 0; i < got.size(); ++i) {
+        if (std::isnan(want[i]))
+            EXPECT_TRUE(std::isnan(got[i])) << i;
+        else
+            EXPECT_NEAR(got[i], want[i], 1e-9) << i; // positions are rounded on their way
+    }
+}
+
+} // namespace
+
+TEST(CurvePoints, AreTheRowsOrMeansOfThem) {
+    Document document = documentWith({0, 1, 2, unset, 4, 5}, {3, unset, 5, 6, 7, INFINITY});
+    document.axes[yAxis].range = {0, 10};
+    expectNear(drawnValues(document), {3, unset, 5, unset, 7, unset});
+    onlyCurve(document).look.sum = 2;
+    expectNear(drawnValues(document), {4, 7});
+}
+
+TEST(CurvePoints, AreInterpolated) {
+    Document document = documentWith({0, 1, 2}, {0, 1, 0});
+    document.axes[yAxis].range = {-1, 2};
+    onlyCurve(document).look.interpolationPoints = 1;
+    expectNear(drawnValues(document), {0, 1, 0}); // straight: the lines are there already
+
+    // the natural cubic spline up to x = 1 is 3/2 x - 1/2 x^3
+    onlyCurve(document).look.interpolationType = 1;
+    expectNear(drawnValues(document), {0, 0.6875, 1, 0.6875, 0});
+
+    document.sources[0].tables[0].x.values = {0, 1, 1}; // no function of x
+    expectNear(drawnValues(document), {0, 0.5, 1, 0.5, 0});
+}
+
+TEST(CurvePoints, OfStraightLinesAreBentOnLogarithmicAxes) {
+    Document document = documentWith({0, 1, 2, 3}, {1, 100, -1, 5});
+    document.axes[yAxis].range = {1, 100};
+    document.axes[yAxis].logarithmic = true;
+    onlyCurve(document).look.interpolationPoints = 2;
+    expectNear(drawnValues(document), {1, 34, 67, 100, unset, 5});
+    document.axes[yAxis].reversed = true;
+    EXPECT_EQ(drawnValues(document).size(), 6u);
+}
+
+TEST(CurvePoints, BreakWhereXRunsBackwards) {
+    const Path there{{0, 0}, {2, 0}, {1, 0}, {3, 0}};
+    EXPECT_EQ(brokenOnReverse(there, false).size(), 5u);
+    EXPECT_TRUE(isBreak(brokenOnReverse(there, false)[2]));
+    EXPECT_EQ(brokenOnReverse(there, true).size(), 6u);
+}

@@ -1,0 +1,114 @@
+#include "tests/plotwerk/drawing/samples.h"
+
+#include "plotwerk/drawing/picture.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <random>
+#include <unistd.h>
+
+using plotwerk::Column;
+using plotwerk::Document;
+
+// Fontconfig keeps its font patterns until the process ends; nothing else may leak.
+extern "C" const char *__lsan_default_suppressions();  // NOLINT(bugprone-reserved-identifier)
+extern "C" const char *__lsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier)
+    return "leak:libfontconfig";
+}
+
+Document documentWith(const std::vector<double> &x, const std::vector<double> &y) {
+    plotwerk::Table table;
+    table.x.name = std::string("x");
+    table.x.values = x;
+    table.y.resize(1);
+    table.y[0].name = std::string("y");
+    table.y[0].values = y;
+    Document document;
+    document.sources.push_back({"Data", {table}});
+    return document;
+}
+
+Column &onlyCurve(Document &document) {
+    return document.sources[0].tables[0].y[0];
+}
+
+Document sineDocument() {
+    std::vector<double> x;
+    std::vector<double> y;
+    for (int i = 0; i < 200; ++i) {
+        x.push_back(i * 10.0 / 199);
+        y.push_back(std::sin(x.back()));
+    }
+    return documentWith(x, y);
+}
+
+Document noiseDocument(int points) {
+    std::mt19937 random(1);
+    std::normal_distribution<double> noise(0, 0.2);
+    std::vector<double> x;
+    std::vector<double> y;
+    for (int i = 0; i < points; ++i) {
+        x.push_back(i);
+        y.push_back(std::sin(10.0 * i / points) + noise(random));
+    }
+    return documentWith(x, y);
+}
+
+Document cloudDocument(int points) {
+    std::mt19937 random(1);
+    std::normal_distribution<double> normal;
+    std::vector<double> x;
+    std::vector<double> y;
+    for (int i = 0; i < points; ++i) {
+        x.push_back(normal(random));
+        y.push_back(normal(random));
+    }
+    return documentWith(x, y);
+}
+
+double inkedPart(const Document &document) {
+    const plotwerk::Picture picture(document);
+    const int width = static_cast<int>(document.frame.xAxisLength * 72 / 2.54);
+    const int height = static_cast<int>(document.frame.yAxisLength * 72 / 2.54);
+    const plotwerk::Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
+    const plotwerk::Context cr(cairo_create(surface.get()));
+    cairo_set_source_rgb(cr.get(), 1, 1, 1);
+    cairo_paint(cr.get());
+    // the frame's upper left corner to the image's
+    cairo_translate(cr.get(), picture.page().left, picture.page().top);
+    picture.drawOn(cr.get());
+    cairo_surface_flush(surface.get());
+
+    const unsigned char *pixels = cairo_image_surface_get_data(surface.get());
+    const int stride = cairo_image_surface_get_stride(surface.get());
+    constexpr int border = 8; // axes and ticks
+    int inked = 0;
+    for (int y = border; y < height - border; ++y)
+        for (int x = border; x < width - border; ++x)
+            if (pixels[y * stride + 4 * x + 1] < 128) ++inked;
+    return inked / (static_cast<double>(width - 2 * border) * (height - 2 * border));
+}
+
+std::string outputOf(const std::string &command, const std::string &bytes) {
+    std::string path = (std::filesystem::temp_directory_path() / "picture-XXXXXX").string();
+    const int file = mkstemp(path.data());
+    EXPECT_GE(file, 0);
+    close(file);
+    std::ofstream(path, std::ios::binary) << bytes;
+
+    std::string line = command;
+    line.replace(line.find("FILE"), 4, path);
+    std::string output;
+    FILE *pipe = popen((line + " 2>&1").c_str(), "r");
+    EXPECT_NE(pipe, nullptr) << line;
+    char buffer[4096];
+    for (size_t n = 0; pipe && (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;)
+        output.append(buffer, n);
+    EXPECT_EQ(pclose(pipe), 0) << line << ": " << output;
+    std::filesystem::remove(path);
+    return output;
+}

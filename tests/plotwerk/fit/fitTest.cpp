@@ -1,0 +1,185 @@
+#include "plotwerk/fit/fit.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <vector>
+
+using namespace plotwerk;
+
+namespace {
+
+using Numbers = std::vector<double>;
+
+const double inf = std::numeric_limits<double>::infinity();
+
+std::vector<FitParameter> ones(const Formula &formula) {
+    std::vector<FitParameter> parameters;
+    for (const std::string &name : formula.parameterNames()) parameters.push_back({name});
+    return parameters;
+}
+
+// Data with scatter, near 2 + 3 x.
+const Numbers x{0, 1, 2, 3, 4, 5};
+const Numbers y{2.1, 4.8, 8.2, 10.9, 14.1, 16.9};
+
+} // namespace
+
+// Textbook values of a straight line: slope Sxy / Sxx and the deviations from the residual
+// variance.
+TEST(Fit, StraightLineMatchesTheClosedForm) {
+    const Formula formula("a + b*x");
+    std::vector<FitParameter> parameters = ones(formula);
+    const FitOutcome outcome = fit(formula, {x, y, {}, {}}, parameters);
+    ASSERT_EQ(outcome.status, fitConverged) << outcome.reason;
+
+    const double slope = 52.3 / 17.5;
+    const double intercept = 9.5 - slope * 2.5;
+    double chiSquare = 0;
+    for (std::size_t i = 0; i < x.size(); i++)
+        chiSquare += std::pow(y[i] - intercept - slope * x[i], 2);
+    EXPECT_TRUE(outcome.result.done);
+    EXPECT_EQ(outcome.result.points, 6);
+    EXPECT_GT(outcome.result.iterations, 0);
+    EXPECT_GT(outcome.result.lambda, 0);
+    EXPECT_NEAR(outcome.result.chiSquare, chiSquare, 1e-14);
+    EXPECT_NEAR(parameters[0].value, intercept, 1e-14);
+    EXPECT_NEAR(parameters[1].value, slope, 1e-14);
+    EXPECT_NEAR(parameters[0].error, std::sqrt(chiSquare / 4 * (1.0 / 6 + 6.25 / 17.5)), 1e-14);
+    EXPECT_NEAR(parameters[1].error, std::sqrt(chiSquare / 4 / 17.5), 1e-14);
+}
+
+TEST(Fit, ErrorsWeighAndTheirCommonFactorDoesNot) {
+    const Formula formula("m");
+    const Numbers values{1, 2, 7}, at{0, 0, 0};
+    for (double unit : {1.0, 100.0}) {
+        const Numbers errors{unit, unit, 2 * unit};
+        std::vector<FitParameter> parameters = ones(formula);
+        const FitOutcome outcome = fit(formula, {at, values, errors, {}}, parameters);
+        ASSERT_EQ(outcome.status, fitConverged) << outcome.reason;
+        // weights 1, 1, 1/4: mean 4.75 / 2.25, chi-square over 2 degrees of freedom
+        const double mean = 4.75 / 2.25;
+        const double chiSquare =
+            std::pow(1 - mean, 2) + std::pow(2 - mean, 2) + std::pow(7 - mean, 2) / 4;
+        EXPECT_NEAR(parameters[0].value, mean, 1e-14);
+        EXPECT_NEAR(outcome.result.chiSquare * unit * unit, chiSquare, 1e-14);
+        EXPECT_NEAR(parameters[0].error, std::sqrt(chiSquare / 2 / 2.25), 1e-14);
+    }
+}
+
+TEST(Fit, TakesTheValidPointsOfTheRange) {
+    const Formula formula("m");
+    const Numbers at{0, 1, 2, 3, NAN, 5, 6, 7, 8, 9};
+    const Numbers values{50, 1, 3, NAN, 60, inf, 5, 7, 9, 70};
+    const Numbers errors{1, 1, 1, 1, 1, 1, 0, -1, NAN, 1};
+    const struct {
+        const char *what;
+        bool weighted;
+        Range range;
+        int points;
+        double mean;
+    } cases[] = {{"limits are inside", false, {1, 8}, 5, 5},
+                 {"no upper limit", false, {2, unset}, 5, (3 + 5 + 7 + 9 + 70) / 5.0},
+                 {"only points with an error above 0", true, {1, 8}, 2, 2}};
+    for (const auto &c : cases) {
+        std::vector<FitParameter> parameters = ones(formula);
+        const Numbers kept = c.weighted ? errors : Numbers{};
+        const FitOutcome outcome = fit(formula, {at, values, kept, c.range}, parameters);
+        ASSERT_EQ(outcome.status, fitConverged) << c.what << outcome.reason;
+        EXPECT_EQ(outcome.result.points, c.points) << c.what;
+        EXPECT_NEAR(parameters[0].value, c.mean, 1e-14) << c.what;
+    }
+}
+
+TEST(Fit, HoldsFixedParameters) {
+    const Formula formula("a + b*x + 0*n + if(x<0, x^n, 0)");
+    std::vector<FitParameter> parameters = ones(formula);
+    parameters[0] = {"a", 2, 0.5, true};
+    parameters[2].fixed = true;
+    const FitOutcome outcome = fit(formula, {x, y, {}, {}}, parameters);
+    ASSERT_EQ(outcome.status, fitConverged) << outcome.reason;
+    EXPECT_EQ(parameters[0].value, 2);
+    EXPECT_TRUE(std::isnan(parameters[0].error));
+    // slope through (0, 2): sum x (y - 2) / sum x^2
+    EXPECT_NEAR(parameters[1].value, (2.8 + 12.4 + 26.7 + 48.4 + 74.5) / 55, 1e-14);
+
+    for (FitParameter &parameter : parameters) parameter.fixed = true;
+    const FitOutcome nothing = fit(formula, {x, y, {}, {}}, parameters);
+    EXPECT_EQ(nothing.status, fitConverged) << nothing.reason;
+    EXPECT_NEAR(nothing.result.chiSquare, outcome.result.chiSquare, 1e-14);
+}
+
+TEST(Fit, ExactDataGiveTheExactParameters) {
+    const struct {
+        const char *text;
+        Numbers truth;
+    } cases[] = {{"a + b*x", {2, 0}},
+                 {"a*exp(-b*x) + c", {3, 0.25, 0}},
+                 {"a*sin(b*x)", {1.5, 0.75}},
+                 {"a + b*x + c*x^2 + d*x^3 + e*x^4 + f*x^5", {1, 1, 1, 1, 1, 1}}};
+    for (const auto &c : cases) {
+        const Formula formula(c.text);
+        Numbers values(x.size());
+        formula.evaluate(x, {}, c.truth, values);
+        std::vector<FitParameter> parameters = ones(formula);
+        const FitOutcome outcome = fit(formula, {x, values, {}, {}}, parameters);
+        ASSERT_EQ(outcome.status, fitConverged) << c.text << ": " << outcome.reason;
+        for (std::size_t j = 0; j < parameters.size(); j++)
+            EXPECT_NEAR(parameters[j].value, c.truth[j], 1e-13) << c.text;
+        // six parameters for six points leave nothing to tell the scatter by
+        EXPECT_EQ(std::isnan(parameters[0].error), parameters.size() == 6) << c.text;
+    }
+}
+
+TEST(Fit, FailuresSayWhyAndLeaveTheParameters) {
+    const struct {
+        const char *text;
+        Range range;
+        FitStatus status;
+        const char *reason;
+    } cases[] = {
+        {"a*y", {}, fitImpossible, "a formula that is fitted may not use y"},
+        {"a*x", {10, 20}, fitImpossible, "no data in the fit range"},
+        {"a+b*x", {5, 9}, fitImpossible, "2 parameters for only 1 point"},
+        {"a+b*x+c*x^2", {1, 2}, fitImpossible, "3 parameters for only 2 points"},
+        {"a*log(x)", {}, fitWithoutValue, "the formula has no finite value at x = 0"},
+        {"sqrt(a-x)", {}, fitWithoutValue, "the formula has no finite value at x = 2"},
+        {"a*sqrt(b-1)",
+         {},
+         fitWithoutValue,
+         "the formula's derivatives or the residuals have no finite value at the start"},
+        {"(a+b)*x+c", {}, fitUndetermined, "the data do not determine a and b independently"},
+        {"a*exp(b)+c*x", {}, fitUndetermined, "the data do not determine a and b independently"},
+        {"a*b*x+c*d", {}, fitUndetermined, "the data do not determine a, b, c and d independently"},
+        {"a*x+if(x>9,b,0)", {}, fitUndetermined, "the data do not determine b"},
+        {"a*sin(x)^2+b*cos(x)^2+c",
+         {},
+         fitUndetermined,
+         "the data do not determine a, b and c independently"},
+    };
+    for (const auto &c : cases) {
+        const Formula formula(c.text);
+        std::vector<FitParameter> parameters = ones(formula);
+        parameters[0].error = 0.25;
+        const FitOutcome outcome = fit(formula, {x, y, {}, c.range}, parameters);
+        EXPECT_EQ(outcome.status, c.status) << c.text;
+        EXPECT_EQ(outcome.reason, c.reason) << c.text;
+        EXPECT_FALSE(outcome.result.done) << c.text;
+        for (const FitParameter &parameter : parameters) EXPECT_EQ(parameter.value, 1) << c.text;
+        EXPECT_EQ(parameters[0].error, 0.25) << c.text;
+    }
+}
+
+// On the way some steps lead to a < 5, where there is no value at x = 5.
+TEST(Fit, StepsAroundWhatHasNoValue) {
+    const Formula formula("b*sqrt(a-x)");
+    Numbers values(x.size());
+    formula.evaluate(x, {}, Numbers{2, 5.0625}, values);
+    std::vector<FitParameter> parameters{{"b", 50}, {"a", 30}};
+    const FitOutcome outcome = fit(formula, {x, values, {}, {}}, parameters);
+    ASSERT_EQ(outcome.status, fitConverged) << outcome.reason;
+    EXPECT_NEAR(parameters[0].value, 2, 1e-14);
+    EXPECT_NEAR(parameters[1].value, 5.0625, 1e-14);
+}

@@ -1,0 +1,149 @@
+// The certified nonlinear regression sets of NIST's Statistical Reference Datasets, all of those
+// with one predictor, from both starting points.
+#include "plotwerk/fit/fit.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using namespace plotwerk;
+
+namespace {
+
+constexpr const char *gauss = "b1*exp(-b2*x)+b3*exp(-(x-b4)^2/b5^2)+b6*exp(-(x-b7)^2/b8^2)";
+constexpr const char *lanczos = "b1*exp(-b2*x)+b3*exp(-b4*x)+b5*exp(-b6*x)";
+constexpr const char *cubics = "(b1+b2*x+b3*x^2+b4*x^3)/(1+b5*x+b6*x^2+b7*x^3)";
+
+struct Model {
+    const char *name, *formula;
+};
+
+constexpr Model models[] = {
+    {"Bennett5", "b1*(b2+x)^(-1/b3)"},
+    {"BoxBOD", "b1*(1-exp(-b2*x))"},
+    {"Chwirut1", "exp(-b1*x)/(b2+b3*x)"},
+    {"Chwirut2", "exp(-b1*x)/(b2+b3*x)"},
+    {"DanWood", "b1*x^b2"},
+    {"ENSO", "annual = b2*cos(2*pi*x/12)+b3*sin(2*pi*x/12)\n"
+             "b1+annual+b5*cos(2*pi*x/b4)+b6*sin(2*pi*x/b4)+b8*cos(2*pi*x/b7)+b9*sin(2*pi*x/b7)"},
+    {"Eckerle4", "(b1/b2)*exp(-0.5*((x-b3)/b2)^2)"},
+    {"Gauss1", gauss},
+    {"Gauss2", gauss},
+    {"Gauss3", gauss},
+    {"Hahn1", cubics},
+    {"Kirby2", "(b1+b2*x+b3*x^2)/(1+b4*x+b5*x^2)"},
+    {"Lanczos1", lanczos},
+    {"Lanczos2", lanczos},
+    {"Lanczos3", lanczos},
+    {"MGH09", "b1*(x^2+x*b2)/(x^2+x*b3+b4)"},
+    {"MGH10", "b1*exp(b2/(x+b3))"},
+    {"MGH17", "b1+b2*exp(-x*b4)+b3*exp(-x*b5)"},
+    {"Misra1a", "b1*(1-exp(-b2*x))"},
+    {"Misra1b", "b1*(1-(1+b2*x/2)^(-2))"},
+    {"Misra1c", "b1*(1-(1+2*b2*x)^(-.5))"},
+    {"Misra1d", "b1*b2*x*((1+b2*x)^(-1))"},
+    {"Rat42", "b1/(1+exp(b2-b3*x))"},
+    {"Rat43", "b1/((1+exp(b2-b3*x))^(1/b4))"},
+    {"Roszman1", "b1-b2*x-atan(b3/(x-b4))/pi"},
+    {"Thurber", cubics},
+};
+
+struct Certified {
+    double start[2], value, deviation;
+};
+
+struct Set {
+    std::vector<Certified> parameters; // b1, b2, ...
+    double chiSquare = 0;
+    std::vector<double> x, y;
+};
+
+// Certified values stand in lines 41 to 60 of a file, the data (y x) from line 61 on.
+Set readSet(const std::string &name) {
+    Set set;
+    std::ifstream file(TEST_DATA_DIR "/nist/" + name + ".dat");
+    std::string line;
+    for (int number = 1; std::getline(file, line); number++) {
+        std::istringstream words(line);
+        std::string key, equals;
+        Certified c{};
+        double x = 0, y = 0;
+        constexpr const char *sum = "Residual Sum of Squares:";
+        if (number > 60) {
+            if (!(words >> y >> x)) continue;
+            set.x.push_back(x);
+            set.y.push_back(y);
+        } else if (number > 40 && line.starts_with(sum)) {
+            set.chiSquare = std::stod(line.substr(std::string(sum).size()));
+        } else if (number > 40 && words >> key >> equals && key[0] == 'b' && equals == "=") {
+            words >> c.start[0] >> c.start[1] >> c.value >> c.deviation;
+            set.parameters.push_back(c);
+        }
+    }
+    // The file's b1 = "1.20196866396E-0" has a digit in the wrong place: there the sum of squares
+    // is 25, not the certified 4.9E-04.
+    if (name == "Roszman1") set.parameters.at(0).value = 2.0196866396E-01;
+    return set;
+}
+
+// Number of digits in which a result agrees with the certified one: log relative error, at most 11.
+double digits(double result, double certified) {
+    const double error = std::abs(result - certified) / std::abs(certified);
+    return error == 0 ? 11 : std::min(11.0, -std::log10(error));
+}
+
+} // namespace
+
+TEST(Nist, AllSetsFromBothStartsToTheCertifiedDigits) {
+    double sum = 0;
+    int runs = 0;
+    for (const Model &model : models) {
+        const Set set = readSet(model.name);
+        ASSERT_FALSE(set.parameters.empty()) << model.name;
+        ASSERT_GE(set.x.size(), set.parameters.size()) << model.name;
+        const Formula formula(model.formula);
+        ASSERT_EQ(formula.parameterNames().size(), set.parameters.size()) << model.name;
+
+        for (int start = 0; start < 2; start++) {
+            const std::string run = model.name + std::string(" from start ") + char('1' + start);
+            std::vector<FitParameter> parameters;
+            std::vector<Certified> certified; // in the formula's order
+            for (const std::string &name : formula.parameterNames()) {
+                certified.push_back(set.parameters.at(std::stoul(name.substr(1)) - 1));
+                parameters.push_back({name, certified.back().start[start]});
+            }
+            const FitOutcome outcome = fit(formula, {set.x, set.y, {}, {}}, parameters);
+            ASSERT_EQ(outcome.status, fitConverged) << run << ": " << outcome.reason;
+            EXPECT_EQ(outcome.result.points, static_cast<int>(set.x.size())) << run;
+
+            double worst = 11;
+            double worstDeviation = 11;
+            for (std::size_t j = 0; j < parameters.size(); j++) {
+                worst = std::min(worst, digits(parameters[j].value, certified[j].value));
+                worstDeviation =
+                    std::min(worstDeviation, digits(parameters[j].error, certified[j].deviation));
+            }
+            // Certified values have eleven digits: an exact one agrees in 10.3 or more. Lanczos1's
+            // residuals, 1e-13 of y, are lost from the fourth digit on when y becomes a double.
+            const bool roundedData = std::string(model.name) == "Lanczos1";
+            EXPECT_GE(worst, 10.3) << run;
+            EXPECT_GE(worstDeviation, roundedData ? 3 : 10.3) << run;
+            EXPECT_GE(digits(outcome.result.chiSquare, set.chiSquare), roundedData ? 3 : 10) << run;
+
+            std::printf("%-9s %d  %5.2f digits, deviations %5.2f  %5d steps  lambda %.2g\n",
+                        model.name, start + 1, worst, worstDeviation, outcome.result.iterations,
+                        outcome.result.lambda);
+            sum += worst;
+            runs++;
+        }
+    }
+    EXPECT_EQ(runs, 52);
+    std::printf("mean of the correct digits: %.3f\n", sum / runs);
+    EXPECT_GE(sum / runs, 10.7);
+}

@@ -1,0 +1,29 @@
+// utf8.h - bytes from outside as UTF-8 text that the message bus carries.
+//
+// The bus refuses zero bytes, surrogates and Unicode's non-characters (U+FDD0 to U+FDEF, U+xxFFFE,
+// U+xxFFFF); a text with one of them counts as no UTF-8.
+#ifndef PLW_UTIL_TEXT_UTF8_H
+#define PLW_UTIL_TEXT_UTF8_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace plw {
+
+// The code point that begins the text, and in *length its bytes. *length is 0 where no UTF-8 that
+// the bus carries begins, and for an empty text.
+std::uint32_t firstCodePoint(std::string_view text, std::size_t *length);
+
+// Whether the whole text is UTF-8 that the bus carries. The empty text is.
+bool isUtf8(std::string_view text);
+
+// The text itself when it is UTF-8 that the bus carries; otherwise its bytes read as ISO 8859-1,
+// without the zero bytes.
+//   "\xc3\xa4" -> "\xc3\xa4"   "\xe4" -> "\xc3\xa4"   "a\0b" -> "ab"
+std::string utf8Of(std::string text);
+
+} // namespace plw
+
+#endif
