@@ -15,7 +15,8 @@ namespace {
 // Builds the tree of a JSON text; the numbers under valuesKey are gathered as bytes.
 class TreeBuilder final : public nlohmann::json_sax<Tree> {
   public:
-    Tree root;
+    explicit TreeBuilder(Tree &tree) : root(tree) {}
+
     std::string reason; // why building stopped
 
     bool null() override {
@@ -104,6 +105,7 @@ class TreeBuilder final : public nlohmann::json_sax<Tree> {
         return true;
     }
 
+    Tree &root;
     std::vector<Tree *> open_; // objects and arrays not yet ended, outermost first
     std::string member;        // the key that was read last
     binary_t::container_type values;
@@ -112,10 +114,11 @@ class TreeBuilder final : public nlohmann::json_sax<Tree> {
 
 } // namespace
 
-Tree treeOfJson(std::string text) {
-    TreeBuilder builder;
+Tree treeOfJson(const std::string &text) {
+    Tree tree;
+    TreeBuilder builder(tree);
     if (!Tree::sax_parse(text, &builder)) throw Refusal(builder.reason);
-    return std::move(builder.root);
+    return tree;
 }
 
 namespace {
@@ -176,8 +179,8 @@ static bool isPlainCbor(std::string_view bytes) {
     return bytes.empty();
 }
 
-Tree treeOfCbor(std::string bytes) {
-    const std::string_view body = std::string_view(bytes).substr(cborMark.size());
+Tree treeOfCbor(std::string_view bytes) {
+    const std::string_view body = bytes.substr(cborMark.size());
     if (!isPlainCbor(body)) throw Refusal("damaged");
     Tree tree =
         Tree::from_cbor(body.begin(), body.end(), true, false, Tree::cbor_tag_handler_t::store);

@@ -35,10 +35,10 @@ inline double doubleAt(const std::uint8_t *bytes) {
 constexpr std::string_view plusInfinity = "inf";
 constexpr std::string_view minusInfinity = "-inf";
 
-// The tree in a JSON text, or in CBOR behind its mark. The bytes are taken and freed.
+// The tree in a JSON text, or in CBOR behind its mark.
 // Throws Refusal: cut or damaged bytes, nested beyond what a document is.
-Tree treeOfJson(std::string text);
-Tree treeOfCbor(std::string bytes);
+Tree treeOfJson(const std::string &text);
+Tree treeOfCbor(std::string_view bytes);
 
 // CBOR's mark: the tag that says "what follows is CBOR".
 constexpr std::string_view cborMark = "\xd9\xd9\xf7";

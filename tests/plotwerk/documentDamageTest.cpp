@@ -148,6 +148,11 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
               "damaged: the selection has two curves in one place");
     for (Column &y : table.y) y = {.name = "", .values = {3, 4}, .look = {}, .fitData = true};
     EXPECT_EQ(refusalOf(saved(document, true)), "damaged: more than one curve is the fit data");
+    for (Column &y : table.y) {
+        y.fitData = false;
+        y.drawnByFit = true;
+    }
+    EXPECT_EQ(refusalOf(saved(document, true)), "damaged: more than one curve is drawn by the fit");
 }
 
 // A text of JSON is checked by its parser, one of CBOR by nobody else.
