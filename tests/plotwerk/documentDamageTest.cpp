@@ -139,6 +139,10 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
         {"\"values\":[1.0,2.0]", "\"values\":[1.0,true]",
          "something else among the numbers of a column"},
         {"\"markWalk\":0", "\"markWalk\":-1", "damaged: \"markWalk\" is negative"},
+        {"\"formula\":\"\"", "\"formula\":\"(\"",
+         "damaged: formula, line 1, column 2: expected a value"},
+        {"\"formula\":\"\"", "\"formula\":\"a*x\"",
+         "damaged: the parameters are not those of the formula"},
         {"\"place\":0}]", "\"place\":-1}]", "damaged: the selection has two curves in one place"},
     };
     for (const auto &c : cases) {
@@ -154,6 +158,8 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
               "damaged: the selection has two curves in one place");
     for (Column &y : table.y) y = {.name = "", .values = {3, 4}, .look = {}, .fitData = true};
     EXPECT_EQ(refusalOf(saved(document, true)), "damaged: more than one curve is the fit data");
+    for (Column &y : table.y) y = {.name = "", .values = {3, 4}, .look = {}, .drawnByFit = true};
+    EXPECT_EQ(refusalOf(saved(document, true)), "damaged: more than one curve is drawn by the fit");
 }
 
 // A text of JSON is checked by its parser, one of CBOR by nobody else.
