@@ -2,6 +2,7 @@
 
 #include "plotwerk/files/documentFields.h"
 #include "plotwerk/files/documentTree.h"
+#include "plotwerk/formula/formula.h"
 #include "plotwerk/refusal.h"
 #include "util/text/utf8.h"
 
@@ -136,10 +137,24 @@ class Reader {
 
 } // namespace
 
+// The parameters are those of the formula, in its order.
+static void checkFormula(const Document &document) {
+    std::vector<std::string> names;
+    for (const FitParameter &parameter : document.parameters) names.push_back(parameter.name);
+    try {
+        const bool none = document.formula.empty() && names.empty();
+        if (none || Formula(document.formula).parameterNames() == names) return;
+    } catch (const Refusal &refusal) {
+        throw Refusal(std::string("damaged: ") + refusal.what());
+    }
+    throw Refusal("damaged: the parameters are not those of the formula");
+}
+
 // What every document in memory keeps to, beyond the kinds of its fields.
 static void checkWhole(const Document &document) {
     std::set<int> places;
-    int fitData = 0, drawnByFit = 0;
+    int fitCurves = 0;
+    int drawnCurves = 0;
     for (const Source &source : document.sources) {
         for (const Table &table : source.tables) {
             for (const Column &column : table.y) {
@@ -150,13 +165,14 @@ static void checkWhole(const Document &document) {
                 if (column.place > 0 && !places.insert(column.place).second) {
                     throw Refusal("damaged: the selection has two curves in one place");
                 }
-                fitData += column.fitData;
-                drawnByFit += column.drawnByFit;
+                fitCurves += column.fitData;
+                drawnCurves += column.drawnByFit;
             }
         }
     }
-    if (fitData > 1) throw Refusal("damaged: more than one curve is the fit data");
-    if (drawnByFit > 1) throw Refusal("damaged: more than one curve is drawn by the fit");
+    if (fitCurves > 1) throw Refusal("damaged: more than one curve is the fit data");
+    if (drawnCurves > 1) throw Refusal("damaged: more than one curve is drawn by the fit");
+    checkFormula(document);
     if (document.markWalk < 0) throw Refusal("damaged: \"markWalk\" is negative");
 }
 

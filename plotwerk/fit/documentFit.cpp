@@ -167,6 +167,10 @@ void modifySelection(Document &document, bool yData) {
     if (!yData) curves = firstOfEachTable(curves);
     const Formula formula = formulaOf(document);
     const std::vector<double> parameters = valuesOf(document.parameters);
+    double work = 0;
+    for (const CurveRef &curve : curves) work += rowsOf(tableOf(document, curve));
+    work *= static_cast<double>(formula.tape().instructions.size());
+    if (work > 1e10) throw Refusal("the formula is too long for so many points");
 
     struct Modified {
         ValidPoints points;

@@ -29,7 +29,8 @@ FitOutcome fitDocument(Document &document);
 
 // In every selected curve, y of all points with x and y becomes the formula's value there; NaN
 // where it has none. Or x does, and then of each table only the curve selected first counts.
-// Refused without a formula and without a selection.
+// Refused without a formula and without a selection, and when all points times the formula's
+// operations are more than 1e10, which would take minutes.
 void modifySelection(Document &document, bool yData);
 
 // A variable as text, with all digits and a decimal point: what fitVariable knows, and the limits

@@ -60,7 +60,9 @@ static std::string failingPoint(const Formula &formula, const FitPoints &points,
     return "the formula's derivatives or the residuals have no finite value at the start";
 }
 
-FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParameter> &parameters) {
+FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParameter> &parameters,
+               std::chrono::seconds limit) {
+    const FitDeadline deadline = std::chrono::steady_clock::now() + limit;
     const FitPoints points = pointsOf(data);
     std::vector<double> values;
     std::vector<int> free;
@@ -82,9 +84,16 @@ FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParam
         return outcome;
     }
 
-    Residuals<double> residuals(formula, points, values, free);
-    Residuals<long double> extended(formula, points, values, free);
-    const Minimum minimum = minimise(residuals, extended, start);
+    Residuals<double> residuals(formula, points, values, free, deadline);
+    Residuals<long double> extended(formula, points, values, free, deadline);
+    Minimum minimum;
+    try {
+        minimum = minimise(residuals, extended, start);
+    } catch (const FitTooLong &) {
+        outcome.status = fitNotConverged;
+        outcome.reason = "no minimum found within " + std::to_string(limit.count()) + " seconds";
+        return outcome;
+    }
     outcome.result.iterations = minimum.iterations;
     outcome.result.lambda = minimum.lambda;
 

@@ -5,6 +5,7 @@
 #include "plotwerk/formula/formula.h"
 #include "plotwerk/model/document.h"
 
+#include <chrono>
 #include <span>
 #include <string>
 #include <vector>
@@ -48,7 +49,10 @@ struct FitOutcome {
 // parameters as points. With no free parameter nothing but chiSquare is found.
 //
 // parameters: one for each of formula.parameterNames(), in that order.
-FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParameter> &parameters);
+// limit: when it has passed the fit is given up as not converged; only millions of points come
+// near.
+FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParameter> &parameters,
+               std::chrono::seconds limit = std::chrono::seconds(120));
 
 } // namespace plotwerk
 

@@ -8,12 +8,13 @@ namespace plotwerk {
 template<class Real>
 Residuals<Real>::Residuals(const Formula &formula, const FitPoints &fitted,
                            const std::vector<double> &parameters,
-                           const std::vector<int> &freeParameters)
+                           const std::vector<int> &freeParameters, FitDeadline deadline)
     : data(fitted),
       free(freeParameters),
       all(parameters.begin(), parameters.end()),
       evaluator(formula.tape()),
-      ahead(formula.tape()) {
+      ahead(formula.tape()),
+      end(deadline) {
 }
 
 template<class Real>
@@ -31,6 +32,7 @@ Real Residuals<Real>::linearise(const std::vector<Real> &b, RowReduction<Real> &
 
     Real chiSquare = 0;
     for (int i = 0; i < n; i += evaluator.blockSize()) {
+        keepDeadline();
         const int count = std::min(evaluator.blockSize(), n - i);
         const Real *f = evaluator.values(data.x.data() + i, nullptr, count);
         evaluator.differentiate();
@@ -64,6 +66,7 @@ std::vector<Real> Residuals<Real>::bend(const std::vector<Real> &b, const std::v
     std::vector<Real> bent(p);
     std::vector<Real> second(evaluator.blockSize());
     for (int i = 0; i < n; i += evaluator.blockSize()) {
+        keepDeadline();
         const int count = std::min(evaluator.blockSize(), n - i);
         const Real *f = evaluator.values(data.x.data() + i, nullptr, count);
         const Real *fAhead = ahead.values(data.x.data() + i, nullptr, count);

@@ -6,9 +6,15 @@
 #include "plotwerk/formula/evaluator.h"
 #include "plotwerk/formula/formula.h"
 
+#include <chrono>
 #include <vector>
 
 namespace plotwerk {
+
+using FitDeadline = std::chrono::steady_clock::time_point;
+
+// Thrown by Residuals when the deadline has passed.
+struct FitTooLong {};
 
 // The points of a fit: all finite, the vectors of one length; weight is empty (all 1) or 1 / error.
 struct FitPoints {
@@ -24,7 +30,8 @@ template<class Real> class Residuals {
   public:
     // parameters: all of the formula's; free: the indexes of those that b holds.
     Residuals(const Formula &formula, const FitPoints &fitted,
-              const std::vector<double> &parameters, const std::vector<int> &free);
+              const std::vector<double> &parameters, const std::vector<int> &free,
+              FitDeadline deadline);
 
     int points() const { return static_cast<int>(data.x.size()); }
     int parameters() const { return static_cast<int>(free.size()); }
@@ -44,6 +51,9 @@ template<class Real> class Residuals {
     Real dataLength() const;
 
   private:
+    void keepDeadline() const {
+        if (std::chrono::steady_clock::now() > end) throw FitTooLong{};
+    }
     void setParameters(Evaluator<Real> &to, const std::vector<Real> &b);
 
     const FitPoints &data;
@@ -51,6 +61,7 @@ template<class Real> class Residuals {
     std::vector<Real> all; // parameters, the free ones overwritten by b
     Evaluator<Real> evaluator;
     Evaluator<Real> ahead; // at b + reach * v
+    FitDeadline end;
 };
 
 } // namespace plotwerk

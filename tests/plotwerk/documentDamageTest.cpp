@@ -132,6 +132,10 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
         {"\"values\":[1.0,2.0]", "\"values\":[1.0,true]",
          "something else among the numbers of a column"},
         {"\"markWalk\":0", "\"markWalk\":-1", "damaged: \"markWalk\" is negative"},
+        {"\"formula\":\"\"", "\"formula\":\"(\"",
+         "damaged: formula, line 1, column 2: expected a value"},
+        {"\"formula\":\"\"", "\"formula\":\"a*x\"",
+         "damaged: the parameters are not those of the formula"},
     };
     for (const auto &c : cases) {
         std::string damaged = sound;
@@ -148,10 +152,7 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
               "damaged: the selection has two curves in one place");
     for (Column &y : table.y) y = {.name = "", .values = {3, 4}, .look = {}, .fitData = true};
     EXPECT_EQ(refusalOf(saved(document, true)), "damaged: more than one curve is the fit data");
-    for (Column &y : table.y) {
-        y.fitData = false;
-        y.drawnByFit = true;
-    }
+    for (Column &y : table.y) y = {.name = "", .values = {3, 4}, .look = {}, .drawnByFit = true};
     EXPECT_EQ(refusalOf(saved(document, true)), "damaged: more than one curve is drawn by the fit");
 }
 

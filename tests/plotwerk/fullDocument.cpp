@@ -84,14 +84,20 @@ Document filled(size_t elements) {
     Filler filler(elements);
     fields(filler, document);
 
-    // Only one curve of a document is its fit data, and one is drawn by the fit.
+    // Only one curve of a document is its fit data, and one the fit's.
     for (Source &source : document.sources) {
         for (Table &table : source.tables) {
             for (Column &column : table.y) column.fitData = column.drawnByFit = false;
         }
     }
     document.sources.back().tables.back().y.back().fitData = true;
-    document.sources.front().tables.front().y.front().drawnByFit = true;
+    document.sources.back().tables.back().y.back().drawnByFit = true;
+
+    document.formula = "x";
+    for (FitParameter &parameter : document.parameters) {
+        parameter.name = "p" + std::to_string(document.formula.size());
+        document.formula += " + " + parameter.name;
+    }
     return document;
 }
 

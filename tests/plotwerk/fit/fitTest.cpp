@@ -183,3 +183,12 @@ TEST(Fit, StepsAroundWhatHasNoValue) {
     EXPECT_NEAR(parameters[0].value, 2, 1e-14);
     EXPECT_NEAR(parameters[1].value, 5.0625, 1e-14);
 }
+
+TEST(Fit, IsGivenUpWhenItsTimeIsOver) {
+    const Formula formula("a*x+b");
+    std::vector<FitParameter> parameters{{"a", 3}, {"b", 4}};
+    const FitOutcome outcome = fit(formula, {x, y, {}, {}}, parameters, std::chrono::seconds(-1));
+    EXPECT_EQ(outcome.status, fitNotConverged);
+    EXPECT_EQ(outcome.reason, "no minimum found within -1 seconds");
+    EXPECT_EQ(parameters[0].value, 3);
+}
