@@ -27,5 +27,4 @@ build_packages=(g++ cmake ninja-build pkg-config libsdbus-c++-dev libsdbus-c++-b
     libcairo2-dev libpango1.0-dev libtiff-dev fonts-dejavu-core)
 bus_packages=(dbus-daemon)
 test_packages=(libgtest-dev libbenchmark-dev libgsl-dev libsystemd-dev systemd dpkg-dev clang llvm
-    libclang-rt-14-dev poppler-utils ghostscript libtiff-tools
-    clang-format clang-tidy)
+    libclang-rt-14-dev poppler-utils ghostscript libtiff-tools clang-format clang-tidy)
