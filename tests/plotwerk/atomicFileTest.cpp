@@ -138,7 +138,17 @@ static size_t evenLength(const std::string &text, char of) {
     return text.find_first_not_of(of) == std::string::npos ? text.size() : 0;
 }
 
-// Two texts of several blocks take turns; between any two kills the file is one of them.
+// Written in many pieces, so that most of the time is spent with half a text on its way.
+static void writeInPieces(const fs::path &path, const std::string &text) {
+    constexpr size_t piece = 1000;
+    writeWholeFile(path, [&](std::ostream &stream) {
+        for (size_t i = 0; i < text.size(); i += piece) {
+            stream << text.substr(i, piece) << std::flush;
+        }
+    });
+}
+
+// Two texts take turns; whenever the writer is killed, the file is one of them.
 TEST_F(AtomicFile, IsOneOfTheWholeTextsWheneverItsWriterIsKilled) {
     const std::string texts[] = {std::string(300'000, 'a'), std::string(500'000, 'b')};
     write(file, texts[0]);
@@ -151,7 +161,7 @@ TEST_F(AtomicFile, IsOneOfTheWholeTextsWheneverItsWriterIsKilled) {
         if (child == 0) {
             for (size_t turn = 0;; ++turn) {
                 if (::write(beats[1], "", 1) != 1) _exit(1);
-                write(file, texts[turn % 2]);
+                writeInPieces(file, texts[turn % 2]);
             }
         }
         // A moment within the writing: so many turns, and a bit of one.
