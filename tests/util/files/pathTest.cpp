@@ -9,17 +9,15 @@ using namespace plw;
 TEST(Path, TakesApartWhateverTheDotsAndSlashes) {
     const struct {
         const char *path, *dir, *name, *extension, *withoutExtension;
-    } cases[] = {
-        {"/a/b/c.txt", "/a/b", "c.txt", "txt", "/a/b/c"},
-        {"a.b.c", "", "a.b.c", "c", "a.b"},
-        {"file", "", "file", "", nullptr},
-        {"/name", "", "name", "", nullptr},
-        {"dir.x/file", "dir.x", "file", "", "dir"}, // cuts the directory: a kept oddity
-        {"dir.x/", "dir.x", "", "", "dir"},
-        {"a/.rc", "a", ".rc", "rc", "a/"},
-        {"a//b.", "a/", "b.", "", "a//b"},
-        {"", "", "", "", nullptr},
-    };
+    } cases[] = {{"/a/b/c.txt", "/a/b", "c.txt", "txt", "/a/b/c"},
+                 {"a.b.c", "", "a.b.c", "c", "a.b"},
+                 {"file", "", "file", "", nullptr},
+                 {"/name", "", "name", "", nullptr},
+                 {"dir.x/file", "dir.x", "file", "", "dir"}, // cuts the directory: a kept oddity
+                 {"dir.x/", "dir.x", "", "", "dir"},
+                 {"a/.rc", "a", ".rc", "rc", "a/"},
+                 {"a//b.", "a/", "b.", "", "a//b"},
+                 {"", "", "", "", nullptr}};
     for (const auto &c : cases) {
         char path[32], dir[32];
         std::strcpy(path, c.path);

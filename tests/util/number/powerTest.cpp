@@ -19,21 +19,19 @@ TEST(Power10, TakesTheTablesUpToFiftyAndPowBeyond) {
 TEST(Exponent10, ForgivesRoundingErrorsBelowAPowerOfTen) {
     const struct {
         double x, exponent, mantissa;
-    } cases[] = {
-        {1, 0, 1},
-        {-1, 0, -1},
-        {999, 2, 9.99},
-        {0.1, -1, 1},
-        {-0.05, -2, -5},
-        {1000 - 1e-10, 3, (1000 - 1e-10) / 1000},
-        {1000 - 1e-8, 2, (1000 - 1e-8) / 100},
-        {1e-3, -3, 1},
-        {1e51, 51, 1e51 / std::pow(10.0, 51)},
-        {1.5e300, 300, 1.5e300 / std::pow(10.0, 300)},
-        {0, -300, 0},
-        {-0.0, -300, 0},
-        {5e-324, -324, INFINITY},
-    };
+    } cases[] = {{1, 0, 1},
+                 {-1, 0, -1},
+                 {999, 2, 9.99},
+                 {0.1, -1, 1},
+                 {-0.05, -2, -5},
+                 {1000 - 1e-10, 3, (1000 - 1e-10) / 1000},
+                 {1000 - 1e-8, 2, (1000 - 1e-8) / 100},
+                 {1e-3, -3, 1},
+                 {1e51, 51, 1e51 / std::pow(10.0, 51)},
+                 {1.5e300, 300, 1.5e300 / std::pow(10.0, 300)},
+                 {0, -300, 0},
+                 {-0.0, -300, 0},
+                 {5e-324, -324, INFINITY}};
     for (const auto &c : cases) {
         EXPECT_EQ(exponent10(c.x), c.exponent) << c.x;
         EXPECT_EQ(mantisse10(c.x), c.mantissa) << c.x;

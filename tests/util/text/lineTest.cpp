@@ -51,17 +51,15 @@ TEST(Getline, ReadsLinesWithAnyLineEndAndReportsTheLast) {
         Lines lines;
         int size;
         bool pairAtEnd; // of a stream only the next read then meets the end
-    } cases[] = {
-        {"a\r\nb\n\nc", {"a", "b", "", "c"}, 50, false},
-        {"a\n\rb\r\rc", {"a", "b", "", "c"}, 50, false},
-        {"a\n", {"a"}, 50, false},
-        {"a\r\n", {"a"}, 50, true},
-        {"\n\n\r", {"", ""}, 50, true},
-        {"\xff\n\xff", {"\xff", "\xff"}, 50, false},
-        {"", {""}, 50, false},
-        {"abcdef\ng", {"abc", "def", "", "g"}, 4, false},
-        {"abcd\r\ne", {"abcd", "", "e"}, 5, false},
-    };
+    } cases[] = {{"a\r\nb\n\nc", {"a", "b", "", "c"}, 50, false},
+                 {"a\n\rb\r\rc", {"a", "b", "", "c"}, 50, false},
+                 {"a\n", {"a"}, 50, false},
+                 {"a\r\n", {"a"}, 50, true},
+                 {"\n\n\r", {"", ""}, 50, true},
+                 {"\xff\n\xff", {"\xff", "\xff"}, 50, false},
+                 {"", {""}, 50, false},
+                 {"abcdef\ng", {"abc", "def", "", "g"}, 4, false},
+                 {"abcd\r\ne", {"abcd", "", "e"}, 5, false}};
     for (const auto &c : cases) {
         Lines fromFile = c.lines;
         if (c.pairAtEnd) fromFile.emplace_back();
@@ -97,12 +95,10 @@ TEST(RangeOfLine, StartsEveryLineOneByteBehindALineStart) {
     const struct {
         const char *text;
         int line, start, length;
-    } cases[] = {
-        {"abc\ndef", 1, 1, 2},   {"abc\ndef", 2, 4, 3},    {"abc\ndef", 3, -7, -7},
-        {"\nabc\n", 1, 1, 3},    {"\nabc\n", 2, 5, 0},     {"a", 1, 1, 0},
-        {"", 1, -7, -7},         {"a\n\nb", 2, 2, 0},      {"a\n\nb", 3, 3, 1},
-        {"abc\ndef", 0, -7, -7}, {"abc\ndef", -1, -7, -7},
-    };
+    } cases[] = {{"abc\ndef", 1, 1, 2},   {"abc\ndef", 2, 4, 3},   {"abc\ndef", 3, -7, -7},
+                 {"\nabc\n", 1, 1, 3},    {"\nabc\n", 2, 5, 0},    {"a", 1, 1, 0},
+                 {"", 1, -7, -7},         {"a\n\nb", 2, 2, 0},     {"a\n\nb", 3, 3, 1},
+                 {"abc\ndef", 0, -7, -7}, {"abc\ndef", -1, -7, -7}};
     for (const auto &c : cases) {
         int start = -7;
         int length = -7;

@@ -32,21 +32,19 @@ TEST(Scanline, StopsWhereItSays) {
         const char *what, *text;
         int max, count;
         const char *rest;
-    } cases[] = {
-        {"one line", "1 2 3\n4", 10, 3, "4"},
-        {"max", "1 2 3", 2, 2, "3"},
-        {"max, then a newline", " 1\t2 \n3", 2, 2, "3"},
-        {"nothing wanted", " \n3", 0, 0, "3"},
-        {"end of text", "1 2 ", 10, 2, ""},
-        {"no number", "1 x", 10, 1, "x"},
-        {"comma", "1,2", 10, 1, ",2"},
-        {"overflow", "1 1e999 2", 10, 1, " 2"},
-        {"underflow", "1 1e-310 2", 10, 1, " 2"},
-        {"carriage return is skipped as strtod skips it", "1\r\n2", 10, 2, ""},
-        {"empty line eats a number", "\n7 8", 10, 0, " 8"},
-        {"empty line before text", "\nx", 10, 0, "x"},
-        {"empty", "", 10, 0, ""},
-    };
+    } cases[] = {{"one line", "1 2 3\n4", 10, 3, "4"},
+                 {"max", "1 2 3", 2, 2, "3"},
+                 {"max, then a newline", " 1\t2 \n3", 2, 2, "3"},
+                 {"nothing wanted", " \n3", 0, 0, "3"},
+                 {"end of text", "1 2 ", 10, 2, ""},
+                 {"no number", "1 x", 10, 1, "x"},
+                 {"comma", "1,2", 10, 1, ",2"},
+                 {"overflow", "1 1e999 2", 10, 1, " 2"},
+                 {"underflow", "1 1e-310 2", 10, 1, " 2"},
+                 {"carriage return is skipped as strtod skips it", "1\r\n2", 10, 2, ""},
+                 {"empty line eats a number", "\n7 8", 10, 0, " 8"},
+                 {"empty line before text", "\nx", 10, 0, "x"},
+                 {"empty", "", 10, 0, ""}};
     for (const auto &c : cases) {
         const Scan s = scanWithScanline(c.text, c.max);
         EXPECT_EQ(s.count, c.count) << c.what;
@@ -93,8 +91,7 @@ TEST(Scanline, AgreesWithStrtodOnEveryShapeOfNumber) {
         "1_000 2",
         "1e1\n2e2",
         "- 1",
-        "\2401",
-    };
+        "\2401"};
     for (const char *text : texts)
         for (const int max : {1, 3, 12}) expectSameScan(text, max);
 }

@@ -30,35 +30,33 @@ TEST(NextWord, CutsWordsAndTellsAssignmentsAndLineEnds) {
     const struct {
         const char *line;
         std::vector<std::string> words;
-    } cases[] = {
-        {"", {}},
-        {" \t ", {}},
-        {"  abc", {"abc"}},
-        {"name = 5\n", {"=name", "$5"}},
-        {"a=b a\t=b a  =b", {"=a", "b", "=a", "b", "=a", "b"}},
-        {"a   =b", {"a", "=b"}},
-        {"a \t=b", {"a", "=b"}},
-        {"a\t\t=b", {"a", "=b"}},
-        {"a=", {"=a"}},
-        {"==", {"=="}},
-        {"a, b", {"a", "b"}},
-        {"x,,y", {"x", ",y"}},
-        {"a \n b", {"a", "\n", "b"}},
-        {"a\n\nb\n", {"$a", "$\nb"}},
-        {"-a 'b c' \"d'e\"", {"-a", "b c", "d'e"}},
-        {"'a'b", {"a", "b"}},
-        {"'a'=b", {"a", "=b"}},
-        {"'a',b", {"a", ",b"}},
-        {"\"a\"\nb", {"$a", "b"}},
-        {"\"\" ''", {"", ""}},
-        {R"("a\"b" c)", {R"(a\"b)", "c"}},
-        {R"("a\\" b" c)", {R"(a\\" b)", "c"}},
-        {R"('a\')", {R"(a\')"}},
-        {"it's", {"it's"}},
-        {"\"abc", {"abc"}},
-        {"\"", {""}},
-        {"\xe9 \xa0z", {"\xe9", "\xa0z"}},
-    };
+    } cases[] = {{"", {}},
+                 {" \t ", {}},
+                 {"  abc", {"abc"}},
+                 {"name = 5\n", {"=name", "$5"}},
+                 {"a=b a\t=b a  =b", {"=a", "b", "=a", "b", "=a", "b"}},
+                 {"a   =b", {"a", "=b"}},
+                 {"a \t=b", {"a", "=b"}},
+                 {"a\t\t=b", {"a", "=b"}},
+                 {"a=", {"=a"}},
+                 {"==", {"=="}},
+                 {"a, b", {"a", "b"}},
+                 {"x,,y", {"x", ",y"}},
+                 {"a \n b", {"a", "\n", "b"}},
+                 {"a\n\nb\n", {"$a", "$\nb"}},
+                 {"-a 'b c' \"d'e\"", {"-a", "b c", "d'e"}},
+                 {"'a'b", {"a", "b"}},
+                 {"'a'=b", {"a", "=b"}},
+                 {"'a',b", {"a", ",b"}},
+                 {"\"a\"\nb", {"$a", "b"}},
+                 {"\"\" ''", {"", ""}},
+                 {R"("a\"b" c)", {R"(a\"b)", "c"}},
+                 {R"("a\\" b" c)", {R"(a\\" b)", "c"}},
+                 {R"('a\')", {R"(a\')"}},
+                 {"it's", {"it's"}},
+                 {"\"abc", {"abc"}},
+                 {"\"", {""}},
+                 {"\xe9 \xa0z", {"\xe9", "\xa0z"}}};
     for (const auto &c : cases) EXPECT_EQ(wordsOf(c.line), c.words) << c.line;
 }
 
@@ -101,10 +99,8 @@ TEST(BracketEnd, FindsTheClosingBracket) {
     const struct {
         const char *text;
         int open, close, end;
-    } cases[] = {
-        {"(a(b)c)", '(', ')', 6}, {"a(b)c)", '(', ')', 3},     {"((a)", '(', ')', 0},
-        {")(a)", '(', ')', 0},    {")((a))", '(', ')', 4},     {"a|b|", '|', '|', 1},
-        {"", '(', ')', 0},        {"\xab\xbb", 0xab, 0xbb, 1},
-    };
+    } cases[] = {{"(a(b)c)", '(', ')', 6}, {"a(b)c)", '(', ')', 3},    {"((a)", '(', ')', 0},
+                 {")(a)", '(', ')', 0},    {")((a))", '(', ')', 4},    {"a|b|", '|', '|', 1},
+                 {"", '(', ')', 0},        {"\xab\xbb", 0xab, 0xbb, 1}};
     for (const auto &c : cases) EXPECT_EQ(bracketEnd(c.text, c.open, c.close), c.end) << c.text;
 }
