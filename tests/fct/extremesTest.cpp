@@ -67,24 +67,16 @@ TEST(Extremes, CountAtTheLastSampleOfAFlatStretch) {
 }
 
 TEST(NextZero, IsLinearBetweenSamplesAndWithinThem) {
+    const double inf = infinity;
     const struct {
         Values y;
         int start;
         double want;
-    } cases[] = {{{1, -1}, 0, 0.5},
-                 {{1, -1}, -5, 0.5},
-                 {{0, 0, 1}, 0, 1},
-                 {{2, 0}, 0, 1},
-                 {{1, -1}, 1, -1},
-                 {{1, -1}, 2, -1},
-                 {{}, 0, -1},
-                 {{}, -1, -1},
-                 {{1, NaN, 0, 1}, 0, 2},
-                 {{1, 2, 3}, 0, -1},
-                 {{-1, 3, -3}, 1, 1.5},
-                 {{infinity, -infinity}, 0, NaN},
-                 {{-infinity, 1}, 0, NaN},
-                 {{-0.0, 5}, 0, 0}};
+    } cases[] = {{{1, -1}, 0, 0.5},   {{1, -1}, -5, 0.5},    {{0, 0, 1}, 0, 1},
+                 {{2, 0}, 0, 1},      {{1, -1}, 1, -1},      {{1, -1}, 2, -1},
+                 {{}, 0, -1},         {{}, -1, -1},          {{1, NaN, 0, 1}, 0, 2},
+                 {{1, 2, 3}, 0, -1},  {{-1, 3, -3}, 1, 1.5}, {{inf, -inf}, 0, NaN},
+                 {{-inf, 1}, 0, NaN}, {{-0.0, 5}, 0, 0}};
     for (const auto &c : cases)
         EXPECT_TRUE(same(nextZero(c.y.data(), static_cast<int>(c.y.size()), c.start), c.want))
             << c.start << " in " << text(c.y);

@@ -75,18 +75,15 @@ TEST(EvalFct2D, IsExactOnAPlaneAndExtrapolatesBeyondTheLastLines) {
 TEST(EvalFct2DDeathTest, EndsOutsideAndOnASinglePoint) {
     const Fct2DPtr F = grid(3, 3, plane), point = grid(1, 1, plane), column = grid(1, 3, plane),
                    row = grid(3, 1, plane), empty = newFct2D(2, 2);
+    const char *out = "fct2DAt: index out of range (-1)", *outX = "evalFct2D: x outside (1)",
+               *outY = "evalFct2D: y outside (1)", *outAt0 = "fct2DAt: index out of range (0)";
     const struct {
         Fct2D *F;
         double x, y;
         const char *message;
-    } cases[] = {{F, -0.1, 1, "fct2DAt: index out of range (-1)"},
-                 {F, 1, -0.1, "fct2DAt: index out of range (-1)"},
-                 {point, 0, 0, "fct2DAt: index out of range (-1)"},
-                 {point, 1, 0, "evalFct2D: x outside (1)"},
-                 {column, 0, -1, "fct2DAt: index out of range (-1)"},
-                 {column, NaN, 1, "evalFct2D: x outside (1)"},
-                 {row, 1, 1, "evalFct2D: y outside (1)"},
-                 {empty, 0, 0, "fct2DAt: index out of range (0)"}};
+    } cases[] = {{F, -0.1, 1, out},   {F, 1, -0.1, out},    {point, 0, 0, out},
+                 {point, 1, 0, outX}, {column, 0, -1, out}, {column, NaN, 1, outX},
+                 {row, 1, 1, outY},   {empty, 0, 0, outAt0}};
     for (const auto &c : cases)
         expectFatal([&] { evalFct2D(c.F, c.x, c.y); }, std::string("ERROR in ") + c.message);
 }

@@ -54,18 +54,14 @@ TEST(Covariance, IsTheCorrelationCoefficient) {
 }
 
 TEST(MiniStatitic, SkipsNaNAfterTheFirst) {
+    const double most = DBL_MAX, inf = infinity;
     const struct {
         Values v;
         int increasing;
         double min, max;
-    } cases[] = {{{1, 2, 2, 3}, 1, 1, 3},
-                 {{3, 1}, 0, 1, 3},
-                 {{1, NaN, 0.5}, 1, 0.5, 1},
-                 {{NaN, 2, 1}, 0, NaN, NaN},
-                 {{}, 1, DBL_MAX, -DBL_MAX},
-                 {{infinity}, 1, DBL_MAX, infinity},
-                 {{-infinity}, 1, -infinity, -DBL_MAX},
-                 {{2, 1, 3}, 0, 1, 3}};
+    } cases[] = {{{1, 2, 2, 3}, 1, 1, 3},    {{3, 1, 1, 1}, 0, 1, 3},    {{1, NaN, 0.5}, 1, 0.5, 1},
+                 {{NaN, 2, 1}, 0, NaN, NaN}, {Values(), 1, most, -most}, {{inf}, 1, most, inf},
+                 {{-inf}, 1, -inf, -most},   {{2, 1, 3}, 0, 1, 3}};
     char increasing = 7;
     double min = 0, max = 0;
     for (const auto &c : cases) {

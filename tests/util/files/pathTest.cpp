@@ -29,13 +29,9 @@ TEST(Path, TakesApartWhateverTheDotsAndSlashes) {
         EXPECT_LE(fileextension(path), path + std::strlen(path)) << c.path;
 
         char *cut = removeExtension(path);
-        if (c.withoutExtension == nullptr) {
-            EXPECT_EQ(cut, nullptr) << c.path;
-            EXPECT_STREQ(path, c.path);
-        } else {
-            EXPECT_EQ(cut, path + std::strlen(c.withoutExtension)) << c.path;
-            EXPECT_STREQ(path, c.withoutExtension) << c.path;
-        }
+        const char *left = c.withoutExtension ? c.withoutExtension : c.path;
+        EXPECT_EQ(cut, c.withoutExtension ? path + std::strlen(left) : nullptr) << c.path;
+        EXPECT_STREQ(path, left);
     }
 
     char inPlace[] = "/a/b";
