@@ -90,6 +90,9 @@ TEST(Rotate2D, TurnsCounterClockwiseInPlace) {
     rotate2D(&x, &y, pi / 2);
     EXPECT_NEAR(x, -1, 1e-15); // cos(pi / 2) is 6e-17
     EXPECT_NEAR(y, 2, 1e-15);
+}
+
+TEST(Vec2DxMul, IsPositiveCounterClockwise) {
     EXPECT_EQ(Vec2DxMul(2, 0, 5, 3), 6);
     EXPECT_EQ(Vec2DxMul(5, 3, 2, 0), -6);
 }

@@ -117,35 +117,19 @@ TEST_F(Format, BlankStandsForASign) {
 }
 
 TEST_F(Format, ErrorDecidesThePrecision) {
-    const double v = 1.23456, w = 1.23456e8;
+    const double v = 1.23456, w = 1.23456e8, n = 999999;
     const struct {
         double x, error;
         int printError;
         const char *text;
-    } cases[] = {{v, 0.02, 0, "1.235"},
-                 {v, 0.02, 1, "0.020"},
-                 {v, 0.05, 0, "1.23"},
-                 {v, 0.04, 0, "1.235"},
-                 {123.456, 50, 0, "123"},
-                 {123.456, 50, 1, "50"},
-                 {123.456, 1, 0, "123.5"},
-                 {w, 2e5, 0, "1.2346e+08"},
-                 {w, 2e5, 1, "2.0e+05"},
-                 {w, 7e5, 1, "7e+05"},
-                 {1e-4, 1e3, 0, "1e-04"},
-                 {0, 0.1, 0, "0e+00"},
-                 {999999, 0.1, 0, "999999.00"},
-                 {0.1, 0, 0, "0.1"},
-                 {0.1, -1, 1, "0.1"},
-                 {NAN, 1, 0, "NAN"},
-                 {NAN, 1, 1, "NAN"},
-                 {NAN, 0, 0, "NAN"},
-                 {1.5, NAN, 0, "2"},
-                 {1.5, NAN, 1, "NAN"},
-                 {1.5, INFINITY, 0, "2"},
-                 {1.5, INFINITY, 1, "inf"},
-                 {INFINITY, 1, 0, "inf"},
-                 {-INFINITY, 1, 0, "-inf"}};
+    } cases[] = {{v, 0.02, 0, "1.235"},     {v, 0.02, 1, "0.020"},     {v, 0.05, 0, "1.23"},
+                 {v, 0.04, 0, "1.235"},     {123.456, 50, 0, "123"},   {123.456, 50, 1, "50"},
+                 {123.456, 1, 0, "123.5"},  {w, 2e5, 0, "1.2346e+08"}, {w, 2e5, 1, "2.0e+05"},
+                 {w, 7e5, 1, "7e+05"},      {1e-4, 1e3, 0, "1e-04"},   {0, 0.1, 0, "0e+00"},
+                 {n, 0.1, 0, "999999.00"},  {0.1, 0, 0, "0.1"},        {0.1, -1, 1, "0.1"},
+                 {NAN, 1, 0, "NAN"},        {NAN, 1, 1, "NAN"},        {NAN, 0, 0, "NAN"},
+                 {1.5, NAN, 0, "2"},        {1.5, NAN, 1, "NAN"},      {1.5, INFINITY, 0, "2"},
+                 {1.5, INFINITY, 1, "inf"}, {INFINITY, 1, 0, "inf"},   {-INFINITY, 1, 0, "-inf"}};
     for (const auto &c : cases)
         EXPECT_STREQ(stringOfDoubleConsideringError(c.x, c.error, c.printError), c.text)
             << c.x << ", " << c.error << ", " << c.printError;

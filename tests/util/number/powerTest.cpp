@@ -19,17 +19,10 @@ TEST(Power10, TakesTheTablesUpToFiftyAndPowBeyond) {
 
 TEST(Exponent10, ForgivesRoundingErrorsBelowAPowerOfTen) {
     const double near = 1000 - 1e-10, off = 1000 - 1e-8;
-    for (const auto &[x, exponent] : {std::pair{1.0, 0},
-                                      {-1, 0},
-                                      {999, 2},
-                                      {0.1, -1},
-                                      {-0.05, -2},
-                                      {near, 3},
-                                      {off, 2},
-                                      {1e-3, -3},
-                                      {1e51, 51},
-                                      {1.5e300, 300},
-                                      {5e-324, -324}}) {
+    const std::pair<double, int> cases[] = {{1.0, 0},    {-1, 0},        {999, 2},      {0.1, -1},
+                                            {-0.05, -2}, {near, 3},      {off, 2},      {1e-3, -3},
+                                            {1e51, 51},  {1.5e300, 300}, {5e-324, -324}};
+    for (const auto &[x, exponent] : cases) {
         EXPECT_EQ(exponent10(x), exponent) << x;
         EXPECT_EQ(mantisse10(x), x / power10(exponent)) << x;
     }
@@ -63,23 +56,11 @@ TEST(DoublePower, KeepsExactWhatNeedsNoPow) {
 TEST(IntFloor, IsOneBelowTheFloorForWholeNumbersUpToZero) {
     const int max = INT_MAX, min = INT_MIN;
     const double inf = INFINITY, most = max;
-    for (const auto &[x, floor] : {std::pair{2.7, 2},
-                                   {2, 2},
-                                   {0.5, 0},
-                                   {0, -1},
-                                   {-0.0, -1},
-                                   {-0.5, -1},
-                                   {-1, -2},
-                                   {-2, -3},
-                                   {-2.5, -3},
-                                   {1e10, max},
-                                   {-1e10, min},
-                                   {inf, max},
-                                   {-inf, min},
-                                   {NAN, min},
-                                   {most + 0.5, max},
-                                   {-most, min}})
-        EXPECT_EQ(intFloor(x), floor) << x;
+    const std::pair<double, int> cases[] = {
+        {2.7, 2},    {2, 2},     {0.5, 0},          {0, -1},     {-0.0, -1},   {-0.5, -1},
+        {-1, -2},    {-2, -3},   {-2.5, -3},        {1e10, max}, {-1e10, min}, {inf, max},
+        {-inf, min}, {NAN, min}, {most + 0.5, max}, {-most, min}};
+    for (const auto &[x, floor] : cases) EXPECT_EQ(intFloor(x), floor) << x;
 }
 
 TEST(EquDouble, ComparesRelativelyToTheSecond) {

@@ -46,24 +46,18 @@ TEST(Getline, ReadsLinesWithAnyLineEndAndReportsTheLast) {
     }
 }
 
-TEST(GetlineFromRam, ABufferWithoutRoomTakesNothing) {
+TEST(GetlineFromRam, TakesNothingWithoutRoomAndCopiesNulBytes) {
+    char bytes[] = {'a', '\0', 'b', '\n', 'c'};
+    char buf[10];
+    char *pos = bytes;
+    char atEnd = 7;
     for (const int size : {1, 0, INT_MIN}) {
-        char text[] = "\nabc";
-        char *pos = text;
-        char buf[] = "x";
-        char atEnd = 7;
-        getlineFromRam(&pos, text + 3, buf, size, &atEnd);
-        EXPECT_EQ(pos, text) << size;
+        buf[0] = 'x';
+        getlineFromRam(&pos, bytes + 4, buf, size, &atEnd);
+        EXPECT_EQ(pos, bytes) << size;
         EXPECT_STREQ(buf, "") << size;
         EXPECT_EQ(atEnd, 0) << size;
     }
-}
-
-TEST(GetlineFromRam, CopiesNulBytes) {
-    char bytes[] = {'a', '\0', 'b', '\n', 'c'};
-    char *pos = bytes;
-    char buf[10];
-    char atEnd;
     getlineFromRam(&pos, bytes + 4, buf, sizeof buf, &atEnd);
     EXPECT_EQ(std::string(buf, 4), std::string("a\0b\0", 4));
     EXPECT_EQ(pos, bytes + 4);
