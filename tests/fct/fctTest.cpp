@@ -1,23 +1,21 @@
 #include "fct/fct.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
+#include "fct/statistics.h"
 #include "samples.h"
+#include "tests/util/files/expectFatal.h"
+#include "tests/util/files/textOf.h"
 
 using namespace plw;
 
 TEST(NewFct, RaisesTheCapacityToOneAndGrowsByTheRule) {
     for (int capacity : {0, -5, 1}) {
-        const FctPtr f = own(newFct(capacity));
+        const FctPtr f = newFct(capacity);
         EXPECT_EQ(f->size, 1) << capacity;
         for (int i = 0; i < 62; i++) {
-            appendFct(f.get(), i, -i);
+            appendFct(f, i, -i);
             EXPECT_EQ(f->size, i < 1 ? 1 : i < 25 ? 25 : i < 61 ? 61 : 115) << i;
         }
         EXPECT_EQ(f->n, 62);
@@ -27,153 +25,144 @@ TEST(NewFct, RaisesTheCapacityToOneAndGrowsByTheRule) {
 }
 
 TEST(NewFct, ComesFromAnArrayWithPositionsRoundedOnce) {
-    const Values y = {4, 5, 6};
-    const FctPtr f = own(newFctWith(y.data(), 3, 1, 0.5));
-    EXPECT_EQ(positions(f.get()), (Values{1, 1.5, 2}));
-    EXPECT_EQ(ordinates(f.get()), y);
+    const FctPtr f = newFctWith(Values{4, 5, 6}.data(), 3, 1, 0.5);
+    EXPECT_EQ(positions(f), (Values{1, 1.5, 2}));
+    EXPECT_EQ(ordinates(f), (Values{4, 5, 6}));
 
-    const Values many(1000);
-    const FctPtr thirds = own(newFctWith(many.data(), 1000, -7.7, 1.0 / 3));
+    const FctPtr thirds = newFctWith(Values(1000).data(), 1000, -7.7, 1.0 / 3);
     for (int i = 0; i < 1000; i++) EXPECT_EQ(thirds->t[i], std::fma(i, 1.0 / 3, -7.7)) << i;
-
-    EXPECT_EQ(own(newFctWith(nullptr, 0, 0, 1))->n, 0);
 }
 
 TEST(CopyFct, IsGrowableAndItsOwn) {
-    const FctPtr f = own(newFctFixedLen(2));
-    appendFct(f.get(), 1, 10);
-    appendFct(f.get(), 2, 20);
+    const FctPtr f = newFctFixedLen(2);
+    appendFct(f, 1, 10);
+    appendFct(f, 2, 20);
     f->lastIndex = 1;
 
-    const FctPtr copy = own(copyFct(f.get()));
+    const FctPtr copy = copyFct(f);
     EXPECT_EQ(copy->lastIndex, 0);
-    appendFct(copy.get(), 3, 30);
-    negFct(copy.get());
-    EXPECT_EQ(ordinates(copy.get()), (Values{-10, -20, -30}));
-    EXPECT_EQ(ordinates(f.get()), (Values{10, 20}));
-
-    EXPECT_EQ(own(copyFct(own(newFct(5)).get()))->size, 1);
+    appendFct(copy, 3, 30);
+    negFct(copy);
+    EXPECT_EQ(ordinates(copy), (Values{-10, -20, -30}));
+    EXPECT_EQ(ordinates(f), (Values{10, 20}));
+    EXPECT_EQ(FctPtr(copyFct(FctPtr(newFct(5))))->size, 1);
 }
 
 TEST(LinkFct, SharesTheArraysAndOwnsNothing) {
     const FctPtr f = function({0, 1, 2}, {1, 2, 3});
     f->lastIndex = 2;
-    Fct *link = linkFct(f.get());
+    Fct *link = linkFct(f);
     EXPECT_EQ(link->size, 0);
     EXPECT_EQ(link->lastIndex, 0);
     EXPECT_EQ(link->linked, 1);
     link->y[1] = 7;
     removeAtEndFct(link, 1);
     freeFct(link);
-    EXPECT_EQ(ordinates(f.get()), (Values{1, 7, 3}));
-}
-
-TEST(LinkFctDeathTest, OfAFixedLengthFunctionIsIncomplete) {
-    const FctPtr f = own(newFctFixedLen(1));
-    appendFct(f.get(), 0, 1);
-    const FctPtr link = own(linkFct(f.get()));
-    EXPECT_EXIT(evalFct(link.get(), 0), testing::ExitedWithCode(1),
-                "^ERROR in evalFct: function incomplete \\(1\\)\n$");
+    EXPECT_EQ(ordinates(f), (Values{1, 7, 3}));
 }
 
 TEST(RemoveFct, LimitsTheCountAndForgetsTheSearch) {
+    const auto atEnd = removeAtEndFct, atBegin = removeAtBeginFct;
     const struct {
         void (*remove)(Fct *, int);
         int k;
         Values want;
     } cases[] = {
-        {removeAtEndFct, 0, {1, 2, 3, 4}},
-        {removeAtEndFct, 1, {1, 2, 3}},
-        {removeAtEndFct, 4, {}},
-        {removeAtEndFct, 5, {}},
-        {removeAtEndFct, INT_MAX, {}},
-        {removeAtBeginFct, 0, {1, 2, 3, 4}},
-        {removeAtBeginFct, 2, {3, 4}},
-        {removeAtBeginFct, 10, {}},
-        {removeAtBeginFct, INT_MAX, {}},
-        {removeAtBeginFct, -1, {1, 2, 3, 4}},
-        {removeAtBeginFct, INT_MIN, {1, 2, 3, 4}},
-    };
+        {atEnd, 0, {1, 2, 3, 4}}, {atEnd, 1, {1, 2, 3}},       {atEnd, 5, {}},
+        {atEnd, INT_MAX, {}},     {atBegin, 2, {3, 4}},        {atBegin, 10, {}},
+        {atBegin, INT_MAX, {}},   {atBegin, -1, {1, 2, 3, 4}}, {atBegin, INT_MIN, {1, 2, 3, 4}}};
     for (const auto &c : cases) {
         const FctPtr f = function({1, 2, 3, 4}, {-1, -2, -3, -4});
         f->lastIndex = 3;
-        c.remove(f.get(), c.k);
-        EXPECT_EQ(positions(f.get()), c.want) << c.k;
-        negFct(f.get());
-        EXPECT_EQ(ordinates(f.get()), c.want) << c.k;
+        c.remove(f, c.k);
+        EXPECT_EQ(positions(f), c.want) << c.k;
+        negFct(f);
+        EXPECT_EQ(ordinates(f), c.want) << c.k;
         EXPECT_EQ(f->lastIndex, 0) << c.k;
-        EXPECT_EQ(f->size, 4) << c.k;
     }
-}
 
-TEST(RemoveAtEndFct, TakesBackWhatItDropped) {
+    // a negative count takes back what was dropped
     const FctPtr f = function({1, 2, 3, 4}, {-1, -2, -3, -4});
-    removeAtEndFct(f.get(), 3);
-    removeAtEndFct(f.get(), -2);
-    EXPECT_EQ(positions(f.get()), (Values{1, 2, 3}));
-    removeAtEndFct(f.get(), INT_MIN);
-    EXPECT_EQ(positions(f.get()), (Values{1, 2, 3, 4}));
+    removeAtEndFct(f, 3);
+    removeAtEndFct(f, -2);
+    EXPECT_EQ(positions(f), (Values{1, 2, 3}));
+    removeAtEndFct(f, INT_MIN);
+    EXPECT_EQ(positions(f), (Values{1, 2, 3, 4}));
 }
 
 TEST(ClearFct, KeepsCapacityAndSearchIndex) {
     const FctPtr f = function({1, 2}, {3, 4});
     f->lastIndex = 1;
-    clearFct(f.get());
+    clearFct(f);
     EXPECT_EQ(f->n, 0);
     EXPECT_EQ(f->size, 2);
     EXPECT_EQ(f->lastIndex, 1);
     // the stale index is no hint
-    appendFct(f.get(), 5, 6);
-    EXPECT_EQ(indexFct(f.get(), 9), 0);
+    appendFct(f, 5, 6);
+    EXPECT_EQ(indexFct(f, 9), 0);
 }
 
-TEST(FctDeathTest, FixedLengthIsNeitherGrownNorShortenedNorSearchedTooEarly) {
-    const FctPtr full = own(newFctFixedLen(1));
-    appendFct(full.get(), 0, 1);
-    EXPECT_EQ(indexFct(full.get(), 5), 0);
-    const FctPtr partial = incompleteFunction();
-    double t, y;
+TEST(FctDeathTest, OfFixedLengthIsNeitherGrownNorShortened) {
+    const FctPtr f = newFctFixedLen(1);
+    appendFct(f, 0, 1);
+    const std::string isFull = ": function with fixed length full (1)";
+    expectFatal([&] { appendFct(f, 1, 1); }, "ERROR in appendFct" + isFull);
+    expectFatal([&] { removeAtEndFct(f, 0); }, "ERROR in appendFct" + isFull);
+    expectFatal([&] { removeAtBeginFct(f, 0); }, "ERROR in removeAtBeginFct" + isFull);
+}
+
+TEST(FctDeathTest, OfFixedLengthIsNotSearchedBeforeItIsFull) {
+    const FctPtr f = newFctFixedLen(3), whole = function({0, 1}, {1, 1});
+    appendFct(f, 0, 1);
+    appendFct(f, 1, 2);
+    double a, b, c, d;
     int i;
-    const auto failed = testing::ExitedWithCode(1);
-    EXPECT_EXIT(appendFct(full.get(), 1, 1), failed,
-                "^ERROR in appendFct: function with fixed length full \\(1\\)\n$");
-    EXPECT_EXIT(removeAtEndFct(partial.get(), 0), failed,
-                "^ERROR in appendFct: function with fixed length full \\(2\\)\n$");
-    EXPECT_EXIT(removeAtBeginFct(partial.get(), 0), failed,
-                "^ERROR in removeAtBeginFct: function with fixed length full \\(2\\)\n$");
-    EXPECT_EXIT(indexFct(partial.get(), 0), failed,
-                "^ERROR in indexFct: function incomplete \\(2\\)\n$");
-    EXPECT_EXIT(closestTFct(partial.get(), 0), failed,
-                "^ERROR in closestTFct: function incomplete \\(2\\)\n$");
-    EXPECT_EXIT(maximumFct(partial.get(), &t, &y, &i), failed,
-                "^ERROR in maximumFct: function incomplete \\(2\\)\n$");
+    const struct {
+        const char *name;
+        std::function<void()> call;
+    } cases[] = {{"indexFct", [&] { indexFct(f, 0); }},
+                 {"closestTFct", [&] { closestTFct(f, 0); }},
+                 {"maximumFct", [&] { maximumFct(f, &a, &b, &i); }},
+                 {"evalFct", [&] { evalFct(f, 0); }},
+                 {"integral", [&] { integralFct(0, 0, f); }},
+                 {"findRootBeyondFct", [&] { findValueBeyondFct(0, f, 0, &a); }},
+                 {"extremeBeyondFct", [&] { extremeBeyondFct(0, f, &a); }},
+                 {"extremeBeforeFct", [&] { extremeBeforeFct(0, f, &a); }},
+                 {"evalFct", [&] { addFct(whole, f); }},
+                 {"evalFct", [&] { smoothFct(f, whole); }},
+                 {"peaksFct", [&] { peaksFct(f, 0, 1); }},
+                 {"linRegFct", [&] { linRegFct(f, &a, &b, &c, &d); }}};
+    for (const auto &[name, call] : cases)
+        expectFatal(call, std::string("ERROR in ") + name + ": function incomplete (2)");
+
+    appendFct(f, 2, 3);
+    EXPECT_EQ(indexFct(f, 5), 2);
+    const FctPtr link = linkFct(f), empty = newFct(1);
+    expectFatal([&] { evalFct(link, 0); }, "ERROR in evalFct: function incomplete (3)");
+    expectFatal([&] { evalFct(empty, 0); }, "ERROR in evalFct: function incomplete (0)");
 }
 
 TEST(IndexFct, RemembersWhatItFound) {
     const FctPtr f = function({0, 1, 1, 3}, {0, 0, 0, 0});
-    const struct {
-        double x;
-        int want;
-    } cases[] = {{-7, 0}, {0, 0}, {0.5, 0}, {2, 2}, {3, 3}, {9, 3}, {NaN, 0}};
-    for (const auto &c : cases) {
-        EXPECT_EQ(indexFct(f.get(), c.x), c.want) << c.x;
-        EXPECT_EQ(f->lastIndex, c.want) << c.x;
+    for (const auto &[x, want] :
+         {std::pair{-7.0, 0}, {0, 0}, {0.5, 0}, {2, 2}, {3, 3}, {9, 3}, {NaN, 0}}) {
+        EXPECT_EQ(indexFct(f, x), want) << x;
+        EXPECT_EQ(f->lastIndex, want) << x;
     }
-    EXPECT_EQ(indexFct(own(newFct(1)).get(), 1), 0);
+    EXPECT_EQ(indexFct(FctPtr(newFct(1)), 1), 0);
 }
 
 TEST(ClosestTFct, GivesTiesToTheLargerPosition) {
-    const FctPtr f = function({0, 1, 3}, {0, 0, 0});
+    const FctPtr f = function({0, 1, 3}, {0, 0, 0}), gap = function({0, NaN, 3}, {0, 0, 0}),
+                 empty = newFct(1), single = function({4}, {0});
     const struct {
+        Fct *f;
         double x, want;
-    } cases[] = {{-7, 0}, {0.25, 0}, {0.5, 1}, {2, 3},        {1.999, 1},
-                 {3, 3},  {9, 3},    {NaN, 1}, {-infinity, 1}};
-    for (const auto &c : cases) EXPECT_EQ(closestTFct(f.get(), c.x), c.want) << c.x;
-    const FctPtr gap = function({0, NaN, 3}, {0, 0, 0});
-    EXPECT_TRUE(std::isnan(closestTFct(gap.get(), 1)));
-    EXPECT_EQ(closestTFct(gap.get(), 3), 3);
-    EXPECT_TRUE(std::isnan(closestTFct(own(newFct(1)).get(), 1)));
-    EXPECT_EQ(closestTFct(function({4}, {0}).get(), -1), 4);
+    } cases[] = {{f, -7, 0},  {f, 0.25, 0},    {f, 0.5, 1},    {f, 2, 3},         {f, 1.999, 1},
+                 {f, 3, 3},   {f, 9, 3},       {f, NaN, 1},    {f, -infinity, 1}, {gap, 1, NaN},
+                 {gap, 3, 3}, {empty, 1, NaN}, {single, -1, 4}};
+    for (const auto &c : cases)
+        EXPECT_TRUE(same(closestTFct(c.f, c.x), c.want)) << c.x << " in " << text(c.f);
 }
 
 TEST(MaximumFct, TakesTheFirstOfEqualsAndNoNaN) {
@@ -189,7 +178,7 @@ TEST(MaximumFct, TakesTheFirstOfEqualsAndNoNaN) {
         const FctPtr f = function(Values(c.y.size(), 3), c.y);
         double t = -7, y = 0;
         int index = -7;
-        maximumFct(f.get(), &t, &y, &index);
+        maximumFct(f, &t, &y, &index);
         EXPECT_EQ(y, c.want) << text(c.y);
         EXPECT_EQ(index, c.index) << text(c.y);
         EXPECT_EQ(t, c.index < 0 ? -7 : 3) << text(c.y);
@@ -198,12 +187,12 @@ TEST(MaximumFct, TakesTheFirstOfEqualsAndNoNaN) {
 
 TEST(SortFct, MovesWholeSamples) {
     const FctPtr f = function({3, 1, 2}, {10, 30, 20});
-    sortByTFct(f.get());
-    EXPECT_EQ(positions(f.get()), (Values{1, 2, 3}));
-    EXPECT_EQ(ordinates(f.get()), (Values{30, 20, 10}));
-    sortByYFct(f.get());
-    EXPECT_EQ(positions(f.get()), (Values{3, 2, 1}));
-    sortByTFct(own(newFct(1)).get());
+    sortByTFct(f);
+    EXPECT_EQ(positions(f), (Values{1, 2, 3}));
+    EXPECT_EQ(ordinates(f), (Values{30, 20, 10}));
+    sortByYFct(f);
+    EXPECT_EQ(positions(f), (Values{3, 2, 1}));
+    sortByTFct(FctPtr(newFct(1)));
 }
 
 // The rule word by word, on a copy.
@@ -211,13 +200,9 @@ static Values unwrapped(const Values &y, int m) {
     Values v = y;
     double r = y.empty() ? 0 : y[0], c = 0;
     for (int i = 1; i < static_cast<int>(y.size()); i++) {
-        double u = y[i] + c;
-        if (u - r > 3.141592653589793)
-            c = c - 6.283185307179586;
-        else if (u - r < -3.141592653589793)
-            c = c + 6.283185307179586;
-        u = y[i] + c;
-        v[i] = u;
+        const double jump = y[i] + c - r;
+        if (std::fabs(jump) > 3.141592653589793) c -= std::copysign(6.283185307179586, jump);
+        v[i] = y[i] + c;
         r = std::fma(1.0 / m, v[i] - v[i - m >= 1 ? i - m : 0], r);
     }
     return v;
@@ -226,12 +211,12 @@ static Values unwrapped(const Values &y, int m) {
 TEST(UnwrapPhaseFct, FollowsThePhaseThroughItsJumps) {
     constexpr double turn = 6.283185307179586;
     FctPtr f = function({0, 1, 2, 3}, {0, 3, 6.2, 0.1});
-    unwrapPhaseFct(f.get(), 1);
-    EXPECT_EQ(ordinates(f.get()), (Values{0, 3, 6.2 - turn, 0.1}));
+    unwrapPhaseFct(f, 1);
+    EXPECT_EQ(ordinates(f), (Values{0, 3, 6.2 - turn, 0.1}));
 
     f = function({0, 1, 2}, {0, 10, 10}); // a jump of more than 3 pi: one turn at each sample
-    unwrapPhaseFct(f.get(), 1);
-    EXPECT_EQ(ordinates(f.get()), (Values{0, 10 - turn, 10 - turn}));
+    unwrapPhaseFct(f, 1);
+    EXPECT_EQ(ordinates(f), (Values{0, 10 - turn, 10 - turn}));
 
     RandomFunctions functions;
     functions.gaps = 0.01;
@@ -239,42 +224,28 @@ TEST(UnwrapPhaseFct, FollowsThePhaseThroughItsJumps) {
         f = functions.next(40);
         for (int i = 0; i < f->n; i++) f->y[i] *= 2;
         const int m = round % 50 == 0 ? INT_MAX : 1 + functions.upTo(6);
-        const Values want = unwrapped(ordinates(f.get()), m);
-        const std::string input = text(f.get());
-        unwrapPhaseFct(f.get(), m);
-        EXPECT_TRUE(same(ordinates(f.get()), want)) << "m = " << m << ", " << input;
+        const Values want = unwrapped(ordinates(f), m);
+        const std::string input = text(f);
+        unwrapPhaseFct(f, m);
+        EXPECT_TRUE(same(ordinates(f), want)) << "m = " << m << ", " << input;
     }
 }
 
-namespace {
-
-std::string contents(const std::filesystem::path &path) {
-    std::stringstream s;
-    s << std::ifstream(path).rdbuf();
-    return s.str();
-}
-
 struct PrintFct : testing::Test {
-    std::filesystem::path dir =
-        std::filesystem::path(testing::TempDir()) /
-        (std::string("plw") + testing::UnitTest::GetInstance()->current_test_info()->name());
+    const std::string dir = testing::TempDir() + "printFctTest";
 
     void SetUp() override { std::filesystem::remove_all(dir); }
     void TearDown() override { std::filesystem::remove_all(dir); }
 };
 
-using PrintFctDeathTest = PrintFct;
-
-} // namespace
-
 TEST_F(PrintFct, WritesWhatPrintfDoes) {
-    const FctPtr f = own(newFct(1));
+    const FctPtr f = newFct(1);
     for (double special : {0.0, -0.0, NaN, -NaN, infinity, -infinity, 1e-5, 1e-4, 999999.5, 1e6,
                            0.1, std::numeric_limits<double>::denorm_min(), -1.7976931348623157e308})
-        appendFct(f.get(), special, -special);
+        appendFct(f, special, -special);
     std::mt19937_64 random(3);
     for (int i = 0; i < 20000; i++)
-        appendFct(f.get(), std::bit_cast<double>(random()),
+        appendFct(f, std::bit_cast<double>(random()),
                   std::ldexp(static_cast<double>(random() % 2000001), -static_cast<int>(i % 24)));
 
     std::string want;
@@ -283,25 +254,25 @@ TEST_F(PrintFct, WritesWhatPrintfDoes) {
         std::snprintf(line, sizeof line, "%g  %g\n", f->t[i], f->y[i]);
         want += line;
     }
-    printFct(f.get(), (dir / "made.txt").c_str());
-    EXPECT_TRUE(contents(dir / "made.txt") == want);
-
-    printFct(own(newFct(1)).get(), (dir / "made.txt").c_str());
-    EXPECT_EQ(contents(dir / "made.txt"), "");
+    const std::string path = dir + "/made.txt";
+    printFct(f, path.c_str());
+    EXPECT_TRUE(textOf(path) == want);
+    printFct(FctPtr(newFct(1)), path.c_str());
+    EXPECT_EQ(textOf(path), "");
 }
 
 TEST_F(PrintFct, GoesToStandardOutputWithoutAPath) {
     const FctPtr f = function({1, 2}, {0.5, NaN});
     testing::internal::CaptureStdout();
-    printFct(f.get(), nullptr);
-    pp(f.get());
+    printFct(f, nullptr);
+    pp(f);
     std::puts("still open");
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               "1  0.5\n2  nan\n1  0.5\n2  nan\nstill open\n");
 }
 
-TEST_F(PrintFctDeathTest, MakesNoParents) {
-    const std::string parent = (dir / "deep").string();
-    EXPECT_EXIT(printFct(function({1}, {1}).get(), (parent + "/file").c_str()),
-                testing::ExitedWithCode(1), "^ERROR: can't create directory: " + parent + "\n$");
+TEST(PrintFctDeathTest, MakesNoParents) {
+    const std::string parent = testing::TempDir() + "none/deep";
+    expectFatal([&] { printFct(function({1}, {1}), (parent + "/file").c_str()); },
+                "ERROR: can't create directory: " + parent);
 }

@@ -10,35 +10,35 @@ using namespace plw;
 namespace {
 
 FctPtr sampled(double from, double to, int n, const std::function<double(double)> &y) {
-    FctPtr f = own(newFct(n));
+    FctPtr f = newFct(n);
     for (int i = 0; i < n; i++) {
         const double t = from + (to - from) * i / (n - 1);
-        appendFct(f.get(), t, y(t));
+        appendFct(f, t, y(t));
     }
     return f;
 }
 
 // The search step by step, through the public searches; nothing if it would go round for ever.
 FctPtr slowPeaks(Fct *f, double threshold, double w) {
-    FctPtr r = own(newFct(20));
+    FctPtr r = newFct(20);
     if (f->n < 1) return r;
     const double h = w * 0.5;
     const double step = (f->t[f->n - 1] - f->t[0]) / f->n * 0.5;
-    const FctPtr d = own(newFct(f->n));
+    const FctPtr d = newFct(f->n);
     Fct copy = *f;
     for (double x = f->t[0] + h; x <= f->t[f->n - 1] - h && step > 0; x += step) {
         const double R = integralFct(x, x + h, &copy);
         const double L = integralFct(x - h, x, f);
-        appendFct(d.get(), x, R - L);
+        appendFct(d, x, R - L);
     }
     double p = f->t[0] + h, t;
-    for (int rounds = 0; findValueBeyondFct(p, d.get(), 0.0, &p); rounds++) {
-        if (rounds > d->n) return own(nullptr);
-        const double e1 = extremeBeyondFct(p, d.get(), &t);
-        const double e0 = extremeBeforeFct(p, d.get(), &t);
+    for (int rounds = 0; findValueBeyondFct(p, d, 0.0, &p); rounds++) {
+        if (rounds > d->n) return FctPtr(nullptr);
+        const double e1 = extremeBeyondFct(p, d, &t);
+        const double e0 = extremeBeforeFct(p, d, &t);
         if (std::isnan(e1) && std::isnan(e0)) break;
         const double s = std::isnan(e1) ? 2 * e0 : std::isnan(e0) ? -2.0 * e1 : e0 - e1;
-        if (s / h >= threshold) appendFct(r.get(), p, s / h);
+        if (s / h >= threshold) appendFct(r, p, s / h);
     }
     return r;
 }
@@ -48,20 +48,20 @@ FctPtr slowPeaks(Fct *f, double threshold, double w) {
 TEST(PeaksFct, FindsBumpsAndNoDips) {
     const auto bump = [](double t) { return std::exp(-(t - 5) * (t - 5) * 4); };
     const FctPtr up = sampled(0, 10, 201, bump);
-    const FctPtr peaks = own(peaksFct(up.get(), 0.1, 1));
-    ASSERT_EQ(peaks->n, 1) << text(peaks.get());
+    const FctPtr peaks = peaksFct(up, 0.1, 1);
+    ASSERT_EQ(peaks->n, 1) << text(peaks);
     EXPECT_NEAR(peaks->t[0], 5, 0.025); // half a sample
     EXPECT_GT(peaks->y[0], 0.1);
 
-    negFct(up.get());
-    EXPECT_EQ(own(peaksFct(up.get(), 0.1, 1))->n, 0);
-    EXPECT_GT(own(peaksFct(up.get(), -10, 1))->n, 0) << "a valley has a negative strength";
+    negFct(up);
+    EXPECT_EQ(FctPtr(peaksFct(up, 0.1, 1))->n, 0);
+    EXPECT_GT(FctPtr(peaksFct(up, -10, 1))->n, 0) << "a valley has a negative strength";
 }
 
 TEST(PeaksFct, IsEmptyWithoutRoomForAWindow) {
     const FctPtr f = sampled(0, 1, 11, [](double t) { return t * (1 - t); });
     for (double width : {1.5, 0.0, -1.0, -infinity, infinity, NaN})
-        EXPECT_EQ(own(peaksFct(f.get(), 0, width))->n, 0) << width;
+        EXPECT_EQ(FctPtr(peaksFct(f, 0, width))->n, 0) << width;
     const struct {
         Values t, y;
     } cases[] = {{{}, {}},
@@ -70,21 +70,21 @@ TEST(PeaksFct, IsEmptyWithoutRoomForAWindow) {
                  {{0, infinity}, {1, 1}},
                  {{NaN, 1, 2}, {1, 2, 1}}};
     for (const auto &c : cases)
-        EXPECT_EQ(own(peaksFct(function(c.t, c.y).get(), 0, 1))->n, 0) << text(c.t);
+        EXPECT_EQ(FctPtr(peaksFct(function(c.t, c.y), 0, 1))->n, 0) << text(c.t);
 }
 
 TEST(PeaksFct, EndsWhereDifferencesUnderflowOrCrossingsRound) {
     // tails so thin that products of their differences are 0
     const FctPtr thin = sampled(-30, 30, 601, [](double t) { return std::exp(-t * t); });
-    const FctPtr peaks = own(peaksFct(thin.get(), 0.1, 1));
-    ASSERT_EQ(peaks->n, 1) << text(peaks.get());
+    const FctPtr peaks = peaksFct(thin, 0.1, 1);
+    ASSERT_EQ(peaks->n, 1) << text(peaks);
     EXPECT_NEAR(peaks->t[0], 0, 0.05); // half a sample
 
     // symmetric ones, where the difference at the centre is 0 but for rounding
     for (int n = 21; n < 400; n += 2) {
         const FctPtr f =
             sampled(0.1, 0.9, n, [](double t) { return std::exp(-(t - 0.5) * (t - 0.5) * 50); });
-        EXPECT_EQ(own(peaksFct(f.get(), 0.1, 0.2))->n, 1) << n;
+        EXPECT_EQ(FctPtr(peaksFct(f, 0.1, 0.2))->n, 1) << n;
     }
 }
 
@@ -97,22 +97,16 @@ TEST(PeaksFct, AgreesWithTheSteps) {
         if (functions.rarely(0.2)) std::fill(f->y + f->n / 3, f->y + f->n, 1.0);
         const double threshold = functions.real(-1, 1);
         const double width = functions.real(0.2, 6);
-        const FctPtr copy = own(copyFct(f.get()));
-        const FctPtr want = slowPeaks(copy.get(), threshold, width);
+        const FctPtr copy = copyFct(f);
+        const FctPtr want = slowPeaks(copy, threshold, width);
         if (want == nullptr) continue;
-        const FctPtr got = own(peaksFct(f.get(), threshold, width));
-        EXPECT_TRUE(same(positions(got.get()), positions(want.get())) &&
-                    same(ordinates(got.get()), ordinates(want.get())))
-            << "threshold " << threshold << ", width " << width << ", " << text(f.get());
-        EXPECT_EQ(f->lastIndex, copy->lastIndex) << text(f.get());
+        const FctPtr got = peaksFct(f, threshold, width);
+        EXPECT_TRUE(same(got, want))
+            << "threshold " << threshold << ", width " << width << ", " << text(f);
+        EXPECT_EQ(f->lastIndex, copy->lastIndex) << text(f);
         found += got->n;
     }
     EXPECT_GT(found, 1000);
-}
-
-TEST(PeaksFctDeathTest, RefusesAnIncompleteFunction) {
-    EXPECT_EXIT(peaksFct(incompleteFunction().get(), 0, 1), testing::ExitedWithCode(1),
-                "^ERROR in peaksFct: function incomplete \\(2\\)\n$");
 }
 
 TEST(Parabola, IsExactOrSaysWhatIsMissing) {
@@ -120,20 +114,16 @@ TEST(Parabola, IsExactOrSaysWhatIsMissing) {
         const char *what;
         double x[3], y[3];
         int done;
-        double curvature, xVertex, yVertex;
-    } cases[] = {
-        {"summit", {0, 1, 2}, {0, 1, 0}, 1, -1, 1, 1},
-        {"uneven", {0, 1, 4}, {5, 2, 5 + 16 - 16}, 1, 1, 2, 1},
-        {"descending", {2, 1, 0}, {9, 4, 1}, 1, 1, -1, 0},
-        {"line", {0, 1, 2}, {1, 2, 3}, 0, 0, -7, -7},
-        {"second at first", {1, 1, 2}, {1, 2, 3}, 0, -7, -7, -7},
-        {"second at third", {0, 2, 2}, {1, 2, 3}, 0, -7, -7, -7},
-    };
+        Values want; // curvature and vertex
+    } cases[] = {{"summit", {0, 1, 2}, {0, 1, 0}, 1, {-1, 1, 1}},
+                 {"uneven", {0, 1, 4}, {5, 2, 5 + 16 - 16}, 1, {1, 2, 1}},
+                 {"descending", {2, 1, 0}, {9, 4, 1}, 1, {1, -1, 0}},
+                 {"line", {0, 1, 2}, {1, 2, 3}, 0, {0, -7, -7}},
+                 {"second at first", {1, 1, 2}, {1, 2, 3}, 0, {-7, -7, -7}},
+                 {"second at third", {0, 2, 2}, {1, 2, 3}, 0, {-7, -7, -7}}};
     for (const auto &c : cases) {
         double curvature = -7, xVertex = -7, yVertex = -7;
         EXPECT_EQ(parabola(c.x, c.y, &curvature, &xVertex, &yVertex), c.done) << c.what;
-        EXPECT_EQ(curvature, c.curvature) << c.what;
-        EXPECT_EQ(xVertex, c.xVertex) << c.what;
-        EXPECT_EQ(yVertex, c.yVertex) << c.what;
+        EXPECT_EQ(Values({curvature, xVertex, yVertex}), c.want) << c.what;
     }
 }

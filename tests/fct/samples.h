@@ -18,24 +18,21 @@
 constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-using FctPtr = std::unique_ptr<plw::Fct, decltype(&plw::freeFct)>;
 using Values = std::vector<double>;
 
-inline FctPtr own(plw::Fct *f) {
-    return {f, plw::freeFct};
-}
+// Owns a record and passes for the plain pointer.
+template<auto release> struct Release {
+    void operator()(auto *record) const { release(record); }
+};
+template<class T, auto release> struct Owner : std::unique_ptr<T, Release<release>> {
+    Owner(T *record) : std::unique_ptr<T, Release<release>>(record) {}
+    operator T *() const { return this->get(); }
+};
+using FctPtr = Owner<plw::Fct, plw::freeFct>;
 
 inline FctPtr function(const Values &t, const Values &y) {
-    FctPtr f = own(plw::newFct(static_cast<int>(t.size())));
-    for (size_t i = 0; i < t.size(); i++) plw::appendFct(f.get(), t[i], y[i]);
-    return f;
-}
-
-// Of fixed length, with one sample missing.
-inline FctPtr incompleteFunction() {
-    FctPtr f = own(plw::newFctFixedLen(3));
-    plw::appendFct(f.get(), 0, 1);
-    plw::appendFct(f.get(), 1, 2);
+    FctPtr f = plw::newFct(static_cast<int>(t.size()));
+    for (size_t i = 0; i < t.size(); i++) plw::appendFct(f, t[i], y[i]);
     return f;
 }
 
@@ -56,6 +53,10 @@ inline bool same(double a, double b) {
 inline bool same(const Values &a, const Values &b) {
     return a.size() == b.size() &&
            std::equal(a.begin(), a.end(), b.begin(), [](double u, double v) { return same(u, v); });
+}
+
+inline bool same(const plw::Fct *f, const plw::Fct *g) {
+    return same(positions(f), positions(g)) && same(ordinates(f), ordinates(g));
 }
 
 inline std::string text(const Values &values) {

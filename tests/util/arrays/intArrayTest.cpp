@@ -1,8 +1,7 @@
 #include "util/arrays/intArray.h"
 
+#include "tests/util/files/expectFatal.h"
 #include "tests/util/files/textOf.h"
-
-#include <gtest/gtest.h>
 
 using namespace plw;
 
@@ -48,9 +47,7 @@ TEST(IntArray, PrintsOneElementALine) {
 TEST(IntArrayDeathTest, RefusesAnIndexOutside) {
     IntArray *a = newIntArray(4);
     appendIntArray(a, 7);
-    EXPECT_EXIT(val(a, 1), testing::ExitedWithCode(1),
-                "^ERROR in val: index out of range \\(1\\)\n$");
-    EXPECT_EXIT(val(a, -1), testing::ExitedWithCode(1),
-                "^ERROR in val: index out of range \\(-1\\)\n$");
+    expectFatal([&] { val(a, 1); }, "ERROR in val: index out of range (1)");
+    expectFatal([&] { val(a, -1); }, "ERROR in val: index out of range (-1)");
     freeIntArray(a);
 }

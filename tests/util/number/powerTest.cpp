@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 using namespace plw;
 
@@ -17,27 +18,19 @@ TEST(Power10, TakesTheTablesUpToFiftyAndPowBeyond) {
 }
 
 TEST(Exponent10, ForgivesRoundingErrorsBelowAPowerOfTen) {
-    const struct {
-        double x, exponent, mantissa;
-    } cases[] = {
-        {1, 0, 1},
-        {-1, 0, -1},
-        {999, 2, 9.99},
-        {0.1, -1, 1},
-        {-0.05, -2, -5},
-        {1000 - 1e-10, 3, (1000 - 1e-10) / 1000},
-        {1000 - 1e-8, 2, (1000 - 1e-8) / 100},
-        {1e-3, -3, 1},
-        {1e51, 51, 1e51 / std::pow(10.0, 51)},
-        {1.5e300, 300, 1.5e300 / std::pow(10.0, 300)},
-        {0, -300, 0},
-        {-0.0, -300, 0},
-        {5e-324, -324, INFINITY},
-    };
-    for (const auto &c : cases) {
-        EXPECT_EQ(exponent10(c.x), c.exponent) << c.x;
-        EXPECT_EQ(mantisse10(c.x), c.mantissa) << c.x;
+    const double near = 1000 - 1e-10, off = 1000 - 1e-8;
+    const std::pair<double, int> cases[] = {{1.0, 0},    {-1, 0},        {999, 2},      {0.1, -1},
+                                            {-0.05, -2}, {near, 3},      {off, 2},      {1e-3, -3},
+                                            {1e51, 51},  {1.5e300, 300}, {5e-324, -324}};
+    for (const auto &[x, exponent] : cases) {
+        EXPECT_EQ(exponent10(x), exponent) << x;
+        EXPECT_EQ(mantisse10(x), x / power10(exponent)) << x;
     }
+    for (const double zero : {0.0, -0.0}) {
+        EXPECT_EQ(exponent10(zero), -300);
+        EXPECT_EQ(mantisse10(zero), 0);
+    }
+    EXPECT_EQ(mantisse10(999), 9.99);
     EXPECT_EQ(exponent10(-INFINITY), INFINITY);
     EXPECT_EQ(mantisse10(-INFINITY), -INFINITY);
     EXPECT_TRUE(std::isnan(exponent10(NAN)));
@@ -45,17 +38,10 @@ TEST(Exponent10, ForgivesRoundingErrorsBelowAPowerOfTen) {
 }
 
 TEST(IntPower, SquaresFromTheLowestBitUp) {
-    const double x = 1.1;
-    const double x2 = x * x;
-    const double x4 = x2 * x2;
-    EXPECT_EQ(intPower(x, 0), 1);
-    EXPECT_EQ(intPower(x, 1), x);
-    EXPECT_EQ(intPower(x, 2), x2);
-    EXPECT_EQ(intPower(x, 3), x * x2);
-    EXPECT_EQ(intPower(x, 7), x * x2 * x4);
-    EXPECT_EQ(intPower(x, -1), 1 / x);
-    EXPECT_EQ(intPower(x, -7), 1 / (x * x2 * x4));
-    EXPECT_EQ(intPower(-2, 5), -32);
+    const double x = 1.1, x2 = x * x, x7 = x * x2 * (x2 * x2);
+    for (const auto &[n, want] :
+         {std::pair{0, 1.0}, {1, x}, {2, x2}, {3, x * x2}, {7, x7}, {-1, 1 / x}, {-7, 1 / x7}})
+        EXPECT_EQ(intPower(x, n), want) << n;
     EXPECT_EQ(intPower(-1, INT_MIN), 1);
     EXPECT_EQ(intPower(0, -1), INFINITY);
     EXPECT_EQ(intPower(NAN, 0), 1);
@@ -68,26 +54,13 @@ TEST(DoublePower, KeepsExactWhatNeedsNoPow) {
 }
 
 TEST(IntFloor, IsOneBelowTheFloorForWholeNumbersUpToZero) {
-    const struct {
-        double x;
-        int floor;
-    } cases[] = {{2.7, 2},
-                 {2, 2},
-                 {0.5, 0},
-                 {0, -1},
-                 {-0.0, -1},
-                 {-0.5, -1},
-                 {-1, -2},
-                 {-2, -3},
-                 {-2.5, -3},
-                 {1e10, INT_MAX},
-                 {-1e10, INT_MIN},
-                 {INFINITY, INT_MAX},
-                 {-INFINITY, INT_MIN},
-                 {NAN, INT_MIN},
-                 {2147483647.5, INT_MAX},
-                 {-2147483647.0, INT_MIN}};
-    for (const auto &c : cases) EXPECT_EQ(intFloor(c.x), c.floor) << c.x;
+    const int max = INT_MAX, min = INT_MIN;
+    const double inf = INFINITY, most = max;
+    const std::pair<double, int> cases[] = {
+        {2.7, 2},    {2, 2},     {0.5, 0},          {0, -1},     {-0.0, -1},   {-0.5, -1},
+        {-1, -2},    {-2, -3},   {-2.5, -3},        {1e10, max}, {-1e10, min}, {inf, max},
+        {-inf, min}, {NAN, min}, {most + 0.5, max}, {-most, min}};
+    for (const auto &[x, floor] : cases) EXPECT_EQ(intFloor(x), floor) << x;
 }
 
 TEST(EquDouble, ComparesRelativelyToTheSecond) {

@@ -5,89 +5,59 @@
 #include <climits>
 #include <cstdio>
 #include <string>
-#include <vector>
 
 using namespace plw;
 
-namespace {
-
-using Lines = std::vector<std::string>;
-
-// Lines read until the end is reported, from memory and from a stream with the same bytes.
-Lines linesFromRam(std::string bytes, int size) {
-    Lines lines;
-    std::vector<char> buf(size);
-    char *pos = bytes.data();
-    const char *last = bytes.data() + bytes.size() - 1;
-    char atEnd = 0;
-    while (!atEnd && lines.size() < 20) {
-        getlineFromRam(&pos, last, buf.data(), size, &atEnd);
-        lines.emplace_back(buf.data());
-    }
-    return lines;
-}
-
-Lines linesFromFile(const std::string &bytes, int size) {
-    Lines lines;
-    std::vector<char> buf(size);
-    std::FILE *f = std::tmpfile();
-    std::fwrite(bytes.data(), 1, bytes.size(), f);
-    std::rewind(f);
-    char atEof = 0;
-    while (!atEof && lines.size() < 20) {
-        const int result = getlineFromFile(f, buf.data(), size, &atEof);
-        EXPECT_EQ(result, atEof);
-        lines.emplace_back(buf.data());
-    }
-    std::fclose(f);
-    return lines;
-}
-
-} // namespace
-
 TEST(Getline, ReadsLinesWithAnyLineEndAndReportsTheLast) {
     const struct {
-        const char *bytes;
-        Lines lines;
+        const char *bytes, *lines; // each line with a '|' behind it
         int size;
         bool pairAtEnd; // of a stream only the next read then meets the end
-    } cases[] = {
-        {"a\r\nb\n\nc", {"a", "b", "", "c"}, 50, false},
-        {"a\n\rb\r\rc", {"a", "b", "", "c"}, 50, false},
-        {"a\n", {"a"}, 50, false},
-        {"a\r\n", {"a"}, 50, true},
-        {"\n\n\r", {"", ""}, 50, true},
-        {"\xff\n\xff", {"\xff", "\xff"}, 50, false},
-        {"", {""}, 50, false},
-        {"abcdef\ng", {"abc", "def", "", "g"}, 4, false},
-        {"abcd\r\ne", {"abcd", "", "e"}, 5, false},
-    };
+    } cases[] = {{"a\r\nb\n\nc", "a|b||c|", 50, false},
+                 {"a\n\rb\r\rc", "a|b||c|", 50, false},
+                 {"a\n", "a|", 50, false},
+                 {"a\r\n", "a|", 50, true},
+                 {"\n\n\r", "||", 50, true},
+                 {"\xff\n\xff", "\xff|\xff|", 50, false},
+                 {"", "|", 50, false},
+                 {"abcdef\ng", "abc|def||g|", 4, false},
+                 {"abcd\r\ne", "abcd||e|", 5, false}};
     for (const auto &c : cases) {
-        Lines fromFile = c.lines;
-        if (c.pairAtEnd) fromFile.emplace_back();
-        EXPECT_EQ(linesFromRam(c.bytes, c.size), c.lines) << c.bytes;
-        EXPECT_EQ(linesFromFile(c.bytes, c.size), fromFile) << c.bytes;
+        std::string bytes = c.bytes, fromRam, fromFile;
+        char buf[50];
+        char *pos = bytes.data();
+        char atEnd = 0;
+        while (!atEnd && fromRam.size() < 20) {
+            getlineFromRam(&pos, bytes.data() + bytes.size() - 1, buf, c.size, &atEnd);
+            fromRam.append(buf).append("|");
+        }
+        EXPECT_EQ(fromRam, c.lines) << bytes;
+
+        std::FILE *f = std::tmpfile();
+        std::fputs(c.bytes, f);
+        std::rewind(f);
+        atEnd = 0;
+        while (!atEnd && fromFile.size() < 20) {
+            EXPECT_EQ(getlineFromFile(f, buf, c.size, &atEnd), atEnd);
+            fromFile.append(buf).append("|");
+        }
+        std::fclose(f);
+        EXPECT_EQ(fromFile, std::string(c.lines) + (c.pairAtEnd ? "|" : "")) << bytes;
     }
 }
 
-TEST(Getline, ABufferWithoutRoomTakesNothing) {
+TEST(GetlineFromRam, TakesNothingWithoutRoomAndCopiesNulBytes) {
+    char bytes[] = {'a', '\0', 'b', '\n', 'c'};
+    char buf[10];
+    char *pos = bytes;
+    char atEnd = 7;
     for (const int size : {1, 0, INT_MIN}) {
-        char text[] = "\nabc";
-        char *pos = text;
-        char buf[] = "x";
-        char atEnd = 7;
-        getlineFromRam(&pos, text + 3, buf, size, &atEnd);
-        EXPECT_EQ(pos, text) << size;
+        buf[0] = 'x';
+        getlineFromRam(&pos, bytes + 4, buf, size, &atEnd);
+        EXPECT_EQ(pos, bytes) << size;
         EXPECT_STREQ(buf, "") << size;
         EXPECT_EQ(atEnd, 0) << size;
     }
-}
-
-TEST(GetlineFromRam, CopiesNulBytes) {
-    char bytes[] = {'a', '\0', 'b', '\n', 'c'};
-    char *pos = bytes;
-    char buf[10];
-    char atEnd;
     getlineFromRam(&pos, bytes + 4, buf, sizeof buf, &atEnd);
     EXPECT_EQ(std::string(buf, 4), std::string("a\0b\0", 4));
     EXPECT_EQ(pos, bytes + 4);
@@ -97,15 +67,12 @@ TEST(RangeOfLine, StartsEveryLineOneByteBehindALineStart) {
     const struct {
         const char *text;
         int line, start, length;
-    } cases[] = {
-        {"abc\ndef", 1, 1, 2},   {"abc\ndef", 2, 4, 3},    {"abc\ndef", 3, -7, -7},
-        {"\nabc\n", 1, 1, 3},    {"\nabc\n", 2, 5, 0},     {"a", 1, 1, 0},
-        {"", 1, -7, -7},         {"a\n\nb", 2, 2, 0},      {"a\n\nb", 3, 3, 1},
-        {"abc\ndef", 0, -7, -7}, {"abc\ndef", -1, -7, -7},
-    };
+    } cases[] = {{"abc\ndef", 1, 1, 2},   {"abc\ndef", 2, 4, 3},   {"abc\ndef", 3, -7, -7},
+                 {"\nabc\n", 1, 1, 3},    {"\nabc\n", 2, 5, 0},    {"a", 1, 1, 0},
+                 {"", 1, -7, -7},         {"a\n\nb", 2, 2, 0},     {"a\n\nb", 3, 3, 1},
+                 {"abc\ndef", 0, -7, -7}, {"abc\ndef", -1, -7, -7}};
     for (const auto &c : cases) {
-        int start = -7;
-        int length = -7;
+        int start = -7, length = -7;
         rangeOfLine(c.text, c.line, &start, &length);
         EXPECT_EQ(start, c.start) << c.text << " line " << c.line;
         EXPECT_EQ(length, c.length) << c.text << " line " << c.line;

@@ -4,32 +4,30 @@
 
 #include "util/text/scanline.h"
 
-#include <bit>
 #include <cerrno>
-#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <vector>
 
 struct Scan {
-    std::vector<std::uint64_t> bits; // of the values, so that -0.0 and NaN's sign count
+    std::vector<double> values;
     int count = 0;
     int error = 0; // errno
     long rest = 0;
-    bool operator==(const Scan &) const = default;
-};
 
-inline Scan finishScan(const std::vector<double> &values, int count, long rest) {
-    Scan scan{{}, count, errno, rest};
-    for (const double value : values) scan.bits.push_back(std::bit_cast<std::uint64_t>(value));
-    return scan;
-}
+    // To the last bit, so that -0.0 and NaN's sign count.
+    bool operator==(const Scan &other) const {
+        return count == other.count && error == other.error && rest == other.rest &&
+               std::memcmp(values.data(), other.values.data(), values.size() * sizeof(double)) == 0;
+    }
+};
 
 inline Scan scanWithScanline(const char *text, int max) {
     std::vector<double> values(max, -77.0);
     int count = -1;
     errno = 0;
     const char *rest = plw::scanline(text, values.data(), max, &count);
-    return finishScan(values, count, rest - text);
+    return {values, count, errno, rest - text};
 }
 
 inline Scan scanWithStrtod(const char *text, int max) {
@@ -49,7 +47,7 @@ inline Scan scanWithStrtod(const char *text, int max) {
         while (*p == ' ' || *p == '\t') ++p;
         if (*p == '\0' || *p == '\n') break;
     }
-    return finishScan(values, count, (*p == '\n' ? p + 1 : p) - text);
+    return {values, count, errno, (*p == '\n' ? p + 1 : p) - text};
 }
 
 #endif

@@ -3,33 +3,20 @@
 #include <gtest/gtest.h>
 
 using namespace plw;
+using namespace std::string_literals;
 
 TEST(Utf8, IsWhatTheBusCarries) {
-    const struct {
-        std::string text;
-        bool is;
-    } cases[] = {
-        {"", true},
-        {"a", true},
-        {"\u00e4\u20ac\U0001F600\U0010FFFD", true},
-        {std::string(1, '\0'), false},
-        {"\xe4", false},
-        {"a\x80", false},
-        {"\xc0\x80", false},         // overlong
-        {"\xe0\x9f\xbf", false},     // overlong
-        {"\xf0\x8f\xbf\xbf", false}, // overlong
-        {"\xe2\x82", false},         // cut
-        {"\xed\xa0\x80", false},     // surrogate
-        {"\xef\xb7\x90", false},     // U+FDD0
-        {"\xef\xbf\xbe", false},     // U+FFFE
-        {"\xf0\x9f\xbf\xbf", false}, // U+1FFFF
-        {"\xf4\x90\x80\x80", false}, // beyond U+10FFFF
-        {"\xf5\x80\x80\x80", false},
-        {"\xff", false},
-    };
-    for (const auto &c : cases) {
-        EXPECT_EQ(isUtf8(c.text), c.is) << testing::PrintToString(c.text);
-        EXPECT_TRUE(isUtf8(utf8Of(c.text)));
+    for (const char *text : {"", "a", "\u00e4\u20ac\U0001F600\U0010FFFD"})
+        EXPECT_TRUE(isUtf8(text)) << text;
+
+    // bare and cut; overlong; a surrogate, beyond U+10FFFF; U+FDD0, U+FFFE and U+1FFFF
+    const std::string zero(1, '\0');
+    for (const std::string &text :
+         {zero, "\xe4"s, "a\x80"s, "\xe2\x82"s, "\xff"s, "\xf5\x80\x80\x80"s, "\xc0\x80"s,
+          "\xe0\x9f\xbf"s, "\xf0\x8f\xbf\xbf"s, "\xed\xa0\x80"s, "\xf4\x90\x80\x80"s,
+          "\xef\xb7\x90"s, "\xef\xbf\xbe"s, "\xf0\x9f\xbf\xbf"s}) {
+        EXPECT_FALSE(isUtf8(text)) << testing::PrintToString(text);
+        EXPECT_TRUE(isUtf8(utf8Of(text))) << testing::PrintToString(text);
     }
 }
 
