@@ -1,12 +1,5 @@
 #include "tests/client/clientTest.h"
 
-#include <cstdlib>
-
-ClientTest::ClientTest() {
-    // Read by a client built with the address sanitizer.
-    setenv("LSAN_OPTIONS", "print_suppressions=0:suppressions=" CLIENT_LEAKS, 1);
-}
-
 void ClientTest::startPlotwerk(Script script) {
     script.try_emplace("documentNameOfFrontWindow", std::vector{reply({"doc"})});
     if (plotwerk) plotwerk->crash();

@@ -32,8 +32,6 @@ std::vector<std::string> wordsOf(const std::string &line);
 
 class ClientTest : public testing::Test {
   protected:
-    ClientTest();
-
     // From now on Plotwerk answers by this script; "doc" is in front unless the script says
     // otherwise.
     void startPlotwerk(Script script = {});

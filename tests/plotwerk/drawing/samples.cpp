@@ -14,12 +14,6 @@
 using plotwerk::Column;
 using plotwerk::Document;
 
-// Fontconfig keeps its font patterns until the process ends; nothing else may leak.
-extern "C" const char *__lsan_default_suppressions();  // NOLINT(bugprone-reserved-identifier)
-extern "C" const char *__lsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier)
-    return "leak:libfontconfig";
-}
-
 Document documentWith(const std::vector<double> &x, const std::vector<double> &y) {
     plotwerk::Table table;
     table.x.name = std::string("x");
