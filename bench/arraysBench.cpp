@@ -48,7 +48,7 @@ static std::vector<double> positions() {
 static void sortNWithTwoCompanions(benchmark::State &state) {
     const std::vector<double> keys = keysWithTiesAndGaps();
     std::vector<double> a = randomNumbers(3), b = randomNumbers(4), key(count);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         state.PauseTiming();
         key = keys;
         double *others[] = {a.data(), b.data(), nullptr};
@@ -64,7 +64,7 @@ static void gslSortIndexAndGather(benchmark::State &state) {
     const std::vector<double> a = randomNumbers(3), b = randomNumbers(4);
     std::vector<double> key(count), a2(count), b2(count);
     std::vector<size_t> order(count);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         gsl_sort_index(order.data(), keys.data(), 1, count);
         for (int i = 0; i < count; ++i) key[i] = keys[order[i]];
         for (int i = 0; i < count; ++i) a2[i] = a[order[i]];
@@ -78,7 +78,7 @@ static void sortPairs(benchmark::State &state,
                       void (*sort)(std::vector<double> &x, std::vector<double> &y)) {
     const std::vector<double> x0 = randomNumbers(5), y0 = randomNumbers(6);
     std::vector<double> x, y;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         state.PauseTiming();
         x = x0;
         y = y0;
@@ -101,7 +101,7 @@ BENCHMARK(gslSort2)->Unit(benchmark::kMillisecond);
 static void quicksortClusterPairs(benchmark::State &state) {
     const std::vector<double> x0 = randomNumbers(5);
     std::vector<double> x, values(2 * count, 1.0);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         state.PauseTiming();
         x = x0;
         state.ResumeTiming();
@@ -114,7 +114,7 @@ BENCHMARK(quicksortClusterPairs)->Unit(benchmark::kMillisecond);
 static void searchWithoutHint(benchmark::State &state) {
     const std::vector<double> a = ascending(), x = positions();
     size_t i = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(search_le(x[i], a.data(), count, -1));
         i = i + 1 < x.size() ? i + 1 : 0;
     }
@@ -124,7 +124,7 @@ BENCHMARK(searchWithoutHint);
 static void gslBsearch(benchmark::State &state) {
     const std::vector<double> a = ascending(), x = positions();
     size_t i = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(gsl_interp_bsearch(a.data(), x[i], 0, count - 1));
         i = i + 1 < x.size() ? i + 1 : 0;
     }

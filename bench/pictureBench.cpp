@@ -38,7 +38,7 @@ double inNoOrder(int, double random) {
 void measure(benchmark::State &state, const plotwerk::Document &document,
              std::string (*make)(const plotwerk::Document &)) {
     std::string file;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         file = make(document);
         benchmark::DoNotOptimize(file.data());
     }

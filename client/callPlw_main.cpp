@@ -97,12 +97,12 @@ static int runLines(PlotwerkControl &plotwerk, CommandLine &line) {
 }
 
 int main(int argc, char **argv) {
-    const auto bus = connectToPlotwerk();
-    if (!bus) {
+    const PlotwerkConnection connection = connectToPlotwerk();
+    if (!connection.bus) {
         std::fputs("can't connect to Plotwerk\n", stderr);
         return EXIT_FAILURE;
     }
-    PlotwerkControl plotwerk(*bus);
+    PlotwerkControl plotwerk(connection);
     CommandLine line;
     return argc == 1 ? runLines(plotwerk, line) : runArguments(plotwerk, line, argc, argv);
 }

@@ -18,7 +18,7 @@ struct Options {
     const char *fText;
     const char *pText;
 
-    const char *operator[](char letter) const { return slots[static_cast<int>(letter)]; }
+    const char *operator[](char letter) const { return slots[static_cast<unsigned char>(letter)]; }
 };
 
 // NaN for an empty text, else what atof reads: 0 for a text that is no number.

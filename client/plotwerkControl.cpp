@@ -6,8 +6,8 @@ static const std::string busName = "org.plotwerk.PlotwerkControl";
 static const std::string objectPath = "/org/plotwerk/PlotwerkControl";
 static constexpr std::chrono::seconds callTimeout{300};
 
-PlotwerkControl::PlotwerkControl(sdbus::IConnection &bus)
-    : ProxyInterfaces(bus, busName, objectPath) {
+PlotwerkControl::PlotwerkControl(const PlotwerkConnection &connection)
+    : ProxyInterfaces(*connection.bus, connection.owner, objectPath) {
     registerProxy();
 }
 
@@ -15,19 +15,19 @@ PlotwerkControl::~PlotwerkControl() {
     unregisterProxy();
 }
 
-std::unique_ptr<sdbus::IConnection> connectToPlotwerk() {
+PlotwerkConnection connectToPlotwerk() {
     try {
         auto bus = sdbus::createSessionBusConnection();
         bus->setMethodCallTimeout(callTimeout);
 
-        bool hasOwner = false;
+        std::string owner;
         sdbus::createProxy(*bus, "org.freedesktop.DBus", "/org/freedesktop/DBus")
-            ->callMethod("NameHasOwner")
+            ->callMethod("GetNameOwner")
             .onInterface("org.freedesktop.DBus")
             .withArguments(busName)
-            .storeResultsTo(hasOwner);
-        return hasOwner ? std::move(bus) : nullptr;
+            .storeResultsTo(owner);
+        return {std::move(bus), owner};
     } catch (const sdbus::Error &) {
-        return nullptr;
+        return {};
     }
 }

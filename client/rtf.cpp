@@ -6,9 +6,10 @@
 #include <cstdio>
 #include <string_view>
 
-// One UTF-16 code unit as RTF writes it: a signed number, and '?' for readers without Unicode.
+// One UTF-16 code unit as RTF writes it: a signed number, and '?' for readers without Unicode. A
+// plain '?' would take the word that follows with it in readers that skip by words.
 static void appendCodeUnit(std::string &rtf, uint32_t unit) {
-    rtf += "\\u" + std::to_string(static_cast<int16_t>(unit)) + '?';
+    rtf += "\\u" + std::to_string(static_cast<int16_t>(unit)) + "\\'3f";
 }
 
 static void appendCharacter(std::string &rtf, uint32_t code) {

@@ -84,7 +84,7 @@ double nextZero(const double *y, int count, int start) {
         const double b = y[i + 1];
         if (!(a * b <= 0) || (a == 0 && b == 0)) continue;
 
-        // NaN, from two infinite ordinates, stays NaN
+        // NaN, from an infinite a, stays NaN
         return std::clamp(i - a / (b - a), static_cast<double>(i), i + 1.0);
     }
     return -1.0;

@@ -89,14 +89,17 @@ void pp(const Fct *f);
 
 // Searches --------------------------------------------------------------------------------------
 
-// Index of the last sample at or below x; 0 when x lies below the first, is NaN, or f is empty.
-// Among samples at the same position any one may come, depending on lastIndex, which is set to it.
+// Index of the last sample at or below x; 0 when x lies below the first, is NaN, or f is empty, and
+// when no position but the last is valid. Among samples at the same position any one may come,
+// depending on lastIndex, which is set to it.
 // Ends the process: "ERROR in indexFct: function incomplete".
 int indexFct(Fct *f, double x);
 
-// The sample position nearest to x (not its index, which is indexFct's and goes to lastIndex). Of
-// two equally near ones the larger; NaN for an empty function.
-//   t = 0, 1, 3:   -7 -> 0   0.25 -> 0   0.5 -> 1   2 -> 3   9 -> 3
+// The sample position nearest to x; lastIndex becomes indexFct's result. Of two equally near ones
+// the larger; for x NaN or -infinity the second, if there is one; NaN where a gap follows and for
+// an empty function.
+//   t = 0, 1, 3:   -7 -> 0   0.25 -> 0   0.5 -> 1   2 -> 3   9 -> 3   NaN -> 1
+//   t = 0, NaN, 3:   1 -> NaN   3 -> 3
 // Ends the process: "ERROR in closestTFct: function incomplete".
 double closestTFct(Fct *f, double x);
 
@@ -110,16 +113,18 @@ void maximumFct(const Fct *f, double *t, double *y, int *index);
 // Evaluation and integrals ----------------------------------------------------------------------
 
 // Value at x, linear between samples. 0.0 outside the samples: no extrapolation. One NaN neighbour
-// is replaced by the other; between two samples at the same position it is their mean. A single
-// sample gives its y. Moves f->lastIndex.
+// is replaced by the other; two samples at the same position give their mean, but where more
+// samples follow, lastIndex may lead to the second alone. A single sample gives its y. Otherwise
+// NaN for x NaN and next to a gap in t. Moves f->lastIndex.
 //   (0, 1), (2, 5):   -1 -> 0   0 -> 1   1 -> 3   2 -> 5   3 -> 0
 //   (0, 1), (1, NaN):   0.5 -> 1        (2, 1), (2, 3):   2 -> 2
 // Ends the process: "ERROR in evalFct: function incomplete" (also for an empty function).
 double evalFct(Fct *f, double x);
 
 // Integral of the polygon from a to b. What lies outside the samples adds nothing; b <= a, and
-// fewer than two samples, give 0.0. A NaN ordinate within makes it NaN; at the two ends NaN
-// neighbours are replaced as by evalFct. Moves f->lastIndex.
+// fewer than two samples, give 0.0. A NaN ordinate or position within makes it NaN; at the two ends
+// NaN neighbours are replaced as by evalFct. A NaN in a gives 0.0, one in b the integral up to the
+// last sample. Moves f->lastIndex.
 //   (0, 1), (1, 1):   0.25..0.75 -> 0.5   -5..5 -> 1   3..1 -> 0
 // Ends the process: "ERROR in integral: function incomplete".
 double integralFct(double a, double b, Fct *f);
@@ -168,7 +173,8 @@ int nextExtreme(const double *y, int count, int start);
 int prevExtreme(const double *y, int count, int start);
 
 // Fractional index of the first sign change from `start` on, linear between samples; a negative
-// start counts as 0. Two zeros in a row are no sign change. -1.0 if there is none.
+// start counts as 0. Two zeros in a row are no sign change. -1.0 if there is none, NaN if
+// it leads away from an infinite ordinate.
 //   y = 1, -1 -> 0.5        y = 0, 0, 1 -> 1        y = 2, 0 -> 1
 double nextZero(const double *y, int count, int start);
 
@@ -203,7 +209,8 @@ void smoothFct(Fct *f, const Fct *kernel);
 // that to the left is taken; a peak is where this difference crosses zero, and its strength is the
 // difference's extreme before the crossing less the one after it, divided by width / 2. If there is
 // only one of them, it counts twice. Strengths below the threshold are left out, and so valleys
-// by any positive threshold. A function that is empty or shorter than `width` has no peaks.
+// by any positive threshold. A NaN hides the peaks within half a width of it. A function that is
+// empty or shorter than `width` has no peaks. Moves f->lastIndex.
 // Ends the process: "ERROR in peaksFct: function incomplete".
 Fct *peaksFct(Fct *f, double threshold, double width);
 

@@ -54,8 +54,9 @@ void printFct2Dy(const Fct2D *F, const char *path);
 // Value at (x, y): along each axis linear between the two grid lines around it, first along x, as
 // evalFct does between samples. Beyond the last line of an axis the last cell is extrapolated;
 // below the first the process ends, and so does it for a grid of a single point: "ERROR in fct2DAt:
-// index out of range" and -1. A grid of one column or row has values on it only: "ERROR in
-// evalFct2D: x outside", "ERROR in evalFct2D: y outside" and 1. Moves both indexes.
+// index out of range" and -1; and for an empty grid, with 0. A grid of one column or row has values
+// on it only: "ERROR in evalFct2D: x outside", "ERROR in evalFct2D: y outside" and 1. Moves both
+// indexes.
 //   z = 0, 1 / 2, 5 on x = 0, 1 and y = 0, 1:   (1, 1) -> 5   (0.5, 0.5) -> 2   (2, 0) -> 2
 double evalFct2D(Fct2D *F, double x, double y);
 
@@ -70,9 +71,10 @@ Fct *sliceFct2D(const Fct2D *F, double x0, double y0, double x1, double y1);
 // that span less than widthX / 2, the strongest is taken and refined by the parabola through its
 // neighbours; if it has none or that fails, the result is 0 with *x = 0. One or two columns are
 // not refined. Without any peak the results are left alone.
+// Of columns with equal x one is searched for all.
 // Ends the process: "ERROR in peakFct2D: zero size function"; "ERROR in peakFct2D: incompete
-// implemented case 2" unless there are fewer columns than rows; and as sliceFct2D, for grid lines
-// that are NaN or equal.
+// implemented case 2" unless there are fewer columns than rows; and as sliceFct2D, for an x, the
+// first y or the last y that is NaN.
 int peakFct2D(const Fct2D *F, double *x, double *y, double *strength, double threshold,
               double widthX, double widthY);
 

@@ -9,13 +9,16 @@ namespace plw {
 
 // The least-squares line y = intercept + slope t through the samples, the correlation coefficient
 // of t and y, and the standard deviation of y. All are NaN for an empty function or with a NaN
-// among the samples; all but the last are NaN or infinite if all positions are equal.
+// among the ordinates; all but the last with a NaN among the positions. With all positions equal
+// all but the last, and with all ordinates equal the correlation, are NaN, infinite or a matter of
+// rounding alone.
 //   (0, 1), (1, 3), (2, 5) -> intercept 1, slope 2, correlation 1, sigma sqrt(8 / 3)
 // Ends the process: "ERROR in linRegFct: function incomplete".
 void linRegFct(const Fct *f, double *intercept, double *slope, double *correlation, double *sigma);
 
 // The correlation coefficient of two arrays of n values (not the covariance, whatever the name
-// says); NaN for n < 1, a constant array, or with a NaN among the values.
+// says); NaN for n < 1 or with a NaN among the values. With a constant array it is NaN, infinite or
+// a matter of rounding alone.
 //   an array with itself -> 1, with its negative -> -1
 double covariance(const double *a, const double *b, int n);
 

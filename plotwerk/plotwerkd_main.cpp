@@ -56,7 +56,7 @@ static void readOptions(int argc, char **argv) {
 static void openFiles(Application &application, char **files, int count) {
     for (int i = 0; i < count; ++i) {
         try {
-            application.open(files[i], true);
+            application.open(files[i], false);
         } catch (const std::exception &error) {
             log(LogLevel::error, error.what());
         }

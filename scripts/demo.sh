@@ -23,5 +23,7 @@ until grep -q " owns " "$folder/plotwerkd.log"; do
     sleep 0.05
 done
 
-examples/ultrasonic.sh "$folder"
-echo "# The saved document: $folder/ultrasonic.plotwerk"
+examples/decay.sh "$folder"
+echo "# A page of four plots."
+examples/page.sh "$folder" >/dev/null
+echo "# The pictures: $folder/decay.pdf, decay.eps, decay.tiff, page.pdf"

@@ -66,9 +66,13 @@ static void drawTicks(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &a
     cairo_stroke(cr);
 }
 
+static double arrowHeadLength(const PlacedFrame &frame) {
+    return 6 + 3 * frame.thickness;
+}
+
 // A line beyond the end of ascending values, with a filled head.
 static void drawArrow(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &axis) {
-    const double headLength = 6 + 3 * frame.thickness;
+    const double headLength = arrowHeadLength(frame);
     const double halfWidth = 2 + frame.thickness;
     const bool reversed = axis.scale.reversed;
 
@@ -131,6 +135,8 @@ static std::string commonName(const PlacedAxis &axis, const std::vector<DrawnCur
     const std::string *common = nullptr;
     for (const DrawnCurve &curve : curves) {
         if (curve.horizontalAxis() != axis.code && curve.verticalAxis() != axis.code) continue;
+        // A fit is drawn over the data, whose name the axis bears.
+        if (curve.column->drawnByFit && !axis.horizontal()) continue;
         const std::string &name = axis.horizontal() ? curve.table->x.name : curve.column->name;
         if (common && *common != name) return {};
         common = &name;
@@ -138,7 +144,9 @@ static std::string commonName(const PlacedAxis &axis, const std::vector<DrawnCur
     return common ? *common : std::string();
 }
 
-static void drawTitle(cairo_t *cr, const PlacedFrame &frame, AxisCode code, const SetText &title) {
+// A title beside the numbers, along its axis.
+static void drawTitleBeside(cairo_t *cr, const PlacedFrame &frame, AxisCode code,
+                            const SetText &title) {
     const double away = titleGap + title.ink().height() / 2;
     Point middle{frame.width / 2, frame.height / 2};
     switch (code) {
@@ -151,6 +159,16 @@ static void drawTitle(cairo_t *cr, const PlacedFrame &frame, AxisCode code, cons
     title.draw(cr, middle, upright ? 0 : 90, title.middleOfInk());
 }
 
+// A title beyond the right or upper end of an axis that stands inside the frame.
+static void drawTitleAtEnd(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &axis,
+                           const SetText &title) {
+    const double away = 2 * arrowHeadLength(frame) + titleGap / 2;
+    const Point middle = axis.horizontal()
+                             ? Point{frame.width + away + title.ink().width() / 2, axis.line}
+                             : Point{axis.line, -away - title.ink().height() / 2};
+    title.draw(cr, middle, 0, title.middleOfInk());
+}
+
 void drawTitles(cairo_t *cr, const PlacedFrame &frame, const std::vector<DrawnCurve> &curves,
                 const Typesetter &typesetter) {
     setGrey(cr, 0);
@@ -159,7 +177,13 @@ void drawTitles(cairo_t *cr, const PlacedFrame &frame, const std::vector<DrawnCu
         const RichText text = richTextOf(given.empty() ? commonName(axis, curves) : given);
         if (text.empty()) continue;
         const double width = axis.horizontal() ? frame.width : frame.height;
-        drawTitle(cr, frame, axis.code, typesetter.paragraph(text, titleSize, width, titleLines));
+        const SetText title = typesetter.paragraph(text, titleSize, width, titleLines);
+        const bool inside =
+            axis.line > 0 && axis.line < (axis.horizontal() ? frame.height : frame.width);
+        if (inside)
+            drawTitleAtEnd(cr, frame, axis, title);
+        else
+            drawTitleBeside(cr, frame, axis.code, title);
     }
 }
 

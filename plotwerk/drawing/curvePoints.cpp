@@ -101,7 +101,7 @@ static void appendStraight(Path &path, const Point *p, size_t n, int points,
     path.push_back(p[n - 1]);
 }
 
-Path interpolatedPath(const Path &path, const DrawnCurve &curve, const PlacedFrame &frame) {
+Path interpolatedPath(Path path, const DrawnCurve &curve, const PlacedFrame &frame) {
     const CurveLook &look = curve.column->look;
     const Scale &horizontal = frame.axes[curve.horizontalAxis()].scale;
     const Scale &vertical = frame.axes[curve.verticalAxis()].scale;

@@ -16,7 +16,7 @@ Path pointsOnPaper(const DrawnCurve &curve, const PlacedFrame &frame);
 // between the values, which is bent on a logarithmic axis, or on a natural cubic spline through the
 // points on paper. Where x doesn't ascend or descend throughout a part of the path the spline is
 // left out; points beyond four million are left out altogether.
-Path interpolatedPath(const Path &path, const DrawnCurve &curve, const PlacedFrame &frame);
+Path interpolatedPath(Path path, const DrawnCurve &curve, const PlacedFrame &frame);
 
 // Breaks the path where its x, as values, runs backwards.
 Path brokenOnReverse(const Path &path, bool reversedAxis);

@@ -78,7 +78,7 @@ static void strokePart(cairo_t *cr, const Path &path, size_t begin, size_t end) 
     cairo_save(cr);
     cairo_set_dash(cr, nullptr, 0, 0);
     cairo_set_line_cap(cr, CAIRO_LINE_CAP_ROUND);
-    cairo_set_line_width(cr, 2 * cairo_get_line_width(cr));
+    cairo_set_line_width(cr, 3 * cairo_get_line_width(cr));
     cairo_stroke(cr);
     cairo_restore(cr);
 }
@@ -322,14 +322,12 @@ double reachOf(const DrawnCurve &curve) {
 void drawCurve(cairo_t *cr, const DrawnCurve &curve, const PlacedFrame &frame,
                const Frame &settings) {
     const CurveLook &look = curve.column->look;
-    const Path points = pointsOnPaper(curve, frame);
-
     cairo_save(cr);
     const Box clip = frame.box().grownBy(thicknessOf(look) / 2);
     cairo_rectangle(cr, clip.left, clip.top, clip.width(), clip.height());
     cairo_clip(cr);
     if (look.line || look.filled) {
-        Path path = interpolatedPath(points, curve, frame);
+        Path path = interpolatedPath(pointsOnPaper(curve, frame), curve, frame);
         if (look.stepped) path = steppedPath(path);
         if (look.filled) fillArea(cr, path, baseOf(curve, frame, settings), look, frame);
         if (look.line) {
@@ -338,6 +336,8 @@ void drawCurve(cairo_t *cr, const DrawnCurve &curve, const PlacedFrame &frame,
             drawLine(cr, path, look, frame);
         }
     }
+    // anew, so that a long curve isn't held twice while its line is drawn
+    const Path points = look.marker || look.symbols ? pointsOnPaper(curve, frame) : Path();
     if (look.marker) drawMarkers(cr, points, baseOf(curve, frame, settings), look, frame);
     drawErrorBars(cr, curve, frame);
     cairo_restore(cr);

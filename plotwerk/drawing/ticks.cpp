@@ -63,7 +63,9 @@ template<typename ValueAt>
 static std::vector<double> valuesBetween(double first, double last, ValueAt valueAt) {
     std::vector<double> values;
     if (!(last - first <= 2 * mostTicks)) return values;
-    for (double k = 0; k <= last - first; ++k) values.push_back(valueAt(first + k) + 0.0);
+    const int count = static_cast<int>(last - first) + 1;
+    // zero without a sign
+    for (int i = 0; i < count; ++i) values.push_back(valueAt(first + i) + 0.0);
     return values;
 }
 
@@ -90,6 +92,7 @@ static double largestMagnitude(const std::vector<double> &values) {
 static std::vector<AxisNumber> numbersAt(const std::vector<double> &values,
                                          const NumberFormat &format) {
     std::vector<AxisNumber> numbers;
+    numbers.reserve(values.size());
     for (const double value : values) numbers.push_back({value, numberText(value, format)});
     return numbers;
 }
@@ -213,6 +216,7 @@ static std::vector<double> digitsOfDecades(const Scale &scale, std::initializer_
 static std::vector<AxisNumber> logNumbersAt(const std::vector<double> &values, const Axis &axis) {
     const bool powers = axis.exponents || std::any_of(values.begin(), values.end(), needsPowers);
     std::vector<AxisNumber> numbers;
+    numbers.reserve(values.size());
     for (const double value : values)
         numbers.push_back({value, logNumberText(value, powers, axis.precision)});
     return numbers;

@@ -1,8 +1,8 @@
 // documentFields.h - under which key each field of a document is saved.
 //
 // One list serves both ways: fields(archive, record) calls archive(key, member) for every member
-// that is saved, in the order of the file. A new field is added here and nowhere else, and the
-// version in documentFile.cpp is raised with it.
+// that is saved. A new field is added here and nowhere else, and the version in documentFile.cpp is
+// raised with it.
 #ifndef PLOTWERK_FILES_DOCUMENTFIELDS_H
 #define PLOTWERK_FILES_DOCUMENTFIELDS_H
 

@@ -153,24 +153,24 @@ static void checkFormula(const Document &document) {
 // What every document in memory keeps to, beyond the kinds of its fields.
 static void checkWhole(const Document &document) {
     std::set<int> places;
-    int fitCurves = 0;
-    int drawnCurves = 0;
+    int fitData = 0, drawnByFit = 0;
     for (const Source &source : document.sources) {
         for (const Table &table : source.tables) {
             for (const Column &column : table.y) {
                 if (column.values.size() != table.x.values.size()) {
                     throw Refusal("damaged: columns of unequal length in \"" + source.name + '"');
                 }
-                if (column.place < 0 || (column.place > 0 && !places.insert(column.place).second)) {
+                if (column.place < 0) throw Refusal("damaged: \"place\" is negative");
+                if (column.place > 0 && !places.insert(column.place).second) {
                     throw Refusal("damaged: the selection has two curves in one place");
                 }
-                fitCurves += column.fitData;
-                drawnCurves += column.drawnByFit;
+                fitData += column.fitData;
+                drawnByFit += column.drawnByFit;
             }
         }
     }
-    if (fitCurves > 1) throw Refusal("damaged: more than one curve is the fit data");
-    if (drawnCurves > 1) throw Refusal("damaged: more than one curve is drawn by the fit");
+    if (fitData > 1) throw Refusal("damaged: more than one curve is the fit data");
+    if (drawnByFit > 1) throw Refusal("damaged: more than one curve is drawn by the fit");
     checkFormula(document);
     if (document.markWalk < 0) throw Refusal("damaged: \"markWalk\" is negative");
 }
@@ -184,7 +184,8 @@ bool beginsAsDocument(std::string_view bytes) {
 
 Document documentOf(std::string bytes) {
     const bool binary = bytes.starts_with(cborMark);
-    Tree tree = binary ? treeOfCbor(std::move(bytes)) : treeOfJson(std::move(bytes));
+    Tree tree = binary ? treeOfCbor(bytes) : treeOfJson(bytes);
+    bytes = std::string(); // the tree holds it all now
 
     if (!tree.is_object() || tree.value("format", Tree()) != formatName) {
         throw Refusal("not a document of Plotwerk");

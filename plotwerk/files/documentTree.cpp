@@ -9,15 +9,14 @@ namespace plotwerk {
 
 // A document's own nesting is ten; what lies deeper could only exhaust the stack.
 static constexpr size_t deepest = 16;
-// A record has at most some twenty fields, and looking for one passes all others.
-static constexpr size_t mostKeys = 64;
 
 namespace {
 
 // Builds the tree of a JSON text; the numbers under valuesKey are gathered as bytes.
 class TreeBuilder final : public nlohmann::json_sax<Tree> {
   public:
-    Tree root;
+    explicit TreeBuilder(Tree &tree) : root(tree) {}
+
     std::string reason; // why building stopped
 
     bool null() override {
@@ -45,7 +44,6 @@ class TreeBuilder final : public nlohmann::json_sax<Tree> {
 
     bool start_object(size_t) override { return open(Tree::object()); }
     bool key(string_t &name) override {
-        if (open_.back()->size() >= mostKeys) return stop("too many fields in one record");
         member = std::move(name);
         return true;
     }
@@ -107,6 +105,7 @@ class TreeBuilder final : public nlohmann::json_sax<Tree> {
         return true;
     }
 
+    Tree &root;
     std::vector<Tree *> open_; // objects and arrays not yet ended, outermost first
     std::string member;        // the key that was read last
     binary_t::container_type values;
@@ -115,21 +114,47 @@ class TreeBuilder final : public nlohmann::json_sax<Tree> {
 
 } // namespace
 
-Tree treeOfJson(std::string text) {
-    TreeBuilder builder;
+Tree treeOfJson(const std::string &text) {
+    Tree tree;
+    TreeBuilder builder(tree);
     if (!Tree::sax_parse(text, &builder)) throw Refusal(builder.reason);
-    return std::move(builder.root);
+    return tree;
 }
 
-// The bytes' parser takes what a head promises on trust and recurses over tags and chunks; so the
+namespace {
+
+// The head of a CBOR item: what kind it is, and its length, count or value.
+struct Head {
+    unsigned kind;
+    uint64_t argument;
+};
+
+} // namespace
+
+// Takes a head off the bytes. False when they end within it, and for an indefinite length.
+static bool takeHead(std::string_view &bytes, Head &head) {
+    if (bytes.empty()) return false;
+    const unsigned first = static_cast<unsigned char>(bytes.front());
+    bytes.remove_prefix(1);
+    head = {first >> 5, first & 31};
+    if (head.argument < 24) return true;
+    if (head.argument > 27) return false;
+
+    const size_t length = size_t{1} << (head.argument - 24);
+    if (bytes.size() < length) return false;
+    head.argument = 0;
+    for (const char byte : bytes.substr(0, length)) {
+        head.argument = head.argument << 8 | static_cast<unsigned char>(byte);
+    }
+    bytes.remove_prefix(length);
+    return true;
+}
+
+// The parser of CBOR takes what a head promises on trust and recurses over tags and chunks; so the
 // heads are walked first. True for one whole item, made of what a document is written with.
 static bool isPlainCbor(std::string_view bytes) {
-    const auto head = [&]() -> unsigned {
-        const auto byte = static_cast<unsigned char>(bytes.front());
-        bytes.remove_prefix(1);
-        return byte;
-    };
-
+    enum Kind { byteString = 2, text, array, map, tag };
+    Head head{};
     std::vector<uint64_t> missing{1}; // items still to come at each level
     while (!missing.empty()) {
         if (missing.back() == 0) {
@@ -137,41 +162,25 @@ static bool isPlainCbor(std::string_view bytes) {
             continue;
         }
         --missing.back();
-        if (bytes.starts_with("\xd8\x56")) { // doublesTag
-            bytes.remove_prefix(2);
-            if (bytes.empty() || (static_cast<unsigned char>(bytes.front()) >> 5) != 2)
-                return false;
-        }
-        if (bytes.empty()) return false;
 
-        const unsigned first = head();
-        const unsigned kind = first >> 5;
-        uint64_t argument = first & 31;
-        if (argument >= 28) return false;
-        if (argument >= 24) {
-            const size_t length = size_t{1} << (argument - 24);
-            if (bytes.size() < length) return false;
-            argument = 0;
-            for (size_t i = 0; i < length; ++i) argument = argument << 8 | head();
+        if (!takeHead(bytes, head)) return false;
+        if (head.kind == tag) {
+            if (head.argument != doublesTag || !takeHead(bytes, head)) return false;
+            if (head.kind != byteString) return false;
         }
-
-        if (kind == 2 || kind == 3) { // bytes, text
-            if (argument > bytes.size()) return false;
-            bytes.remove_prefix(argument);
-        } else if (kind == 4 || kind == 5) { // array, map
-            const uint64_t items = kind == 5 ? argument * 2 : argument;
-            if (argument > (kind == 5 ? mostKeys : bytes.size())) return false;
-            if (missing.size() > deepest) return false;
-            missing.push_back(items);
-        } else if (kind == 6) {
-            return false;
+        if (head.kind == byteString || head.kind == text) {
+            if (head.argument > bytes.size()) return false;
+            bytes.remove_prefix(head.argument);
+        } else if (head.kind == array || head.kind == map) {
+            if (head.argument > bytes.size() || missing.size() > deepest) return false;
+            missing.push_back(head.kind == map ? head.argument * 2 : head.argument);
         }
     }
     return bytes.empty();
 }
 
-Tree treeOfCbor(std::string bytes) {
-    const std::string_view body = std::string_view(bytes).substr(cborMark.size());
+Tree treeOfCbor(std::string_view bytes) {
+    const std::string_view body = bytes.substr(cborMark.size());
     if (!isPlainCbor(body)) throw Refusal("damaged");
     Tree tree =
         Tree::from_cbor(body.begin(), body.end(), true, false, Tree::cbor_tag_handler_t::store);

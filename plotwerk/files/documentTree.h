@@ -10,8 +10,7 @@
 
 namespace plotwerk {
 
-// Keys keep the order of the file.
-using Tree = nlohmann::ordered_json;
+using Tree = nlohmann::json;
 
 // The key of a column's numbers. Under it a tree holds bytes, eight per number, lowest first, so
 // that a million numbers don't become a million nodes. CBOR knows such bytes by this tag.
@@ -36,10 +35,10 @@ inline double doubleAt(const std::uint8_t *bytes) {
 constexpr std::string_view plusInfinity = "inf";
 constexpr std::string_view minusInfinity = "-inf";
 
-// The tree in a JSON text, or in CBOR behind its mark. The bytes are taken and freed.
-// Throws Refusal: cut or damaged bytes, nesting or objects beyond what a document has.
-Tree treeOfJson(std::string text);
-Tree treeOfCbor(std::string bytes);
+// The tree in a JSON text, or in CBOR behind its mark.
+// Throws Refusal: cut or damaged bytes, nested beyond what a document is.
+Tree treeOfJson(const std::string &text);
+Tree treeOfCbor(std::string_view bytes);
 
 // CBOR's mark: the tag that says "what follows is CBOR".
 constexpr std::string_view cborMark = "\xd9\xd9\xf7";

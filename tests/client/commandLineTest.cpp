@@ -308,9 +308,10 @@ TEST_F(CommandLineTest, PlacedTextIsRtf) {
     const std::pair<std::string, std::string> cases[] = {
         {"", ""},
         {"plain, {braced} \\slash", "plain, \\{braced\\} \\\\slash"},
-        {"\xc3\xa4\xe4", "\\u195?\\u164?\\u228?"},
-        {"\xc3\xa4 \xe2\x82\xac \xef\xbf\xbd", "\\u228? \\u8364? \\u-3?"},
-        {"\xf0\x9f\x98\x80", "\\u-10179?\\u-8704?"},
+        {"\xc3\xa4\xe4", "\\u195\\'3f\\u164\\'3f\\u228\\'3f"},
+        {"\xc3\xa4 \xe2\x82\xac \xef\xbf\xbd", "\\u228\\'3f \\u8364\\'3f \\u-3\\'3f"},
+        {"na\xc3\xafve", "na\\u239\\'3fve"},
+        {"\xf0\x9f\x98\x80", "\\u-10179\\'3f\\u-8704\\'3f"},
         {"a\nb\rc\r\nd\n\n", "a\\par\nb\\par\nc\\par\nd\\par\n\\par\n"},
         {"a\tb", "a\\tab b"},
         {"\x01\x7f~", "\\'01\\'7f~"},

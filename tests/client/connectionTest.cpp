@@ -74,6 +74,16 @@ TEST_F(ConnectionTest, LosingPlotwerkOrTheBusBetweenLinesEndsTheClient) {
     expectAbort(second.finish("-x sync\n"), "", "");
 }
 
+TEST_F(ConnectionTest, APlotwerkThatTakesTheNameLaterIsNotSpokenTo) {
+    startPlotwerk();
+    ChildProcess run(client());
+    run.write("-x sync\n");
+    EXPECT_EQ(run.readLine(), "synced\n");
+    startPlotwerk();
+    expectAbort(run.finish("-x show -d doc\n"), "", "[org.freedesktop.DBus.Error.ServiceUnknown]");
+    EXPECT_EQ(takeMessages(), "");
+}
+
 TEST_F(ConnectionTest, EachAnswerIsOutBeforeTheNextLineIsRead) {
     startPlotwerk();
     ChildProcess run(client());
@@ -100,9 +110,9 @@ TEST_F(ConnectionTest, ACallWaitsInOneThreadForFiveMinutes) {
     expectAbort(run.finish(), "", "[org.freedesktop.DBus.Error.NoReply]");
 
     startPlotwerk();
-    const auto connection = connectToPlotwerk();
-    ASSERT_NE(connection, nullptr);
-    EXPECT_EQ(connection->getMethodCallTimeout(), 300'000'000) << "microseconds";
+    const PlotwerkConnection connection = connectToPlotwerk();
+    ASSERT_NE(connection.bus, nullptr);
+    EXPECT_EQ(connection.bus->getMethodCallTimeout(), 300'000'000) << "microseconds";
 }
 
 TEST_F(ConnectionTest, MemoryStaysConstant) {

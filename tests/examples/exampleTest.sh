@@ -14,5 +14,6 @@ plotwerkd 2>log &
 grep -q ' owns ' log
 cat log >plotwerkd.log &
 
-"$here/../../examples/$name.sh" . >"$name.out"
+examples=$(cd "$here/../../examples" && pwd)
+"$examples/$name.sh" . | sed "s|$examples|examples|" >"$name.out"
 diff -u "$here/$name.out" "$name.out"

@@ -71,6 +71,7 @@ TEST(EvalFct, IsThePolygonWithinAndZeroOutside) {
     const FctPtr rightGap = function({2, 2}, {1, NaN});
     const FctPtr single = function({2}, {7});
     const FctPtr nothing = function({0, 1}, {NaN, NaN});
+    const FctPtr unplaced = function({0, NaN, 2, 3}, {1, 1, 1, 1});
     const struct {
         Fct *f;
         double x, want;
@@ -80,9 +81,18 @@ TEST(EvalFct, IsThePolygonWithinAndZeroOutside) {
         {gap.get(), 0.5, 1},    {twin.get(), 2, 2},        {step.get(), 2.5, 3},
         {step.get(), 1.5, 1},   {single.get(), 2, 7},      {single.get(), 2.1, 0},
         {single.get(), NaN, 7}, {nothing.get(), 0.5, NaN}, {f.get(), -0.0, 1},
+        {twin.get(), NaN, 2},   {unplaced.get(), 1, NaN},  {unplaced.get(), 2, 1},
     };
     for (const auto &c : cases)
         EXPECT_TRUE(same(evalFct(c.f, c.x), c.want)) << c.x << " in " << text(c.f);
+}
+
+TEST(EvalFct, GoesByTheHintWhereSamplesSharePositions) {
+    const FctPtr f = function({1, 2, 2, 3}, {1, 1, 3, 3});
+    for (const auto &[lastIndex, want] : {std::pair{0, 2.0}, {1, 3.0}, {2, 3.0}}) {
+        f->lastIndex = lastIndex;
+        EXPECT_EQ(evalFct(f.get(), 2), want) << lastIndex;
+    }
 }
 
 TEST(EvalFct, AgreesWithTheStepsForAnyHint) {

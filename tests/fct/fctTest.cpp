@@ -166,8 +166,12 @@ TEST(ClosestTFct, GivesTiesToTheLargerPosition) {
     const FctPtr f = function({0, 1, 3}, {0, 0, 0});
     const struct {
         double x, want;
-    } cases[] = {{-7, 0}, {0.25, 0}, {0.5, 1}, {2, 3}, {1.999, 1}, {3, 3}, {9, 3}, {NaN, 1}};
+    } cases[] = {{-7, 0}, {0.25, 0}, {0.5, 1}, {2, 3},        {1.999, 1},
+                 {3, 3},  {9, 3},    {NaN, 1}, {-infinity, 1}};
     for (const auto &c : cases) EXPECT_EQ(closestTFct(f.get(), c.x), c.want) << c.x;
+    const FctPtr gap = function({0, NaN, 3}, {0, 0, 0});
+    EXPECT_TRUE(std::isnan(closestTFct(gap.get(), 1)));
+    EXPECT_EQ(closestTFct(gap.get(), 3), 3);
     EXPECT_TRUE(std::isnan(closestTFct(own(newFct(1)).get(), 1)));
     EXPECT_EQ(closestTFct(function({4}, {0}).get(), -1), 4);
 }

@@ -23,6 +23,9 @@ TEST(LinRegFct, IsExactOnALine) {
 
     linRegFct(own(newFct(1)).get(), &intercept, &slope, &correlation, &sigma);
     EXPECT_TRUE(same({intercept, slope, correlation, sigma}, {NaN, NaN, NaN, NaN}));
+
+    linRegFct(function({NaN, 1}, {1, 3}).get(), &intercept, &slope, &correlation, &sigma);
+    EXPECT_TRUE(same({intercept, slope, correlation, sigma}, {NaN, NaN, NaN, 1}));
 }
 
 TEST(LinRegFct, FusesItsSumsOfProductsOnly) {

@@ -20,6 +20,21 @@ for file in bin/callPlw bin/plotwerkd share/man/man1/callPlw.1 share/man/man1/pl
 done
 "$root/usr/bin/plotwerkd" --version
 
+# Other projects find the library, by CMake and by pkg-config.
+outside=$(cd "$(dirname "$0")/outside" && pwd)
+compiler=$(sed -n 's/^CMAKE_CXX_COMPILER:[A-Z]*=//p' "$build/CMakeCache.txt")
+flags=$(sed -n 's/^CMAKE_CXX_FLAGS:[A-Z]*=//p' "$build/CMakeCache.txt")
+cmake -S "$outside" -B "$root/outside" -DCMAKE_PREFIX_PATH="$root/usr" \
+    -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags" >/dev/null
+cmake --build "$root/outside" >/dev/null
+[ "$("$root/outside/outside")" = 3 ] || { echo "find_package: wrong answer"; exit 1; }
+PKG_CONFIG_PATH=$(dirname "$(find "$root/usr" -name plw.pc)")
+export PKG_CONFIG_PATH
+# The words of flags and of pkg-config's answer are arguments each.
+# shellcheck disable=SC2046,SC2086
+"$compiler" -std=c++20 $flags "$outside/main.cpp" $(pkg-config --cflags --libs plw) -o "$root/main"
+[ "$("$root/main")" = 3 ] || { echo "pkg-config: wrong answer"; exit 1; }
+
 # Without a bus the client starts and says so.
 message=$(DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent "$root/usr/bin/callPlw" -x sync 2>&1) &&
     { echo "callPlw connected to nothing"; exit 1; }

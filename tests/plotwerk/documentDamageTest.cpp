@@ -66,13 +66,6 @@ TEST(DamagedDocument, ThatWouldExhaustStackOrMemoryIsRefused) {
         {"nested arrays", repeated("[", 3'000'000)},
         {"nested objects", repeated("{\"a\":", 3'000'000)},
         {"nested numbers of a column", "{\"values\":" + repeated("[", 3'000'000)},
-        {"many keys", "{" + repeated("\"a\":0,", 3) + "\"b\":{" +
-                          [] {
-                              std::string keys;
-                              for (int i = 0; i < 1000; ++i)
-                                  keys += '"' + std::to_string(i) + "\":0,";
-                              return keys;
-                          }()},
         {"nested CBOR arrays", mark + repeated("\x81", 3'000'000)},
         {"nested CBOR maps", mark + repeated("\xa1\x61\x61", 3'000'000)},
         {"nested CBOR tags", mark + repeated("\xc6", 3'000'000)},
@@ -143,7 +136,6 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
          "damaged: formula, line 1, column 2: expected a value"},
         {"\"formula\":\"\"", "\"formula\":\"a*x\"",
          "damaged: the parameters are not those of the formula"},
-        {"\"place\":0}]", "\"place\":-1}]", "damaged: the selection has two curves in one place"},
     };
     for (const auto &c : cases) {
         std::string damaged = sound;
@@ -153,12 +145,17 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
         EXPECT_EQ(refusalOf(damaged), c.why) << c.to;
     }
 
+    table.y[0].place = -1;
+    EXPECT_EQ(refusalOf(saved(document, true)), "damaged: \"place\" is negative");
     for (Column &y : table.y) y.place = 1;
     EXPECT_EQ(refusalOf(saved(document, true)),
               "damaged: the selection has two curves in one place");
     for (Column &y : table.y) y = {.name = "", .values = {3, 4}, .look = {}, .fitData = true};
     EXPECT_EQ(refusalOf(saved(document, true)), "damaged: more than one curve is the fit data");
-    for (Column &y : table.y) y = {.name = "", .values = {3, 4}, .look = {}, .drawnByFit = true};
+    for (Column &y : table.y) {
+        y.fitData = false;
+        y.drawnByFit = true;
+    }
     EXPECT_EQ(refusalOf(saved(document, true)), "damaged: more than one curve is drawn by the fit");
 }
 

@@ -84,14 +84,14 @@ Document filled(size_t elements) {
     Filler filler(elements);
     fields(filler, document);
 
-    // Only one curve of a document is its fit data, and one the fit's.
+    // Only one curve of a document is its fit data, and one is drawn by the fit.
     for (Source &source : document.sources) {
         for (Table &table : source.tables) {
             for (Column &column : table.y) column.fitData = column.drawnByFit = false;
         }
     }
     document.sources.back().tables.back().y.back().fitData = true;
-    document.sources.back().tables.back().y.back().drawnByFit = true;
+    document.sources.front().tables.front().y.front().drawnByFit = true;
 
     document.formula = "x";
     for (FitParameter &parameter : document.parameters) {

@@ -62,8 +62,8 @@ static const Message toNobody[] = {
     TELL(actify_(std::string(1'000'000, 'n'))),
     TELL(closeDocument_askForSave_("nix", true)),
     TELL(display_doRangeOverAll_("nix", true)),
-    TELL(saveDocument_to_binary_("nix", "/nowhere", false)),
-    TELL(saveDocument_as_binary_("nix", "/nowhere", true)),
+    TELL(saveDocument_to_binary_("nix", "/nowhere/file", false)),
+    TELL(saveDocument_as_binary_("nix", "/nowhere/file", true)),
     ASK("no", didSaveSucceed_("nix")),
     ASK("nan", YValueOfDoc_atX_indexSerie_("nix", 1, 0)),
     ASK("nan", valueOfDoc_atIndex_indexSerie_("nix", 0, 0)),
@@ -123,29 +123,29 @@ static const Message toNobody[] = {
     TELL(modifyDataOf_Ydata_("nix", true)),
     TELL(setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_(
         "nix", 2, 2, 2, 2, 2, 2, 2, 2, 2, 2)),
-    TELL(setAttributes2OfSelectionOf_("nix", 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    TELL(setAttributes2OfSelectionOf_("nix", 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
                                       0, 0, 0, 0)),
     TELL(
         setDocAttributes_xAxisLength_yAxisLength_tickLength_axisThickness_yAxisPos_xAxisPos_multiDimFit_noLineOnRev_(
             "nix", 1, 1, 1, 1, 1, 1, 0, 0)),
     TELL(
         setAxisOf_axisCode_inc_ticks_prec_log_insideticks_outsideticks_majorgrid_minorgrid_expnumbers_labelAngle_noline_numbersinside_nonumbers_arrow_logticksAt_lognumberAt_reverse_labelDensity_(
-            "nix", 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, -1, -1, 0, 1)),
-    TELL(setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_("nix", "t", 0, 0, 0, 0, 0)),
-    TELL(setXTitleOf_to_("nix", "t")),
-    TELL(setYTitleOf_to_("nix", "t")),
-    TELL(setRTFxTitleOf_to_("nix", "t")),
-    TELL(setRTFyTitleOf_to_("nix", "t")),
-    ASK("1 0 nan nan", startFitOf_iterations_lambda_chiq_("nix")),
-    ASK("\"\"", formulaTextOf_("nix")),
+            "nix", 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0)),
+    TELL(setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_("nix", "", 0, 0, 0, 0, 0)),
+    TELL(setXTitleOf_to_("nix", "")),
+    TELL(setYTitleOf_to_("nix", "")),
+    TELL(setRTFxTitleOf_to_("nix", "")),
+    TELL(setRTFyTitleOf_to_("nix", "")),
     TELL(setFormulaOf_formulaText_("nix", "x")),
-    ASK("\"\"", formulaParameterListOf_("nix")),
+    ASK("\"\"", formulaTextOf_("nix")),
     TELL(readFormulaParameterOf_parameterList_("nix", "a = 1")),
+    ASK("\"\"", formulaParameterListOf_("nix")),
+    ASK("1 0 nan nan", startFitOf_iterations_lambda_chiq_("nix")),
     TELL(copyPDF_("nix")),
     TELL(copyTIFF_("nix")),
-    TELL(savePicturePDF_as_("nix", "/nowhere")),
-    TELL(savePictureEPS_as_("nix", "/nowhere")),
-    TELL(savePictureTIFF_as_("nix", "/nowhere")),
+    TELL(savePicturePDF_as_("nix", "/nowhere/file")),
+    TELL(savePictureEPS_as_("nix", "/nowhere/file")),
+    TELL(savePictureTIFF_as_("nix", "/nowhere/file")),
     TELL(addPDFtoCompositionView_inRect_angle_sheer_("nix", {0, 0, 1, 1}, 0, 0)),
     ASK("0 0 0",
         inventoryOf_sources_tables_columns_justInSelTable_justInSelSource_("nix", false, false)),
@@ -200,27 +200,27 @@ static const Message outOfBounds[] = {
     ASK("\"\"", dataOfSelectedCurvesOf_("doc")),
     TELL(copySelectedCurvesOf_includeX_("doc", true)),
     TELL(pasteDataOf_("doc")),
+    TELL(saveDocument_to_binary_("doc", "/", false)),
     TELL(modifyDataOf_Ydata_("doc", true)),
     TELL(setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_(
         "doc", 1, 1, 1, 1, 1, 1, 1, 1, 1, 1)),
-    TELL(
-        setDocAttributes_xAxisLength_yAxisLength_tickLength_axisThickness_yAxisPos_xAxisPos_multiDimFit_noLineOnRev_(
-            "doc", infinity, 1, 1, 1, 1, 1, 0, 0)),
+    TELL(setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_("doc", "t", infinity, 0, 0, 0, 0)),
+    TELL(setFormulaOf_formulaText_("doc", "")),
+    TELL(setFormulaOf_formulaText_("doc", "a * (x")),
+    TELL(setFormulaOf_formulaText_("doc", std::string(1'000'000, '('))),
+    TELL(readFormulaParameterOf_parameterList_("doc", "nix = 1")),
+    ASK("1 0 nan nan", startFitOf_iterations_lambda_chiq_("doc")),
     TELL(
         setAxisOf_axisCode_inc_ticks_prec_log_insideticks_outsideticks_majorgrid_minorgrid_expnumbers_labelAngle_noline_numbersinside_nonumbers_arrow_logticksAt_lognumberAt_reverse_labelDensity_(
-            "doc", 5, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1)),
-    TELL(setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_("doc", "t", infinity, 0, 0, 0, 0)),
-    ASK("1 0 nan nan", startFitOf_iterations_lambda_chiq_("doc")),
-    TELL(setFormulaOf_formulaText_("doc", "")),
-    TELL(setFormulaOf_formulaText_("doc", "a*(x")),
-    TELL(setFormulaOf_formulaText_("doc", std::string(1'000'000, '('))),
-    TELL(readFormulaParameterOf_parameterList_("doc", "a = 1")),
-    TELL(savePicturePDF_as_("doc", "")),
-    TELL(savePictureEPS_as_("doc", "/")),
-    TELL(savePictureTIFF_as_("doc", "/dev/full")),
+            "doc", 5, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0)),
+    TELL(
+        setDocAttributes_xAxisLength_yAxisLength_tickLength_axisThickness_yAxisPos_xAxisPos_multiDimFit_noLineOnRev_(
+            "doc", -infinity, 1, 1, 1, 1, 1, 0, 0)),
+    TELL(savePicturePDF_as_("doc", "/")),
+    TELL(savePictureEPS_as_("doc", "/nowhere/file")),
+    TELL(savePictureTIFF_as_("doc", "")),
     TELL(addPDFtoCompositionView_inRect_angle_sheer_("doc", {0, 0, 1, 1}, 0, 0)),
-    TELL(savePDFofCompositionView_openWith_("/nowhere", "none")),
-    TELL(saveDocument_to_binary_("doc", "/", false)),
+    TELL(savePDFofCompositionView_openWith_("/nowhere/file", "none")),
     TELL(openFile_file_doRangeOverAll_("doc", "", true)),
     TELL(openFile_file_doRangeOverAll_("doc", "/dev/zero", true)),
     TELL(openFile_file_doRangeOverAll_("doc", std::string(1'000'000, 'n'), true)),
@@ -314,12 +314,18 @@ TEST_F(MessagesTest, ADuplicateIsANewDocumentInFront) {
     EXPECT_TRUE(std::filesystem::exists(stateDirectory / "doc copy.json")) << "never saved";
 }
 
-TEST_F(MessagesTest, TextsOf64MegabytesArriveAndComeBack) {
-    constexpr size_t rows = 4'000'000;
+// 64 MB; an eighth of it with the address sanitizer, which copies everything at each reallocation.
+#ifndef __has_feature
+#define __has_feature(feature) 0
+#endif
+constexpr int rowsOfLargeText = __has_feature(address_sanitizer) ? 500'000 : 4'000'000;
+
+TEST_F(MessagesTest, LargeTextsArriveAndComeBack) {
+    constexpr int rows = rowsOfLargeText;
     constexpr std::string_view row = "1.25 1234567.25\n"; // 16 bytes
     std::string text;
     text.reserve(rows * row.size());
-    for (size_t i = 0; i < rows; ++i) text += row;
+    for (int i = 0; i < rows; ++i) text += row;
     text.replace(text.size() - row.size(), row.size(), "9.75 7654321.25\n");
 
     plotwerk->replaceDataformText_of_source_doRangeOverAll_(text, "doc", "Data", true);

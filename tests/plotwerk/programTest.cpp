@@ -54,7 +54,9 @@ TEST_F(ProgramTest, LeavesTheNameToWhoeverOwnsIt) {
 }
 
 TEST_F(ProgramTest, EndsWithStatusOneWithoutABus) {
-    const std::string address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    const char *current = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    ASSERT_NE(current, nullptr);
+    const std::string address = current;
     setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere", 1);
     const Output output = runProgram(command());
     setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
@@ -85,6 +87,15 @@ TEST_F(ProgramTest, OpensTheFilesThatItCan) {
           "error: can't read " + directory.string() + ": Is a directory\n"}) {
         EXPECT_NE(log.find(line), std::string::npos) << line << "in\n" << log;
     }
+}
+
+TEST_F(ProgramTest, ShowsSavedDocumentsInTheRangesTheyWereSavedWith) {
+    start();
+    plotwerk->setXRangeOf_xmin_xmax_("Untitled", 2, 3);
+    plotwerk->saveDocument_as_binary_("Untitled", pathOf("saved"), false);
+    stop();
+    start({pathOf("saved")});
+    EXPECT_EQ(plotwerk->getXRangeOf_xmin_xmax_("Untitled"), std::tuple(2.0, 3.0));
 }
 
 TEST_F(ProgramTest, ServesWithoutADocumentWhenNoFileCanBeOpened) {

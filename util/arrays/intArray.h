@@ -15,11 +15,11 @@ struct IntArray {
 // An empty array with room for capacity elements, at least one.
 IntArray *newIntArray(int capacity);
 
-// Appends v. A full array grows to (size + 16) * 1.5 elements.
+// Appends v. A full array grows to (size + 16) * 1.5 elements, cut to an integer.
 void appendIntArray(IntArray *a, int v);
 
 // Appends v[0..k-1], which must not lie in a; nothing for k <= 0. An array without room for them
-// grows to (size + k) * 1.5 elements.
+// grows to (size + k) * 1.5 elements, cut to an integer.
 void appendManyIntArray(IntArray *a, const int *v, int k);
 
 // Writes one element a line to the file at path, or to the standard output for nullptr or an empty
@@ -29,6 +29,7 @@ void printIntArray(const IntArray *a, const char *path);
 // Makes a empty; its room stays.
 void clearIntArray(IntArray *a);
 
+// Releases the record and its values.
 void freeIntArray(IntArray *a);
 
 // Element i. Ends the process for i outside 0..n-1: "ERROR in val: index out of range" and i.

@@ -35,6 +35,13 @@ struct Bracket {
 static Bracket bisect(double x, const double *a, int low, int high) {
     while (low < high - 1) {
         int mid = low + (high - low) / 2;
+        const int eighth = (high - low) / 8;
+        if (eighth > 8) { // what the step after the next may read: memory answers slowly
+            __builtin_prefetch(a + low + eighth);
+            __builtin_prefetch(a + mid - eighth);
+            __builtin_prefetch(a + mid + eighth);
+            __builtin_prefetch(a + high - eighth);
+        }
         if (a[mid] > x) {
             high = mid;
         } else if (a[mid] < x) {

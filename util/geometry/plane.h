@@ -2,7 +2,8 @@
 //
 // A point or vector passed by pointer is x, y. A line passed by pointer is x, y of one of its
 // points, then x, y of its direction. A polygon is x0, y0, x1, y1, ... of its n vertices, its
-// first vertex repeated at the end or not. Angles are in radians.
+// first vertex repeated at the end or not. Angles are in radians. NaN among the numbers that a
+// result is made of gives NaN unless said otherwise.
 #ifndef PLW_UTIL_GEOMETRY_PLANE_H
 #define PLW_UTIL_GEOMETRY_PLANE_H
 
@@ -28,7 +29,7 @@ double DistPointLineQ(double px, double py, double ax, double ay, double bx, dou
                       double sy);
 
 // Squared distance of (px, py) from the segment between (ax, ay) and (bx, by), after x is scaled by
-// sx and y by sy. NaN for NaN, and if P, A and B are all the same point.
+// sx and y by sy. NaN if the scaled P, A and B are all the same point.
 //   (2, 0, 0, 0, 1, 0, 1, 1) -> 1   (0.5, 1, 0, 0, 1, 0, 1, 1) -> 1   (2, 0, 1, 0, 1, 0, 1, 1) -> 1
 double DistPointPathQ(double px, double py, double ax, double ay, double bx, double by, double sx,
                       double sy);

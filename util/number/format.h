@@ -15,6 +15,7 @@ namespace plw {
 // a binary fraction: 0.1 needs one. With maxDigits below 1 exponential precision is negative, which
 // printf takes for 6.
 //   0 -> 1, 0, 0      1234.5 -> 6, 1, 0      -1.5e-7 -> 7, 1, 1
+//   infinity -> 5, 0, 1      NaN -> 4, -1, 1
 void FormatOfReal(double x, int maxDigits, int *width, int *precision, char *exponential);
 
 // x with the digits that it carries.

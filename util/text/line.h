@@ -12,7 +12,8 @@ namespace plw {
 // is cut there: the next call goes on with the rest (or with the line end alone). A size below 1
 // counts as 1. Reads one byte past a line end to see whether it is the line end's other half, and
 // puts it back if not; so the last line reports end of file together with its text. *atEof and the
-// result: 1 at end of file, else 0.
+// result: 1 at end of file, else 0. A read error ends the line too and is no end of file (ferror
+// tells it).
 //   "a\r\nb\n\nc": "a", "b", "", "c" (at end of file)
 int getlineFromFile(std::FILE *f, char *buf, int size, char *atEof);
 

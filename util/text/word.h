@@ -9,16 +9,17 @@ namespace plw {
 
 // Next word of the line at *cursor, or NULL when only blanks and tabs are left (the cursor then
 // stays). The word lies in the line, ended by a NUL written over the byte that ended it, and the
-// cursor moves behind what was consumed; at the end of the line it is set to a constant empty text.
+// cursor moves behind what was consumed. A plain word that the end of the text ends sets it to a
+// constant empty text, which is not to be written to.
 //
 // A plain word ends at a blank, tab, ',', '=', newline or the end of the text, but its first byte
 // is never taken for its end: "x,,y" gives "x" and ",y". A word that begins with '"' or '\'' runs
 // to the same quote, which is not part of it, or to the end of the text; a quote after a backslash
 // does not count, and the backslash stays in the word.
 //
-// *isAssignment is 1 when a plain word is followed by '=', with up to two blanks between: then the
-// '=' is consumed. *isEndOfLine is 1 when a newline ended the word or follows its closing quote.
-// Else both are 0. Both may be the same variable.
+// *isAssignment is 1 when a plain word is followed by '=', at once or after a blank or tab and at
+// most one blank more: then the '=' is consumed. *isEndOfLine is 1 when a newline ended the word or
+// follows its closing quote. Else both are 0. Both may be the same variable.
 //   "name = 5\n":  "name" (assignment), "5" (end of line), NULL
 //   "a, 'b c'=d":  "a", "b c", "=d"
 char *nextWord(char **cursor, char *isAssignment, char *isEndOfLine);

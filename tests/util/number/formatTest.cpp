@@ -46,6 +46,7 @@ TEST_F(Format, FindsWidthPrecisionAndNotation) {
         {1.0 / 3, 20, 14, 12, 0}, {1e7 / 3, 20, 12, 9, 1},  {-1e7 / 3, 20, 13, 9, 1},
         {1e7 / 3, 0, 4, -1, 1},   {0.125, -3, 1, 0, 0},     {5e-324, 20, 5, 0, 1},
         {INFINITY, 20, 5, 0, 1},  {-INFINITY, 20, 6, 0, 1}, {DBL_MAX, 20, 12, 9, 1},
+        {NAN, 20, 4, -1, 1},
     };
     for (const auto &c : cases) {
         int width = -77;
@@ -56,6 +57,13 @@ TEST_F(Format, FindsWidthPrecisionAndNotation) {
         EXPECT_EQ(precision, c.precision) << c.x << ", " << c.maxDigits;
         EXPECT_EQ(exponential, c.exponential) << c.x << ", " << c.maxDigits;
     }
+}
+
+TEST_F(Format, CountsDigitsWithSlightlyEnlargedFactors) {
+    EXPECT_STREQ(stringOfDouble(6.1), "6.1") << "a first factor of 1 finds 12 digits";
+    EXPECT_STREQ(stringOfDouble(8.9801894021008195), "8.98018940210")
+        << "steps of 10 find 11 digits";
+    EXPECT_STREQ(stringOfDouble(2.606120201099948), "2.6061202011") << "steps of 10 find 12 digits";
 }
 
 TEST_F(Format, PrintsTheDigitsThatADoubleCarries) {
