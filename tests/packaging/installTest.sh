@@ -20,6 +20,14 @@ for file in bin/callPlw bin/plotwerkd share/man/man1/callPlw.1 share/man/man1/pl
 done
 "$root/usr/bin/plotwerkd" --version
 
+# The services start the program that was installed.
+case $2 in install) program=$root/usr/bin/plotwerkd ;; package) program=/usr/bin/plotwerkd ;; esac
+unit=$root/usr/lib/systemd/user/plotwerkd.service
+service=$root/usr/share/dbus-1/services/org.plotwerk.PlotwerkControl.service
+grep -qx "ExecStart=$program" "$unit" || { echo "wrong unit:"; cat "$unit"; exit 1; }
+grep -qx "Exec=$program" "$service" || { echo "wrong service:"; cat "$service"; exit 1; }
+grep -qx "SystemdService=$(basename "$unit")" "$service"
+
 # Other projects find the library, by CMake and by pkg-config.
 outside=$(cd "$(dirname "$0")/outside" && pwd)
 compiler=$(sed -n 's/^CMAKE_CXX_COMPILER:[A-Z]*=//p' "$build/CMakeCache.txt")
