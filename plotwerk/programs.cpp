@@ -79,6 +79,7 @@ class Surroundings {
 void startProgram(std::vector<std::string> words, std::string_view input) {
     const std::string program = words.front();
     std::vector<char *> argv;
+    argv.reserve(words.size() + 1);
     for (std::string &word : words) argv.push_back(word.data());
     argv.push_back(nullptr);
 

@@ -9,7 +9,8 @@ using Fct2DPtr = Owner<Fct2D, freeFct2D>;
 
 static Fct2DPtr grid(int nx, int ny, double (*z)(double, double)) {
     Fct2DPtr F = newFct2DWith(nullptr, nx, ny, 0, 1, 0, 1);
-    for (int k = 0; k < nx * ny; k++) F->z[k] = z(k % nx, k / nx);
+    for (int j = 0; j < ny; j++)
+        for (int i = 0; i < nx; i++) F->z[i + j * nx] = z(i, j);
     return F;
 }
 
