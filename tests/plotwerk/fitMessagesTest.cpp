@@ -14,7 +14,7 @@ std::string dataText(const std::string &set) {
     std::string line;
     for (int i = 0; i < 60; ++i) std::getline(file, line);
     std::string text = "x y\n";
-    for (std::string y, x; file >> y >> x;) text += x + ' ' + y + '\n';
+    for (std::string y, x; file >> y >> x;) text.append(x).append(" ").append(y).append("\n");
     return text;
 }
 

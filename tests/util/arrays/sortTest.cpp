@@ -50,7 +50,8 @@ static std::vector<double> numbered(int n) {
 }
 
 static bool sameBits(const std::vector<double> &a, const std::vector<double> &b) {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](double x, double y) { return std::memcmp(&x, &y, sizeof x) == 0; });
 }
 
 TEST(SortN, PutsGapsFirstAndKeepsTheOrderOfEqualKeys) {
