@@ -49,7 +49,7 @@ std::vector<Method> methodsOf(sdbus::IConnection &bus) {
 
 class Generator {
   public:
-    Generator(unsigned seed, std::string directory)
+    Generator(unsigned seed, const std::string &directory)
         : random(seed), paths{"",
                               "/",
                               "/dev/full",
@@ -285,6 +285,7 @@ TEST_F(RobustnessTest, AnswersAllRandomMessagesAndRefusesWithoutATrace) {
 TEST_F(RobustnessTest, ServesTenClientsAtOnce) {
     startOver();
     std::vector<std::future<std::string>> clients;
+    clients.reserve(10);
     for (int number = 0; number < 10; ++number) {
         clients.push_back(std::async(std::launch::async, [number] {
             const auto own = sdbus::createSessionBusConnection();

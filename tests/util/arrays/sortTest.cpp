@@ -7,7 +7,6 @@
 #include <cfloat>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <numeric>
 #include <pthread.h>
 #include <random>
@@ -50,8 +49,9 @@ static std::vector<double> numbered(int n) {
 }
 
 static bool sameBits(const std::vector<double> &a, const std::vector<double> &b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](double x, double y) { return std::memcmp(&x, &y, sizeof x) == 0; });
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](double x, double y) {
+        return std::bit_cast<std::uint64_t>(x) == std::bit_cast<std::uint64_t>(y);
+    });
 }
 
 TEST(SortN, PutsGapsFirstAndKeepsTheOrderOfEqualKeys) {
