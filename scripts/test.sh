@@ -21,7 +21,7 @@ done
 cmake --build --preset release -j "$jobs" --target benchmarks
 
 echo "== clang-tidy"
-printf '%s\0' "${sources[@]}" | grep -zv '^tests/fuzz/' |
+printf '%s\0' "${sources[@]}" | grep -zv '^tests/fuzz/\|^tests/packaging/' |
     xargs -0 -n 4 -P "$jobs" clang-tidy -p build/asan --quiet 2>/dev/null
 
 for preset in asan release; do
