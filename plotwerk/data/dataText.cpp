@@ -56,6 +56,14 @@ int missingInGap(char *&p) {
     return std::max((separators > 0 ? separators : tabs) - 1, 0);
 }
 
+// True when two tabs of a line have nothing but blanks between them.
+bool hasEmptyField(const char *line) {
+    for (const char *tab = std::strchr(line, '\t'); tab != nullptr;
+         tab = std::strchr(tab + 1, '\t'))
+        if (tab[1 + std::strspn(tab + 1, " ")] == '\t') return true;
+    return false;
+}
+
 // Moves p to the first field, and returns how many separators are before it.
 int missingBeforeFirst(char *&p) {
     int missing = 0;
@@ -185,7 +193,7 @@ class TableReader {
         row.resize(width);
         int count;
         const char *end = plw::scanline(line, row.data(), width, &count);
-        return count == width && *end == '\0' && std::strchr(line, '\t') == nullptr;
+        return count == width && *end == '\0' && !hasEmptyField(line);
     }
 
     void appendRow() {
