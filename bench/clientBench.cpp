@@ -3,6 +3,9 @@
 // - one command as a whole process, beside the same message sent by busctl
 // - line mode through a pipe with each answer awaited, and 100,000 lines fed at once, beside a bare
 //   loop over libsystemd's sd-bus that makes the same calls
+// - that loop behind the same pipes (this program with the argument "lines"): what a client that
+// did
+//   nothing else would cost
 //
 // Pairs of runs alternate, and each ratio is the median over its pairs.
 
@@ -55,10 +58,10 @@ static void compare(const char *what, int pairs, double operations, const char *
     std::fflush(stdout);
 }
 
-// A callPlw in line mode with both its pipes in our hands.
+// A program that answers lines, with both its pipes in our hands.
 class LineMode {
   public:
-    LineMode() {
+    explicit LineMode(std::vector<const char *> words) {
         int input[2], output[2];
         check(pipe2(input, O_CLOEXEC), "pipe2");
         check(pipe2(output, O_CLOEXEC), "pipe2");
@@ -66,9 +69,10 @@ class LineMode {
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
         posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
-        char program[] = CALLPLW;
-        char *words[] = {program, nullptr};
-        check(-posix_spawn(&id, program, &actions, nullptr, words, environ), "posix_spawn");
+        words.push_back(nullptr);
+        check(-posix_spawn(&id, words[0], &actions, nullptr, const_cast<char **>(words.data()),
+                           environ),
+              "posix_spawn");
         posix_spawn_file_actions_destroy(&actions);
         ::close(input[0]);
         ::close(output[1]);
@@ -131,7 +135,7 @@ static void runQuietly(std::vector<const char *> words) {
     if (status != 0) throw std::runtime_error(std::string("clientBench: failed: ") + words[0]);
 }
 
-static void bareCall(sd_bus *bus) {
+static double bareCall(sd_bus *bus) {
     sd_bus_message *reply = nullptr;
     double y = 0;
     check(sd_bus_call_method(bus, name, path, name, "YValueOfDoc_atX_indexSerie_", nullptr, &reply,
@@ -139,16 +143,36 @@ static void bareCall(sd_bus *bus) {
           "sd_bus_call_method");
     check(sd_bus_message_read(reply, "d", &y), "sd_bus_message_read");
     sd_bus_message_unref(reply);
+    return y;
 }
 
-int main() {
+static sd_bus *openBus() {
+    sd_bus *bus = nullptr;
+    check(sd_bus_open_user(&bus), "sd_bus_open_user");
+    return bus;
+}
+
+// Answers each line of the standard input by a bare call.
+static int answerLines() {
+    sd_bus *bus = openBus();
+    char line[512];
+    while (std::fgets(line, sizeof line, stdin)) {
+        std::printf("%g\n", bareCall(bus));
+        std::fflush(stdout);
+    }
+    sd_bus_flush_close_unref(bus);
+    return EXIT_SUCCESS;
+}
+
+int main(int argc, char **argv) {
+    if (argc > 1) return answerLines();
+
     const PrivateBus privateBus;
     const ChildProcess plotwerkd({PLOTWERKD});
     privateBus.waitForOwner(name);
     runQuietly({CALLPLW, "-x", "readData", "-p", "0 1\n1 2\n2 4\n"});
 
-    sd_bus *bus = nullptr;
-    check(sd_bus_open_user(&bus), "sd_bus_open_user");
+    sd_bus *bus = openBus();
 
     compare(
         "sync, one process", 301, 1, "busctl",
@@ -161,16 +185,19 @@ int main() {
 
     {
         constexpr int trips = 2000;
-        const LineMode lineMode;
-        lineMode.roundTrip();
+        const LineMode lineMode({CALLPLW});
+        const LineMode bareLines({argv[0], "lines"});
+        const auto awaitAll = [](const LineMode &program) {
+            for (int i = 0; i < trips; ++i) program.roundTrip();
+        };
         compare(
-            "YatX, each answer awaited", 31, trips, "sd-bus",
-            [&] {
-                for (int i = 0; i < trips; ++i) lineMode.roundTrip();
-            },
+            "YatX, each answer awaited", 31, trips, "sd-bus", [&] { awaitAll(lineMode); },
             [&] {
                 for (int i = 0; i < trips; ++i) bareCall(bus);
             });
+        compare(
+            "the same, sd-bus behind pipes", 31, trips, "sd-bus", [&] { awaitAll(lineMode); },
+            [&] { awaitAll(bareLines); });
     }
 
     constexpr int count = 100000;
@@ -179,7 +206,7 @@ int main() {
     compare(
         "YatX, 100,000 lines fed at once", 5, count, "sd-bus",
         [&] {
-            LineMode lineMode;
+            LineMode lineMode({CALLPLW});
             lineMode.feed(lines, count);
         },
         [&] {

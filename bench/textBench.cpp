@@ -83,14 +83,16 @@ const std::vector<double> &mixedNumbers() {
 }
 
 void BM_stringOfDouble(benchmark::State &state) {
+    const std::vector<double> &numbers = mixedNumbers();
     while (state.KeepRunning())
-        for (const double x : mixedNumbers()) benchmark::DoNotOptimize(*stringOfDouble(x));
+        for (const double x : numbers) benchmark::DoNotOptimize(*stringOfDouble(x));
 }
 
 void BM_FormatOfRealAndSnprintf(benchmark::State &state) {
+    const std::vector<double> &numbers = mixedNumbers();
     static char text[100];
     while (state.KeepRunning()) {
-        for (const double x : mixedNumbers()) {
+        for (const double x : numbers) {
             int width;
             int precision;
             char exponential;
