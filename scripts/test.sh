@@ -7,8 +7,9 @@ cd "$(dirname "$0")/.."
 need_packages "${build_packages[@]}" "${bus_packages[@]}" "${test_packages[@]}"
 
 jobs=$(nproc)
-mapfile -t sources < <(git ls-files '*.cpp')
-mapfile -t headers < <(git ls-files '*.h')
+folders=(bench client fct plotwerk tests util)
+mapfile -t sources < <(find "${folders[@]}" -name '*.cpp')
+mapfile -t headers < <(find plw.h "${folders[@]}" -name '*.h')
 
 echo "== Formatting"
 clang-format --dry-run -Werror "${sources[@]}" "${headers[@]}"
