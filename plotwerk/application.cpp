@@ -67,7 +67,7 @@ static Document documentIn(const fs::path &path) {
             if (bytes.find('\0') != std::string::npos) {
                 throw Refusal("neither a saved document nor data text");
             }
-            addSource(document, nameAfter(path), withoutMark(plw::utf8Of(std::move(bytes))));
+            addData(document, nameAfter(path), withoutMark(plw::utf8Of(std::move(bytes))));
             document.changed = false; // the file holds it all
         }
     } catch (const Refusal &refusal) {

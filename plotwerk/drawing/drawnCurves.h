@@ -16,8 +16,7 @@ struct DrawnCurve {
     AxisCode verticalAxis() const { return column->look.rightY ? rightYAxis : yAxis; }
 };
 
-// The visible curves from the lowest layer up, without the columns that another visible curve of
-// their table shows as its error bars.
+// The plotted curves of the document from the lowest layer up.
 std::vector<DrawnCurve> drawnCurvesOf(const Document &document);
 
 } // namespace plotwerk

@@ -34,7 +34,7 @@ void setParameters(Document &document, const std::string &list) {
 }
 
 static Formula formulaOf(const Document &document) {
-    if (document.formula.empty()) throw Refusal("no formula in \"" + document.name + '"');
+    if (document.formula.empty()) throw Refusal("no formula");
     return Formula(document.formula);
 }
 
@@ -46,9 +46,7 @@ static std::vector<double> valuesOf(const std::vector<FitParameter> &parameters)
 }
 
 static CurveRef curveToFit(const Document &document) {
-    std::vector<CurveRef> curves = curvesOf(document);
-    for (const CurveRef &curve : curves)
-        if (columnOf(document, curve).fitData) return curve;
+    if (const auto marked = fitCurve(document)) return *marked;
 
     const auto isDrawnByFit = [&](const CurveRef &curve) {
         return columnOf(document, curve).drawnByFit;
@@ -56,9 +54,9 @@ static CurveRef curveToFit(const Document &document) {
     std::vector<CurveRef> selected = selectedCurves(document);
     std::erase_if(selected, isDrawnByFit);
     if (!selected.empty()) return selected.front();
-    std::erase_if(curves, isDrawnByFit);
-    if (curves.size() != 1) throw Refusal("no curve is fit data or selected");
-    return curves.front();
+    const auto only = onlyCurve(document);
+    if (!only || isDrawnByFit(*only)) throw Refusal("no curve is fit data or selected");
+    return *only;
 }
 
 static FitData dataOf(const Document &document, const CurveRef &curve) {
@@ -113,9 +111,7 @@ static Table tableOfFit(const Document &document, const CurveRef &fitted, const 
     Column &column = table.y.emplace_back();
     column.name = "Fit";
     column.drawnByFit = true;
-    column.look = lookOfNewCurve(numberOfCurves(document));
-    column.look.upperX = look.upperX;
-    column.look.rightY = look.rightY;
+    column.look = lookOfNewCurve(numberOfCurves(document), look);
     for (const CurveRef &curve : curvesOf(document))
         column.look.layer = std::max(column.look.layer, columnOf(document, curve).look.layer);
     column.values.resize(table.x.values.size());
@@ -141,11 +137,9 @@ static void show(Table table, const CurveRef &fitted, Document &document) {
         place = std::move(table);
         return;
     }
-    std::vector<std::string> taken;
-    for (const Source &source : document.sources) taken.push_back(source.name);
-    Source source{freeName("Fit", taken), {}};
-    source.tables.push_back(std::move(table));
-    document.sources.push_back(std::move(source));
+    std::vector<Table> tables;
+    tables.push_back(std::move(table));
+    addSource(document, "Fit", std::move(tables));
 }
 
 FitOutcome fitDocument(Document &document) {

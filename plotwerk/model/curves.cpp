@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <string_view>
+#include <unordered_set>
 
 namespace plotwerk {
 
@@ -116,21 +118,73 @@ std::optional<CurveRef> firstSelectedCurve(const Document &document) {
     return first;
 }
 
-CurveRef curveOfSeries(const Document &document, int series) {
-    if (series != -1) {
-        const auto curve = curveAt(document, series);
-        if (!curve)
-            throw Refusal("no curve " + std::to_string(series) + " in \"" + document.name + "\"");
-        return *curve;
+static constexpr std::string_view errorSuffix = " error";
+
+std::vector<bool> errorColumns(const Table &table) {
+    std::vector<bool> holdErrors(table.y.size());
+    const auto isNamedSo = [](const Column &column) { return column.name.ends_with(errorSuffix); };
+    if (std::none_of(table.y.begin(), table.y.end(), isNamedSo)) return holdErrors;
+
+    std::unordered_set<std::string_view> names{table.x.name, "X"};
+    for (const Column &column : table.y) names.insert(column.name);
+    for (std::size_t i = 0; i < table.y.size(); ++i) {
+        std::string_view name = table.y[i].name;
+        if (!isNamedSo(table.y[i])) continue;
+        name.remove_suffix(errorSuffix.size());
+        holdErrors[i] = names.contains(name);
     }
-    const auto selected = firstSelectedCurve(document);
-    if (selected) return *selected;
-    std::vector<CurveRef> curves = curvesOf(document);
+    return holdErrors;
+}
+
+// The curves without columns of errors.
+static std::vector<CurveRef> curvesWithoutErrors(const Document &document) {
+    std::vector<CurveRef> curves;
+    CurveRef curve;
+    for (curve.source = 0; curve.source < std::ssize(document.sources); ++curve.source) {
+        const Source &source = document.sources[curve.source];
+        for (curve.table = 0; curve.table < std::ssize(source.tables); ++curve.table) {
+            curve.column = 0;
+            for (const bool holdsErrors : errorColumns(source.tables[curve.table])) {
+                if (!holdsErrors) curves.push_back(curve);
+                ++curve.column;
+                ++curve.index;
+            }
+        }
+    }
+    return curves;
+}
+
+std::vector<CurveRef> plottedCurves(const Document &document) {
+    std::vector<CurveRef> curves = curvesWithoutErrors(document);
+    std::erase_if(curves,
+                  [&](const CurveRef &curve) { return !columnOf(document, curve).look.visible; });
+    return curves;
+}
+
+std::optional<CurveRef> onlyCurve(const Document &document) {
+    std::vector<CurveRef> curves = curvesWithoutErrors(document);
     if (curves.size() > 1)
         std::erase_if(curves,
                       [&](const CurveRef &curve) { return columnOf(document, curve).drawnByFit; });
-    if (curves.size() != 1) throw Refusal("no curve is selected");
+    if (curves.size() != 1) return std::nullopt;
     return curves.front();
+}
+
+std::optional<CurveRef> fitCurve(const Document &document) {
+    for (const CurveRef &curve : curvesOf(document))
+        if (columnOf(document, curve).fitData) return curve;
+    return std::nullopt;
+}
+
+CurveRef curveOfSeries(const Document &document, int series) {
+    if (series != -1) {
+        const auto curve = curveAt(document, series);
+        if (!curve) throw Refusal("no curve " + std::to_string(series));
+        return *curve;
+    }
+    if (const auto selected = firstSelectedCurve(document)) return *selected;
+    if (const auto only = onlyCurve(document)) return *only;
+    throw Refusal("no curve is selected");
 }
 
 static const Column *columnNamed(const Table &table, const std::string &name) {
@@ -139,13 +193,17 @@ static const Column *columnNamed(const Table &table, const std::string &name) {
     return found == table.y.end() ? nullptr : &*found;
 }
 
+std::string errorNameOf(std::string name) {
+    return name.append(errorSuffix);
+}
+
 const Column *yErrorOf(const Table &table, const Column &curve) {
-    return columnNamed(table, curve.name + " error");
+    return columnNamed(table, errorNameOf(curve.name));
 }
 
 const Column *xErrorOf(const Table &table) {
-    const Column *named = columnNamed(table, table.x.name + " error");
-    return named ? named : columnNamed(table, "X error");
+    const Column *named = columnNamed(table, errorNameOf(table.x.name));
+    return named ? named : columnNamed(table, errorNameOf("X"));
 }
 
 int rowsOf(const Table &table) {

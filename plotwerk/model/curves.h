@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace plotwerk {
@@ -47,11 +48,28 @@ std::vector<CurveRef> firstOfEachTable(const std::vector<CurveRef> &curves);
 
 std::optional<CurveRef> firstSelectedCurve(const Document &document);
 
+// For each y column whether it holds errors: its name is that of another column, or of x or a plain
+// X, and " error". Such a column is no curve of its own where a document is drawn or measured.
+std::vector<bool> errorColumns(const Table &table);
+
+// The visible curves, columns of errors aside.
+std::vector<CurveRef> plottedCurves(const Document &document);
+
+// The only curve of the document, columns of errors aside and, beside others, the one that a fit
+// has drawn.
+std::optional<CurveRef> onlyCurve(const Document &document);
+
+// The fit data; at most one curve.
+std::optional<CurveRef> fitCurve(const Document &document);
+
 // The curve that a point message means by its series: an index, or -1 for the first selected curve,
-// or else the only curve, that drawn by the fit aside. Refused when there is no such curve.
+// or else the only one. Refused when there is no such curve.
 CurveRef curveOfSeries(const Document &document, int series);
 
-// The column with the errors of a curve: "NAME error". Null if there is none.
+// "NAME error": the name of a column with the errors of the one called NAME.
+std::string errorNameOf(std::string name);
+
+// The column with the errors of a curve. Null if there is none.
 const Column *yErrorOf(const Table &table, const Column &curve);
 
 // The column with the errors of x: "X error", with the x column's name or with a plain X.

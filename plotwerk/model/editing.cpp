@@ -158,12 +158,12 @@ struct Extremes {
 };
 
 Table tableOfExtremes(const ValidPoints &points, const std::vector<int> &indexes,
-                      const std::string &xName, const std::string &name) {
+                      const std::string &xName, const std::string &name, const CurveLook &look) {
     Table table;
     table.x.name = xName;
-    table.y.resize(1);
-    Column &column = table.y.front();
+    Column &column = table.y.emplace_back();
     column.name = name;
+    column.look = look;
     column.look.line = false;
     column.look.marker = true;
     for (const int i : indexes) {
@@ -176,7 +176,14 @@ Table tableOfExtremes(const ValidPoints &points, const std::vector<int> &indexes
 } // namespace
 
 void renameSelection(Document &document, const std::string &name) {
-    for (const CurveRef &curve : requireSelection(document)) columnOf(document, curve).name = name;
+    for (const CurveRef &curve : requireSelection(document)) {
+        Table &table = tableOf(document, curve);
+        Column &column = columnOf(document, curve);
+        const Column *errors = yErrorOf(table, column);
+        if (errors && errors->place == 0)
+            table.y[static_cast<std::size_t>(errors - table.y.data())].name = errorNameOf(name);
+        column.name = name;
+    }
     document.changed = true;
 }
 
@@ -244,9 +251,10 @@ void differentiateSelection(Document &document) {
         Table &table = tableOf(document, curve);
         const ValidPoints points = validPoints(table, columnOf(document, curve));
         const std::vector<double> derivatives = derivative(points);
+        const Column &original = columnOf(document, curve);
         Column column;
-        column.name = columnOf(document, curve).name + "'";
-        column.look = lookOfNewCurve(numberOfCurves(document));
+        column.name = original.name + "'";
+        column.look = lookOfNewCurve(numberOfCurves(document), original.look);
         column.values.assign(rowsOf(table), unset);
         for (int i = 0; i < points.n; ++i) column.values[points.row[i]] = derivatives[i];
         table.y.push_back(std::move(column));
@@ -298,9 +306,11 @@ void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, 
         const ValidPoints points = validPoints(table, column);
         const auto search = [&](const std::vector<double> &y, const char *kind) {
             const std::vector<int> indexes = maximaOf(y, minWidth, minHeight);
-            if (!indexes.empty())
-                found.push_back({curve, tableOfExtremes(points, indexes, table.x.name,
-                                                        column.name + " " + kind)});
+            if (indexes.empty()) return;
+            const int curvesBefore = numberOfCurves(document) + static_cast<int>(found.size());
+            found.push_back(
+                {curve, tableOfExtremes(points, indexes, table.x.name, column.name + " " + kind,
+                                        lookOfNewCurve(curvesBefore, column.look))});
         };
         std::vector<double> y(points.y.get(), points.y.get() + points.n);
         if (maxima) search(y, "maxima");

@@ -1,7 +1,8 @@
 // editing.h - changing the selected curves, and making new ones from them.
 //
 // Without a selection everything here but deleteAllCurves and createCurve is refused. New curves
-// aren't selected. Deleting and adding curves starts the walk of marks over.
+// aren't selected; what is made from a curve is drawn against the same axes. Deleting and adding
+// curves starts the walk of marks over.
 #ifndef PLOTWERK_MODEL_EDITING_H
 #define PLOTWERK_MODEL_EDITING_H
 
@@ -11,7 +12,8 @@
 
 namespace plotwerk {
 
-// An empty name is allowed; such a curve is found by position and index only.
+// An empty name is allowed; such a curve is found by position and index only. The column with a
+// curve's errors goes by the new name, too, unless it is selected itself.
 void renameSelection(Document &document, const std::string &name);
 
 // Makes the selected curves visible and brings them forward: they are drawn after all others, the

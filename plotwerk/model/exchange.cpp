@@ -77,43 +77,36 @@ bool contains(const Range &range, double x) {
 
 // Leaves of a table what is plotted of it.
 void cutToPlotted(Table &table, const Range &xRange, const Range &upperXRange) {
-    const auto isErrorOf = [&](const Column &column, const Column &curve) {
-        const CurveLook &look = curve.look;
-        return look.visible && ((look.yError && &column == yErrorOf(table, curve)) ||
-                                (look.xError && &column == xErrorOf(table)));
-    };
+    const std::vector<bool> holdsErrors = errorColumns(table);
     std::vector<Column> kept;
-    for (const Column &column : table.y)
-        if (column.look.visible ||
-            std::any_of(table.y.begin(), table.y.end(),
-                        [&](const Column &curve) { return isErrorOf(column, curve); }))
-            kept.push_back(column);
+    std::vector<const Range *> ranges; // of the curves; null for errors, which go with the rows
+    bool plotted = false;
+    for (std::size_t c = 0; c < table.y.size(); ++c) {
+        const CurveLook &look = table.y[c].look;
+        if (!holdsErrors[c] && !look.visible) continue;
+        plotted = plotted || !holdsErrors[c];
+        ranges.push_back(holdsErrors[c] ? nullptr : look.upperX ? &upperXRange : &xRange);
+        kept.push_back(std::move(table.y[c]));
+    }
+    if (!plotted) kept.clear();
+    table.y = std::move(kept);
 
-    const auto shows = [&](const Column &column, double x) {
-        return contains(column.look.upperX ? upperXRange : xRange, x);
-    };
-    Table cut;
-    cut.x = table.x;
-    cut.y = std::move(kept);
-    const auto keepRow = [&](double x) {
-        return std::any_of(cut.y.begin(), cut.y.end(), [&](const Column &column) {
-            return column.look.visible && shows(column, x);
-        });
-    };
+    std::vector<double> &xs = table.x.values;
     std::size_t rows = 0;
-    for (std::size_t i = 0; i < table.x.values.size(); ++i) {
-        const double x = table.x.values[i];
-        if (!keepRow(x)) continue;
-        cut.x.values[rows] = x;
-        for (Column &column : cut.y) {
-            const bool inside = !column.look.visible || shows(column, x);
-            column.values[rows] = inside ? column.values[i] : unset;
+    for (std::size_t row = 0; row < xs.size(); ++row) {
+        const double x = xs[row];
+        const auto shows = [&](const Range *range) { return range && contains(*range, x); };
+        if (std::none_of(ranges.begin(), ranges.end(), shows)) continue;
+        for (std::size_t c = 0; c < table.y.size(); ++c) {
+            std::vector<double> &values = table.y[c].values;
+            values[rows] = !ranges[c] || shows(ranges[c]) ? values[row] : unset;
         }
+        xs[rows] = x;
         ++rows;
     }
-    cut.x.values.resize(rows);
-    for (Column &column : cut.y) column.values.resize(rows);
-    table = std::move(cut);
+    xs.resize(rows);
+    for (Column &column : table.y) column.values.resize(rows);
+    table.xOrder = {};
 }
 
 } // namespace
@@ -161,12 +154,15 @@ void appendData(Document &document, const std::string &source, std::string text)
     document.changed = true;
 }
 
-void addSource(Document &document, const std::string &source, std::string text) {
-    std::vector<Table> tables = tablesOf(readDataText(std::move(text)), numberOfCurves(document));
+void addSource(Document &document, const std::string &name, std::vector<Table> tables) {
     std::vector<std::string> taken;
     for (const Source &each : document.sources) taken.push_back(each.name);
-    document.sources.push_back({freeName(source, taken), std::move(tables)});
+    document.sources.push_back({freeName(name, taken), std::move(tables)});
     document.changed = true;
+}
+
+void addData(Document &document, const std::string &source, std::string text) {
+    addSource(document, source, tablesOf(readDataText(std::move(text)), numberOfCurves(document)));
 }
 
 std::string dataTextOfSelection(const Document &document, bool includeX) {

@@ -23,17 +23,19 @@ namespace plotwerk {
 void replaceData(Document &document, const std::string &source, std::string text);
 void appendData(Document &document, const std::string &source, std::string text);
 
-// Reads data text into a new last source of that name, made free with freeName.
-void addSource(Document &document, const std::string &source, std::string text);
+// Adds a last source of that name, made free with freeName, with these tables.
+void addSource(Document &document, const std::string &name, std::vector<Table> tables);
+
+// Reads data text into a new last source of that name, as addSource makes it.
+void addData(Document &document, const std::string &name, std::string text);
 
 // The selected curves as data text: one block for each of their tables, each with its columns in
 // the order of the selection, led by x if so asked. Refused without a selection.
 std::string dataTextOfSelection(const Document &document, bool includeX);
 
 // A new document "NAME copy", never saved: the visible curves with the points inside the x range of
-// their axis, everything else as it is. Hidden columns stay where they are error bars of a visible
-// curve. A row stays as long as one of its table's visible curves needs it; the others have NaN
-// there.
+// their axis, everything else as it is. Columns of errors stay with them. A row stays as long as
+// one of its table's visible curves needs it; the others have NaN there.
 Document duplicateAsPlotted(const Document &document);
 
 // The name itself when it isn't among the taken ones, otherwise one that uniqueName makes of it

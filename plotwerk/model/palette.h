@@ -18,8 +18,9 @@ inline constexpr std::array<Colour, 7> palette = {{{0, 0, 0, 1},
                                                    {0.902, 0.624, 0, 1},
                                                    {0.337, 0.706, 0.914, 1}}};
 
-// The standard look in the palette's next colour, for a document that has so many curves already.
-// The area below the curve is a light tint of the same colour.
+// The look of every curve that is made: the standard one in the palette's next colour, for a
+// document that has so many curves already. The area below the curve is a light tint of that
+// colour.
 inline CurveLook lookOfNewCurve(int curvesBefore) {
     CurveLook look;
     const auto index = static_cast<size_t>(curvesBefore < 0 ? 0 : curvesBefore) % palette.size();
@@ -28,6 +29,14 @@ inline CurveLook lookOfNewCurve(int curvesBefore) {
         look.fillColour = palette[index];
         look.fillColour.opacity = 0.3;
     }
+    return look;
+}
+
+// As that, for a curve made from another one: drawn against the same axes.
+inline CurveLook lookOfNewCurve(int curvesBefore, const CurveLook &origin) {
+    CurveLook look = lookOfNewCurve(curvesBefore);
+    look.upperX = origin.upperX;
+    look.rightY = origin.rightY;
     return look;
 }
 

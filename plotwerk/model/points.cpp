@@ -67,10 +67,11 @@ Column &columnWithPoint(Document &document, int index, int series) {
     return column;
 }
 
-// An axis on paper: a value lies at along(value) * scale, in cm from an arbitrary origin.
+// An axis on paper: a value lies (along(value) - start) * scale cm from the left or lower end. The
+// scale is negative where the axis is reversed.
 struct PaperAxis {
     bool logarithmic = false;
-    double min = 0;
+    double start = 0;
     double scale = 1;
 
     double along(double value) const {
@@ -83,19 +84,23 @@ PaperAxis paperAxis(const Document &document, AxisCode code) {
     PaperAxis axis;
     axis.logarithmic = document.axes[code].logarithmic;
     const Range range = rangeOf(document, code);
-    axis.min = axis.along(range.min);
-    const double span = std::abs(axis.along(range.max) - axis.min);
+    axis.start = axis.along(range.min);
+    double span = axis.along(range.max) - axis.start;
+    if (document.axes[code].reversed) {
+        axis.start += span;
+        span = -span;
+    }
     const double length = code == xAxis || code == upperXAxis ? document.frame.xAxisLength
                                                               : document.frame.yAxisLength;
-    axis.scale = span > 0 ? length / span : length;
+    axis.scale = std::abs(span) > 0 ? length / span : length;
     return axis;
 }
 
 // The place on `to` that lies over the value of `from`.
 double carriedOver(double value, const PaperAxis &from, const PaperAxis &to) {
     const double along = from.along(value);
-    if (std::isnan(from.min)) return along; // no data there: the axis shows nothing else
-    return to.min + (along - from.min) * from.scale / to.scale;
+    if (std::isnan(from.start)) return along; // no data there: the axis shows nothing else
+    return to.start + (along - from.start) * from.scale / to.scale;
 }
 
 struct CurveDistance {
@@ -192,10 +197,9 @@ std::optional<NearestPoint> nearestPoint(const Document &document, double x, dou
 
     std::optional<NearestPoint> nearest;
     double shortest = std::numeric_limits<double>::infinity();
-    for (const CurveRef &curve : curvesOf(document)) {
+    for (const CurveRef &curve : plottedCurves(document)) {
         const Table &table = tableOf(document, curve);
         const Column &column = columnOf(document, curve);
-        if (!column.look.visible) continue;
         const PaperAxis &xs = axes[column.look.upperX ? upperXAxis : xAxis];
         const PaperAxis &ys = axes[column.look.rightY ? rightYAxis : yAxis];
         const double px = column.look.upperX ? carriedOver(x, axes[xAxis], xs) : xs.along(x);

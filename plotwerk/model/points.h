@@ -33,11 +33,11 @@ struct NearestPoint {
     double y = unset;
 };
 
-// The visible curve that comes nearest to the place (x, y) of the x and y axes, and of that curve's
-// points the nearest. Distances are measured on paper: by axis length over axis range, of decades
-// where an axis is logarithmic, and for each curve by the axes it is drawn against. A curve is its
-// lines where they are drawn, otherwise its points. Nothing when there is no visible point, or when
-// the place is not on paper (NaN, or not positive on a logarithmic axis).
+// The plotted curve (see plottedCurves) that comes nearest to the place (x, y) of the x and y axes,
+// and of that curve's points the nearest. Distances are measured on paper: by axis length over axis
+// range, of decades where an axis is logarithmic, and for each curve by the axes it is drawn
+// against. A curve is its lines where they are drawn, otherwise its points. Nothing when there is
+// no such point, or when the place is not on paper (NaN, or not positive on a logarithmic axis).
 std::optional<NearestPoint> nearestPoint(const Document &document, double x, double y);
 
 } // namespace plotwerk

@@ -25,29 +25,47 @@ bool isXDirection(AxisCode axis) {
     return axis == xAxis || axis == upperXAxis;
 }
 
-// Widens range to the points of a curve, for an axis of x or of y.
-void include(const Table &table, const Column &column, bool xDirection, bool logarithmic,
-             Range &range) {
-    const std::vector<double> &x = table.x.values;
-    const std::vector<double> &y = column.values;
-    const std::vector<double> &values = xDirection ? x : y;
-    const std::vector<double> &others = xDirection ? y : x;
+bool isShowable(double value, bool logarithmic) {
+    return std::isfinite(value) && !(logarithmic && value <= 0);
+}
+
+void include(double value, bool logarithmic, Range &range) {
+    if (!isShowable(value, logarithmic)) return;
+    if (!(range.min <= value)) range.min = value;
+    if (!(range.max >= value)) range.max = value;
+}
+
+// Widens range to the points of a curve, and to their error bars if there are errors.
+void include(const std::vector<double> &values, const std::vector<double> &others,
+             const Column *errors, bool logarithmic, Range &range) {
     for (std::size_t i = 0; i < values.size(); ++i) {
-        const double value = values[i];
-        if (!std::isfinite(value) || std::isnan(others[i]) || (logarithmic && value <= 0)) continue;
-        if (!(range.min <= value)) range.min = value;
-        if (!(range.max >= value)) range.max = value;
+        if (!isShowable(values[i], logarithmic) || !std::isfinite(others[i])) continue;
+        include(values[i], logarithmic, range);
+        if (errors == nullptr || !(errors->values[i] > 0)) continue;
+        include(values[i] - errors->values[i], logarithmic, range);
+        include(values[i] + errors->values[i], logarithmic, range);
     }
+}
+
+// Widens range to what is drawn of a curve, if it is drawn against the axis.
+void includeCurve(const Document &document, const CurveRef &curve, AxisCode axis, Range &range) {
+    const Table &table = tableOf(document, curve);
+    const Column &column = columnOf(document, curve);
+    const CurveLook &look = column.look;
+    if (!isDrawnAgainst(look, axis)) return;
+    const bool logarithmic = document.axes[axis].logarithmic;
+    if (isXDirection(axis))
+        include(table.x.values, column.values, look.xError ? xErrorOf(table) : nullptr, logarithmic,
+                range);
+    else
+        include(column.values, table.x.values, look.yError ? yErrorOf(table, column) : nullptr,
+                logarithmic, range);
 }
 
 Range dataRange(const Document &document, AxisCode axis) {
     Range range;
-    for (const Source &source : document.sources)
-        for (const Table &table : source.tables)
-            for (const Column &column : table.y)
-                if (column.look.visible && isDrawnAgainst(column.look, axis))
-                    include(table, column, isXDirection(axis), document.axes[axis].logarithmic,
-                            range);
+    for (const CurveRef &curve : plottedCurves(document))
+        includeCurve(document, curve, axis, range);
     return range;
 }
 
@@ -73,7 +91,10 @@ void change(Range &range, double min, double max) {
 }
 
 Range withData(const Range &range, const Range &data) {
-    return {isUnset(range.min) ? data.min : range.min, isUnset(range.max) ? data.max : range.max};
+    Range shown = range;
+    if (isUnset(range.min) && !(data.min >= range.max)) shown.min = data.min;
+    if (isUnset(range.max) && !(data.max <= range.min)) shown.max = data.max;
+    return shown;
 }
 
 bool isSet(const Range &range) {
@@ -102,12 +123,7 @@ void setLocalRange(Document &document, bool xDirection) {
     const AxisCode axes[] = {xDirection ? xAxis : yAxis, xDirection ? upperXAxis : rightYAxis};
     Range ranges[2];
     for (int i = 0; i < 2; ++i)
-        for (const CurveRef &curve : selected) {
-            const Column &column = columnOf(document, curve);
-            if (isDrawnAgainst(column.look, axes[i]))
-                include(tableOf(document, curve), column, xDirection,
-                        document.axes[axes[i]].logarithmic, ranges[i]);
-        }
+        for (const CurveRef &curve : selected) includeCurve(document, curve, axes[i], ranges[i]);
     if (!isSet(ranges[0]) && !isSet(ranges[1])) throw Refusal("the selected curves have no points");
     for (int i = 0; i < 2; ++i)
         if (isSet(ranges[i])) document.axes[axes[i]].range = ranges[i];
@@ -116,16 +132,11 @@ void setLocalRange(Document &document, bool xDirection) {
 
 Range fitRangeOf(const Document &document) {
     if (isSet(document.fitRange)) return document.fitRange;
+    const auto fitted = fitCurve(document);
+    if (!fitted) return withData(document.fitRange, dataRange(document, xAxis));
     Range data;
-    bool hasFitData = false;
-    for (const Source &source : document.sources)
-        for (const Table &table : source.tables)
-            for (const Column &column : table.y)
-                if (column.fitData) {
-                    hasFitData = true;
-                    include(table, column, true, false, data);
-                }
-    if (!hasFitData) data = dataRange(document, xAxis);
+    include(tableOf(document, *fitted).x.values, columnOf(document, *fitted).values, nullptr, false,
+            data);
     return withData(document.fitRange, data);
 }
 

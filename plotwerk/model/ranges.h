@@ -1,8 +1,9 @@
 // ranges.h - the ranges of the four axes and of the fit.
 //
 // A limit is either set, or unset (NaN) and then follows the data: all points, with x and y, of the
-// visible curves that are drawn against the axis; on a logarithmic axis only positive values.
-// Infinite values don't count.
+// plotted curves (see plottedCurves) that are drawn against the axis, and the ends of their error
+// bars where these are drawn; on a logarithmic axis only positive values. Infinite values don't
+// count.
 #ifndef PLOTWERK_MODEL_RANGES_H
 #define PLOTWERK_MODEL_RANGES_H
 
@@ -10,7 +11,8 @@
 
 namespace plotwerk {
 
-// The limits that the axis shows. Unset where the limit is unset and there are no data.
+// The limits that the axis shows. Unset where the limit is unset and there are no data, or none on
+// this side of the limit that is set.
 Range rangeOf(const Document &document, AxisCode axis);
 
 // NaN leaves that limit as it is, two NaN unset both. Two limits may come in either order. Refused:
@@ -20,9 +22,9 @@ void setRange(Document &document, AxisCode axis, double min, double max);
 // Unsets the limits of all axes: they follow all data.
 void rangeOverAll(Document &document);
 
-// Sets the limits, of x or else of y, to those of the selected curves' points, for each axis of
-// that direction that they are drawn against. Refused without a selection, and without a point in
-// it.
+// Sets the limits, of x or else of y, to those of the selected curves' points and error bars, for
+// each axis of that direction that they are drawn against. Refused without a selection, and without
+// a point in it.
 void setLocalRange(Document &document, bool xDirection);
 
 // Unset limits are those of the fit data's x, or, without fit data, of the data of the x axis.

@@ -192,9 +192,8 @@ void markFitData(Document &document) {
 }
 
 int indexOfFitCurve(const Document &document) {
-    for (const CurveRef &curve : curvesOf(document))
-        if (columnOf(document, curve).fitData) return curve.index;
-    return -1;
+    const auto fitted = fitCurve(document);
+    return fitted ? fitted->index : -1;
 }
 
 Inventory inventoryOf(const Document &document, bool justInTable, bool justInSource) {

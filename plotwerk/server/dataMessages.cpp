@@ -74,7 +74,7 @@ void ControlObject::pasteDataOf_(const std::string &name) {
             ~SeparatorMeanwhile() { plw::decimalSeparator = before; }
             const char before = plw::decimalSeparator;
         } const meanwhile(clipboard.decimalSeparator);
-        addSource(document, "Clipboard", clipboard.dataText);
+        addData(document, "Clipboard", clipboard.dataText);
     });
 }
 

@@ -93,7 +93,7 @@ TEST(DocumentFit, SamplesALogarithmicAxisInDecades) {
 TEST(DocumentFit, IsReplacedByTheNextOne) {
     Document document = line();
     fitDocument(document);
-    addSource(document, "Later", "1 2\n");
+    addData(document, "Later", "1 2\n");
     selectByIndex(document, {1, 1}, false);
     renameSelection(document, "mine");
     columnOf(document, *curveAt(document, 1)).look.lineThickness = 5;
@@ -209,8 +209,7 @@ TEST(DocumentFormula, ModifiesValidPointsOfTheSelection) {
     Document document = documentOf(
         table({1, nan_, 3, 4}, {column("a", {1, 2, nan_, -4}), column("b", {10, 20, 30, 40})}));
     selectByIndex(document, {0, -1}, false);
-    EXPECT_EQ(refusalOf(document, [](Document &d) { modifySelection(d, true); }),
-              "no formula in \"test\"");
+    EXPECT_EQ(refusalOf(document, [](Document &d) { modifySelection(d, true); }), "no formula");
     setFormula(document, "f * sqrt(y) + x");
     setParameters(document, "f = 2");
     modifySelection(document, true);

@@ -7,7 +7,6 @@
 
 #include <cmath>
 #include <limits>
-#include <random>
 
 using namespace plotwerk;
 
@@ -27,15 +26,16 @@ TEST(Editing, IsRefusedWithoutASelection) {
     }
 }
 
-TEST(Editing, RenamesAndShowsTheSelectionInFront) {
+TEST(Editing, RenamesTheSelectionWithItsErrorsAndShowsItInFront) {
     Document document = sample();
+    document.sources[1].tables[0].y.push_back(column("a error", {7}));
     for (const CurveRef &curve : curvesOf(document)) columnOf(document, curve).look.visible = false;
     document.sources[0].tables[1].y[0].look.layer = 7;
     selectByIndex(document, {3, 3}, false);
     selectByIndex(document, {1, 1}, true);
     renameSelection(document, "n");
     showSelection(document);
-    EXPECT_EQ(textOf(document), "A: x=1,2 a=1,2 n=3,4; x=1 c=5 | B: x=1 n=6");
+    EXPECT_EQ(textOf(document), "A: x=1,2 a=1,2 n=3,4; x=1 c=5 | B: x=1 n=6 n error=7");
     EXPECT_FALSE(document.sources[0].tables[0].y[0].look.visible);
     EXPECT_TRUE(document.sources[0].tables[0].y[1].look.visible);
     EXPECT_EQ(document.sources[1].tables[0].y[0].look.layer, 8);
@@ -73,14 +73,14 @@ TEST(Sorting, MovesWholeRowsStablyWithMissingOnesLast) {
 
 TEST(Sorting, ByXTakesAllTablesBySelectionJustTheFirst) {
     Document document = sample();
-    document.sources[0].tables[0] = table({2, 1}, {column("a", {1, 2})});
-    document.sources[1].tables[0] = table({2, 1}, {column("b", {1, 2})});
+    for (Source &source : document.sources)
+        source.tables = {table({2, 1}, {column(source.name, {1, 2})})};
     selectByName(document, "B", -1, "", false);
     selectByName(document, "A", 1, "", true);
     sortBySelection(document, false);
-    EXPECT_EQ(textOf(document), "A: x=2,1 a=1,2; x=1 c=5 | B: x=1,2 b=2,1");
+    EXPECT_EQ(textOf(document), "A: x=2,1 A=1,2 | B: x=1,2 B=2,1");
     sortByX(document);
-    EXPECT_EQ(textOf(document), "A: x=1,2 a=2,1; x=1 c=5 | B: x=1,2 b=2,1");
+    EXPECT_EQ(textOf(document), "A: x=1,2 A=2,1 | B: x=1,2 B=2,1");
 }
 
 TEST(Swapping, ExchangesNamesAndValuesAndForgetsTheOrder) {
@@ -110,9 +110,12 @@ TEST(Derivative, IsExactForParabolasOnAnyGrid) {
     };
     for (const auto &c : cases) {
         Document document = selectedOf(table(c.x, {column("a", c.y), column("b", c.y)}));
+        document.sources[0].tables[0].y[0].look.upperX = true;
         differentiateSelection(document);
-        ASSERT_EQ(document.sources[0].tables[0].y.size(), 3u) << c.what;
-        EXPECT_EQ(textOf(document.sources[0].tables[0].y[2]), c.want) << c.what;
+        const std::vector<Column> &y = document.sources[0].tables[0].y;
+        ASSERT_EQ(y.size(), 3u) << c.what;
+        EXPECT_EQ(textOf(y[2]), c.want) << c.what;
+        EXPECT_TRUE(y[2].look.upperX) << "over the same x";
     }
 }
 
@@ -125,26 +128,23 @@ TEST(CreatedCurve, RunsFromMinToMaxAndStandsAfterTheSelectionsTable) {
 
     Document empty;
     createCurve(empty, 1, 1, 5, 2, 0);
-    EXPECT_EQ(textOf(empty), "Data: X=1 Y1=2");
+    createCurve(empty, 0, 1, 0.75, 0, 1);
+    EXPECT_EQ(textOf(empty), "Data: X=1 Y1=2; X=0,0.75 Y1=0,1");
     createCurve(empty, 0, 0.3, 0.1, 0, 1); // 0.3 / 0.1 is just below 3
-    EXPECT_EQ(empty.sources[0].tables[1].x.values.size(), 4u);
-    EXPECT_EQ(empty.sources[0].tables[1].x.values.back(), 0.3);
-    createCurve(empty, 0, 1, 0.3, 0, 1);
     EXPECT_EQ(empty.sources[0].tables[2].x.values.size(), 4u);
+    EXPECT_EQ(empty.sources[0].tables[2].x.values.back(), 0.3);
 }
 
 TEST(CreatedCurve, IsRefusedWhenItWouldNotEnd) {
     constexpr double inf = std::numeric_limits<double>::infinity();
-    const double cases[][5] = {{0, 1, 0, 0, 1},   {0, 1, nan_, 0, 1},   {0, 1, -1, 0, 1},
-                               {1, 0, 1, 0, 1},   {0, inf, 1, 0, 1},    {nan_, 1, 1, 0, 1},
-                               {0, 1e8, 1, 0, 1}, {0, 1, 1e-320, 0, 1}, {0, 1, 1, nan_, 1},
-                               {0, 1, 1, 0, inf}};
-    for (const auto &c : cases) {
-        Document document = sample();
-        EXPECT_NE(
-            refusalOf(document, [&](auto &d) { createCurve(d, c[0], c[1], c[2], c[3], c[4]); }), "")
-            << c[0] << ' ' << c[1] << ' ' << c[2] << ' ' << c[3] << ' ' << c[4];
-    }
+    Document document = sample();
+    const double cases[][5] = {{0, 1, 0, 0, 1},      {0, 1, nan_, 0, 1}, {0, 1, -1, 0, 1},
+                               {1, 0, 1, 0, 1},      {0, inf, 1, 0, 1},  {0, 1e8, 1, 0, 1},
+                               {0, 1, 1e-320, 0, 1}, {0, 1, 1, nan_, 1}, {0, 1, 1, 0, inf}};
+    for (const auto &[x, end, step, y, rise] : cases)
+        EXPECT_THROW(createCurve(document, x, end, step, y, rise), Refusal)
+            << x << ' ' << end << ' ' << step << ' ' << y << ' ' << rise;
+    EXPECT_EQ(textOf(document), textOf(sample()));
 }
 
 namespace {
@@ -154,87 +154,68 @@ struct Peak {
     double position, height, width;
 };
 
-Document peaks(const std::vector<Peak> &all, double noise = 0) {
-    std::mt19937 random(3);
-    std::uniform_real_distribution<double> uniform(-noise, noise);
+Document peaks(const std::vector<Peak> &all, double noise = 0.3) {
     std::vector<double> x(1000);
     std::vector<double> y(1000);
     for (int i = 0; i < 1000; ++i) {
         x[i] = 100 + 0.5 * i;
-        y[i] = uniform(random);
+        y[i] = noise * std::sin(13.0 * i * i);
         for (const Peak &peak : all)
             y[i] += peak.height * std::exp2(-4 * std::pow((i - peak.position) / peak.width, 2));
     }
     return selectedOf(table(x, {column("a", y)}));
 }
 
-// The points (not x) of the extremes that are found.
-std::vector<int> extremes(Document &document, bool maxima, int width, double height) {
-    const std::string refused =
-        refusalOf(document, [&](auto &d) { searchExtremes(d, maxima, !maxima, width, height); });
-    std::vector<int> points;
-    if (!refused.empty()) return points;
-    for (const double x : document.sources[0].tables[1].x.values)
-        points.push_back(static_cast<int>((x - 100) * 2));
+// The points (not x) of the maxima that are found, to the nearest fifty.
+std::vector<long> maxima(Document document, int width, double height) {
+    std::vector<long> points;
+    if (refusalOf(document, [&](auto &d) {
+            searchExtremes(d, true, false, width, height);
+        }).empty())
+        for (const double x : document.sources[0].tables[1].x.values)
+            points.push_back(std::lround((x - 100) / 25) * 50);
     return points;
 }
 
 } // namespace
 
 TEST(Extremes, AreThoseAtLeastSoWideAndHigh) {
-    const std::vector<Peak> all{{100, 20, 30}, {300, 5, 30}, {500, 20, 4}, {700, 30, 200}};
+    const Document four = peaks({{100, 20, 30}, {300, 5, 30}, {500, 20, 4}, {700, 30, 200}});
+    const Document broad = peaks({{400, 20, 300}}); // wider than the blocks that are averaged
     const struct {
+        const Document &document;
         int width;
         double height;
-        std::vector<int> want;
-    } cases[] = {{10, 10, {100, 700}},
-                 {10, 1, {100, 300, 700}},
-                 {3, 10, {100, 500, 700}},
-                 {100, 1, {700}},
-                 {10, 25, {700}},
-                 {10, 50, {}},
-                 {-5, nan_, {100, 300, 500, 700}}};
-    for (const auto &c : cases) {
-        Document document = peaks(all);
-        EXPECT_EQ(extremes(document, true, c.width, c.height), c.want)
-            << c.width << ' ' << c.height;
+        std::vector<long> want;
+    } cases[] = {{four, 10, 10, {100, 700}},     {four, 10, 2, {100, 300, 700}},
+                 {four, 3, 10, {100, 500, 700}}, {four, 100, 1, {700}},
+                 {four, 10, 25, {700}},          {four, 10, 50, {}},
+                 {broad, 250, 10, {400}}};
+    for (const auto &c : cases)
+        EXPECT_EQ(maxima(c.document, c.width, c.height), c.want) << c.width << ' ' << c.height;
+    for (const std::size_t n : {0, 1, 2, 3, 1000}) {
+        const std::vector<double> flat(n, 2);
+        EXPECT_TRUE(maxima(selectedOf(table(flat, {column("a", flat)})), -5, nan_).empty()) << n;
     }
 }
 
-TEST(Extremes, LookThroughNoise) {
-    Document document = peaks({{250, 20, 60}, {600, 20, 60}}, 0.5);
-    const std::vector<int> found = extremes(document, true, 20, 10);
-    ASSERT_EQ(found.size(), 2u);
-    EXPECT_NEAR(found[0], 250, 10); // noise of 1 in 20 moves the highest point by this much
-    EXPECT_NEAR(found[1], 600, 10);
-}
-
-TEST(Extremes, BecomeCurvesAfterTheTable) {
-    Document document = peaks({{300, 20, 30}, {500, -20, 30}});
+TEST(Extremes, BecomeCurvesAfterTheTableOnTheSameAxes) {
+    Document document = peaks({{300, 20, 30}, {500, -20, 30}}, 0);
+    document.sources[0].tables[0].y[0].look.rightY = true;
     Table second = table({1}, {column("z", {1})});
     document.sources[0].tables.push_back(second);
     searchExtremes(document, true, true, 10, 10);
     const std::vector<Table> &tables = document.sources[0].tables;
     ASSERT_EQ(tables.size(), 4u);
-    EXPECT_EQ(textOf(tables[1]).substr(0, 20), "x=250 a maxima=20");
-    EXPECT_EQ(textOf(tables[2]).substr(0, 21), "x=350 a minima=-20");
+    EXPECT_EQ(textOf(tables[1]).substr(0, 17), "x=250 a maxima=20");
+    EXPECT_EQ(textOf(tables[2]).substr(0, 18), "x=350 a minima=-20");
     EXPECT_EQ(textOf(tables[3]), textOf(second));
-    EXPECT_TRUE(tables[1].y[0].look.marker);
+    EXPECT_TRUE(tables[2].y[0].look.marker && tables[2].y[0].look.rightY);
+    EXPECT_NE(tables[1].y[0].look.lineColour.blue, tables[2].y[0].look.lineColour.blue);
 
     const std::string before = textOf(document);
     searchExtremes(document, false, false, 10, 10);
     EXPECT_EQ(textOf(document), before);
     EXPECT_EQ(refusalOf(document, [](auto &d) { searchExtremes(d, true, false, 10, 1e6); }),
               "the selected curves have no such extremes");
-}
-
-// Windows much wider than the blocks that the points are averaged in, and data without any peak.
-TEST(Extremes, AreFoundInWideWindowsAndNoneInFlatOrShortData) {
-    Document wide = peaks({{400, 20, 300}});
-    EXPECT_EQ(extremes(wide, true, 250, 10), std::vector<int>{400});
-    for (const std::size_t n : {0, 1, 2, 3, 1000}) {
-        Document flat =
-            selectedOf(table(std::vector<double>(n, 1), {column("a", std::vector<double>(n, 2))}));
-        EXPECT_TRUE(extremes(flat, true, 10, 0).empty()) << n;
-    }
 }

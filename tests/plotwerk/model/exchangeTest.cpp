@@ -4,8 +4,8 @@
 #include "plotwerk/model/selection.h"
 #include "tests/plotwerk/model/documents.h"
 
-#include <algorithm>
 #include <regex>
+#include <set>
 
 using namespace plotwerk;
 
@@ -21,7 +21,7 @@ TEST(ReplaceData, ExchangesTheTablesAndKeepsWhatTheUserMadeOfThem) {
 
     replaceData(document, "", "1\n");
     EXPECT_EQ(textOf(document), "A: t=1 u=2 v=3 | B: x=1 a=6 | Data: X=0 Y1=1");
-    for (const auto read : {replaceData, appendData, addSource})
+    for (const auto read : {replaceData, appendData, addData})
         EXPECT_NE(refusalOf(document, [&](auto &d) { read(d, "new", "none"); }), "");
 }
 
@@ -47,25 +47,17 @@ TEST(AppendData, ContinuesTheTablesOfAGrowingMeasurement) {
     }
 }
 
-TEST(AddSource, TakesAFreeName) {
+TEST(AddData, TakesAFreeNameHoweverManyAreTaken) {
     Document document = sample();
-    addSource(document, "Clipboard", "1 2\n");
-    addSource(document, "Clipboard", "3 4\n");
-    ASSERT_EQ(document.sources.size(), 4u);
-    EXPECT_EQ(document.sources[2].name, "Clipboard");
-    EXPECT_TRUE(std::regex_match(document.sources[3].name,
-                                 std::regex("Clipboard \\d\\d:\\d\\d:\\d\\d(#\\d+)?")))
-        << document.sources[3].name;
-}
-
-TEST(FreeName, IsFreeHoweverManyAreTaken) {
-    std::vector<std::string> taken{""};
+    std::set<std::string> names;
     for (int i = 0; i < 30; ++i) {
-        const std::string name = freeName("n", taken);
-        EXPECT_EQ(std::find(taken.begin(), taken.end(), name), taken.end()) << name;
-        taken.push_back(name);
+        addData(document, "Clipboard", "1 2\n");
+        const std::string &name = document.sources.back().name;
+        EXPECT_TRUE(names.insert(name).second) << name;
+        EXPECT_TRUE(std::regex_match(name, std::regex("Clipboard( \\d\\d:\\d\\d:\\d\\d(#\\d+)?)?")))
+            << name;
     }
-    EXPECT_EQ(freeName(std::string(5000, 'm'), taken), std::string(5000, 'm'));
+    EXPECT_EQ(freeName(std::string(5000, 'm'), {"n"}), std::string(5000, 'm'));
 }
 
 TEST(DataTextOfSelection, HasABlockForEachTable) {
@@ -81,10 +73,8 @@ TEST(DuplicateAsPlotted, HoldsTheVisiblePointsInsideTheRange) {
     Table t = table({0, 1, nan_, 2, 3},
                     {column("a", {1, 2, 3, 4, 5}), column("hidden", {6, 7, 8, 9, 1}),
                      column("a error", {1, 2, 3, 4, 5}), column("upper", {5, 4, 3, 2, 1})});
-    t.y[0].look.yError = true;
-    t.y[0].look.dashed = true;
-    t.y[1].look.visible = t.y[2].look.visible = false;
-    t.y[3].look.upperX = true;
+    t.y[0].look.dashed = t.y[3].look.upperX = true;
+    t.y[1].look.visible = false;
     Document document = documentOf(t);
     document.sources.push_back({"gone", {table({1}, {column("b", {1})})}});
     document.sources[1].tables[0].y[0].look.visible = false;
@@ -96,6 +86,5 @@ TEST(DuplicateAsPlotted, HoldsTheVisiblePointsInsideTheRange) {
     EXPECT_EQ(textOf(copy), "Data: x=1,2,3 a=2,4,nan a error=2,4,5 upper=nan,2,1");
     EXPECT_EQ(copy.name, "test copy");
     EXPECT_TRUE(copy.path.empty() && copy.changed);
-    EXPECT_TRUE(copy.sources[0].tables[0].y[0].look.dashed);
-    EXPECT_EQ(copy.axes[xAxis].range.max, 2);
+    EXPECT_TRUE(copy.sources[0].tables[0].y[0].look.dashed && copy.axes[xAxis].range.max == 2);
 }

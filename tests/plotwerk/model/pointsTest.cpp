@@ -4,16 +4,13 @@
 #include "tests/plotwerk/model/documents.h"
 
 #include <cmath>
+#include <tuple>
 
 using namespace plotwerk;
 
-namespace {
-
-Document curve(std::vector<double> x, std::vector<double> y) {
+static Document curve(std::vector<double> x, std::vector<double> y) {
     return documentOf(table(std::move(x), {column("a", std::move(y))}));
 }
-
-} // namespace
 
 TEST(Points, ValueAndIndexAtX) {
     const struct {
@@ -60,28 +57,22 @@ TEST(Points, KnowledgeAboutXFollowsTheRows) {
     Document document = curve({0, 1}, {0, 1});
     Table &only = document.sources[0].tables[0];
     EXPECT_EQ(valueAtX(document, 0.5, -1), 0.5);
-    const auto append = [&](double x, double y) {
-        only.x.values.push_back(x);
-        only.y[0].values.push_back(y);
-    };
-    append(3, 5);
-    EXPECT_EQ(valueAtX(document, 2, -1), 3);
-    append(nan_, 7);
-    append(4, 6);
-    EXPECT_EQ(valueAtX(document, 3.5, -1), 5.5);
-    append(3.5, 0);
-    EXPECT_EQ(valueAtX(document, 3.75, -1), 5.75);
-    EXPECT_EQ(valueAtX(document, 0.5, -1), 0.5);
+    const struct {
+        double x, y, at, value; // of the row that is added, and what is read then
+    } steps[] = {{3, 5, 2, 3}, {nan_, 7, 2, 3}, {4, 6, 3.5, 5.5}, {3.5, 0, 3.75, 5.75}};
+    for (const auto &step : steps) {
+        only.x.values.push_back(step.x);
+        only.y[0].values.push_back(step.y);
+        EXPECT_EQ(valueAtX(document, step.at, -1), step.value) << step.x;
+    }
     EXPECT_FALSE(orderOfX(only).ascending);
 }
 
 TEST(Points, ValuesAreReadAndSetByIndex) {
     Document document = sample();
-    setValueAtIndex(document, 1, 1, 9);
-    EXPECT_EQ(valueAtIndex(document, 1, 1), 9);
-    EXPECT_EQ(textOf(document.sources[0].tables[0]), "x=1,2 a=1,2 b=3,9");
-    setValueAtIndex(document, 0, 3, nan_);
-    EXPECT_TRUE(std::isnan(valueAtIndex(document, 0, 3)));
+    setValueAtIndex(document, 1, 1, nan_);
+    EXPECT_TRUE(std::isnan(valueAtIndex(document, 1, 1)));
+    EXPECT_EQ(textOf(document.sources[0].tables[0]), "x=1,2 a=1,2 b=3,nan");
     for (const int index : {-1, 2})
         EXPECT_EQ(refusalOf(document, [&](auto &d) { setValueAtIndex(d, index, 1, 0); }),
                   "no point " + std::to_string(index) + " in \"b\"");
@@ -90,7 +81,8 @@ TEST(Points, ValuesAreReadAndSetByIndex) {
 TEST(NearestPoint, IsMeasuredOnPaper) {
     // on paper x is squeezed a hundred times more than y: 12 cm for 0..1000, 8 cm for 0..8
     Document document =
-        documentOf(table({0, 500, 1000}, {column("low", {0, 0, 0}), column("high", {8, 8, 8})}));
+        documentOf(table({0, 500, 1000}, {column("low", {0, 0, 0}), column("high", {8, 8, 8}),
+                                          column("low error", {4, 4, 4})}));
     const struct {
         double x, y;
         int curve, index;
@@ -111,13 +103,12 @@ TEST(NearestPoint, CountsLinesWhereTheyAreDrawn) {
     Document document = documentOf(table(
         {0, 10, nan_, 5}, {column("line", {0, 0, 9, nan_}), column("points", {nan_, nan_, 9, 3})}));
     EXPECT_EQ(nearestPoint(document, 5, 1)->curve, 0);
-    document.sources[0].tables[0].y[0].look.line = false;
+    std::vector<Column> &columns = document.sources[0].tables[0].y;
+    columns[0].look.line = false;
     const auto nearest = nearestPoint(document, 5, 1);
-    EXPECT_EQ(nearest->curve, 1);
-    EXPECT_EQ(nearest->index, 3);
-    EXPECT_EQ(nearest->x, 5);
-    EXPECT_EQ(nearest->y, 3);
-    document.sources[0].tables[0].y[1].look.visible = false;
+    EXPECT_EQ(std::tuple(nearest->curve, nearest->index, nearest->x, nearest->y),
+              std::tuple(1, 3, 5.0, 3.0));
+    columns[1].look.visible = false;
     EXPECT_EQ(nearestPoint(document, 5, 1)->curve, 0);
 }
 
@@ -128,10 +119,11 @@ TEST(NearestPoint, GoesByTheAxesOfTheCurve) {
     EXPECT_EQ(nearestPoint(document, 40, 100)->index, 2);
     EXPECT_FALSE(nearestPoint(document, -1, 100));
 
-    // the right axis shows 0..1 where the left one shows 0..1000
+    // the right axis shows 0..1 where the left one shows 0..1000, or 1000..0
     document = documentOf(table({0, 1}, {column("left", {0, 1000}), column("right", {1, 0})}));
     document.sources[0].tables[0].y[1].look.rightY = true;
-    const auto nearest = nearestPoint(document, 0, 900);
-    EXPECT_EQ(nearest->curve, 1);
-    EXPECT_EQ(nearest->index, 0);
+    for (const bool reversed : {false, true}) {
+        document.axes[yAxis].reversed = reversed;
+        EXPECT_EQ(nearestPoint(document, 0, reversed ? 100 : 900)->curve, 1) << reversed;
+    }
 }

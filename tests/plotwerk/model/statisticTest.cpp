@@ -36,26 +36,17 @@ TEST(Statistic, TakesTheAreaInTheOrderOfX) {
 }
 
 TEST(Statistic, IsStableFarFromZeroAndAgainstCancellation) {
-    const Statistic far =
-        statisticOfSelection(selectedOf(table({0, 1, 2}, {column("a", {1e9, 1e9 + 1, 1e9 + 2})})));
-    EXPECT_DOUBLE_EQ(far.deviation, std::sqrt(2.0 / 3));
-
-    const Statistic sum =
-        statisticOfSelection(selectedOf(table({0, 1, 2, 3}, {column("a", {1, 1e100, 1, -1e100})})));
-    EXPECT_EQ(sum.sum, 2);
-
-    const std::vector<double> tenth(1'000'000, 0.1);
-    const Statistic same = statisticOfSelection(selectedOf(table(tenth, {column("a", tenth)})));
+    const auto of = [](const std::vector<double> &y) {
+        return statisticOfSelection(selectedOf(table(y, {column("a", y)})));
+    };
+    EXPECT_DOUBLE_EQ(of({1e9, 1e9 + 1, 1e9 + 2}).deviation, std::sqrt(2.0 / 3));
+    EXPECT_EQ(of({1, 1e100, 1, -1e100}).sum, 2);
+    const Statistic same = of(std::vector<double>(1'000'000, 0.1));
     EXPECT_DOUBLE_EQ(same.sum, 100'000);
     EXPECT_LT(same.deviation, 1e-16); // the mean is rounded once
-}
 
-TEST(Statistic, OfNoPointsIsNaNButForItsSums) {
-    const Statistic s =
-        statisticOfSelection(selectedOf(table({1, nan_}, {column("a", {nan_, 2})})));
-    EXPECT_EQ(s.points, 0);
-    EXPECT_TRUE(std::isnan(s.min) && std::isnan(s.max) && std::isnan(s.deviation));
-    EXPECT_EQ(s.sum, 0);
-    EXPECT_EQ(s.area, 0);
+    const Statistic none = of({nan_, nan_});
+    EXPECT_TRUE(std::isnan(none.min) && std::isnan(none.max) && std::isnan(none.deviation));
+    EXPECT_TRUE(none.points == 0 && none.sum == 0 && none.area == 0);
     EXPECT_THROW(statisticOfSelection(sample()), Refusal);
 }
