@@ -55,14 +55,14 @@ static std::string withoutMark(std::string text) {
     return text;
 }
 
-// The document in a file of any kind, without the name and path that it has in the application.
+// The document in a file of any kind. Its name may be taken.
 static Document documentIn(const fs::path &path) {
     std::string bytes = readWholeFile(path);
     Document document;
     try {
         if (beginsAsDocument(bytes)) {
             document = documentOf(std::move(bytes));
-            document.path = fs::absolute(path);
+            document.path = path;
         } else {
             if (bytes.find('\0') != std::string::npos) {
                 throw Refusal("neither a saved document nor data text");
@@ -77,14 +77,20 @@ static Document documentIn(const fs::path &path) {
     return document;
 }
 
-Document &Application::open(const fs::path &path, bool rangeOverAll) {
+fs::path Application::given(const fs::path &path) {
+    if (path.empty()) throw Refusal("no path is given");
+    return fs::absolute(path);
+}
+
+Document &Application::open(const fs::path &file, bool rangeOverAll) {
+    const fs::path path = given(file);
     const auto isIt = [&](const auto &open) {
         std::error_code none;
         return !open->path.empty() && fs::equivalent(open->path, path, none);
     };
     const auto found = std::find_if(documents.begin(), documents.end(), isIt);
     if (found != documents.end()) {
-        std::rotate(found, found + 1, documents.end());
+        activate(**found);
     } else {
         add(documentIn(path));
         log(LogLevel::info, "opened " + path.string() + " as " + inQuotes(front()->name));
@@ -100,9 +106,8 @@ Document &Application::open(const fs::path &path, bool rangeOverAll) {
 
 void Application::save(Document &document, const fs::path &path, bool binary, bool ownPath) {
     document.lastSaveSucceeded = false;
-    const fs::path target = path.empty() ? document.path : fs::absolute(path);
-    if (target.empty()) throw Refusal(inQuotes(document.name) + " has no path of its own");
-
+    if (path.empty() && document.path.empty()) throw Refusal("no path of its own");
+    const fs::path target = path.empty() ? document.path : given(path);
     writeWholeFile(target, [&](std::ostream &stream) { writeDocument(stream, document, binary); });
     document.lastSaveSucceeded = true;
     if (ownPath) document.path = target;

@@ -48,7 +48,7 @@ class Application {
     // data. A saved document that is open already is not read again but comes to the front. With
     // rangeOverAll the ranges become those of all data.
     // Throws Refusal: a file that can't be read, is damaged, or is neither.
-    Document &open(const std::filesystem::path &path, bool rangeOverAll);
+    Document &open(const std::filesystem::path &file, bool rangeOverAll);
 
     // Saves as JSON or, when binary, as CBOR; an empty path stands for the document's own. With
     // ownPath the path becomes the document's own; its name stays, since clients address it by
@@ -64,7 +64,7 @@ class Application {
     std::vector<std::string> changedDocuments() const;
 
     // Counts as the document's last save.
-    void savePicture(Document &document, const std::filesystem::path &path, PictureKind kind);
+    void savePicture(Document &document, const std::filesystem::path &file, PictureKind kind);
 
     // Into $XDG_RUNTIME_DIR/plotwerk/clipboard.pdf, .eps or .tiff, which is the clipboard's content
     // from now on. Throws Refusal also when there is no such directory for the user.
@@ -81,9 +81,12 @@ class Application {
 
     // Saves it as PDF, and starts the program `opener` with the file's path unless that is "none"
     // or empty. Throws Refusal, with the file saved, when that can't be started.
-    void saveComposition(const std::filesystem::path &path, const std::string &opener);
+    void saveComposition(const std::filesystem::path &file, const std::string &opener);
 
   private:
+    // A path as a message gives it, made absolute. Throws Refusal for an empty one.
+    static std::filesystem::path given(const std::filesystem::path &path);
+
     std::vector<std::unique_ptr<Document>> documents; // in order of activation, the front one last
     std::optional<Composition> composition;
 };

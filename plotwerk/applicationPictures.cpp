@@ -29,8 +29,9 @@ static void writeBytes(const fs::path &path, const std::string &bytes) {
     writeWholeFile(path, [&](std::ostream &stream) { stream << bytes; });
 }
 
-void Application::savePicture(Document &document, const fs::path &path, PictureKind kind) {
+void Application::savePicture(Document &document, const fs::path &file, PictureKind kind) {
     document.lastSaveSucceeded = false;
+    const fs::path path = given(file);
     writeBytes(path, bytesOf(document, kind));
     document.lastSaveSucceeded = true;
     log(LogLevel::info, "saved the picture of \"" + document.name + "\" in " + path.string());
@@ -72,10 +73,11 @@ void Application::addToComposition(const Document &document, const PageRectangle
     required(composition).add(document, rectangle, angle, shear);
 }
 
-void Application::saveComposition(const fs::path &path, const std::string &opener) {
+void Application::saveComposition(const fs::path &file, const std::string &opener) {
+    const fs::path path = given(file);
     writeBytes(path, required(composition).pdf());
     log(LogLevel::info, "saved the composition in " + path.string());
-    if (!opener.empty() && opener != "none") startProgram({opener, fs::absolute(path).string()});
+    if (!opener.empty() && opener != "none") startProgram({opener, path.string()});
 }
 
 } // namespace plotwerk

@@ -71,18 +71,18 @@ int main(int argc, char **argv) {
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
 
+    Application application;
+    int status = 0;
     try {
-        Application application;
         Server server(application);
         openFiles(application, argv + optind, argc - optind);
         server.run();
-        for (const std::string &name : application.changedDocuments()) {
-            log(LogLevel::warning, "unsaved changes of \"" + name + "\" are lost");
-        }
-        log(LogLevel::info, "ended");
-        return 0;
     } catch (const std::exception &error) {
         log(LogLevel::error, error.what());
-        return 1;
+        status = 1;
     }
+    for (const std::string &name : application.changedDocuments())
+        log(LogLevel::warning, "unsaved changes of \"" + name + "\" are lost");
+    if (status == 0) log(LogLevel::info, "ended");
+    return status;
 }

@@ -1,12 +1,14 @@
 // controlObject.h - the object that clients send their messages to.
 //
-// A message that can't be done changes nothing, leaves a line in the log and in lastError, and gets
-// its neutral answer: NaN, -1, 0, empty, false. Nothing that a message says ends the server.
+// A message that can't be done changes nothing, leaves a line in the log and in lastError (its
+// selector, the document's name and the reason), and gets its neutral answer: NaN, -1, 0, empty,
+// false. Nothing that a message says ends the server.
 #ifndef PLOTWERK_SERVER_CONTROLOBJECT_H
 #define PLOTWERK_SERVER_CONTROLOBJECT_H
 
 #include "plotwerk/application.h"
 #include "plotwerk/log.h"
+#include "plotwerk/refusal.h"
 #include "protocol/PlotwerkControlAdaptor.h"
 
 #include <limits>
@@ -47,16 +49,24 @@ class ControlObject final
         if (attempt(selector, work)) application.lastError.clear();
     }
 
+    // Work on the document; a reason not to do it is told with the document's name.
+    template<class Work> void workOn(const std::string &name, Work work) {
+        Document &document = application.document(name);
+        try {
+            work(document);
+        } catch (const Refusal &refusal) {
+            throw Refusal('"' + name + "\": " + refusal.what());
+        }
+    }
+    template<class Work> void actOn(const char *selector, const std::string &name, Work work) {
+        act(selector, [&] { workOn(name, work); });
+    }
+
     // The answer that work finds in the document, or the neutral one.
     template<class Answer, class Work>
     Answer answer(const char *selector, const std::string &name, Answer neutral, Work work) {
-        act(selector, [&] { neutral = work(application.document(name)); });
+        actOn(selector, name, [&](Document &document) { neutral = work(document); });
         return neutral;
-    }
-
-    // Work on the document, without an answer.
-    template<class Work> void actOn(const char *selector, const std::string &name, Work work) {
-        act(selector, [&] { work(application.document(name)); });
     }
 
     // Logs the exception that is being handled, and keeps its line as lastError.

@@ -56,9 +56,9 @@ std::string ControlObject::dataOfSelectedCurvesOf_(const std::string &name) {
 }
 
 void ControlObject::copySelectedCurvesOf_includeX_(const std::string &name, const bool &includeX) {
-    act("copySelectedCurvesOf:includeX:", [&] {
+    actOn("copySelectedCurvesOf:includeX:", name, [&](const Document &document) {
         application.clipboard = {
-            dataTextOfSelection(application.document(name), includeX), plw::decimalSeparator, {}};
+            dataTextOfSelection(document, includeX), plw::decimalSeparator, {}};
     });
 }
 
@@ -79,8 +79,8 @@ void ControlObject::pasteDataOf_(const std::string &name) {
 }
 
 void ControlObject::duplicateAsPlottedOf_(const std::string &name) {
-    act("duplicateAsPlottedOf:",
-        [&] { application.add(duplicateAsPlotted(application.document(name))); });
+    actOn("duplicateAsPlottedOf:", name,
+          [&](const Document &document) { application.add(duplicateAsPlotted(document)); });
 }
 
 std::tuple<int32_t, int32_t, int32_t>

@@ -14,10 +14,11 @@ std::string ControlObject::documentNameOfFrontWindow() {
 
 // Messages are answered one after the other: all earlier work is done.
 void ControlObject::waitForEmptyReply() {
+    attempt("waitForEmptyReply", [] {});
 }
 
 void ControlObject::actify_(const std::string &name) {
-    act("actify:", [&] { application.activate(application.document(name)); });
+    actOn("actify:", name, [&](const Document &document) { application.activate(document); });
 }
 
 void ControlObject::printDoc_(const std::string &name) {
@@ -25,8 +26,8 @@ void ControlObject::printDoc_(const std::string &name) {
 }
 
 void ControlObject::closeDocument_askForSave_(const std::string &name, const bool &askForSave) {
-    act("closeDocument:askForSave:",
-        [&] { application.close(application.document(name), askForSave); });
+    actOn("closeDocument:askForSave:", name,
+          [&](const Document &document) { application.close(document, askForSave); });
 }
 
 void ControlObject::newDocumentWithName_(const std::string &name) {
@@ -44,8 +45,7 @@ void ControlObject::openFile_file_doRangeOverAll_(const std::string &, const std
 }
 
 void ControlObject::display_doRangeOverAll_(const std::string &name, const bool &overAll) {
-    act("display:doRangeOverAll:", [&] {
-        Document &document = application.document(name);
+    actOn("display:doRangeOverAll:", name, [&](Document &document) {
         application.activate(document);
         if (overAll) rangeOverAll(document);
     });
@@ -53,14 +53,14 @@ void ControlObject::display_doRangeOverAll_(const std::string &name, const bool 
 
 void ControlObject::saveDocument_to_binary_(const std::string &name, const std::string &path,
                                             const bool &binary) {
-    act("saveDocument:to:binary:",
-        [&] { application.save(application.document(name), path, binary, false); });
+    actOn("saveDocument:to:binary:", name,
+          [&](Document &document) { application.save(document, path, binary, false); });
 }
 
 void ControlObject::saveDocument_as_binary_(const std::string &name, const std::string &path,
                                             const bool &binary) {
-    act("saveDocument:as:binary:",
-        [&] { application.save(application.document(name), path, binary, true); });
+    actOn("saveDocument:as:binary:", name,
+          [&](Document &document) { application.save(document, path, binary, true); });
 }
 
 bool ControlObject::didSaveSucceed_(const std::string &name) {

@@ -24,8 +24,10 @@ ControlObject::startFitOf_iterations_lambda_chiq_(const std::string &name) {
 std::string ControlObject::getVarOf_varName_(const std::string &name, const std::string &variable) {
     std::string text;
     attempt("getVarOf:varName:", [&] {
-        text = variable == "lastError" ? application.lastError
-                                       : variableOf(application.document(name), variable);
+        if (variable == "lastError")
+            text = application.lastError;
+        else
+            workOn(name, [&](const Document &document) { text = variableOf(document, variable); });
     });
     return text;
 }

@@ -7,15 +7,15 @@ namespace plotwerk {
 void ControlObject::selectCurvesOf_sourceName_table_column_appendSelection_(
     const std::string &name, const std::string &source, const int32_t &table,
     const std::string &column, const bool &append) {
-    act("selectCurvesOf:sourceName:table:column:appendSelection:",
-        [&] { selectByName(application.document(name), source, table, column, append); });
+    actOn("selectCurvesOf:sourceName:table:column:appendSelection:", name,
+          [&](Document &document) { selectByName(document, source, table, column, append); });
 }
 
 void ControlObject::selectCurvesOf_regexSourceName_table_regexColumn_appendSelection_(
     const std::string &name, const std::string &source, const int32_t &table,
     const std::string &column, const bool &append) {
-    act("selectCurvesOf:regexSourceName:table:regexColumn:appendSelection:",
-        [&] { selectByPattern(application.document(name), source, table, column, append); });
+    actOn("selectCurvesOf:regexSourceName:table:regexColumn:appendSelection:", name,
+          [&](Document &document) { selectByPattern(document, source, table, column, append); });
 }
 
 void ControlObject::
@@ -23,20 +23,20 @@ void ControlObject::
         const std::string &name, const int32_t &sourceFirst, const int32_t &sourceLast,
         const int32_t &tableFirst, const int32_t &tableLast, const int32_t &columnFirst,
         const int32_t &columnLast, const bool &append) {
-    act("selectCurvesOf:sourceIndexFirst:sourceIndexLast:tableFirst:tableLast:columnFirst:"
-        "columnLast:appendSelection:",
-        [&] {
-            selectByPosition(application.document(name), {sourceFirst, sourceLast},
-                             {tableFirst, tableLast}, {columnFirst, columnLast}, append);
-        });
+    actOn("selectCurvesOf:sourceIndexFirst:sourceIndexLast:tableFirst:tableLast:columnFirst:"
+          "columnLast:appendSelection:",
+          name, [&](Document &document) {
+              selectByPosition(document, {sourceFirst, sourceLast}, {tableFirst, tableLast},
+                               {columnFirst, columnLast}, append);
+          });
 }
 
 void ControlObject::selectCurvesOf_indexFirst_indexLast_appendSelection_(const std::string &name,
                                                                          const int32_t &first,
                                                                          const int32_t &last,
                                                                          const bool &append) {
-    act("selectCurvesOf:indexFirst:indexLast:appendSelection:", [&] {
-        selectByIndex(application.document(name), {first, last}, append);
+    actOn("selectCurvesOf:indexFirst:indexLast:appendSelection:", name, [&](Document &document) {
+        selectByIndex(document, {first, last}, append);
     });
 }
 

@@ -1,8 +1,7 @@
 // Documents: which there are, what opening, saving and closing does to them.
 #include "tests/plotwerk/serverTest.h"
 
-#include <cmath>
-#include <tuple>
+#include <functional>
 
 namespace fs = std::filesystem;
 
@@ -10,40 +9,45 @@ class DocumentMessages : public ServerTest {
   protected:
     std::string front() { return plotwerk->documentNameOfFrontWindow(); }
 
+    void open(const std::string &path, bool rangeOverAll = false) {
+        plotwerk->openFile_file_doRangeOverAll_("", path, rangeOverAll);
+    }
+    void close(const std::string &document, bool ask) {
+        plotwerk->closeDocument_askForSave_(document, ask);
+    }
     void read(const std::string &document, const std::string &text) {
         plotwerk->replaceDataformText_of_source_doRangeOverAll_(text, document, "", false);
         ASSERT_EQ(lastError(), "");
+    }
+
+    // The document "Untitled"; true when it succeeded.
+    bool saveAs(const std::string &path, bool binary = false) {
+        plotwerk->saveDocument_as_binary_("Untitled", path, binary);
+        return plotwerk->didSaveSucceed_("Untitled");
+    }
+    bool saveTo(const std::string &path) {
+        plotwerk->saveDocument_to_binary_("Untitled", path, false);
+        return plotwerk->didSaveSucceed_("Untitled");
     }
 };
 
 TEST_F(DocumentMessages, TheFrontOneIsTheLastOpenedCreatedOrActivated) {
     start({file("a", "1 2\n"), file("b", "1 2\n")});
-    EXPECT_EQ(front(), "b");
-    plotwerk->actify_("a");
-    EXPECT_EQ(front(), "a");
-    plotwerk->newDocumentWithName_("c");
-    EXPECT_EQ(front(), "c");
-    plotwerk->display_doRangeOverAll_("b", false);
-    EXPECT_EQ(front(), "b");
-    plotwerk->closeDocument_askForSave_("b", false);
-    EXPECT_EQ(front(), "c");
-    plotwerk->closeDocument_askForSave_("a", false);
-    EXPECT_EQ(front(), "c");
-    plotwerk->closeDocument_askForSave_("c", false);
-    EXPECT_EQ(front(), "");
-}
-
-TEST_F(DocumentMessages, NamesAreNeverEmptyNorTaken) {
-    start();
-    plotwerk->newDocumentWithName_("");
-    const std::string second = front();
-    EXPECT_EQ(second.find("Untitled "), 0U) << second;
+    const std::pair<std::function<void()>, const char *> steps[] = {
+        {[&] {}, "b"},
+        {[&] { plotwerk->actify_("a"); }, "a"},
+        {[&] { plotwerk->newDocumentWithName_("c \u00e4\n"); }, "c \u00e4\n"},
+        {[&] { plotwerk->display_doRangeOverAll_("b", false); }, "b"},
+        {[&] { close("b", false); }, "c \u00e4\n"},
+        {[&] { close("a", false); }, "c \u00e4\n"},
+        {[&] { close("c \u00e4\n", false); }, ""},
+        {[&] { plotwerk->newDocumentWithName_(""); }, "Untitled"}};
+    for (const auto &[step, name] : steps) {
+        step();
+        EXPECT_EQ(front(), name);
+    }
     plotwerk->newDocumentWithName_("Untitled");
-    const std::string third = front();
-    EXPECT_EQ(third.find("Untitled "), 0U) << third;
-    EXPECT_NE(third, second);
-    plotwerk->newDocumentWithName_("k\u00e4se / \n\"x\"");
-    EXPECT_EQ(front(), "k\u00e4se / \n\"x\"");
+    EXPECT_EQ(front().find("Untitled "), 0U) << "made unique: " << front();
 }
 
 TEST_F(DocumentMessages, SavedOnesComeBackFromBothKindsOfFile) {
@@ -52,64 +56,43 @@ TEST_F(DocumentMessages, SavedOnesComeBackFromBothKindsOfFile) {
     plotwerk->setXRangeOf_xmin_xmax_("Untitled", 0.1, 3);
     const std::string contents = contentsOf("Untitled");
     for (const bool binary : {false, true}) {
-        plotwerk->saveDocument_as_binary_("Untitled", pathOf("saved"), binary);
-        EXPECT_TRUE(plotwerk->didSaveSucceed_("Untitled"));
+        EXPECT_TRUE(saveAs(pathOf("saved"), binary));
         EXPECT_EQ(bytesOf(pathOf("saved")).front() == '{', !binary);
-        plotwerk->closeDocument_askForSave_("Untitled", true);
+        close("Untitled", true);
         EXPECT_EQ(front(), "") << "nothing to be kept: " << lastError();
-
-        plotwerk->openFile_file_doRangeOverAll_("", pathOf("saved"), false);
+        open(pathOf("saved"));
         EXPECT_EQ(front(), "Untitled");
-        EXPECT_EQ(contentsOf("Untitled"), contents);
+        EXPECT_EQ(contentsOf("Untitled"), contents) << "ranges and all";
         EXPECT_FALSE(fs::exists(stateDirectory));
     }
-    plotwerk->closeDocument_askForSave_("Untitled", false);
-    plotwerk->openFile_file_doRangeOverAll_("", pathOf("saved"), true);
+    close("Untitled", false);
+    open(pathOf("saved"), true);
     EXPECT_EQ(plotwerk->getXRangeOf_xmin_xmax_("Untitled"), std::tuple(0.0, 1.0));
 }
 
-TEST_F(DocumentMessages, SavingToIsACopyAndSavingAsIsNot) {
+TEST_F(DocumentMessages, SavingAsGivesAPathSavingToDoesNotAndFailingLeavesAll) {
     start();
-    read("Untitled", "1 2\n");
-    plotwerk->saveDocument_as_binary_("Untitled", "", false);
-    EXPECT_FALSE(plotwerk->didSaveSucceed_("Untitled"));
-    EXPECT_EQ(lastError(), "saveDocument:as:binary: \"Untitled\" has no path of its own");
-
-    plotwerk->saveDocument_to_binary_("Untitled", pathOf("copy"), false);
-    EXPECT_TRUE(plotwerk->didSaveSucceed_("Untitled"));
-    plotwerk->saveDocument_to_binary_("Untitled", "", false);
-    EXPECT_FALSE(plotwerk->didSaveSucceed_("Untitled")) << "a copy's path isn't its own";
-
-    plotwerk->saveDocument_as_binary_("Untitled", pathOf("own"), false);
+    EXPECT_FALSE(saveAs(""));
+    EXPECT_EQ(lastError(), "saveDocument:as:binary: \"Untitled\": no path of its own");
+    EXPECT_TRUE(saveTo(pathOf("copy")));
+    EXPECT_FALSE(saveTo("")) << "a copy's path isn't its own";
+    EXPECT_TRUE(saveAs(pathOf("own")));
     EXPECT_EQ(front(), "Untitled") << "clients know it by this name";
-    read("Untitled", "1 3\n");
-    plotwerk->saveDocument_as_binary_("Untitled", "", true);
-    EXPECT_TRUE(plotwerk->didSaveSucceed_("Untitled"));
-    EXPECT_NE(bytesOf(pathOf("own")), bytesOf(pathOf("copy")));
-    EXPECT_NE(bytesOf(pathOf("own")).front(), '{');
-}
 
-TEST_F(DocumentMessages, AFailedSaveLeavesTheFileAndIsTold) {
-    start();
-    plotwerk->saveDocument_as_binary_("Untitled", pathOf("own"), false);
-    const std::string before = bytesOf(pathOf("own"));
-    const struct {
-        std::string path, reason;
-    } cases[] = {
+    read("Untitled", "1 3\n");
+    const std::pair<std::string, const char *> wrong[] = {
         {directory.string(), "Is a directory"},
         {pathOf("none/own"), "No such file or directory"},
         {pathOf("own/in"), "Not a directory"},
-        {"/dev/full", "not a regular file"},
-    };
-    for (const auto &c : cases) {
-        plotwerk->saveDocument_as_binary_("Untitled", c.path, false);
-        EXPECT_FALSE(plotwerk->didSaveSucceed_("Untitled")) << c.path;
-        EXPECT_EQ(lastError(), "saveDocument:as:binary: can't write " + c.path + ": " + c.reason);
+        {"/dev/full", "not a regular file"}};
+    for (const auto &[path, reason] : wrong) {
+        EXPECT_FALSE(saveAs(path)) << path;
+        EXPECT_EQ(lastError(),
+                  "saveDocument:as:binary: \"Untitled\": can't write " + path + ": " + reason);
     }
-    EXPECT_EQ(bytesOf(pathOf("own")), before);
-    plotwerk->saveDocument_as_binary_("Untitled", "", false);
-    EXPECT_TRUE(plotwerk->didSaveSucceed_("Untitled")) << "its own path has stayed";
-    EXPECT_FALSE(plotwerk->didSaveSucceed_("nix"));
+    EXPECT_EQ(bytesOf(pathOf("own")), bytesOf(pathOf("copy")));
+    EXPECT_TRUE(saveAs("", true)) << "its own path has stayed";
+    EXPECT_NE(bytesOf(pathOf("own")).front(), '{');
 }
 
 // Neither the file's name nor its text is UTF-8 here, as the bus needs it.
@@ -121,8 +104,7 @@ TEST_F(DocumentMessages, DataTextIsReadIntoASourceNamedAfterItsFile) {
     EXPECT_EQ(plotwerk->nameOfNextMarkedCurveOf_name_source_yData_table_index_(front()),
               std::tuple("Str\u00f6me", "r\u00f6hre.txt", true, 1, 0));
 
-    plotwerk->openFile_file_doRangeOverAll_("", file("picture", std::string("1 2\n\0\n", 6)),
-                                            false);
+    open(file("picture", std::string("1 2\n\0\n", 6)));
     EXPECT_EQ(lastError(), "openFile:file:doRangeOverAll: can't open " + pathOf("picture") +
                                ": neither a saved document nor data text");
 }
@@ -130,57 +112,48 @@ TEST_F(DocumentMessages, DataTextIsReadIntoASourceNamedAfterItsFile) {
 TEST_F(DocumentMessages, AnOpenDocumentIsNotOpenedTwice) {
     start();
     read("Untitled", "1 2\n");
-    plotwerk->saveDocument_as_binary_("Untitled", pathOf("saved"), false);
+    EXPECT_TRUE(saveAs(pathOf("saved")));
     plotwerk->newDocumentWithName_("other");
     plotwerk->setValueOfDoc_atIndex_indexSerie_toValue_("Untitled", 0, -1, 7);
     fs::create_symlink("saved", pathOf("link"));
-    plotwerk->openFile_file_doRangeOverAll_("", pathOf("link"), false);
+    open(pathOf("link"));
     EXPECT_EQ(front(), "Untitled");
-    EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_("Untitled", 0, -1), 7)
-        << "unsaved changes stay";
+    EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_("Untitled", 0, -1), 7) << "not saved";
 
     const std::string text = file("text", "1 2\n");
-    plotwerk->openFile_file_doRangeOverAll_("", text, false);
-    plotwerk->openFile_file_doRangeOverAll_("", text, false);
+    open(text);
+    open(text);
     EXPECT_EQ(front().find("text "), 0U) << "data text is read anew: " << front();
     plotwerk->saveDocument_as_binary_("text", "", false);
-    EXPECT_FALSE(plotwerk->didSaveSucceed_("text"));
-    EXPECT_EQ(bytesOf(text), "1 2\n");
+    EXPECT_EQ(bytesOf(text), "1 2\n") << "and never overwritten";
 }
 
 TEST_F(DocumentMessages, UnsavedChangesAreKeptWhenClosedWithAQuestion) {
     start();
-    std::string contents;
     for (const char *keptName : {"_a_b.json", "_a_b 2.json"}) {
         plotwerk->newDocumentWithName_(".a/b");
-        plotwerk->closeDocument_askForSave_(".a/b", true);
+        close(".a/b", true);
         EXPECT_FALSE(fs::exists(stateDirectory / keptName)) << "nothing had changed";
+        plotwerk->newDocumentWithName_(".a/b");
+        read(".a/b", "1 2\n");
+        close(".a/b", false);
+        EXPECT_FALSE(fs::exists(stateDirectory / keptName)) << "not asked";
 
         plotwerk->newDocumentWithName_(".a/b");
         read(".a/b", "1 2\n");
-        contents = contentsOf(".a/b");
-        plotwerk->closeDocument_askForSave_(".a/b", true);
+        const std::string contents = contentsOf(".a/b");
+        close(".a/b", true);
         EXPECT_EQ(front(), "Untitled");
+        EXPECT_EQ(bytesOf(stateDirectory / keptName), contents);
     }
-    EXPECT_EQ(bytesOf(stateDirectory / "_a_b.json"), contents);
-    EXPECT_EQ(bytesOf(stateDirectory / "_a_b 2.json"), contents);
     EXPECT_EQ(fs::status(stateDirectory).permissions(), fs::perms::owner_all);
 
-    plotwerk->newDocumentWithName_("dropped");
-    read("dropped", "1 2\n");
-    plotwerk->closeDocument_askForSave_("dropped", false);
-    EXPECT_FALSE(fs::exists(stateDirectory / "dropped.json"));
-
-    EXPECT_NE(stop().err.find("info: unsaved changes of \".a/b\" kept in " +
-                              (stateDirectory / "_a_b.json").string() + "\n"),
-              std::string::npos);
-}
-
-TEST_F(DocumentMessages, ADocumentThatCannotBeKeptStaysOpen) {
-    file("state", "not a directory");
-    start();
+    fs::remove_all(stateDirectory);
+    file("state/plotwerk", "not a directory");
     read("Untitled", "1 2\n");
-    plotwerk->closeDocument_askForSave_("Untitled", true);
+    close("Untitled", true);
     EXPECT_EQ(front(), "Untitled");
-    EXPECT_NE(lastError().find("closeDocument:askForSave: can't create "), std::string::npos);
+    EXPECT_TRUE(holds(lastError(), "closeDocument:askForSave: \"Untitled\": can't create "));
+    EXPECT_TRUE(holds(stop().err, "info: unsaved changes of \".a/b\" kept in " +
+                                      (stateDirectory / "_a_b.json").string() + "\n"));
 }

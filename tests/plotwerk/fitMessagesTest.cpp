@@ -85,9 +85,11 @@ TEST_F(FitMessages, KeepFormulaAndParametersWhenRefused) {
     const std::string contents = contentsOf("Untitled");
 
     plotwerk->setFormulaOf_formulaText_("Untitled", "c*(x");
-    EXPECT_EQ(lastError(), "setFormulaOf:formulaText: formula, line 1, column 5: expected ')'");
+    EXPECT_EQ(lastError(),
+              "setFormulaOf:formulaText: \"Untitled\": formula, line 1, column 5: expected ')'");
     plotwerk->readFormulaParameterOf_parameterList_("Untitled", "a = 1, c = 2");
-    EXPECT_EQ(lastError(), "readFormulaParameterOf:parameterList: no parameter \"c\"");
+    EXPECT_EQ(lastError(),
+              "readFormulaParameterOf:parameterList: \"Untitled\": no parameter \"c\"");
     EXPECT_EQ(plotwerk->formulaTextOf_("Untitled"), "a*x + b");
     EXPECT_EQ(plotwerk->formulaParameterListOf_("Untitled"), "a = 7\nb = 0.5 !");
     EXPECT_EQ(contentsOf("Untitled"), contents);
@@ -104,8 +106,9 @@ TEST_F(FitMessages, LeaveTheParametersOfAFailedFitAndSayWhy) {
         plotwerk->startFitOf_iterations_lambda_chiq_("Untitled");
     EXPECT_NE(status, 0);
     EXPECT_TRUE(std::isnan(chiSquare));
-    EXPECT_EQ(lastError(), "startFitOf:iterations:lambda:chiq: the data do not determine a and b "
-                           "independently");
+    EXPECT_EQ(lastError(),
+              "startFitOf:iterations:lambda:chiq: \"Untitled\": the data do not determine a and b "
+              "independently");
     EXPECT_EQ(contentsOf("Untitled"), contents);
     EXPECT_EQ(variable("chiq"), "NAN");
 }

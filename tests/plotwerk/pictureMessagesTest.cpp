@@ -165,7 +165,7 @@ TEST_F(PictureMessages, PicturesAreFilesOfTheirKind) {
 
     plotwerk->savePicturePDF_as_("Untitled", pathOf("none/a.pdf"));
     EXPECT_FALSE(plotwerk->didSaveSucceed_("Untitled"));
-    EXPECT_EQ(lastError(), "savePicturePDF:as: can't write " + pathOf("none/a.pdf") +
+    EXPECT_EQ(lastError(), "savePicturePDF:as: \"Untitled\": can't write " + pathOf("none/a.pdf") +
                                ": No such file or directory");
 }
 
@@ -173,7 +173,7 @@ TEST_F(PictureMessages, TheClipboardHoldsOneThing) {
     startWithData();
     plotwerk->copyPDF_("Untitled");
     plotwerk->pasteDataOf_("Untitled");
-    EXPECT_EQ(lastError(), "pasteDataOf: the clipboard holds a picture, no data");
+    EXPECT_EQ(lastError(), "pasteDataOf: \"Untitled\": the clipboard holds a picture, no data");
     plotwerk->copySelectedCurvesOf_includeX_("Untitled", true);
     plotwerk->pasteDataOf_("Untitled");
     EXPECT_EQ(lastError(), "");
@@ -184,7 +184,8 @@ TEST_F(PictureMessages, ACopyNeedsAPlace) {
     startWithData();
     plotwerk->copySelectedCurvesOf_includeX_("Untitled", true);
     plotwerk->copyPDF_("Untitled");
-    EXPECT_EQ(lastError(), "copyPDF: no place for a copy: XDG_RUNTIME_DIR is not set");
+    EXPECT_EQ(lastError(),
+              "copyPDF: \"Untitled\": no place for a copy: XDG_RUNTIME_DIR is not set");
     plotwerk->pasteDataOf_("Untitled");
     EXPECT_EQ(lastError(), "") << "the clipboard is as it was";
 }
@@ -239,7 +240,8 @@ TEST_F(PictureMessages, PrintingHandsAPdfToLp) {
 TEST_F(PictureMessages, PrintingWithoutLpIsRefused) {
     startWithData();
     plotwerk->printDoc_("Untitled");
-    EXPECT_EQ(lastError(), "printDoc: can't start lp: No such file or directory");
-    EXPECT_NE(stop().err.find("warning: printDoc: can't start lp: No such file or directory\n"),
+    EXPECT_EQ(lastError(), "printDoc: \"Untitled\": can't start lp: No such file or directory");
+    EXPECT_NE(stop().err.find(
+                  "warning: printDoc: \"Untitled\": can't start lp: No such file or directory\n"),
               std::string::npos);
 }

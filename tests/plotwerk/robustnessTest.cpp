@@ -8,44 +8,11 @@
 #include <limits>
 #include <map>
 #include <random>
-#include <regex>
 #include <thread>
 
 namespace fs = std::filesystem;
 
 namespace {
-
-const std::string interface = "org.plotwerk.PlotwerkControl";
-
-// A method of the protocol, as the server itself describes it.
-struct Method {
-    struct Argument {
-        std::string name, type;
-    };
-    std::string name;
-    std::vector<Argument> arguments; // that are sent
-};
-
-std::vector<Method> methodsOf(sdbus::IConnection &bus) {
-    std::string xml;
-    sdbus::createProxy(bus, busName, "/org/plotwerk/PlotwerkControl")
-        ->callMethod("Introspect")
-        .onInterface("org.freedesktop.DBus.Introspectable")
-        .storeResultsTo(xml);
-    xml = xml.substr(xml.find("<interface name=\"" + interface + '"'));
-    xml = xml.substr(0, xml.find("</interface>"));
-
-    std::vector<Method> methods;
-    const std::regex line("<method name=\"(\\w+)\"|"
-                          "<arg type=\"([^\"]+)\" name=\"(\\w+)\" direction=\"in\"");
-    for (std::sregex_iterator match(xml.begin(), xml.end(), line), end; match != end; ++match) {
-        if ((*match)[1].matched)
-            methods.push_back({(*match)[1], {}});
-        else
-            methods.back().arguments.push_back({(*match)[3], (*match)[2]});
-    }
-    return methods;
-}
 
 class Generator {
   public:
@@ -192,7 +159,7 @@ class RobustnessTest : public ServerTest {
         setenv("PATH", directory.c_str(), 1);
         setenv("XDG_RUNTIME_DIR", directory.c_str(), 1);
         start();
-        control = sdbus::createProxy(*connection, busName, "/org/plotwerk/PlotwerkControl");
+        control = sdbus::createProxy(*connection, busName, objectPath);
     }
     ~RobustnessTest() override {
         setenv("PATH", path.c_str(), 1);
@@ -214,7 +181,7 @@ class RobustnessTest : public ServerTest {
 
     // Sends what may be anything; a message that the protocol has must be answered.
     void send(const Method &method, Generator &generator) {
-        sdbus::MethodCall call = control->createMethodCall(interface, method.name);
+        sdbus::MethodCall call = control->createMethodCall(busName, method.name);
         for (size_t i = 0; i < method.arguments.size(); ++i) {
             switch (method.arguments[i].type[0]) {
             case 's': call << generator.text(method, i); break;
@@ -231,7 +198,7 @@ class RobustnessTest : public ServerTest {
 
     // Sends what isn't of the protocol.
     void sendWrongly(const std::string &method, Generator &generator) {
-        sdbus::MethodCall call = control->createMethodCall(interface, method);
+        sdbus::MethodCall call = control->createMethodCall(busName, method);
         for (size_t i = generator.below(4); i > 0; --i)
             call << std::vector<sdbus::Variant>(generator.below(3),
                                                 sdbus::Variant(generator.real()));
@@ -315,9 +282,9 @@ TEST_F(RobustnessTest, OutlivesClientsThatVanishInACall) {
     for (int i = 0; i < 2'000'000; ++i) text += "1.25 2.5\n";
     for (const std::string &sent : {std::string("7 8\n"), text}) {
         const auto own = sdbus::createSessionBusConnection();
-        const auto proxy = sdbus::createProxy(*own, busName, "/org/plotwerk/PlotwerkControl");
-        sdbus::MethodCall call = proxy->createMethodCall(interface, "replaceDataformText_of_source_"
-                                                                    "doRangeOverAll_");
+        const auto proxy = sdbus::createProxy(*own, busName, objectPath);
+        sdbus::MethodCall call = proxy->createMethodCall(busName, "replaceDataformText_of_source_"
+                                                                  "doRangeOverAll_");
         call << sent << std::string("doc") << std::string("Late") << true;
         proxy->callMethod(
             call, [](sdbus::MethodReply &, const sdbus::Error *) {}, deadline);

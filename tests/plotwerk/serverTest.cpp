@@ -5,16 +5,39 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <regex>
 
 namespace fs = std::filesystem;
 
-Plotwerk::Plotwerk(sdbus::IConnection &bus)
-    : ProxyInterfaces(bus, busName, "/org/plotwerk/PlotwerkControl") {
+Plotwerk::Plotwerk(sdbus::IConnection &bus) : ProxyInterfaces(bus, busName, objectPath) {
     registerProxy();
 }
 
 Plotwerk::~Plotwerk() {
     unregisterProxy();
+}
+
+std::vector<Method> methodsOf(sdbus::IConnection &bus) {
+    std::string xml;
+    sdbus::createProxy(bus, busName, objectPath)
+        ->callMethod("Introspect")
+        .onInterface("org.freedesktop.DBus.Introspectable")
+        .storeResultsTo(xml);
+    xml = xml.substr(xml.find("<interface name=\"" + std::string(busName) + '"'));
+    xml = xml.substr(0, xml.find("</interface>"));
+
+    std::vector<Method> methods;
+    const std::regex line("<method name=\"(\\w+)\"|"
+                          "<arg type=\"([^\"]+)\" name=\"(\\w+)\" direction=\"(in|out)\"");
+    for (std::sregex_iterator match(xml.begin(), xml.end(), line), end; match != end; ++match) {
+        if ((*match)[1].matched)
+            methods.push_back({(*match)[1], {}, ""});
+        else if ((*match)[4] == "in")
+            methods.back().arguments.push_back({(*match)[3], (*match)[2]});
+        else
+            methods.back().results += (*match)[2];
+    }
+    return methods;
 }
 
 ServerTest::ServerTest() {
@@ -66,4 +89,9 @@ std::string bytesOf(const fs::path &path) {
     std::ifstream stream(path, std::ios::binary);
     EXPECT_TRUE(stream) << path;
     return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+testing::AssertionResult holds(const std::string &text, const std::string &part) {
+    if (text.find(part) != std::string::npos) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << part << "\nin\n" << text;
 }

@@ -13,13 +13,29 @@
 #include <string>
 #include <vector>
 
-constexpr const char *busName = "org.plotwerk.PlotwerkControl";
+constexpr const char *busName = "org.plotwerk.PlotwerkControl"; // and the interface's
+constexpr const char *objectPath = "/org/plotwerk/PlotwerkControl";
 
 class Plotwerk final : public sdbus::ProxyInterfaces<org::plotwerk::PlotwerkControl_proxy> {
   public:
     explicit Plotwerk(sdbus::IConnection &bus);
     ~Plotwerk();
 };
+
+// A method of the protocol, as the server itself describes it.
+struct Method {
+    struct Argument {
+        std::string name, type;
+    };
+    std::string name;
+    std::vector<Argument> arguments; // that are sent
+    std::string results;             // the types of what is answered, a letter each
+
+    // The first keyword of the selector.
+    std::string keyword() const { return name.substr(0, name.find('_')); }
+};
+
+std::vector<Method> methodsOf(sdbus::IConnection &bus);
 
 class ServerTest : public testing::Test {
   protected:
@@ -53,5 +69,7 @@ class ServerTest : public testing::Test {
 
 // Whole files, for the tests' own use.
 std::string bytesOf(const std::filesystem::path &path);
+
+testing::AssertionResult holds(const std::string &text, const std::string &part);
 
 #endif
