@@ -4,7 +4,6 @@
 #include "plotwerk/drawing/curvePoints.h"
 #include "plotwerk/drawing/denseImage.h"
 #include "plotwerk/drawing/symbols.h"
-#include "plotwerk/model/curves.h"
 
 #include <algorithm>
 #include <array>
@@ -234,8 +233,8 @@ static void errorEnds(double value, double error, const Scale &scale, double &lo
 
 static void drawErrorBars(cairo_t *cr, const DrawnCurve &curve, const PlacedFrame &frame) {
     const CurveLook &look = curve.column->look;
-    const Column *yError = look.yError ? yErrorOf(*curve.table, *curve.column) : nullptr;
-    const Column *xError = look.xError ? xErrorOf(*curve.table) : nullptr;
+    const Column *yError = curve.yErrors;
+    const Column *xError = curve.xErrors;
     if (!yError && !xError) return;
 
     const double halfCap = std::max(symbolSizeOf(look), 3.0) / 2;

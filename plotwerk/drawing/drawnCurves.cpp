@@ -8,8 +8,9 @@ namespace plotwerk {
 
 std::vector<DrawnCurve> drawnCurvesOf(const Document &document) {
     std::vector<DrawnCurve> curves;
-    for (const CurveRef &curve : plottedCurves(document))
-        curves.push_back({&tableOf(document, curve), &columnOf(document, curve)});
+    for (const PlottedCurve &each : plottedCurves(document))
+        curves.push_back({&tableOf(document, each.curve), &columnOf(document, each.curve),
+                          each.xErrors, each.yErrors});
     std::stable_sort(curves.begin(), curves.end(), [](const DrawnCurve &a, const DrawnCurve &b) {
         return a.column->look.layer < b.column->look.layer;
     });

@@ -11,6 +11,8 @@ namespace plotwerk {
 struct DrawnCurve {
     const Table *table = nullptr;
     const Column *column = nullptr;
+    const Column *xErrors = nullptr; // shown as bars; null for none
+    const Column *yErrors = nullptr;
 
     AxisCode horizontalAxis() const { return column->look.upperX ? upperXAxis : xAxis; }
     AxisCode verticalAxis() const { return column->look.rightY ? rightYAxis : yAxis; }

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace plotwerk {
@@ -120,49 +121,77 @@ std::optional<CurveRef> firstSelectedCurve(const Document &document) {
 
 static constexpr std::string_view errorSuffix = " error";
 
-std::vector<bool> errorColumns(const Table &table) {
-    std::vector<bool> holdErrors(table.y.size());
-    const auto isNamedSo = [](const Column &column) { return column.name.ends_with(errorSuffix); };
-    if (std::none_of(table.y.begin(), table.y.end(), isNamedSo)) return holdErrors;
+namespace {
 
-    std::unordered_set<std::string_view> names{table.x.name, "X"};
-    for (const Column &column : table.y) names.insert(column.name);
-    for (std::size_t i = 0; i < table.y.size(); ++i) {
-        std::string_view name = table.y[i].name;
-        if (!isNamedSo(table.y[i])) continue;
-        name.remove_suffix(errorSuffix.size());
-        holdErrors[i] = names.contains(name);
+// The columns of errors in a table, all looked up at once: a table may have very many columns.
+struct Errors {
+    std::unordered_map<std::string_view, const Column *> of; // by the name of what they belong to
+    std::vector<bool> columns;                               // for each y column whether it is one
+
+    explicit Errors(const Table &table) : columns(table.y.size()) {
+        for (const Column &column : table.y)
+            if (column.name.ends_with(errorSuffix)) of.emplace(nameOfErrors(column), &column);
+        if (of.empty()) return;
+
+        std::unordered_set<std::string_view> names{table.x.name, "X"};
+        for (const Column &column : table.y) names.insert(column.name);
+        for (std::size_t i = 0; i < table.y.size(); ++i)
+            columns[i] =
+                table.y[i].name.ends_with(errorSuffix) && names.contains(nameOfErrors(table.y[i]));
     }
-    return holdErrors;
+
+    const Column *find(std::string_view name) const {
+        const auto found = of.find(name);
+        return found == of.end() ? nullptr : found->second;
+    }
+
+  private:
+    // of what the errors belong to
+    static std::string_view nameOfErrors(const Column &column) {
+        return std::string_view(column.name).substr(0, column.name.size() - errorSuffix.size());
+    }
+};
+
+} // namespace
+
+std::vector<bool> errorColumns(const Table &table) {
+    return Errors(table).columns;
 }
 
-// The curves without columns of errors.
-static std::vector<CurveRef> curvesWithoutErrors(const Document &document) {
-    std::vector<CurveRef> curves;
+std::vector<PlottedCurve> plottedCurves(const Document &document) {
+    std::vector<PlottedCurve> curves;
     CurveRef curve;
-    for (curve.source = 0; curve.source < std::ssize(document.sources); ++curve.source) {
-        const Source &source = document.sources[curve.source];
-        for (curve.table = 0; curve.table < std::ssize(source.tables); ++curve.table) {
+    for (const Source &source : document.sources) {
+        curve.table = 0;
+        for (const Table &table : source.tables) {
+            const Errors errors(table);
+            const Column *ofX = errors.find(table.x.name);
+            if (ofX == nullptr) ofX = errors.find("X");
             curve.column = 0;
-            for (const bool holdsErrors : errorColumns(source.tables[curve.table])) {
-                if (!holdsErrors) curves.push_back(curve);
+            for (const Column &column : table.y) {
+                const CurveLook &look = column.look;
+                if (look.visible && !errors.columns[curve.column])
+                    curves.push_back({curve, look.yError ? errors.find(column.name) : nullptr,
+                                      look.xError ? ofX : nullptr});
                 ++curve.column;
                 ++curve.index;
             }
+            ++curve.table;
         }
+        ++curve.source;
     }
-    return curves;
-}
-
-std::vector<CurveRef> plottedCurves(const Document &document) {
-    std::vector<CurveRef> curves = curvesWithoutErrors(document);
-    std::erase_if(curves,
-                  [&](const CurveRef &curve) { return !columnOf(document, curve).look.visible; });
     return curves;
 }
 
 std::optional<CurveRef> onlyCurve(const Document &document) {
-    std::vector<CurveRef> curves = curvesWithoutErrors(document);
+    std::vector<bool> holdsErrors; // by index
+    for (const Source &source : document.sources)
+        for (const Table &table : source.tables) {
+            const std::vector<bool> columns = errorColumns(table);
+            holdsErrors.insert(holdsErrors.end(), columns.begin(), columns.end());
+        }
+    std::vector<CurveRef> curves = curvesOf(document);
+    std::erase_if(curves, [&](const CurveRef &curve) { return holdsErrors[curve.index]; });
     if (curves.size() > 1)
         std::erase_if(curves,
                       [&](const CurveRef &curve) { return columnOf(document, curve).drawnByFit; });

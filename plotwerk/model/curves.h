@@ -52,8 +52,14 @@ std::optional<CurveRef> firstSelectedCurve(const Document &document);
 // X, and " error". Such a column is no curve of its own where a document is drawn or measured.
 std::vector<bool> errorColumns(const Table &table);
 
+struct PlottedCurve {
+    CurveRef curve;
+    const Column *yErrors = nullptr; // drawn as bars; null for none
+    const Column *xErrors = nullptr;
+};
+
 // The visible curves, columns of errors aside.
-std::vector<CurveRef> plottedCurves(const Document &document);
+std::vector<PlottedCurve> plottedCurves(const Document &document);
 
 // The only curve of the document, columns of errors aside and, beside others, the one that a fit
 // has drawn.

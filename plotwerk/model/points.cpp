@@ -197,7 +197,8 @@ std::optional<NearestPoint> nearestPoint(const Document &document, double x, dou
 
     std::optional<NearestPoint> nearest;
     double shortest = std::numeric_limits<double>::infinity();
-    for (const CurveRef &curve : plottedCurves(document)) {
+    for (const PlottedCurve &plotted : plottedCurves(document)) {
+        const CurveRef &curve = plotted.curve;
         const Table &table = tableOf(document, curve);
         const Column &column = columnOf(document, curve);
         const PaperAxis &xs = axes[column.look.upperX ? upperXAxis : xAxis];

@@ -48,24 +48,20 @@ void include(const std::vector<double> &values, const std::vector<double> &other
 }
 
 // Widens range to what is drawn of a curve, if it is drawn against the axis.
-void includeCurve(const Document &document, const CurveRef &curve, AxisCode axis, Range &range) {
-    const Table &table = tableOf(document, curve);
-    const Column &column = columnOf(document, curve);
-    const CurveLook &look = column.look;
-    if (!isDrawnAgainst(look, axis)) return;
+void include(const Document &document, const PlottedCurve &plotted, AxisCode axis, Range &range) {
+    const std::vector<double> &x = tableOf(document, plotted.curve).x.values;
+    const Column &column = columnOf(document, plotted.curve);
+    if (!isDrawnAgainst(column.look, axis)) return;
     const bool logarithmic = document.axes[axis].logarithmic;
     if (isXDirection(axis))
-        include(table.x.values, column.values, look.xError ? xErrorOf(table) : nullptr, logarithmic,
-                range);
+        include(x, column.values, plotted.xErrors, logarithmic, range);
     else
-        include(column.values, table.x.values, look.yError ? yErrorOf(table, column) : nullptr,
-                logarithmic, range);
+        include(column.values, x, plotted.yErrors, logarithmic, range);
 }
 
 Range dataRange(const Document &document, AxisCode axis) {
     Range range;
-    for (const CurveRef &curve : plottedCurves(document))
-        includeCurve(document, curve, axis, range);
+    for (const PlottedCurve &curve : plottedCurves(document)) include(document, curve, axis, range);
     return range;
 }
 
@@ -122,8 +118,13 @@ void setLocalRange(Document &document, bool xDirection) {
     const std::vector<CurveRef> selected = requireSelection(document);
     const AxisCode axes[] = {xDirection ? xAxis : yAxis, xDirection ? upperXAxis : rightYAxis};
     Range ranges[2];
-    for (int i = 0; i < 2; ++i)
-        for (const CurveRef &curve : selected) includeCurve(document, curve, axes[i], ranges[i]);
+    const std::vector<PlottedCurve> plotted = plottedCurves(document);
+    for (int i = 0; i < 2; ++i) {
+        for (const CurveRef &curve : selected) include(document, {curve}, axes[i], ranges[i]);
+        for (const PlottedCurve &curve : plotted)
+            if (columnOf(document, curve.curve).place > 0)
+                include(document, curve, axes[i], ranges[i]);
+    }
     if (!isSet(ranges[0]) && !isSet(ranges[1])) throw Refusal("the selected curves have no points");
     for (int i = 0; i < 2; ++i)
         if (isSet(ranges[i])) document.axes[axes[i]].range = ranges[i];
