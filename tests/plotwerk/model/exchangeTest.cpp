@@ -76,7 +76,7 @@ TEST(DuplicateAsPlotted, HoldsTheVisiblePointsInsideTheRange) {
     t.y[0].look.dashed = t.y[3].look.upperX = true;
     t.y[1].look.visible = false;
     Document document = documentOf(t);
-    document.sources.push_back({"gone", {table({1}, {column("b", {1})})}});
+    document.sources.push_back({"gone", {table({1}, {column("b", {1}), column("b error", {1})})}});
     document.sources[1].tables[0].y[0].look.visible = false;
     document.path = "a.plw";
     setRange(document, xAxis, 1, 2);
