@@ -1,7 +1,7 @@
-#include <functional>
-#include <gtest/gtest.h>
-
 #include "fct/fct.h"
+
+#include <functional>
+
 #include "samples.h"
 #include "util/arrays/search.h"
 
@@ -64,8 +64,7 @@ TEST(CombineFct, WalksFromTheLaterStartToTheEarlierEnd) {
                  {addFct, empty, f, {}, {}}};
     for (const auto &c : cases) {
         const FctPtr result = c.combine(c.f, c.g);
-        EXPECT_EQ(positions(result), c.t) << text(result);
-        EXPECT_EQ(ordinates(result), c.y) << text(result);
+        EXPECT_TRUE(same(result, function(c.t, c.y))) << text(c.f) << "with " << text(c.g);
         EXPECT_EQ(result->fixedLen, 0);
     }
 }
@@ -132,11 +131,7 @@ TEST(SmoothFct, AgreesWithOneConvolutionForEachSample) {
     }
 }
 
-TEST(SmoothFct, KeepsTheLevelAndSmoothsAFunctionByItself) {
-    const FctPtr level = newFctWith(Values(40, 3.0).data(), 40, 0, 1);
-    smoothFct(level, function({-2, 0, 2}, {0, 0.5, 0}));
-    for (int i = 2; i < 38; i++) EXPECT_EQ(level->y[i], 3) << i;
-
+TEST(SmoothFct, SmoothsAFunctionByItself) {
     const FctPtr f = function({-1, 0, 1}, {0, 1, 0});
     const Values want = slowSmooth(f, FctPtr(copyFct(f)));
     smoothFct(f, f);

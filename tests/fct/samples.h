@@ -1,24 +1,13 @@
-// samples.h - functions to test with, and how their values are compared.
+// samples.h - functions to test with, and how they are compared.
 #ifndef PLW_TESTS_FCT_SAMPLES_H
 #define PLW_TESTS_FCT_SAMPLES_H
 
 #include <algorithm>
-#include <bit>
-#include <cmath>
-#include <cstdint>
-#include <cstdio>
-#include <limits>
 #include <memory>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "fct/fct.h"
-
-constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinity = std::numeric_limits<double>::infinity();
-
-using Values = std::vector<double>;
+#include "tests/support/expect.h"
 
 // Owns a record and passes for the plain pointer.
 template<auto release> struct Release {
@@ -44,33 +33,17 @@ inline Values ordinates(const plw::Fct *f) {
     return {f->y, f->y + f->n};
 }
 
-// The same number to the last bit, or both NaN.
-inline bool same(double a, double b) {
-    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) ||
-           (std::isnan(a) && std::isnan(b));
+inline testing::AssertionResult same(const plw::Fct *got, const plw::Fct *want) {
+    const auto positionsAgree = same(positions(got), positions(want));
+    return positionsAgree ? same(ordinates(got), ordinates(want)) : positionsAgree;
 }
 
-inline bool same(const Values &a, const Values &b) {
-    return a.size() == b.size() &&
-           std::equal(a.begin(), a.end(), b.begin(), [](double u, double v) { return same(u, v); });
-}
-
-inline bool same(const plw::Fct *f, const plw::Fct *g) {
-    return same(positions(f), positions(g)) && same(ordinates(f), ordinates(g));
-}
-
-inline std::string text(const Values &values) {
-    std::string s;
-    for (double v : values) {
-        char number[32];
-        std::snprintf(number, sizeof number, "%.17g ", v);
-        s += number;
-    }
-    return s;
-}
-
+// For messages.
 inline std::string text(const plw::Fct *f) {
-    return "t = " + text(positions(f)) + "y = " + text(ordinates(f));
+    std::ostringstream s;
+    s.precision(17);
+    for (int i = 0; i < f->n; i++) s << '(' << f->t[i] << ", " << f->y[i] << ") ";
+    return s.str();
 }
 
 // Random functions: ascending, most positions on a grid so that ties and hits are common, NaN gaps

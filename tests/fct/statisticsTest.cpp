@@ -1,7 +1,5 @@
 #include "fct/statistics.h"
 
-#include <gtest/gtest.h>
-
 #include <cfloat>
 
 #include "samples.h"
@@ -29,19 +27,10 @@ TEST(LinRegFct, IsExactOnALine) {
 }
 
 TEST(LinRegFct, FusesItsSumsOfProductsOnly) {
-    const Values t = {0.1, 0.2, 0.7, 1.1}, y = {1.3, -0.4, 2.9, 0.3};
-    double st = 0, stt = 0, sty = 0, sy = 0, syy = 0;
-    for (int i = 0; i < 4; i++) {
-        st += t[i];
-        stt = std::fma(t[i], t[i], stt);
-        sty = std::fma(t[i], y[i], sty);
-        sy += y[i];
-        syy = std::fma(y[i], y[i], syy);
-    }
-    const double mt = st / 4, my = sy / 4;
-    const double sigmaT = std::sqrt(stt / 4 - mt * mt), sigmaY = std::sqrt(syy / 4 - my * my);
-    const double c = sty / 4 - mt * my, slope = c / (sigmaT * sigmaT);
-    EXPECT_EQ(regression(t, y), Values({my - mt * slope, slope, c / (sigmaT * sigmaY), sigmaY}));
+    // with any other rounding the last digits are others
+    EXPECT_TRUE(
+        same(regression({1.9, 1, 0.2, 1.2}, {0.8, 0.8, -2.2, -2.2}),
+             {-2.3482112436115852, 1.533219761499149, 0.61911625755974709, 1.5000000000000002}));
 }
 
 TEST(Covariance, IsTheCorrelationCoefficient) {
@@ -66,8 +55,8 @@ TEST(MiniStatitic, SkipsNaNAfterTheFirst) {
     double min = 0, max = 0;
     for (const auto &c : cases) {
         miniStatitic(c.v.data(), static_cast<int>(c.v.size()), &increasing, &min, &max);
-        EXPECT_EQ(increasing, c.increasing) << text(c.v);
-        EXPECT_TRUE(same(min, c.min) && same(max, c.max)) << text(c.v) << min << " " << max;
+        EXPECT_EQ(increasing, c.increasing) << testing::PrintToString(c.v);
+        EXPECT_TRUE(same({min, max}, {c.min, c.max})) << testing::PrintToString(c.v);
     }
     miniStatitic(nullptr, 3, &increasing, &min, &max);
     EXPECT_EQ(increasing, 1);
@@ -79,7 +68,8 @@ TEST(ArrHasNAN, CountsInfinitiesToo) {
         int want;
     } cases[] = {{{}, 0}, {{1, 2}, 0}, {{1, NaN}, 1}, {{-infinity}, 1}, {{1, infinity, 1}, 1}};
     for (const auto &c : cases)
-        EXPECT_EQ(arrHasNAN(c.v.data(), static_cast<int>(c.v.size())), c.want) << text(c.v);
+        EXPECT_EQ(arrHasNAN(c.v.data(), static_cast<int>(c.v.size())), c.want)
+            << testing::PrintToString(c.v);
     EXPECT_EQ(arrHasNAN(nullptr, -1), 0);
 }
 
@@ -98,9 +88,9 @@ TEST(Average, CompactsBlocksOfValidPairs) {
             int m = -1;
             average((side ? other : gaps).data(), (side ? gaps : other).data(),
                     static_cast<int>(c.x.size()), c.k, &m);
-            EXPECT_EQ(m, c.m) << text(c.x);
-            EXPECT_TRUE(same(gaps, c.want)) << text(gaps);
-            EXPECT_EQ(other, Values(c.x.size(), 6)) << text(c.x);
+            EXPECT_EQ(m, c.m) << testing::PrintToString(c.x);
+            EXPECT_TRUE(same(gaps, c.want));
+            EXPECT_EQ(other, Values(c.x.size(), 6)) << testing::PrintToString(c.x);
         }
     }
 }

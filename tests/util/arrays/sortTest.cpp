@@ -1,30 +1,25 @@
 #include "util/arrays/sort.h"
 
-#include "tests/util/files/expectFatal.h"
+#include "tests/support/expect.h"
 
 #include <algorithm>
-#include <bit>
 #include <cfloat>
-#include <cmath>
-#include <cstdint>
 #include <cstring>
 #include <numeric>
 #include <pthread.h>
 #include <random>
-#include <string>
 #include <utility>
-#include <vector>
 
 using namespace plw;
 
 // Keys of several kinds: few distinct ones, many, all magnitudes and both signs, close together;
 // with zeros of both signs, infinities and NaNs of different payloads among them.
-static std::vector<double> randomKeys(std::mt19937_64 &random, int n) {
+static Values randomKeys(std::mt19937_64 &random, int n) {
     const double nan = std::bit_cast<double>(0x7ff8000000000123UL);
-    const double special[] = {0.0, -0.0, INFINITY, -INFINITY, NAN, -NAN, nan, 5e-324, DBL_MAX};
+    const double special[] = {0.0, -0.0, infinity, -infinity, NaN, -NaN, nan, 5e-324, DBL_MAX};
     const auto kind = random() % 4;
     const auto specialsInTen = random() % 10;
-    std::vector<double> keys(n);
+    Values keys(n);
     for (double &key : keys) {
         switch (kind) {
         case 0: key = static_cast<double>(random() % 7) - 3; break;
@@ -43,61 +38,44 @@ static int randomLength(std::mt19937_64 &random) {
     return static_cast<int>(random() % longest[random() % std::size(longest)]);
 }
 
-static std::vector<double> numbered(int n) {
-    std::vector<double> numbers(n);
+static Values numbered(int n) {
+    Values numbers(n);
     std::iota(numbers.begin(), numbers.end(), 0.0);
     return numbers;
 }
 
-static bool sameBits(const std::vector<double> &a, const std::vector<double> &b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](double x, double y) {
-        return std::bit_cast<std::uint64_t>(x) == std::bit_cast<std::uint64_t>(y);
-    });
+static bool sameBits(const Values &a, const Values &b) {
+    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
 }
 
-TEST(SortN, PutsGapsFirstAndKeepsTheOrderOfEqualKeys) {
+TEST(SortN, PutsGapsFirstKeepsEqualKeysInOrderAndLeavesThePointersOneBelow) {
     std::mt19937_64 random(1);
     for (int run = 0; run < 1000; ++run) {
         const int n = randomLength(random);
-        const std::vector<double> keys = randomKeys(random, n);
-        std::vector<double> wantPositions = numbered(n), wantKeys;
+        const Values keys = randomKeys(random, n);
+        Values wantPositions = numbered(n), wantKeys;
         std::stable_sort(wantPositions.begin(), wantPositions.end(), [&](double i, double j) {
             const double a = keys[static_cast<int>(i)], b = keys[static_cast<int>(j)];
             return std::isnan(a) ? !std::isnan(b) : a < b;
         });
         for (double i : wantPositions) wantKeys.push_back(keys[static_cast<int>(i)]);
 
-        std::vector<double> key = keys, first = numbered(n), second = keys;
+        Values key = keys, first = numbered(n), second = keys;
         double *others[] = {first.data(), second.data(), nullptr};
         sortN(n, key.data(), others, 2);
-
         ASSERT_TRUE(sameBits(key, wantKeys)) << "run " << run << ", n " << n;
         ASSERT_EQ(first, wantPositions) << "run " << run << ", n " << n;
         ASSERT_TRUE(sameBits(second, wantKeys)) << "run " << run << ", n " << n;
+
+        const bool isSorted = n > 1;
+        ASSERT_EQ(others[0] + isSorted, first.data()) << n;
+        ASSERT_EQ(others[2] != nullptr, isSorted) << n;
     }
-}
-
-TEST(SortN, LeavesThePointerListOneElementBelowUnlessThereIsNothingToSort) {
-    double key[] = {3, 1}, a[] = {30, 10};
-    double *others[] = {a, nullptr};
-    sortN(1, key, others, 1);
-    EXPECT_EQ(others[0], a);
-    EXPECT_EQ(others[1], nullptr);
-
-    sortN(2, key, others, 1);
-    EXPECT_EQ(others[0] + 1, a);
-    EXPECT_NE(others[1], nullptr);
-    EXPECT_EQ(a[0], 10);
-
-    double *none[] = {nullptr};
-    double alone[] = {2, 1};
-    sortN(2, alone, none, 0);
-    EXPECT_EQ(alone[0], 1);
 }
 
 TEST(SortNDeathTest, CarriesUpTo499Arrays) {
     double key[] = {2, 1};
-    std::vector<std::vector<double>> arrays(500, {20, 10});
+    std::vector<Values> arrays(500, {20, 10});
     std::vector<double *> others(501);
     std::transform(arrays.begin(), arrays.end(), others.begin(), [](auto &a) { return a.data(); });
     expectFatal([&] { sortN(2, key, others.data(), 500); },
@@ -107,7 +85,7 @@ TEST(SortNDeathTest, CarriesUpTo499Arrays) {
 }
 
 // The quicksort that decides the order of equal keys, step by step.
-static void quicksortSlowly(std::vector<double> &x, std::vector<double> &y, int left, int right) {
+static void quicksortSlowly(Values &x, Values &y, int left, int right) {
     if (left >= right) return;
     const auto swap = [&x, &y](int i, int j) {
         std::swap(x[i], x[j]);
@@ -126,79 +104,112 @@ TEST(Quicksort, LeavesEqualKeysAndGapsWhereTheGivenMethodDoes) {
     std::mt19937_64 random(2);
     for (int run = 0; run < 1000; ++run) {
         const int n = randomLength(random);
-        const std::vector<double> keys = randomKeys(random, n);
+        const Values keys = randomKeys(random, n);
         const int left = static_cast<int>(random() % 4);
         const int right = n - 1 - static_cast<int>(random() % 4);
-        std::vector<double> wantX = keys, wantY = numbered(n);
+        Values wantX = keys, wantY = numbered(n);
         quicksortSlowly(wantX, wantY, left, right);
 
-        std::vector<double> x = keys, y = numbered(n);
+        Values x = keys, y = numbered(n);
         quicksort(x.data(), y.data(), left, right);
         ASSERT_TRUE(sameBits(x, wantX)) << "run " << run << ", n " << n;
         ASSERT_EQ(y, wantY) << "run " << run << ", n " << n;
 
         // the same keys in records of three doubles, beside records of five bytes
-        std::vector<double> records(3L * n);
-        std::vector<char> extra(5L * n);
-        for (int i = 0; i < n; ++i) {
-            records[3L * i] = records[3L * i + 2] = i;
-            records[3L * i + 1] = keys[i];
-            std::memcpy(&extra[5L * i + 1], &i, sizeof i);
-        }
+        const auto recordsOf = [&](const Values &order) {
+            Values records;
+            for (double i : order) records.insert(records.end(), {i, keys[static_cast<int>(i)], i});
+            return records;
+        };
+        const auto extraOf = [](const Values &order) {
+            std::string extra;
+            for (double i : order) extra += std::to_string(10000 + static_cast<int>(i));
+            return extra;
+        };
+        Values records = recordsOf(numbered(n));
+        std::string extra = extraOf(numbered(n));
         quicksortCluster(records.data(), 3, 1, extra.data(), 5, left, right);
-        for (int i = 0; i < n; ++i) {
-            int position = 0;
-            std::memcpy(&position, &extra[5L * i + 1], sizeof position);
-            const bool same = records[3L * i] == wantY[i] && records[3L * i + 2] == wantY[i];
-            ASSERT_TRUE(same && position == wantY[i]) << "run " << run << ", n " << n;
-        }
+        ASSERT_TRUE(sameBits(records, recordsOf(wantY))) << "run " << run << ", n " << n;
+        ASSERT_EQ(extra, extraOf(wantY)) << "run " << run << ", n " << n;
     }
 }
 
 TEST(QuicksortClusterDeathTest, MovesRecordsUpToTheGreatestSizesWithOrWithoutExtra) {
-    std::vector<double> records(3L * 32, 0.0);
-    std::vector<char> extra(3L * 256, 'x');
-    for (int i = 0; i < 3; ++i) {
-        records[32L * i + 31] = 3 - i;
-        extra[256L * i + 255] = static_cast<char>('c' - i);
-    }
-    quicksortCluster(records.data(), 32, 31, extra.data(), 256, 0, 2);
+    Values records(2L * 32);
+    std::vector<char> extra(2L * 256);
+    records[31] = 2;
+    records[63] = 1;
+    extra[511] = 'a';
+    quicksortCluster(records.data(), 32, 31, extra.data(), 256, 0, 1);
     EXPECT_EQ(records[31], 1);
     EXPECT_EQ(extra[255], 'a');
-    EXPECT_EQ(extra[511], 'b');
 
     double plain[] = {2, 1};
     quicksortCluster(plain, 1, 0, nullptr, 256, 0, 1);
     EXPECT_EQ(plain[0], 1);
 
     // even with nothing to sort
-    const std::pair<int, int> tooBig[] = {{1, 257}, {1, 300}, {33, 8}, {1 << 29, 0}};
-    for (const auto &c : tooBig)
-        expectFatal([&] { quicksortCluster(nullptr, c.first, 0, nullptr, c.second, 0, -1); },
-                    "ERROR in quicksortCluster: cluster size too big (" + std::to_string(c.second) +
-                        ")");
+    for (const auto &[recordLen, extraSize] : {std::pair{1, 257}, {33, 8}, {1 << 29, 0}})
+        expectFatal(
+            [&, length = recordLen, size = extraSize] {
+                quicksortCluster(nullptr, length, 0, nullptr, size, 0, -1);
+            },
+            "ERROR in quicksortCluster: cluster size too big (" + std::to_string(extraSize) + ")");
 }
 
-// Runs body on a stack far too small for a recursion as deep as the arrays are long.
-static void onSmallStack(void (*body)()) {
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 1 << 17), 0);
-    const auto call = [](void *function) -> void * {
-        reinterpret_cast<void (*)()>(function)();
-        return nullptr;
-    };
-    pthread_t thread;
-    ASSERT_EQ(pthread_create(&thread, &attributes, call, reinterpret_cast<void *>(body)), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
+// What the callbacks see: the keys, and the first calls in their order.
+struct Recorder {
+    std::vector<int> keys;
+    std::string calls = "";
+};
+
+static void record(Recorder *r, char call, int i, int j) {
+    if (r->calls.size() > 100) return;
+    r->calls += call + std::to_string(i) + std::to_string(j) + ' ';
+}
+
+static int compareKeys(int i, int j, void *context) {
+    auto *r = static_cast<Recorder *>(context);
+    record(r, 'c', i, j);
+    return r->keys.at(i) - r->keys.at(j);
+}
+
+static void swapKeys(int i, int j, void *context) {
+    auto *r = static_cast<Recorder *>(context);
+    record(r, 's', i, j);
+    std::swap(r->keys.at(i), r->keys.at(j));
+}
+
+TEST(QsortFlex, MakesTheLaidDownCallsInTheirOrder) {
+    Recorder crossing{{2, 3, 1, 2}}, equal{{3, 2, 2}};
+    qsortFlex(0, 3, &crossing, compareKeys, swapKeys);
+    EXPECT_EQ(crossing.calls, "c03 c23 s02 "   // 1 3 2 2: the scans cross behind the first
+                              "c13 s13 "       // 1 2 2 3: the pivot is at 1
+                              "c23 c33 s33 "); // the shorter side has one element
+    qsortFlex(0, 2, &equal, compareKeys, swapKeys);
+    EXPECT_EQ(equal.calls, "c02 c12 s01 " // 2 3 2: a key equal to the pivot is swapped, too
+                           "c12 s12 ");   // 2 2 3
+}
+
+TEST(QsortFlex, SortsAnyInputWithinItsRange) {
+    std::mt19937 random(3);
+    for (int run = 0; run < 1000; ++run) {
+        const int n = 1 + static_cast<int>(random() % 100);
+        const auto distinct = 1 + random() % 120;
+        Recorder r;
+        for (int i = 0; i < n; ++i) r.keys.push_back(static_cast<int>(random() % distinct));
+        std::vector<int> want = r.keys;
+        std::sort(want.begin() + n / 4, want.end());
+        qsortFlex(n / 4, n - 1, &r, compareKeys, swapKeys);
+        ASSERT_EQ(r.keys, want) << "run " << run;
+    }
 }
 
 // An array of which the middle element is the greatest (sign 1) or the least (-1) in every round.
-static std::vector<double> extremeMiddles(int n, int sign) {
+static Values extremeMiddles(int n, int sign) {
     std::vector<int> at(n); // where the element stands that was at i
     std::iota(at.begin(), at.end(), 0);
-    std::vector<double> keys(n);
+    Values keys(n);
     int left = 0, right = n - 1;
     for (int round = 0; round < n; ++round) {
         std::swap(at[left], at[(left + right) / 2]);
@@ -211,79 +222,35 @@ static std::vector<double> extremeMiddles(int n, int sign) {
     return keys;
 }
 
-TEST(Quicksort, NeedsLittleStackWhateverTheInput) {
-    onSmallStack([] {
-        constexpr int n = 4000;
-        const std::vector<double> equal(n, 1.0), gaps(n, NAN);
-        for (const auto &keys : {extremeMiddles(n, 1), extremeMiddles(n, -1), equal, gaps}) {
-            std::vector<double> x = keys, y = numbered(n), records = keys;
-            quicksort(x.data(), y.data(), 0, n - 1);
-            quicksortCluster(records.data(), 1, 0, nullptr, 0, 0, n - 1);
-            EXPECT_TRUE(std::isnan(keys[0]) || std::is_sorted(x.begin(), x.end()));
-            EXPECT_TRUE(sameBits(records, x));
-        }
-    });
+static void *sortWhatRecursesDeepest(void *) {
+    constexpr int n = 4000;
+    for (const Values &keys : {extremeMiddles(n, 1), extremeMiddles(n, -1), Values(n, NaN)}) {
+        Values x = keys, y = numbered(n), records = keys;
+        quicksort(x.data(), y.data(), 0, n - 1);
+        quicksortCluster(records.data(), 1, 0, nullptr, 0, 0, n - 1);
+        EXPECT_TRUE(std::isnan(keys[0]) || std::is_sorted(x.begin(), x.end()));
+        EXPECT_TRUE(sameBits(records, x));
+    }
+    Recorder ascending{std::vector<int>(n)};
+    std::iota(ascending.keys.begin(), ascending.keys.end(), 0);
+    qsortFlex(0, n - 1, &ascending, compareKeys, swapKeys);
+    return nullptr;
+}
+
+TEST(Sorts, NeedLittleStackWhateverTheInput) {
+    pthread_attr_t attributes;
+    pthread_t thread;
+    pthread_attr_init(&attributes);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 1 << 17), 0);
+    ASSERT_EQ(pthread_create(&thread, &attributes, sortWhatRecursesDeepest, nullptr), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
 }
 
 TEST(Quicksort, SortsManyTiesAboutAsFastAsDistinctKeys) {
     constexpr int n = 2'000'000; // this test would not end if it took the square of that
-    std::vector<double> x(n), y(n);
+    Values x(n), y(n);
     for (int i = 0; i < n; ++i) x[i] = i % 3;
     quicksort(x.data(), y.data(), 0, n - 1);
     EXPECT_TRUE(std::is_sorted(x.begin(), x.end()));
-}
-
-// What the callbacks see: the keys, and the first calls in their order.
-struct Recorder {
-    std::vector<int> keys;
-    std::vector<int> calls;
-
-    void record(char call, int i, int j) {
-        if (calls.size() < 100) calls.insert(calls.end(), {call, i, j});
-    }
-};
-
-static int compareKeys(int i, int j, void *context) {
-    auto *r = static_cast<Recorder *>(context);
-    r->record('c', i, j);
-    return r->keys.at(i) - r->keys.at(j);
-}
-
-static void swapKeys(int i, int j, void *context) {
-    auto *r = static_cast<Recorder *>(context);
-    r->record('s', i, j);
-    std::swap(r->keys.at(i), r->keys.at(j));
-}
-
-TEST(QsortFlex, MakesTheLaidDownCallsInTheirOrder) {
-    Recorder r{{2, 3, 1, 2}, {}};
-    qsortFlex(0, 3, &r, compareKeys, swapKeys);
-    EXPECT_EQ(r.keys, (std::vector<int>{1, 2, 2, 3}));
-    // clang-format off
-    const std::vector<int> want = {
-        'c', 0, 3, 'c', 2, 3, 's', 0, 2,            // 1 3 2 2: the scans cross behind the first
-        'c', 1, 3, 's', 1, 3,                       // 1 2 2 3: the pivot is at 1
-        'c', 2, 3, 'c', 3, 3, 's', 3, 3};           // the shorter side has one element
-    // clang-format on
-    EXPECT_EQ(r.calls, want);
-}
-
-TEST(QsortFlex, SortsAnyInputWithinItsRangeAndLittleStack) {
-    std::mt19937 random(3);
-    for (int run = 0; run < 1000; ++run) {
-        const int n = 1 + static_cast<int>(random() % 100);
-        const auto distinct = 1 + random() % 120;
-        Recorder r;
-        for (int i = 0; i < n; ++i) r.keys.push_back(static_cast<int>(random() % distinct));
-        std::vector<int> want = r.keys;
-        std::sort(want.begin() + n / 4, want.end());
-        qsortFlex(n / 4, n - 1, &r, compareKeys, swapKeys);
-        ASSERT_EQ(r.keys, want) << "run " << run;
-    }
-    onSmallStack([] {
-        Recorder r{std::vector<int>(4000), {}};
-        std::iota(r.keys.begin(), r.keys.end(), 0);
-        qsortFlex(0, 3999, &r, compareKeys, swapKeys);
-        EXPECT_TRUE(std::is_sorted(r.keys.begin(), r.keys.end()));
-    });
 }

@@ -25,8 +25,7 @@ TEST(Path, TakesApartWhateverTheDotsAndSlashes) {
         EXPECT_STREQ(dir, c.dir) << c.path;
         EXPECT_STREQ(fileNameOfPath(path), c.name) << c.path;
         EXPECT_STREQ(fileextension(path), c.extension) << c.path;
-        EXPECT_GE(fileextension(path), path) << c.path;
-        EXPECT_LE(fileextension(path), path + std::strlen(path)) << c.path;
+        EXPECT_EQ(fileextension(path), path + std::strlen(path) - std::strlen(c.extension));
 
         char *cut = removeExtension(path);
         const char *left = c.withoutExtension ? c.withoutExtension : c.path;
@@ -47,7 +46,7 @@ TEST(Limitfilename, KeepsTrailingComponentsWithinTheLength) {
                  {"/aa/bb/cc", 6, "/bb/cc"},    {"/aa/bb/cc", 5, "/cc"},
                  {"/aa/bb/cc", 2, "c"},         {"abcdefgh", 3, "gh"},
                  {"abcdefgh", 1, ""},           {"abcdefgh", 0, ""},
-                 {"abcdefgh", -7, ""},          {"", 0, ""}};
+                 {"abcdefgh", 8, "abcdefgh"},   {"", 0, ""}};
     for (const auto &c : cases) {
         const char *shortened = limitfilename(c.path, c.maxLen);
         EXPECT_STREQ(shortened, c.want) << c.path << ", " << c.maxLen;

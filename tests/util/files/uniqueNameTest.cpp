@@ -1,6 +1,5 @@
 #include "util/files/uniqueName.h"
 
-#include <algorithm>
 #include <cstring>
 #include <ctime>
 #include <gtest/gtest.h>
@@ -15,23 +14,18 @@ static std::string withTime(const std::string &name, std::time_t when) {
     return name + text;
 }
 
-TEST(UniqueName, LeavesAFreeNameAlone) {
-    const char *existing[] = {"curve 2", "Curve"};
+TEST(UniqueName, LeavesAFreeNameOrAppendsTheTimeAndThenTheProcessesCounter) {
+    const char *others[] = {"curve 2", "Curve"};
     char name[64] = "curve";
-    EXPECT_EQ(uniqueName(name, existing, 2), nullptr);
-    EXPECT_STREQ(name, "curve");
+    EXPECT_EQ(uniqueName(name, others, 2), nullptr);
     EXPECT_EQ(uniqueName(name, nullptr, 0), nullptr);
-}
-
-TEST(UniqueName, AppendsTheTimeAndThenTheProcessesCounter) {
-    // the clock may step between the reading here and the one there
-    const std::time_t before = std::time(nullptr);
+    EXPECT_STREQ(name, "curve");
 
     // the name itself may be in the list, as it is where names live in records
-    char name[64] = "curve";
+    const std::time_t before = std::time(nullptr);
     const char *existing[] = {"other", name};
     EXPECT_EQ(uniqueName(name, existing, 2), name);
-    bool isExpected = false;
+    bool isExpected = false; // the clock may step between the readings here and the one there
     for (std::time_t t = before; t <= std::time(nullptr); ++t)
         isExpected |= name == withTime("curve", t);
     EXPECT_TRUE(isExpected) << name;
@@ -40,8 +34,8 @@ TEST(UniqueName, AppendsTheTimeAndThenTheProcessesCounter) {
     std::vector<std::string> taken = {"curve"};
     for (int second = 0; second < 600; ++second)
         taken.push_back(withTime("curve", before + second));
-    std::vector<const char *> all(taken.size());
-    std::transform(taken.begin(), taken.end(), all.begin(), [](auto &t) { return t.c_str(); });
+    std::vector<const char *> all;
+    for (const std::string &t : taken) all.push_back(t.c_str());
     for (const char *end : {"#1", "#2"}) {
         std::strcpy(name, "curve");
         EXPECT_EQ(uniqueName(name, all.data(), static_cast<int>(all.size())), name);

@@ -1,7 +1,7 @@
 #include "util/geometry/plane.h"
 
-#include <cmath>
-#include <gtest/gtest.h>
+#include "tests/support/expect.h"
+
 #include <numbers>
 #include <tuple>
 
@@ -10,7 +10,7 @@ using std::numbers::pi;
 
 TEST(LinInterpol, GoesAlongTheLineAndBeyondItsEnds) {
     for (double t : {-1.0, 0.0, 0.25, 1.0, 2.0}) {
-        double x = NAN, y = NAN;
+        double x = NaN, y = NaN;
         linInterpol(1, 10, 3, 6, t, &x, &y);
         EXPECT_EQ(x, 1 + 2 * t);
         EXPECT_EQ(y, 10 - 4 * t);
@@ -18,13 +18,13 @@ TEST(LinInterpol, GoesAlongTheLineAndBeyondItsEnds) {
 }
 
 TEST(LinInterpolx, ReplacesOneGapAndAveragesAVerticalLine) {
-    EXPECT_EQ(linInterpolx(1, 2, 3, 6, 2), 4);
-    EXPECT_EQ(linInterpolx(1, 2, 3, 6, 5), 10);
-    EXPECT_EQ(linInterpolx(1, NAN, 3, 6, 2), 6);
-    EXPECT_EQ(linInterpolx(1, 2, 3, NAN, 9), 2);
-    EXPECT_EQ(linInterpolx(1, 2, 1, 4, 7), 3);
-    EXPECT_EQ(linInterpolx(1, 2, 1, NAN, 7), 2);
-    EXPECT_TRUE(std::isnan(linInterpolx(1, NAN, 3, NAN, 2)));
+    const struct {
+        double x0, y0, x1, y1, x, want;
+    } cases[] = {{1, 2, 3, 6, 2, 4},      {1, 2, 3, 6, 5, 10}, {1, NaN, 3, 6, 2, 6},
+                 {1, 2, 3, NaN, 9, 2},    {1, 2, 1, 4, 7, 3},  {1, 2, 1, NaN, 7, 2},
+                 {1, NaN, 3, NaN, 2, NaN}};
+    for (const auto &c : cases)
+        EXPECT_TRUE(same(linInterpolx(c.x0, c.y0, c.x1, c.y1, c.x), c.want)) << c.x;
 }
 
 TEST(LineCross, FindsTheCrossingOrLeavesParallelLines) {
@@ -44,21 +44,20 @@ TEST(LineCross, FindsTheCrossingOrLeavesParallelLines) {
 
 TEST(DistPoint, IsTheSquaredScaledDistanceOfLineAndSegment) {
     // beyond the end, before the start, beside, beside the line only, scaled, on the line, at an
-    // end, no segment, three times the same point, and gaps
+    // end, far beside, on the line but for rounding, no segment, three times the same point, gaps
     const struct {
         double px, py, ax, ay, bx, by, sx, sy, line, path;
-    } cases[] = {{2, 0, 0, 0, 1, 0, 1, 1, 0, 1},       {-3, 4, 0, 0, 1, 0, 1, 1, 16, 25},
-                 {0.5, 1, 0, 0, 1, 0, 1, 1, 1, 1},     {2, 1, 0, 0, 1, 0, 1, 1, 1, 2},
-                 {1, 3, 0, 0, 2, 0, 10, 2, 36, 36},    {1, 1, 0, 0, 4, 4, 1, 1, 0, 0},
-                 {0, 0, 0, 0, 1, 0, 1, 1, 0, 0},       {3, 4, 0, 0, 0, 0, 1, 1, NAN, 25},
-                 {1, 1, 1, 1, 1, 1, 1, 1, NAN, NAN},   {NAN, 0, 0, 0, 1, 0, 1, 1, NAN, NAN},
-                 {0, 0, NAN, 0, 1, 0, 1, 1, NAN, NAN}, {0, 1, 0, 0, 1, NAN, 1, 1, NAN, NAN}};
-    const auto same = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
+    } cases[] = {{2, 0, 0, 0, 1, 0, 1, 1, 0, 1},           {-3, 4, 0, 0, 1, 0, 1, 1, 16, 25},
+                 {0.5, 1, 0, 0, 1, 0, 1, 1, 1, 1},         {2, 1, 0, 0, 1, 0, 1, 1, 1, 2},
+                 {1, 3, 0, 0, 2, 0, 10, 2, 36, 36},        {1, 1, 0, 0, 4, 4, 1, 1, 0, 0},
+                 {0, 0, 0, 0, 1, 0, 1, 1, 0, 0},           {0.5, 100, 0, 0, 1, 0, 1, 1, 1e4, 1e4},
+                 {0.1, 0.01, 0, 0, 1.2, 0.12, 1, 1, 0, 0}, {3, 4, 0, 0, 0, 0, 1, 1, NaN, 25},
+                 {1, 1, 1, 1, 1, 1, 1, 1, NaN, NaN},       {NaN, 0, 0, 0, 1, 0, 1, 1, NaN, NaN},
+                 {0, 0, NaN, 0, 1, 0, 1, 1, NaN, NaN},     {0, 1, 0, 0, 1, NaN, 1, 1, NaN, NaN}};
     for (const auto &c : cases) {
         const double line = DistPointLineQ(c.px, c.py, c.ax, c.ay, c.bx, c.by, c.sx, c.sy);
         const double path = DistPointPathQ(c.px, c.py, c.ax, c.ay, c.bx, c.by, c.sx, c.sy);
-        EXPECT_TRUE(same(line, c.line) && same(path, c.path))
-            << c.px << ", " << c.py << ": " << line << " and " << path;
+        EXPECT_TRUE(same({line, path}, {c.line, c.path})) << c.px << ", " << c.py;
     }
 }
 
@@ -85,14 +84,11 @@ TEST(VectorAngle2D, IsMeasuredClockwise) {
     EXPECT_TRUE(std::isnan(vectorAngle2D(0, 0, 1, 0)));
 }
 
-TEST(Rotate2D, TurnsCounterClockwiseInPlace) {
+TEST(Turning, IsCounterClockwise) {
     double x = 2, y = 1;
     rotate2D(&x, &y, pi / 2);
     EXPECT_NEAR(x, -1, 1e-15); // cos(pi / 2) is 6e-17
     EXPECT_NEAR(y, 2, 1e-15);
-}
-
-TEST(Vec2DxMul, IsPositiveCounterClockwise) {
     EXPECT_EQ(Vec2DxMul(2, 0, 5, 3), 6);
     EXPECT_EQ(Vec2DxMul(5, 3, 2, 0), -6);
 }
@@ -108,7 +104,7 @@ TEST(Polygon, AreaAndInsideDoNotDependOnClosureNorInsideOnOrientation) {
         EXPECT_EQ(isPointInPoly(poly, n, 0.5, 1.75), 1);
         EXPECT_EQ(isPointInPoly(poly, n, 1.5, 1.5), 0) << "in the notch";
         EXPECT_EQ(isPointInPoly(poly, n, -5, 0.5), 0) << "the angle jumps on the left";
-        EXPECT_EQ(isPointInPoly(poly, n, NAN, 0.5), -1);
+        EXPECT_EQ(isPointInPoly(poly, n, NaN, 0.5), -1);
     }
     const double twice[] = {0, 0, 1, 0, 1, 1, 0, 1, 0, 0, 1, 0, 1, 1, 0, 1};
     const double clockwise[] = {0, 1, 1, 1, 1, 0, 0, 0};
@@ -129,7 +125,7 @@ TEST(PointInTriangle, HasItsEdgesAndCornersInside) {
         int want;
     } cases[] = {{{1, 1}, 1},      {{2, 0}, 1}, {{2, 2}, 1},  {{0, 0}, 1},
                  {{4, 0}, 1},      {{0, 4}, 1}, {{3, 2}, 0},  {{-0.001, 1}, 0},
-                 {{1, -0.001}, 0}, {{5, 0}, 0}, {{NAN, 1}, 0}};
+                 {{1, -0.001}, 0}, {{5, 0}, 0}, {{NaN, 1}, 0}};
     for (const auto &t : cases) {
         EXPECT_EQ(pointInTriangle(a, b, c, t.p), t.want) << t.p[0] << ", " << t.p[1];
         EXPECT_EQ(pointInTriangle(a, c, b, t.p), t.want) << t.p[0] << ", " << t.p[1];

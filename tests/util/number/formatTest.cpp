@@ -1,28 +1,20 @@
 #include "util/number/format.h"
 
+#include "tests/support/expect.h"
 #include "util/number/decimal.h"
 
-#include <gtest/gtest.h>
-
-#include <bit>
 #include <cfloat>
 #include <climits>
-#include <cmath>
-#include <cstdint>
 #include <cstdio>
 #include <random>
-#include <string>
 
 using namespace plw;
 
-namespace {
-
-class Format : public testing::Test {
-  protected:
+struct Format : testing::Test {
     ~Format() override { decimalSeparator = '.'; }
 };
 
-std::string printedByPrintf(double x, int maxDigits) {
+static std::string printedByPrintf(double x, int maxDigits) {
     int width, precision;
     char exponential;
     FormatOfReal(x, maxDigits, &width, &precision, &exponential);
@@ -30,8 +22,6 @@ std::string printedByPrintf(double x, int maxDigits) {
     std::snprintf(text, sizeof text, exponential ? "%*.*e" : "%*.*f", width, precision, x);
     return text;
 }
-
-} // namespace
 
 TEST_F(Format, FindsWidthPrecisionAndNotation) {
     const struct {
@@ -43,8 +33,8 @@ TEST_F(Format, FindsWidthPrecisionAndNotation) {
                  {1e6, 20, 5, 0, 1},       {0.001, 20, 5, 3, 0},     {0.0009, 20, 5, 0, 1},
                  {1.0 / 3, 20, 14, 12, 0}, {1e7 / 3, 20, 12, 9, 1},  {-1e7 / 3, 20, 13, 9, 1},
                  {1e7 / 3, 0, 4, -1, 1},   {0.125, -3, 1, 0, 0},     {5e-324, 20, 5, 0, 1},
-                 {INFINITY, 20, 5, 0, 1},  {-INFINITY, 20, 6, 0, 1}, {DBL_MAX, 20, 12, 9, 1},
-                 {NAN, 20, 4, -1, 1}};
+                 {infinity, 20, 5, 0, 1},  {-infinity, 20, 6, 0, 1}, {DBL_MAX, 20, 12, 9, 1},
+                 {NaN, 20, 4, -1, 1}};
     for (const auto &c : cases) {
         int width = -77, precision = -77;
         char exponential = 77;
@@ -55,30 +45,26 @@ TEST_F(Format, FindsWidthPrecisionAndNotation) {
     }
 }
 
-TEST_F(Format, CountsDigitsWithSlightlyEnlargedFactors) {
-    EXPECT_STREQ(stringOfDouble(6.1), "6.1") << "a first factor of 1 finds 12 digits";
-    EXPECT_STREQ(stringOfDouble(8.9801894021008195), "8.98018940210")
-        << "steps of 10 find 11 digits";
-    EXPECT_STREQ(stringOfDouble(2.606120201099948), "2.6061202011") << "steps of 10 find 12 digits";
-}
-
 TEST_F(Format, PrintsTheDigitsThatADoubleCarries) {
     const struct {
         double x;
         const char *text;
     } cases[] = {{0.0, "0"},         {-0.0, "-0"},       {0.1, "0.1"},       {100, "100"},
                  {-2.5, "-2.5"},     {1e6, "1e+06"},     {0.0001, "1e-04"},  {0.001, "0.001"},
-                 {999999, "999999"}, {0.1 + 0.2, "0.3"}, {5e-324, "5e-324"}, {INFINITY, "  inf"},
-                 {NAN, "NAN"}};
-    for (const auto &c : cases) {
-        EXPECT_STREQ(stringOfDouble(c.x), c.text);
-        EXPECT_STREQ(stringOfDouble2(c.x), c.text);
-        EXPECT_STREQ(stringOfDoubleMaxPrec(c.x, 12), c.text);
+                 {999999, "999999"}, {0.1 + 0.2, "0.3"}, {5e-324, "5e-324"}, {infinity, "  inf"},
+                 {NaN, "NAN"}};
+    for (const auto &[x, text] : cases) {
+        EXPECT_STREQ(stringOfDouble(x), text);
+        EXPECT_STREQ(stringOfDouble2(x), text);
+        EXPECT_STREQ(stringOfDoubleMaxPrec(x, 12), text);
     }
     EXPECT_STREQ(stringOfDouble(123456789), "1.23456789e+08");
     EXPECT_STREQ(stringOfDouble(1.0 / 3), "0.333333333333");
-    EXPECT_STREQ(stringOfDouble(-INFINITY), "  -inf");
     EXPECT_NE(stringOfDouble(1), stringOfDouble2(2)) << "two numbers in one statement";
+    // Digits are counted with factors slightly above 1 and 10: these had 12, 11 and 12.
+    EXPECT_STREQ(stringOfDouble(6.1), "6.1");
+    EXPECT_STREQ(stringOfDouble(8.9801894021008195), "8.98018940210");
+    EXPECT_STREQ(stringOfDouble(2.606120201099948), "2.6061202011");
 }
 
 TEST_F(Format, PrintsWhatPrintfPrints) {
@@ -98,38 +84,35 @@ TEST_F(Format, PrintsWhatPrintfPrints) {
     }
 }
 
-TEST_F(Format, UsesTheDecimalSeparator) {
+// The only test that may call stringOfDoubleBlank: its first call is told apart.
+TEST_F(Format, UsesTheDecimalSeparatorAndABlankForASign) {
     decimalSeparator = ',';
     EXPECT_STREQ(stringOfDouble(-2.5), "-2,5");
     EXPECT_STREQ(stringOfDouble(1.5e10), "1,5e+10");
     EXPECT_STREQ(stringOfDoubleConsideringError(1.23456, 0.02, 0), "1,235");
-}
 
-// The only test that may call stringOfDoubleBlank: its first call is told apart.
-TEST_F(Format, BlankStandsForASign) {
-    decimalSeparator = ',';
     EXPECT_STREQ(stringOfDoubleBlank(-2.5), "-2.5") << "nothing printed before: the point stays";
+    EXPECT_STREQ(stringOfDoubleBlank(-0.0), " -0");
     EXPECT_STREQ(stringOfDoubleBlank(2.5), " 2,5");
     EXPECT_STREQ(stringOfDoubleBlank(-2.5), "-2,5");
-    EXPECT_STREQ(stringOfDoubleBlank(-0.0), " -0");
-    EXPECT_STREQ(stringOfDoubleBlank(NAN), "NAN");
+    EXPECT_STREQ(stringOfDoubleBlank(NaN), "NAN");
     EXPECT_STREQ(stringOfDoubleBlank(-1e-7 / 8), "-1,25e-08");
 }
 
 TEST_F(Format, ErrorDecidesThePrecision) {
-    const double v = 1.23456, w = 1.23456e8, n = 999999;
+    const double v = 1.23456, w = 1.23456e8, n = 999999, inf = infinity;
     const struct {
         double x, error;
         int printError;
         const char *text;
-    } cases[] = {{v, 0.02, 0, "1.235"},     {v, 0.02, 1, "0.020"},     {v, 0.05, 0, "1.23"},
-                 {v, 0.04, 0, "1.235"},     {123.456, 50, 0, "123"},   {123.456, 50, 1, "50"},
-                 {123.456, 1, 0, "123.5"},  {w, 2e5, 0, "1.2346e+08"}, {w, 2e5, 1, "2.0e+05"},
-                 {w, 7e5, 1, "7e+05"},      {1e-4, 1e3, 0, "1e-04"},   {0, 0.1, 0, "0e+00"},
-                 {n, 0.1, 0, "999999.00"},  {0.1, 0, 0, "0.1"},        {0.1, -1, 1, "0.1"},
-                 {NAN, 1, 0, "NAN"},        {NAN, 1, 1, "NAN"},        {NAN, 0, 0, "NAN"},
-                 {1.5, NAN, 0, "2"},        {1.5, NAN, 1, "NAN"},      {1.5, INFINITY, 0, "2"},
-                 {1.5, INFINITY, 1, "inf"}, {INFINITY, 1, 0, "inf"},   {-INFINITY, 1, 0, "-inf"}};
+    } cases[] = {{v, 0.02, 0, "1.235"},    {v, 0.02, 1, "0.020"},     {v, 0.05, 0, "1.23"},
+                 {v, 0.04, 0, "1.235"},    {123.456, 50, 0, "123"},   {123.456, 50, 1, "50"},
+                 {123.456, 1, 0, "123.5"}, {w, 2e5, 0, "1.2346e+08"}, {w, 2e5, 1, "2.0e+05"},
+                 {w, 7e5, 1, "7e+05"},     {1e-4, 1e3, 0, "1e-04"},   {0, 0.1, 0, "0e+00"},
+                 {n, 0.1, 0, "999999.00"}, {0.1, 0, 0, "0.1"},        {0.1, -1, 1, "0.1"},
+                 {NaN, 1, 0, "NAN"},       {NaN, 1, 1, "NAN"},        {NaN, 0, 0, "NAN"},
+                 {1.5, NaN, 0, "2"},       {1.5, NaN, 1, "NAN"},      {1.5, inf, 0, "2"},
+                 {1.5, inf, 1, "inf"},     {inf, 1, 0, "inf"},        {-inf, 1, 0, "-inf"}};
     for (const auto &c : cases)
         EXPECT_STREQ(stringOfDoubleConsideringError(c.x, c.error, c.printError), c.text)
             << c.x << ", " << c.error << ", " << c.printError;
@@ -137,12 +120,13 @@ TEST_F(Format, ErrorDecidesThePrecision) {
 }
 
 TEST_F(Format, CutsWhatDoesNotFitIntoTheBuffer) {
-    char whole[1000];
-    std::snprintf(whole, sizeof whole, "%.625e", 1e300);
-    EXPECT_EQ(stringOfDoubleConsideringError(1e300, 5e-324, 0), std::string(whole, 99));
-    std::snprintf(whole, sizeof whole, "%f", 1e300);
-    EXPECT_EQ(stringOfDoubleConsideringError(1.5, 1e300, 1), std::string(whole, 99));
-    std::snprintf(whole, sizeof whole, "%-200e", 1e7);
-    EXPECT_EQ(stringOfDoubleMaxPrec(1e7, -204), std::string(whole, 99)) << "left in its width";
-    EXPECT_EQ(stringOfDoubleMaxPrec(1e7, INT_MIN), std::string(whole, 99));
+    const auto cut = [](const char *format, double x) {
+        char whole[1000];
+        std::snprintf(whole, sizeof whole, format, x);
+        return std::string(whole, 99);
+    };
+    EXPECT_EQ(stringOfDoubleConsideringError(1e300, 5e-324, 0), cut("%.625e", 1e300));
+    EXPECT_EQ(stringOfDoubleConsideringError(1.5, 1e300, 1), cut("%f", 1e300));
+    EXPECT_EQ(stringOfDoubleMaxPrec(1e7, -204), cut("%-200e", 1e7)) << "left in its width";
+    EXPECT_EQ(stringOfDoubleMaxPrec(1e7, INT_MIN), cut("%-200e", 1e7));
 }

@@ -1,11 +1,9 @@
 #include "util/rawdata/raster.h"
 
-#include "tests/util/files/expectFatal.h"
+#include "tests/support/expect.h"
 
 #include <algorithm>
 #include <numeric>
-#include <string>
-#include <vector>
 
 using namespace plw;
 
@@ -20,10 +18,6 @@ TEST(RollBytes, RotatesTowardsTheEnd) {
 }
 
 TEST(Roll2D_Data, MovesEveryElementToItsPlace) {
-    int small[] = {1, 2, 3, 4, 5, 6};
-    roll2D_Data(small, 3, 2, sizeof(int), 1, 1);
-    EXPECT_EQ(std::vector<int>(small, small + 6), (std::vector<int>{6, 4, 5, 3, 1, 2}));
-
     const int width = 5, height = 4, size = width * height;
     for (int shift = 0; shift < (width + 1) * (height + 1); ++shift) {
         const int shiftX = shift % (width + 1), shiftY = shift / (width + 1);
@@ -54,11 +48,11 @@ static long cyclic(long position, long size) {
 }
 
 TEST(Map2D, ReadsThePeriodicSourceAlongTheSteps) {
-    const int width = 4, height = 3;
-    std::vector<unsigned char> chars(width * height);
-    std::iota(chars.begin(), chars.end(), static_cast<unsigned char>(250));
-    std::vector<short> shorts(width * height);
-    std::iota(shorts.begin(), shorts.end(), static_cast<short>(-5));
+    const int width = 4, height = 3, columns = 7, rows = 6;
+    unsigned char chars[width * height], charMap[columns * rows];
+    short shorts[width * height], shortMap[columns * rows];
+    std::iota(chars, std::end(chars), static_cast<unsigned char>(250));
+    std::iota(shorts, std::end(shorts), static_cast<short>(-5));
 
     // one element everywhere, as it is, transposed, mirrored, slanted, and beyond one period
     const struct {
@@ -66,20 +60,16 @@ TEST(Map2D, ReadsThePeriodicSourceAlongTheSteps) {
     } cases[] = {{3, 2, 0, 0, 0, 0},    {0, 0, 1, 0, 0, 1},   {0, 0, 0, 1, 1, 0},
                  {-1, 3, -1, 0, 0, -1}, {1, 1, 3, 2, -3, -2}, {9, -7, 6, -5, 5, 4}};
     for (const auto &c : cases) {
-        const int columns = 7, rows = 6;
-        std::vector<unsigned char> charMap(columns * rows);
-        std::vector<short> shortMap(columns * rows);
-        map2D_Char(chars.data(), width, height, charMap.data(), columns, rows, c.startX, c.startY,
-                   c.xPerColumn, c.yPerColumn, c.xPerRow, c.yPerRow);
-        map2D_Short(shorts.data(), width, height, shortMap.data(), columns, rows, c.startX,
-                    c.startY, c.xPerColumn, c.yPerColumn, c.xPerRow, c.yPerRow);
-        for (int row = 0; row < rows; ++row) {
-            for (int column = 0; column < columns; ++column) {
-                const long x = cyclic(c.startX + column * c.xPerColumn + row * c.xPerRow, width);
-                const long y = cyclic(c.startY + column * c.yPerColumn + row * c.yPerRow, height);
-                EXPECT_EQ(charMap[column + row * columns], chars[x + y * width]) << c.startX;
-                EXPECT_EQ(shortMap[column + row * columns], shorts[x + y * width]) << c.startX;
-            }
+        map2D_Char(chars, width, height, charMap, columns, rows, c.startX, c.startY, c.xPerColumn,
+                   c.yPerColumn, c.xPerRow, c.yPerRow);
+        map2D_Short(shorts, width, height, shortMap, columns, rows, c.startX, c.startY,
+                    c.xPerColumn, c.yPerColumn, c.xPerRow, c.yPerRow);
+        for (int i = 0; i < columns * rows; ++i) {
+            const int column = i % columns, row = i / columns;
+            const long x = cyclic(c.startX + column * c.xPerColumn + row * c.xPerRow, width);
+            const long y = cyclic(c.startY + column * c.yPerColumn + row * c.yPerRow, height);
+            EXPECT_EQ(charMap[i], chars[x + y * width]) << c.startX << " at " << i;
+            EXPECT_EQ(shortMap[i], shorts[x + y * width]) << c.startX << " at " << i;
         }
     }
     map2D_Char(nullptr, 0, 0, nullptr, 0, 5, 0, 0, 1, 0, 0, 1);

@@ -1,25 +1,19 @@
 #include "util/text/missing.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/expect.h"
 
-#include <cmath>
 #include <cstdlib>
-#include <vector>
 
 using namespace plw;
 
 TEST(RemoveNAN, KeepsCompletePairsInOrder) {
-    const double x[] = {1, NAN, 3, INFINITY, NAN};
-    const double y[] = {5, 6, -NAN, 8, NAN};
+    const double x[] = {1, NaN, 3, infinity, NaN}, y[] = {5, 6, -NaN, 8, NaN};
     for (const int n : {5, 2, 0}) {
-        double *xOut;
-        double *yOut;
-        int *indexOut;
-        int kept = -1;
-        int *result = removeNAN(x, y, n, &xOut, &yOut, &kept, &indexOut);
-        EXPECT_EQ(result, indexOut);
+        double *xOut, *yOut;
+        int *indexOut, kept = -1;
+        EXPECT_EQ(removeNAN(x, y, n, &xOut, &yOut, &kept, &indexOut), indexOut);
         const std::vector<int> want = n == 5 ? std::vector{0, 3} : std::vector<int>(n / 2, 0);
-        ASSERT_EQ(std::vector<int>(indexOut, indexOut + kept), want) << n;
+        EXPECT_EQ(std::vector<int>(indexOut, indexOut + kept), want) << n;
         for (int i = 0; i < kept; ++i) {
             EXPECT_EQ(xOut[i], x[want[i]]) << n;
             EXPECT_EQ(yOut[i], y[want[i]]) << n;

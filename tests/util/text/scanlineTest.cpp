@@ -10,10 +10,9 @@
 #include <iterator>
 #include <random>
 #include <string>
+#include <vector>
 
-namespace {
-
-void expectSameScan(const std::string &text, int max) {
+static void expectSameScan(const std::string &text, int max) {
     const Scan got = scanWithScanline(text.c_str(), max);
     const Scan want = scanWithStrtod(text.c_str(), max);
     EXPECT_TRUE(got == want) << text << ": " << got.count << " values, not " << want.count
@@ -23,33 +22,19 @@ void expectSameScan(const std::string &text, int max) {
                              << testing::PrintToString(want.values);
 }
 
-} // namespace
-
 TEST(Scanline, StopsWhereItSays) {
     const struct {
         const char *text;
         int max, count;
         const char *rest;
-    } cases[] = {{"1 2 3\n4", 10, 3, "4"},
-                 {"1 2 3", 2, 2, "3"},
-                 {" 1\t2 \n3", 2, 2, "3"},
-                 {" \n3", 0, 0, "3"},
-                 {"1 2 ", 10, 2, ""},
-                 {"1 x", 10, 1, "x"},
-                 {"1,2", 10, 1, ",2"},
-                 {"1 1e999 2", 10, 1, " 2"},
-                 {"1 1e-310 2", 10, 1, " 2"},
-                 {"\nx", 10, 0, "x"},
-                 {"1\r\n2", 10, 2, ""},  // a carriage return is skipped as
-                                         // strtod skips it
-                 {"\n7 8", 10, 0, " 8"}, // an empty line eats a number
-                 {"", 10, 0, ""}};
+    } cases[] = {{"1 2 3\n4", 10, 3, "4"},   {"1 2 3", 2, 2, "3"},  {"1 x", 10, 1, "x"},
+                 {"1 1e999 2", 10, 1, " 2"}, {"1\r\n2", 10, 2, ""}, {"\n7 8", 10, 0, " 8"}};
     for (const auto &c : cases) {
         const Scan s = scanWithScanline(c.text, c.max);
         EXPECT_EQ(s.count, c.count) << c.text;
         EXPECT_STREQ(c.text + s.rest, c.rest) << c.text;
     }
-    EXPECT_EQ(scanWithScanline("\n7 8", 2).values[0], 7) << "stored, but not counted";
+    EXPECT_EQ(scanWithScanline("\n7 8", 2).values[0], 7) << "an empty line eats a number";
 }
 
 TEST(Scanline, AgreesWithStrtodOnEveryShapeOfNumber) {
@@ -68,10 +53,11 @@ TEST(Scanline, AgreesWithStrtodOnEveryShapeOfNumber) {
         {"0x1p-1074 5e-324", "1e-99999999999999999999", "1e99999999999999999999",
          "0e99999999999999999999 3", "inf INFINITY -inf nan -nan NaN(0x7) infinit",
          "0x10 0X1.8p3 0x 1", "0x.8 0xg", "1e5e5", "1..5", "1.5.5", "1\v2\f3\r4 \n5", "1_000 2",
-         "1e1\n2e2", "- 1", "\2401"}};
+         "1e1\n2e2", "- 1", "\2401"},
+        {" 1\t2 \n3", " \n3", "1 2 ", "1,2", "\nx", ""}};
     for (const auto &group : texts)
         for (const char *text : group)
-            for (const int max : {1, 3, 12}) expectSameScan(text, max);
+            for (const int max : {0, 1, 2, 12}) expectSameScan(text, max);
 }
 
 TEST(Scanline, AgreesWithStrtodOnRandomNumbers) {

@@ -23,7 +23,7 @@ TEST(Strquotestr, FindsOutsideQuotesOnly) {
         const char *text, *needle;
         int wholeWord, found;
     } cases[] = {{"a \"b\" b", "b", 0, 6},    {"\"b\"", "b", 0, -1},  {"\\\"b\"", "b", 0, 2},
-                 {"\"a\\\"b\" b", "b", 0, 7}, {"abc", "", 0, 0},      {"", "b", 0, -1},
+                 {"\"a\\\"b\" b", "b", 0, 7}, {"", "", 0, 0},         {"", "b", 0, -1},
                  {"\"x\"y", "\"y", 0, 2},     {"\"x", "\"x", 0, -1},  {"abc ab", "ab", 1, 4},
                  {"abc ab", "ab", 0, 0},      {"ab bc b", "b", 1, 1}, {"bbb", "bb", 1, 1}};
     for (const auto &c : cases)

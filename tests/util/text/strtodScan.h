@@ -25,7 +25,7 @@ struct Scan {
 inline Scan scanWithScanline(const char *text, int max) {
     std::vector<double> values(max, -77.0);
     int count = -1;
-    errno = 0;
+    errno = EDOM; // no reason to refuse a number
     const char *rest = plw::scanline(text, values.data(), max, &count);
     return {values, count, errno, rest - text};
 }
@@ -35,7 +35,7 @@ inline Scan scanWithStrtod(const char *text, int max) {
     int count = 0;
     const char *p = text;
     while (*p == ' ' || *p == '\t') ++p;
-    errno = 0;
+    errno = EDOM;
     while (count < max) {
         errno = 0;
         char *end;
