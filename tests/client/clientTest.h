@@ -11,37 +11,30 @@
 #include <string>
 #include <vector>
 
-// A command with its options, as written on a line, and what it must bring about with the document
-// "doc" in front. The question for the front document is not among its messages.
+// A command with its options, as written behind -x in a shell and on a line alike, and what it must
+// bring about when "doc" is in front. The question for the front document is not among its
+// messages. The last newline of messages and output is left out.
 struct CommandCase {
-    std::string line;     // words parted by blanks, or in single quotes: split alike by everybody
-    std::string messages; // one per line
-    std::string out;
+    std::string line;
+    std::string messages = "";
+    std::string out = "";
 };
 
-// All 69 commands: with every option given and with none.
+// All 69 commands: with every option given, and with none where that sends more than empty texts.
 const std::vector<CommandCase> &commandCases();
-
-// The line's command.
-std::string commandOf(const CommandCase &c);
-
-// The question for the front document where the case asks it: first of all, and never twice.
-std::string frontQuestion(const CommandCase &c, bool &targetKnown);
-
-std::vector<std::string> wordsOf(const std::string &line);
 
 class ClientTest : public testing::Test {
   protected:
     // From now on Plotwerk answers by this script; "doc" is in front unless the script says
     // otherwise.
     void startPlotwerk(Script script = {});
-
-    // The client in argument mode and, without words, in line mode.
-    static std::vector<std::string> client(const std::vector<std::string> &words = {});
-    static Output runArguments(const std::vector<std::string> &words);
-    static Output runLines(const std::string &input);
-
     std::string takeMessages() { return plotwerk->takeMessages(); }
+
+    // The client in argument mode, its words in a vector or as a shell splits them, and in line
+    // mode.
+    static Output runArguments(std::vector<std::string> words);
+    static Output runShell(const std::string &words);
+    static Output runLines(const std::string &input) { return runProgram({CALLPLW}, input); }
 
     PrivateBus bus;
     std::optional<RecordingService> plotwerk;

@@ -1,135 +1,135 @@
-#include "tests/client/recordingAdaptor.h"
+#include "tests/client/recordingService.h"
+
+#include "protocol/PlotwerkControlAdaptor.h"
 
 #include <algorithm>
 #include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <regex>
+#include <sstream>
 #include <stdexcept>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
+#include <tuple>
 #include <unistd.h>
 
-const char plotwerkName[] = "org.plotwerk.PlotwerkControl";
+static const char plotwerkName[] = "org.plotwerk.PlotwerkControl";
 
 Answer reply(std::vector<std::string> values) {
     return {Answer::Reply, std::move(values)};
 }
 
-std::string selectorOf(const std::string &member) {
-    static const std::regex colon("_(?![XY]_)"); // at_X and at_Y have a '_' of their own
-    return std::regex_replace(member, colon, ":");
-}
-
-std::string quoted(const std::string &text) {
-    std::string result = "\"";
-    for (const char c : text) {
-        if (c == '"' || c == '\\') result += '\\';
-        if (static_cast<unsigned char>(c) < 0x20) {
-            char escape[8];
-            std::snprintf(escape, sizeof escape, "\\x%02x", c);
-            result += escape;
-        } else {
-            result += c;
-        }
+// An argument as the notes show it.
+template<typename Value> static std::string shown(const Value &value) {
+    if constexpr (std::is_same_v<Value, std::string>) return "'" + value + "'";
+    if constexpr (std::is_same_v<Value, bool>) return value ? "yes" : "no";
+    if constexpr (std::is_same_v<Value, int32_t>) return std::to_string(value);
+    if constexpr (std::is_same_v<Value, double>) {
+        if (std::isnan(value)) return "nan"; // whatever its sign
+        char text[32];
+        std::snprintf(text, sizeof text, "%.17g", value);
+        return text;
     }
-    return result + '"';
 }
 
-// Arguments as the notes show them.
-static std::string shown(const std::string &value) {
-    return quoted(value);
-}
-
-static std::string shown(int32_t value) {
-    return std::to_string(value);
-}
-
-static std::string shown(bool value) {
-    return value ? "yes" : "no";
-}
-
-static std::string shown(double value) {
-    if (std::isnan(value)) return "nan"; // whatever its sign
-    char text[32];
-    std::snprintf(text, sizeof text, "%.17g", value);
-    return text;
-}
-
-static std::string shown(const sdbus::Struct<double, double, double, double> &r) {
+template<> std::string shown(const sdbus::Struct<double, double, double, double> &r) {
     return '{' + shown(r.get<0>()) + ' ' + shown(r.get<1>()) + ' ' + shown(r.get<2>()) + ' ' +
            shown(r.get<3>()) + '}';
 }
 
-// Scripted values as a reply's.
-static void read(const std::string &text, std::string &value) {
-    value = text;
-}
-
-static void read(const std::string &text, int32_t &value) {
-    value = std::atoi(text.c_str());
-}
-
-static void read(const std::string &text, double &value) {
-    value = std::atof(text.c_str());
-}
-
-static void read(const std::string &text, bool &value) {
-    value = text == "yes";
+// A reply, or one of its values, from what is scripted.
+template<typename Value> static void read(const std::vector<std::string> &texts, Value &value) {
+    const std::string text = texts.empty() ? "" : texts.front();
+    if constexpr (std::is_same_v<Value, std::string>)
+        value = text;
+    else if constexpr (std::is_same_v<Value, bool>)
+        value = text == "yes";
+    else
+        value = static_cast<Value>(std::atof(text.c_str()));
 }
 
 template<typename... Values>
-static void readAll(const std::vector<std::string> &texts, std::tuple<Values...> &values) {
+static void read(std::vector<std::string> texts, std::tuple<Values...> &values) {
+    texts.resize(sizeof...(Values));
     auto text = texts.begin();
-    const auto next = [&] { return text == texts.end() ? "" : *text++; };
-    std::apply([&](auto &...value) { (read(next(), value), ...); }, values);
+    std::apply([&](auto &...value) { (read({*text++}, value), ...); }, values);
 }
 
-RecordingAdaptor::RecordingAdaptor(sdbus::IConnection &bus, const Script &toAnswer, int notesFile)
-    : AdaptorInterfaces(bus, "/org/plotwerk/PlotwerkControl"), script(toAnswer), notes(notesFile) {
-    registerAdaptor();
+// A message's selector: the member name with ':' for '_'.
+static std::string selectorOf(const std::string &member) {
+    static const std::regex colon("_(?![XY]_)"); // at_X and at_Y have a '_' of their own
+    return std::regex_replace(member, colon, ":");
 }
 
-RecordingAdaptor::~RecordingAdaptor() {
-    unregisterAdaptor();
-}
-
-void RecordingAdaptor::note(const std::string &line) const {
-    if (write(notes, line.data(), line.size()) < 0) _exit(1);
-}
-
-std::vector<std::string> RecordingAdaptor::nextAnswer(const std::string &selector) {
-    const auto answers = script.find(selector);
-    if (answers == script.end()) return {};
-    const size_t turn = std::min(calls[selector]++, answers->second.size() - 1);
-    const Answer &answer = answers->second[turn];
-    switch (answer.kind) {
-    case Answer::Error: throw sdbus::Error("org.plotwerk.Error.Refused", "not today");
-    case Answer::Death: _exit(0);
-    case Answer::Never:
-        for (;;) pause();
-    case Answer::Reply: break;
+// The selector with each argument's value behind its keyword, then the arguments that it leaves
+// out.
+static std::string noted(const std::string &selector, const std::vector<std::string> &names,
+                         const std::vector<std::string> &values) {
+    std::string line;
+    size_t given = 0;
+    std::istringstream keywords(selector);
+    for (std::string keyword; std::getline(keywords, keyword, ':');) {
+        line += (line.empty() ? "" : " ") + keyword + (keywords.eof() ? "" : ":");
+        if (given < names.size() && names[given] == keyword) line += values[given++];
     }
-    return answer.values;
+    for (; given < names.size(); ++given) line += ' ' + names[given] + ':' + values[given];
+    return line + '\n';
 }
 
-template<typename Result, typename... Arguments>
-Result RecordingAdaptor::take(const char *member, const Arguments &...arguments) {
-    const std::string selector = selectorOf(member);
-    note(selector + (std::string() + ... + (' ' + shown(arguments))) + '\n');
-    const std::vector<std::string> values = nextAnswer(selector);
-
-    if constexpr (requires { std::tuple_size<Result>::value; }) {
-        Result result{};
-        readAll(values, result);
-        return result;
-    } else if constexpr (!std::is_void_v<Result>) {
-        std::tuple<Result> result{};
-        readAll(values, result);
-        return std::get<0>(result);
+// The generated adaptor, each message of which comes to take().
+class RecordingAdaptor final
+    : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkControl_adaptor> {
+  public:
+    // The notes go to a file.
+    RecordingAdaptor(sdbus::IConnection &bus, const Script &toAnswer, int notesFile)
+        : AdaptorInterfaces(bus, "/org/plotwerk/PlotwerkControl"),
+          script(toAnswer),
+          notes(notesFile) {
+        registerAdaptor();
     }
-}
+    ~RecordingAdaptor() { unregisterAdaptor(); }
+
+  private:
+#include "recordedMessages.h"
+
+    // Notes the message, then answers as scripted.
+    template<typename Result, typename... Arguments>
+    Result take(const char *member, const std::vector<std::string> &names,
+                const std::tuple<Arguments...> &arguments) {
+        const std::string selector = selectorOf(member);
+        const std::string line = std::apply(
+            [&](const auto &...values) { return noted(selector, names, {shown(values)...}); },
+            arguments);
+        if (write(notes, line.data(), line.size()) < 0) _exit(1);
+
+        const std::vector<std::string> values = nextAnswer(selector);
+        if constexpr (!std::is_void_v<Result>) {
+            Result result{};
+            read(values, result);
+            return result;
+        }
+    }
+
+    // The scripted values of this call; an error or no answer at all happen here.
+    std::vector<std::string> nextAnswer(const std::string &selector) {
+        const auto begins = [&](const auto &entry) { return selector.starts_with(entry.first); };
+        const auto answers = std::find_if(script.begin(), script.end(), begins);
+        if (answers == script.end()) return {};
+        const size_t turn = std::min(calls[selector]++, answers->second.size() - 1);
+        const Answer &answer = answers->second[turn];
+        if (answer.kind == Answer::Error)
+            throw sdbus::Error("org.plotwerk.Error.Refused", "not today");
+        if (answer.kind == Answer::Never)
+            for (;;) pause();
+        return answer.values;
+    }
+
+    const Script script;
+    const int notes;
+    std::map<std::string, size_t> calls;
+};
 
 // The service process: never returns.
 [[noreturn]] static void serve(const Script &script, int notes) {

@@ -9,22 +9,16 @@
 #include <string>
 #include <vector>
 
-// A message's selector, its name in notes and scripts: the member name with ':' for '_'.
-std::string selectorOf(const std::string &member);
-
 struct Answer {
-    enum Kind { Reply, Error, Never, Death } kind; // Death: the service ends inside the call
+    enum Kind { Reply, Error, Never } kind;
     std::vector<std::string> values; // of a Reply in its order: "2.5", "nan", "-7", "yes", "a name"
 };
 
-// What is answered to a selector's calls in turn; the last answer goes on for ever. What is not
-// scripted is answered with "", 0 and no.
+// What is answered in turn to the calls of the message whose selector begins so; the last answer
+// goes on for ever. What is not scripted is answered with "", 0 and no.
 using Script = std::map<std::string, std::vector<Answer>>;
 
 Answer reply(std::vector<std::string> values);
-
-// The text in double quotes; '"', '\' and control bytes escaped.
-std::string quoted(const std::string &text);
 
 // A service process, which owns Plotwerk's name from construction on.
 class RecordingService {
@@ -35,7 +29,7 @@ class RecordingService {
     RecordingService &operator=(const RecordingService &) = delete;
 
     // The messages that came since the last call, a line each, as in
-    //   YValueOfDoc:atX:indexSerie: "doc" 2.5 3
+    //   YValueOfDoc:'doc' atX:2.5 indexSerie:3
     // Doubles with "%.17g", booleans as yes and no, a rectangle as {x y width height}. A message is
     // noted before it is answered.
     std::string takeMessages();
@@ -49,7 +43,5 @@ class RecordingService {
     int notes = -1; // a file in memory, shared with the service
     off_t taken = 0;
 };
-
-extern const char plotwerkName[];
 
 #endif
