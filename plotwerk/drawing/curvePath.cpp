@@ -6,6 +6,17 @@
 
 namespace plotwerk {
 
+double lengthOf(std::span<const Point> path) {
+    double length = 0;
+    for (size_t i = 1; i < path.size(); ++i) {
+        if (isBreak(path[i]) || isBreak(path[i - 1])) continue;
+        const double dx = path[i].x - path[i - 1].x;
+        const double dy = path[i].y - path[i - 1].y;
+        length += std::sqrt(dx * dx + dy * dy); // of paths on paper: no overflow
+    }
+    return length;
+}
+
 Path steppedPath(const Path &path) {
     Path stepped;
     stepped.reserve(2 * path.size());
@@ -122,9 +133,9 @@ std::vector<Path> areasBetween(const Path &path, double base, const Box &box) {
 }
 
 // First, lowest, highest and last of neighbours in a column, in their order.
-static Path columnExtremes(const Path &path, double width) {
+static Path columnExtremes(const Path &path) {
     Path kept;
-    const auto columnOf = [&](const Point &p) { return std::floor(p.x / width); };
+    const auto columnOf = [](const Point &p) { return std::floor(p.x / pathResolution); };
     for (size_t begin = 0; begin < path.size();) {
         if (isBreak(path[begin])) {
             kept.push_back(path[begin++]);
@@ -211,8 +222,8 @@ static Path straightened(const Path &path, double tolerance) {
     return kept;
 }
 
-Path reducedPath(const Path &path, double resolution) {
-    return straightened(columnExtremes(path, resolution), resolution / 2);
+Path reducedPath(const Path &path) {
+    return straightened(columnExtremes(path), pathResolution / 2);
 }
 
 } // namespace plotwerk

@@ -4,11 +4,15 @@
 
 #include "plotwerk/drawing/geometry.h"
 
+#include <span>
 #include <vector>
 
 namespace plotwerk {
 
 using Path = std::vector<Point>;
+
+// Of all its lines, in points.
+double lengthOf(std::span<const Point> path);
 
 // From each point level to the next one's x, then up or down to it.
 Path steppedPath(const Path &path);
@@ -21,10 +25,12 @@ Path clippedPath(const Path &path, const Box &box);
 // rings, one after the other.
 std::vector<Path> areasBetween(const Path &path, double base, const Box &box);
 
-// The same lines in fewer points. Of neighbours in a column `resolution` wide only the first, the
-// lowest, the highest and the last stay; points that lie within half the resolution of the line
-// between others go.
-Path reducedPath(const Path &path, double resolution);
+constexpr double pathResolution = 0.06; // in points: 1200 dpi
+
+// The same lines in fewer points. Of neighbours in a column as wide as the resolution only the
+// first, the lowest, the highest and the last stay; points that lie within half the resolution of
+// the line between others go.
+Path reducedPath(const Path &path);
 
 } // namespace plotwerk
 

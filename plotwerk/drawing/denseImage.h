@@ -5,30 +5,34 @@
 #ifndef PLOTWERK_DRAWING_DENSEIMAGE_H
 #define PLOTWERK_DRAWING_DENSEIMAGE_H
 
-#include "plotwerk/drawing/geometry.h"
+#include "plotwerk/drawing/curvePath.h"
 
 #include <cairo.h>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <vector>
 
 namespace plotwerk {
+
+constexpr double finestDpi = 600;
+
+// The resolution for lines of that length in all, in points: kilometres of line leave nothing but
+// black.
+inline double dpiFor(double length) {
+    return length > 3e6 ? finestDpi / 2 : finestDpi;
+}
 
 class DenseImage {
   public:
     // A blank image of that part of the paper, as fine as 50 megapixels allow.
     DenseImage(const Box &box, double dpi);
-    ~DenseImage();
-    DenseImage(const DenseImage &) = delete;
-    DenseImage &operator=(const DenseImage &) = delete;
 
-    // For drawing in the paper's coordinates; any colour sets pixels.
-    cairo_t *context() const { return cr; }
-
-    // A straight line with square ends, in the paper's coordinates; at least a pixel wide. Much
-    // faster than a stroke of the context.
+    // A straight line with square ends, in the paper's coordinates; at least a pixel wide.
     void addLine(const Point &from, const Point &to, double thickness);
+
+    // Fills what closed rings wind about, in the paper's coordinates, within the box. Takes time
+    // for each line but not for the crossings of lines.
+    void fill(const std::vector<Path> &rings);
 
     // Repeats what `draw` draws around (0, 0), within `radius`, at each of the points.
     void stamp(const std::vector<Point> &points, double radius,
@@ -38,17 +42,18 @@ class DenseImage {
     void paintOn(cairo_t *target) const;
 
   private:
-    uint32_t *rowAt(int y) const { return bits + static_cast<size_t>(y) * wordsPerRow; }
-    void setBits(int y, double left, double right);
+    Point pixelAt(const Point &p) const {
+        return {(p.x - box.left) * scale, (p.y - box.top) * scale};
+    }
+    void setBits(int y, int x, uint64_t pixels);
+    void setRow(int y, double left, double right);
 
     Box box;
-    double scale = 1; // pixels per point
-    cairo_surface_t *surface = nullptr;
-    cairo_t *cr = nullptr;
-    int columns = 0;
-    int rows = 0;
-    int wordsPerRow = 0;
-    uint32_t *bits = nullptr; // the surface's
+    double scale; // pixels per point
+    int columns;
+    int rows;
+    size_t wordsPerRow;
+    std::vector<uint64_t> bits; // the leftmost pixel of a word is its lowest bit
 };
 
 } // namespace plotwerk

@@ -3,6 +3,7 @@
 #include "plotwerk/model/curves.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace plotwerk {
 
@@ -15,6 +16,10 @@ std::vector<DrawnCurve> drawnCurvesOf(const Document &document) {
         return a.column->look.layer < b.column->look.layer;
     });
     return curves;
+}
+
+double baseValue(const Frame &frame) {
+    return std::isnan(frame.xAxisPos) ? 0 : frame.xAxisPos;
 }
 
 } // namespace plotwerk

@@ -21,6 +21,9 @@ struct DrawnCurve {
 // The plotted curves of the document from the lowest layer up.
 std::vector<DrawnCurve> drawnCurvesOf(const Document &document);
 
+// The value from which areas and marker lines rise: where the x axis stands, else zero.
+double baseValue(const Frame &frame);
+
 } // namespace plotwerk
 
 #endif

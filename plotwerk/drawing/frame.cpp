@@ -57,12 +57,28 @@ static bool hasMarks(AxisCode code, const std::vector<DrawnCurve> &curves) {
     });
 }
 
-// The limits of the data with some room beyond those that aren't set, but none below or above zero
-// for data that end there.
-static Range shownRange(const Document &document, AxisCode code,
+// The limits of the data; those that aren't set take in where marker lines and areas begin.
+static Range drawnRange(const Document &document, AxisCode code,
                         const std::vector<DrawnCurve> &curves) {
     const Axis &axis = document.axes[code];
     Range range = rangeOf(document, code);
+    const bool fromBase = std::any_of(curves.begin(), curves.end(), [&](const DrawnCurve &curve) {
+        const CurveLook &look = curve.column->look;
+        return curve.verticalAxis() == code && (look.marker || look.filled);
+    });
+    if (!fromBase || axis.logarithmic) return range;
+    const double base = baseValue(document.frame);
+    if (std::isnan(axis.range.min)) range.min = std::min(range.min, base);
+    if (std::isnan(axis.range.max)) range.max = std::max(range.max, base);
+    return range;
+}
+
+// That range with some room beyond the limits that aren't set, but none below or above zero for
+// data that end there.
+static Range shownRange(const Document &document, AxisCode code,
+                        const std::vector<DrawnCurve> &curves) {
+    const Axis &axis = document.axes[code];
+    Range range = drawnRange(document, code, curves);
     const bool horizontal = code == xAxis || code == upperXAxis;
     if ((horizontal && !hasMarks(code, curves)) || !(range.min < range.max)) return range;
 

@@ -16,19 +16,20 @@ static constexpr double leastTickDistance = 2; // in points
 static constexpr double leastSmallTickDistance = 3;
 static constexpr double leastGivenTickDistance = 0.5; // of ticks that the axis asks for
 
+// k * step through whole numbers and one rounding where the step is one over a whole number, so
+// that three steps of 0.1 are 0.3; zero without a sign.
+static double multiple(double k, double step) {
+    const double parts = std::round(1 / step);
+    return (step < 1 && std::abs(parts * step - 1) < 1e-12 ? k / parts : k * step) + 0.0;
+}
+
 // A step of 1, 2 or 5 times a power of ten.
 namespace {
 struct RoundStep {
     int digit = 1;
     int exponent = 0;
 
-    double value() const { return multiple(1); }
-
-    // Through whole numbers and one rounding, so that three steps of 0.1 are 0.3.
-    double multiple(double count) const {
-        return exponent < 0 ? count * digit / std::pow(10.0, -exponent)
-                            : count * digit * std::pow(10.0, exponent);
-    }
+    double value() const { return multiple(digit, std::pow(10.0, exponent)); }
 
     RoundStep finer() const {
         if (digit == 5) return {2, exponent};
@@ -50,37 +51,18 @@ static RoundStep finestStepFrom(double least) {
     return step;
 }
 
-// The numbers k for which k * step lies within the limits, none where there are too many.
-static void multiplesWithin(const Scale &scale, double step, double &first, double &last) {
-    const auto slack = [&](double k) { return std::max(1e-9, std::abs(k) * 4e-16); };
+// The multiples of the step within the limits; none where there are too many.
+static std::vector<double> multiplesOf(double step, const Scale &scale) {
+    const auto slack = [](double k) { return std::max(1e-9, std::abs(k) * 4e-16); };
     const double low = scale.min / step;
     const double high = scale.max / step;
-    first = std::ceil(low - slack(low));
-    last = std::floor(high + slack(high));
-}
-
-template<typename ValueAt>
-static std::vector<double> valuesBetween(double first, double last, ValueAt valueAt) {
+    const double first = std::ceil(low - slack(low));
+    const double last = std::floor(high + slack(high));
     std::vector<double> values;
     if (!(last - first <= 2 * mostTicks)) return values;
     const int count = static_cast<int>(last - first) + 1;
-    // zero without a sign
-    for (int i = 0; i < count; ++i) values.push_back(valueAt(first + i) + 0.0);
+    for (int i = 0; i < count; ++i) values.push_back(multiple(first + i, step));
     return values;
-}
-
-static std::vector<double> multiplesOf(const RoundStep &step, const Scale &scale) {
-    double first = 0;
-    double last = 0;
-    multiplesWithin(scale, step.value(), first, last);
-    return valuesBetween(first, last, [&](double k) { return step.multiple(k); });
-}
-
-static std::vector<double> multiplesOf(double step, const Scale &scale) {
-    double first = 0;
-    double last = 0;
-    multiplesWithin(scale, step, first, last);
-    return valuesBetween(first, last, [&](double k) { return k * step; });
 }
 
 static double largestMagnitude(const std::vector<double> &values) {
@@ -117,11 +99,7 @@ static std::vector<AxisNumber> thinned(const std::vector<AxisNumber> &numbers, d
 // Small ticks that divide the step, as many between two ticks as the axis says.
 static std::vector<double> dividing(double step, int between, const Scale &scale) {
     if (between <= 0) return {};
-    const double part = step / (between + 1);
-    double first = 0;
-    double last = 0;
-    multiplesWithin(scale, part, first, last);
-    std::vector<double> values = valuesBetween(first, last, [&](double k) { return k * part; });
+    std::vector<double> values = multiplesOf(step / (between + 1), scale);
     std::erase_if(values, [&](double value) {
         const double steps = value / step;
         return std::abs(steps - std::round(steps)) < 0.5 / (between + 1);
@@ -170,13 +148,13 @@ static AxisMarks linearMarks(const Axis &axis, const Scale &scale, double spacin
     const double span = scale.max - scale.min;
     const double most = std::clamp(scale.length / spacing, 2.0, mostTicks);
     RoundStep finest = finestStepFrom(span / most);
-    while (multiplesOf(finest, scale).size() < 2) finest = finest.finer();
+    while (multiplesOf(finest.value(), scale).size() < 2) finest = finest.finer();
 
     // a wider step until the numbers fit, but never less than two numbers for want of room
     RoundStep step = finest;
     AxisMarks marks;
     const auto markAt = [&](const RoundStep &at) {
-        marks.ticks = multiplesOf(at, scale);
+        marks.ticks = multiplesOf(at.value(), scale);
         const NumberFormat format = formatOfNumbers(at.value(), largestMagnitude(marks.ticks),
                                                     axis.precision, axis.exponents);
         marks.numbers = numbersAt(marks.ticks, format);
@@ -205,7 +183,7 @@ static std::vector<double> digitsOfDecades(const Scale &scale, std::initializer_
     for (int decade = first; decade <= last; ++decade) {
         if (decade % everyDecade != 0) continue;
         for (const int digit : digits) {
-            const double value = RoundStep{1, decade}.multiple(digit);
+            const double value = multiple(digit, std::pow(10.0, decade));
             if (value >= scale.min * (1 - 1e-12) && value <= scale.max * (1 + 1e-12))
                 values.push_back(value);
         }

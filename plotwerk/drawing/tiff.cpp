@@ -13,7 +13,8 @@
 namespace plotwerk {
 
 static constexpr double dpi = 300;
-static constexpr int rowsAtOnce = 256; // drawn and compressed together, so that memory stays small
+static constexpr int rowsPerStrip = 256;
+static constexpr int mostPixelsAtOnce = 8000000; // drawn together, so that memory stays small
 
 namespace {
 
@@ -68,53 +69,42 @@ static void setFields(TIFF *tiff, int width, int height) {
     TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_LZW);
     TIFFSetField(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
-    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<uint32_t>(rowsAtOnce));
+    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<uint32_t>(rowsPerStrip));
     TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
     TIFFSetField(tiff, TIFFTAG_XRESOLUTION, dpi);
     TIFFSetField(tiff, TIFFTAG_YRESOLUTION, dpi);
 }
 
-// The rows from `top` on as red, green, blue.
-static std::vector<unsigned char> drawnRows(cairo_surface_t *recording, int width, int top,
-                                            int rows) {
-    const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, rows));
+// The rows from `top` on.
+static Surface drawnRows(const Picture &picture, int width, int top, int rows) {
+    Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, rows));
     const Context cr(cairo_create(surface.get()));
     cairo_set_source_rgb(cr.get(), 1, 1, 1);
     cairo_paint(cr.get());
     cairo_translate(cr.get(), 0, -top);
     cairo_scale(cr.get(), dpi / 72, dpi / 72);
-    cairo_set_source_surface(cr.get(), recording, 0, 0);
-    cairo_paint(cr.get());
+    picture.drawOn(cr.get());
     requireDrawn(cairo_status(cr.get()));
     cairo_surface_flush(surface.get());
+    return surface;
+}
 
-    const unsigned char *pixels = cairo_image_surface_get_data(surface.get());
-    const int stride = cairo_image_surface_get_stride(surface.get());
-    std::vector<unsigned char> rgb;
-    rgb.reserve(static_cast<size_t>(width) * rows * 3);
-    for (int y = 0; y < rows; ++y) {
-        for (int x = 0; x < width; ++x) {
-            uint32_t pixel = 0;
-            std::memcpy(&pixel, pixels + static_cast<size_t>(y) * stride + 4 * x, 4);
-            rgb.push_back(static_cast<unsigned char>(pixel >> 16));
-            rgb.push_back(static_cast<unsigned char>(pixel >> 8));
-            rgb.push_back(static_cast<unsigned char>(pixel));
-        }
+// A row of the surface as red, green, blue.
+static void readRow(cairo_surface_t *surface, int y, std::vector<unsigned char> &rgb) {
+    const unsigned char *pixels = cairo_image_surface_get_data(surface) +
+                                  static_cast<size_t>(y) * cairo_image_surface_get_stride(surface);
+    for (size_t x = 0; 3 * x < rgb.size(); ++x) {
+        uint32_t pixel = 0;
+        std::memcpy(&pixel, pixels + 4 * x, 4);
+        rgb[3 * x] = static_cast<unsigned char>(pixel >> 16);
+        rgb[3 * x + 1] = static_cast<unsigned char>(pixel >> 8);
+        rgb[3 * x + 2] = static_cast<unsigned char>(pixel);
     }
-    return rgb;
 }
 
 std::string tiffOfPicture(const Picture &picture) {
-    const double pageWidth = picture.page().width();
-    const double pageHeight = picture.page().height();
-    const int width = static_cast<int>(std::ceil(pageWidth * dpi / 72));
-    const int height = static_cast<int>(std::ceil(pageHeight * dpi / 72));
-
-    const cairo_rectangle_t extents{0, 0, pageWidth, pageHeight};
-    const Surface recording(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents));
-    const Context cr(cairo_create(recording.get()));
-    picture.drawOn(cr.get());
-    requireDrawn(cairo_status(cr.get()));
+    const int width = static_cast<int>(std::ceil(picture.page().width() * dpi / 72));
+    const int height = static_cast<int>(std::ceil(picture.page().height() * dpi / 72));
 
     MemoryFile file;
     std::unique_ptr<TIFF, decltype(&TIFFClose)> tiff(TIFFClientOpen("picture", "w", &file, readFile,
@@ -124,12 +114,16 @@ std::string tiffOfPicture(const Picture &picture) {
     if (!tiff) throw Refusal("the picture can't be made a TIFF file");
 
     setFields(tiff.get(), width, height);
+    const int rowsAtOnce = std::clamp(mostPixelsAtOnce / width, 1, height);
+    std::vector<unsigned char> rgb(static_cast<size_t>(width) * 3);
     bool written = true;
-    for (int top = 0; top < height && written; top += rowsAtOnce) {
-        std::vector<unsigned char> rgb =
-            drawnRows(recording.get(), width, top, std::min(rowsAtOnce, height - top));
-        written = TIFFWriteEncodedStrip(tiff.get(), static_cast<uint32_t>(top / rowsAtOnce),
-                                        rgb.data(), static_cast<tmsize_t>(rgb.size())) >= 0;
+    for (int top = 0; top < height; top += rowsAtOnce) {
+        const int rows = std::min(rowsAtOnce, height - top);
+        const Surface surface = drawnRows(picture, width, top, rows);
+        for (int y = 0; y < rows && written; ++y) {
+            readRow(surface.get(), y, rgb);
+            written = TIFFWriteScanline(tiff.get(), rgb.data(), static_cast<uint32_t>(top + y)) > 0;
+        }
     }
     tiff.reset(); // writes the directory
     if (!written) throw Refusal("the picture can't be made a TIFF file");

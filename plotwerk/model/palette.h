@@ -25,7 +25,7 @@ inline CurveLook lookOfNewCurve(int curvesBefore) {
     CurveLook look;
     const auto index = static_cast<size_t>(curvesBefore < 0 ? 0 : curvesBefore) % palette.size();
     look.lineColour = palette[index];
-    if (index > 0) {
+    if (curvesBefore > 0) {
         look.fillColour = palette[index];
         look.fillColour.opacity = 0.3;
     }

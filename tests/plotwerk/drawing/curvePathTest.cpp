@@ -89,7 +89,6 @@ TEST(CurvePath, AreasReachFromTheLineToTheBase) {
 // Every point that was left out lies within the resolution of what is drawn, and nothing is drawn
 // where there was nothing.
 TEST(CurvePath, ReductionKeepsTheLook) {
-    constexpr double resolution = 0.06;
     std::mt19937 random(1);
     std::normal_distribution<double> normal;
     Path noise;
@@ -106,15 +105,14 @@ TEST(CurvePath, ReductionKeepsTheLook) {
         size_t most;
     } cases[] = {{"noise", noise, 1100}, {"circle", circle, 1000}, {"walk", walk, 3001}};
     for (const auto &c : cases) {
-        const Path reduced = reducedPath(c.path, resolution);
+        const Path reduced = reducedPath(c.path);
         EXPECT_LE(reduced.size(), c.most) << c.what;
         for (const Point &p : c.path)
-            EXPECT_LE(distanceToPath(p, reduced), 2 * resolution)
+            EXPECT_LE(distanceToPath(p, reduced), 2 * pathResolution)
                 << c.what << ' ' << p.x << ',' << p.y;
         for (const Point &p : reduced)
             EXPECT_LE(distanceToPath(p, c.path), 1e-9) << c.what << ' ' << p.x << ',' << p.y;
     }
-    EXPECT_EQ(
-        described(reducedPath({{0, 0}, {1, 0}, {5, 0}, {2, 0}, {9, 0}, pathBreak, {1, 1}}, 0.06)),
-        "0,0 5,0 2,0 9,0 | 1,1");
+    EXPECT_EQ(described(reducedPath({{0, 0}, {1, 0}, {5, 0}, {2, 0}, {9, 0}, pathBreak, {1, 1}})),
+              "0,0 5,0 2,0 9,0 | 1,1");
 }

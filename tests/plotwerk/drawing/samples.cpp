@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <random>
 #include <unistd.h>
@@ -30,38 +31,36 @@ Column &onlyCurve(Document &document) {
     return document.sources[0].tables[0].y[0];
 }
 
-Document sineDocument() {
+static Document documentOf(int points, const std::function<plotwerk::Point(int)> &pointAt) {
     std::vector<double> x;
     std::vector<double> y;
-    for (int i = 0; i < 200; ++i) {
-        x.push_back(i * 10.0 / 199);
-        y.push_back(std::sin(x.back()));
+    for (int i = 0; i < points; ++i) {
+        const plotwerk::Point p = pointAt(i);
+        x.push_back(p.x);
+        y.push_back(p.y);
     }
     return documentWith(x, y);
+}
+
+Document sineDocument() {
+    return documentOf(200, [](int i) {
+        const double x = i * 10.0 / 199;
+        return plotwerk::Point{x, std::sin(x)};
+    });
 }
 
 Document noiseDocument(int points) {
     std::mt19937 random(1);
     std::normal_distribution<double> noise(0, 0.2);
-    std::vector<double> x;
-    std::vector<double> y;
-    for (int i = 0; i < points; ++i) {
-        x.push_back(i);
-        y.push_back(std::sin(10.0 * i / points) + noise(random));
-    }
-    return documentWith(x, y);
+    return documentOf(points, [&](int i) {
+        return plotwerk::Point{1.0 * i, std::sin(10.0 * i / points) + noise(random)};
+    });
 }
 
 Document cloudDocument(int points) {
     std::mt19937 random(1);
     std::normal_distribution<double> normal;
-    std::vector<double> x;
-    std::vector<double> y;
-    for (int i = 0; i < points; ++i) {
-        x.push_back(normal(random));
-        y.push_back(normal(random));
-    }
-    return documentWith(x, y);
+    return documentOf(points, [&](int) { return plotwerk::Point{normal(random), normal(random)}; });
 }
 
 double inkedPart(const Document &document) {

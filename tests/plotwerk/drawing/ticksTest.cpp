@@ -62,75 +62,66 @@ TEST(Scale, PlacesValues) {
 }
 
 TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
+    const auto linear = [](Axis &) {};
+    const auto logarithmic = [](Axis &axis) { axis.logarithmic = true; };
     const struct {
-        double min, max;
+        Range range;
+        void (*change)(Axis &);
         const char *want;
     } cases[] = {
-        {0, 10, "0 2 4 6 8 10"},
-        {0, 1, "0.0 0.2 0.4 0.6 0.8 1.0"},
-        {-0.3, 0.3, "\u22120.3 \u22120.2 \u22120.1 0.0 0.1 0.2 0.3"},
-        {0.13, 9.7, "2 4 6 8"},
-        {1000, 5000, "1000 1500 2000 2500 3000 3500 4000 4500 5000"},
-        {0, 4e6, "0 1\u00d7106 2\u00d7106 3\u00d7106 4\u00d7106"},
-        {-5e-7, 5e-7,
-         "\u22124\u00d710\u22127 \u22122\u00d710\u22127 0 2\u00d710\u22127 4\u00d710\u22127"},
-        {123456, 123457, "123456.0 123456.2 123456.4 123456.6 123456.8 123457.0"},
-        {1e6 - 1e-6, 1e6 + 1e-6, "999999.999999 1000000.000000 1000000.000001"},
-        {5, 5, "4.6 4.8 5.0 5.2 5.4"},
-        {0, 1e300, "0 0.2\u00d710300 0.4\u00d710300 0.6\u00d710300 0.8\u00d710300 1.0\u00d710300"},
+        {{0, 10}, linear, "0 2 4 6 8 10"},
+        {{0, 1}, linear, "0.0 0.2 0.4 0.6 0.8 1.0"},
+        {{-0.3, 0.3}, linear, "\u22120.3 \u22120.2 \u22120.1 0.0 0.1 0.2 0.3"},
+        {{0.13, 9.7}, linear, "2 4 6 8"},
+        {{1000, 5000}, linear, "1000 1500 2000 2500 3000 3500 4000 4500 5000"},
+        {{0, 4e6}, linear, "0 1\u00d7106 2\u00d7106 3\u00d7106 4\u00d7106"},
+        {{0, 2e-7},
+         linear,
+         "0 0.5\u00d710\u22127 1.0\u00d710\u22127 1.5\u00d710\u22127 2.0\u00d710\u22127"},
+        {{123456, 123457}, linear, "123456.0 123456.2 123456.4 123456.6 123456.8 123457.0"},
+        {{1e6 - 1e-6, 1e6 + 1e-6}, linear, "999999.999999 1000000.000000 1000000.000001"},
+        {{5, 5}, linear, "4.6 4.8 5.0 5.2 5.4"},
+        {{0, 1e300},
+         linear,
+         "0 0.2\u00d710300 0.4\u00d710300 0.6\u00d710300 0.8\u00d710300 1.0\u00d710300"},
+        {{0.01, 1000}, logarithmic, "0.01 0.1 1 10 100 1000"},
+        {{1e-5, 1e2}, logarithmic, "10\u22125 10\u22124 10\u22123 10\u22122 10\u22121 100 101 102"},
+        {{1, 100}, logarithmic, "1 10 100"},
+        {{3, 60}, logarithmic, "3 5 7 10 20 30 50"},
+        {{2, 8}, logarithmic, "2 3 4 5 6 7 8"},
+        {{1000, 1010}, logarithmic, "1000 1002 1004 1006 1008 1010"},
+        {{1e-300, 1e300}, logarithmic, "10\u2212300 10\u2212200 10\u2212100 100 10100 10200 10300"},
+        {{1, 1e4},
+         [](Axis &axis) { axis.logarithmic = true, axis.logNumbersAt = 2; },
+         "1 100 10000"},
+        {{0, 10},
+         [](Axis &axis) { axis.increment = 2.5, axis.precision = 3; },
+         "0.000 2.500 5.000 7.500 10.000"},
+        {{0, 40},
+         [](Axis &axis) { axis.exponents = true; },
+         "0 1\u00d7101 2\u00d7101 3\u00d7101 4\u00d7101"},
+        {{0, 10}, [](Axis &axis) { axis.labelDensity = 0.4; }, "0 5 10"},
+        // too many ticks for the paper; too many numbers
+        {{0, 10}, [](Axis &axis) { axis.increment = 1e-9; }, "0 2 4 6 8 10"},
+        {{0, 100}, [](Axis &axis) { axis.increment = 1; }, "0 10 20 30 40 50 60 70 80 90 100"},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(joined(marksFor({}, {c.min, c.max})), c.want) << c.min << ".." << c.max;
+    for (const auto &c : cases) {
+        Axis axis;
+        c.change(axis);
+        EXPECT_EQ(joined(marksFor(axis, c.range)), c.want) << c.range.min << ".." << c.range.max;
+    }
 }
 
-TEST(Ticks, OfLogarithmicAxesAreAtDecades) {
-    const struct {
-        double min, max;
-        const char *want;
-    } cases[] = {
-        {0.01, 1000, "0.01 0.1 1 10 100 1000"},
-        {1e-5, 1e2, "10\u22125 10\u22124 10\u22123 10\u22122 10\u22121 100 101 102"},
-        {1, 100, "1 10 100"},
-        {3, 60, "3 5 7 10 20 30 50"},
-        {2, 8, "2 3 4 5 6 7 8"},
-        {1000, 1010, "1000 1002 1004 1006 1008 1010"},
-        {1e-300, 1e300, "10\u2212300 10\u2212200 10\u2212100 100 10100 10200 10300"},
-    };
-    Axis axis;
-    axis.logarithmic = true;
-    for (const auto &c : cases)
-        EXPECT_EQ(joined(marksFor(axis, {c.min, c.max})), c.want) << c.min << ".." << c.max;
-
-    EXPECT_EQ(marksFor(axis, {1, 1000}).smallTicks.size(), 24u); // 2..9 in three decades
-    axis.logNumbersAt = 2;
-    EXPECT_EQ(joined(marksFor(axis, {1, 1e4})), "1 100 10000");
-}
-
-TEST(Ticks, FollowTheAxisSettings) {
+TEST(Ticks, HaveSmallOnesBetweenThem) {
     Axis axis;
     axis.increment = 2.5;
     axis.ticks = 4;
     const AxisMarks marks = marksFor(axis, {0, 10});
     EXPECT_EQ(joined(marks), "0.0 2.5 5.0 7.5 10.0");
     EXPECT_EQ(marks.smallTicks.size(), 16u);
-
-    axis.precision = 3;
-    EXPECT_EQ(joined(marksFor(axis, {0, 10})), "0.000 2.500 5.000 7.500 10.000");
     axis = {};
-    axis.exponents = true;
-    EXPECT_EQ(joined(marksFor(axis, {0, 40})), "0 1\u00d7101 2\u00d7101 3\u00d7101 4\u00d7101");
-    axis = {};
-    axis.labelDensity = 0.4;
-    EXPECT_EQ(joined(marksFor(axis, {0, 10})), "0 5 10");
-
-    // an increment with too many ticks for the paper is left aside, numbers that don't fit are
-    // thinned
-    axis = {};
-    axis.increment = 1e-9;
-    EXPECT_EQ(joined(marksFor(axis, {0, 10})), "0 2 4 6 8 10");
-    axis.increment = 1;
-    EXPECT_EQ(joined(marksFor(axis, {0, 100})), "0 10 20 30 40 50 60 70 80 90 100");
-    EXPECT_EQ(marksFor(axis, {0, 100}).ticks.size(), 101u);
+    axis.logarithmic = true;
+    EXPECT_EQ(marksFor(axis, {1, 1000}).smallTicks.size(), 24u); // 2..9 in three decades
 }
 
 // Every axis has at least one number, few ticks, all within its limits, and none of its numbers

@@ -1,0 +1,114 @@
+#include "plotwerk/drawing/curveStrokes.h"
+
+#include "plotwerk/drawing/denseImage.h"
+#include "plotwerk/drawing/symbols.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace plotwerk {
+
+static constexpr double largestThickness = 50; // in points
+
+double thicknessOf(const CurveLook &look) {
+    return limited(look.lineThickness, 0, largestThickness, 1);
+}
+
+// The line's dashes, from that distance after their beginning on.
+static void setDash(cairo_t *cr, const CurveLook &look, double distance) {
+    std::array<double, 4> dash{};
+    double sum = 0;
+    for (size_t i = 0; i < dash.size(); ++i) {
+        dash[i] = limited(look.dashLength[i], 0, 1000, 0);
+        sum += dash[i];
+    }
+    // shorter dashes can't be told from a line
+    if (sum >= 0.2) cairo_set_dash(cr, dash.data(), static_cast<int>(dash.size()), distance);
+}
+
+void tracePath(cairo_t *cr, const Path &path, size_t begin, size_t end) {
+    for (size_t i = begin; i < end; ++i) {
+        if (isBreak(path[i])) continue;
+        const bool joins = i > begin && !isBreak(path[i - 1]);
+        if (joins)
+            cairo_line_to(cr, path[i].x, path[i].y);
+        else
+            cairo_move_to(cr, path[i].x, path[i].y);
+    }
+}
+
+// Points between two breaks: a line can't show them, but a dot can.
+static void traceDots(cairo_t *cr, const Path &path, size_t begin, size_t end) {
+    for (size_t i = begin; i < end; ++i) {
+        const bool alone = !isBreak(path[i]) && (i == 0 || isBreak(path[i - 1])) &&
+                           (i + 1 == path.size() || isBreak(path[i + 1]));
+        if (!alone) continue;
+        cairo_move_to(cr, path[i].x, path[i].y);
+        cairo_line_to(cr, path[i].x, path[i].y);
+    }
+}
+
+static void strokeDots(cairo_t *cr, const Path &path, size_t begin, size_t end) {
+    traceDots(cr, path, begin, end);
+    cairo_save(cr);
+    cairo_set_dash(cr, nullptr, 0, 0);
+    cairo_set_line_cap(cr, CAIRO_LINE_CAP_ROUND);
+    cairo_set_line_width(cr, 3 * cairo_get_line_width(cr));
+    cairo_stroke(cr);
+    cairo_restore(cr);
+}
+
+// Draws so many points at once.
+static void strokeInParts(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed,
+                          size_t atOnce) {
+    size_t from = 0;
+    double distance = 0; // of that point from the beginning of its line
+    for (size_t begin = 0; begin < path.size();) {
+        size_t end = std::min(begin + atOnce, path.size());
+        if (dashed) { // up to a break, after which dashes begin anew
+            const auto part = path.begin() + static_cast<ptrdiff_t>(begin);
+            const auto last =
+                std::find_if(part, path.begin() + static_cast<ptrdiff_t>(end - 1), isBreak);
+            end = static_cast<size_t>(last - path.begin()) + 1;
+            setDash(cr, look, distance);
+        }
+        tracePath(cr, path, from, end);
+        cairo_stroke(cr);
+        strokeDots(cr, path, begin, end);
+
+        // the next part begins with the last line of this one, so that they are joined
+        const size_t next = isBreak(path[end - 1]) ? end : end - std::min<size_t>(end - from, 2);
+        distance = next == end ? 0 : distance + lengthOf({path.data() + from, next - from + 1});
+        from = next;
+        begin = end;
+    }
+    cairo_set_dash(cr, nullptr, 0, 0);
+}
+
+static void strokeAsImage(cairo_t *cr, const Path &path, double thickness, const Box &box) {
+    DenseImage image(box, dpiFor(lengthOf(path)));
+    for (size_t i = 0; i < path.size(); ++i) {
+        if (isBreak(path[i])) continue;
+        const bool joins = i > 0 && !isBreak(path[i - 1]);
+        image.addLine(joins ? path[i - 1] : path[i], path[i], thickness);
+    }
+    image.paintOn(cr);
+}
+
+void strokePath(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed, const Box &box) {
+    setColour(cr, look.lineColour);
+    // the cost of a stroke on a raster grows with the crossings in it; but a colour that is not
+    // opaque would be painted twice where parts of it meet
+    const bool whole = look.lineColour.opacity < 1;
+    if (path.size() > (whole ? mostVectors / 20 : mostVectors)) {
+        strokeAsImage(cr, path, thicknessOf(look), box);
+        return;
+    }
+    cairo_set_line_width(cr, thicknessOf(look));
+    cairo_set_line_join(cr, CAIRO_LINE_JOIN_ROUND);
+    cairo_set_line_cap(cr, CAIRO_LINE_CAP_BUTT);
+    strokeInParts(cr, path, look, dashed, whole ? path.size() : 200);
+}
+
+} // namespace plotwerk

@@ -1,0 +1,27 @@
+// curveStrokes.h - strokes along paths with a curve's pen.
+#ifndef PLOTWERK_DRAWING_CURVESTROKES_H
+#define PLOTWERK_DRAWING_CURVESTROKES_H
+
+#include "plotwerk/drawing/curvePath.h"
+#include "plotwerk/model/document.h"
+
+#include <cairo.h>
+
+namespace plotwerk {
+
+constexpr size_t mostVectors = 100000; // points of paths that are drawn as vectors, not as an image
+
+// In points, within bounds.
+double thicknessOf(const CurveLook &look);
+
+// Adds the path's lines from the points begin to end - 1 to cairo's path.
+void tracePath(cairo_t *cr, const Path &path, size_t begin, size_t end);
+
+// Draws the path in the curve's line colour and thickness; points between two breaks as dots. The
+// box holds all of the path. Too many points become an image, without dashes, which can't be seen
+// where lines are that dense.
+void strokePath(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed, const Box &box);
+
+} // namespace plotwerk
+
+#endif

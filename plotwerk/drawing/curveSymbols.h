@@ -1,0 +1,20 @@
+// curveSymbols.h - the symbols at the points of a curve.
+#ifndef PLOTWERK_DRAWING_CURVESYMBOLS_H
+#define PLOTWERK_DRAWING_CURVESYMBOLS_H
+
+#include "plotwerk/drawing/curvePath.h"
+#include "plotwerk/drawing/frame.h"
+
+#include <cairo.h>
+
+namespace plotwerk {
+
+// In points, within bounds.
+double symbolSizeOf(const CurveLook &look);
+
+// At every symbolInc-th point that lies in the frame.
+void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look, const PlacedFrame &frame);
+
+} // namespace plotwerk
+
+#endif
