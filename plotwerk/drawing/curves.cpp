@@ -54,16 +54,14 @@ static void fillArea(cairo_t *cr, const Path &path, double base, const CurveLook
 }
 
 double reachOf(const DrawnCurve &curve) {
-    const CurveLook &look = curve.column->look;
-    return std::max(thicknessOf(look) / 2, look.symbols ? 0.75 * symbolSizeOf(look) : 0);
+    return curve.column->look.symbols ? 0.75 * symbolSizeOf(curve.column->look) : 0;
 }
 
 void drawCurve(cairo_t *cr, const DrawnCurve &curve, const PlacedFrame &frame,
                const Frame &settings) {
     const CurveLook &look = curve.column->look;
     cairo_save(cr);
-    const Box clip = frame.box().grownBy(thicknessOf(look) / 2);
-    cairo_rectangle(cr, clip.left, clip.top, clip.width(), clip.height());
+    cairo_rectangle(cr, 0, 0, frame.width, frame.height);
     cairo_clip(cr);
     if (look.line || look.filled) {
         Path path = interpolatedPath(pointsOnPaper(curve, frame), curve, frame);

@@ -14,7 +14,7 @@ namespace plotwerk {
 void drawCurve(cairo_t *cr, const DrawnCurve &curve, const PlacedFrame &frame,
                const Frame &settings);
 
-// How far the curve's symbols and line may reach beyond the frame, in points.
+// How far the curve's symbols may reach beyond the frame, in points.
 double reachOf(const DrawnCurve &curve);
 
 } // namespace plotwerk

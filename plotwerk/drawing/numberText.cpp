@@ -72,7 +72,7 @@ NumberFormat formatOfNumbers(double increment, double largest, int precision, bo
     if (exponent == 0) format.powers = false;
     format.exponent = format.powers ? exponent : 0;
     format.decimals = format.powers ? mantissaDecimals : fixedDecimals;
-    if (precision >= 0) format.decimals = std::min(precision, mostDecimals);
+    format.decimals = std::clamp(precision, format.decimals, mostDecimals);
     return format;
 }
 
@@ -88,8 +88,8 @@ RichText numberText(double value, const NumberFormat &format) {
 
 RichText logNumberText(double value, bool powers, int precision) {
     if (!powers) {
-        const int decimals = precision >= 0 ? precision : placesOf(value);
-        return plain(fixedText(value, std::clamp(decimals, 0, mostDecimals)));
+        const int decimals = std::max({precision, placesOf(value), 0});
+        return plain(fixedText(value, std::min(decimals, mostDecimals)));
     }
     const int exponent = plw::decimalExponent(value);
     const double mantissa = value / std::pow(10.0, exponent);

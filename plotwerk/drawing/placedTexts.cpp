@@ -6,11 +6,12 @@
 namespace plotwerk {
 
 static constexpr double textSize = 10; // in points
-static constexpr double inset = 6;     // between the frame and texts at its edges
+static constexpr double gap = 3;       // between ticks and texts at the frame's edges
 static constexpr int mostLines = 20;
 
 // The middle of a text of that length along an axis; NaN if it isn't shown.
-static double middleAlong(double position, bool floating, double textLength, const Scale &scale) {
+static double middleAlong(double position, bool floating, double textLength, const Scale &scale,
+                          double inset) {
     if (floating) return scale.shows(position) ? scale.position(position) : unset;
     const double part = limited(position, -1, 2, 0.5);
     const double room = scale.length - textLength - 2 * inset;
@@ -21,6 +22,7 @@ static double middleAlong(double position, bool floating, double textLength, con
 void drawTexts(cairo_t *cr, const std::vector<PlacedText> &texts, const PlacedFrame &frame,
                const Typesetter &typesetter) {
     cairo_set_source_rgb(cr, 0, 0, 0);
+    const double inset = frame.tickLength + gap;
     for (const PlacedText &placed : texts) {
         const RichText text = richTextOf(placed.text);
         if (text.empty()) continue;
@@ -32,9 +34,10 @@ void drawTexts(cairo_t *cr, const std::vector<PlacedText> &texts, const PlacedFr
         const double s = std::abs(std::sin(angle * G_PI / 180));
         const double width = set.ink().width() * c + set.ink().height() * s;
         const double height = set.ink().width() * s + set.ink().height() * c;
-        const Point middle{middleAlong(placed.x, placed.xFloating, width, frame.axes[xAxis].scale),
-                           frame.height - middleAlong(placed.y, placed.yFloating, height,
-                                                      frame.axes[yAxis].scale)};
+        const Point middle{
+            middleAlong(placed.x, placed.xFloating, width, frame.axes[xAxis].scale, inset),
+            frame.height -
+                middleAlong(placed.y, placed.yFloating, height, frame.axes[yAxis].scale, inset)};
         if (!isBreak(middle)) set.draw(cr, middle, angle, set.middleOfInk());
     }
 }

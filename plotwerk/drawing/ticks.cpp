@@ -150,17 +150,20 @@ static AxisMarks linearMarks(const Axis &axis, const Scale &scale, double spacin
     RoundStep finest = finestStepFrom(span / most);
     while (multiplesOf(finest.value(), scale).size() < 2) finest = finest.finer();
 
-    // a wider step until the numbers fit, but never less than two numbers for want of room
+    // a wider step until the numbers fit, in no more decimals than the axis asks for; but never
+    // less than two numbers for want of that
     RoundStep step = finest;
     AxisMarks marks;
+    bool precise = true;
     const auto markAt = [&](const RoundStep &at) {
         marks.ticks = multiplesOf(at.value(), scale);
         const NumberFormat format = formatOfNumbers(at.value(), largestMagnitude(marks.ticks),
                                                     axis.precision, axis.exponents);
         marks.numbers = numbersAt(marks.ticks, format);
+        precise = axis.precision < 0 || format.decimals <= axis.precision;
     };
     markAt(step);
-    while (!fit(marks.numbers) && marks.numbers.size() > 1) {
+    while (marks.numbers.size() > 1 && !(precise && fit(marks.numbers))) {
         step = step.coarser();
         markAt(step);
     }

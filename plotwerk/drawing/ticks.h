@@ -26,8 +26,9 @@ struct AxisMarks {
 // Whether numbers can stand beside each other without touching.
 using NumbersFit = std::function<bool(const std::vector<AxisNumber> &)>;
 
-// Ticks at round numbers, at the axis's increment where it has one, with as many numbers as fit:
-// one for about every `spacing` points of length, divided by the label density.
+// Ticks at round numbers, at the axis's increment where it has one, else no closer than its
+// precision, with as many numbers as fit: one for about every `spacing` points of length, divided
+// by the label density.
 //
 // A logarithmic axis has ticks at the decades, at every n-th one where there are many, at the
 // axis's logTicksAt-th and logNumbersAt-th where given, and numbers in between where there are few.

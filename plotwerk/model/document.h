@@ -97,7 +97,7 @@ struct Axis {
     std::string title; // RTF or plain text
     double increment = unset;
     int ticks = -1;     // small ticks between two numbers; -1 automatic
-    int precision = -1; // decimals of the numbers; -1 automatic
+    int precision = -1; // decimals of the numbers, at least; -1 automatic
     bool logarithmic = false;
     bool insideTicks = true;
     bool outsideTicks = false;

@@ -97,6 +97,8 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
         {{0, 10},
          [](Axis &axis) { axis.increment = 2.5, axis.precision = 3; },
          "0.000 2.500 5.000 7.500 10.000"},
+        {{-1.1, 1.1}, [](Axis &axis) { axis.precision = 0; }, "\u22121 0 1"},
+        {{0, 0.3}, [](Axis &axis) { axis.precision = 0; }, "0.00 0.05 0.10 0.15 0.20 0.25 0.30"},
         {{0, 40},
          [](Axis &axis) { axis.exponents = true; },
          "0 1\u00d7101 2\u00d7101 3\u00d7101 4\u00d7101"},
