@@ -98,10 +98,9 @@ static void strokeAsImage(cairo_t *cr, const Path &path, double thickness, const
 
 void strokePath(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed, const Box &box) {
     setColour(cr, look.lineColour);
-    // the cost of a stroke on a raster grows with the crossings in it; but a colour that is not
-    // opaque would be painted twice where parts of it meet
+    // a colour that is not opaque would be painted twice where parts meet
     const bool whole = look.lineColour.opacity < 1;
-    if (path.size() > (whole ? mostVectors / 20 : mostVectors)) {
+    if (path.size() > (whole ? mostAtOnce : mostVectors)) {
         strokeAsImage(cr, path, thicknessOf(look), box);
         return;
     }

@@ -9,7 +9,10 @@
 
 namespace plotwerk {
 
-constexpr size_t mostVectors = 100000; // points of paths that are drawn as vectors, not as an image
+// Points of what is drawn as vectors, not as an image: in parts, or at once, where the cost of a
+// raster grows with the crossings in it.
+constexpr size_t mostVectors = 100000;
+constexpr size_t mostAtOnce = 10000;
 
 // In points, within bounds.
 double thicknessOf(const CurveLook &look);

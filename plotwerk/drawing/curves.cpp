@@ -40,7 +40,7 @@ static void fillArea(cairo_t *cr, const Path &path, double base, const CurveLook
         length += lengthOf(ring);
     }
     setColour(cr, look.fillColour);
-    if (size > mostVectors) {
+    if (size > mostAtOnce) {
         DenseImage image(frame.box(), dpiFor(length));
         image.fill(rings);
         image.paintOn(cr);

@@ -3,8 +3,11 @@
 #include "plotwerk/drawing/picture.h"
 #include "tests/plotwerk/drawing/samples.h"
 
+#include <climits>
 #include <cmath>
+#include <complex>
 #include <gtest/gtest.h>
+#include <numeric>
 #include <regex>
 #include <sstream>
 
@@ -24,12 +27,12 @@ std::vector<double> numbersAfter(const std::string &text, const std::string &key
 }
 
 std::vector<double> pageSizeOf(const std::string &pdf) {
-    return numbersAfter(outputOf("pdfinfo FILE", pdf), "Page size:");
+    return numbersAfter(outputOf("pdfinfo $f", pdf), "Page size:");
 }
 
 // What ghostscript finds drawn: left, bottom, right, top.
 std::vector<double> inkBoxOf(const std::string &file) {
-    return numbersAfter(outputOf("gs -q -dNOPAUSE -dBATCH -sDEVICE=bbox FILE", file),
+    return numbersAfter(outputOf("gs -q -dNOPAUSE -dBATCH -sDEVICE=bbox $f", file),
                         "%%HiResBoundingBox:");
 }
 
@@ -81,7 +84,7 @@ TEST(Pdf, HoldsNumbersTitlesAndTextsAsText) {
         {documentWith({5}, {7}), {"5.2"}, {}},
     };
     for (const auto &c : cases) {
-        const std::string text = outputOf("pdftotext -layout FILE -", pdfOfDocument(c.document));
+        const std::string text = outputOf("pdftotext -layout $f -", pdfOfDocument(c.document));
         for (const std::string &part : c.there)
             EXPECT_TRUE(contains(text, part)) << part << " in\n" << text;
         for (const std::string &part : c.notThere)
@@ -89,111 +92,92 @@ TEST(Pdf, HoldsNumbersTitlesAndTextsAsText) {
     }
 }
 
-TEST(Pdf, IsVectorsOnAPageCutToThePlot) {
-    Document document = sineOverTimeWithTexts();
-    document.frame.xAxisLength = 10;
-    document.frame.yAxisLength = 5;
-    const std::string pdf = pdfOfDocument(document);
-    const std::vector<double> page = pageSizeOf(pdf);
-    ASSERT_EQ(page.size(), 2u);
-    // numbers and titles take some 40 points
-    EXPECT_TRUE(page[0] > 283.5 + 25 && page[0] < 283.5 + 60) << page[0];
-    EXPECT_TRUE(page[1] > 141.7 + 25 && page[1] < 141.7 + 60) << page[1];
-
-    const std::string fonts = outputOf("pdffonts FILE", pdf);
-    EXPECT_TRUE(contains(fonts, "DejaVuSans")) << fonts;
-    EXPECT_FALSE(std::regex_search(fonts, std::regex("\\bno +(yes|no) +(yes|no) "))) << fonts;
-    EXPECT_FALSE(contains(outputOf("pdfimages -list FILE", pdf), "image "));
-}
-
-TEST(Eps, BoundingBoxHoldsThePlot) {
-    Document opaque = sineOverTimeWithTexts();
-    Document clear = opaque; // drawn with the help of images
+TEST(Pages, AreCutToThePlotWithFontsEmbedded) {
+    const Document opaque = sineOverTimeWithTexts();
+    Document clear = opaque; // drawn with the help of images in EPS
     onlyCurve(clear).look.lineColour.opacity = 0.5;
     for (const Document &document : {opaque, clear}) {
+        const std::string pdf = pdfOfDocument(document);
+        const std::vector<double> page = pageSizeOf(pdf);
+        ASSERT_EQ(page.size(), 2u);
+        // axes of 12 and 8 cm, numbers and titles of some 40 points
+        EXPECT_TRUE(page[0] > 340.2 + 25 && page[0] < 340.2 + 60) << page[0];
+        EXPECT_TRUE(page[1] > 226.8 + 25 && page[1] < 226.8 + 60) << page[1];
+        const std::string fonts = outputOf("pdffonts $f", pdf);
+        EXPECT_TRUE(contains(fonts, "DejaVuSans")) << fonts;
+        EXPECT_FALSE(std::regex_search(fonts, std::regex("\\bno +(yes|no) +(yes|no) "))) << fonts;
+        EXPECT_FALSE(contains(outputOf("pdfimages -list $f", pdf), "image "));
+
         const std::string eps = epsOfDocument(document);
-        const std::vector<double> said = numbersAfter(eps, "%%BoundingBox:");
-        const std::vector<double> drawn = inkBoxOf(eps);
-        ASSERT_EQ(said.size(), 4u);
-        ASSERT_EQ(drawn.size(), 4u);
-        EXPECT_TRUE(said[0] <= drawn[0] && said[1] <= drawn[1]);
-        EXPECT_TRUE(said[2] >= drawn[2] && said[3] >= drawn[3]);
-        EXPECT_GT((drawn[2] - drawn[0]) * (drawn[3] - drawn[1]),
-                  0.9 * (said[2] - said[0]) * (said[3] - said[1]));
+        const std::vector<double> ink = inkBoxOf(eps);
+        ASSERT_EQ(ink.size(), 4u);
+        EXPECT_EQ(numbersAfter(eps, "%%BoundingBox:"),
+                  (std::vector<double>{0, 0, page[0], page[1]}));
+        for (const double margin : {ink[0], ink[1], page[0] - ink[2], page[1] - ink[3]})
+            EXPECT_TRUE(margin >= 0 && margin < 5) << margin;
+
+        const std::string info = outputOf("tiffinfo -D $f", tiffOfDocument(document));
+        EXPECT_EQ(numbersAfter(info, "Image Width:").at(0), std::ceil(page[0] * 300 / 72)) << info;
+        EXPECT_EQ(numbersAfter(info, "Image Length:").at(0), std::ceil(page[1] * 300 / 72)) << info;
+        EXPECT_TRUE(contains(info, "Resolution: 300, 300 pixels/inch")) << info;
+        EXPECT_TRUE(contains(info, "Compression Scheme: LZW")) << info;
     }
 }
 
-TEST(Tiff, HasThePagesSizeAt300Dpi) {
-    const Document document = sineDocument();
-    const std::vector<double> page = pageSizeOf(pdfOfDocument(document));
-    const std::string info = outputOf("tiffinfo -D FILE", tiffOfDocument(document));
-    EXPECT_EQ(numbersAfter(info, "Image Width:").at(0), std::ceil(page.at(0) * 300 / 72)) << info;
-    EXPECT_EQ(numbersAfter(info, "Image Length:").at(0), std::ceil(page.at(1) * 300 / 72)) << info;
-    EXPECT_TRUE(contains(info, "Resolution: 300, 300 pixels/inch")) << info;
-    EXPECT_TRUE(contains(info, "Compression Scheme: LZW")) << info;
-}
-
 TEST(Pictures, AreTheSameBytesForTheSameDocument) {
-    const Document document = sineOverTimeWithTexts();
     for (const auto &make : {pdfOfDocument, epsOfDocument, tiffOfDocument}) {
-        const std::string first = make(document);
-        EXPECT_EQ(first, make(document));
+        const std::string first = make(sineOverTimeWithTexts());
+        EXPECT_EQ(first, make(sineOverTimeWithTexts()));
         EXPECT_FALSE(contains(first, "CreationDate"));
     }
 }
 
-TEST(Pictures, OfManyPointsStaySmallAndShowThem) {
-    const Document noise = noiseDocument(1000000);
-    Document bars = noise;
-    onlyCurve(bars).look.marker = onlyCurve(bars).look.filled = true;
-    Document symbols = cloudDocument(200000);
-    onlyCurve(symbols).look.line = false;
-    onlyCurve(symbols).look.symbols = true;
-    const struct {
-        const char *what;
-        Document document;
-    } cases[] = {{"noise", noise},
-                 {"area and markers", bars},
-                 {"symbols", symbols},
-                 {"tangled line", cloudDocument(110000)}};
-    for (const auto &c : cases) {
-        EXPECT_LT(pdfOfDocument(c.document).size(), 1000000u) << c.what;
-        const double ink = inkedPart(c.document);
-        EXPECT_TRUE(ink > 0.3 && ink < 0.9) << c.what << ' ' << ink;
+TEST(Pictures, OfAMillionPointsStaySmallAndShowThem) {
+    Document noise = cloudDocument(1000000);
+    std::vector<double> &x = noise.sources[0].tables[0].x.values;
+    std::iota(x.begin(), x.end(), 0);
+    for (const bool all : {false, true}) {
+        CurveLook &look = onlyCurve(noise).look;
+        look.marker = look.filled = look.dashed = all;
+        EXPECT_LT(pdfOfDocument(noise).size(), 1000000u) << all;
+        const double ink = inkedPart(noise);
+        EXPECT_TRUE(ink > 0.3 && ink < 0.9) << all << ' ' << ink;
     }
 }
 
-// One curve with more symbols or lines than are drawn as vectors looks as the same in parts that
-// are.
+// One curve with more symbols, lines or area than are drawn as vectors looks as the same in parts
+// that are.
 TEST(Pictures, AsImagesLookLikeVectors) {
     Document symbols = cloudDocument(30000);
-    onlyCurve(symbols).look.line = false;
-    onlyCurve(symbols).look.symbols = true;
-    onlyCurve(symbols).look.symbol[0] = 3; // open squares, white inside where they are vectors
-    onlyCurve(symbols).look.symbolSize = 1;
+    CurveLook &look = onlyCurve(symbols).look;
+    look.line = false;
+    look.symbols = true;
+    look.symbol[0] = 3; // open squares, white inside where they are vectors
+    look.symbolSize = 1;
     Document ring = cloudDocument(120000);
     std::vector<double> &x = ring.sources[0].tables[0].x.values;
-    std::vector<double> &y = onlyCurve(ring).values;
     for (size_t i = 0; i < x.size(); ++i) {
-        const double radius = 1 + 0.1 * x[i];
-        x[i] = radius * std::cos(4e-4 * static_cast<double>(i));
-        y[i] = radius * std::sin(4e-4 * static_cast<double>(i));
+        const std::complex<double> p = std::polar(1 + 0.1 * x[i], 4e-4 * static_cast<double>(i));
+        x[i] = p.real();
+        onlyCurve(ring).values[i] = p.imag();
     }
-    for (const Document &whole : {symbols, ring}) {
+    Document area = ring;
+    onlyCurve(area).look.line = false;
+    onlyCurve(area).look.filled = true;
+    onlyCurve(area).look.fillColour = {};
+    onlyCurve(area).values.resize(27000);
+    area.sources[0].tables[0].x.values.resize(27000);
+    for (const Document &whole : {symbols, ring, area}) {
         Document parts = whole;
-        parts.sources[0].tables.clear();
-        for (size_t part = 0; part < 3; ++part) {
-            Table table = whole.sources[0].tables[0];
-            for (std::vector<double> *values : {&table.x.values, &table.y[0].values}) {
-                const size_t third = values->size() / 3;
-                values->erase(values->begin(), values->begin() + static_cast<long>(part * third));
-                values->resize(third);
-            }
-            parts.sources[0].tables.push_back(table);
-        }
+        std::vector<Table> &tables = parts.sources[0].tables;
+        tables.assign(3, tables[0]);
+        for (size_t i = 0; i < tables[0].x.values.size(); ++i)
+            for (size_t part = 0; part < 3; ++part)
+                if (3 * i / tables[0].x.values.size() != part) tables[part].x.values[i] = unset;
         const double ink = inkedPart(parts);
         EXPECT_GT(ink, 0.05);
-        EXPECT_NEAR(inkedPart(whole), ink, 0.05 * ink);
+        EXPECT_NEAR(inkedPart(whole), ink, 0.08 * ink);
+        EXPECT_LT(pdfOfDocument(whole).size(), 1000000u);
     }
 }
 
@@ -228,80 +212,69 @@ TEST(Pictures, ShowWhatTheLookSays) {
 
 TEST(Pictures, ShowErrorBarsFromTheColumnOfThatName) {
     Document document = documentWith({1, 2, 3}, {2, 3, 2});
-    document.axes[xAxis].range = {0, 4};
-    document.axes[yAxis].range = {0, 5};
-    Table &table = document.sources[0].tables[0];
-    Column errors;
-    errors.name = "y error";
-    errors.values = {1, 1, 1};
-    errors.look.visible = false;
-    table.y.push_back(errors);
-    const double without = inkedPart(document);
-    table.y[0].look.yError = true;
+    std::vector<Column> &columns = document.sources[0].tables[0].y;
+    columns.push_back({"y error", {1, 1, 1}, {}});
+    columns[1].look.visible = false;
+    EXPECT_LT(inkedPart(document), 0.01);
+    columns[0].look.yError = true;
     const double with = inkedPart(document);
-    EXPECT_GT(with, 1.2 * without);
-    table.y[1].look.visible = true; // as error bars only, not as a curve of its own
+    EXPECT_GT(with, 0.01);          // in limits of 1..4, no longer 2..3
+    columns[1].look.visible = true; // as error bars only, not as a curve of its own
     EXPECT_EQ(inkedPart(document), with);
-    table.y[1].name = "z error";
-    table.y[1].look.visible = false;
-    EXPECT_EQ(inkedPart(document), without);
+    columns[1].name = "z error";
+    EXPECT_NE(inkedPart(document), with);
 }
 
 // Nothing crashes, hangs or grows beyond reason, whatever a document says.
 TEST(Pictures, BringAbsurdSettingsWithinBounds) {
-    const double nan = unset;
-    for (const double wild : {0.0, -3.0, 1e9, 1e308, -1e308, nan, static_cast<double>(INFINITY)}) {
-        Document document =
-            documentWith({-1e308, 0, nan, 1, 2, 1e308, INFINITY}, {1e308, -1e308, 1, nan, 2, 3, 4});
+    for (const double wild : {0.0, -3.0, 1e9, 1e308, -1e308, unset, double{INFINITY}}) {
+        Document document = documentWith({-1e308, 0, unset, 1, 2, 1e308, INFINITY},
+                                         {1e308, -1e308, 1, unset, 2, 3, 4});
         CurveLook &look = onlyCurve(document).look;
         look.symbols = look.marker = look.filled = look.stepped = look.dashed = true;
         look.yError = look.xError = true;
         look.lineThickness = look.symbolSize = look.interpolationPoints = wild;
         look.lineColour = look.fillColour = {wild, wild, wild, wild};
         look.dashLength = {wild, wild, wild, wild};
-        look.symbol = {-7, 2147483647, -2147483647 - 1, 3};
-        look.symbolInc = look.interpolationType = -2147483647;
-        Column errors;
-        errors.name = "y error";
-        errors.values = {wild, 1, 2, 3, 4, 5, 1e308};
-        document.sources[0].tables[0].y.push_back(errors);
+        look.symbol = {-7, INT_MAX, INT_MIN, 3};
+        look.symbolInc = look.interpolationType = -INT_MAX;
+        document.sources[0].tables[0].y.push_back({"y error", {wild, 1, 2, 3, 4, 5, 1e308}, {}});
         document.frame = {wild, wild, wild, wild, wild, wild, false, true};
         for (Axis &axis : document.axes) {
             axis.increment = axis.labelAngle = axis.labelDensity = wild;
             axis.range = {wild, -wild};
-            axis.ticks = axis.precision = axis.logTicksAt = axis.logNumbersAt = 2147483647;
+            axis.ticks = axis.precision = axis.logTicksAt = axis.logNumbersAt = INT_MAX;
             axis.majorGrid = axis.minorGrid = axis.outsideTicks = axis.arrow = true;
         }
-        document.texts.push_back({"{\\rtf1 {{{", wild, wild, wild, false, false});
-        document.texts.push_back({std::string(100000, '\n') + 'x', wild, wild, wild, true, false});
+        document.texts = {{"{\\rtf1 {{{", wild, wild, wild, false, false},
+                          {std::string(100000, '\n') + 'x', wild, wild, wild, true, false}};
         for (const bool logarithmic : {false, true}) {
             document.axes[xAxis].logarithmic = document.axes[yAxis].logarithmic = logarithmic;
-            const Picture picture(document);
-            EXPECT_LT(picture.page().width(), 6000) << wild << ' ' << logarithmic;
-            EXPECT_LT(picture.page().height(), 6000) << wild << ' ' << logarithmic;
+            const Box page = Picture(document).page();
+            EXPECT_LT(page.width() + page.height(), 12000) << wild << ' ' << logarithmic;
             EXPECT_LT(pdfOfDocument(document).size(), 300000u) << wild << ' ' << logarithmic;
         }
     }
 }
 
 TEST(Frame, NumbersOfDifferentAxesStandApart) {
-    const Typesetter typesetter;
+    Document document = sineDocument();
+    for (double &x : document.sources[0].tables[0].x.values) x = x * 1e5 + 1e9;
     for (const double position : {unset, 0.0, 3.0})
         for (const bool inside : {false, true}) {
-            Document document = sineDocument();
-            for (double &x : document.sources[0].tables[0].x.values) x = x * 1e5 + 1e9;
             document.frame.xAxisPos = position;
             document.frame.yAxisPos = 1e9 + 1e5 * position;
             for (Axis &axis : document.axes) axis.numbersInside = inside;
-            const PlacedFrame frame = frameOf(document, drawnCurvesOf(document), typesetter);
+            const PlacedFrame frame = frameOf(document, drawnCurvesOf(document), Typesetter());
             std::vector<Box> boxes;
             for (const PlacedAxis &axis : frame.axes)
                 for (const PlacedNumber &number : axis.numbers) boxes.push_back(number.bounds());
             EXPECT_GE(boxes.size(), 6u);
             for (size_t i = 0; i < boxes.size(); ++i)
                 for (size_t k = 0; k < i; ++k)
-                    EXPECT_FALSE(boxes[i].left < boxes[k].right && boxes[k].left < boxes[i].right &&
-                                 boxes[i].top < boxes[k].bottom && boxes[k].top < boxes[i].bottom)
+                    EXPECT_TRUE(boxes[i].left >= boxes[k].right ||
+                                boxes[k].left >= boxes[i].right ||
+                                boxes[i].top >= boxes[k].bottom || boxes[k].top >= boxes[i].bottom)
                         << position << ' ' << inside << ": " << i << " and " << k;
         }
 }
@@ -340,7 +313,7 @@ TEST(Composition, KeepsPicturesAsTheyWereAndAsText) {
     composition.add(document, {50, 100, 300, 200}, unset, unset);
     const std::string pdf = composition.pdf();
     EXPECT_EQ(pdf, composition.pdf());
-    const std::string text = outputOf("pdftotext FILE -", pdf);
+    const std::string text = outputOf("pdftotext $f -", pdf);
     EXPECT_TRUE(contains(text, "before") && contains(text, "after")) << text;
     EXPECT_EQ(pageSizeOf(pdf), (std::vector<double>{595, 842}));
 

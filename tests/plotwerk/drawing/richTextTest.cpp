@@ -7,24 +7,17 @@ using namespace plotwerk;
 
 namespace {
 
-// Each run as its look in braces, where it has one, and its text.
+// Each run as its look in braces, sizes and rises in half points, and its text.
 std::string described(const RichText &text) {
     std::string all;
     for (const TextRun &run : text) {
-        std::string look;
-        if (run.bold) look += 'b';
-        if (run.italic) look += 'i';
+        std::string look = (run.bold ? "b" : "") + std::string(run.italic ? "i" : "");
         if (run.underline) look += 'u';
         if (run.script != 0) look += run.script > 0 ? '^' : '_';
         if (!std::isnan(run.size)) look += std::to_string(std::lround(2 * run.size));
-        if (run.rise != 0)
-            look +=
-                (run.rise > 0 ? '+' : '-') + std::to_string(std::lround(2 * std::abs(run.rise)));
-        if (!look.empty())
-            all += '<' + look + '>';
-        else if (!all.empty())
-            all += "<>";
-        all += run.text;
+        if (run.rise > 0) look += '+';
+        if (run.rise != 0) look += std::to_string(std::lround(2 * run.rise));
+        all += look.empty() && all.empty() ? run.text : '<' + look + '>' + run.text;
     }
     return all;
 }

@@ -15,17 +15,13 @@ plotwerk::Document sineDocument();
 
 plotwerk::Column &onlyCurve(plotwerk::Document &document);
 
-// So many points of noise about a sine.
-plotwerk::Document noiseDocument(int points);
-
 // So many points in no order.
-plotwerk::Document cloudDocument(int points);
+plotwerk::Document cloudDocument(size_t points);
 
 // The part (0..1) of the frame's inside that isn't white.
 double inkedPart(const plotwerk::Document &document);
 
-// What a program prints, given the bytes as the file whose path replaces FILE in the command.
-// A program that is missing or fails is a failure of the test.
+// What a shell command prints, given the bytes as the file $f. A failure fails the test.
 std::string outputOf(const std::string &command, const std::string &bytes);
 
 #endif

@@ -70,38 +70,28 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
         const char *want;
     } cases[] = {
         {{0, 10}, linear, "0 2 4 6 8 10"},
-        {{0, 1}, linear, "0.0 0.2 0.4 0.6 0.8 1.0"},
         {{-0.3, 0.3}, linear, "\u22120.3 \u22120.2 \u22120.1 0.0 0.1 0.2 0.3"},
         {{0.13, 9.7}, linear, "2 4 6 8"},
-        {{1000, 5000}, linear, "1000 1500 2000 2500 3000 3500 4000 4500 5000"},
         {{0, 4e6}, linear, "0 1\u00d7106 2\u00d7106 3\u00d7106 4\u00d7106"},
-        {{0, 2e-7},
+        {{-1e-7, 1e-7},
          linear,
-         "0 0.5\u00d710\u22127 1.0\u00d710\u22127 1.5\u00d710\u22127 2.0\u00d710\u22127"},
+         "\u22121.0\u00d710\u22127 \u22120.5\u00d710\u22127 0 0.5\u00d710\u22127 "
+         "1.0\u00d710\u22127"},
         {{123456, 123457}, linear, "123456.0 123456.2 123456.4 123456.6 123456.8 123457.0"},
         {{1e6 - 1e-6, 1e6 + 1e-6}, linear, "999999.999999 1000000.000000 1000000.000001"},
         {{5, 5}, linear, "4.6 4.8 5.0 5.2 5.4"},
-        {{0, 1e300},
-         linear,
-         "0 0.2\u00d710300 0.4\u00d710300 0.6\u00d710300 0.8\u00d710300 1.0\u00d710300"},
         {{0.01, 1000}, logarithmic, "0.01 0.1 1 10 100 1000"},
-        {{1e-5, 1e2}, logarithmic, "10\u22125 10\u22124 10\u22123 10\u22122 10\u22121 100 101 102"},
-        {{1, 100}, logarithmic, "1 10 100"},
+        {{1, 1e6}, logarithmic, "100 101 102 103 104 105 106"},
         {{3, 60}, logarithmic, "3 5 7 10 20 30 50"},
         {{2, 8}, logarithmic, "2 3 4 5 6 7 8"},
         {{1000, 1010}, logarithmic, "1000 1002 1004 1006 1008 1010"},
         {{1e-300, 1e300}, logarithmic, "10\u2212300 10\u2212200 10\u2212100 100 10100 10200 10300"},
-        {{1, 1e4},
-         [](Axis &axis) { axis.logarithmic = true, axis.logNumbersAt = 2; },
-         "1 100 10000"},
-        {{0, 10},
-         [](Axis &axis) { axis.increment = 2.5, axis.precision = 3; },
-         "0.000 2.500 5.000 7.500 10.000"},
+        {{0, 5}, [](Axis &axis) { axis.increment = 2.5, axis.precision = 3; }, "0.000 2.500 5.000"},
         {{-1.1, 1.1}, [](Axis &axis) { axis.precision = 0; }, "\u22121 0 1"},
-        {{0, 0.3}, [](Axis &axis) { axis.precision = 0; }, "0.00 0.05 0.10 0.15 0.20 0.25 0.30"},
-        {{0, 40},
+        {{0, 0.1}, [](Axis &axis) { axis.precision = 0; }, "0.00 0.02 0.04 0.06 0.08 0.10"},
+        {{0, 15},
          [](Axis &axis) { axis.exponents = true; },
-         "0 1\u00d7101 2\u00d7101 3\u00d7101 4\u00d7101"},
+         "0 0.5\u00d7101 1.0\u00d7101 1.5\u00d7101"},
         {{0, 10}, [](Axis &axis) { axis.labelDensity = 0.4; }, "0 5 10"},
         // too many ticks for the paper; too many numbers
         {{0, 10}, [](Axis &axis) { axis.increment = 1e-9; }, "0 2 4 6 8 10"},
@@ -124,6 +114,8 @@ TEST(Ticks, HaveSmallOnesBetweenThem) {
     axis = {};
     axis.logarithmic = true;
     EXPECT_EQ(marksFor(axis, {1, 1000}).smallTicks.size(), 24u); // 2..9 in three decades
+    axis.logNumbersAt = 2;
+    EXPECT_EQ(joined(marksFor(axis, {1, 1e4})), "1 100 10000");
 }
 
 // Every axis has at least one number, few ticks, all within its limits, and none of its numbers
@@ -136,30 +128,28 @@ TEST(Ticks, StandApartOnNastyRanges) {
                             {1, 1.0000001},  {12345.678, 12345.679}, {99, 1e7},
                             {3e-5, 2e5},     {unset, unset},         {1e300, 1.0001e300}};
     const Typesetter typesetter;
-    for (const Side side : {Side::below, Side::leftOf})
-        for (const double length : {28.0, 57.0, 340.0, 2835.0})
+    Axis axis;
+    const auto check = [&](const Range &range, double length, Side side) {
+        SCOPED_TRACE(testing::Message()
+                     << range.min << ".." << range.max << " log " << axis.logarithmic << " length "
+                     << length << " angle " << axis.labelAngle << " increment " << axis.increment);
+        const Scale scale = scaleOf(axis, range, length);
+        const AxisMarks marks = marksBeside(axis, scale, side, typesetter);
+        EXPECT_TRUE(standApart(
+            placedNumbers(marks.numbers, scale, side, axis.labelAngle, 0, typesetter), side));
+        EXPECT_GE(marks.numbers.size(), length > 50 ? 1u : 0u);
+        EXPECT_LE(marks.ticks.size(), 1010u);
+        EXPECT_LE(marks.smallTicks.size(), 2010u);
+        for (const double tick : marks.ticks) EXPECT_TRUE(scale.shows(tick)) << tick;
+    };
+    for (axis.labelAngle = -60; axis.labelAngle <= 90; axis.labelAngle += 50)
+        for (const double increment : {unset, 0.05})
             for (const bool logarithmic : {false, true})
-                for (const double angle : {0.0, 30.0, 90.0, -60.0})
-                    for (const Range &range : ranges)
-                        for (const double increment : {unset, 0.05}) {
-                            Axis axis;
-                            axis.logarithmic = logarithmic;
-                            axis.labelAngle = angle;
-                            axis.increment = increment;
-                            const Scale scale = scaleOf(axis, range, length);
-                            const AxisMarks marks = marksBeside(axis, scale, side, typesetter);
-                            const auto numbers =
-                                placedNumbers(marks.numbers, scale, side, angle, 0, typesetter);
-                            const auto what = ::testing::Message()
-                                              << range.min << ".." << range.max << " log "
-                                              << logarithmic << " length " << length << " angle "
-                                              << angle << " side " << static_cast<int>(side)
-                                              << " increment " << increment;
-                            EXPECT_TRUE(standApart(numbers, side)) << what;
-                            EXPECT_GE(numbers.size(), length > 50 ? 1u : 0u) << what;
-                            EXPECT_LE(marks.ticks.size(), 1010u) << what;
-                            EXPECT_LE(marks.smallTicks.size(), 2010u) << what;
-                            for (const double tick : marks.ticks)
-                                EXPECT_TRUE(scale.shows(tick)) << tick << ' ' << what;
-                        }
+                for (const double length : {28.0, 57.0, 340.0, 2835.0})
+                    for (const Range &range : ranges) {
+                        axis.increment = increment;
+                        axis.logarithmic = logarithmic;
+                        check(range, length, Side::below);
+                        check(range, length, Side::leftOf);
+                    }
 }
