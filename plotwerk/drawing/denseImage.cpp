@@ -22,6 +22,12 @@ DenseImage::DenseImage(const Box &box_, double dpi)
       bits(wordsPerRow * static_cast<size_t>(rows)) {
 }
 
+// The first pixel whose middle lies at or beyond that place, from 0 on.
+static int pixelFrom(double place) {
+    constexpr double half = 0.5;
+    return static_cast<int>(std::max(place, 0.0) + half);
+}
+
 // The pixels from x on that are the word's set bits. The row has a word beyond the one with x.
 void DenseImage::setBits(int y, int x, uint64_t pixels) {
     uint64_t *word = &bits[static_cast<size_t>(y) * wordsPerRow + static_cast<size_t>(x / 64)];
@@ -32,8 +38,8 @@ void DenseImage::setBits(int y, int x, uint64_t pixels) {
 
 // The pixels of a row whose middle lies between left and right, in pixels.
 void DenseImage::setRow(int y, double left, double right) {
-    const int begin = static_cast<int>(std::clamp(left, 0.0, columns - 1.0) + 0.5);
-    const int end = static_cast<int>(std::clamp(right, 0.0, columns - 1.0) + 0.5);
+    const int begin = pixelFrom(std::min(left, columns - 1.0));
+    const int end = pixelFrom(std::min(right, columns - 1.0));
     for (int x = begin; x < end; x += 64)
         setBits(y, x, ~uint64_t{0} >> (64 - std::min(end - x, 64)));
 }
@@ -79,10 +85,10 @@ void DenseImage::fill(const std::vector<Path> &rings) {
             const int change = a.y < b.y ? 1 : -1;
             if (change < 0) std::swap(a, b);
             const double slope = (b.x - a.x) / (b.y - a.y);
-            const int end = std::min(static_cast<int>(b.y + 0.5), rows);
-            for (int y = static_cast<int>(std::max(a.y, 0.0) + 0.5); y < end; ++y) {
+            const int end = pixelFrom(std::min(b.y, 1.0 * rows));
+            for (int y = pixelFrom(a.y); y < end; ++y) {
                 const double x = a.x + (y + 0.5 - a.y) * slope;
-                const int column = static_cast<int>(std::clamp(x, 0.0, columns - 1.0) + 0.5);
+                const int column = pixelFrom(std::min(x, columns - 1.0));
                 changes[static_cast<size_t>(y) * columns + column] += change;
             }
         }
