@@ -257,6 +257,12 @@ TEST(Pictures, BringAbsurdSettingsWithinBounds) {
     }
 }
 
+TEST(Frame, BeginsWhereAreasDo) {
+    Document document = documentWith({1, 2}, {50, 60});
+    onlyCurve(document).look.filled = true;
+    EXPECT_EQ(frameOf(document, drawnCurvesOf(document), Typesetter()).axes[yAxis].scale.min, 0);
+}
+
 TEST(Frame, NumbersOfDifferentAxesStandApart) {
     Document document = sineDocument();
     for (double &x : document.sources[0].tables[0].x.values) x = x * 1e5 + 1e9;
