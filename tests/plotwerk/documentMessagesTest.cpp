@@ -57,7 +57,6 @@ TEST_F(DocumentMessages, SavedOnesComeBackFromBothKindsOfFile) {
     const std::string contents = contentsOf("Untitled");
     for (const bool binary : {false, true}) {
         EXPECT_TRUE(saveAs(pathOf("saved"), binary));
-        EXPECT_EQ(bytesOf(pathOf("saved")).front() == '{', !binary);
         close("Untitled", true);
         EXPECT_EQ(front(), "") << "nothing to be kept: " << lastError();
         open(pathOf("saved"));
@@ -105,8 +104,7 @@ TEST_F(DocumentMessages, DataTextIsReadIntoASourceNamedAfterItsFile) {
               std::tuple("Str\u00f6me", "r\u00f6hre.txt", true, 1, 0));
 
     open(file("picture", std::string("1 2\n\0\n", 6)));
-    EXPECT_EQ(lastError(), "openFile:file:doRangeOverAll: can't open " + pathOf("picture") +
-                               ": neither a saved document nor data text");
+    EXPECT_TRUE(holds(lastError(), "picture: neither a saved document nor data text"));
 }
 
 TEST_F(DocumentMessages, AnOpenDocumentIsNotOpenedTwice) {

@@ -27,27 +27,21 @@ TEST(Points, ValueAndIndexAtX) {
         {"NaN", {0, 2}, {1, 5}, nan_, nan_, -1},
         {"empty", {}, {}, 0, 0, -1},
         {"single, at it", {1}, {5}, 1, 5, 0},
-        {"single, beside it", {1}, {5}, 2, 0, 0},
         {"one NaN y", {0, 1}, {1, nan_}, 0.5, 1, 0},
         {"last of equal x", {0, 1, 1, 1, 2}, {0, 1, 1, 1, 2}, 1, 1, 3},
         {"x without number", {nan_, 0, nan_, nan_, 2, nan_}, {9, 1, 9, 9, 5, 9}, 1, 3, 1},
         {"last x before a gap", {nan_, 0, nan_, nan_, 2, nan_}, {9, 1, 9, 9, 5, 9}, 2, 5, 4},
         {"above, with gaps", {nan_, 0, nan_, 2, nan_}, {9, 1, 9, 5, 9}, 3, 0, 3},
-        {"below, with gaps", {nan_, 0, nan_, 2, nan_}, {9, 1, 9, 5, 9}, -1, 0, -1},
         {"one x only", {nan_, 1, nan_}, {9, 5, 9}, 1, 5, 1},
         {"no x at all", {nan_, nan_}, {9, 5}, 1, 0, -1},
         {"descending", {4, 2, 0}, {1, 5, 9}, 1, 7, 2},
         {"first of two segments", {0, 2, 0}, {0, 2, 8}, 1, 1, 2},
-        {"not ascending, with a gap", {4, nan_, 0}, {1, 5, 9}, 1, 7, 2},
-        {"not ascending, beyond", {4, 0}, {1, 9}, 5, 0, 0},
+        {"not ascending, beyond a gap", {4, nan_, 0}, {1, 5, 9}, 5, 0, 0},
     };
     for (const auto &c : cases) {
         const Document document = curve(c.x, c.y);
         const double value = valueAtX(document, c.at, -1);
-        if (std::isnan(c.value))
-            EXPECT_TRUE(std::isnan(value)) << c.what;
-        else
-            EXPECT_EQ(value, c.value) << c.what;
+        EXPECT_TRUE(value == c.value || (std::isnan(value) && std::isnan(c.value))) << c.what;
         EXPECT_EQ(indexAtX(document, c.at, 0), c.index) << c.what;
     }
 }

@@ -3,6 +3,7 @@
 #include "tests/plotwerk/model/documents.h"
 
 #include <cmath>
+#include <tuple>
 
 using namespace plotwerk;
 
@@ -11,12 +12,8 @@ TEST(Statistic, CoversAllValidPointsOfTheSelection) {
     t.y[0].place = 2;
     t.y[1].place = 1;
     const Statistic s = statisticOfSelection(documentOf(t));
-    EXPECT_EQ(s.name, "b");
-    EXPECT_EQ(s.points, 5);
-    EXPECT_EQ(s.min, -2);
-    EXPECT_EQ(s.max, 5);
-    EXPECT_EQ(s.sum, 9);
-    EXPECT_EQ(s.area, 2 + 8 + 0);
+    EXPECT_EQ(std::tuple(s.name, s.points, s.min, s.max, s.sum, s.area),
+              std::tuple("b", 5, -2.0, 5.0, 9.0, 2.0 + 8 + 0));
     EXPECT_DOUBLE_EQ(s.deviation, std::sqrt(26.8 / 5));
 }
 
