@@ -35,6 +35,7 @@ TEST(UniqueName, LeavesAFreeNameOrAppendsTheTimeAndThenTheProcessesCounter) {
     for (int second = 0; second < 600; ++second)
         taken.push_back(withTime("curve", before + second));
     std::vector<const char *> all;
+    all.reserve(taken.size());
     for (const std::string &t : taken) all.push_back(t.c_str());
     for (const char *end : {"#1", "#2"}) {
         std::strcpy(name, "curve");
