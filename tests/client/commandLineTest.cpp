@@ -150,6 +150,10 @@ TEST_F(CommandLineTest, ArgumentsChainCommandsAndKeepOptions) {
 }
 
 TEST_F(CommandLineTest, LongValuesAreCutToTheirBuffer) {
+    const auto formulaMessages = [](const std::string &text) {
+        return frontAsked + "setFormulaOf:'doc' formulaText:'" + text +
+               "'\nreadFormulaParameterOf:'doc' parameterList:'" + text + "'\n";
+    };
     startPlotwerk();
     for (const size_t length : {1023, 1024, 2000}) {
         const std::string given(length, 'a'), cut(1023, 'a');
@@ -162,10 +166,7 @@ TEST_F(CommandLineTest, LongValuesAreCutToTheirBuffer) {
     for (const size_t length : {65535, 65536, 100000}) {
         const std::string given(length, 'a'), cut(65535, 'a');
         runArguments({"-x", "setFormula", "-f", given, "-p", given, "-x", "setFormulaParameters"});
-        EXPECT_TRUE(takeMessages() == frontAsked + "setFormulaOf:'doc' formulaText:'" + cut +
-                                          "'\nreadFormulaParameterOf:'doc' parameterList:'" + cut +
-                                          "'\n")
-            << length;
+        EXPECT_TRUE(takeMessages() == formulaMessages(cut)) << length;
     }
 }
 
@@ -224,11 +225,13 @@ TEST_F(CommandLineTest, PlacedTextIsRtf) {
         {"a\tb", "a\\tab b"},
         {"\x01\x7f~", "\\'01\\'7f~"},
     };
+    const auto placeTextMessages = [](const std::string &rtf) {
+        return frontAsked + "setRTFTextOf:'doc' to:'{\\rtf1\\ansi\\uc1 " + rtf +
+               "}' at_X:0.5 at_Y:0.5 angle:0 xFloating:0 yFloating:0\n";
+    };
     startPlotwerk();
     for (const auto &[text, rtf] : cases) {
         runArguments({"-x", "placeText", "-t", text});
-        EXPECT_EQ(takeMessages(), frontAsked + "setRTFTextOf:'doc' to:'{\\rtf1\\ansi\\uc1 " + rtf +
-                                      "}' at_X:0.5 at_Y:0.5 angle:0 xFloating:0 yFloating:0\n")
-            << text;
+        EXPECT_EQ(takeMessages(), placeTextMessages(rtf)) << text;
     }
 }
