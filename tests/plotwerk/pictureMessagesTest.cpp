@@ -6,8 +6,6 @@
 
 namespace fs = std::filesystem;
 
-using nlohmann::literals::operator""_json;
-
 static constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 class PictureMessages : public ServerTest {
