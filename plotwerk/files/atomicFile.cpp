@@ -37,30 +37,52 @@ class Descriptor {
     const int number;
 };
 
-// A temporary file that is gone again unless it is moved into place.
-class Temporary {
+// What is to take a file's place. Until then it has no name, so that nothing of it stays behind
+// whenever the process is killed; where the file system can't do that, it has a temporary one.
+class Replacement {
   public:
-    explicit Temporary(const fs::path &besides)
-        : name((besides.parent_path() / ".plotwerk-XXXXXX").string()),
-          descriptor(mkostemp(name.data(), O_CLOEXEC)) {
-        if (descriptor.number < 0) refuse("write", besides, textOfErrno());
+    explicit Replacement(const fs::path &replaced)
+        : target(replaced), descriptor(opened(replaced.parent_path(), name)) {
+        if (descriptor.number < 0) refuse("write", target, textOfErrno());
     }
-    Temporary(const Temporary &) = delete;
-    Temporary &operator=(const Temporary &) = delete;
-    ~Temporary() {
-        if (!moved) unlink(name.c_str());
-    }
-
-    bool moveTo(const fs::path &path) {
-        moved = std::rename(name.c_str(), path.c_str()) == 0;
-        return moved;
+    Replacement(const Replacement &) = delete;
+    Replacement &operator=(const Replacement &) = delete;
+    ~Replacement() {
+        if (!name.empty()) unlink(name.c_str());
     }
 
-    std::string name;
-    const Descriptor descriptor;
+    // Under which it can be opened, with or without a name of its own.
+    std::string link() const { return "/proc/self/fd/" + std::to_string(descriptor.number); }
+
+    // Synced, it takes the place. False, with the reason in errno, when that can't be done.
+    bool moveIntoPlace(mode_t permissions) {
+        if (fchmod(descriptor.number, permissions) != 0 || fsync(descriptor.number) != 0)
+            return false;
+        if (name.empty() && !takeName()) return false;
+        if (std::rename(name.c_str(), target.c_str()) != 0) return false;
+        name.clear();
+        return true;
+    }
 
   private:
-    bool moved = false;
+    static int opened(const fs::path &directory, std::string &name) {
+        const int nameless = open(directory.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+        if (nameless >= 0) return nameless;
+        name = (directory / ".plotwerk-XXXXXX").string();
+        return mkostemp(name.data(), O_CLOEXEC);
+    }
+
+    // Only a file with a name can be moved over another. One of that name would be what a process
+    // with the same number left behind.
+    bool takeName() {
+        name = (target.parent_path() / (".plotwerk-" + std::to_string(getpid()))).string();
+        unlink(name.c_str());
+        return linkat(AT_FDCWD, link().c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+    }
+
+    const fs::path target;
+    std::string name; // empty: none
+    const Descriptor descriptor;
 };
 
 } // namespace
@@ -105,6 +127,17 @@ static mode_t permissionsOf(const fs::path &path) {
     return 0666 & ~mask;
 }
 
+// Where a path leads that may be a symbolic link, to a file or to where there is none yet.
+static fs::path withoutLinks(const fs::path &path) {
+    std::error_code error;
+    fs::path target = fs::absolute(path);
+    for (int links = 0; fs::is_symlink(target, error); ++links) {
+        if (links == 40) refuse("write", path, std::strerror(ELOOP));
+        target = target.parent_path() / fs::read_symlink(target, error);
+    }
+    return target;
+}
+
 static void syncDirectory(const fs::path &directory) {
     const Descriptor opened(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // Not every file system syncs directories; the file itself is already safe.
@@ -113,22 +146,14 @@ static void syncDirectory(const fs::path &directory) {
 
 void writeWholeFile(const fs::path &path, const std::function<void(std::ostream &)> &write) {
     if (path.empty()) refuse("write", path, std::strerror(ENOENT));
-    std::error_code error;
-    const fs::path target = fs::weakly_canonical(path, error);
-    if (error) refuse("write", path, error.message());
+    const fs::path target = withoutLinks(path);
     const mode_t permissions = permissionsOf(target);
 
-    Temporary temporary(target);
-    std::ofstream stream(temporary.name, std::ios::binary);
+    Replacement replacement(target);
+    std::ofstream stream(replacement.link(), std::ios::binary);
     write(stream);
     stream.close();
-    if (!stream) refuse("write", path, textOfErrno());
-
-    const int descriptor = temporary.descriptor.number;
-    if (fchmod(descriptor, permissions) != 0 || fsync(descriptor) != 0 ||
-        !temporary.moveTo(target)) {
-        refuse("write", path, textOfErrno());
-    }
+    if (!stream || !replacement.moveIntoPlace(permissions)) refuse("write", path, textOfErrno());
     syncDirectory(target.parent_path());
 }
 

@@ -39,9 +39,8 @@ static Formula formulaOf(const Document &document) {
 }
 
 static std::vector<double> valuesOf(const std::vector<FitParameter> &parameters) {
-    std::vector<double> values(parameters.size());
-    std::transform(parameters.begin(), parameters.end(), values.begin(),
-                   [](const FitParameter &parameter) { return parameter.value; });
+    std::vector<double> values;
+    for (const FitParameter &parameter : parameters) values.push_back(parameter.value);
     return values;
 }
 
@@ -76,8 +75,8 @@ static Range drawnRange(const FitData &data) {
         if (x < data.range.min || x > data.range.max) continue;
         range = {std::fmin(range.min, x), std::fmax(range.max, x)};
     }
-    if (!std::isnan(data.range.min)) range.min = data.range.min;
-    if (!std::isnan(data.range.max)) range.max = data.range.max;
+    if (std::isfinite(data.range.min)) range.min = data.range.min;
+    if (std::isfinite(data.range.max)) range.max = data.range.max;
     return range;
 }
 

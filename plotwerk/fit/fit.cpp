@@ -3,6 +3,7 @@
 #include "plotwerk/fit/levenbergMarquardt.h"
 
 #include <cmath>
+#include <utility>
 
 namespace plotwerk {
 
@@ -32,14 +33,23 @@ static std::string listed(const std::vector<std::string> &names) {
     return list;
 }
 
-// Why a fit of that many points can't even begin; empty when it can.
-static std::string obstacle(const Formula &formula, std::size_t points, std::size_t free,
-                            const std::vector<FitParameter> &parameters) {
+// The time for a step grows with the third power of the free parameters' number.
+constexpr std::size_t mostFree = 500;
+
+// Why the fit can't even begin; empty when it can.
+static std::string obstacle(const Formula &formula, const FitPoints &points, std::size_t free,
+                            const std::vector<FitParameter> &parameters, bool weighted) {
+    const std::size_t n = points.x.size();
     if (formula.usesY()) return "a formula that is fitted may not use y";
-    if (points == 0) return "no data in the fit range";
-    if (points < free)
-        return std::to_string(free) + " parameters for only " + std::to_string(points) +
-               (points == 1 ? " point" : " points");
+    if (n == 0)
+        return weighted ? "no data with an error above 0 in the fit range"
+                        : "no data in the fit range";
+    if (n < free)
+        return std::to_string(free) + " parameters for only " + std::to_string(n) +
+               (n == 1 ? " point" : " points");
+    if (free > mostFree)
+        return std::to_string(free) + " free parameters, which is more than " +
+               std::to_string(mostFree);
     for (const FitParameter &parameter : parameters)
         if (!std::isfinite(parameter.value)) return "parameter " + parameter.name + " has no value";
     return "";
@@ -77,12 +87,15 @@ FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParam
     }
 
     FitOutcome outcome;
-    outcome.result.points = static_cast<int>(points.x.size());
-    outcome.reason = obstacle(formula, points.x.size(), free.size(), parameters);
-    if (!outcome.reason.empty()) {
-        outcome.status = fitImpossible;
+    const auto failed = [&](FitStatus status, std::string reason) {
+        outcome.status = status;
+        outcome.reason = std::move(reason);
         return outcome;
-    }
+    };
+    outcome.result.points = static_cast<int>(points.x.size());
+    const std::string reason =
+        obstacle(formula, points, free.size(), parameters, !data.errors.empty());
+    if (!reason.empty()) return failed(fitImpossible, reason);
 
     Residuals<double> residuals(formula, points, values, free, deadline);
     Residuals<long double> extended(formula, points, values, free, deadline);
@@ -90,31 +103,24 @@ FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParam
     try {
         minimum = minimise(residuals, extended, start);
     } catch (const FitTooLong &) {
-        outcome.status = fitNotConverged;
-        outcome.reason = "no minimum found within " + std::to_string(limit.count()) + " seconds";
-        return outcome;
+        return failed(fitNotConverged,
+                      "no minimum found within " + std::to_string(limit.count()) + " seconds");
     }
     outcome.result.iterations = minimum.iterations;
     outcome.result.lambda = minimum.lambda;
 
     switch (minimum.ending) {
     case Ending::minimum: break;
-    case Ending::noStart:
-        outcome.status = fitWithoutValue;
-        outcome.reason = failingPoint(formula, points, values);
-        return outcome;
+    case Ending::noStart: return failed(fitWithoutValue, failingPoint(formula, points, values));
+    case Ending::notFound:
+        return failed(fitNotConverged,
+                      "no minimum found after " + std::to_string(minimum.iterations) + " steps");
     case Ending::undetermined: {
         std::vector<std::string> names;
         for (int k : minimum.vague) names.push_back(parameters[free[k]].name);
-        outcome.status = fitUndetermined;
-        outcome.reason = "the data do not determine " + listed(names) +
-                         (names.size() > 1 ? " independently" : "");
-        return outcome;
+        return failed(fitUndetermined, "the data do not determine " + listed(names) +
+                                           (names.size() > 1 ? " independently" : ""));
     }
-    case Ending::notFound:
-        outcome.status = fitNotConverged;
-        outcome.reason = "no minimum found after " + std::to_string(minimum.iterations) + " steps";
-        return outcome;
     }
 
     outcome.result.done = true;

@@ -62,12 +62,12 @@ void readParameterList(std::string_view text, std::vector<FitParameter> &paramet
         cursor += std::strspn(cursor, " \t\n,");
         if (*cursor == '\0') break;
 
-        const std::string here = uncut.substr(static_cast<std::size_t>(cursor - list.data()), 20);
+        const auto start = static_cast<std::size_t>(cursor - list.data());
         char *name = nullptr;
         char *value = nullptr;
         if (plw::scanEquation(&cursor, &name, &value) == 0)
             throw Refusal("parameter list: no \"name = value\" at \"" +
-                          here.substr(0, here.find('\n')) + "\"");
+                          uncut.substr(start, uncut.find('\n', start) - start) + "\"");
 
         const auto parameter = std::ranges::find(read, std::string_view(name), &FitParameter::name);
         if (parameter == read.end()) throw Refusal("no parameter \"" + std::string(name) + "\"");

@@ -1,15 +1,17 @@
 // Files are whole whenever they are looked at.
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/refusal.h"
-#include "tests/support/process.h"
 
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
+#include <fcntl.h>
+#include <functional>
 #include <gtest/gtest.h>
-#include <random>
+#include <set>
+#include <sys/ptrace.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -26,8 +28,12 @@ class AtomicFile : public testing::Test {
     }
     ~AtomicFile() override { fs::remove_all(directory); }
 
+    // In several pieces, so that there is a time when a part of the text is on its way.
     static void write(const fs::path &path, const std::string &text) {
-        writeWholeFile(path, [&](std::ostream &stream) { stream << text; });
+        writeWholeFile(path, [&](std::ostream &stream) {
+            for (size_t i = 0; i < text.size(); i += 1000)
+                stream << text.substr(i, 1000) << std::flush;
+        });
     }
 
     static std::string refusalOf(const std::function<void()> &work) {
@@ -39,55 +45,66 @@ class AtomicFile : public testing::Test {
         }
     }
 
-    size_t filesThere() const {
-        return static_cast<size_t>(std::distance(fs::directory_iterator(directory), {}));
+    // The names there, in order.
+    std::string listing() const {
+        std::set<std::string> names;
+        for (const auto &entry : fs::directory_iterator(directory))
+            names.insert(entry.path().filename());
+        std::string list;
+        for (const std::string &name : names) list += name + ' ';
+        return list;
     }
 
     fs::path directory;
     fs::path file;
 };
 
-TEST_F(AtomicFile, ReplacesTheOldBytesAndKeepsPermissionsAndLinks) {
-    write(file, "old");
-    fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
-    fs::create_symlink("file", directory / "link");
+TEST_F(AtomicFile, KeepsPermissionsAndLinks) {
+    fs::create_symlink("second", directory / "link");
+    fs::create_symlink(file, directory / "second");
+    const mode_t before = umask(027);
+    write(directory / "link", "old");
+    umask(before);
+    EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0640)) << "a new file";
 
+    fs::permissions(file, static_cast<fs::perms>(0604));
     write(directory / "link", "new\n");
     EXPECT_EQ(readWholeFile(file), "new\n");
-    EXPECT_TRUE(fs::is_symlink(directory / "link"));
-    EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-    EXPECT_EQ(filesThere(), 2U);
+    EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0604));
+    EXPECT_TRUE(fs::is_symlink(directory / "link") && fs::is_symlink(directory / "second"));
+    EXPECT_EQ(listing(), "file link second ");
 }
 
-TEST_F(AtomicFile, CreatesAFileWithThePermissionsOfTheMask) {
-    const mode_t before = umask(027);
-    write(file, "");
-    umask(before);
-    EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0640));
-    EXPECT_EQ(readWholeFile(file), "");
-}
-
-TEST_F(AtomicFile, WritesOnlyWhereARegularFileMayStand) {
+TEST_F(AtomicFile, IsARegularOneOrRefusedWithoutWaiting) {
     mkfifo((directory / "pipe").c_str(), 0600);
+    fs::create_symlink("loop", directory / "loop");
+    const std::string notThere = "No such file or directory";
     const struct {
-        std::string path, reason;
+        std::string path, written, read;
     } cases[] = {
-        {"", "No such file or directory"},
-        {directory.string(), "Is a directory"},
-        {(directory / "none" / "file").string(), "No such file or directory"},
-        {(directory / "pipe").string(), "not a regular file"},
-        {"/dev/null", "not a regular file"},
-        {(directory / std::string(300, 'n')).string(), "File name too long"},
+        {"", notThere, notThere},
+        {directory, "Is a directory", "Is a directory"},
+        {directory / "none" / "file", notThere, notThere},
+        {directory / "pipe", "not a regular file", "not a regular file"},
+        {"/dev/zero", "not a regular file", "not a regular file"},
+        {directory / "loop", "Too many levels of symbolic links",
+         "Too many levels of symbolic links"},
+        {directory / std::string(300, 'n'), "File name too long", "File name too long"},
     };
     for (const auto &c : cases) {
         EXPECT_EQ(refusalOf([&] { write(c.path, "text"); }),
-                  "can't write " + c.path + ": " + c.reason);
+                  "can't write " + c.path + ": " + c.written);
+        EXPECT_EQ(refusalOf([&] { readWholeFile(c.path); }),
+                  "can't read " + c.path + ": " + c.read);
     }
-    EXPECT_EQ(filesThere(), 1U);
-    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+    EXPECT_EQ(listing(), "loop pipe ");
+    EXPECT_TRUE(fs::is_character_file("/dev/zero"));
+    EXPECT_NE(readWholeFile("/proc/self/status").find("Pid:"), std::string::npos)
+        << "a file whose size isn't known beforehand";
 }
 
-TEST_F(AtomicFile, StaysAsItWasWhenTheWriterGivesUp) {
+// Where the writer gives up, and on a full disk, for which a limit stands.
+TEST_F(AtomicFile, StaysAsItWasWhenItCannotBeWritten) {
     write(file, "old");
     EXPECT_THROW(writeWholeFile(file,
                                 [](std::ostream &stream) {
@@ -95,13 +112,6 @@ TEST_F(AtomicFile, StaysAsItWasWhenTheWriterGivesUp) {
                                     throw std::bad_alloc();
                                 }),
                  std::bad_alloc);
-    EXPECT_EQ(readWholeFile(file), "old");
-    EXPECT_EQ(filesThere(), 1U);
-}
-
-// A limit stands for the full disk.
-TEST_F(AtomicFile, StaysAsItWasWhenThereIsNoRoom) {
-    write(file, "old");
     const auto tooLong = [&] {
         std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{100'000, 100'000};
@@ -112,74 +122,64 @@ TEST_F(AtomicFile, StaysAsItWasWhenThereIsNoRoom) {
     };
     EXPECT_EXIT(tooLong(), testing::ExitedWithCode(0), ": File too large$");
     EXPECT_EQ(readWholeFile(file), "old");
-    EXPECT_EQ(filesThere(), 1U);
+    EXPECT_EQ(listing(), "file ");
 }
 
-TEST_F(AtomicFile, ReadsRegularFilesOnlyAndNeverWaits) {
-    mkfifo((directory / "pipe").c_str(), 0600);
-    const struct {
-        std::string path, reason;
-    } cases[] = {
-        {"", "No such file or directory"},
-        {(directory / "none").string(), "No such file or directory"},
-        {directory.string(), "Is a directory"},
-        {(directory / "pipe").string(), "not a regular file"},
-        {"/dev/zero", "not a regular file"},
-    };
-    for (const auto &c : cases) {
-        EXPECT_EQ(refusalOf([&] { readWholeFile(c.path); }),
-                  "can't read " + c.path + ": " + c.reason);
+// Runs the work in a process that is stopped before and after each system call, and killed at the
+// n-th stop. `order` gets the calls of interest before that. False when the work ended earlier.
+static bool killedAtStop(int n, const std::function<void()> &work, std::string &order) {
+    const pid_t child = fork();
+    if (child == 0) {
+        ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+        raise(SIGSTOP);
+        work();
+        _exit(0);
     }
-    EXPECT_NE(readWholeFile("/proc/self/status").find("Pid:"), std::string::npos)
-        << "a file whose size isn't known beforehand";
-}
-
-static size_t evenLength(const std::string &text, char of) {
-    return text.find_first_not_of(of) == std::string::npos ? text.size() : 0;
-}
-
-// Written in many pieces, so that most of the time is spent with half a text on its way.
-static void writeInPieces(const fs::path &path, const std::string &text) {
-    constexpr size_t piece = 1000;
-    writeWholeFile(path, [&](std::ostream &stream) {
-        for (size_t i = 0; i < text.size(); i += piece) {
-            stream << text.substr(i, piece) << std::flush;
-        }
-    });
-}
-
-// Two texts take turns; whenever the writer is killed, the file is one of them.
-TEST_F(AtomicFile, IsOneOfTheWholeTextsWheneverItsWriterIsKilled) {
-    const std::string texts[] = {std::string(300'000, 'a'), std::string(500'000, 'b')};
-    write(file, texts[0]);
-    std::mt19937 random(1);
-    for (int round = 0; round < 40; ++round) {
-        int beats[2];
-        ASSERT_EQ(pipe(beats), 0);
-        const pid_t child = fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
-            for (size_t turn = 0;; ++turn) {
-                if (::write(beats[1], "", 1) != 1) _exit(1);
-                writeInPieces(file, texts[turn % 2]);
-            }
-        }
-        // A moment within the writing: so many turns, and a bit of one.
-        char beat = 0;
-        for (auto left = 1 + random() % 4; left > 0; --left) {
-            ASSERT_EQ(::read(beats[0], &beat, 1), 1);
-        }
-        for (volatile auto spin = random() % 2'000'000; spin > 0;) spin = spin - 1;
-        kill(child, SIGKILL);
-        int status = 0;
+    int status = 0;
+    waitpid(child, &status, 0);
+    ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD);
+    for (; n > 0; --n) {
+        ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
         waitpid(child, &status, 0);
-        close(beats[0]);
-        close(beats[1]);
-        ASSERT_TRUE(WIFSIGNALED(status)) << status;
-
-        const std::string found = readWholeFile(file);
-        ASSERT_TRUE(evenLength(found, 'a') == texts[0].size() ||
-                    evenLength(found, 'b') == texts[1].size())
-            << "round " << round << ", " << found.size() << " bytes";
+        if (!WIFSTOPPED(status)) {
+            EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+            return false;
+        }
+        __ptrace_syscall_info call{};
+        ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof call, &call);
+        if (call.op != PTRACE_SYSCALL_INFO_ENTRY) continue;
+        const auto number = static_cast<long>(call.entry.nr);
+        if (number == SYS_fsync) order += "sync ";
+        if (number == SYS_renameat2 || number == SYS_renameat || number == SYS_rename)
+            order += "move ";
     }
+    kill(child, SIGKILL);
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFSIGNALED(status)) << status;
+    return true;
+}
+
+TEST_F(AtomicFile, IsTheWholeOldOrTheWholeNewOneWheneverItsWriterIsKilled) {
+    const std::string texts[] = {std::string(30'000, 'a'), std::string(5'000, 'b')};
+    const int nameless = open(directory.c_str(), O_TMPFILE | O_WRONLY, 0600);
+    close(nameless);
+    std::string order;
+    int whole[2] = {0, 0};
+    bool killed = true;
+    for (int stop = 1; killed; ++stop) {
+        write(file, texts[0]);
+        order.clear();
+        killed = killedAtStop(
+            stop, [&] { write(file, texts[1]); }, order);
+        const std::string found = readWholeFile(file);
+        ASSERT_TRUE(found == texts[0] || found == texts[1]) << "stop " << stop << ", " << found;
+        ++whole[found == texts[1]];
+        const std::string left = listing();
+        const bool named = nameless < 0 || order.find("sync") != std::string::npos;
+        EXPECT_TRUE(named || left == "file ") << "stop " << stop << ", " << left;
+        if (left != "file ") fs::remove(directory / left.substr(0, left.find(' ')));
+    }
+    EXPECT_EQ(order, "sync move sync ");
+    EXPECT_GT(whole[0], 20);
+    EXPECT_GT(whole[1], 2);
 }

@@ -1,34 +1,46 @@
 #include "tests/plotwerk/fullDocument.h"
 
 #include "plotwerk/files/documentFields.h"
+#include "plotwerk/files/documentFile.h"
 
 #include <bit>
 #include <climits>
 #include <cmath>
 #include <cstdint>
+#include <sstream>
+#include <type_traits>
 
 using namespace plotwerk;
 
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double numbers[] = {0.1,
-                              -0.0,
-                              std::numeric_limits<double>::denorm_min(),
-                              std::numeric_limits<double>::max(),
-                              -infinity,
-                              1e300 / 3,
-                              unset,
-                              9007199254740993.0,
-                              infinity,
-                              -123456789.0,
-                              5e-5F};
+constexpr double subnormal = std::numeric_limits<double>::denorm_min();
+constexpr double numbers[] = {0.1,       -0.0,  subnormal,          1.7976931348623157e308,
+                              -infinity, unset, 9007199254740993.0, 1e300 / 3,
+                              infinity,  5e-5F, -123456789.0};
+
+// An archive that hands each plain value of a record, and of the records in it, to `leaf`.
+template<class Leaf> struct Walk {
+    Leaf leaf;
+    size_t elements = 0; // that lists of records are given; 0: they stay as they are
+
+    template<class T> void operator()(const char *key, T &value) {
+        if constexpr (std::is_invocable_v<Leaf &, const char *, T &>) {
+            leaf(key, value);
+        } else if constexpr (requires { value.begin(); }) {
+            if constexpr (requires { value.resize(elements); })
+                if (elements > 0) value.resize(elements);
+            for (auto &each : value) (*this)(key, each);
+        } else {
+            fields(*this, value);
+        }
+    }
+};
 
 // Gives each field a value of its own.
-class Filler {
-  public:
-    explicit Filler(size_t elements) : size(elements) {}
-
+struct Fill {
+    int count = 0;
     void operator()(const char *, bool &value) { value = !value; }
     void operator()(const char *, int &value) { value = ++count; }
     void operator()(const char *, double &value) {
@@ -40,40 +52,16 @@ class Filler {
     void operator()(const char *, std::vector<double> &values) {
         values.assign(std::begin(numbers), std::end(numbers));
     }
-    template<class T> void operator()(const char *key, std::vector<T> &records) {
-        records.resize(size);
-        for (T &record : records) (*this)(key, record);
-    }
-    template<class T, size_t n> void operator()(const char *key, std::array<T, n> &records) {
-        for (T &record : records) (*this)(key, record);
-    }
-    template<class T> void operator()(const char *, T &record) { fields(*this, record); }
-
-  private:
-    size_t size;
-    int count = 0;
 };
 
-class Lister {
-  public:
+struct List {
     std::vector<std::string> lines;
-
-    void operator()(const char *key, bool &value) { add(key, std::to_string(value)); }
     void operator()(const char *key, int &value) { add(key, std::to_string(value)); }
+    void operator()(const char *key, bool &value) { add(key, std::to_string(value)); }
+    void operator()(const char *key, std::string &value) { add(key, value); }
     void operator()(const char *key, double &value) {
         add(key, std::isnan(value) ? "nan" : std::to_string(std::bit_cast<uint64_t>(value)));
     }
-    void operator()(const char *key, std::string &value) { add(key, value); }
-    template<class T> void operator()(const char *key, std::vector<T> &records) {
-        add(key, "of " + std::to_string(records.size()));
-        for (T &record : records) (*this)(key, record);
-    }
-    template<class T, size_t n> void operator()(const char *key, std::array<T, n> &records) {
-        for (T &record : records) (*this)(key, record);
-    }
-    template<class T> void operator()(const char *, T &record) { fields(*this, record); }
-
-  private:
     void add(const std::string &key, const std::string &value) {
         lines.push_back(key + ' ' + value);
     }
@@ -81,17 +69,15 @@ class Lister {
 
 Document filled(size_t elements) {
     Document document;
-    Filler filler(elements);
-    fields(filler, document);
+    Walk<Fill> fill{{}, elements};
+    fields(fill, document);
 
     // Only one curve of a document is its fit data, and one the fit's.
-    for (Source &source : document.sources) {
-        for (Table &table : source.tables) {
+    for (Source &source : document.sources)
+        for (Table &table : source.tables)
             for (Column &column : table.y) column.fitData = column.drawnByFit = false;
-        }
-    }
-    document.sources.back().tables.back().y.back().fitData = true;
-    document.sources.back().tables.back().y.back().drawnByFit = true;
+    Column &last = document.sources.back().tables.back().y.back();
+    last.fitData = last.drawnByFit = true;
 
     document.formula = "x";
     for (FitParameter &parameter : document.parameters) {
@@ -120,7 +106,13 @@ Document smallDocument() {
 }
 
 std::vector<std::string> linesOf(Document document) {
-    Lister lister;
-    fields(lister, document);
-    return lister.lines;
+    Walk<List> list;
+    fields(list, document);
+    return list.leaf.lines;
+}
+
+std::string saved(const Document &document, bool binary) {
+    std::ostringstream stream;
+    writeDocument(stream, document, binary);
+    return stream.str();
 }

@@ -1,4 +1,4 @@
-// fullDocument.h - a document in which no field has its default, and how to compare two.
+// fullDocument.h - a document in which no field has its default, and how to compare and save one.
 #ifndef PLW_TESTS_PLOTWERK_FULLDOCUMENT_H
 #define PLW_TESTS_PLOTWERK_FULLDOCUMENT_H
 
@@ -16,5 +16,7 @@ plotwerk::Document smallDocument();
 
 // One line per saved field, "KEY VALUE", numbers by their bits ("nan" for every NaN).
 std::vector<std::string> linesOf(plotwerk::Document document);
+
+std::string saved(const plotwerk::Document &document, bool binary);
 
 #endif

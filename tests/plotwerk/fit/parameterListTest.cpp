@@ -100,42 +100,34 @@ TEST_F(ParameterList, ReadsWhatItWrote) {
         const std::string list = parameterList(fitted);
         std::vector<FitParameter> read = parametersNamed({"a", "b", "c"}, {});
         readParameterList(list, read);
-        EXPECT_EQ(read[0].value, 1.25) << list;
-        EXPECT_EQ(read[1].value, 0.1 + 0.2) << list;
-        EXPECT_TRUE(read[1].fixed) << list;
-        EXPECT_EQ(read[2].value, -2e-7) << list;
+        for (std::size_t j = 0; j < read.size(); j++) {
+            EXPECT_EQ(read[j].value, fitted[j].value) << list;
+            EXPECT_EQ(read[j].fixed, fitted[j].fixed) << list;
+        }
     }
-    // a comma that is no decimal one separates all the same
-    std::vector<FitParameter> read = parametersNamed({"a", "b"}, {});
-    readParameterList("a=1,5,b=2,25", read);
-    EXPECT_EQ(read[0].value, 1.5);
-    EXPECT_EQ(read[1].value, 2.25);
-}
-
-TEST_F(ParameterList, ANewFormulaKeepsWhatIsKnown) {
-    const std::vector<FitParameter> next = parametersNamed({"c", "b"}, parameters);
-    ASSERT_EQ(next.size(), 2u);
-    EXPECT_EQ(next[0].name, "c");
-    EXPECT_EQ(next[0].value, 1);
-    EXPECT_FALSE(next[0].fixed);
-    EXPECT_EQ(next[1].value, 2);
-    EXPECT_TRUE(next[1].fixed);
+    readParameterList("a=1,5,b=2,25", parameters);
+    EXPECT_EQ(parameters[0].value, 1.5);
+    EXPECT_EQ(parameters[1].value, 2.25) << "a comma that is no decimal one separates all the same";
 }
 
 TEST_F(ParameterList, VariablesCarryAllTheirDigits) {
     parameters.push_back({"lambda", 0.1});
-    parameters[1].error = unset;
     const FitResult result{true, 12, 1e-9, 1.0 / 3, 154};
-    const struct {
-        const char *name, *want;
-    } cases[] = {{"a", "1"},         {"a.error", "0.5"},  {"b", "2"},
-                 {"b.error", "NAN"}, {"lambda", "0.1"},   {"chiq", "0.3333333333333333"},
-                 {"points", "154"},  {"iterations", "12"}};
     plw::decimalSeparator = ',';
-    for (const auto &c : cases)
-        EXPECT_EQ(fitVariable(c.name, parameters, result), c.want) << c.name;
+    const std::pair<const char *, std::optional<std::string>> cases[] = {
+        {"a", "1"},
+        {"a.error", "0.5"},
+        {"lambda", "0.1"},
+        {"lambda.error", "NAN"},
+        {"points", "154"},
+        {"iterations", "12"},
+        {"chiq", "0.3333333333333333"},
+        {"c", {}},
+        {"c.error", {}},
+        {".error", {}},
+        {"", {}}};
+    for (const auto &[name, want] : cases)
+        EXPECT_EQ(fitVariable(name, parameters, result), want) << name;
     EXPECT_EQ(fitVariable("lambda", {}, result), "1e-09");
     EXPECT_EQ(fitVariable("chiq", {}, FitResult{}), "NAN");
-    for (const char *name : {"", "c", "c.error", ".error", "a.errors"})
-        EXPECT_FALSE(fitVariable(name, parameters, result).has_value()) << name;
 }

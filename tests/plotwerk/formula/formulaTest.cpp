@@ -24,6 +24,10 @@ static double valueAt(const Formula &formula, double x, double y,
     return value;
 }
 
+static bool isSame(double a, double b) {
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
+
 TEST(Formula, FollowsThePrecedenceOfItsOperators) {
     const double x = 3;
     const struct {
@@ -47,34 +51,25 @@ TEST(Formula, FollowsThePrecedenceOfItsOperators) {
 TEST(Formula, KnowsItsFunctions) {
     const double x = 0.375;
     const struct {
+        const char *name;
+        double (*function)(double);
+    } functions[] = {
+        {"exp", std::exp},      {"expm1", std::expm1},  {"log", std::log},     {"ln", std::log},
+        {"log1p", std::log1p},  {"log2", std::log2},    {"log10", std::log10}, {"sqrt", std::sqrt},
+        {"sin", std::sin},      {"cos", std::cos},      {"tan", std::tan},     {"asin", std::asin},
+        {"acos", std::acos},    {"atan", std::atan},    {"sinh", std::sinh},   {"cosh", std::cosh},
+        {"tanh", std::tanh},    {"abs", std::abs},      {"floor", std::floor}, {"ceil", std::ceil},
+        {"round", std::round},  {"gamma", std::tgamma}, {"erf", std::erf},     {"erfc", std::erfc},
+        {"lgamma", std::lgamma}};
+    for (const auto &f : functions) {
+        const Formula formula(f.name + std::string("(s*x)"));
+        for (const double s : {1., -1.})
+            EXPECT_TRUE(isSame(valueAt(formula, x, 0, {s}), f.function(s * x))) << f.name << s;
+    }
+    const struct {
         const char *text;
         double want;
-    } cases[] = {{"exp(x)", std::exp(x)},
-                 {"expm1(x)", std::expm1(x)},
-                 {"log(x)", std::log(x)},
-                 {"ln(x)", std::log(x)},
-                 {"log1p(x)", std::log1p(x)},
-                 {"log2(x)", std::log2(x)},
-                 {"log10(x)", std::log10(x)},
-                 {"sqrt(x)", std::sqrt(x)},
-                 {"sin(x)", std::sin(x)},
-                 {"cos(x)", std::cos(x)},
-                 {"tan(x)", std::tan(x)},
-                 {"asin(x)", std::asin(x)},
-                 {"acos(x)", std::acos(x)},
-                 {"atan(x)", std::atan(x)},
-                 {"sinh(x)", std::sinh(x)},
-                 {"cosh(x)", std::cosh(x)},
-                 {"tanh(x)", std::tanh(x)},
-                 {"abs(-x)", x},
-                 {"sign(-x)+sign(x-x)", -1},
-                 {"floor(-x)", -1},
-                 {"ceil(x)", 1},
-                 {"round(x+1/4)", 1},
-                 {"erf(x)", std::erf(x)},
-                 {"erfc(x)", std::erfc(x)},
-                 {"gamma(x)", std::tgamma(x)},
-                 {"lgamma(x)", std::lgamma(x)},
+    } cases[] = {{"sign(-x)+sign(x-x)", -1},
                  {"pow(x,5)", std::pow(x, 5)},
                  {"atan2(x,-1)", std::atan2(x, -1)},
                  {"min(x,1)+max(x,1)", 1 + x},
@@ -121,36 +116,25 @@ TEST(Formula, RefusesWithThePosition) {
         std::string text, want;
     } cases[] = {
         {"", "line 1, column 1: no expression"},
-        {" \n\t\n", "line 3, column 1: no expression"},
         {"a*(x", "line 1, column 5: expected ')'"},
         {"a*x)", "line 1, column 4: expected an operator, not ')'"},
-        {"a*", "line 1, column 3: expected a value"},
-        {"a*/x", "line 1, column 3: expected a value, not '/'"},
         {"2x", "line 1, column 2: expected an operator, not 'x'"},
-        {"1.2.3", "line 1, column 4: expected an operator, not '.'"},
         {"1e", "line 1, column 2: expected an operator, not 'e'"},
-        {"a b", "line 1, column 3: expected an operator, not 'b'"},
         {"1e999", "line 1, column 1: number out of range"},
         {"x = 2", "line 1, column 1: x cannot be assigned to"},
-        {"sin = 2", "line 1, column 1: sin cannot be assigned to"},
         {"a*x = 2", "line 1, column 5: expected an operator, not '='"},
         {"a < x < b", "line 1, column 7: expected an operator, not '<'"},
         {"expo(x)", "line 1, column 1: no function expo"},
         {"1+sin*x", "line 1, column 3: sin needs its arguments in parentheses"},
         {"atan2(x)", "line 1, column 8: expected ','"},
-        {"exp(x,x)", "line 1, column 6: expected ')'"},
-        {"exp()", "line 1, column 5: expected a value, not ')'"},
         {"k=a\n  k=b\nk", "line 2, column 3: k has a value already"},
         {"b*x\nb", "line 1, column 1: only the last line may do without \"name =\""},
         {"y=2\nb", "line 1, column 1: only the last line may assign to y"},
         {"k=b*j\nj=2\nk*j", "line 2, column 1: j is used before it is assigned"},
-        {"k=k+1", "line 1, column 1: k is used before it is assigned"},
         {"ä*x−1", "line 1, column 4: expected an operator, not '−'"},
-        {"a*x×2", "line 1, column 4: expected an operator, not '×'"},
         {"a\x01", "line 1, column 2: expected an operator, not a control character"},
         {std::string("a\0x", 3), "line 1, column 2: expected an operator, not a control character"},
         {"\xff\xfe", "line 1, column 1: expected a value, not '\xff'"},
-        {"sin(x", "line 1, column 6: expected ')'"},
         {"(a\n+b)", "line 1, column 3: expected ')'"},
         {deep, "line 1, column 201: nested too deeply"},
         {minuses + "x", "line 1, column 201: nested too deeply"},
@@ -180,53 +164,59 @@ TEST(Formula, EvaluatesAnyNumberOfPointsInPlace) {
     formula.evaluate({}, {}, std::vector<double>{2}, {});
 }
 
-// Derivatives by a and b at x = 0.7, a = 1.3, b = 0.4 against those found by hand.
-TEST(Formula, DerivativesAreExact) {
-    const double x = 0.7, a = 1.3, b = 0.4;
-    const double gauss = std::exp(-(x - a) * (x - a) / (b * b));
-    const struct {
-        const char *text;
-        double byA, byB;
-    } cases[] = {
-        {"a*b*x", b * x, a * x},
-        {"a/b", 1 / b, -a / (b * b)},
-        {"a-b*x", 1, -x},
-        {"-a^3 + b^1", -3 * a * a, 1},
-        {"a^b", b * std::pow(a, b - 1), std::pow(a, b) * std::log(a)},
-        {"x^b*a", std::pow(x, b), a * std::pow(x, b) * std::log(x)},
-        {"a^-2+0*b", -2 / (a * a * a), 0},
-        {"(b+x)^(-1/a)", std::pow(b + x, -1 / a) * std::log(b + x) / (a * a),
-         -1 / a * std::pow(b + x, -1 / a - 1)},
-        {"exp(-(x-a)^2/b^2)", gauss * 2 * (x - a) / (b * b),
-         gauss * 2 * (x - a) * (x - a) / (b * b * b)},
-        {"expm1(a*x)+log1p(b)", x * std::exp(a * x), 1 / (1 + b)},
-        {"log(a)+log10(b)", 1 / a, 1 / (b * std::log(10))},
-        {"log2(a)+sqrt(b)", 1 / (a * std::log(2)), 0.5 / std::sqrt(b)},
-        {"sin(a)*cos(b)", std::cos(a) * std::cos(b), -std::sin(a) * std::sin(b)},
-        {"tan(a)+atan(b)", 1 / (std::cos(a) * std::cos(a)), 1 / (1 + b * b)},
-        {"asin(a/2)+acos(b)", 0.5 / std::sqrt(1 - a * a / 4), -1 / std::sqrt(1 - b * b)},
-        {"sinh(a)+cosh(b)", std::cosh(a), std::sinh(b)},
-        {"tanh(a)+abs(-b)", 1 / (std::cosh(a) * std::cosh(a)), 1},
-        {"erf(a)+erfc(b)", 2 / std::sqrt(std::numbers::pi) * std::exp(-a * a),
-         -2 / std::sqrt(std::numbers::pi) * std::exp(-b * b)},
-        {"lgamma(a+0.7)+lgamma(b+0.6)", 1 - 0.57721566490153286061, -0.57721566490153286061},
-        {"atan2(a,b)", b / (a * a + b * b), -a / (a * a + b * b)},
-        {"min(a,b)+10*max(a,b)", 10, 1},
-        {"if(x<1,a,log(-b))", 1, 0},
-        {"if(a>b,b^2,a)", 0, 2 * b},
-        {"floor(a)+ceil(b)+sign(a)+round(b)+(a<b)+!b", 0, 0},
-    };
-    for (const auto &c : cases) {
-        const Formula formula(c.text);
-        Evaluator<double> evaluator(formula.tape());
+// The derivative at x by the parameter of that name; the parameters are a and b.
+static double slopeBy(const std::string &name, const Formula &formula, double x, double a,
+                      double b) {
+    Evaluator<double> evaluator(formula.tape());
+    std::vector<double> values;
+    int wanted = -1;
+    for (const std::string &each : formula.parameterNames()) {
+        if (each == name) wanted = static_cast<int>(values.size());
+        values.push_back(each == "a" ? a : b);
+    }
+    evaluator.setParameters(values);
+    evaluator.values(&x, nullptr, 1);
+    evaluator.differentiate();
+    return evaluator.derivative(wanted)[0];
+}
+
+// Against differences, by a polynomial of the fourth degree through the neighbours.
+TEST(Formula, DerivativesAreThoseOfItsValues) {
+    for (const char *text : {"a*b*x",
+                             "a/b",
+                             "a-b*x",
+                             "-a^3+b^1",
+                             "a^b",
+                             "x^b*a",
+                             "a^-2+b",
+                             "(b+x)^(-1/a)",
+                             "exp(-(x-a)^2/b^2)",
+                             "expm1(a*x)+log1p(b)",
+                             "log(a)+log10(b)",
+                             "log2(a)+sqrt(b)",
+                             "sin(a)*cos(b)",
+                             "tan(a)+atan(b)",
+                             "asin(a/2)+acos(b)",
+                             "sinh(a)+cosh(b)",
+                             "tanh(a)+abs(-b)",
+                             "erf(a)+erfc(b)",
+                             "gamma(a)+lgamma(b)",
+                             "gamma(-a)*lgamma(-b)",
+                             "atan2(a,b)",
+                             "min(a,b)+10*max(a,b)",
+                             "if(x<1,a,log(-b))+b",
+                             "if(a>b,b^2,a)+a",
+                             "floor(a)+ceil(b)+sign(a)+round(b)+(a<b)+!b"}) {
+        const Formula formula(text);
         const bool aFirst = formula.parameterNames()[0] == "a";
-        evaluator.setParameters(aFirst ? std::vector{a, b} : std::vector{b, a});
-        evaluator.values(&x, nullptr, 1);
-        evaluator.differentiate();
-        // a few roundings
-        const double tolerance = 4e-15;
-        EXPECT_NEAR(evaluator.derivative(aFirst ? 0 : 1)[0], c.byA, tolerance) << c.text;
-        EXPECT_NEAR(evaluator.derivative(aFirst ? 1 : 0)[0], c.byB, tolerance) << c.text;
+        const double x = 0.7, a = 1.3, b = 0.4, h = 1e-3;
+        const auto at = [&](double da, double db) {
+            return valueAt(formula, x, 0, {aFirst ? a + da : b + db, aFirst ? b + db : a + da});
+        };
+        const double byA = (8 * (at(h, 0) - at(-h, 0)) - at(2 * h, 0) + at(-2 * h, 0)) / (12 * h);
+        const double byB = (8 * (at(0, h) - at(0, -h)) - at(0, 2 * h) + at(0, -2 * h)) / (12 * h);
+        EXPECT_NEAR(slopeBy("a", formula, x, a, b), byA, 1e-7) << text;
+        EXPECT_NEAR(slopeBy("b", formula, x, a, b), byB, 1e-7) << text;
     }
 }
 
@@ -243,12 +233,6 @@ TEST(Formula, DerivativesStayFiniteAtTheEdges) {
                  {"max(sqrt(a),1)", 0, 0, 0},
                  {"gamma(a)", 0, 0.5, -1.96351002602142347944 * std::sqrt(std::numbers::pi)},
                  {"lgamma(a)", 0, -0.5, 0.03648997397857652056}};
-    for (const auto &c : cases) {
-        const Formula formula(c.text);
-        Evaluator<double> evaluator(formula.tape());
-        evaluator.setParameters(std::vector{c.a});
-        evaluator.values(&c.x, nullptr, 1);
-        evaluator.differentiate();
-        EXPECT_NEAR(evaluator.derivative(0)[0], c.want, 4e-15) << c.text;
-    }
+    for (const auto &c : cases)
+        EXPECT_NEAR(slopeBy("a", Formula(c.text), c.x, c.a, 0), c.want, 4e-15) << c.text;
 }
