@@ -33,7 +33,6 @@ static std::string listed(const std::vector<std::string> &names) {
     return list;
 }
 
-// The time for a step grows with the third power of the free parameters' number.
 constexpr std::size_t mostFree = 500;
 
 // Why the fit can't even begin; empty when it can.

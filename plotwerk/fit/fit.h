@@ -49,6 +49,7 @@ struct FitOutcome {
 // parameters as points. With no free parameter nothing but chiSquare is found.
 //
 // parameters: one for each of formula.parameterNames(), in that order.
+// There may be at most 500 free parameters, since the time for a step grows with their third power.
 // limit: when it has passed the fit is given up as not converged; only millions of points come
 // near.
 FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParameter> &parameters,

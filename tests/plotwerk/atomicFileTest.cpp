@@ -81,16 +81,14 @@ TEST_F(AtomicFile, IsARegularOneOrRefusedWithoutWaiting) {
     const std::string notThere = "No such file or directory";
     const struct {
         std::string path, written, read;
-    } cases[] = {
-        {"", notThere, notThere},
-        {directory, "Is a directory", "Is a directory"},
-        {directory / "none" / "file", notThere, notThere},
-        {directory / "pipe", "not a regular file", "not a regular file"},
-        {"/dev/zero", "not a regular file", "not a regular file"},
-        {directory / "loop", "Too many levels of symbolic links",
-         "Too many levels of symbolic links"},
-        {directory / std::string(300, 'n'), "File name too long", "File name too long"},
-    };
+    } cases[] = {{"", notThere, notThere},
+                 {directory, "Is a directory", "Is a directory"},
+                 {directory / "none" / "file", notThere, notThere},
+                 {directory / "pipe", "not a regular file", "not a regular file"},
+                 {"/dev/zero", "not a regular file", "not a regular file"},
+                 {directory / "loop", "Too many levels of symbolic links",
+                  "Too many levels of symbolic links"},
+                 {directory / std::string(300, 'n'), "File name too long", "File name too long"}};
     for (const auto &c : cases) {
         EXPECT_EQ(refusalOf([&] { write(c.path, "text"); }),
                   "can't write " + c.path + ": " + c.written);

@@ -93,8 +93,7 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
          "something else among the numbers of a column"},
         {"markWalk", "0", {"-1"}, "damaged: \"markWalk\" is negative"},
         {"formula", "\"\"", {"\"(\""}, "damaged: formula, line 1, column 2: expected a value"},
-        {"formula", "\"\"", {"\"a*x\""}, "damaged: the parameters are not those of the formula"},
-    };
+        {"formula", "\"\"", {"\"a*x\""}, "damaged: the parameters are not those of the formula"}};
     for (const auto &c : cases) {
         const std::string key = '"' + c.key + '"';
         const size_t at = sound.find(key + ':' + c.from);

@@ -27,29 +27,6 @@ const Numbers y{2.1, 4.8, 8.2, 10.9, 14.1, 16.9};
 
 } // namespace
 
-// Textbook values of a straight line: slope Sxy / Sxx and the deviations from the residual
-// variance.
-TEST(Fit, StraightLineMatchesTheClosedForm) {
-    const Formula formula("a + b*x");
-    std::vector<FitParameter> parameters = ones(formula);
-    const FitOutcome outcome = fit(formula, {x, y, {}, {}}, parameters);
-    ASSERT_EQ(outcome.status, fitConverged) << outcome.reason;
-
-    const double slope = 52.3 / 17.5;
-    const double intercept = 9.5 - slope * 2.5;
-    double chiSquare = 0;
-    for (std::size_t i = 0; i < x.size(); i++)
-        chiSquare += std::pow(y[i] - intercept - slope * x[i], 2);
-    EXPECT_TRUE(outcome.result.done);
-    EXPECT_GT(outcome.result.iterations, 0);
-    EXPECT_GT(outcome.result.lambda, 0);
-    EXPECT_NEAR(outcome.result.chiSquare, chiSquare, 1e-14);
-    EXPECT_NEAR(parameters[0].value, intercept, 1e-14);
-    EXPECT_NEAR(parameters[1].value, slope, 1e-14);
-    EXPECT_NEAR(parameters[0].error, std::sqrt(chiSquare / 4 * (1.0 / 6 + 6.25 / 17.5)), 1e-14);
-    EXPECT_NEAR(parameters[1].error, std::sqrt(chiSquare / 4 / 17.5), 1e-14);
-}
-
 TEST(Fit, ErrorsWeighAndTheirCommonFactorDoesNot) {
     const Formula formula("m");
     const Numbers values{1, 2, 7}, at{0, 0, 0};
@@ -63,6 +40,7 @@ TEST(Fit, ErrorsWeighAndTheirCommonFactorDoesNot) {
         const double chiSquare =
             std::pow(1 - mean, 2) + std::pow(2 - mean, 2) + std::pow(7 - mean, 2) / 4;
         EXPECT_NEAR(parameters[0].value, mean, 1e-14);
+        EXPECT_TRUE(outcome.result.done && outcome.result.lambda > 0);
         EXPECT_NEAR(outcome.result.chiSquare * unit * unit, chiSquare, 1e-14);
         EXPECT_NEAR(parameters[0].error, std::sqrt(chiSquare / 2 / 2.25), 1e-14);
     }
@@ -158,8 +136,7 @@ TEST(Fit, FailuresSayWhyAndLeaveTheParameters) {
         {"a*exp(b)+c*x", {x, y, {}, {}}, fitUndetermined, "a and b independently"},
         {"a*b*x+c*d", {x, y, {}, {}}, fitUndetermined, "a, b, c and d independently"},
         {"a*x+if(x>9,b,0)", {x, y, {}, {}}, fitUndetermined, "b"},
-        {"a*sin(x)^2+b*cos(x)^2+c", {x, y, {}, {}}, fitUndetermined, "a, b and c independently"},
-    };
+        {"a*sin(x)^2+b*cos(x)^2+c", {x, y, {}, {}}, fitUndetermined, "a, b and c independently"}};
     for (const auto &c : cases) {
         const Formula formula(c.text);
         std::vector<FitParameter> parameters = ones(formula);

@@ -51,8 +51,7 @@ constexpr Model models[] = {
     {"Rat42", "b1/(1+exp(b2-b3*x))"},
     {"Rat43", "b1/((1+exp(b2-b3*x))^(1/b4))"},
     {"Roszman1", "b1-b2*x-atan(b3/(x-b4))/pi"},
-    {"Thurber", cubics},
-};
+    {"Thurber", cubics}};
 
 struct Certified {
     double start[2], value, deviation;
