@@ -313,6 +313,7 @@ TEST_F(RobustnessTest, OutlivesClientsThatAreKilledInACall) {
 }
 
 TEST_F(RobustnessTest, TakesDataOfAnyLength) {
+    connection->setMethodCallTimeout(5 * deadline); // as a client waits
     plotwerk->selectCurvesOf_sourceName_table_column_appendSelection_("doc", "Data", 1, "a", false);
     for (const size_t length : {size_t{64} << 10, size_t{64} << 20}) {
         std::string text = "x\ta\n";
