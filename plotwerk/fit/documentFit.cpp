@@ -39,8 +39,8 @@ static Formula formulaOf(const Document &document) {
 }
 
 static std::vector<double> valuesOf(const std::vector<FitParameter> &parameters) {
-    std::vector<double> values;
-    for (const FitParameter &parameter : parameters) values.push_back(parameter.value);
+    std::vector<double> values(parameters.size());
+    std::ranges::transform(parameters, values.begin(), &FitParameter::value);
     return values;
 }
 
