@@ -258,6 +258,7 @@ TEST_F(RobustnessTest, AnswersAllRandomMessagesAndRefusesWithoutATrace) {
 
 TEST_F(RobustnessTest, ServesTenClientsAtOnce) {
     std::vector<std::future<void>> clients;
+    clients.reserve(10);
     for (int number = 0; number < 10; ++number) {
         clients.push_back(std::async(std::launch::async, [number] {
             const auto own = sdbus::createSessionBusConnection();
