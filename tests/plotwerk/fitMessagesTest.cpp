@@ -50,13 +50,15 @@ TEST_F(FitMessages, ChangeNothingWhenRefusedAndSayWhy) {
     EXPECT_EQ(lastError(),
               "setFormulaOf:formulaText: \"Untitled\": formula, line 1, column 5: expected ')'");
     plotwerk->readFormulaParameterOf_parameterList_("Untitled", "a = 1, c = 2");
-    EXPECT_EQ(lastError(), "readFormulaParameterOf:parameterList: no parameter \"c\"");
+    EXPECT_EQ(lastError(),
+              "readFormulaParameterOf:parameterList: \"Untitled\": no parameter \"c\"");
     const auto [status, iterations, lambda, chiSquare] =
         plotwerk->startFitOf_iterations_lambda_chiq_("Untitled");
     EXPECT_NE(status, 0);
     EXPECT_TRUE(std::isnan(chiSquare));
-    EXPECT_EQ(lastError(), "startFitOf:iterations:lambda:chiq: the data do not determine a and b "
-                           "independently");
+    EXPECT_EQ(lastError(),
+              "startFitOf:iterations:lambda:chiq: \"Untitled\": the data do not determine a and b "
+              "independently");
     EXPECT_EQ(plotwerk->formulaTextOf_("Untitled"), "(a+b)*x");
     EXPECT_EQ(plotwerk->formulaParameterListOf_("Untitled"), "a = 7\nb = 0.5");
     EXPECT_EQ(variable("chiq"), "NAN");

@@ -77,7 +77,7 @@ TEST(DocumentFit, SamplesALogarithmicAxisInDecades) {
 TEST(DocumentFit, IsReplacedByTheNextOne) {
     Document document = line();
     fitDocument(document);
-    addSource(document, "Later", "1 2\n");
+    addData(document, "Later", "1 2\n");
     Column &mine = columnOf(document, *curveAt(document, 1));
     mine.name = "mine";
     mine.look.lineThickness = 5;
@@ -173,8 +173,7 @@ TEST(DocumentFormula, ModifiesValidPointsOfTheSelection) {
     Document document = documentOf(
         table({1, nan_, 3, 4}, {column("a", {1, 2, nan_, -4}), column("b", {10, 20, 30, 40})}));
     selectByIndex(document, {0, -1}, false);
-    EXPECT_EQ(refusalOf(document, [](Document &d) { modifySelection(d, true); }),
-              "no formula in \"test\"");
+    EXPECT_EQ(refusalOf(document, [](Document &d) { modifySelection(d, true); }), "no formula");
     setFormula(document, "2 * sqrt(y) + x");
     modifySelection(document, true);
     EXPECT_EQ(textOf(document),
