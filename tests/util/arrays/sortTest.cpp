@@ -3,8 +3,9 @@
 #include "tests/support/expect.h"
 
 #include <algorithm>
+#include <bit>
 #include <cfloat>
-#include <cstring>
+#include <cstdint>
 #include <numeric>
 #include <pthread.h>
 #include <random>
@@ -45,7 +46,8 @@ static Values numbered(int n) {
 }
 
 static bool sameBits(const Values &a, const Values &b) {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
+    const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
+    return std::ranges::equal(a, b, {}, bits, bits);
 }
 
 TEST(SortN, PutsGapsFirstKeepsEqualKeysInOrderAndLeavesThePointersOneBelow) {

@@ -4,9 +4,11 @@
 
 #include "util/text/scanline.h"
 
+#include <algorithm>
+#include <bit>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <vector>
 
 struct Scan {
@@ -17,8 +19,9 @@ struct Scan {
 
     // To the last bit, so that -0.0 and NaN's sign count.
     bool operator==(const Scan &other) const {
+        const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
         return count == other.count && error == other.error && rest == other.rest &&
-               std::memcmp(values.data(), other.values.data(), values.size() * sizeof(double)) == 0;
+               std::ranges::equal(values, other.values, {}, bits, bits);
     }
 };
 
