@@ -1,7 +1,11 @@
 #include "plotwerk/drawing/axes.h"
 
+#include "plotwerk/model/editing.h"
+
 #include <algorithm>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace plotwerk {
 
@@ -130,18 +134,26 @@ void drawAxes(cairo_t *cr, const PlacedFrame &frame) {
         for (const PlacedNumber &number : axis.numbers) number.draw(cr);
 }
 
-// The only name among those of the columns; empty if there are several, or none.
+// The name of what a column shows: the extremes of a curve show what the curve does.
+static std::string_view shownBy(std::string_view column) {
+    for (const std::string_view suffix : {maximaSuffix, minimaSuffix})
+        if (column.ends_with(suffix)) return column.substr(0, column.size() - suffix.size());
+    return column;
+}
+
+// The only name of what the columns show; empty if there are several, or none.
 static std::string commonName(const PlacedAxis &axis, const std::vector<DrawnCurve> &curves) {
-    const std::string *common = nullptr;
+    std::optional<std::string_view> common;
     for (const DrawnCurve &curve : curves) {
         if (curve.horizontalAxis() != axis.code && curve.verticalAxis() != axis.code) continue;
         // A fit is drawn over the data, whose name the axis bears.
         if (curve.column->drawnByFit && !axis.horizontal()) continue;
-        const std::string &name = axis.horizontal() ? curve.table->x.name : curve.column->name;
-        if (common && *common != name) return {};
-        common = &name;
+        const std::string_view name =
+            axis.horizontal() ? std::string_view(curve.table->x.name) : shownBy(curve.column->name);
+        if (common.value_or(name) != name) return {};
+        common = name;
     }
-    return common ? *common : std::string();
+    return std::string(common.value_or(""));
 }
 
 // A title beside the numbers, along its axis.

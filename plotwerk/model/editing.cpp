@@ -304,18 +304,18 @@ void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, 
         const Table &table = tableOf(document, curve);
         const Column &column = columnOf(document, curve);
         const ValidPoints points = validPoints(table, column);
-        const auto search = [&](const std::vector<double> &y, const char *kind) {
+        const auto search = [&](const std::vector<double> &y, std::string_view suffix) {
             const std::vector<int> indexes = maximaOf(y, minWidth, minHeight);
             if (indexes.empty()) return;
             const int curvesBefore = numberOfCurves(document) + static_cast<int>(found.size());
-            found.push_back(
-                {curve, tableOfExtremes(points, indexes, table.x.name, column.name + " " + kind,
-                                        lookOfNewCurve(curvesBefore, column.look))});
+            found.push_back({curve, tableOfExtremes(points, indexes, table.x.name,
+                                                    column.name + std::string(suffix),
+                                                    lookOfNewCurve(curvesBefore, column.look))});
         };
         std::vector<double> y(points.y.get(), points.y.get() + points.n);
-        if (maxima) search(y, "maxima");
+        if (maxima) search(y, maximaSuffix);
         for (double &value : y) value = -value;
-        if (minima) search(y, "minima");
+        if (minima) search(y, minimaSuffix);
     }
     if (found.empty()) throw Refusal("the selected curves have no such extremes");
 

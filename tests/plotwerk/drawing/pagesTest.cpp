@@ -58,6 +58,8 @@ TEST(Pdf, HoldsNumbersTitlesAndTextsAsText) {
     Document twoNames = named;
     twoNames.sources[0].tables[0].y.push_back(onlyCurve(named));
     twoNames.sources[0].tables[0].y[1].name = "Phase";
+    Document extremes = twoNames;
+    extremes.sources[0].tables[0].y[1].name = onlyCurve(named).name + " maxima";
     Document otherAxes = sineDocument();
     Table other = otherAxes.sources[0].tables[0];
     other.x.name = "Upper";
@@ -77,6 +79,7 @@ TEST(Pdf, HoldsNumbersTitlesAndTextsAsText) {
          {"not shown", "3000"}},
         {named, {"Frequency", "Amplitude \ufffd"}, {}},
         {twoNames, {"Frequency"}, {"Amplitude", "Phase"}},
+        {extremes, {"Frequency", "Amplitude"}, {"maxima"}},
         {otherAxes, {"Upper", "Right", "3000", "\u221260", "0.5", "10"}, {}},
         {Document(), {"0.2"}, {}}, // nothing to draw but the axes
         {documentWith({}, {}), {"0.2"}, {}},
