@@ -1,6 +1,6 @@
 // plotwerkd - a Plotwerk without a window: opens files and answers the messages of the session bus.
-#include "plotwerk/application.h"
-#include "plotwerk/log.h"
+#include "plotwerk/application/application.h"
+#include "plotwerk/base/log.h"
 #include "plotwerk/server/server.h"
 
 #include <csignal>

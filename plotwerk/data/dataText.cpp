@@ -1,6 +1,6 @@
 #include "plotwerk/data/dataText.h"
 
-#include "plotwerk/refusal.h"
+#include "plotwerk/base/refusal.h"
 #include "util/number/decimal.h"
 #include "util/number/format.h"
 #include "util/text/charclass.h"

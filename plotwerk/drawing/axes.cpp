@@ -1,6 +1,6 @@
 #include "plotwerk/drawing/axes.h"
 
-#include "plotwerk/model/editing.h"
+#include "plotwerk/model/names.h"
 
 #include <algorithm>
 #include <optional>

@@ -2,7 +2,7 @@
 #ifndef PLOTWERK_DRAWING_SURFACE_H
 #define PLOTWERK_DRAWING_SURFACE_H
 
-#include "plotwerk/refusal.h"
+#include "plotwerk/base/refusal.h"
 
 #include <cairo.h>
 #include <memory>

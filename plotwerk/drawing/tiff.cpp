@@ -1,6 +1,6 @@
 #include "plotwerk/drawing/tiff.h"
 
-#include "plotwerk/refusal.h"
+#include "plotwerk/base/refusal.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "plotwerk/files/atomicFile.h"
 
-#include "plotwerk/refusal.h"
+#include "plotwerk/base/refusal.h"
 
 #include <cerrno>
 #include <cstdlib>

@@ -49,7 +49,7 @@ template<class Archive> void fields(Archive &archive, Column &column) {
     archive("marked", column.marked);
     archive("fitData", column.fitData);
     archive("drawnByFit", column.drawnByFit);
-    archive("place", column.place);
+    archive("place", column.rank);
 }
 
 template<class Archive> void fields(Archive &archive, Table &table) {

@@ -1,9 +1,9 @@
 #include "plotwerk/files/documentFile.h"
 
+#include "plotwerk/base/refusal.h"
 #include "plotwerk/files/documentFields.h"
 #include "plotwerk/files/documentTree.h"
 #include "plotwerk/formula/formula.h"
-#include "plotwerk/refusal.h"
 #include "util/text/utf8.h"
 
 #include <cmath>
@@ -161,8 +161,8 @@ static void checkWhole(const Document &document) {
                 if (column.values.size() != table.x.values.size()) {
                     throw Refusal("damaged: columns of unequal length in \"" + source.name + '"');
                 }
-                if (column.place < 0) throw Refusal("damaged: \"place\" is negative");
-                if (column.place > 0 && !places.insert(column.place).second) {
+                if (column.rank < 0) throw Refusal("damaged: \"place\" is negative");
+                if (column.rank > 0 && !places.insert(column.rank).second) {
                     throw Refusal("damaged: the selection has two curves in one place");
                 }
                 fitCurves += column.fitData;

@@ -1,6 +1,6 @@
 #include "plotwerk/files/documentTree.h"
 
-#include "plotwerk/refusal.h"
+#include "plotwerk/base/refusal.h"
 
 #include <limits>
 #include <vector>

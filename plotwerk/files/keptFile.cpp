@@ -1,8 +1,8 @@
 #include "plotwerk/files/keptFile.h"
 
+#include "plotwerk/base/refusal.h"
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/files/documentFile.h"
-#include "plotwerk/refusal.h"
 
 #include <cstdlib>
 #include <sys/stat.h>

@@ -1,12 +1,12 @@
 #include "plotwerk/fit/documentFit.h"
 
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/data/exchange.h"
 #include "plotwerk/fit/parameterList.h"
 #include "plotwerk/formula/formula.h"
 #include "plotwerk/model/curves.h"
-#include "plotwerk/model/exchange.h"
 #include "plotwerk/model/palette.h"
 #include "plotwerk/model/ranges.h"
-#include "plotwerk/refusal.h"
 
 #include <algorithm>
 #include <cmath>
@@ -132,7 +132,7 @@ static void show(Table table, const CurveRef &fitted, Document &document) {
         drawn.name = old.name;
         drawn.look = old.look;
         drawn.marked = old.marked;
-        drawn.place = old.place;
+        drawn.rank = old.rank;
         place = std::move(table);
         return;
     }

@@ -1,6 +1,6 @@
 #include "plotwerk/formula/parser.h"
 
-#include "plotwerk/refusal.h"
+#include "plotwerk/base/refusal.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,7 +1,7 @@
 #include "plotwerk/model/attributes.h"
 
+#include "plotwerk/base/refusal.h"
 #include "plotwerk/model/curves.h"
-#include "plotwerk/refusal.h"
 
 #include <algorithm>
 #include <climits>

@@ -1,7 +1,8 @@
 #include "plotwerk/model/curves.h"
 
-#include "plotwerk/refusal.h"
-#include "util/text/missing.h"
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/model/names.h"
+#include "util/arrays/missing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -73,10 +74,10 @@ std::optional<CurveRef> curveAt(const Document &document, int index) {
 
 std::vector<CurveRef> selectedCurves(const Document &document) {
     std::vector<CurveRef> selected = curvesOf(document);
-    const auto place = [&](const CurveRef &curve) { return columnOf(document, curve).place; };
-    std::erase_if(selected, [&](const CurveRef &curve) { return place(curve) == 0; });
+    const auto rank = [&](const CurveRef &curve) { return columnOf(document, curve).rank; };
+    std::erase_if(selected, [&](const CurveRef &curve) { return rank(curve) == 0; });
     std::stable_sort(selected.begin(), selected.end(),
-                     [&](const CurveRef &a, const CurveRef &b) { return place(a) < place(b); });
+                     [&](const CurveRef &a, const CurveRef &b) { return rank(a) < rank(b); });
     return selected;
 }
 
@@ -105,9 +106,9 @@ std::optional<CurveRef> firstSelectedCurve(const Document &document) {
         for (const Table &table : source.tables) {
             curve.column = 0;
             for (const Column &column : table.y) {
-                if (column.place > 0 && (!first || column.place < lowest)) {
+                if (column.rank > 0 && (!first || column.rank < lowest)) {
                     first = curve;
-                    lowest = column.place;
+                    lowest = column.rank;
                 }
                 ++curve.column;
                 ++curve.index;
@@ -118,8 +119,6 @@ std::optional<CurveRef> firstSelectedCurve(const Document &document) {
     }
     return first;
 }
-
-static constexpr std::string_view errorSuffix = " error";
 
 namespace {
 
@@ -220,10 +219,6 @@ static const Column *columnNamed(const Table &table, const std::string &name) {
     const auto found = std::find_if(table.y.begin(), table.y.end(),
                                     [&](const Column &column) { return column.name == name; });
     return found == table.y.end() ? nullptr : &*found;
-}
-
-std::string errorNameOf(std::string name) {
-    return name.append(errorSuffix);
 }
 
 const Column *yErrorOf(const Table &table, const Column &curve) {

@@ -37,7 +37,7 @@ int numberOfCurves(const Document &document);
 // Nothing for a negative index or one beyond the last curve.
 std::optional<CurveRef> curveAt(const Document &document, int index);
 
-// The selected curves by their place in the selection.
+// The selected curves by their rank in the selection.
 std::vector<CurveRef> selectedCurves(const Document &document);
 
 // As selectedCurves; refused when there are none.
@@ -71,9 +71,6 @@ std::optional<CurveRef> fitCurve(const Document &document);
 // The curve that a point message means by its series: an index, or -1 for the first selected curve,
 // or else the only one. Refused when there is no such curve.
 CurveRef curveOfSeries(const Document &document, int series);
-
-// "NAME error": the name of a column with the errors of the one called NAME.
-std::string errorNameOf(std::string name);
 
 // The column with the errors of a curve. Null if there is none.
 const Column *yErrorOf(const Table &table, const Column &curve);

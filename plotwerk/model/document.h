@@ -58,7 +58,7 @@ struct Column {
     bool marked = false;
     bool fitData = false;    // at most one column of a document
     bool drawnByFit = false; // the next fit replaces it; at most one column of a document
-    int place = 0;           // in the selection: 1 for the first selected curve, 0 for none
+    int rank = 0;            // in the selection: 1 for the first selected curve, 0 for none
 };
 
 // What the rows of a table looked at so far say about its x. Not a part of the document: it is

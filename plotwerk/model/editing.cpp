@@ -1,8 +1,9 @@
 #include "plotwerk/model/editing.h"
 
+#include "plotwerk/base/refusal.h"
 #include "plotwerk/model/curves.h"
+#include "plotwerk/model/names.h"
 #include "plotwerk/model/palette.h"
-#include "plotwerk/refusal.h"
 #include "util/arrays/search.h"
 #include "util/arrays/sort.h"
 
@@ -10,6 +11,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -180,7 +182,7 @@ void renameSelection(Document &document, const std::string &name) {
         Table &table = tableOf(document, curve);
         Column &column = columnOf(document, curve);
         const Column *errors = yErrorOf(table, column);
-        if (errors && errors->place == 0)
+        if (errors && errors->rank == 0)
             table.y[static_cast<std::size_t>(errors - table.y.data())].name = errorNameOf(name);
         column.name = name;
     }
@@ -192,7 +194,7 @@ void showSelection(Document &document) {
     int highest = 0;
     for (const CurveRef &curve : curvesOf(document)) {
         const Column &column = columnOf(document, curve);
-        if (column.place == 0) highest = std::max(highest, column.look.layer);
+        if (column.rank == 0) highest = std::max(highest, column.look.layer);
     }
     for (const CurveRef &curve : selected) {
         CurveLook &look = columnOf(document, curve).look;
@@ -206,7 +208,7 @@ void deleteSelection(Document &document) {
     requireSelection(document);
     for (Source &source : document.sources) {
         for (Table &table : source.tables)
-            std::erase_if(table.y, [](const Column &column) { return column.place > 0; });
+            std::erase_if(table.y, [](const Column &column) { return column.rank > 0; });
         std::erase_if(source.tables, [](const Table &table) { return table.y.empty(); });
     }
     std::erase_if(document.sources, [](const Source &source) { return source.tables.empty(); });

@@ -9,7 +9,6 @@
 #include "plotwerk/model/document.h"
 
 #include <string>
-#include <string_view>
 
 namespace plotwerk {
 
@@ -53,10 +52,6 @@ void differentiateSelection(Document &document);
 // there are at most 1e8 points.
 void createCurve(Document &document, double minX, double maxX, double incX, double minY,
                  double incY);
-
-// How the names of curves of extremes end.
-inline constexpr std::string_view maximaSuffix = " maxima";
-inline constexpr std::string_view minimaSuffix = " minima";
 
 // After the table of each selected curve adds one with the curve "NAME maxima", "NAME minima", or
 // both, as flags say: the points that are extremes at least so wide and high. The order is that of

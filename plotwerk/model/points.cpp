@@ -1,8 +1,8 @@
 #include "plotwerk/model/points.h"
 
+#include "plotwerk/base/refusal.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/ranges.h"
-#include "plotwerk/refusal.h"
 #include "util/geometry/plane.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "plotwerk/model/ranges.h"
 
+#include "plotwerk/base/refusal.h"
 #include "plotwerk/model/curves.h"
-#include "plotwerk/refusal.h"
 #include "util/number/format.h"
 
 #include <cmath>
@@ -122,7 +122,7 @@ void setLocalRange(Document &document, bool xDirection) {
     for (int i = 0; i < 2; ++i) {
         for (const CurveRef &curve : selected) include(document, {curve}, axes[i], ranges[i]);
         for (const PlottedCurve &curve : plotted)
-            if (columnOf(document, curve.curve).place > 0)
+            if (columnOf(document, curve.curve).rank > 0)
                 include(document, curve, axes[i], ranges[i]);
     }
     if (!isSet(ranges[0]) && !isSet(ranges[1])) throw Refusal("the selected curves have no points");

@@ -1,6 +1,6 @@
 #include "plotwerk/model/selection.h"
 
-#include "plotwerk/refusal.h"
+#include "plotwerk/base/refusal.h"
 
 #include <algorithm>
 #include <functional>
@@ -67,14 +67,14 @@ int select(Document &document, const std::vector<CurveRef> &curves, bool append)
     int highest = 0;
     for (const CurveRef &curve : curvesOf(document)) {
         Column &column = columnOf(document, curve);
-        if (!append) column.place = 0;
-        highest = std::max(highest, column.place);
-        selected += column.place > 0;
+        if (!append) column.rank = 0;
+        highest = std::max(highest, column.rank);
+        selected += column.rank > 0;
     }
     for (const CurveRef &curve : curves) {
         Column &column = columnOf(document, curve);
-        if (column.place > 0) continue;
-        column.place = ++highest;
+        if (column.rank > 0) continue;
+        column.rank = ++highest;
         ++selected;
     }
     return selected;
@@ -167,7 +167,7 @@ int markSelection(Document &document) {
     int marked = 0;
     for (const CurveRef &curve : curvesOf(document)) {
         Column &column = columnOf(document, curve);
-        column.marked = column.place > 0;
+        column.marked = column.rank > 0;
         marked += column.marked;
     }
     document.markWalk = 0;

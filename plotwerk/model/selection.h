@@ -6,7 +6,7 @@
 // than 1000 bytes is refused, and no pattern matches a name longer than that.
 //
 // The curves that are found are selected in the document's order. Without append they replace the
-// selection, with append they follow it, and what is selected already keeps its place. Finding none
+// selection, with append they follow it, and what is selected already keeps its rank. Finding none
 // is no error: without append nothing is selected then; but a number of a table that no source has
 // is refused. Each selecting function returns how many curves are selected afterwards.
 #ifndef PLOTWERK_MODEL_SELECTION_H

@@ -6,9 +6,9 @@
 #ifndef PLOTWERK_SERVER_CONTROLOBJECT_H
 #define PLOTWERK_SERVER_CONTROLOBJECT_H
 
-#include "plotwerk/application.h"
-#include "plotwerk/log.h"
-#include "plotwerk/refusal.h"
+#include "plotwerk/application/application.h"
+#include "plotwerk/base/log.h"
+#include "plotwerk/base/refusal.h"
 #include "protocol/PlotwerkControlAdaptor.h"
 
 #include <limits>

@@ -1,8 +1,9 @@
 // The messages about data text, the clipboard and what a document holds.
-#include "plotwerk/model/exchange.h"
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/data/exchange.h"
+#include "plotwerk/model/duplicate.h"
 #include "plotwerk/model/ranges.h"
 #include "plotwerk/model/selection.h"
-#include "plotwerk/refusal.h"
 #include "plotwerk/server/controlObject.h"
 #include "util/number/decimal.h"
 

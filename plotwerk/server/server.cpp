@@ -1,7 +1,7 @@
 #include "plotwerk/server/server.h"
 
-#include "plotwerk/log.h"
-#include "plotwerk/programs.h"
+#include "plotwerk/base/log.h"
+#include "plotwerk/base/programs.h"
 
 #include <cerrno>
 #include <csignal>
@@ -29,7 +29,7 @@ static bool endIsSignalled(int signalled) {
     bool end = false;
     for (signalfd_siginfo info; read(signalled, &info, sizeof info) == sizeof info;) {
         if (info.ssi_signo == SIGCHLD)
-            buryPrograms();
+            reapChildren();
         else
             end = true;
     }

@@ -2,7 +2,7 @@
 #ifndef PLOTWERK_SERVER_SERVER_H
 #define PLOTWERK_SERVER_SERVER_H
 
-#include "plotwerk/application.h"
+#include "plotwerk/application/application.h"
 #include "plotwerk/server/controlObject.h"
 
 #include <memory>

@@ -1,5 +1,5 @@
+#include "plotwerk/base/refusal.h"
 #include "plotwerk/data/dataText.h"
-#include "plotwerk/refusal.h"
 #include "tests/fuzz/fuzz.h"
 #include "util/number/decimal.h"
 

@@ -1,6 +1,6 @@
+#include "plotwerk/base/refusal.h"
 #include "plotwerk/drawing/pages.h"
 #include "plotwerk/files/documentFile.h"
-#include "plotwerk/refusal.h"
 #include "tests/fuzz/fuzz.h"
 
 #include <sstream>

@@ -1,6 +1,6 @@
+#include "plotwerk/base/refusal.h"
 #include "plotwerk/fit/fit.h"
 #include "plotwerk/fit/parameterList.h"
-#include "plotwerk/refusal.h"
 #include "tests/fuzz/fuzz.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
+#include "plotwerk/base/refusal.h"
 #include "plotwerk/fit/parameterList.h"
-#include "plotwerk/refusal.h"
 #include "tests/fuzz/fuzz.h"
 #include "util/number/decimal.h"
 

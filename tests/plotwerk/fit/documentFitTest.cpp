@@ -1,8 +1,8 @@
 #include "plotwerk/fit/documentFit.h"
 
+#include "plotwerk/data/exchange.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/editing.h"
-#include "plotwerk/model/exchange.h"
 #include "plotwerk/model/points.h"
 #include "plotwerk/model/selection.h"
 #include "tests/plotwerk/model/documents.h"
@@ -59,7 +59,7 @@ TEST(DocumentFit, DrawsTheFormulaAsACurveOfItsOwn) {
     EXPECT_EQ(drawn.x.values.back(), 3) << "as far as the data go";
     EXPECT_TRUE(fit.look.rightY);
     EXPECT_EQ(fit.look.layer, 3);
-    EXPECT_FALSE(fit.fitData || fit.place);
+    EXPECT_FALSE(fit.fitData || fit.rank);
     for (int i : {0, 250, 499})
         EXPECT_NEAR(fit.values[i],
                     parameter(document, "a") * drawn.x.values[i] + parameter(document, "b"), 1e-12);
@@ -81,7 +81,7 @@ TEST(DocumentFit, IsReplacedByTheNextOne) {
     Column &mine = columnOf(document, *curveAt(document, 1));
     mine.name = "mine";
     mine.look.lineThickness = 5;
-    mine.place = 1;
+    mine.rank = 1;
     columnOf(document, *curveAt(document, 0)).fitData = true;
     document.fitRange = {unset, 2};
 
@@ -90,7 +90,7 @@ TEST(DocumentFit, IsReplacedByTheNextOne) {
     const Column &drawn = columnOf(document, *curveAt(document, 1));
     EXPECT_EQ(drawn.name, "mine");
     EXPECT_EQ(drawn.look.lineThickness, 5);
-    EXPECT_EQ(drawn.place, 1);
+    EXPECT_EQ(drawn.rank, 1);
     EXPECT_NEAR(drawn.values.back(), 5, 1e-12);
     EXPECT_EQ(columnOf(document, *curveAt(document, 2)).values, std::vector<double>{2});
 }
@@ -106,7 +106,7 @@ TEST(DocumentFit, LeavesWhatTheUserHasMadeHisOwn) {
     for (const auto takeOver : takenOver) {
         Document document = line();
         fitDocument(document);
-        document.sources[0].tables[0].y[0].place = 1;
+        document.sources[0].tables[0].y[0].rank = 1;
         takeOver(document);
         const std::string before = textOf(document);
         ASSERT_EQ(fitDocument(document).status, fitConverged);
@@ -128,13 +128,13 @@ TEST(DocumentFit, FitsTheFitDataOrTheSelectionOrTheOnlyCurve) {
                                : refusal;
     };
     EXPECT_EQ(level(), "no curve is fit data or selected");
-    y[2].place = 1;
+    y[2].rank = 1;
     y[1].fitData = true;
     EXPECT_EQ(level(), "2");
     document.sources[0].tables[0].y[1].fitData = false;
     EXPECT_EQ(level(), "3");
-    y[2].place = 0;
-    document.sources[1].tables[0].y[0].place = 1;
+    y[2].rank = 0;
+    document.sources[1].tables[0].y[0].rank = 1;
     EXPECT_EQ(level(), "no curve is fit data or selected") << "but for what the fit has drawn";
     y.resize(1);
     EXPECT_EQ(level(), "1");

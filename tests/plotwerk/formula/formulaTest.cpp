@@ -1,7 +1,7 @@
 #include "plotwerk/formula/formula.h"
 
+#include "plotwerk/base/refusal.h"
 #include "plotwerk/formula/evaluator.h"
-#include "plotwerk/refusal.h"
 
 #include <gtest/gtest.h>
 

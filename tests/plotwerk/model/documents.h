@@ -2,8 +2,8 @@
 #ifndef TESTS_PLOTWERK_MODEL_DOCUMENTS_H
 #define TESTS_PLOTWERK_MODEL_DOCUMENTS_H
 
+#include "plotwerk/base/refusal.h"
 #include "plotwerk/model/document.h"
-#include "plotwerk/refusal.h"
 
 #include <gtest/gtest.h>
 
@@ -35,7 +35,7 @@ inline plotwerk::Document documentOf(plotwerk::Table only) {
 
 // As documentOf, with its first curve selected.
 inline plotwerk::Document selectedOf(plotwerk::Table only) {
-    only.y.front().place = 1;
+    only.y.front().rank = 1;
     return documentOf(std::move(only));
 }
 

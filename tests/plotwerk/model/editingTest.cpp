@@ -90,7 +90,7 @@ TEST(Swapping, ExchangesNamesAndValuesAndForgetsTheOrder) {
     selectByIndex(document, {0, 0}, true);
     swapSelectionWithX(document);
     EXPECT_EQ(textOf(document.sources[0].tables[0]), "b=9,8 a=1,2 x=1,2");
-    EXPECT_EQ(document.sources[0].tables[0].y[1].place, 1);
+    EXPECT_EQ(document.sources[0].tables[0].y[1].rank, 1);
     EXPECT_EQ(valueAtX(document, 8.5, 0), 1.5);
 }
 

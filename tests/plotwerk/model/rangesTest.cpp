@@ -51,7 +51,7 @@ TEST(Ranges, ShowErrorBarsButNotColumnsOfErrors) {
     EXPECT_EQ(textOf(fitRangeOf(document)), "0.5..3");
     document.axes[yAxis].logarithmic = true;
     EXPECT_EQ(textOf(rangeOf(document, yAxis)), "2..8.5");
-    a.place = 1;
+    a.rank = 1;
     a.fitData = true;
     setLocalRange(document, false);
     EXPECT_EQ(textOf(document.axes[yAxis].range), "4..8.5");
@@ -91,11 +91,11 @@ TEST(Ranges, LocalOnesAreTheSelectionsThatOfTheFitIsItsDatas) {
     Document document = ranged();
     std::vector<Column> &columns = document.sources[0].tables[0].y;
     EXPECT_THROW(setLocalRange(document, false), Refusal);
-    columns[1].place = 1;
+    columns[1].rank = 1;
     setLocalRange(document, false);
     EXPECT_EQ(textOf(document.axes[yAxis].range), "0..99");
     EXPECT_TRUE(std::isnan(document.axes[rightYAxis].range.min));
-    columns[2].place = 2;
+    columns[2].rank = 2;
     setLocalRange(document, true);
     EXPECT_EQ(textOf(document.axes[xAxis].range), "-1..9");
     EXPECT_EQ(textOf(document.axes[upperXAxis].range), "-1..9");

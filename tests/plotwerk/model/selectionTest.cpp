@@ -62,7 +62,7 @@ TEST(Selection, FindsByNameAndByPattern) {
     };
     for (const auto &c : cases) {
         Document document = sample();
-        document.sources[0].tables[0].y[1].place = 1;
+        document.sources[0].tables[0].y[1].rank = 1;
         selectByName(document, c.source, c.table, c.column, false);
         EXPECT_EQ(selection(document), c.byName) << c.source << ' ' << c.table << ' ' << c.column;
         selectByPattern(document, c.source, c.table, c.column, false);

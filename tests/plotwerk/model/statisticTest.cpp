@@ -9,8 +9,8 @@ using namespace plotwerk;
 
 TEST(Statistic, CoversAllValidPointsOfTheSelection) {
     Table t = table({0, 1, nan_, 3}, {column("a", {1, 3, 100, 5}), column("b", {nan_, 2, 7, -2})});
-    t.y[0].place = 2;
-    t.y[1].place = 1;
+    t.y[0].rank = 2;
+    t.y[1].rank = 1;
     const Statistic s = statisticOfSelection(documentOf(t));
     EXPECT_EQ(std::tuple(s.name, s.points, s.min, s.max, s.sum, s.area),
               std::tuple("b", 5, -2.0, 5.0, 9.0, 2.0 + 8 + 0));

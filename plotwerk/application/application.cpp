@@ -1,0 +1,136 @@
+#include "plotwerk/application/application.h"
+
+#include "plotwerk/base/log.h"
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/data/exchange.h"
+#include "plotwerk/files/atomicFile.h"
+#include "plotwerk/files/documentFile.h"
+#include "plotwerk/files/keptFile.h"
+#include "plotwerk/model/names.h"
+#include "plotwerk/model/ranges.h"
+#include "util/text/utf8.h"
+
+#include <algorithm>
+
+namespace plotwerk {
+
+namespace fs = std::filesystem;
+
+static std::string inQuotes(std::string_view name) {
+    return '"' + std::string(name) + '"';
+}
+
+Document *Application::front() {
+    return documents.empty() ? nullptr : documents.back().get();
+}
+
+Document &Application::document(std::string_view name) {
+    for (const auto &open : documents) {
+        if (open->name == name) return *open;
+    }
+    throw Refusal("no document " + inQuotes(name));
+}
+
+void Application::activate(const Document &document) {
+    const auto isIt = [&](const auto &open) { return open.get() == &document; };
+    const auto found = std::find_if(documents.begin(), documents.end(), isIt);
+    std::rotate(found, found + 1, documents.end());
+}
+
+Document &Application::add(Document document) {
+    if (document.name.empty()) document.name = "Untitled";
+    std::vector<std::string> taken;
+    for (const auto &open : documents) taken.push_back(open->name);
+    document.name = freeName(document.name, taken);
+    documents.push_back(std::make_unique<Document>(std::move(document)));
+    return *documents.back();
+}
+
+static std::string nameAfter(const fs::path &path) {
+    return plw::utf8Of(path.filename().string());
+}
+
+static std::string withoutMark(std::string text) {
+    constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+    if (text.starts_with(byteOrderMark)) text.erase(0, byteOrderMark.size());
+    return text;
+}
+
+// The document in a file of any kind. Its name may be taken.
+static Document documentIn(const fs::path &path) {
+    std::string bytes = readWholeFile(path);
+    Document document;
+    try {
+        if (beginsAsDocument(bytes)) {
+            document = documentOf(std::move(bytes));
+            document.path = path;
+        } else {
+            if (bytes.find('\0') != std::string::npos) {
+                throw Refusal("neither a saved document nor data text");
+            }
+            addData(document, nameAfter(path), withoutMark(plw::utf8Of(std::move(bytes))));
+            document.changed = false; // the file holds it all
+        }
+    } catch (const Refusal &refusal) {
+        throw Refusal("can't open " + path.string() + ": " + refusal.what());
+    }
+    if (document.name.empty()) document.name = nameAfter(path);
+    return document;
+}
+
+fs::path Application::given(const fs::path &path) {
+    if (path.empty()) throw Refusal("no path is given");
+    return fs::absolute(path);
+}
+
+Document &Application::open(const fs::path &file, bool rangeOverAll) {
+    const fs::path path = given(file);
+    const auto isIt = [&](const auto &open) {
+        std::error_code none;
+        return !open->path.empty() && fs::equivalent(open->path, path, none);
+    };
+    const auto found = std::find_if(documents.begin(), documents.end(), isIt);
+    if (found != documents.end()) {
+        activate(**found);
+    } else {
+        add(documentIn(path));
+        log(LogLevel::info, "opened " + path.string() + " as " + inQuotes(front()->name));
+    }
+    Document &document = *front();
+    if (rangeOverAll) {
+        const bool changed = document.changed;
+        plotwerk::rangeOverAll(document);
+        document.changed = changed; // how it is shown after opening is nothing to be saved
+    }
+    return document;
+}
+
+void Application::save(Document &document, const fs::path &path, bool binary, bool ownPath) {
+    document.lastSaveSucceeded = false;
+    if (path.empty() && document.path.empty()) throw Refusal("no path of its own");
+    const fs::path target = path.empty() ? document.path : given(path);
+    writeWholeFile(target, [&](std::ostream &stream) { writeDocument(stream, document, binary); });
+    document.lastSaveSucceeded = true;
+    if (ownPath) document.path = target;
+    if (document.path == target) document.changed = false;
+    log(LogLevel::info, "saved " + inQuotes(document.name) + " in " + target.string());
+}
+
+void Application::close(const Document &document, bool keepChanges) {
+    if (keepChanges && document.changed) {
+        const fs::path kept = keepDocument(document);
+        log(LogLevel::info,
+            "unsaved changes of " + inQuotes(document.name) + " kept in " + kept.string());
+    }
+    std::erase_if(documents, [&](const auto &open) { return open.get() == &document; });
+}
+
+std::vector<std::string> Application::changedDocuments() const {
+    std::vector<std::string> names;
+    for (const auto &open : documents) {
+        if (open->changed) names.push_back(open->name);
+    }
+    return names;
+}
+
+} // namespace plotwerk

@@ -1,0 +1,96 @@
+// application.h - the open documents, and what they share.
+#ifndef PLOTWERK_APPLICATION_APPLICATION_H
+#define PLOTWERK_APPLICATION_APPLICATION_H
+
+#include "plotwerk/drawing/pages.h"
+#include "plotwerk/model/document.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace plotwerk {
+
+// What was copied last: data text, with the decimal separator that it is written with, or the file
+// with a picture.
+struct Clipboard {
+    std::string dataText;
+    char decimalSeparator = '.';
+    std::filesystem::path picture;
+};
+
+enum class PictureKind { pdf, eps, tiff };
+
+// A name is never empty and never that of two documents: a taken one is made unique by adding the
+// time. The front document is the one opened, created or activated last. Whatever throws a Refusal
+// has changed nothing.
+class Application {
+  public:
+    Clipboard clipboard;
+    std::string lastError; // the line of the last message that was refused, empty after a success
+
+    // Null when nothing is open.
+    Document *front();
+
+    // Throws Refusal `no document "NAME"`.
+    Document &document(std::string_view name);
+
+    void activate(const Document &document);
+
+    // Takes a document in, in front. An empty name becomes "Untitled".
+    Document &add(Document document);
+
+    // Opens a saved document of either kind, or data text: then as a new document with one source,
+    // both named after the file, and without a path of its own, so that saving never overwrites the
+    // data. A saved document that is open already is not read again but comes to the front. With
+    // rangeOverAll the ranges become those of all data.
+    // Throws Refusal: a file that can't be read, is damaged, or is neither.
+    Document &open(const std::filesystem::path &file, bool rangeOverAll);
+
+    // Saves as JSON or, when binary, as CBOR; an empty path stands for the document's own. With
+    // ownPath the path becomes the document's own; its name stays, since clients address it by
+    // that. What is saved in the document's own file counts as changed no more. Throws Refusal: no
+    // path, or a file that can't be written.
+    void save(Document &document, const std::filesystem::path &path, bool binary, bool ownPath);
+
+    // With keepChanges a document with unsaved changes is first kept under
+    // $XDG_STATE_HOME/plotwerk/, and the log says where. Throws Refusal when that can't be done.
+    void close(const Document &document, bool keepChanges);
+
+    // The names of the documents with unsaved changes, the front one last.
+    std::vector<std::string> changedDocuments() const;
+
+    // Counts as the document's last save.
+    void savePicture(Document &document, const std::filesystem::path &file, PictureKind kind);
+
+    // Into $XDG_RUNTIME_DIR/plotwerk/clipboard.pdf, .eps or .tiff, which is the clipboard's content
+    // from now on. Throws Refusal also when there is no such directory for the user.
+    void copyPicture(const Document &document, PictureKind kind);
+
+    // Hands a PDF to lp, and doesn't wait. Throws Refusal when that can't be started.
+    void print(const Document &document);
+
+    // There is one composition at a time; a new one replaces it, saving doesn't end it. It has
+    // copies of its documents. The others throw Refusal when there is none.
+    void newComposition(double width, double height);
+    void addToComposition(const Document &document, const PageRectangle &rectangle, double angle,
+                          double shear);
+
+    // Saves it as PDF, and starts the program `opener` with the file's path unless that is "none"
+    // or empty. Throws Refusal, with the file saved, when that can't be started.
+    void saveComposition(const std::filesystem::path &file, const std::string &opener);
+
+  private:
+    // A path as a message gives it, made absolute. Throws Refusal for an empty one.
+    static std::filesystem::path given(const std::filesystem::path &path);
+
+    std::vector<std::unique_ptr<Document>> documents; // in order of activation, the front one last
+    std::optional<Composition> composition;
+};
+
+} // namespace plotwerk
+
+#endif

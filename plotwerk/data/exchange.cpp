@@ -1,0 +1,147 @@
+#include "plotwerk/data/exchange.h"
+
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/data/dataText.h"
+#include "plotwerk/model/curves.h"
+#include "plotwerk/model/names.h"
+#include "plotwerk/model/palette.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace plotwerk {
+
+namespace {
+
+Source &sourceNamed(Document &document, const std::string &name) {
+    const std::string &wanted = name.empty() ? "Data" : name;
+    for (Source &source : document.sources)
+        if (source.name == wanted) return source;
+    return document.sources.emplace_back(Source{wanted, {}});
+}
+
+// Curves that come after so many others.
+void giveLooks(Table &table, int &curvesBefore) {
+    for (Column &column : table.y) column.look = lookOfNewCurve(curvesBefore++);
+}
+
+std::vector<Table> tablesOf(std::vector<DataTable> read, int curvesBefore) {
+    std::vector<Table> tables;
+    tables.reserve(read.size());
+    for (DataTable &each : read) {
+        giveLooks(each.table, curvesBefore);
+        tables.push_back(std::move(each.table));
+    }
+    return tables;
+}
+
+// What the user has made of a curve goes over to the one that takes its position.
+void takeOver(const Column &old, Column &column) {
+    column.look = old.look;
+    column.marked = old.marked;
+    column.fitData = old.fitData;
+    column.rank = old.rank;
+}
+
+bool countsItsRows(const Table &table) {
+    const std::vector<double> &x = table.x.values;
+    return x.empty() || (x.front() == 0 && x.back() == static_cast<double>(x.size() - 1));
+}
+
+bool continues(const DataTable &more, const Table &table) {
+    return more.table.y.size() == table.y.size() && (!more.countedX || countsItsRows(table));
+}
+
+// Makes room so that appending can't fail, and growth by single rows stays cheap.
+void reserveRows(Column &column, std::size_t more) {
+    const std::size_t needed = column.values.size() + more;
+    if (needed > column.values.capacity())
+        column.values.reserve(std::max(needed, 2 * column.values.capacity()));
+}
+
+void appendRows(const DataTable &more, Table &table) {
+    const double rows = more.countedX ? rowsOf(table) : 0;
+    for (const double x : more.table.x.values) table.x.values.push_back(rows + x);
+    for (std::size_t i = 0; i < table.y.size(); ++i) {
+        const std::vector<double> &values = more.table.y[i].values;
+        table.y[i].values.insert(table.y[i].values.end(), values.begin(), values.end());
+        table.y[i].drawnByFit = false; // the user's own from now on
+    }
+}
+
+} // namespace
+
+void replaceData(Document &document, const std::string &source, std::string text) {
+    std::vector<DataTable> read = readDataText(std::move(text));
+    std::vector<Table> &old = sourceNamed(document, source).tables;
+    int others = numberOfCurves(document);
+    for (const Table &table : old) others -= static_cast<int>(table.y.size());
+    std::vector<Table> tables = tablesOf(std::move(read), others);
+    for (std::size_t t = 0; t < std::min(tables.size(), old.size()); ++t)
+        for (std::size_t c = 0; c < std::min(tables[t].y.size(), old[t].y.size()); ++c)
+            takeOver(old[t].y[c], tables[t].y[c]);
+    old = std::move(tables);
+    document.markWalk = 0;
+    document.changed = true;
+}
+
+void appendData(Document &document, const std::string &source, std::string text) {
+    std::vector<DataTable> read = readDataText(std::move(text));
+    std::vector<Table> &tables = sourceNamed(document, source).tables;
+
+    // the text's tables stand beside the last ones of the source
+    const std::size_t first = tables.size() - std::min(tables.size(), read.size());
+    const std::size_t beside = tables.size() - first;
+    for (std::size_t i = 0; i < beside; ++i) {
+        Table &table = tables[first + i];
+        if (!continues(read[i], table)) continue;
+        const std::size_t more = read[i].table.x.values.size();
+        if (table.x.values.size() + more > std::numeric_limits<int>::max())
+            throw Refusal("a table can't have so many rows");
+        reserveRows(table.x, more);
+        for (Column &column : table.y) reserveRows(column, more);
+    }
+    for (std::size_t i = 0; i < read.size(); ++i) {
+        if (i < beside && continues(read[i], tables[first + i])) {
+            appendRows(read[i], tables[first + i]);
+        } else {
+            int curvesBefore = numberOfCurves(document);
+            giveLooks(read[i].table, curvesBefore);
+            tables.push_back(std::move(read[i].table));
+            document.markWalk = 0;
+        }
+    }
+    document.changed = true;
+}
+
+void addSource(Document &document, const std::string &name, std::vector<Table> tables) {
+    std::vector<std::string> taken;
+    for (const Source &each : document.sources) taken.push_back(each.name);
+    document.sources.push_back({freeName(name, taken), std::move(tables)});
+    document.changed = true;
+}
+
+void addData(Document &document, const std::string &source, std::string text) {
+    addSource(document, source, tablesOf(readDataText(std::move(text)), numberOfCurves(document)));
+}
+
+std::string dataTextOfSelection(const Document &document, bool includeX) {
+    std::vector<std::vector<const Column *>> blocks;
+    std::vector<const Table *> tables;
+    for (const CurveRef &curve : requireSelection(document)) {
+        const Table &table = tableOf(document, curve);
+        auto at = std::find(tables.begin(), tables.end(), &table) - tables.begin();
+        if (at == std::ssize(tables)) {
+            tables.push_back(&table);
+            blocks.emplace_back();
+            if (includeX) blocks.back().push_back(&table.x);
+        }
+        blocks[at].push_back(&columnOf(document, curve));
+    }
+    std::string text;
+    for (const auto &columns : blocks) writeDataText(columns, text);
+    return text;
+}
+
+} // namespace plotwerk

@@ -1,0 +1,183 @@
+// Files are whole whenever they are looked at.
+#include "plotwerk/files/atomicFile.h"
+#include "plotwerk/base/refusal.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <functional>
+#include <gtest/gtest.h>
+#include <set>
+#include <sys/ptrace.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace plotwerk;
+
+namespace fs = std::filesystem;
+
+class AtomicFile : public testing::Test {
+  protected:
+    AtomicFile() {
+        std::string pattern = (fs::temp_directory_path() / "atomicFile-XXXXXX").string();
+        directory = mkdtemp(pattern.data());
+        file = directory / "file";
+    }
+    ~AtomicFile() override { fs::remove_all(directory); }
+
+    // In several pieces, so that there is a time when a part of the text is on its way.
+    static void write(const fs::path &path, const std::string &text) {
+        writeWholeFile(path, [&](std::ostream &stream) {
+            for (size_t i = 0; i < text.size(); i += 1000)
+                stream << text.substr(i, 1000) << std::flush;
+        });
+    }
+
+    static std::string refusalOf(const std::function<void()> &work) {
+        try {
+            work();
+            return "";
+        } catch (const Refusal &refusal) {
+            return refusal.what();
+        }
+    }
+
+    // The names there, in order.
+    std::string listing() const {
+        std::set<std::string> names;
+        for (const auto &entry : fs::directory_iterator(directory))
+            names.insert(entry.path().filename());
+        std::string list;
+        for (const std::string &name : names) list += name + ' ';
+        return list;
+    }
+
+    fs::path directory;
+    fs::path file;
+};
+
+TEST_F(AtomicFile, KeepsPermissionsAndLinks) {
+    fs::create_symlink("second", directory / "link");
+    fs::create_symlink(file, directory / "second");
+    const mode_t before = umask(027);
+    write(directory / "link", "old");
+    umask(before);
+    EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0640)) << "a new file";
+
+    fs::permissions(file, static_cast<fs::perms>(0604));
+    write(directory / "link", "new\n");
+    EXPECT_EQ(readWholeFile(file), "new\n");
+    EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0604));
+    EXPECT_TRUE(fs::is_symlink(directory / "link") && fs::is_symlink(directory / "second"));
+    EXPECT_EQ(listing(), "file link second ");
+}
+
+TEST_F(AtomicFile, IsARegularOneOrRefusedWithoutWaiting) {
+    mkfifo((directory / "pipe").c_str(), 0600);
+    fs::create_symlink("loop", directory / "loop");
+    const std::string notThere = "No such file or directory";
+    const struct {
+        std::string path, written, read;
+    } cases[] = {{"", notThere, notThere},
+                 {directory, "Is a directory", "Is a directory"},
+                 {directory / "none" / "file", notThere, notThere},
+                 {directory / "pipe", "not a regular file", "not a regular file"},
+                 {"/dev/zero", "not a regular file", "not a regular file"},
+                 {directory / "loop", "Too many levels of symbolic links",
+                  "Too many levels of symbolic links"},
+                 {directory / std::string(300, 'n'), "File name too long", "File name too long"}};
+    for (const auto &c : cases) {
+        EXPECT_EQ(refusalOf([&] { write(c.path, "text"); }),
+                  "can't write " + c.path + ": " + c.written);
+        EXPECT_EQ(refusalOf([&] { readWholeFile(c.path); }),
+                  "can't read " + c.path + ": " + c.read);
+    }
+    EXPECT_EQ(listing(), "loop pipe ");
+    EXPECT_TRUE(fs::is_character_file("/dev/zero"));
+    EXPECT_NE(readWholeFile("/proc/self/status").find("Pid:"), std::string::npos)
+        << "a file whose size isn't known beforehand";
+}
+
+// Where the writer gives up, and on a full disk, for which a limit stands.
+TEST_F(AtomicFile, StaysAsItWasWhenItCannotBeWritten) {
+    write(file, "old");
+    EXPECT_THROW(writeWholeFile(file,
+                                [](std::ostream &stream) {
+                                    stream << "half";
+                                    throw std::bad_alloc();
+                                }),
+                 std::bad_alloc);
+    const auto tooLong = [&] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{100'000, 100'000};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        const std::string refusal = refusalOf([&] { write(file, std::string(200'000, 'n')); });
+        std::fputs(refusal.c_str(), stderr);
+        std::exit(0);
+    };
+    EXPECT_EXIT(tooLong(), testing::ExitedWithCode(0), ": File too large$");
+    EXPECT_EQ(readWholeFile(file), "old");
+    EXPECT_EQ(listing(), "file ");
+}
+
+// Runs the work in a process that is stopped before and after each system call, and killed at the
+// n-th stop. `order` gets the calls of interest before that. False when the work ended earlier.
+static bool killedAtStop(int n, const std::function<void()> &work, std::string &order) {
+    const pid_t child = fork();
+    if (child == 0) {
+        ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+        raise(SIGSTOP);
+        work();
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD);
+    for (; n > 0; --n) {
+        ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
+        waitpid(child, &status, 0);
+        if (!WIFSTOPPED(status)) {
+            EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+            return false;
+        }
+        __ptrace_syscall_info call{};
+        ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof call, &call);
+        if (call.op != PTRACE_SYSCALL_INFO_ENTRY) continue;
+        const auto number = static_cast<long>(call.entry.nr);
+        if (number == SYS_fsync) order += "sync ";
+        if (number == SYS_renameat2 || number == SYS_renameat || number == SYS_rename)
+            order += "move ";
+    }
+    kill(child, SIGKILL);
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFSIGNALED(status)) << status;
+    return true;
+}
+
+TEST_F(AtomicFile, IsTheWholeOldOrTheWholeNewOneWheneverItsWriterIsKilled) {
+    const std::string texts[] = {std::string(30'000, 'a'), std::string(5'000, 'b')};
+    const int nameless = open(directory.c_str(), O_TMPFILE | O_WRONLY, 0600);
+    close(nameless);
+    std::string order;
+    int whole[2] = {0, 0};
+    bool killed = true;
+    for (int stop = 1; killed; ++stop) {
+        write(file, texts[0]);
+        order.clear();
+        killed = killedAtStop(
+            stop, [&] { write(file, texts[1]); }, order);
+        const std::string found = readWholeFile(file);
+        ASSERT_TRUE(found == texts[0] || found == texts[1]) << "stop " << stop << ", " << found;
+        ++whole[found == texts[1]];
+        const std::string left = listing();
+        const bool named = nameless < 0 || order.find("sync") != std::string::npos;
+        EXPECT_TRUE(named || left == "file ") << "stop " << stop << ", " << left;
+        if (left != "file ") fs::remove(directory / left.substr(0, left.find(' ')));
+    }
+    EXPECT_EQ(order, "sync move sync ");
+    EXPECT_GT(whole[0], 20);
+    EXPECT_GT(whole[1], 2);
+}

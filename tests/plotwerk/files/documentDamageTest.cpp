@@ -1,0 +1,134 @@
+// Bytes that are no document are refused, whatever they are.
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/files/documentFile.h"
+#include "tests/plotwerk/files/fullDocument.h"
+
+#include <gtest/gtest.h>
+
+using namespace plotwerk;
+
+// Why the bytes are refused; empty when they are read.
+static std::string refusalOf(const std::string &bytes) {
+    try {
+        documentOf(bytes);
+        return "";
+    } catch (const Refusal &refusal) {
+        return refusal.what();
+    }
+}
+
+static std::string repeated(const std::string &piece) {
+    std::string text;
+    while (text.size() < 5'000'000) text += piece;
+    return text;
+}
+
+// Cut, it is refused; with a byte changed it may well be another document, but nothing else.
+TEST(DamagedDocument, IsRefusedWhereverItIsCutAndReadOrRefusedWithAnyByteChanged) {
+    for (const bool binary : {false, true}) {
+        const std::string whole = saved(smallDocument(), binary);
+        for (size_t i = binary ? 3 : 0; i + (binary ? 0 : 1) < whole.size(); ++i) {
+            ASSERT_NE(refusalOf(whole.substr(0, i)), "") << "binary " << binary << " cut at " << i;
+            for (const char byte : {'\0', '\x9b'}) {
+                std::string damaged = whole;
+                damaged[i] = byte;
+                const std::string refusal = refusalOf(damaged);
+                ASSERT_EQ(refusal.find('\n'), std::string::npos) << refusal;
+            }
+        }
+    }
+}
+
+TEST(DamagedDocument, ThatWouldExhaustStackOrMemoryIsRefused) {
+    for (const char *nested : {"[", "{\"a\":", "{\"values\":[["})
+        EXPECT_NE(refusalOf(repeated(nested)), "") << nested;
+    const std::string mark = "\xd9\xd9\xf7";
+    // arrays, maps, tags, chunks of text and of bytes
+    for (const char *nested : {"\x81", "\xa1\x61\x61", "\xc6", "\x7f", "\x5f"})
+        EXPECT_NE(refusalOf(mark + repeated(nested)), "") << nested;
+    // huge lengths of bytes, text, array and map; an array without end, tags before no bytes
+    for (const std::string cut :
+         {"\x5b\xff\xff\xff\xff\xff\xff\xff\xff", "\x7b\x7f\xff\xff\xff\xff\xff\xff\xff",
+          "\x9b\xff\xff\xff\xff\xff\xff\xff\xff", "\xbb\x80\x01\x01\x01\x01\x01\x01\x01", "\x9f",
+          "\xd8\x56\x01", "\xd8\x56", ""})
+        EXPECT_NE(refusalOf(mark + cut), "") << cut;
+}
+
+// One change to a sound text, and why it is refused then.
+TEST(DamagedDocument, IsRefusedWithTheReason) {
+    Document document;
+    document.name = "doc";
+    document.sources = {{"source", {Table{}}}};
+    Table &table = document.sources[0].tables[0];
+    table.x.values = {1, 2};
+    table.y.resize(2);
+    for (Column &y : table.y) y.values = {3, 4};
+    const std::string sound = saved(document, false);
+    ASSERT_EQ(refusalOf(sound), "");
+
+    const std::string later = "saved by a later Plotwerk (version ";
+    const struct {
+        std::string key, from;
+        std::vector<std::string> to;
+        std::string why; // empty: of the wrong kind
+    } cases[] = {
+        {"format", "\"plotwerk document\"", {"\"other\"", "1"}, "not a document of Plotwerk"},
+        {"version", "1", {"2"}, later + "2 of the format)"},
+        {"version", "1", {"18446744073709551615"}, later + "18446744073709551615 of the format)"},
+        {"version", "1", {"0", "\"1\"", "1.0"}, "damaged: no version"},
+        {"document", "", {"1,\"d\":"}, ""},
+        {"name", "\"doc\"", {"null", "\"a\\u0000b\""}, ""},
+        {"xAxisLength", "12.0", {"\"12\"", "false"}, ""},
+        {"multiDimFit", "false", {"0"}, ""},
+        {"ticks", "-1", {"1.0", "2147483648", "-2147483649", "18446744073709551615"}, ""},
+        {"symbol", "[0,0,0,0]", {"[0,0,0]"}, ""},
+        {"texts", "[]", {"{}"}, ""},
+        {"frame", "{", {"[],\"f\":{"}, ""},
+        {"values", "[1.0,2.0]", {"0"}, ""},
+        {"values", "[1.0,2.0]", {"[1.0]"}, "damaged: columns of unequal length in \"source\""},
+        {"values", "[1.0,2.0]", {"[1.0,\"2\"]"}, "a text among the numbers of a column"},
+        {"values",
+         "[1.0,2.0]",
+         {"[[2.0]]", "[1.0,true]", "[{}]"},
+         "something else among the numbers of a column"},
+        {"markWalk", "0", {"-1"}, "damaged: \"markWalk\" is negative"},
+        {"formula", "\"\"", {"\"(\""}, "damaged: formula, line 1, column 2: expected a value"},
+        {"formula", "\"\"", {"\"a*x\""}, "damaged: the parameters are not those of the formula"}};
+    for (const auto &c : cases) {
+        const std::string key = '"' + c.key + '"';
+        const size_t at = sound.find(key + ':' + c.from);
+        ASSERT_NE(at, std::string::npos) << key << c.from;
+        for (const std::string &to : c.to) {
+            std::string damaged = sound;
+            damaged.replace(at + key.size() + 1, c.from.size(), to);
+            const std::string why = "damaged: " + key + " is of the wrong kind";
+            EXPECT_EQ(refusalOf(damaged), c.why.empty() ? why : c.why) << key << to;
+        }
+        std::string without = sound;
+        without[at + 1] = 'Z';
+        EXPECT_TRUE(refusalOf(without).starts_with("damaged: no ") || c.key == "format") << key;
+    }
+
+    const auto refusalWith = [&](const Column &y) {
+        table.y = {y, y};
+        return refusalOf(saved(document, true));
+    };
+    const Column y{.name = "", .values = {3, 4}, .look = {}};
+    Column placed = y, fitted = y, drawn = y;
+    EXPECT_EQ(refusalWith(y), "");
+    placed.rank = 1;
+    EXPECT_EQ(refusalWith(placed), "damaged: the selection has two curves in one place");
+    placed.rank = -1;
+    EXPECT_EQ(refusalWith(placed), "damaged: \"place\" is negative");
+    fitted.fitData = drawn.drawnByFit = true;
+    EXPECT_EQ(refusalWith(fitted), "damaged: more than one curve is the fit data");
+    EXPECT_EQ(refusalWith(drawn), "damaged: more than one curve is drawn by the fit");
+
+    // a text of JSON is checked by its parser, one of CBOR by nobody else
+    document.name = "q\u00e4";
+    for (const bool binary : {false, true}) {
+        std::string bytes = saved(document, binary);
+        bytes.replace(bytes.find("\u00e4"), 2, "\xe4\xe4");
+        EXPECT_NE(refusalOf(bytes).find("damaged"), std::string::npos) << "binary " << binary;
+    }
+}

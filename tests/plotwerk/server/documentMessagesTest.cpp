@@ -1,0 +1,157 @@
+// Documents: which there are, what opening, saving and closing does to them.
+#include "tests/plotwerk/server/serverTest.h"
+
+#include <functional>
+
+namespace fs = std::filesystem;
+
+class DocumentMessages : public ServerTest {
+  protected:
+    std::string front() { return plotwerk->documentNameOfFrontWindow(); }
+
+    void open(const std::string &path, bool rangeOverAll = false) {
+        plotwerk->openFile_file_doRangeOverAll_("", path, rangeOverAll);
+    }
+    void close(const std::string &document, bool ask) {
+        plotwerk->closeDocument_askForSave_(document, ask);
+    }
+    void read(const std::string &document, const std::string &text) {
+        plotwerk->replaceDataformText_of_source_doRangeOverAll_(text, document, "", false);
+        ASSERT_EQ(lastError(), "");
+    }
+
+    // The document "Untitled"; true when it succeeded.
+    bool saveAs(const std::string &path, bool binary = false) {
+        plotwerk->saveDocument_as_binary_("Untitled", path, binary);
+        return plotwerk->didSaveSucceed_("Untitled");
+    }
+    bool saveTo(const std::string &path) {
+        plotwerk->saveDocument_to_binary_("Untitled", path, false);
+        return plotwerk->didSaveSucceed_("Untitled");
+    }
+};
+
+TEST_F(DocumentMessages, TheFrontOneIsTheLastOpenedCreatedOrActivated) {
+    start({file("a", "1 2\n"), file("b", "1 2\n")});
+    const std::pair<std::function<void()>, const char *> steps[] = {
+        {[&] {}, "b"},
+        {[&] { plotwerk->actify_("a"); }, "a"},
+        {[&] { plotwerk->newDocumentWithName_("c \u00e4\n"); }, "c \u00e4\n"},
+        {[&] { plotwerk->display_doRangeOverAll_("b", false); }, "b"},
+        {[&] { close("b", false); }, "c \u00e4\n"},
+        {[&] { close("a", false); }, "c \u00e4\n"},
+        {[&] { close("c \u00e4\n", false); }, ""},
+        {[&] { plotwerk->newDocumentWithName_(""); }, "Untitled"}};
+    for (const auto &[step, name] : steps) {
+        step();
+        EXPECT_EQ(front(), name);
+    }
+    plotwerk->newDocumentWithName_("Untitled");
+    EXPECT_EQ(front().find("Untitled "), 0U) << "made unique: " << front();
+}
+
+TEST_F(DocumentMessages, SavedOnesComeBackFromBothKindsOfFile) {
+    start();
+    read("Untitled", "x a \"b c\"\n0 1 nan\n1 -2.5 inf\n");
+    plotwerk->setXRangeOf_xmin_xmax_("Untitled", 0.1, 3);
+    const std::string contents = contentsOf("Untitled");
+    for (const bool binary : {false, true}) {
+        EXPECT_TRUE(saveAs(pathOf("saved"), binary));
+        close("Untitled", true);
+        EXPECT_EQ(front(), "") << "nothing to be kept: " << lastError();
+        open(pathOf("saved"));
+        EXPECT_EQ(front(), "Untitled");
+        EXPECT_EQ(contentsOf("Untitled"), contents) << "ranges and all";
+        EXPECT_FALSE(fs::exists(stateDirectory));
+    }
+    close("Untitled", false);
+    open(pathOf("saved"), true);
+    EXPECT_EQ(plotwerk->getXRangeOf_xmin_xmax_("Untitled"), std::tuple(0.0, 1.0));
+}
+
+TEST_F(DocumentMessages, SavingAsGivesAPathSavingToDoesNotAndFailingLeavesAll) {
+    start();
+    EXPECT_FALSE(saveAs(""));
+    EXPECT_EQ(lastError(), "saveDocument:as:binary: \"Untitled\": no path of its own");
+    EXPECT_TRUE(saveTo(pathOf("copy")));
+    EXPECT_FALSE(saveTo("")) << "a copy's path isn't its own";
+    EXPECT_TRUE(saveAs(pathOf("own")));
+    EXPECT_EQ(front(), "Untitled") << "clients know it by this name";
+
+    read("Untitled", "1 3\n");
+    const std::pair<std::string, const char *> wrong[] = {
+        {directory.string(), "Is a directory"},
+        {pathOf("none/own"), "No such file or directory"},
+        {pathOf("own/in"), "Not a directory"},
+        {"/dev/full", "not a regular file"}};
+    for (const auto &[path, reason] : wrong) {
+        EXPECT_FALSE(saveAs(path)) << path;
+        EXPECT_EQ(lastError(),
+                  "saveDocument:as:binary: \"Untitled\": can't write " + path + ": " + reason);
+    }
+    EXPECT_EQ(bytesOf(pathOf("own")), bytesOf(pathOf("copy")));
+    EXPECT_TRUE(saveAs("", true)) << "its own path has stayed";
+    EXPECT_NE(bytesOf(pathOf("own")).front(), '{');
+}
+
+// Neither the file's name nor its text is UTF-8 here, as the bus needs it.
+TEST_F(DocumentMessages, DataTextIsReadIntoASourceNamedAfterItsFile) {
+    start({file("r\xf6hre.txt", "\xef\xbb\xbfU Str\xf6me\n0 1\n")});
+    EXPECT_EQ(front(), "r\u00f6hre.txt");
+    plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_(front(), 0, 0, false);
+    EXPECT_EQ(plotwerk->markSelectedCurvesOf_(front()), 1);
+    EXPECT_EQ(plotwerk->nameOfNextMarkedCurveOf_name_source_yData_table_index_(front()),
+              std::tuple("Str\u00f6me", "r\u00f6hre.txt", true, 1, 0));
+
+    open(file("picture", std::string("1 2\n\0\n", 6)));
+    EXPECT_TRUE(holds(lastError(), "picture: neither a saved document nor data text"));
+}
+
+TEST_F(DocumentMessages, AnOpenDocumentIsNotOpenedTwice) {
+    start();
+    read("Untitled", "1 2\n");
+    EXPECT_TRUE(saveAs(pathOf("saved")));
+    plotwerk->newDocumentWithName_("other");
+    plotwerk->setValueOfDoc_atIndex_indexSerie_toValue_("Untitled", 0, -1, 7);
+    fs::create_symlink("saved", pathOf("link"));
+    open(pathOf("link"));
+    EXPECT_EQ(front(), "Untitled");
+    EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_("Untitled", 0, -1), 7) << "not saved";
+
+    const std::string text = file("text", "1 2\n");
+    open(text);
+    open(text);
+    EXPECT_EQ(front().find("text "), 0U) << "data text is read anew: " << front();
+    plotwerk->saveDocument_as_binary_("text", "", false);
+    EXPECT_EQ(bytesOf(text), "1 2\n") << "and never overwritten";
+}
+
+TEST_F(DocumentMessages, UnsavedChangesAreKeptWhenClosedWithAQuestion) {
+    start();
+    for (const char *keptName : {"_a_b.json", "_a_b 2.json"}) {
+        plotwerk->newDocumentWithName_(".a/b");
+        close(".a/b", true);
+        EXPECT_FALSE(fs::exists(stateDirectory / keptName)) << "nothing had changed";
+        plotwerk->newDocumentWithName_(".a/b");
+        read(".a/b", "1 2\n");
+        close(".a/b", false);
+        EXPECT_FALSE(fs::exists(stateDirectory / keptName)) << "not asked";
+
+        plotwerk->newDocumentWithName_(".a/b");
+        read(".a/b", "1 2\n");
+        const std::string contents = contentsOf(".a/b");
+        close(".a/b", true);
+        EXPECT_EQ(front(), "Untitled");
+        EXPECT_EQ(bytesOf(stateDirectory / keptName), contents);
+    }
+    EXPECT_EQ(fs::status(stateDirectory).permissions(), fs::perms::owner_all);
+
+    fs::remove_all(stateDirectory);
+    file("state/plotwerk", "not a directory");
+    read("Untitled", "1 2\n");
+    close("Untitled", true);
+    EXPECT_EQ(front(), "Untitled");
+    EXPECT_TRUE(holds(lastError(), "closeDocument:askForSave: \"Untitled\": can't create "));
+    EXPECT_TRUE(holds(stop().err, "info: unsaved changes of \".a/b\" kept in " +
+                                      (stateDirectory / "_a_b.json").string() + "\n"));
+}

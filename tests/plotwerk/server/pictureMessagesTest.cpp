@@ -1,0 +1,173 @@
+// What documents look like, their pictures, and where these go.
+#include "tests/plotwerk/server/serverTest.h"
+
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+
+namespace fs = std::filesystem;
+
+static constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+class PictureMessages : public ServerTest {
+  protected:
+    PictureMessages() {
+        fs::create_directory(programs());
+        setenv("PATH", programs().c_str(), 1);
+        fs::create_directory(directory / "run");
+        setenv("XDG_RUNTIME_DIR", (directory / "run").c_str(), 1);
+    }
+    ~PictureMessages() override { setenv("PATH", path.c_str(), 1); }
+
+    fs::path programs() const { return directory / "bin"; }
+
+    // The server finds no programs but these: shell scripts that find the usual ones.
+    void addProgram(const std::string &name, const std::string &script) {
+        const std::string made = file("bin/" + name, "#!/bin/sh\nPATH=/usr/bin:/bin\n" + script);
+        fs::permissions(made, fs::perms::owner_all);
+    }
+
+    void startWithData() {
+        start();
+        plotwerk->replaceDataformText_of_source_doRangeOverAll_("t y\n0 1\n1 3\n2 2\n", "Untitled",
+                                                                "", true);
+        plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_("Untitled", 0, 0, false);
+    }
+
+    nlohmann::json document() {
+        return nlohmann::json::parse(contentsOf("Untitled")).at("document");
+    }
+
+    // How many children of the server there are, dead ones included.
+    size_t children() {
+        std::string list = bytesOf("/proc/" + std::to_string(program->pid()) + "/task/" +
+                                   std::to_string(program->pid()) + "/children");
+        return static_cast<size_t>(std::count(list.begin(), list.end(), ' '));
+    }
+
+  private:
+    const std::string path = std::getenv("PATH");
+};
+
+TEST_F(PictureMessages, SettingsAreKeptAndSavedWithTheDocument) {
+    startWithData();
+    nlohmann::json wanted = document();
+    plotwerk->setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_(
+        "Untitled", 0, 1, 2, 1, 1, 2, 2, 1, 2, 1);
+    plotwerk->setAttributes2OfSelectionOf_("Untitled", 3, 4, 1, 5, 6, 7, 8, -1, 9, 0.5, 1, 2, 3, 4,
+                                           0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, notANumber);
+    wanted["sources"][0]["tables"][0]["y"][0]["look"].merge_patch(R"({
+        "line": false, "stepped": true, "xError": true, "dashed": true, "rightY": true,
+        "symbols": true, "sum": 3, "interpolationPoints": 4.0, "interpolationType": 1,
+        "symbolSize": 5.0, "symbolInc": 6, "symbol": [7, 8, 0, 9], "lineThickness": 0.5,
+        "dashLength": [1.0, 2.0, 3.0, 4.0],
+        "lineColour": {"red": 0.1, "green": 0.2, "blue": 0.3, "opacity": 0.4},
+        "fillColour": {"red": 0.5, "green": 0.6, "blue": 0.7}})"_json);
+    plotwerk
+        ->setDocAttributes_xAxisLength_yAxisLength_tickLength_axisThickness_yAxisPos_xAxisPos_multiDimFit_noLineOnRev_(
+            "Untitled", 10, notANumber, 0.3, 2, 1, notANumber, 1, 0);
+    wanted["frame"].merge_patch(R"({"xAxisLength": 10.0, "tickLength": 0.3, "axisThickness": 2.0,
+        "yAxisPos": 1.0, "multiDimFit": true})"_json);
+    plotwerk
+        ->setAxisOf_axisCode_inc_ticks_prec_log_insideticks_outsideticks_majorgrid_minorgrid_expnumbers_labelAngle_noline_numbersinside_nonumbers_arrow_logticksAt_lognumberAt_reverse_labelDensity_(
+            "Untitled", 4, 0.5, 3, 2, 1, 0, 1, 1, 2, 1, 30, 0, 1, 2, 1, 2, 3, 1, 0.5);
+    wanted["axes"][3].merge_patch(R"({"increment": 0.5, "ticks": 3, "precision": 2,
+        "logarithmic": true, "insideTicks": false, "outsideTicks": true, "majorGrid": true,
+        "exponents": true, "labelAngle": 30.0, "numbersInside": true, "arrow": true,
+        "logTicksAt": 2, "logNumbersAt": 3, "reversed": true, "labelDensity": 0.5})"_json);
+    plotwerk->setXTitleOf_to_("Untitled", "time");
+    plotwerk->setRTFyTitleOf_to_("Untitled", "{\\rtf1 U}");
+    wanted["axes"][0]["title"] = "time";
+    wanted["axes"][1]["title"] = "{\\rtf1 U}";
+    plotwerk->setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_("Untitled", "{\\rtf1 here}",
+                                                                   0.25, 7, 90, 0, 1);
+    wanted["texts"] = R"([{"text": "{\\rtf1 here}", "x": 0.25, "y": 7.0, "angle": 90.0,
+        "xFloating": false, "yFloating": true}])"_json;
+    EXPECT_EQ(lastError(), "");
+    EXPECT_EQ(nlohmann::json::diff(wanted, document()), nlohmann::json::array());
+}
+
+TEST_F(PictureMessages, PicturesAreFilesOfTheirKind) {
+    startWithData();
+    const struct {
+        void (Plotwerk::*save)(const std::string &, const std::string &);
+        void (Plotwerk::*copy)(const std::string &);
+        std::string name, begin;
+    } kinds[] = {{&Plotwerk::savePicturePDF_as_, &Plotwerk::copyPDF_, "pdf", "%PDF-"},
+                 {&Plotwerk::savePictureEPS_as_, nullptr, "eps", "%!PS-Adobe-"},
+                 {&Plotwerk::savePictureTIFF_as_, &Plotwerk::copyTIFF_, "tiff", {"II*\0", 4}}};
+    for (const auto &kind : kinds) {
+        const std::string saved = pathOf("a." + kind.name);
+        (*plotwerk.*kind.save)("Untitled", saved);
+        EXPECT_TRUE(plotwerk->didSaveSucceed_("Untitled")) << kind.name;
+        EXPECT_TRUE(bytesOf(saved).starts_with(kind.begin)) << kind.name;
+        if (!kind.copy) continue;
+        (*plotwerk.*kind.copy)("Untitled");
+        EXPECT_EQ(bytesOf(directory / ("run/plotwerk/clipboard." + kind.name)), bytesOf(saved));
+    }
+    EXPECT_EQ(lastError(), "");
+    plotwerk->pasteDataOf_("Untitled");
+    EXPECT_EQ(lastError(), "pasteDataOf: \"Untitled\": the clipboard holds a picture, no data");
+
+    plotwerk->savePicturePDF_as_("Untitled", pathOf("none/a.pdf"));
+    EXPECT_FALSE(plotwerk->didSaveSucceed_("Untitled"));
+    EXPECT_EQ(lastError(), "savePicturePDF:as: \"Untitled\": can't write " + pathOf("none/a.pdf") +
+                               ": No such file or directory");
+}
+
+TEST_F(PictureMessages, ACopyNeedsAPlace) {
+    unsetenv("XDG_RUNTIME_DIR");
+    startWithData();
+    plotwerk->copySelectedCurvesOf_includeX_("Untitled", true);
+    plotwerk->copyPDF_("Untitled");
+    EXPECT_EQ(lastError(),
+              "copyPDF: \"Untitled\": no place for a copy: XDG_RUNTIME_DIR is not set");
+    plotwerk->pasteDataOf_("Untitled");
+    EXPECT_EQ(lastError(), "") << "the clipboard is as it was";
+}
+
+TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
+    addProgram("viewer", "cp \"$1\" \"$1.seen\"\n");
+    addProgram("broken", "exit 3\n");
+    startWithData();
+    const std::string page = pathOf("page.pdf");
+    plotwerk->savePDFofCompositionView_openWith_(page, "none");
+    EXPECT_EQ(lastError(), "savePDFofCompositionView:openWith: there is no composition");
+    EXPECT_FALSE(fs::exists(page));
+
+    plotwerk->newCompositionView_({0, 0, 300, 200});
+    plotwerk->savePDFofCompositionView_openWith_(page, "");
+    plotwerk->addPDFtoCompositionView_inRect_angle_sheer_("Untitled", {10, 10, 100, 100}, 30, 0.1);
+    plotwerk->savePDFofCompositionView_openWith_(page, "viewer");
+    EXPECT_EQ(lastError(), "");
+    EXPECT_NE(bytesOf(page).find("/MediaBox [ 0 0 300 200 ]"), std::string::npos);
+    waitUntil("the viewer", [&] {
+        return fs::exists(page + ".seen") && fs::file_size(page + ".seen") == fs::file_size(page);
+    });
+
+    plotwerk->savePDFofCompositionView_openWith_(page, "no such; touch " + pathOf("touched"));
+    EXPECT_EQ(lastError().find("savePDFofCompositionView:openWith: can't start no such; touch"), 0U)
+        << lastError();
+    EXPECT_FALSE(fs::exists(pathOf("touched")));
+    plotwerk->savePDFofCompositionView_openWith_(page, "broken");
+    waitUntil("the end of all programs", [&] { return children() == 0; });
+    EXPECT_NE(stop().err.find("warning: broken ended with status 3\n"), std::string::npos);
+}
+
+// A printer that takes its time keeps nobody waiting.
+TEST_F(PictureMessages, PrintingHandsAPdfToLp) {
+    startWithData();
+    plotwerk->printDoc_("Untitled");
+    EXPECT_EQ(lastError(), "printDoc: \"Untitled\": can't start lp: No such file or directory");
+    addProgram("lp", "while [ ! -e '" + pathOf("go") + "' ]; do sleep 0.01; done\necho \"$@\" >'" +
+                         pathOf("arguments") + "'\ncat >'" + pathOf("part") + "'\nmv '" +
+                         pathOf("part") + "' '" + pathOf("printed") + "'\n");
+    plotwerk->printDoc_("Untitled");
+    EXPECT_EQ(lastError(), "");
+    plotwerk->savePicturePDF_as_("Untitled", pathOf("a.pdf"));
+    EXPECT_FALSE(fs::exists(pathOf("printed")));
+    file("go", "");
+    waitUntil("the printer", [&] { return fs::exists(pathOf("printed")); });
+    EXPECT_EQ(bytesOf(pathOf("printed")), bytesOf(pathOf("a.pdf")));
+    EXPECT_EQ(bytesOf(pathOf("arguments")), "-t Untitled\n");
+    waitUntil("the end of all programs", [&] { return children() == 0; });
+}

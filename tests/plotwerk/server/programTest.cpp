@@ -1,0 +1,96 @@
+// plotwerkd as a program: its options, its files, its name, its end.
+#include "tests/plotwerk/server/serverTest.h"
+
+#include <array>
+#include <csignal>
+
+class ProgramTest : public ServerTest {};
+
+TEST_F(ProgramTest, ExplainsItselfAndItsUsage) {
+    const struct {
+        std::vector<std::string> arguments;
+        int status;
+        std::string out, err;
+    } cases[] = {{{"--help"}, 0, "usage: plotwerkd ", ""},
+                 {{"--version"}, 0, "plotwerkd " PLOTWERK_VERSION "\n", ""},
+                 {{"--nix"}, 2, "", "\nusage: plotwerkd "},
+                 {{"-x"}, 2, "", "\nusage: plotwerkd "},
+                 {{"--log-level"}, 2, "", "\nusage: plotwerkd "},
+                 {{"--log-level", "loud"}, 2, "", "'loud'\nusage: plotwerkd "}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.arguments.front());
+        const Output output = runProgram(command(c.arguments));
+        EXPECT_EQ(output.status, c.status);
+        EXPECT_TRUE(holds(output.out, c.out));
+        EXPECT_TRUE(holds(output.err, c.err));
+        EXPECT_EQ(output.out.empty(), c.out.empty());
+    }
+}
+
+TEST_F(ProgramTest, OwnsItsNameAloneUntilASignal) {
+    for (const int signal : {SIGTERM, SIGINT}) {
+        start();
+        const Output second = runProgram(command());
+        EXPECT_EQ(second.status, 1);
+        EXPECT_TRUE(
+            holds(second.err, "error: can't own org.plotwerk.PlotwerkControl, its owner is :"));
+        EXPECT_TRUE(holds(second.err, ", process " + std::to_string(program->pid()) + "\n"));
+        EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "Untitled");
+        plotwerk->setXRangeOf_xmin_xmax_("Untitled", 0, 1);
+
+        program->sendSignal(signal);
+        const Output output = program->finish();
+        EXPECT_EQ(output.status, 0);
+        EXPECT_TRUE(holds(output.err, "info: owns org.plotwerk.PlotwerkControl as :"));
+        EXPECT_TRUE(holds(output.err, "warning: unsaved changes of \"Untitled\" are lost\n"));
+        EXPECT_FALSE(bus.hasOwner(busName));
+    }
+}
+
+TEST_F(ProgramTest, EndsWithStatusOneWithoutABus) {
+    start();
+    plotwerk->setXRangeOf_xmin_xmax_("Untitled", 0, 1);
+    bus.stop();
+    const Output bereft = program->finish();
+    EXPECT_EQ(bereft.status, 1);
+    EXPECT_TRUE(holds(bereft.err, "plotwerkd: error: the bus has gone: "));
+    EXPECT_TRUE(holds(bereft.err, "warning: unsaved changes of \"Untitled\" are lost\n"));
+
+    const Output output = runProgram(command());
+    EXPECT_EQ(output.status, 1);
+    EXPECT_TRUE(holds(output.err, "plotwerkd: error: can't connect to the session bus: "));
+}
+
+TEST_F(ProgramTest, OpensTheFilesThatItCan) {
+    const std::string one = file("one.txt", "1 2\n3 4\n");
+    const std::string cut = file("cut", "{\"format\":\"plotwerk docu");
+    start({one, pathOf("none\n"), cut, directory.string(), file("two", "t y\n0 1\n")});
+    EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "two");
+    EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_("one.txt", 1, -1), 4);
+    const std::string log = stop().err;
+    EXPECT_TRUE(holds(log, "opened " + one + " as \"one.txt\"\n"));
+    EXPECT_TRUE(
+        holds(log, "error: can't read " + pathOf("none") + "\\x0a: No such file or directory\n"));
+    EXPECT_TRUE(holds(log, "error: can't open " + cut + ": damaged at byte 25\n"));
+    EXPECT_TRUE(holds(log, "error: can't read " + directory.string() + ": Is a directory\n"));
+
+    start({pathOf("none")});
+    EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "");
+}
+
+TEST_F(ProgramTest, LogsWhatItIsAskedTo) {
+    const std::string lines[] = {"info: owns ",
+                                 "warning: valueOfDoc:atIndex:indexSerie: no document \"nix\"\n",
+                                 "debug: valueOfDoc:atIndex:indexSerie:\n"};
+    const std::pair<const char *, std::array<bool, 3>> cases[] = {{"error", {false, false, false}},
+                                                                  {"warning", {false, true, false}},
+                                                                  {"info", {true, true, false}},
+                                                                  {"debug", {true, true, true}}};
+    for (const auto &[level, logged] : cases) {
+        start({std::string("--log-level=") + level});
+        plotwerk->valueOfDoc_atIndex_indexSerie_("nix", 0, 0);
+        const std::string log = stop().err;
+        for (size_t i = 0; i < logged.size(); ++i)
+            EXPECT_EQ(holds(log, lines[i]), logged[i]) << level << lines[i];
+    }
+}

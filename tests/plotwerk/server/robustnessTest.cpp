@@ -1,0 +1,297 @@
+// plotwerkd under messages that nobody would send, and under many clients.
+#include "tests/plotwerk/server/serverTest.h"
+
+#include <climits>
+#include <cmath>
+#include <csignal>
+#include <cstdlib>
+#include <future>
+#include <limits>
+#include <random>
+#include <set>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <variant>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Rectangle = sdbus::Struct<double, double, double, double>;
+using Value = std::variant<std::string, int32_t, double, bool, Rectangle>;
+using Values = std::vector<Value>;
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double most = std::numeric_limits<double>::max();
+constexpr double least = std::numeric_limits<double>::denorm_min();
+
+// What may be sent, by the names of text arguments and the types of others: the first is sensible,
+// the others need not be.
+const std::pair<std::set<std::string>, Values> pools[] = {
+    {{"formulaText"},
+     {"a*x+b", "a*exp(-b*x)", "a*sin(b*x+c)", "u = x/a\nu^2+b", "y/0", "1/x", "log(x)*a", "", "y",
+      std::string(20'000, '('), "a+a+a+a*b*x", "x x", "a*(x", "if(x>1,a,b)", "gamma(171*x)*a"}},
+    {{"parameterList"},
+     {"a = 1", "a=1,b=2!", "a = nan", "b = 1e300, a = -1e300", "a", "=", "a = 1 +- 2\nb=3 !", ",,,",
+      "c = 1e999", "a=\n"}},
+    {{"varName"}, {"a", "a.error", "chiq", "lastError", "xmin", "fitmax", "points", "", ".error"}},
+    {{"regexSourceName", "regexColumn", "regexSource"},
+     {".*", "", "a", "(", "(a+)+b", "[", "(a|b)*c", "\\1", "a{1,99999}", "(a*)*"}},
+    {{"replaceDataformText", "readDataformText", "appendDataAndDrawInFastMode"},
+     {"1 2\n2 3\n3 5\n4 4\n", "x a b\n0 1 2\n1 2 3\n2 1 4\n5 2 2\n",
+      "x a \"a error\"\n1 2 0.1\n2 3 1\n", "", "word", "1;;2\n", "1\n2\n3\n",
+      "nan nan\n-inf inf\n1e308 -1e308\n1e-320 5\n", "1 2 3\n\n4 5\n\n6\n", "3 1\n1 2\n2 nan\n",
+      "# only a comment"}},
+    {{"file", "savePDFofCompositionView", "as"},
+     {"a", "b", "", "/", "/dev/full", "/nowhere/file", "."}},
+    {{"source", "sourceName", "column"}, {"Data", "", "a", "b", "Fit", "a error", "X", "\n"}},
+    {{"to", "openWith"},
+     {"none", "", "a", std::string(200'000, 'n'), "\u00e4\U0001F600\u0301", "%s%n", "-x",
+      "{\\rtf1 a}", "{\\rtf1{\\b bold}\\super 2\\u-1?\\'zz}", "{\\rtf1" + std::string(5000, '{'),
+      "a\nb\tc\x01"}},
+    {{"xmax", "ymax", "maxx"}, {5.0, nan, 1.0, 0.5, 1e300, infinity, -1e300}},
+    {{"i"}, {1, -1, 0, 2, 3, 4, 17, 100000, INT_MIN, INT_MAX, -2}},
+    {{"d"},
+     {1.0, 0.0, 2.0, 0.5, -1.0, -0.0, 12.0, 1000.5, nan, infinity, -infinity, 1e300, -1e300, 1e-300,
+      least, most}},
+    {{"b"}, {false, true}},
+    {{"(dddd)"},
+     {Rectangle(0, 0, 595, 842), Rectangle(nan, nan, nan, nan), Rectangle(most, -most, 1, least),
+      Rectangle(0, 0, most, infinity), Rectangle(-infinity, 5, -1, 0)}}};
+const Values documents{"doc", "doc copy", "", "nix", std::string(200'000, 'n')};
+
+const Values &valuesOf(const Method::Argument &argument) {
+    for (const auto &[keys, values] : pools)
+        if (keys.contains(argument.name) || keys.contains(argument.type)) return values;
+    return documents;
+}
+
+class Random {
+  public:
+    explicit Random(unsigned seed) : engine(seed) {}
+
+    size_t below(size_t n) { return std::uniform_int_distribution<size_t>(0, n - 1)(engine); }
+
+    // Arguments that are mostly sensible: all but one in 2, 8 or 32.
+    Values arguments(const Method &method) {
+        const size_t odds = size_t{2} << (2 * below(3));
+        Values arguments;
+        for (const auto &argument : method.arguments) {
+            const Values &values = valuesOf(argument);
+            arguments.push_back(below(odds) != 0 ? values.front() : strange(values));
+        }
+        return arguments;
+    }
+
+  private:
+    // Any of the values, now and then another number or a damaged text.
+    Value strange(const Values &values) {
+        Value value = values[below(values.size())];
+        if (below(3) != 0) return value;
+        if (auto *real = std::get_if<double>(&value))
+            *real = std::uniform_real_distribution<double>(-5, 5)(engine);
+        if (auto *text = std::get_if<std::string>(&value)) damage(*text);
+        return value;
+    }
+
+    void damage(std::string &text) {
+        switch (below(4)) {
+        case 0: text += text; break;
+        case 1: text.resize(below(text.size() + 1)); break;
+        case 2: text.insert(below(text.size() + 1), 1, static_cast<char>(1 + below(126))); break;
+        default: text += std::string(below(3000), "(9a \n,"[below(6)]);
+        }
+        // only UTF-8 can be sent, and no path may lead out of the test's directory
+        std::erase_if(text,
+                      [](char c) { return static_cast<unsigned char>(c) >= 0x80 || c == '/'; });
+    }
+
+    std::mt19937 engine;
+};
+
+} // namespace
+
+class RobustnessTest : public ServerTest {
+  protected:
+    RobustnessTest() : before(fs::current_path()) {
+        fs::current_path(directory); // where a relative path leads
+        setenv("PATH", directory.c_str(), 1);
+        setenv("XDG_RUNTIME_DIR", directory.c_str(), 1);
+        start();
+        control = sdbus::createProxy(*connection, busName, objectPath);
+        methods = methodsOf(*connection);
+        EXPECT_EQ(methods.size(), 83U);
+        startOver();
+        contents = contentsOf("doc");
+    }
+    ~RobustnessTest() override {
+        setenv("PATH", path.c_str(), 1);
+        fs::current_path(before);
+    }
+
+    // Documents as they are at the beginning, so that every message can be done.
+    void startOver() {
+        for (std::string name; !(name = plotwerk->documentNameOfFrontWindow()).empty();)
+            plotwerk->closeDocument_askForSave_(name, false);
+        plotwerk->setDeciSeparator_(0);
+        plotwerk->newDocumentWithName_("doc");
+        plotwerk->replaceDataformText_of_source_doRangeOverAll_(
+            "x a b \"a error\"\n0 1 5 0.1\n1 3 4 0.2\n2 5 6 0.1\n3 6.5 4 0.3\n", "doc", "Data",
+            false);
+        plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_("doc", 0, 0, false);
+        plotwerk->copySelectedCurvesOf_includeX_("doc", true);
+        plotwerk->newCompositionView_({0, 0, 595, 842});
+        plotwerk->setFormulaOf_formulaText_("doc", "a*x+b");
+    }
+
+    void send(const std::string &method, const Values &values) {
+        sdbus::MethodCall call = control->createMethodCall(busName, method);
+        for (const Value &value : values)
+            std::visit([&](const auto &argument) { call << argument; }, value);
+        control->callMethod(call, deadline);
+    }
+
+    // A message that the protocol has is answered. False when it is refused: without a trace then.
+    bool isDone(const Method &method, const Values &values, const std::string &was) {
+        plotwerk->actify_("doc"); // clears lastError
+        EXPECT_NO_THROW(send(method.name, values));
+        const std::string reason = lastError();
+        if (reason.empty()) return true;
+        EXPECT_LT(reason.size(), 4000U);
+        EXPECT_TRUE(contentsOf("doc") == was) << reason;
+        return false;
+    }
+
+    // Messages that are not of the protocol: too short, too long, of another signature or name.
+    void expectError(const std::string &method, const Values &values) {
+        EXPECT_THROW(send(method, values), sdbus::Error) << method << ", " << values.size();
+    }
+
+    std::unique_ptr<sdbus::IProxy> control;
+    std::vector<Method> methods;
+    std::string contents; // of "doc" at the beginning
+
+  private:
+    const fs::path before;
+    const std::string path = std::getenv("PATH");
+};
+
+TEST_F(RobustnessTest, AnswersEveryMessageWithEachArgumentAtItsExtremes) {
+    for (const Method &method : methods) {
+        Values sensible;
+        for (const auto &argument : method.arguments)
+            sensible.push_back(valuesOf(argument).front());
+        for (size_t i = 0; i < sensible.size(); ++i) {
+            Values sent = sensible;
+            for (const Value &extreme : valuesOf(method.arguments[i])) {
+                sent[i] = extreme;
+                if (isDone(method, sent, contents)) startOver();
+                ASSERT_FALSE(HasFailure()) << method.name << ", argument " << i;
+            }
+            sent[i] = Rectangle();
+            if (!std::holds_alternative<Rectangle>(sensible[i])) expectError(method.name, sent);
+            expectError(method.name, {sensible.begin(), sensible.begin() + static_cast<long>(i)});
+        }
+        sensible.emplace_back(1);
+        expectError(method.name, sensible);
+    }
+    expectError("nix", {});
+    EXPECT_TRUE(contentsOf("doc") == contents);
+    stop();
+}
+
+// PLOTWERK_RANDOM_MESSAGES says how many; another number makes other messages.
+TEST_F(RobustnessTest, AnswersAllRandomMessagesAndRefusesWithoutATrace) {
+    const char *wanted = std::getenv("PLOTWERK_RANDOM_MESSAGES");
+    const int count = wanted ? std::atoi(wanted) : 3000;
+    Random random(static_cast<unsigned>(count));
+    int refused = 0;
+    for (int i = 0; i < count; ++i) {
+        if (i % 40 == 0) startOver();
+        const Method &method = methods[random.below(methods.size())];
+        const Values values = random.arguments(method);
+        plotwerk->actify_("doc"); // may have been closed
+        if (random.below(4) == 0 && lastError().empty()) {
+            refused += !isDone(method, values, contentsOf("doc"));
+            ASSERT_FALSE(HasFailure()) << "message " << i << ", " << method.name;
+        } else {
+            ASSERT_NO_THROW(send(method.name, values)) << "message " << i << ", " << method.name;
+        }
+    }
+    EXPECT_GT(refused, count / 40) << "of those that were looked at";
+    stop();
+}
+
+TEST_F(RobustnessTest, ServesTenClientsAtOnce) {
+    std::vector<std::future<void>> clients;
+    clients.reserve(10);
+    for (int number = 0; number < 10; ++number) {
+        clients.push_back(std::async(std::launch::async, [number] {
+            const auto own = sdbus::createSessionBusConnection();
+            own->setMethodCallTimeout(deadline);
+            Plotwerk server(*own);
+            const std::string name = "client " + std::to_string(number);
+            server.newDocumentWithName_(name);
+            server.setFormulaOf_formulaText_(name, "slope*x");
+            for (int i = 1; i <= 50; ++i) {
+                server.appendDataAndDrawInFastMode_of_source_(
+                    std::to_string(i) + " " + std::to_string(i * number) + "\n", name, "");
+                EXPECT_EQ(server.YValueOfDoc_atX_indexSerie_(name, i, 0), i * number);
+            }
+            server.startFitOf_iterations_lambda_chiq_(name);
+            EXPECT_NEAR(std::stod(server.getVarOf_varName_(name, "slope")), number, 1e-9);
+        }));
+    }
+    for (auto &client : clients) client.get();
+}
+
+// A client that does nothing but call, killed: while it sends, waits or is answered.
+TEST_F(RobustnessTest, OutlivesClientsThatAreKilledInACall) {
+    std::string text;
+    for (int i = 0; i < 100'000; ++i) text += "1.25 2.5\n";
+    for (int round = 0; round < 10; ++round) {
+        int calls[2];
+        ASSERT_EQ(pipe(calls), 0);
+        const pid_t client = fork();
+        ASSERT_GE(client, 0);
+        if (client == 0) {
+            const auto own = sdbus::createSessionBusConnection();
+            Plotwerk server(*own);
+            for (;;) {
+                server.replaceDataformText_of_source_doRangeOverAll_(text, "doc", "Late", true);
+                if (write(calls[1], "", 1) != 1) _exit(1);
+            }
+        }
+        char done = 0;
+        EXPECT_EQ(read(calls[0], &done, 1), 1);
+        kill(client, SIGKILL);
+        int status = 0;
+        waitpid(client, &status, 0);
+        EXPECT_TRUE(WIFSIGNALED(status)) << status;
+        close(calls[0]);
+        close(calls[1]);
+    }
+    plotwerk->selectCurvesOf_sourceName_table_column_appendSelection_("doc", "Late", -1, "", false);
+    const auto statistic =
+        plotwerk->statisticOfSelectionOf_name_dataPoints_min_max_sum_std_area_("doc");
+    EXPECT_EQ(std::get<1>(statistic), 100'000);
+    EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_("doc", 3, 0), 6.5);
+    stop();
+}
+
+TEST_F(RobustnessTest, TakesDataOfAnyLength) {
+    connection->setMethodCallTimeout(5 * deadline); // as a client waits
+    plotwerk->selectCurvesOf_sourceName_table_column_appendSelection_("doc", "Data", 1, "a", false);
+    for (const size_t length : {size_t{64} << 10, size_t{64} << 20}) {
+        std::string text = "x\ta\n";
+        int lines = 0;
+        for (; text.size() < length; ++lines)
+            text += std::to_string(lines) + ".12345678\t-0.123456789012\n";
+        plotwerk->replaceDataformText_of_source_doRangeOverAll_(text, "doc", "Data", true);
+        EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_("doc", lines - 1, 0), -0.123456789012);
+        EXPECT_TRUE(std::isnan(plotwerk->valueOfDoc_atIndex_indexSerie_("doc", lines, 0)));
+        const bool shorter = lines < 10'000;
+        EXPECT_EQ(shorter ? plotwerk->dataOfSelectedCurvesOf_("doc") : text, text);
+    }
+}

@@ -1,0 +1,75 @@
+// serverTest.h - plotwerkd run from outside, over a private bus, through the generated proxy.
+#ifndef TESTS_PLOTWERK_SERVER_SERVERTEST_H
+#define TESTS_PLOTWERK_SERVER_SERVERTEST_H
+
+#include "protocol/PlotwerkControlProxy.h"
+#include "tests/support/privateBus.h"
+#include "tests/support/process.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+constexpr const char *busName = "org.plotwerk.PlotwerkControl"; // and the interface's
+constexpr const char *objectPath = "/org/plotwerk/PlotwerkControl";
+
+class Plotwerk final : public sdbus::ProxyInterfaces<org::plotwerk::PlotwerkControl_proxy> {
+  public:
+    explicit Plotwerk(sdbus::IConnection &bus);
+    ~Plotwerk();
+};
+
+// A method of the protocol, as the server itself describes it.
+struct Method {
+    struct Argument {
+        std::string name, type;
+    };
+    std::string name;
+    std::vector<Argument> arguments; // that are sent
+    std::string results;             // the types of what is answered, a letter each
+
+    // The first keyword of the selector.
+    std::string keyword() const { return name.substr(0, name.find('_')); }
+};
+
+std::vector<Method> methodsOf(sdbus::IConnection &bus);
+
+class ServerTest : public testing::Test {
+  protected:
+    ServerTest();
+    ~ServerTest() override;
+
+    static std::vector<std::string> command(const std::vector<std::string> &arguments = {});
+
+    // Runs plotwerkd until it owns its name, and connects `plotwerk` with it.
+    void start(const std::vector<std::string> &arguments = {});
+
+    // Ends it by SIGTERM; it must end well.
+    Output stop();
+
+    // The path of a file in this test's directory, with the given bytes.
+    std::string file(const std::string &name, const std::string &bytes) const;
+    std::string pathOf(const std::string &name) const { return (directory / name).string(); }
+
+    // All that the document holds, as it would be saved.
+    std::string contentsOf(const std::string &document);
+
+    std::string lastError() { return plotwerk->getVarOf_varName_("", "lastError"); }
+
+    std::filesystem::path directory;
+    std::filesystem::path stateDirectory; // $XDG_STATE_HOME/plotwerk
+    PrivateBus bus;
+    std::optional<ChildProcess> program;
+    std::unique_ptr<sdbus::IConnection> connection;
+    std::unique_ptr<Plotwerk> plotwerk;
+};
+
+// Whole files, for the tests' own use.
+std::string bytesOf(const std::filesystem::path &path);
+
+testing::AssertionResult holds(const std::string &text, const std::string &part);
+
+#endif

@@ -1,0 +1,15 @@
+// timer.h - a stopwatch on the wall clock.
+#ifndef PLW_UTIL_TIME_TIMER_H
+#define PLW_UTIL_TIME_TIMER_H
+
+namespace plw {
+
+// The wall clock's time in seconds, in steps of a microsecond.
+double startTimer();
+
+// Seconds since startTimer returned start.
+double stopTimer(double start);
+
+} // namespace plw
+
+#endif
