@@ -57,7 +57,7 @@ static std::string withoutMark(std::string text) {
 }
 
 // The document in a file of any kind. Its name may be taken.
-static Document documentIn(const fs::path &path) {
+static Document documentIn(const fs::path &path, char decimalSeparator) {
     std::string bytes = readWholeFile(path);
     Document document;
     try {
@@ -68,7 +68,8 @@ static Document documentIn(const fs::path &path) {
             if (bytes.find('\0') != std::string::npos) {
                 throw Refusal("neither a saved document nor data text");
             }
-            addData(document, nameAfter(path), withoutMark(plw::utf8Of(std::move(bytes))));
+            addData(document, nameAfter(path), withoutMark(plw::utf8Of(std::move(bytes))),
+                    decimalSeparator);
             document.changed = false; // the file holds it all
         }
     } catch (const Refusal &refusal) {
@@ -93,7 +94,7 @@ Document &Application::open(const fs::path &file, bool rangeOverAll) {
     if (found != documents.end()) {
         activate(**found);
     } else {
-        add(documentIn(path));
+        add(documentIn(path, decimalSeparator));
         log(LogLevel::info, "opened " + path.string() + " as " + inQuotes(front()->name));
     }
     Document &document = *front();

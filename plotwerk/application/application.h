@@ -29,6 +29,7 @@ enum class PictureKind { pdf, eps, tiff };
 // has changed nothing.
 class Application {
   public:
+    char decimalSeparator = '.'; // or ',': of data text and parameter lists
     Clipboard clipboard;
     std::string lastError; // the line of the last message that was refused, empty after a success
 

@@ -5,7 +5,6 @@
 #include "plotwerk/model/ranges.h"
 #include "plotwerk/model/selection.h"
 #include "plotwerk/server/controlObject.h"
-#include "util/number/decimal.h"
 
 namespace plotwerk {
 
@@ -14,7 +13,7 @@ void ControlObject::setDeciSeparator_(const int32_t &code) {
         if (code != 0 && code != 1) {
             throw Refusal("no decimal separator has the number " + std::to_string(code));
         }
-        plw::decimalSeparator = code == 0 ? '.' : ',';
+        application.decimalSeparator = code == 0 ? '.' : ',';
     });
 }
 
@@ -23,7 +22,7 @@ void ControlObject::replaceDataformText_of_source_doRangeOverAll_(const std::str
                                                                   const std::string &source,
                                                                   const bool &overAll) {
     actOn("replaceDataformText:of:source:doRangeOverAll:", name, [&](Document &document) {
-        replaceData(document, source, text);
+        replaceData(document, source, text, application.decimalSeparator);
         if (overAll) rangeOverAll(document);
     });
 }
@@ -33,7 +32,8 @@ void ControlObject::readDataformText_of_source_doRangeOverAll_appendToExistingDa
     const bool &overAll, const bool &append) {
     actOn("readDataformText:of:source:doRangeOverAll:appendToExistingData:", name,
           [&](Document &document) {
-              (append ? appendData : replaceData)(document, source, text);
+              (append ? appendData : replaceData)(document, source, text,
+                                                  application.decimalSeparator);
               if (overAll) rangeOverAll(document);
           });
 }
@@ -42,15 +42,16 @@ void ControlObject::readDataformText_of_source_doRangeOverAll_appendToExistingDa
 void ControlObject::appendDataAndDrawInFastMode_of_source_(const std::string &text,
                                                            const std::string &name,
                                                            const std::string &source) {
-    actOn("appendDataAndDrawInFastMode:of:source:", name,
-          [&](Document &document) { appendData(document, source, text); });
+    actOn("appendDataAndDrawInFastMode:of:source:", name, [&](Document &document) {
+        appendData(document, source, text, application.decimalSeparator);
+    });
 }
 
 std::string ControlObject::dataOfSelectedCurvesOf_(const std::string &name) {
-    return answer("dataOfSelectedCurvesOf:", name, std::string(), [](const Document &document) {
+    return answer("dataOfSelectedCurvesOf:", name, std::string(), [&](const Document &document) {
         // The bus takes messages of up to 128 MiB, and cuts off who sends a longer one.
         constexpr size_t longest = 120 << 20;
-        std::string text = dataTextOfSelection(document, true);
+        std::string text = dataTextOfSelection(document, true, application.decimalSeparator);
         if (text.size() > longest) throw Refusal("the data are too long for one answer");
         return text;
     });
@@ -58,8 +59,8 @@ std::string ControlObject::dataOfSelectedCurvesOf_(const std::string &name) {
 
 void ControlObject::copySelectedCurvesOf_includeX_(const std::string &name, const bool &includeX) {
     actOn("copySelectedCurvesOf:includeX:", name, [&](const Document &document) {
-        application.clipboard = {
-            dataTextOfSelection(document, includeX), plw::decimalSeparator, {}};
+        const char separator = application.decimalSeparator;
+        application.clipboard = {dataTextOfSelection(document, includeX, separator), separator, {}};
     });
 }
 
@@ -68,14 +69,7 @@ void ControlObject::pasteDataOf_(const std::string &name) {
         const Clipboard &clipboard = application.clipboard;
         if (!clipboard.picture.empty()) throw Refusal("the clipboard holds a picture, no data");
         if (clipboard.dataText.empty()) throw Refusal("the clipboard is empty");
-
-        // What was copied is pasted as it was, even if the separator has changed since.
-        struct SeparatorMeanwhile {
-            explicit SeparatorMeanwhile(char separator) { plw::decimalSeparator = separator; }
-            ~SeparatorMeanwhile() { plw::decimalSeparator = before; }
-            const char before = plw::decimalSeparator;
-        } const meanwhile(clipboard.decimalSeparator);
-        addData(document, "Clipboard", clipboard.dataText);
+        addData(document, "Clipboard", clipboard.dataText, clipboard.decimalSeparator);
     });
 }
 

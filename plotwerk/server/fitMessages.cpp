@@ -43,14 +43,15 @@ void ControlObject::setFormulaOf_formulaText_(const std::string &name, const std
 }
 
 std::string ControlObject::formulaParameterListOf_(const std::string &name) {
-    return answer("formulaParameterListOf:", name, std::string(),
-                  [](const Document &document) { return parameterList(document.parameters); });
+    return answer("formulaParameterListOf:", name, std::string(), [&](const Document &document) {
+        return parameterList(document.parameters, application.decimalSeparator);
+    });
 }
 
 void ControlObject::readFormulaParameterOf_parameterList_(const std::string &name,
                                                           const std::string &list) {
     actOn("readFormulaParameterOf:parameterList:", name,
-          [&](Document &document) { setParameters(document, list); });
+          [&](Document &document) { setParameters(document, list, application.decimalSeparator); });
 }
 
 } // namespace plotwerk

@@ -77,7 +77,7 @@ TEST(DocumentFit, SamplesALogarithmicAxisInDecades) {
 TEST(DocumentFit, IsReplacedByTheNextOne) {
     Document document = line();
     fitDocument(document);
-    addData(document, "Later", "1 2\n");
+    addData(document, "Later", "1 2\n", '.');
     Column &mine = columnOf(document, *curveAt(document, 1));
     mine.name = "mine";
     mine.look.lineThickness = 5;
@@ -99,8 +99,8 @@ TEST(DocumentFit, IsReplacedByTheNextOne) {
 TEST(DocumentFit, LeavesWhatTheUserHasMadeHisOwn) {
     void (*const takenOver[])(Document &) = {
         [](Document &d) { d.sources[1].tables[0].y.push_back(d.sources[1].tables[0].y[0]); },
-        [](Document &d) { appendData(d, "Fit", "5 6\n"); },
-        [](Document &d) { replaceData(d, "Fit", "5 6\n"); },
+        [](Document &d) { appendData(d, "Fit", "5 6\n", '.'); },
+        [](Document &d) { replaceData(d, "Fit", "5 6\n", '.'); },
         [](Document &d) { d.sources[1].tables[0].y[0].fitData = true; },
     };
     for (const auto takeOver : takenOver) {
@@ -155,7 +155,7 @@ TEST(DocumentFit, LeavesEverythingWhenItFails) {
 
 TEST(DocumentFormula, KeepsParametersOfTheSameName) {
     Document document = line();
-    setParameters(document, "a = 5!, b = 7");
+    setParameters(document, "a = 5!, b = 7", '.');
     fitDocument(document);
     EXPECT_EQ(parameter(document, "a"), 5);
     setFormula(document, document.formula);
