@@ -84,7 +84,8 @@ TEST(DataText, RefusesWhatHoldsNoNumbersOrTooMany) {
         {"no numbers\n# 1 2\n", "data text has no numbers"},
         {std::string("1 2\n\0", 5), "data text has a NUL byte"},
         {many + wide + "1\n", "data text has too many values"},
-        {std::string(2'000'000, ';') + "1", "data text has too many columns"}};
+        {std::string(600'000, ';') + "1\n\n" + std::string(400'000, ';') + "1",
+         "data text has too many columns"}};
     for (const auto &c : cases) {
         Document none;
         EXPECT_EQ(refusalOf(none, [&](auto &) { readDataText(c.first, '.'); }), c.second);
@@ -94,12 +95,12 @@ TEST(DataText, RefusesWhatHoldsNoNumbersOrTooMany) {
 TEST(DataText, WritesLinesOfTabsAndShortNumbers) {
     const Column x = column("t / s", {0, 1.5, 1e-7});
     const Column y = column("U\\", {nan_, 0.1, 1.0 / 3});
-    const Column unquotable = column("a b\\", {1, 2, 3});
+    const Column unquotable = column("a\rb\nc\\", {1, 2, 3});
     std::string text;
     writeDataText({&x, &y}, '.', text);
     writeDataText({&y, &unquotable}, ',', text);
     EXPECT_EQ(text, "\"t / s\"\tU\\\n0\tNAN\n1.5\t0.1\n1e-07\t0.3333333333333333\n"
-                    "\nU\\\t\"a b\\ \"\nNAN\t1\n0,1\t2\n0,3333333333333333\t3\n");
+                    "\nU\\\t\"a b c\\ \"\nNAN\t1\n0,1\t2\n0,3333333333333333\t3\n");
 }
 
 // Any bit pattern is a number that must come back, whatever the separator and the names.
@@ -110,7 +111,7 @@ TEST(DataText, ReadsBackWhatItWroteBitForBit) {
         0.0,  -0.0,      5e-324, 2.2250738585072014e-308, max, -max, inf, -inf, 1e6, 999999,
         1e22, 0.1 + 0.2, nan_};
     std::mt19937_64 random(7);
-    while (numbers.size() < 20'000) {
+    while (numbers.size() < 2'000) {
         const auto number = std::bit_cast<double>(random());
         if (number == number) numbers.push_back(number);
     }

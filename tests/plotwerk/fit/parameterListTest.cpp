@@ -107,6 +107,8 @@ TEST(ParameterList, ReadsWhatItWrote) {
     readParameterList("a=1,5,b=2,25", ',', parameters);
     EXPECT_EQ(parameters[0].value, 1.5);
     EXPECT_EQ(parameters[1].value, 2.25) << "a comma that is no decimal one separates all the same";
+    readParameterList("a=3!,b=4,", ',', parameters);
+    EXPECT_TRUE(parameters[0].fixed && parameters[1].value == 4);
 }
 
 TEST(ParameterList, VariablesCarryAllTheirDigits) {
