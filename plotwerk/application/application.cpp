@@ -1,6 +1,7 @@
 #include "plotwerk/application/application.h"
 
 #include "plotwerk/base/log.h"
+#include "plotwerk/base/programs.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/data/exchange.h"
 #include "plotwerk/files/atomicFile.h"
@@ -132,6 +133,44 @@ std::vector<std::string> Application::changedDocuments() const {
         if (open->changed) names.push_back(open->name);
     }
     return names;
+}
+
+void Application::savePicture(Document &document, const fs::path &file, PictureKind kind) {
+    document.lastSaveSucceeded = false;
+    const fs::path path = given(file);
+    writePicture(path, document, kind);
+    document.lastSaveSucceeded = true;
+    log(LogLevel::info, "saved the picture of " + inQuotes(document.name) + " in " + path.string());
+}
+
+void Application::copyPicture(const Document &document, PictureKind kind) {
+    clipboard = {"", '.', writeClipboardPicture(document, kind)};
+}
+
+void Application::print(const Document &document) {
+    printPicture(document);
+    log(LogLevel::info, "printed " + inQuotes(document.name));
+}
+
+void Application::newComposition(double width, double height) {
+    composition.emplace(width, height);
+}
+
+static Composition &required(std::optional<Composition> &composition) {
+    if (!composition) throw Refusal("there is no composition");
+    return *composition;
+}
+
+void Application::addToComposition(const Document &document, const PageRectangle &rectangle,
+                                   double angle, double shear) {
+    required(composition).add(document, rectangle, angle, shear);
+}
+
+void Application::saveComposition(const fs::path &file, const std::string &opener) {
+    const fs::path path = given(file);
+    writePage(path, required(composition));
+    log(LogLevel::info, "saved the composition in " + path.string());
+    if (!opener.empty() && opener != "none") startProgram({opener, path.string()});
 }
 
 } // namespace plotwerk

@@ -9,7 +9,7 @@
 namespace plotwerk {
 
 void ControlObject::setDeciSeparator_(const int32_t &code) {
-    act("setDeciSeparator:", [&] {
+    act([&] {
         if (code != 0 && code != 1) {
             throw Refusal("no decimal separator has the number " + std::to_string(code));
         }
@@ -21,7 +21,7 @@ void ControlObject::replaceDataformText_of_source_doRangeOverAll_(const std::str
                                                                   const std::string &name,
                                                                   const std::string &source,
                                                                   const bool &overAll) {
-    actOn("replaceDataformText:of:source:doRangeOverAll:", name, [&](Document &document) {
+    actOn(name, [&](Document &document) {
         replaceData(document, source, text, application.decimalSeparator);
         if (overAll) rangeOverAll(document);
     });
@@ -30,25 +30,23 @@ void ControlObject::replaceDataformText_of_source_doRangeOverAll_(const std::str
 void ControlObject::readDataformText_of_source_doRangeOverAll_appendToExistingData_(
     const std::string &text, const std::string &name, const std::string &source,
     const bool &overAll, const bool &append) {
-    actOn("readDataformText:of:source:doRangeOverAll:appendToExistingData:", name,
-          [&](Document &document) {
-              (append ? appendData : replaceData)(document, source, text,
-                                                  application.decimalSeparator);
-              if (overAll) rangeOverAll(document);
-          });
+    actOn(name, [&](Document &document) {
+        (append ? appendData : replaceData)(document, source, text, application.decimalSeparator);
+        if (overAll) rangeOverAll(document);
+    });
 }
 
 // Nothing is drawn here, so that reading is all there is to be fast in.
 void ControlObject::appendDataAndDrawInFastMode_of_source_(const std::string &text,
                                                            const std::string &name,
                                                            const std::string &source) {
-    actOn("appendDataAndDrawInFastMode:of:source:", name, [&](Document &document) {
+    actOn(name, [&](Document &document) {
         appendData(document, source, text, application.decimalSeparator);
     });
 }
 
 std::string ControlObject::dataOfSelectedCurvesOf_(const std::string &name) {
-    return answer("dataOfSelectedCurvesOf:", name, std::string(), [&](const Document &document) {
+    return answer(name, std::string(), [&](const Document &document) {
         // The bus takes messages of up to 128 MiB, and cuts off who sends a longer one.
         constexpr size_t longest = 120 << 20;
         std::string text = dataTextOfSelection(document, true, application.decimalSeparator);
@@ -58,14 +56,14 @@ std::string ControlObject::dataOfSelectedCurvesOf_(const std::string &name) {
 }
 
 void ControlObject::copySelectedCurvesOf_includeX_(const std::string &name, const bool &includeX) {
-    actOn("copySelectedCurvesOf:includeX:", name, [&](const Document &document) {
+    actOn(name, [&](const Document &document) {
         const char separator = application.decimalSeparator;
         application.clipboard = {dataTextOfSelection(document, includeX, separator), separator, {}};
     });
 }
 
 void ControlObject::pasteDataOf_(const std::string &name) {
-    actOn("pasteDataOf:", name, [&](Document &document) {
+    actOn(name, [&](Document &document) {
         const Clipboard &clipboard = application.clipboard;
         if (!clipboard.picture.empty()) throw Refusal("the clipboard holds a picture, no data");
         if (clipboard.dataText.empty()) throw Refusal("the clipboard is empty");
@@ -74,16 +72,15 @@ void ControlObject::pasteDataOf_(const std::string &name) {
 }
 
 void ControlObject::duplicateAsPlottedOf_(const std::string &name) {
-    actOn("duplicateAsPlottedOf:", name,
-          [&](const Document &document) { application.add(duplicateAsPlotted(document)); });
+    actOn(name, [&](const Document &document) { application.add(duplicateAsPlotted(document)); });
 }
 
 std::tuple<int32_t, int32_t, int32_t>
 ControlObject::inventoryOf_sources_tables_columns_justInSelTable_justInSelSource_(
     const std::string &name, const bool &justInTable, const bool &justInSource) {
-    const Inventory held = answer(
-        "inventoryOf:sources:tables:columns:justInSelTable:justInSelSource:", name, Inventory{},
-        [&](const Document &document) { return inventoryOf(document, justInTable, justInSource); });
+    const Inventory held = answer(name, Inventory{}, [&](const Document &document) {
+        return inventoryOf(document, justInTable, justInSource);
+    });
     return {held.sources, held.tables, held.columns};
 }
 
