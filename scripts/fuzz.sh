@@ -9,7 +9,8 @@ need_packages "${build_packages[@]}" "${bus_packages[@]}" "${test_packages[@]}" 
     "${sanitizer_packages[@]}"
 
 run_target() {
-    local corpus=build/fuzz/corpus/$(basename "$1")
+    local corpus
+    corpus=build/fuzz/corpus/$(basename "$1")
     mkdir -p "$corpus"
     "$1" -max_total_time="$2" -timeout=20 -print_final_stats=1 -verbosity=0 \
         -artifact_prefix=build/fuzz/ "$corpus"
