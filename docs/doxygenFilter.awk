@@ -1,4 +1,4 @@
-# Makes Doxygen read our headers: turns the plain // comments that belong to something into /// ones.
+# Makes Doxygen read our headers: turns the plain // comments that belong to something into its own.
 #
 # - The block at the top of a file, "NAME.h - what it is", is the file's.
 # - A block right above a declaration is that declaration's, and that of the further functions right
@@ -20,16 +20,18 @@ function plain(text,    part, n, i, result) {
     return result
 }
 
-# Prints the block as documentation.
-function printBlock(    i, verbatim, stays) {
+# Prints the block as documentation, with `first` in front.
+function printBlock(first,    i, verbatim, stays) {
+    print indent "/**" first
     for (i = 1; i <= size; ++i) {
         stays = block[i] ~ /^   / || (verbatim && block[i] == "" && block[i + 1] ~ /^   /)
-        if (stays && !verbatim) print indent "/// \\verbatim"
-        if (!stays && verbatim) print indent "/// \\endverbatim"
+        if (stays && !verbatim) print indent " * \\verbatim"
+        if (!stays && verbatim) print indent "\\endverbatim"
         verbatim = stays
-        print indent "///" (verbatim ? block[i] : plain(block[i]))
+        print verbatim ? block[i] : indent " *" plain(block[i])
     }
-    if (verbatim) print indent "/// \\endverbatim"
+    if (verbatim) print indent "\\endverbatim"
+    print indent " */"
 }
 
 function printAsItIs(    i) {
@@ -85,7 +87,6 @@ FNR == 1 {
     name = $0
     sub(/^\/\/ /, "", name)
     sub(/ - .*/, "", name)
-    print "/// \\file " name
     sub(/[^-]* - /, "// ")
     indent = ""
     inHeading = 1
@@ -109,7 +110,7 @@ FNR == 1 {
 {
     continued = 0
     if (inHeading && pending) {
-        printBlock()
+        printBlock(" \\file " name)
         size = pending = inHeading = 0
     }
     if ($0 ~ /^ *$/ || $0 ~ /^#/) {
@@ -121,7 +122,7 @@ FNR == 1 {
     at = commentIn($0)
     code = at ? substr($0, 1, at - 1) : $0
     begins = statement == "" && declares()
-    if (pending || (begins && size && code ~ /^[^~}]*\(/ && code !~ /(delete|override);/)) printBlock()
+    if (pending || (begins && size && code ~ /^[^~}]*\(/ && code !~ /(delete|override);/)) printBlock("")
     if (begins && !size && isLibrary && code ~ /^[^~}#]*\(/ && code !~ /{ *$/)
         print "/// \\functionWithoutContract" # a command that Doxygen complains of
     pending = 0
