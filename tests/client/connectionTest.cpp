@@ -125,7 +125,8 @@ TEST_F(ConnectionTest, MemoryStaysConstant) {
     };
     const std::string idle = "-s 1 -a 2\n\n", ask = "-x YatX -a 1\n-x show -d other\n";
     const long first = dataAfter(1000, idle + ask);
-    // The smallest block that malloc gives, 32 bytes, lost per line or message makes 640 kB or more.
+    // The smallest block that malloc gives, 32 bytes, lost per line or message makes 640 kB or
+    // more.
     EXPECT_LE(dataAfter(200'000, idle), first + 400) << "kB";
     EXPECT_LE(dataAfter(10'000, ask), first + 400) << "kB";
 }
