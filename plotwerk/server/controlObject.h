@@ -11,14 +11,27 @@
 #include "plotwerk/base/refusal.h"
 #include "protocol/PlotwerkControlAdaptor.h"
 
+#include <cmath>
 #include <limits>
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <type_traits>
+#include <utility>
 
 namespace plotwerk {
 
 using Rectangle = sdbus::Struct<double, double, double, double>;
+
+// NaN as clients are to print it, "nan": arithmetic gives either sign (0/0 the negative one), and
+// data text may have "-nan".
+template<class Value> void dropSignOfNaN(Value &value) {
+    if constexpr (std::is_same_v<Value, double>)
+        if (std::isnan(value)) value = std::abs(value);
+}
+template<class... Values> void dropSignOfNaN(std::tuple<Values...> &values) {
+    std::apply([](auto &...value) { (dropSignOfNaN(value), ...); }, values);
+}
 
 class ControlObject final
     : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkControl_adaptor> {
@@ -70,6 +83,7 @@ class ControlObject final
     template<class Answer, class Work>
     Answer answer(const std::string &name, Answer neutral, Work work) {
         actOn(name, [&](Document &document) { neutral = work(document); });
+        dropSignOfNaN(neutral);
         return neutral;
     }
 
