@@ -21,6 +21,7 @@ void flush(Table *table) {
 
 void openTable(Table *table, const char *path) {
     table->file = openOutput(path);
+    table->path = path;
     table->used = 0;
 }
 
@@ -42,7 +43,7 @@ void addRow(Table *table, const double *numbers, int count) {
 
 void closeTable(Table *table) {
     flush(table);
-    closeOutput(table->file);
+    closeOutput(table->file, table->path);
 }
 
 } // namespace plw

@@ -11,6 +11,7 @@ namespace plw {
 // caller's stack and is the same fixed size for a table of any length.
 struct Table {
     std::FILE *file;
+    const char *path;
     size_t used;
     char text[32768];
 };
