@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cstdarg>
+#include <cstdint>
 #include <utility>
 
 #include "fct/storage.h"
+#include "util/arrays/order.h"
 #include "util/arrays/sort.h"
 #include "util/files/fatal.h"
 
@@ -81,7 +83,7 @@ void appendFct_tup2(Fct_tup *T, int k, ...) {
 }
 
 void setFct_tupByIndex(Fct_tup *T, int i, int c, double value) {
-    if (c >= T->m) widen(T, c + 1);
+    widen(T, c + 1);
     if (i >= T->n && T->m > maxMembers)
         myexit("ERROR: implementation missing in 'setFct_tupByIndex'", T->m);
     while (i >= T->n) appendRow(T, nullptr, 0);
@@ -109,10 +111,56 @@ void removeAtBeginFct_tup(Fct_tup *T, int k) {
     T->lastIndex = 0;
 }
 
+namespace {
+
+// Equal neighbours allowed, NaN not.
+bool doesAscend(const double *key, int n) {
+    for (int i = 0; i < n - 1; ++i)
+        if (!(key[i] <= key[i + 1])) return false;
+    return true;
+}
+
+// What qsortFlex does to rows left .. right whose keys ascend, equal ones among them, without
+// looking at what does not move.
+void sortAscendingRows(Fct_tup *T, int left, int right) {
+    const double *key = T->members[T->sortMember];
+    while (left < right) {
+        if (key[right - 1] < key[right]) {
+            --right;
+            continue;
+        }
+        int i = static_cast<int>(std::lower_bound(key + left, key + right, key[right]) - key);
+        for (int j = right - 1; i < j; ++i, --j) swap_sortFct_tup(i, j, T);
+        swap_sortFct_tup(i, right, T);
+        sortAscendingRows(T, i + 1, right);
+        right = i - 1;
+    }
+}
+
+// Sorts rows of which no two have equal keys and none has NaN: they have one order only.
+bool sortDistinctRows(Fct_tup *T) {
+    auto *order = allocate<std::uint64_t>(T->n);
+    auto *scratch = allocate<std::uint64_t>(T->n);
+    const bool isStrict = sortedOrder(T->members[T->sortMember], order, scratch, T->n);
+    std::free(scratch);
+    if (isStrict) {
+        auto *values = allocate<double>(T->n);
+        for (int c = 0; c < T->m; ++c) rearrange(T->members[c], 1, order, values, T->n);
+        std::free(values);
+    }
+    std::free(order);
+    return isStrict;
+}
+
+} // namespace
+
 void sortFct_tup(Fct_tup *T, int c) {
     requireMember(T, c, "ERROR in sortFct_tup: index out of range");
     T->sortMember = c;
-    qsortFlex(0, T->n - 1, T, cmp_sortFct_tup, swap_sortFct_tup);
+    if (doesAscend(T->members[c], T->n))
+        sortAscendingRows(T, 0, T->n - 1);
+    else if (!sortDistinctRows(T))
+        qsortFlex(0, T->n - 1, T, cmp_sortFct_tup, swap_sortFct_tup);
 }
 
 int cmp_sortFct_tup(int a, int b, void *table) {
