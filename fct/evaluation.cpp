@@ -25,8 +25,8 @@ PLW_ALWAYS_INLINE double trapezoids(double a, double b, int n, Position t, Ordin
     *hint = std::max(i - 1, 0);
     if (i == 0 && b <= t(0)) return 0.0;
 
-    // the negated first ordinate cancels the piece from a to the first point
-    double previousT = a;
+    // before the first point nothing counts, however far away a is
+    double previousT = i > 0 ? a : t(0);
     double previousY = i > 0 ? interpolate(t(i - 1), y(i - 1), t(i), y(i), a) : -y(0);
     double sum = 0.0;
     for (; i < n; i++) {
