@@ -1,9 +1,10 @@
 // Sums, products, convolution and smoothing of Fct.
+#include "fct/fct.h"
+
+#include "util/arrays/search.h"
+
 #include <algorithm>
 #include <functional>
-
-#include "fct/fct.h"
-#include "util/arrays/search.h"
 
 namespace plw {
 
@@ -24,13 +25,13 @@ template<class Operator> void combine(Fct *f, Fct *g, Operator op, Fct *result) 
         double x = f->t[i];
         const double b = g->t[j];
         if (x == b) {
-            i++;
-            j++;
+            ++i;
+            ++j;
         } else if (x < b) {
-            i++;
+            ++i;
         } else {
             x = b;
-            j++;
+            ++j;
         }
         const double u = evalFct(f, x);
         const double v = evalFct(g, x);
@@ -53,7 +54,7 @@ void restart(Fct *f) {
 // (f * kernel)(x). mirrored and product are scratch.
 double convolute(Fct *f, const Fct *kernel, double x, Fct *mirrored, Fct *product) {
     restart(mirrored);
-    for (int j = kernel->n - 1; j >= 0; j--) appendFct(mirrored, x - kernel->t[j], kernel->y[j]);
+    for (int j = kernel->n - 1; j >= 0; --j) appendFct(mirrored, x - kernel->t[j], kernel->y[j]);
 
     restart(product);
     combine(f, mirrored, std::multiplies<>(), product);
@@ -88,7 +89,7 @@ void smoothFct(Fct *f, const Fct *kernel) {
     Fct *mirrored = newFct(kernel->n);
     Fct *product = newFct(kernel->n);
     Fct *smooth = newFct(f->n);
-    for (int i = 0; i < f->n; i++)
+    for (int i = 0; i < f->n; ++i)
         appendFct(smooth, f->t[i], convolute(f, kernel, f->t[i], mirrored, product));
     std::copy(smooth->y, smooth->y + smooth->n, f->y);
     freeFct(smooth);

@@ -1,12 +1,13 @@
 // Evaluation and integrals of Fct and of bare arrays.
-#include <algorithm>
-#include <cmath>
+#include "fct/fct.h"
 
 #include "fct/completeness.h"
-#include "fct/fct.h"
 #include "fct/fmaClones.h"
 #include "fct/interpolation.h"
 #include "util/arrays/search.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace plw {
 
@@ -29,7 +30,7 @@ PLW_ALWAYS_INLINE double trapezoids(double a, double b, int n, Position t, Ordin
     double previousT = i > 0 ? a : t(0);
     double previousY = i > 0 ? interpolate(t(i - 1), y(i - 1), t(i), y(i), a) : -y(0);
     double sum = 0.0;
-    for (; i < n; i++) {
+    for (; i < n; ++i) {
         const double ti = t(i);
         const double yi = y(i);
         if (b <= ti) {
@@ -79,7 +80,7 @@ double evalFct(Fct *f, double x) {
         const double *y = f->y + hint;
         if (t[0] <= x && x < t[1]) return lineThrough(t[0], y[0], t[1], y[1], x);
         if (t[1] <= x && x < t[2]) {
-            f->lastIndex++;
+            ++f->lastIndex;
             return lineThrough(t[1], y[1], t[2], y[2], x);
         }
     }
@@ -101,8 +102,8 @@ double integralFct(double a, double b, Fct *f) {
 PLW_FMA_CLONES
 double integralXY(double a, double b, const double *pairs, int count) {
     static int iStart = 0;
-    const auto x = [pairs](int i) { return pairs[2 * static_cast<size_t>(i)]; };
-    const auto y = [pairs](int i) { return pairs[2 * static_cast<size_t>(i) + 1]; };
+    const auto x = [pairs](int i) { return pairs[2 * static_cast<std::size_t>(i)]; };
+    const auto y = [pairs](int i) { return pairs[2 * static_cast<std::size_t>(i) + 1]; };
     if (count <= 1 || x(0) > b || x(count - 1) < a) return 0.0;
 
     return trapezoids(a, b, count, x, y, &iStart);

@@ -1,8 +1,5 @@
 #include "fct/fct2D.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "fct/fmaClones.h"
 #include "fct/interpolation.h"
 #include "fct/storage.h"
@@ -10,12 +7,16 @@
 #include "util/arrays/search.h"
 #include "util/files/fatal.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace plw {
 
 namespace {
 
-size_t element(const Fct2D *F, int i, int j) {
-    return static_cast<size_t>(i) + static_cast<size_t>(j) * static_cast<size_t>(F->sizeX);
+std::size_t element(const Fct2D *F, int i, int j) {
+    return static_cast<std::size_t>(i) +
+           static_cast<std::size_t>(j) * static_cast<std::size_t>(F->sizeX);
 }
 
 void requireElement(const Fct2D *F, int i, int j, const char *message) {
@@ -72,11 +73,11 @@ Fct2D *newFct2DWith(const double *values, int nx, int ny, double x0, double dx, 
     Fct2D *F = newFct2D(nx, ny);
     F->nx = nx;
     F->ny = ny;
-    for (int i = 0; i < nx; i++) F->x[i] = std::fma(i, dx, x0);
-    for (int j = 0; j < ny; j++) F->y[j] = std::fma(j, dy, y0);
+    for (int i = 0; i < nx; ++i) F->x[i] = std::fma(i, dx, x0);
+    for (int j = 0; j < ny; ++j) F->y[j] = std::fma(j, dy, y0);
     if (values == nullptr) return F;
-    for (int j = 0; j < ny; j++)
-        for (int i = 0; i < nx; i++) F->z[element(F, i, j)] = *values++;
+    for (int j = 0; j < ny; ++j)
+        for (int i = 0; i < nx; ++i) F->z[element(F, i, j)] = *values++;
     return F;
 }
 
@@ -105,16 +106,16 @@ void freeFct2D(Fct2D *F) {
 void printFct2Dx(const Fct2D *F, const char *path) {
     Table table;
     openTable(&table, path);
-    for (int j = 0; j < F->ny; j++)
-        for (int i = 0; i < F->nx; i++) addPoint(&table, F, i, j);
+    for (int j = 0; j < F->ny; ++j)
+        for (int i = 0; i < F->nx; ++i) addPoint(&table, F, i, j);
     closeTable(&table);
 }
 
 void printFct2Dy(const Fct2D *F, const char *path) {
     Table table;
     openTable(&table, path);
-    for (int i = 0; i < F->nx; i++)
-        for (int j = 0; j < F->ny; j++) addPoint(&table, F, i, j);
+    for (int i = 0; i < F->nx; ++i)
+        for (int j = 0; j < F->ny; ++j) addPoint(&table, F, i, j);
     closeTable(&table);
 }
 
@@ -148,7 +149,7 @@ Fct *sliceFct2D(const Fct2D *F, double x0, double y0, double x1, double y1) {
         myexit(incomplete, i);
 
     Fct *slice = newFctFixedLen(F->ny);
-    for (int j = 0; j < F->ny; j++) appendFct(slice, F->y[j], fct2DAt(F, i, j));
+    for (int j = 0; j < F->ny; ++j) appendFct(slice, F->y[j], fct2DAt(F, i, j));
     return slice;
 }
 
@@ -157,7 +158,7 @@ namespace {
 // For every column that has a peak along y: its grid x with the strength of the strongest, and with
 // where that lies.
 void columnPeaks(const Fct2D *F, double threshold, double width, Fct *strength, Fct *where) {
-    for (int i = 0; i < F->nx; i++) {
+    for (int i = 0; i < F->nx; ++i) {
         Fct *slice = sliceFct2D(F, F->x[i], F->y[0], F->x[i], F->y[F->ny - 1]);
         Fct *peaks = peaksFct(slice, threshold, width);
         if (peaks->n > 0) {

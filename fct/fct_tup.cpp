@@ -1,14 +1,14 @@
 #include "fct/fct_tup.h"
 
-#include <algorithm>
-#include <cstdarg>
-#include <cstdint>
-#include <utility>
-
 #include "fct/storage.h"
 #include "util/arrays/order.h"
 #include "util/arrays/sort.h"
 #include "util/files/fatal.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdint>
+#include <utility>
 
 namespace plw {
 
@@ -20,7 +20,7 @@ constexpr int maxMembers = 64; // that appendFct_tup2 and setFct_tupByIndex can 
 void widen(Fct_tup *T, int m) {
     if (m <= T->m) return;
     T->members = reallocate(T->members, m);
-    for (; T->m < m; T->m++) {
+    for (; T->m < m; ++T->m) {
         T->members[T->m] = allocate<double>(T->size);
         std::fill_n(T->members[T->m], T->size, 0.0);
     }
@@ -31,10 +31,10 @@ void appendRow(Fct_tup *T, const double *values, int given) {
     if (T->n >= T->size) {
         if (T->fixedLen) myexit("ERROR in appendFct_tup: function with fixed length full", T->n);
         T->size = grownSize(T->size);
-        for (int c = 0; c < T->m; c++) T->members[c] = reallocate(T->members[c], T->size);
+        for (int c = 0; c < T->m; ++c) T->members[c] = reallocate(T->members[c], T->size);
     }
-    for (int c = 0; c < T->m; c++) T->members[c][T->n] = c < given ? values[c] : 0.0;
-    T->n++;
+    for (int c = 0; c < T->m; ++c) T->members[c][T->n] = c < given ? values[c] : 0.0;
+    ++T->n;
 }
 
 void requireMember(const Fct_tup *T, int c, const char *message) {
@@ -54,13 +54,13 @@ Fct_tup *newFct_tup(int capacity, int memberCount) {
     T->m = std::max(memberCount, 2);
     T->size = std::max(capacity, 1);
     T->members = allocate<double *>(T->m);
-    for (int c = 0; c < T->m; c++) T->members[c] = allocate<double>(T->size);
+    for (int c = 0; c < T->m; ++c) T->members[c] = allocate<double>(T->size);
     return T;
 }
 
 void freeFct_tup(Fct_tup *T) {
     if (T->size != 0 && !T->linked)
-        for (int c = 0; c < T->m; c++) std::free(T->members[c]);
+        for (int c = 0; c < T->m; ++c) std::free(T->members[c]);
     std::free(T->members);
     std::free(T);
 }
@@ -75,7 +75,7 @@ void appendFct_tup2(Fct_tup *T, int k, ...) {
     double values[maxMembers];
     va_list list;
     va_start(list, k);
-    for (int c = 0; c < k; c++) values[c] = va_arg(list, double);
+    for (int c = 0; c < k; ++c) values[c] = va_arg(list, double);
     va_end(list);
 
     widen(T, k);
@@ -106,7 +106,7 @@ void removeAtEndFct_tup(Fct_tup *T, int k) {
 void removeAtBeginFct_tup(Fct_tup *T, int k) {
     if (T->fixedLen) myexit("ERROR in removeAtBeginFct_tup: function with fixed length full", T->n);
     const int dropped = std::max(std::min(k, T->n), 0);
-    for (int c = 0; c < T->m; c++) dropFirst(T->members[c], T->n, dropped);
+    for (int c = 0; c < T->m; ++c) dropFirst(T->members[c], T->n, dropped);
     T->n -= dropped;
     T->lastIndex = 0;
 }
@@ -175,7 +175,7 @@ int cmp_sortFct_tup(int a, int b, void *table) {
 void swap_sortFct_tup(int a, int b, void *table) {
     const auto *T = static_cast<const Fct_tup *>(table);
     requireRows(T, a, b, "ERROR in swap_sortFct_tup: index out of range");
-    for (int c = 0; c < T->m; c++) std::swap(T->members[c][a], T->members[c][b]);
+    for (int c = 0; c < T->m; ++c) std::swap(T->members[c][a], T->members[c][b]);
 }
 
 Fct *memberFct_tup(const Fct_tup *T, int c) {

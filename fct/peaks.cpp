@@ -1,11 +1,12 @@
 // Peak search in Fct.
-#include <algorithm>
-#include <cstdlib>
+#include "fct/fct.h"
 
 #include "fct/completeness.h"
 #include "fct/extremes.h"
-#include "fct/fct.h"
 #include "fct/storage.h"
+
+#include <algorithm>
+#include <cstdlib>
 
 namespace plw {
 

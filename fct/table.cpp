@@ -1,16 +1,16 @@
 #include "fct/table.h"
 
+#include "util/files/output.h"
+
 #include <charconv>
 #include <iterator>
-
-#include "util/files/output.h"
 
 namespace plw {
 
 namespace {
 
 // "-1.23457e+308", the longest that "%g" gives, and two blanks fit into 15 characters.
-constexpr size_t longestRow = 16 * 16;
+constexpr std::size_t longestRow = 16 * 16;
 
 void flush(Table *table) {
     std::fwrite(table->text, 1, table->used, table->file);
@@ -29,7 +29,7 @@ void addRow(Table *table, const double *numbers, int count) {
     if (table->used + longestRow > sizeof table->text) flush(table);
 
     char *end = table->text + table->used;
-    for (int i = 0; i < count; i++) {
+    for (int i = 0; i < count; ++i) {
         if (i > 0) {
             *end++ = ' ';
             *end++ = ' ';
@@ -38,7 +38,7 @@ void addRow(Table *table, const double *numbers, int count) {
                   .ptr;
     }
     *end++ = '\n';
-    table->used = static_cast<size_t>(end - table->text);
+    table->used = static_cast<std::size_t>(end - table->text);
 }
 
 void closeTable(Table *table) {

@@ -12,7 +12,7 @@ namespace plw {
 struct Table {
     std::FILE *file;
     const char *path;
-    size_t used;
+    std::size_t used;
     char text[32768];
 };
 
