@@ -8,10 +8,8 @@
 
 namespace plw {
 
-namespace {
-
 // Appends f op g to the empty result, on the merged samples of both.
-template<class Operator> void combine(Fct *f, Fct *g, Operator op, Fct *result) {
+template<class Operator> static void combine(Fct *f, Fct *g, Operator op, Fct *result) {
     if (f->n < 1 || g->n < 1) return;
 
     int i = 0;
@@ -39,20 +37,20 @@ template<class Operator> void combine(Fct *f, Fct *g, Operator op, Fct *result) 
     }
 }
 
-template<class Operator> Fct *combined(Fct *f, Fct *g, Operator op) {
+template<class Operator> static Fct *combined(Fct *f, Fct *g, Operator op) {
     Fct *result = newFct(f->n + g->n);
     combine(f, g, op, result);
     return result;
 }
 
 // Makes f as if it were new, without giving its memory back.
-void restart(Fct *f) {
+static void restart(Fct *f) {
     clearFct(f);
     f->lastIndex = 0;
 }
 
 // (f * kernel)(x). mirrored and product are scratch.
-double convolute(Fct *f, const Fct *kernel, double x, Fct *mirrored, Fct *product) {
+static double convolute(Fct *f, const Fct *kernel, double x, Fct *mirrored, Fct *product) {
     restart(mirrored);
     for (int j = kernel->n - 1; j >= 0; --j) appendFct(mirrored, x - kernel->t[j], kernel->y[j]);
 
@@ -61,8 +59,6 @@ double convolute(Fct *f, const Fct *kernel, double x, Fct *mirrored, Fct *produc
     if (product->n < 1) return 0.0;
     return integralFct(product->t[0], product->t[product->n - 1], product);
 }
-
-} // namespace
 
 Fct *addFct(Fct *f, Fct *g) {
     return combined(f, g, std::plus<>());

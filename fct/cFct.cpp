@@ -50,19 +50,15 @@ void sortByRealCFct(CFct *f) {
     quicksortCluster(reinterpret_cast<double *>(f->y), 2, 0, f->t, sizeof(double), 0, f->n - 1);
 }
 
-namespace {
-
-std::size_t element(const CFct2D *F, int i, int j) {
+static std::size_t element(const CFct2D *F, int i, int j) {
     return static_cast<std::size_t>(i) +
            static_cast<std::size_t>(j) * static_cast<std::size_t>(F->sizeX);
 }
 
-void requireElement(const CFct2D *F, int i, int j, const char *message) {
+static void requireElement(const CFct2D *F, int i, int j, const char *message) {
     if (i < 0 || i >= F->nx) myexit(message, i);
     if (j < 0 || j >= F->ny) myexit(message, j);
 }
-
-} // namespace
 
 CFct2D *newCFct2D(int sizeX, int sizeY) {
     CFct2D *F = allocate<CFct2D>(1);

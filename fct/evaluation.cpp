@@ -11,8 +11,6 @@
 
 namespace plw {
 
-namespace {
-
 // The integral from a to b by trapezoids over points i = 0, 1, ... n - 1 at t(i) with ordinate
 // y(i), n >= 2. *hint is where the walk begins if that lies below a; it becomes the index before
 // the start.
@@ -53,7 +51,7 @@ PLW_ALWAYS_INLINE double power(double base, double exponent) {
 }
 
 PLW_FMA_CLONES
-double evalBySearch(Fct *f, double x) {
+static double evalBySearch(Fct *f, double x) {
     const int n = f->n;
     if ((f->fixedLen && n != f->size) || n < 1) myexit("ERROR in evalFct: function incomplete", n);
     const double *t = f->t;
@@ -65,8 +63,6 @@ double evalBySearch(Fct *f, double x) {
     f->lastIndex = i;
     return interpolate(t[i], y[i], t[i + 1], y[i + 1], x);
 }
-
-} // namespace
 
 PLW_FMA_CLONES
 double evalFct(Fct *f, double x) {

@@ -10,21 +10,17 @@
 
 namespace plw {
 
-namespace {
+static constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-
-bool hasNeighbours(int i, int count) {
+static bool hasNeighbours(int i, int count) {
     return i >= 1 && i < count - 1;
 }
 
-double extremeAt(const Fct *f, int i, double *t) {
+static double extremeAt(const Fct *f, int i, double *t) {
     if (i == -1) return nan;
     *t = f->t[i];
     return f->y[i];
 }
-
-} // namespace
 
 bool isExtreme(const double *y, int i) {
     const double change = y[i + 1] - y[i];

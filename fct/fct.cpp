@@ -14,19 +14,15 @@
 
 namespace plw {
 
-namespace {
+static constexpr double pi = 3.141592653589793;
+static constexpr double twoPi = 6.283185307179586;
 
-constexpr double pi = 3.141592653589793;
-constexpr double twoPi = 6.283185307179586;
-
-void grow(Fct *f) {
+static void grow(Fct *f) {
     if (f->fixedLen) myexit("ERROR in appendFct: function with fixed length full", f->n);
     f->size = grownSize(f->size);
     f->y = reallocate(f->y, f->size);
     f->t = reallocate(f->t, f->size);
 }
-
-} // namespace
 
 Fct *newFct(int capacity) {
     Fct *f = allocate<Fct>(1);

@@ -12,20 +12,18 @@
 
 namespace plw {
 
-namespace {
-
-std::size_t element(const Fct2D *F, int i, int j) {
+static std::size_t element(const Fct2D *F, int i, int j) {
     return static_cast<std::size_t>(i) +
            static_cast<std::size_t>(j) * static_cast<std::size_t>(F->sizeX);
 }
 
-void requireElement(const Fct2D *F, int i, int j, const char *message) {
+static void requireElement(const Fct2D *F, int i, int j, const char *message) {
     if (i < 0 || i >= F->nx) myexit(message, i);
     if (j < 0 || j >= F->ny) myexit(message, j);
 }
 
 // Index of the grid line at or below x, -1 below the first; the one before it for the last line.
-int cell(double x, const double *lines, int n, int *lastIndex) {
+static int cell(double x, const double *lines, int n, int *lastIndex) {
     const int i = search_le(x, lines, n, *lastIndex);
     *lastIndex = i;
     if (n > 0 && x < lines[0]) return -1;
@@ -42,12 +40,10 @@ PLW_ALWAYS_INLINE double alongY(const Fct2D *F, int j, double z0, double z1, dou
     return interpolate(F->y[j], z0, F->y[j + 1], z1, y);
 }
 
-void addPoint(Table *table, const Fct2D *F, int i, int j) {
+static void addPoint(Table *table, const Fct2D *F, int i, int j) {
     const double row[] = {F->x[i], F->y[j], fct2DAt(F, i, j)};
     addRow(table, row, 3);
 }
-
-} // namespace
 
 Fct2D *newFct2D(int sizeX, int sizeY) {
     Fct2D *F = allocate<Fct2D>(1);
@@ -153,11 +149,9 @@ Fct *sliceFct2D(const Fct2D *F, double x0, double y0, double x1, double y1) {
     return slice;
 }
 
-namespace {
-
 // For every column that has a peak along y: its grid x with the strength of the strongest, and with
 // where that lies.
-void columnPeaks(const Fct2D *F, double threshold, double width, Fct *strength, Fct *where) {
+static void columnPeaks(const Fct2D *F, double threshold, double width, Fct *strength, Fct *where) {
     for (int i = 0; i < F->nx; ++i) {
         Fct *slice = sliceFct2D(F, F->x[i], F->y[0], F->x[i], F->y[F->ny - 1]);
         Fct *peaks = peaksFct(slice, threshold, width);
@@ -174,8 +168,8 @@ void columnPeaks(const Fct2D *F, double threshold, double width, Fct *strength, 
 }
 
 // Chooses the peak along x; where it lies along y is evaluated last, at whatever *x has become.
-int peakAlongX(const Fct2D *F, Fct *strength, Fct *where, double *x, double *y, double *value,
-               double threshold, double width) {
+static int peakAlongX(const Fct2D *F, Fct *strength, Fct *where, double *x, double *y,
+                      double *value, double threshold, double width) {
     int found = 1;
     int k = 0;
     if (F->nx > 10 && 2 * (F->x[F->nx - 1] - F->x[0]) >= width) {
@@ -198,8 +192,6 @@ int peakAlongX(const Fct2D *F, Fct *strength, Fct *where, double *x, double *y, 
     *y = evalFct(where, *x);
     return found;
 }
-
-} // namespace
 
 int peakFct2D(const Fct2D *F, double *x, double *y, double *strength, double threshold,
               double widthX, double widthY) {

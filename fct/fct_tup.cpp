@@ -12,12 +12,10 @@
 
 namespace plw {
 
-namespace {
-
-constexpr int maxMembers = 64; // that appendFct_tup2 and setFct_tupByIndex can fill
+static constexpr int maxMembers = 64; // that appendFct_tup2 and setFct_tupByIndex can fill
 
 // Gives the table at least m members; new ones are zero in all rows allocated.
-void widen(Fct_tup *T, int m) {
+static void widen(Fct_tup *T, int m) {
     if (m <= T->m) return;
     T->members = reallocate(T->members, m);
     for (; T->m < m; ++T->m) {
@@ -27,7 +25,7 @@ void widen(Fct_tup *T, int m) {
 }
 
 // Adds a row of `given` values, and zeros in the members beyond them.
-void appendRow(Fct_tup *T, const double *values, int given) {
+static void appendRow(Fct_tup *T, const double *values, int given) {
     if (T->n >= T->size) {
         if (T->fixedLen) myexit("ERROR in appendFct_tup: function with fixed length full", T->n);
         T->size = grownSize(T->size);
@@ -37,16 +35,14 @@ void appendRow(Fct_tup *T, const double *values, int given) {
     ++T->n;
 }
 
-void requireMember(const Fct_tup *T, int c, const char *message) {
+static void requireMember(const Fct_tup *T, int c, const char *message) {
     if (c < 0 || c >= T->m) myexit(message, c);
 }
 
-void requireRows(const Fct_tup *T, int a, int b, const char *message) {
+static void requireRows(const Fct_tup *T, int a, int b, const char *message) {
     if (a >= T->n) myexit(message, a);
     if (b >= T->n) myexit(message, b);
 }
-
-} // namespace
 
 Fct_tup *newFct_tup(int capacity, int memberCount) {
     Fct_tup *T = allocate<Fct_tup>(1);
@@ -111,10 +107,8 @@ void removeAtBeginFct_tup(Fct_tup *T, int k) {
     T->lastIndex = 0;
 }
 
-namespace {
-
 // Equal neighbours allowed, NaN not.
-bool doesAscend(const double *key, int n) {
+static bool doesAscend(const double *key, int n) {
     for (int i = 0; i < n - 1; ++i)
         if (!(key[i] <= key[i + 1])) return false;
     return true;
@@ -122,7 +116,7 @@ bool doesAscend(const double *key, int n) {
 
 // What qsortFlex does to rows left .. right whose keys ascend, equal ones among them, without
 // looking at what does not move.
-void sortAscendingRows(Fct_tup *T, int left, int right) {
+static void sortAscendingRows(Fct_tup *T, int left, int right) {
     const double *key = T->members[T->sortMember];
     while (left < right) {
         if (key[right - 1] < key[right]) {
@@ -138,7 +132,7 @@ void sortAscendingRows(Fct_tup *T, int left, int right) {
 }
 
 // Sorts rows of which no two have equal keys and none has NaN: they have one order only.
-bool sortDistinctRows(Fct_tup *T) {
+static bool sortDistinctRows(Fct_tup *T) {
     auto *order = allocate<std::uint64_t>(T->n);
     auto *scratch = allocate<std::uint64_t>(T->n);
     const bool isStrict = sortedOrder(T->members[T->sortMember], order, scratch, T->n);
@@ -151,8 +145,6 @@ bool sortDistinctRows(Fct_tup *T) {
     std::free(order);
     return isStrict;
 }
-
-} // namespace
 
 void sortFct_tup(Fct_tup *T, int c) {
     requireMember(T, c, "ERROR in sortFct_tup: index out of range");

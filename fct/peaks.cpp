@@ -10,11 +10,9 @@
 
 namespace plw {
 
-namespace {
-
 // R - L at positions half a mean sample spacing apart, R and L being the integrals of f over h > 0
 // to the right and to the left: positive where f rises across the window.
-Fct *windowDifference(Fct *f, double h) {
+static Fct *windowDifference(Fct *f, double h) {
     Fct *d = newFct(f->n);
     const double first = f->t[0];
     const double last = f->t[f->n - 1];
@@ -32,7 +30,7 @@ Fct *windowDifference(Fct *f, double h) {
 
 // Sets next and previous, of count elements each, to what nextExtreme and prevExtreme give for
 // every start. Found at once, because every sample of a flat stretch is a crossing.
-void findExtremes(const double *y, int count, int *next, int *previous) {
+static void findExtremes(const double *y, int count, int *next, int *previous) {
     std::fill_n(next, count, -1);
     std::fill_n(previous, count, -1);
     for (int i = 1; i < count - 1; ++i) previous[i] = isExtreme(y, i) ? i : previous[i - 1];
@@ -40,7 +38,7 @@ void findExtremes(const double *y, int count, int *next, int *previous) {
 }
 
 // Appends the crossings of d that are strong enough.
-void appendPeaks(Fct *d, double threshold, double h, Fct *peaks) {
+static void appendPeaks(Fct *d, double threshold, double h, Fct *peaks) {
     const int n = d->n;
     int *next = allocate<int>(n);
     int *previous = allocate<int>(n);
@@ -77,8 +75,6 @@ void appendPeaks(Fct *d, double threshold, double h, Fct *peaks) {
     std::free(previous);
     std::free(next);
 }
-
-} // namespace
 
 Fct *peaksFct(Fct *f, double threshold, double width) {
     requireComplete(f, "ERROR in peaksFct: function incomplete");

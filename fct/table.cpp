@@ -7,17 +7,13 @@
 
 namespace plw {
 
-namespace {
-
 // "-1.23457e+308", the longest that "%g" gives, and two blanks fit into 15 characters.
-constexpr std::size_t longestRow = 16 * 16;
+static constexpr std::size_t longestRow = 16 * 16;
 
-void flush(Table *table) {
+static void flush(Table *table) {
     std::fwrite(table->text, 1, table->used, table->file);
     table->used = 0;
 }
-
-} // namespace
 
 void openTable(Table *table, const char *path) {
     table->file = openOutput(path);
