@@ -63,7 +63,7 @@ static void gslSortIndexAndGather(benchmark::State &state) {
     const std::vector<double> keys = keysWithTiesAndGaps();
     const std::vector<double> a = randomNumbers(3), b = randomNumbers(4);
     std::vector<double> key(count), a2(count), b2(count);
-    std::vector<size_t> order(count);
+    std::vector<std::size_t> order(count);
     while (state.KeepRunning()) {
         gsl_sort_index(order.data(), keys.data(), 1, count);
         for (int i = 0; i < count; ++i) key[i] = keys[order[i]];
@@ -113,7 +113,7 @@ BENCHMARK(quicksortClusterPairs)->Unit(benchmark::kMillisecond);
 
 static void searchWithoutHint(benchmark::State &state) {
     const std::vector<double> a = ascending(), x = positions();
-    size_t i = 0;
+    std::size_t i = 0;
     while (state.KeepRunning()) {
         benchmark::DoNotOptimize(search_le(x[i], a.data(), count, -1));
         i = i + 1 < x.size() ? i + 1 : 0;
@@ -123,7 +123,7 @@ BENCHMARK(searchWithoutHint);
 
 static void gslBsearch(benchmark::State &state) {
     const std::vector<double> a = ascending(), x = positions();
-    size_t i = 0;
+    std::size_t i = 0;
     while (state.KeepRunning()) {
         benchmark::DoNotOptimize(gsl_interp_bsearch(a.data(), x[i], 0, count - 1));
         i = i + 1 < x.size() ? i + 1 : 0;

@@ -1,8 +1,8 @@
 #include "fct/fct_tup.h"
 
-#include <climits>
+#include "tests/fct/samples.h"
 
-#include "samples.h"
+#include <climits>
 
 using namespace plw;
 
@@ -11,7 +11,7 @@ using TablePtr = Owner<Fct_tup, freeFct_tup>;
 // Rows (i, 10 i) for i = 0, 1, ... n - 1.
 static TablePtr rows(int n) {
     TablePtr T = newFct_tup(1, 2);
-    for (int i = 0; i < n; i++) appendFct_tup2(T, 2, 1.0 * i, 10.0 * i);
+    for (int i = 0; i < n; ++i) appendFct_tup2(T, 2, 1.0 * i, 10.0 * i);
     return T;
 }
 
@@ -37,7 +37,7 @@ TEST(AppendFctTup, WidensWithZerosAndNeverShortens) {
 
     const TablePtr wide = newFct_tup(1, 100);
     appendFct_tup2(wide, 1, 4.0);
-    for (int c = 0; c < 100; c++) EXPECT_EQ(fct_tupAt(wide, 0, c), c == 0 ? 4 : 0) << c;
+    for (int c = 0; c < 100; ++c) EXPECT_EQ(fct_tupAt(wide, 0, c), c == 0 ? 4 : 0) << c;
 }
 
 TEST(SetFctTupByIndex, MakesMissingRowsAndMembers) {
@@ -73,11 +73,11 @@ TEST(RemoveFctTup, LimitsTheCount) {
 
 TEST(SortFctTup, MovesWholeRowsAndComparesByTheSortMember) {
     const TablePtr T = newFct_tup(1, 2);
-    for (int i = 0; i < 50; i++) appendFct_tup2(T, 3, 1.0 * i, i * 37 % 10 * 1.0, 2.0 * i);
+    for (int i = 0; i < 50; ++i) appendFct_tup2(T, 3, 1.0 * i, i * 37 % 10 * 1.0, 2.0 * i);
     sortFct_tup(T, 1);
     EXPECT_EQ(T->sortMember, 1);
     EXPECT_TRUE(std::is_sorted(T->members[1], T->members[1] + 50));
-    for (int i = 0; i < 50; i++) EXPECT_EQ(T->members[2][i], 2 * T->members[0][i]);
+    for (int i = 0; i < 50; ++i) EXPECT_EQ(T->members[2][i], 2 * T->members[0][i]);
     sortFct_tup(TablePtr(newFct_tup(1, 2)), 0);
 
     const TablePtr R = newFct_tup(1, 2);

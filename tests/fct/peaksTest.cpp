@@ -1,8 +1,8 @@
 #include "fct/fct.h"
 
-#include <functional>
+#include "tests/fct/samples.h"
 
-#include "samples.h"
+#include <functional>
 
 using namespace plw;
 
@@ -10,7 +10,7 @@ namespace {
 
 FctPtr sampled(double from, double to, int n, const std::function<double(double)> &y) {
     FctPtr f = newFct(n);
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         const double t = from + (to - from) * i / (n - 1);
         appendFct(f, t, y(t));
     }
@@ -31,7 +31,7 @@ FctPtr slowPeaks(Fct *f, double threshold, double w) {
         appendFct(d, x, R - L);
     }
     double p = f->t[0] + h, t;
-    for (int rounds = 0; findValueBeyondFct(p, d, 0.0, &p); rounds++) {
+    for (int rounds = 0; findValueBeyondFct(p, d, 0.0, &p); ++rounds) {
         if (rounds > d->n) return FctPtr(nullptr);
         const double e1 = extremeBeyondFct(p, d, &t);
         const double e0 = extremeBeforeFct(p, d, &t);
@@ -83,7 +83,7 @@ TEST(PeaksFct, EndsWhereDifferencesUnderflowOrCrossingsRound) {
 TEST(PeaksFct, AgreesWithTheSteps) {
     RandomFunctions functions;
     int found = 0;
-    for (int round = 0; round < 1500; round++) {
+    for (int round = 0; round < 1500; ++round) {
         functions.gaps = round % 3 == 0 ? 0.03 : 0;
         const FctPtr f = functions.next(40);
         if (functions.rarely(0.2)) std::fill(f->y + f->n / 3, f->y + f->n, 1.0);

@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 static void write(const std::string &path, const char *text) {
     FILE *out = openOutput(path.c_str());
     std::fputs(text, out);
-    closeOutput(out);
+    closeOutput(out, path.c_str());
 }
 
 TEST(OutputDeathTest, EmptiesTheFileOrCreatesOneDirectoryOrEndsTheProcess) {
@@ -41,7 +41,7 @@ TEST(Output, IsTheStandardOutputWithoutAPathAndStaysOpen) {
     for (const char *path : {static_cast<const char *>(nullptr), ""}) {
         FILE *out = openOutput(path);
         EXPECT_EQ(out, stdout);
-        closeOutput(out);
+        closeOutput(out, path);
         EXPECT_NE(fcntl(STDOUT_FILENO, F_GETFD), -1);
     }
 }
