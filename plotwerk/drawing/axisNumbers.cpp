@@ -98,9 +98,9 @@ bool standApart(const std::vector<PlacedNumber> &numbers, Side side) {
 
 AxisMarks marksBeside(const Axis &axis, const Scale &scale, Side side,
                       const Typesetter &typesetter) {
-    const double angle = limited(axis.labelAngle, -360, 360, 0);
     const auto fit = [&](const std::vector<AxisNumber> &numbers) {
-        return standApart(placedNumbers(numbers, scale, side, angle, 0, typesetter), side);
+        return standApart(placedNumbers(numbers, scale, side, axis.labelAngle, 0, typesetter),
+                          side);
     };
     return marksOf(axis, scale, isHorizontal(side) ? horizontalSpacing : verticalSpacing, fit);
 }

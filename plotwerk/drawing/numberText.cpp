@@ -72,7 +72,7 @@ NumberFormat formatOfNumbers(double increment, double largest, int precision, bo
     if (exponent == 0) format.powers = false;
     format.exponent = format.powers ? exponent : 0;
     format.decimals = format.powers ? mantissaDecimals : fixedDecimals;
-    format.decimals = std::clamp(precision, format.decimals, mostDecimals);
+    format.decimals = std::max(precision, format.decimals);
     return format;
 }
 

@@ -1,6 +1,5 @@
 #include "plotwerk/drawing/ticks.h"
 
-#include "plotwerk/drawing/geometry.h"
 #include "plotwerk/drawing/numberText.h"
 #include "util/number/format.h"
 #include "util/number/power.h"
@@ -110,7 +109,7 @@ static std::vector<double> dividing(double step, int between, const Scale &scale
 // The axis's own choice where it can be drawn, else what divides the step's first digit evenly.
 static int smallTicksBetween(const Axis &axis, int digit, double tickDistance) {
     const double mostGiven = tickDistance / leastGivenTickDistance - 1;
-    if (axis.ticks >= 0 && axis.ticks <= std::min(mostGiven, 100.0)) return axis.ticks;
+    if (axis.ticks >= 0 && axis.ticks <= mostGiven) return axis.ticks;
     const int fine = digit == 2 ? 3 : 4;
     const int coarse = digit == 5 ? 0 : 1;
     if (tickDistance / (fine + 1) >= leastSmallTickDistance) return fine;
@@ -118,7 +117,7 @@ static int smallTicksBetween(const Axis &axis, int digit, double tickDistance) {
 }
 
 static bool isUsableIncrement(double increment, const Scale &scale) {
-    return std::isfinite(increment) && increment > 0 &&
+    return increment > 0 && // false where it is unset
            (scale.max - scale.min) / increment <=
                std::min(mostTicks, scale.length / leastTickDistance) &&
            (scale.max - scale.min) / increment >= 1e-3 &&
@@ -228,7 +227,7 @@ static std::vector<double> smallLogTicks(const Axis &axis, const Scale &scale,
 static AxisMarks decadeMarks(const Axis &axis, const Scale &scale, double spacing,
                              const NumbersFit &fit) {
     AxisMarks marks;
-    int n = std::clamp(axis.logNumbersAt, 1, 600);
+    int n = std::max(axis.logNumbersAt, 1);
     if (axis.logNumbersAt < 1) {
         for (const int step : {1, 2, 3, 5, 10, 20, 50, 100, 200}) {
             n = step;
@@ -240,9 +239,7 @@ static AxisMarks decadeMarks(const Axis &axis, const Scale &scale, double spacin
     marks.numbers = thinned(logNumbersAt(numbered, axis), 0, fit);
 
     const bool everyDecadeHasRoom = scale.factor >= 12;
-    const int tickAt = axis.logTicksAt >= 1 ? std::min(axis.logTicksAt, 600)
-                       : everyDecadeHasRoom ? 1
-                                            : n;
+    const int tickAt = axis.logTicksAt >= 1 ? axis.logTicksAt : everyDecadeHasRoom ? 1 : n;
     marks.ticks = digitsOfDecades(scale, {1}, tickAt);
     if (scale.factor * tickAt < leastTickDistance) marks.ticks = numbered;
     marks.smallTicks = smallLogTicks(axis, scale, marks.ticks, tickAt);
@@ -277,9 +274,9 @@ static AxisMarks logarithmicMarks(const Axis &axis, const Scale &scale, double s
 }
 
 AxisMarks marksOf(const Axis &axis, const Scale &scale, double spacing, const NumbersFit &fit) {
-    const double density = limited(axis.labelDensity, 0.1, 10, 1);
-    return scale.logarithmic ? logarithmicMarks(axis, scale, spacing / density, fit)
-                             : linearMarks(axis, scale, spacing / density, fit);
+    const double dense = spacing / axis.labelDensity;
+    return scale.logarithmic ? logarithmicMarks(axis, scale, dense, fit)
+                             : linearMarks(axis, scale, dense, fit);
 }
 
 } // namespace plotwerk
