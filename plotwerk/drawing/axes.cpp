@@ -9,9 +9,9 @@
 
 namespace plotwerk {
 
-static constexpr double titleSize = 10; // in points
-static constexpr double titleGap = 7;   // from the numbers to the title
-static constexpr int titleLines = 3;
+static constexpr double titleSize = 10; // in points, a little larger than the numbers
+static constexpr double titleGap = 7;   // from the numbers to the title: about a digit's height
+static constexpr int titleLines = 3;    // a longer one would squeeze the plot on a page
 
 static void strokeLine(cairo_t *cr, Point from, Point to) {
     cairo_move_to(cr, from.x, from.y);
@@ -39,6 +39,7 @@ static void drawGridLines(cairo_t *cr, const PlacedFrame &frame, const PlacedAxi
 }
 
 void drawGrid(cairo_t *cr, const PlacedFrame &frame) {
+    // light, and thinner than the thinnest axis, so that curves stand out; the fine grid below
     for (const PlacedAxis &axis : frame.axes)
         if (frame.own[axis.code] && axis.settings->minorGrid)
             drawGridLines(cr, frame, axis, axis.marks.smallTicks, 0.9, 0.35);
@@ -71,6 +72,7 @@ static void drawTicks(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &a
     cairo_stroke(cr);
 }
 
+// Grows with the line, which must not hide the head.
 static double arrowHeadLength(const PlacedFrame &frame) {
     return 6 + 3 * frame.thickness;
 }

@@ -4,7 +4,9 @@
 
 namespace plotwerk {
 
-static constexpr double gapBeside = 5; // from the axis or its ticks to the numbers, in points
+// From the axis or its ticks to the numbers, in points: half a digit's height and more; wider
+// below, where all numbers of an axis turn their whole width to it.
+static constexpr double gapBeside = 5;
 static constexpr double gapBelow = 6.5;
 
 static Side numberSide(const PlacedAxis &axis) {

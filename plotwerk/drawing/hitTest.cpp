@@ -10,6 +10,7 @@
 namespace plotwerk {
 
 static constexpr double infinity = std::numeric_limits<double>::infinity();
+static constexpr double sameDistance = 1e-6; // in points: no more than rounding may part them
 
 static double squaredDistance(const Point &a, const Point &b) {
     return (a.x - b.x) * (a.x - b.x) + (a.y - b.y) * (a.y - b.y);
@@ -51,21 +52,37 @@ static Path drawnPath(const DrawnCurve &curve, const ScaledFrame &frame, const F
                : path;
 }
 
-// -1 without a row that has a place on paper.
-static int nearestRow(const Point &p, const DrawnCurve &curve, const ScaledFrame &frame) {
+namespace {
+
+struct Hit {
+    double fromCurve = infinity; // in points
+    double fromPoint = infinity; // squared
+    NearestPoint point;
+};
+
+} // namespace
+
+static bool isNearer(const Hit &a, const Hit &b) {
+    if (std::abs(a.fromCurve - b.fromCurve) > sameDistance) return a.fromCurve < b.fromCurve;
+    if (a.fromPoint != b.fromPoint) return a.fromPoint < b.fromPoint;
+    return a.point.curve < b.point.curve; // curves come by layers
+}
+
+// The curve's point that is nearest; infinitely far without one that has a place on paper.
+static Hit hitOn(const DrawnCurve &curve, double fromCurve, const Point &p,
+                 const ScaledFrame &frame) {
     const std::vector<double> &x = curve.table->x.values;
     const std::vector<double> &y = curve.column->values;
-    double nearest = infinity;
-    int row = -1;
+    Hit hit{fromCurve, infinity, {}};
     for (size_t i = 0; i < x.size(); ++i) {
         if (!std::isfinite(x[i]) || !std::isfinite(y[i])) continue;
         const Point at = frame.at(x[i], y[i], curve.horizontalAxis(), curve.verticalAxis());
         const double distance = squaredDistance(p, at);
-        if (!(distance < nearest)) continue;
-        nearest = distance;
-        row = static_cast<int>(i);
+        if (!(distance < hit.fromPoint)) continue;
+        hit.fromPoint = distance;
+        hit.point = {curve.index, static_cast<int>(i), x[i], y[i]};
     }
-    return row;
+    return hit;
 }
 
 std::optional<NearestPoint> nearestPoint(const Document &document, double x, double y) {
@@ -74,20 +91,16 @@ std::optional<NearestPoint> nearestPoint(const Document &document, double x, dou
     const Point place = frame.at(x, y);
     if (!std::isfinite(x) || !std::isfinite(y) || isBreak(place)) return std::nullopt;
 
-    std::optional<NearestPoint> nearest;
-    double shortest = infinity;
+    Hit nearest;
     for (const DrawnCurve &curve : curves) {
         const Path path = drawnPath(curve, frame, document.frame);
-        const double distance = squaredDistance(place, path, curve.column->look.line);
-        // curves come by layers here
-        const bool first = nearest && distance == shortest && curve.index < nearest->curve;
-        if (!(distance < shortest || first)) continue;
-        const int row = nearestRow(place, curve, frame);
-        if (row < 0) continue;
-        shortest = distance;
-        nearest = {curve.index, row, curve.table->x.values[row], curve.column->values[row]};
+        const double distance = std::sqrt(squaredDistance(place, path, curve.column->look.line));
+        if (std::isinf(distance) || distance > nearest.fromCurve + sameDistance) continue;
+        const Hit hit = hitOn(curve, distance, place, frame);
+        if (hit.point.index >= 0 && isNearer(hit, nearest)) nearest = hit;
     }
-    return nearest;
+    if (nearest.point.index < 0) return std::nullopt;
+    return nearest.point;
 }
 
 } // namespace plotwerk

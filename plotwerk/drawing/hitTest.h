@@ -16,9 +16,10 @@ struct NearestPoint {
 };
 
 // The drawn curve that comes nearest to the place where (x, y) lies on the x and y axes, and of
-// that curve's points the nearest; of several as near the first. Distances are measured on paper,
-// within the frame and beyond it. For a curve that is drawn against the upper x or the right y axis
-// it is the place on paper that counts, not the value there.
+// that curve's points the nearest; of several curves as near the one whose point is nearer, then
+// the first. Distances are measured on paper, within the frame and beyond it. For a curve that is
+// drawn against the upper x or the right y axis it is the place on paper that counts, not the value
+// there.
 //
 // A curve is its line where that is drawn (see linePath: interpolated, stepped, of means, broken
 // where x runs backwards), otherwise its points on paper, which may be means. Areas, drop lines and

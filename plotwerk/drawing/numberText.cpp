@@ -9,7 +9,10 @@
 
 namespace plotwerk {
 
+// Of an increment: increments are round but for their rounding, which shows from the 16th digit on.
 static constexpr int mostDigits = 12;
+
+// The limit of an axis's precision; doubles hold no more in numbers around 1.
 static constexpr int mostDecimals = 16;
 
 static RichText plain(std::string text) {
