@@ -93,15 +93,19 @@ Range withData(const Range &range, const Range &data) {
     return shown;
 }
 
-bool isSet(const Range &range) {
+} // namespace
+
+bool hasBothLimits(const Range &range) {
     return !isUnset(range.min) && !isUnset(range.max);
 }
 
-} // namespace
+bool hasAnyLimit(const Range &range) {
+    return !isUnset(range.min) || !isUnset(range.max);
+}
 
 Range rangeOf(const Document &document, AxisCode axis) {
     const Range &range = document.axes[axis].range;
-    return isSet(range) ? range : withData(range, dataRange(document, axis));
+    return hasBothLimits(range) ? range : withData(range, dataRange(document, axis));
 }
 
 void setRange(Document &document, AxisCode axis, double min, double max) {
@@ -125,14 +129,15 @@ void setLocalRange(Document &document, bool xDirection) {
             if (columnOf(document, curve.curve).rank > 0)
                 include(document, curve, axes[i], ranges[i]);
     }
-    if (!isSet(ranges[0]) && !isSet(ranges[1])) throw Refusal("the selected curves have no points");
+    if (!hasBothLimits(ranges[0]) && !hasBothLimits(ranges[1]))
+        throw Refusal("the selected curves have no points");
     for (int i = 0; i < 2; ++i)
-        if (isSet(ranges[i])) document.axes[axes[i]].range = ranges[i];
+        if (hasBothLimits(ranges[i])) document.axes[axes[i]].range = ranges[i];
     document.changed = true;
 }
 
 Range fitRangeOf(const Document &document) {
-    if (isSet(document.fitRange)) return document.fitRange;
+    if (hasBothLimits(document.fitRange)) return document.fitRange;
     const auto fitted = fitCurve(document);
     if (!fitted) return withData(document.fitRange, dataRange(document, xAxis));
     Range data;
