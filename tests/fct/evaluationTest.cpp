@@ -106,9 +106,18 @@ TEST(Integrals, GiveTheWorkedValues) {
     const struct {
         Fct *f;
         double a, b, want;
-    } cases[] = {{f, 0.25, 0.75, 0.5}, {f, -5, 5, 1},      {f, 3, 1, 0},
-                 {f, -1, 0, 0},        {f, NaN, 1, 0},     {f, 0, NaN, 1},
-                 {gap, 0, 2, NaN},     {gap, 0.5, 1, 0.5}, {empty, 0, 1, 0}};
+    } cases[] = {{f, 0.25, 0.75, 0.5},
+                 {f, -5, 5, 1},
+                 {f, 3, 1, 0},
+                 {f, -1, 0, 0},
+                 {f, NaN, 1, 0},
+                 {f, 0, NaN, 1},
+                 {gap, 0, 2, NaN},
+                 {gap, 0.5, 1, 0.5},
+                 {empty, 0, 1, 0},
+                 {f, -infinity, 0.5, 0.5},
+                 {f, -infinity, infinity, 1},
+                 {f, -1e308, 1, 1}};
     for (const auto &c : cases)
         EXPECT_TRUE(same(integralFct(c.a, c.b, c.f), c.want)) << c.a << " to " << c.b;
 
@@ -117,11 +126,15 @@ TEST(Integrals, GiveTheWorkedValues) {
     EXPECT_EQ(integralXY(3, 2, pairs, 3), -1) << "both within one segment";
     EXPECT_EQ(integralXY(3, 0.5, pairs, 3), 0);
     EXPECT_EQ(integralXY(0, 4, nullptr, 0), 0);
+    EXPECT_EQ(integralXY(-infinity, 2, pairs, 3), 2);
+    EXPECT_EQ(integralXY(4, 1.5, pairs, 3), -2.5) << "a is the upper sample";
+    EXPECT_EQ(integralXY(4, 1, pairs, 3), 0) << "b is the lower one";
 
     const double x[] = {0, 1, 2}, y[] = {1, 2, 3};
     EXPECT_EQ(integralYarr(0, 2, x, y, 3, 0, 0), 2);
     EXPECT_EQ(integralYarr(0, 2, x, y, 3, 0, 1), 4);
     EXPECT_EQ(integralYarr(0, 2, x, y, 3, 1, 1), 5);
+    EXPECT_EQ(integralYarr(-infinity, infinity, x, y, 3, 0, 2), 9);
 }
 
 TEST(Integrals, AgreeWithTheStepsWhateverTheyRemember) {
