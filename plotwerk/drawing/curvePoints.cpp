@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace plotwerk {
 
@@ -20,9 +21,7 @@ static Path meansOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
     return path;
 }
 
-Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
-    if (curve.column->look.sum > 1) return meansOnPaper(curve, frame);
-
+Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
     const std::vector<double> &x = curve.table->x.values;
     const std::vector<double> &y = curve.column->values;
     const size_t rows = std::min(x.size(), y.size());
@@ -34,6 +33,10 @@ Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
                              : pathBreak);
     }
     return path;
+}
+
+Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
+    return curve.column->look.sum > 1 ? meansOnPaper(curve, frame) : rowsOnPaper(curve, frame);
 }
 
 // Second derivatives at the points of a natural cubic spline y(x) (Press et al., tridiagonal
@@ -127,9 +130,10 @@ static Path interpolatedPath(Path path, const DrawnCurve &curve, const ScaledFra
     return result;
 }
 
-Path linePath(const DrawnCurve &curve, const ScaledFrame &frame) {
-    Path path = interpolatedPath(pointsOnPaper(curve, frame), curve, frame);
-    return curve.column->look.stepped ? steppedPath(path) : path;
+Path linePath(Path points, const DrawnCurve &curve, const ScaledFrame &frame) {
+    Path path = interpolatedPath(std::move(points), curve, frame);
+    if (curve.column->look.stepped) return steppedPath(path);
+    return path;
 }
 
 Path brokenOnReverse(const Path &path, bool reversedAxis) {

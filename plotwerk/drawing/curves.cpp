@@ -63,7 +63,7 @@ void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
     cairo_rectangle(cr, 0, 0, frame.width, frame.height);
     cairo_clip(cr);
     if (look.line || look.filled) {
-        Path path = linePath(curve, frame);
+        Path path = linePath(pointsOnPaper(curve, frame), curve, frame);
         if (look.filled) fillArea(cr, path, baseOf(curve, frame, settings), look, frame);
         if (look.line) {
             if (settings.noLineOnReverse)

@@ -44,12 +44,17 @@ static double squaredDistance(const Point &p, const Path &path, bool joined) {
     return nearest;
 }
 
-static Path drawnPath(const DrawnCurve &curve, const ScaledFrame &frame, const Frame &settings) {
-    if (!curve.column->look.line) return pointsOnPaper(curve, frame);
-    Path path = linePath(curve, frame);
-    return settings.noLineOnReverse
-               ? brokenOnReverse(path, frame.scales[curve.horizontalAxis()].reversed)
-               : path;
+// From what is drawn of the curve with these rows.
+static double distanceFrom(const Point &p, const DrawnCurve &curve, const Path &rows,
+                           const ScaledFrame &frame, const Frame &settings) {
+    const CurveLook &look = curve.column->look;
+    const Path means = look.sum > 1 ? pointsOnPaper(curve, frame) : Path();
+    const Path &points = look.sum > 1 ? means : rows;
+    if (!look.line) return std::sqrt(squaredDistance(p, points, false));
+    Path path = linePath(points, curve, frame);
+    if (settings.noLineOnReverse)
+        path = brokenOnReverse(path, frame.scales[curve.horizontalAxis()].reversed);
+    return std::sqrt(squaredDistance(p, path, true));
 }
 
 namespace {
@@ -68,21 +73,17 @@ static bool isNearer(const Hit &a, const Hit &b) {
     return a.point.curve < b.point.curve; // curves come by layers
 }
 
-// The curve's point that is nearest; infinitely far without one that has a place on paper.
-static Hit hitOn(const DrawnCurve &curve, double fromCurve, const Point &p,
-                 const ScaledFrame &frame) {
-    const std::vector<double> &x = curve.table->x.values;
-    const std::vector<double> &y = curve.column->values;
-    Hit hit{fromCurve, infinity, {}};
-    for (size_t i = 0; i < x.size(); ++i) {
-        if (!std::isfinite(x[i]) || !std::isfinite(y[i])) continue;
-        const Point at = frame.at(x[i], y[i], curve.horizontalAxis(), curve.verticalAxis());
-        const double distance = squaredDistance(p, at);
-        if (!(distance < hit.fromPoint)) continue;
-        hit.fromPoint = distance;
-        hit.point = {curve.index, static_cast<int>(i), x[i], y[i]};
+// -1 and infinity where no row has a place on paper.
+static int nearestRow(const Point &p, const Path &rows, double &squared) {
+    int nearest = -1;
+    squared = infinity;
+    for (size_t i = 0; i < rows.size(); ++i) {
+        const double distance = squaredDistance(p, rows[i]);
+        if (!(distance < squared)) continue; // also at breaks
+        squared = distance;
+        nearest = static_cast<int>(i);
     }
-    return hit;
+    return nearest;
 }
 
 std::optional<NearestPoint> nearestPoint(const Document &document, double x, double y) {
@@ -93,11 +94,13 @@ std::optional<NearestPoint> nearestPoint(const Document &document, double x, dou
 
     Hit nearest;
     for (const DrawnCurve &curve : curves) {
-        const Path path = drawnPath(curve, frame, document.frame);
-        const double distance = std::sqrt(squaredDistance(place, path, curve.column->look.line));
-        if (std::isinf(distance) || distance > nearest.fromCurve + sameDistance) continue;
-        const Hit hit = hitOn(curve, distance, place, frame);
-        if (hit.point.index >= 0 && isNearer(hit, nearest)) nearest = hit;
+        const Path rows = rowsOnPaper(curve, frame);
+        Hit hit{distanceFrom(place, curve, rows, frame, document.frame), infinity, {}};
+        if (std::isinf(hit.fromCurve) || hit.fromCurve > nearest.fromCurve + sameDistance) continue;
+        const int row = nearestRow(place, rows, hit.fromPoint);
+        if (row < 0) continue; // means on paper of rows that are not
+        hit.point = {curve.index, row, curve.table->x.values[row], curve.column->values[row]};
+        if (isNearer(hit, nearest)) nearest = hit;
     }
     if (nearest.point.index < 0) return std::nullopt;
     return nearest.point;

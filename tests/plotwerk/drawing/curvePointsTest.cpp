@@ -12,7 +12,8 @@ std::vector<double> drawnValues(const Document &document) {
     const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
     const ScaledFrame frame = scaledFrameOf(document, curves);
     std::vector<double> values;
-    for (const Point &p : linePath(curves[0], frame)) values.push_back(frame.valuesAt(p).y);
+    for (const Point &p : linePath(pointsOnPaper(curves[0], frame), curves[0], frame))
+        values.push_back(frame.valuesAt(p).y);
     return values;
 }
 
