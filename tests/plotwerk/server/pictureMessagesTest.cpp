@@ -72,13 +72,17 @@ TEST_F(PictureMessages, PicturesAreFilesOfTheirKind) {
 
 TEST_F(PictureMessages, ACopyNeedsAPlace) {
     unsetenv("XDG_RUNTIME_DIR");
-    startWithData();
-    plotwerk->copySelectedCurvesOf_includeX_("Untitled", true);
-    plotwerk->copyPDF_("Untitled");
-    EXPECT_EQ(lastError(),
-              "copyPDF: \"Untitled\": no place for a copy: XDG_RUNTIME_DIR is not set");
-    plotwerk->pasteDataOf_("Untitled");
-    EXPECT_EQ(lastError(), "") << "the clipboard is as it was";
+    for (int round = 0; round < 2; ++round) {
+        startWithData();
+        plotwerk->copySelectedCurvesOf_includeX_("Untitled", true);
+        plotwerk->copyPDF_("Untitled");
+        EXPECT_EQ(lastError(),
+                  "copyPDF: \"Untitled\": no place for a copy: XDG_RUNTIME_DIR is not set");
+        plotwerk->pasteDataOf_("Untitled");
+        EXPECT_EQ(lastError(), "") << "the clipboard is as it was";
+        stop();
+        setenv("XDG_RUNTIME_DIR", "run", 1); // a relative path doesn't count
+    }
 }
 
 TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
