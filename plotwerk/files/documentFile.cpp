@@ -4,6 +4,7 @@
 #include "plotwerk/files/documentFields.h"
 #include "plotwerk/files/documentTree.h"
 #include "plotwerk/formula/formula.h"
+#include "plotwerk/model/limits.h"
 #include "util/text/utf8.h"
 
 #include <cmath>
@@ -141,39 +142,32 @@ class Reader {
 static void checkFormula(const Document &document) {
     std::vector<std::string> names;
     for (const FitParameter &parameter : document.parameters) names.push_back(parameter.name);
-    try {
-        const bool none = document.formula.empty() && names.empty();
-        if (none || Formula(document.formula).parameterNames() == names) return;
-    } catch (const Refusal &refusal) {
-        throw Refusal(std::string("damaged: ") + refusal.what());
-    }
-    throw Refusal("damaged: the parameters are not those of the formula");
+    const bool none = document.formula.empty() && names.empty();
+    if (!none && Formula(document.formula).parameterNames() != names)
+        throw Refusal("the parameters are not those of the formula");
 }
 
 // What every document in memory keeps to, beyond the kinds of its fields.
 static void checkWhole(const Document &document) {
-    std::set<int> places;
+    requireWithinLimits(document);
+    std::set<int> ranks;
     int fitCurves = 0;
     int drawnCurves = 0;
     for (const Source &source : document.sources) {
         for (const Table &table : source.tables) {
             for (const Column &column : table.y) {
-                if (column.values.size() != table.x.values.size()) {
-                    throw Refusal("damaged: columns of unequal length in \"" + source.name + '"');
-                }
-                if (column.rank < 0) throw Refusal("damaged: \"place\" is negative");
-                if (column.rank > 0 && !places.insert(column.rank).second) {
-                    throw Refusal("damaged: the selection has two curves in one place");
-                }
+                if (column.values.size() != table.x.values.size())
+                    throw Refusal("columns of unequal length in \"" + source.name + '"');
+                if (column.rank > 0 && !ranks.insert(column.rank).second)
+                    throw Refusal("the selection has two curves in one place");
                 fitCurves += column.fitData;
                 drawnCurves += column.drawnByFit;
             }
         }
     }
-    if (fitCurves > 1) throw Refusal("damaged: more than one curve is the fit data");
-    if (drawnCurves > 1) throw Refusal("damaged: more than one curve is drawn by the fit");
+    if (fitCurves > 1) throw Refusal("more than one curve is the fit data");
+    if (drawnCurves > 1) throw Refusal("more than one curve is drawn by the fit");
     checkFormula(document);
-    if (document.markWalk < 0) throw Refusal("damaged: \"markWalk\" is negative");
 }
 
 bool beginsAsDocument(std::string_view bytes) {
@@ -199,7 +193,11 @@ Document documentOf(std::string bytes) {
 
     Document document;
     Reader{tree}("document", document);
-    checkWhole(document);
+    try {
+        checkWhole(document);
+    } catch (const Refusal &refusal) {
+        throw Refusal(std::string("damaged: ") + refusal.what());
+    }
     return document;
 }
 

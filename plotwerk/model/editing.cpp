@@ -2,6 +2,7 @@
 
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/curves.h"
+#include "plotwerk/model/limits.h"
 #include "plotwerk/model/names.h"
 #include "plotwerk/model/palette.h"
 #include "util/arrays/search.h"
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -154,6 +156,26 @@ std::vector<int> maximaOf(const std::vector<double> &y, int minWidth, double min
     return maxima;
 }
 
+// At least 0.
+int highestLayer(const Document &document, const std::vector<CurveRef> &curves) {
+    int highest = 0;
+    for (const CurveRef &curve : curves)
+        highest = std::max(highest, columnOf(document, curve).look.layer);
+    return highest;
+}
+
+// Makes the curves' layers 0, 1, 2, ... in their order.
+void renumberLayers(Document &document, const std::vector<CurveRef> &curves) {
+    std::map<int, int> numbers;
+    for (const CurveRef &curve : curves) numbers[columnOf(document, curve).look.layer] = 0;
+    int next = 0;
+    for (auto &[layer, number] : numbers) number = next++;
+    for (const CurveRef &curve : curves) {
+        int &layer = columnOf(document, curve).look.layer;
+        layer = numbers[layer];
+    }
+}
+
 struct Extremes {
     CurveRef curve;
     Table table;
@@ -191,10 +213,12 @@ void renameSelection(Document &document, const std::string &name) {
 
 void showSelection(Document &document) {
     const std::vector<CurveRef> selected = requireSelection(document);
-    int highest = 0;
-    for (const CurveRef &curve : curvesOf(document)) {
-        const Column &column = columnOf(document, curve);
-        if (column.rank == 0) highest = std::max(highest, column.look.layer);
+    std::vector<CurveRef> others = curvesOf(document);
+    std::erase_if(others, [&](const auto &curve) { return columnOf(document, curve).rank > 0; });
+    int highest = highestLayer(document, others);
+    if (highest > mostCounted - std::ssize(selected)) {
+        renumberLayers(document, others);
+        highest = highestLayer(document, others);
     }
     for (const CurveRef &curve : selected) {
         CurveLook &look = columnOf(document, curve).look;

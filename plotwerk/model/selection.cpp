@@ -1,6 +1,7 @@
 #include "plotwerk/model/selection.h"
 
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/model/limits.h"
 
 #include <algorithm>
 #include <functional>
@@ -70,6 +71,11 @@ int select(Document &document, const std::vector<CurveRef> &curves, bool append)
         if (!append) column.rank = 0;
         highest = std::max(highest, column.rank);
         selected += column.rank > 0;
+    }
+    if (highest > mostCounted - std::ssize(curves)) {
+        highest = 0;
+        for (const CurveRef &curve : selectedCurves(document))
+            columnOf(document, curve).rank = ++highest;
     }
     for (const CurveRef &curve : curves) {
         Column &column = columnOf(document, curve);

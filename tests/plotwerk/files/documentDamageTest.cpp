@@ -91,12 +91,29 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
          "[1.0,2.0]",
          {"[[2.0]]", "[1.0,true]", "[{}]"},
          "something else among the numbers of a column"},
-        {"markWalk", "0", {"-1"}, "damaged: \"markWalk\" is negative"},
+        {"markWalk", "0", {"-1"}, "damaged: markWalk can't be -1"},
+        {"lineThickness", "1.0", {"1e9"}, "damaged: lineThickness can't be 1e+09"},
+        {"lineThickness", "1.0", {"null"}, "damaged: lineThickness can't be nan"},
+        {"symbolInc", "1", {"-5"}, "damaged: symbolInc can't be -5"},
+        {"interpolationType", "0", {"7"}, "damaged: interpolationType can't be 7"},
+        {"layer", "0", {"2147483647"}, "damaged: layer can't be 2.14748e+09"},
+        {"opacity", "1.0", {"-1"}, "damaged: a part of a colour can't be -1"},
+        {"labelDensity", "1.0", {"1e5"}, "damaged: labelDensity can't be 100000"},
+        {"logTicksAt", "-1", {"0"}, "damaged: logticksAt can't be 0"},
+        {"xAxisPos", "null", {"\"inf\""}, "damaged: xAxisPos can't be inf"},
+        {"range",
+         "{\"max\":null,\"min\":null}",
+         {"{\"max\":1,\"min\":\"-inf\"}"},
+         "damaged: a limit of a range can't be -inf"},
+        {"fitRange",
+         "{\"max\":null,\"min\":null}",
+         {"{\"max\":1,\"min\":2}"},
+         "damaged: a range can't go from 2 to 1"},
         {"formula", "\"\"", {"\"(\""}, "damaged: formula, line 1, column 2: expected a value"},
         {"formula", "\"\"", {"\"a*x\""}, "damaged: the parameters are not those of the formula"}};
     for (const auto &c : cases) {
         const std::string key = '"' + c.key + '"';
-        const size_t at = sound.find(key + ':' + c.from);
+        const size_t at = sound.rfind(key + ':' + c.from); // of looks the last, that of a curve
         ASSERT_NE(at, std::string::npos) << key << c.from;
         for (const std::string &to : c.to) {
             std::string damaged = sound;
@@ -119,7 +136,7 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
     placed.rank = 1;
     EXPECT_EQ(refusalWith(placed), "damaged: the selection has two curves in one place");
     placed.rank = -1;
-    EXPECT_EQ(refusalWith(placed), "damaged: \"place\" is negative");
+    EXPECT_EQ(refusalWith(placed), "damaged: place can't be -1");
     fitted.fitData = drawn.drawnByFit = true;
     EXPECT_EQ(refusalWith(fitted), "damaged: more than one curve is the fit data");
     EXPECT_EQ(refusalWith(drawn), "damaged: more than one curve is drawn by the fit");

@@ -2,7 +2,9 @@
 
 #include "plotwerk/files/documentFields.h"
 #include "plotwerk/files/documentFile.h"
+#include "plotwerk/model/limits.h"
 
+#include <algorithm>
 #include <bit>
 #include <climits>
 #include <cmath>
@@ -72,6 +74,22 @@ Document filled(size_t elements) {
     Walk<Fill> fill{{}, elements};
     fields(fill, document);
 
+    // Numbers beyond their limits go to different places within.
+    int count = 0;
+    const auto intoLimits = [&](const char *, auto &value, const Limits &limits) {
+        if (value >= limits.least && value <= limits.most) return;
+        if (limits.mayBeUnset && std::isnan(static_cast<double>(value))) return;
+        const double width = std::min(limits.most - limits.least, 9.0);
+        const double inside = limits.least + width * (++count % 97) / 97;
+        value = static_cast<std::remove_reference_t<decltype(value)>>(inside);
+    };
+    limits(intoLimits, document);
+    const auto order = [](Range &range) {
+        if (range.min > range.max) std::swap(range.min, range.max);
+    };
+    for (Axis &axis : document.axes) order(axis.range);
+    order(document.fitRange);
+
     // Only one curve of a document is its fit data, and one the fit's.
     for (Source &source : document.sources)
         for (Table &table : source.tables)
@@ -91,8 +109,9 @@ Document filled(size_t elements) {
 
 Document fullDocument() {
     Document document = filled(3);
-    document.axes[0].ticks = INT_MAX;
-    document.axes[0].precision = INT_MIN;
+    document.fit.iterations = INT_MAX;
+    document.axes[0].ticks = -1;
+    document.axes[0].range = {1, 1};
     document.sources[0].name = "";
     document.sources[1].tables.clear();
     document.sources[2].tables[0].y.clear();

@@ -1,5 +1,7 @@
 #include "plotwerk/model/selection.h"
 
+#include "plotwerk/model/editing.h"
+#include "plotwerk/model/limits.h"
 #include "tests/plotwerk/model/documents.h"
 
 using namespace plotwerk;
@@ -131,6 +133,28 @@ TEST(Selection, AppendedCurvesFollowAndSelectedOnesKeepTheirPlace) {
     selectByName(document, "B", -1, "", false);
     EXPECT_EQ(selection(document), "3 ");
     EXPECT_FALSE(document.changed);
+}
+
+// Counting on from numbers that a file may have must not leave what a file may have.
+TEST(Selection, CountsRanksAndLayersAnewAtTheirLimit) {
+    Document document = sample();
+    const auto of = [&](int index) -> Column & {
+        return columnOf(document, *curveAt(document, index));
+    };
+    of(2).rank = mostCounted;
+    of(1).rank = mostCounted - 1;
+    of(3).look.layer = mostCounted;
+    selectByIndex(document, {0, 0}, true);
+    EXPECT_EQ(selection(document), "1 2 0 ");
+    EXPECT_EQ(of(0).rank, 3);
+
+    of(2).rank = 0;
+    of(2).look.layer = -1;
+    showSelection(document);
+    EXPECT_LT(of(2).look.layer, of(3).look.layer);
+    EXPECT_LT(of(3).look.layer, of(1).look.layer);
+    EXPECT_LT(of(1).look.layer, of(0).look.layer);
+    requireWithinLimits(document);
 }
 
 TEST(Marks, AreTheSelectionAndAreWalkedOverAndOver) {
