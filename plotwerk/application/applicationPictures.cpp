@@ -29,11 +29,12 @@ static void writeBytes(const fs::path &path, const std::string &bytes) {
     writeWholeFile(path, [&](std::ostream &stream) { stream << bytes; });
 }
 
-void Application::savePicture(Document &document, const fs::path &file, PictureKind kind) {
-    document.lastSaveSucceeded = false;
+void Application::savePicture(const Document &document, const fs::path &file, PictureKind kind) {
+    bool &succeeded = openOf(document).lastSaveSucceeded;
+    succeeded = false;
     const fs::path path = given(file);
     writeBytes(path, bytesOf(document, kind));
-    document.lastSaveSucceeded = true;
+    succeeded = true;
     log(LogLevel::info, "saved the picture of \"" + document.name + "\" in " + path.string());
 }
 

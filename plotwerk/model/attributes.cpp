@@ -67,7 +67,6 @@ template<class Change> static void changeLooks(Document &document, const Change 
     apply(change, trial); // whether it is refused doesn't depend on the look before
     requireWithinLimits(trial);
     for (const CurveRef &curve : selected) apply(change, columnOf(document, curve).look);
-    document.changed = true;
 }
 
 void changeLook(Document &document, const LookSwitches &switches) {
@@ -94,7 +93,6 @@ void changeFrame(Document &document, const FrameChange &change) {
     setSwitch(frame.noLineOnReverse, change.noLineOnReverse, "noLineOnRev");
     requireWithinLimits(frame);
     document.frame = frame;
-    document.changed = true;
 }
 
 void changeAxis(Document &document, int axisNumber, const AxisChange &change) {
@@ -123,12 +121,10 @@ void changeAxis(Document &document, int axisNumber, const AxisChange &change) {
     setNumber(axis.labelDensity, change.labelDensity);
     requireWithinLimits(axis);
     document.axes[axisNumber - 1] = std::move(axis);
-    document.changed = true;
 }
 
 void setTitle(Document &document, AxisCode axis, const std::string &title) {
     document.axes[axis].title = title;
-    document.changed = true;
 }
 
 void placeText(Document &document, const PlacedText &text) {
@@ -148,7 +144,6 @@ void placeText(Document &document, const PlacedText &text) {
     if (!placed.text.empty()) document.texts.push_back(placed);
     const auto kept = document.texts.end() - (placed.text.empty() ? 0 : 1);
     document.texts.erase(std::remove_if(document.texts.begin(), kept, isThere), kept);
-    document.changed = true;
 }
 
 } // namespace plotwerk

@@ -2,6 +2,7 @@
 
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/limits.h"
+#include "plotwerk/model/structure.h"
 
 #include <algorithm>
 #include <functional>
@@ -176,17 +177,18 @@ int markSelection(Document &document) {
         column.marked = column.rank > 0;
         marked += column.marked;
     }
-    document.markWalk = 0;
-    document.changed = true;
+    restartMarkWalk(document);
     return marked;
 }
 
 std::optional<CurveRef> nextMarkedCurve(Document &document) {
-    while (const auto curve = curveAt(document, document.markWalk)) {
-        ++document.markWalk;
+    auto curve = curveAt(document, document.markWalk, document.markHint);
+    for (; curve; curve = curveAt(document, document.markWalk, *curve)) {
+        document.markWalk = curve->index + 1;
+        document.markHint = *curve;
         if (columnOf(document, *curve).marked) return curve;
     }
-    document.markWalk = 0;
+    restartMarkWalk(document);
     return std::nullopt;
 }
 
@@ -194,7 +196,6 @@ void markFitData(Document &document) {
     const CurveRef first = requireSelection(document).front();
     for (const CurveRef &curve : curvesOf(document))
         columnOf(document, curve).fitData = curve == first;
-    document.changed = true;
 }
 
 int indexOfFitCurve(const Document &document) {

@@ -45,27 +45,33 @@ void ControlObject::openFile_file_doRangeOverAll_(const std::string &, const std
 }
 
 void ControlObject::display_doRangeOverAll_(const std::string &name, const bool &overAll) {
-    actOn("display:doRangeOverAll:", name, [&](Document &document) {
-        application.activate(document);
-        if (overAll) rangeOverAll(document);
-    });
+    constexpr const char *selector = "display:doRangeOverAll:";
+    if (overAll) {
+        actOn(selector, name, [&](Document &document) {
+            application.activate(document);
+            rangeOverAll(document);
+        });
+    } else {
+        actOn(selector, name, [&](const Document &document) { application.activate(document); });
+    }
 }
 
 void ControlObject::saveDocument_to_binary_(const std::string &name, const std::string &path,
                                             const bool &binary) {
     actOn("saveDocument:to:binary:", name,
-          [&](Document &document) { application.save(document, path, binary, false); });
+          [&](const Document &document) { application.save(document, path, binary, false); });
 }
 
 void ControlObject::saveDocument_as_binary_(const std::string &name, const std::string &path,
                                             const bool &binary) {
     actOn("saveDocument:as:binary:", name,
-          [&](Document &document) { application.save(document, path, binary, true); });
+          [&](const Document &document) { application.save(document, path, binary, true); });
 }
 
 bool ControlObject::didSaveSucceed_(const std::string &name) {
     bool succeeded = false;
-    attempt("didSaveSucceed:", [&] { succeeded = application.document(name).lastSaveSucceeded; });
+    attempt("didSaveSucceed:",
+            [&] { succeeded = application.lastSaveSucceeded(application.document(name)); });
     return succeeded;
 }
 

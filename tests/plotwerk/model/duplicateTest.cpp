@@ -1,5 +1,6 @@
 #include "plotwerk/model/duplicate.h"
 
+#include "plotwerk/model/change.h"
 #include "plotwerk/model/ranges.h"
 #include "tests/plotwerk/model/documents.h"
 
@@ -21,6 +22,7 @@ TEST(DuplicateAsPlotted, HoldsTheVisiblePointsInsideTheRange) {
     const Document copy = duplicateAsPlotted(document);
     EXPECT_EQ(textOf(copy), "Data: x=1,2,3 a=2,4,nan a error=2,4,5 upper=nan,2,1");
     EXPECT_EQ(copy.name, "test copy");
-    EXPECT_TRUE(copy.path.empty() && copy.changed);
+    EXPECT_TRUE(copy.path.empty());
+    EXPECT_TRUE(hasUnsavedChanges(copy));
     EXPECT_TRUE(copy.sources[0].tables[0].y[0].look.dashed && copy.axes[xAxis].range.max == 2);
 }
