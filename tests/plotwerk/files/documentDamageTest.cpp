@@ -54,6 +54,18 @@ TEST(DamagedDocument, ThatWouldExhaustStackOrMemoryIsRefused) {
         EXPECT_NE(refusalOf(mark + cut), "") << cut;
 }
 
+// Complete items, so that nothing but their depth is wrong with the deeper ones.
+TEST(DamagedDocument, NestedTooDeepIsRefused) {
+    const std::string mark = "\xd9\xd9\xf7";
+    const std::string zero(1, '\0');
+    EXPECT_EQ(refusalOf(mark + std::string(16, '\x81') + zero), "not a document of Plotwerk");
+    EXPECT_EQ(refusalOf(mark + std::string(17, '\x81') + zero), "damaged");
+    EXPECT_EQ(refusalOf("{\"a\":" + std::string(15, '[') + std::string(15, ']') + "}"),
+              "not a document of Plotwerk");
+    EXPECT_EQ(refusalOf("{\"a\":" + std::string(16, '[') + std::string(16, ']') + "}"),
+              "nested too deep");
+}
+
 // One change to a sound text, and why it is refused then.
 TEST(DamagedDocument, IsRefusedWithTheReason) {
     Document document;
