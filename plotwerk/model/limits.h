@@ -22,7 +22,7 @@ struct Limits {
 };
 
 constexpr bool orUnset = true;
-constexpr double largest = std::numeric_limits<double>::max();
+constexpr double mostFinite = std::numeric_limits<double>::max();
 
 // Of layers and of ranks in the selection: far from where counting on would overflow.
 constexpr int mostCounted = 1'000'000'000;
@@ -55,13 +55,13 @@ template<class Visit, IsRecord<CurveLook> Record> void limits(Visit &visit, Reco
 }
 
 template<class Visit, IsRecord<Range> Record> void limits(Visit &visit, Record &range) {
-    visit("a limit of a range", range.min, Limits{-largest, largest, orUnset});
-    visit("a limit of a range", range.max, Limits{-largest, largest, orUnset});
+    visit("a limit of a range", range.min, Limits{-mostFinite, mostFinite, orUnset});
+    visit("a limit of a range", range.max, Limits{-mostFinite, mostFinite, orUnset});
 }
 
 template<class Visit, IsRecord<Axis> Record> void limits(Visit &visit, Record &axis) {
     limits(visit, axis.range);
-    visit("inc", axis.increment, Limits{0, largest, orUnset});
+    visit("inc", axis.increment, Limits{0, mostFinite, orUnset});
     visit("ticks", axis.ticks, Limits{0, 100, orUnset});
     visit("prec", axis.precision, Limits{0, 16, orUnset});
     visit("labelAngle", axis.labelAngle, Limits{-360, 360});
@@ -71,9 +71,9 @@ template<class Visit, IsRecord<Axis> Record> void limits(Visit &visit, Record &a
 }
 
 template<class Visit, IsRecord<PlacedText> Record> void limits(Visit &visit, Record &placed) {
-    visit("at_X", placed.x, Limits{-largest, largest});
-    visit("at_Y", placed.y, Limits{-largest, largest});
-    visit("angle", placed.angle, Limits{-largest, largest});
+    visit("at_X", placed.x, Limits{-mostFinite, mostFinite});
+    visit("at_Y", placed.y, Limits{-mostFinite, mostFinite});
+    visit("angle", placed.angle, Limits{-mostFinite, mostFinite});
 }
 
 template<class Visit, IsRecord<Frame> Record> void limits(Visit &visit, Record &frame) {
@@ -81,8 +81,8 @@ template<class Visit, IsRecord<Frame> Record> void limits(Visit &visit, Record &
     visit("yAxisLength", frame.yAxisLength, Limits{1, 100});
     visit("tickLength", frame.tickLength, Limits{0, 100});
     visit("axisThickness", frame.axisThickness, Limits{0, 20});
-    visit("yAxisPos", frame.yAxisPos, Limits{-largest, largest, orUnset});
-    visit("xAxisPos", frame.xAxisPos, Limits{-largest, largest, orUnset});
+    visit("yAxisPos", frame.yAxisPos, Limits{-mostFinite, mostFinite, orUnset});
+    visit("xAxisPos", frame.xAxisPos, Limits{-mostFinite, mostFinite, orUnset});
 }
 
 // An x column has neither look nor place.

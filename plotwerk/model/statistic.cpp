@@ -35,7 +35,11 @@ double areaOf(ValidPoints &points) {
         double *others[] = {y, nullptr};
         plw::sortN(points.n, x, others, 1);
     }
-    plw::Fct f{y, x, points.n, 0, 0, 0, 1};
+    plw::Fct f{};
+    f.y = y;
+    f.t = x;
+    f.n = points.n;
+    f.linked = 1;
     return plw::integralFct(x[0], x[points.n - 1], &f);
 }
 

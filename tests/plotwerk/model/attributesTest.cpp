@@ -22,11 +22,52 @@ std::string saved(const Document &document) {
     return stream.str();
 }
 
-const LookSwitches everySwitch{0, 1, 1, 1, 1, 1, 1, 1, 1, 1};
-const LookValues everyValue{
-    3, 7, 1, 5, 2, {4, 3, 2, 1}, 0.25, {9, 8, 7, 6}, {.1, .2, .3, .4}, {.5, .6, .7, .8}};
-const FrameChange everyLength{10, 20, 0.5, 2, 1, -1, 1, 1};
-const AxisChange everyAxisSetting{0.5, 4, 2, 1, 0, 1, 1, 1, 1, 45, 1, 1, 1, 1, 2, 3, 1, 2};
+const LookSwitches everySwitch{.line = 0,
+                               .stepped = 1,
+                               .yError = 1,
+                               .xError = 1,
+                               .dashed = 1,
+                               .filled = 1,
+                               .upperX = 1,
+                               .rightY = 1,
+                               .marker = 1,
+                               .symbols = 1};
+const LookValues everyValue{.sum = 3,
+                            .interpolationPoints = 7,
+                            .interpolationType = 1,
+                            .symbolSize = 5,
+                            .symbolInc = 2,
+                            .symbol = {4, 3, 2, 1},
+                            .lineThickness = 0.25,
+                            .dashLength = {9, 8, 7, 6},
+                            .lineColour = {.1, .2, .3, .4},
+                            .fillColour = {.5, .6, .7, .8}};
+const FrameChange everyLength{.xAxisLength = 10,
+                              .yAxisLength = 20,
+                              .tickLength = 0.5,
+                              .axisThickness = 2,
+                              .yAxisPos = 1,
+                              .xAxisPos = -1,
+                              .multiDimFit = 1,
+                              .noLineOnReverse = 1};
+const AxisChange everyAxisSetting{.increment = 0.5,
+                                  .ticks = 4,
+                                  .precision = 2,
+                                  .logarithmic = 1,
+                                  .insideTicks = 0,
+                                  .outsideTicks = 1,
+                                  .majorGrid = 1,
+                                  .minorGrid = 1,
+                                  .exponents = 1,
+                                  .labelAngle = 45,
+                                  .noLine = 1,
+                                  .numbersInside = 1,
+                                  .noNumbers = 1,
+                                  .arrow = 1,
+                                  .logTicksAt = 2,
+                                  .logNumbersAt = 3,
+                                  .reversed = 1,
+                                  .labelDensity = 2};
 
 } // namespace
 
