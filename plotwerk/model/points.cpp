@@ -76,7 +76,6 @@ double valueAtIndex(const Document &document, int index, int series) {
 
 void setValueAtIndex(Document &document, int index, int series, double value) {
     columnWithPoint(document, index, series).values[index] = value;
-    document.changed = true;
 }
 
 int indexAtX(const Document &document, double x, int series) {

@@ -110,12 +110,10 @@ Range rangeOf(const Document &document, AxisCode axis) {
 
 void setRange(Document &document, AxisCode axis, double min, double max) {
     change(document.axes[axis].range, min, max);
-    document.changed = true;
 }
 
 void rangeOverAll(Document &document) {
     for (Axis &axis : document.axes) axis.range = {};
-    document.changed = true;
 }
 
 void setLocalRange(Document &document, bool xDirection) {
@@ -133,7 +131,6 @@ void setLocalRange(Document &document, bool xDirection) {
         throw Refusal("the selected curves have no points");
     for (int i = 0; i < 2; ++i)
         if (hasBothLimits(ranges[i])) document.axes[axes[i]].range = ranges[i];
-    document.changed = true;
 }
 
 Range fitRangeOf(const Document &document) {
@@ -148,7 +145,6 @@ Range fitRangeOf(const Document &document) {
 
 void setFitRange(Document &document, double min, double max) {
     change(document.fitRange, min, max);
-    document.changed = true;
 }
 
 } // namespace plotwerk

@@ -9,6 +9,7 @@
 #include "plotwerk/application/application.h"
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/model/change.h"
 #include "protocol/PlotwerkControlAdaptor.h"
 
 #include <cmath>
@@ -66,8 +67,8 @@ class ControlObject final
         if (attempt(work)) application.lastError.clear();
     }
 
-    // Work on the document; a reason not to do it is told with the document's name.
-    template<class Work> void workOn(const std::string &name, Work work) {
+    // Work with the document; a reason not to do it is told with the document's name.
+    template<class Work> void with(const std::string &name, Work work) {
         Document &document = application.document(name);
         try {
             work(document);
@@ -75,14 +76,31 @@ class ControlObject final
             throw Refusal('"' + name + "\": " + refusal.what());
         }
     }
+
+    // Work that asks for a document that it may change counts as a change: see change.h.
+    template<class Work> void workOn(const std::string &name, Work work) {
+        if constexpr (std::is_invocable_v<Work &, const Document &>)
+            with(name, work);
+        else
+            with(name, [&](Document &document) { change(document, work); });
+    }
     template<class Work> void actOn(const std::string &name, Work work) {
         act([&] { workOn(name, work); });
+    }
+
+    // As actOn, of what nobody would save the document for.
+    template<class Work> void actOnView(const std::string &name, Work work) {
+        act([&] { with(name, [&](Document &document) { changeView(document, work); }); });
     }
 
     // The answer that work finds in the document, or the neutral one.
     template<class Answer, class Work>
     Answer answer(const std::string &name, Answer neutral, Work work) {
-        actOn(name, [&](Document &document) { neutral = work(document); });
+        actOn(
+            name,
+            [&](auto &document) -> void requires std::is_invocable_v<Work &, decltype(document)> {
+                neutral = work(document);
+            });
         dropSignOfNaN(neutral);
         return neutral;
     }
