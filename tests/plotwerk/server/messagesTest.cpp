@@ -1,11 +1,11 @@
 // Messages that can't be done: neutral answers, documents unchanged, and a line about it.
 #include "tests/plotwerk/server/serverTest.h"
 
-#include <algorithm>
 #include <functional>
 #include <limits>
 #include <map>
 #include <set>
+#include <sstream>
 
 namespace {
 
@@ -104,10 +104,16 @@ TEST_F(MessagesTest, ToAnUnknownDocumentAreRefusedWithItsName) {
 
 TEST(Documentation, HasTheTablesOfMessagesThatTheProtocolGives) {
     const auto tables = [](const std::string &path) {
-        const std::string text = bytesOf(path);
-        return text.substr(std::min(text.find("\n## "), text.size()));
+        std::istringstream text(bytesOf(path));
+        std::set<std::string> lines;
+        for (std::string line; std::getline(text, line);)
+            if (line.starts_with("## ") || line.starts_with("| ")) lines.insert(line);
+        return lines;
     };
-    EXPECT_EQ(tables(PLOTWERK_SOURCE "/docs/plotwerkd.md"), tables(MESSAGE_TABLES));
+    const auto written = tables(PLOTWERK_SOURCE "/docs/plotwerkd.md");
+    const auto wanted = tables(MESSAGE_TABLES);
+    for (const std::string &line : wanted) EXPECT_TRUE(written.contains(line)) << line;
+    for (const std::string &line : written) EXPECT_TRUE(wanted.contains(line)) << line;
 }
 
 // A new client asks for the front document before it can ask for lastError.
