@@ -45,9 +45,9 @@ TEST(Change, ThatIsRefusedLeavesNoTrace) {
         [](Document &d) {
             selectByIndex(d, {0, 99}, false);
         },
-        [](Document &d) { replaceData(d, "new", "word"); },
-        [](Document &d) { appendData(d, "new", ""); },
-        [](Document &d) { addData(d, "new", "word"); },
+        [](Document &d) { replaceData(d, "new", "word", '.'); },
+        [](Document &d) { appendData(d, "new", "", '.'); },
+        [](Document &d) { addData(d, "new", "word", '.'); },
         [](Document &d) { setValueAtIndex(d, 2, 0, 1); },
         [](Document &d) { setValueAtIndex(d, 0, 9, 1); },
         [](Document &d) { searchExtremes(d, true, true, 1, 1e9); },
@@ -60,7 +60,7 @@ TEST(Change, ThatIsRefusedLeavesNoTrace) {
         [](Document &d) { setRange(d, yAxis, 1, infinity); },
         [](Document &d) { setFitRange(d, 1, 1); },
         [](Document &d) { setFormula(d, "a * ("); },
-        [](Document &d) { setParameters(d, "a = 5, z = 1"); },
+        [](Document &d) { setParameters(d, "a = 5, z = 1", '.'); },
         [](Document &d) {
             if (fitDocument(d).status != fitConverged) throw Refusal("not fitted");
         }};

@@ -211,10 +211,11 @@ TEST(Marks, AreWalkedOverFromTheStartWhenCurvesComeOrGo) {
         {"delete", deleteSelection, true},
         {"derivative", differentiateSelection, true},
         {"create", [](Document &d) { createCurve(d, 0, 1, 1, 0, 1); }, true},
-        {"replace", [](Document &d) { replaceData(d, "A", "x a b\n1 2 3\n"); }, true},
-        {"append a table", [](Document &d) { appendData(d, "A", "1 2\n\n1 2\n\n1 2\n"); }, true},
-        {"append rows", [](Document &d) { appendData(d, "B", "1 2\n"); }, false},
-        {"a new last source", [](Document &d) { addData(d, "C", "1 2\n"); }, false},
+        {"replace", [](Document &d) { replaceData(d, "A", "x a b\n1 2 3\n", '.'); }, true},
+        {"append a table", [](Document &d) { appendData(d, "A", "1 2\n\n1 2\n\n1 2\n", '.'); },
+         true},
+        {"append rows", [](Document &d) { appendData(d, "B", "1 2\n", '.'); }, false},
+        {"a new last source", [](Document &d) { addData(d, "C", "1 2\n", '.'); }, false},
     };
     for (const auto &c : cases) {
         Document document = sample();
