@@ -137,7 +137,7 @@ TEST(Tiff, ShowsWhatThePdfShows) {
     look.lineColour = {0, 0.6, 1, 1};
     look.lineThickness = 6;
     const auto pixelsOf = [](const std::string &pdf) {
-        return outputOf("pdftoppm -r 300 -x 0 -y 4600 -W 800 -H 800 $f", pdf);
+        return outputOf("pdftoppm -r 300 -x 500 -y 4600 -W 800 -H 800 $f", pdf);
     };
     const std::string want = pixelsOf(pdfOfDocument(document));
     const std::string got = pixelsOf(outputOf("tiff2pdf $f", tiffOfDocument(document)));
