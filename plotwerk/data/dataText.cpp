@@ -210,7 +210,7 @@ class TableReader {
         requireRoom(columns.size(), rows + 1);
         for (std::size_t i = 0; i < row.size(); ++i) {
             if (columns[i].size() < rows) columns[i].resize(rows, unset);
-            columns[i].push_back(row[i]);
+            columns[i].push_back(stored(row[i]));
         }
         ++rows;
     }

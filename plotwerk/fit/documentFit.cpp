@@ -182,7 +182,7 @@ void modifySelection(Document &document, bool yData) {
         Column &column = columnOf(document, curves[i]);
         std::vector<double> values = yData ? std::move(column.values) : table.x.values;
         for (std::size_t k = 0; k < modified[i].values.size(); ++k)
-            values[modified[i].points.row[k]] = modified[i].values[k];
+            values[modified[i].points.row[k]] = stored(modified[i].values[k]);
         if (yData)
             column.values = std::move(values);
         else

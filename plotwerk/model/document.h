@@ -21,6 +21,11 @@ namespace plotwerk {
 
 constexpr double unset = std::numeric_limits<double>::quiet_NaN();
 
+// The value as columns hold it: their NaN has no minus sign, whatever arithmetic made of it.
+inline double stored(double value) {
+    return value == value ? value : unset;
+}
+
 // Each part of a colour lies in 0..1.
 struct Colour {
     double red = 0;

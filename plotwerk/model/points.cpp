@@ -75,7 +75,7 @@ double valueAtIndex(const Document &document, int index, int series) {
 }
 
 void setValueAtIndex(Document &document, int index, int series, double value) {
-    columnWithPoint(document, index, series).values[index] = value;
+    columnWithPoint(document, index, series).values[index] = stored(value);
 }
 
 int indexAtX(const Document &document, double x, int series) {

@@ -1,4 +1,4 @@
-// NaN as callPlw prints it.
+// NaN as callPlw prints it, and as documents hold it.
 #include "tests/plotwerk/server/serverTest.h"
 
 using NanTest = ServerTest;
@@ -13,6 +13,10 @@ TEST_F(NanTest, IsAnsweredWithoutASignWhereverItComesFrom) {
                                                 "-x Yi -s 0 -i 1\n"
                                                 "-x setFormula -f 0*x/0\n"
                                                 "-x modifyY\n"
-                                                "-x Yi -s 0 -i 2\n");
-    EXPECT_EQ(output.out, "nan\nnan\n4 -inf inf nan nan nan y\nnan\nnan\n");
+                                                "-x Yi -s 0 -i 2\n"
+                                                "-x saveDocument -b yes -f " +
+                                                    pathOf("saved") + "\n");
+    EXPECT_EQ(output.out, "nan\nnan\n4 -inf inf nan nan nan y\nnan\nnan\nsave succeeded\n");
+    const std::string negative("\0\0\0\0\0\0\xf8\xff", 8);
+    EXPECT_EQ(bytesOf(pathOf("saved")).find(negative), std::string::npos);
 }
