@@ -49,7 +49,7 @@ TEST(IntArrayDeathTest, PrintsOneElementALineAndRefusesAnIndexOutside) {
 }
 
 TEST(StorageDeathTest, TellsThatMemoryIsLacking) {
-    for (const std::size_t count : {PTRDIFF_MAX / sizeof(double), SIZE_MAX / 2})
+    for (const std::size_t count : {PTRDIFF_MAX / sizeof(double) + 1, SIZE_MAX})
         expectFatal([=] { allocate<double>(count); },
                     "ERROR: out of memory, kilobytes needed (2147483647)");
 }
