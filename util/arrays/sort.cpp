@@ -1,8 +1,8 @@
 #include "util/arrays/sort.h"
 
 #include "util/arrays/order.h"
-#include "util/arrays/storage.h"
 #include "util/files/fatal.h"
+#include "util/files/storage.h"
 
 #include <algorithm>
 #include <cmath>

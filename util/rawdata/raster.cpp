@@ -1,6 +1,6 @@
 #include "util/rawdata/raster.h"
 
-#include "util/arrays/storage.h"
+#include "util/files/storage.h"
 
 #include <cstddef>
 #include <cstdint>
