@@ -117,7 +117,8 @@ TEST(Selection, PatternsAreUtf8AndEndInTimeOrAreRefused) {
         {groups + "(a?){9999}", "invalid repetition size: {9999}"},
         {"\\pL{1000}", "pattern too large - compile failed"}};
     for (const auto &[pattern, reason] : refused)
-        EXPECT_EQ(refusalOf(document, [&](auto &d) { selectByPattern(d, "", -1, pattern, false); }),
+        EXPECT_EQ(refusalOf(document, [&, &pattern = pattern](
+                                          auto &d) { selectByPattern(d, "", -1, pattern, false); }),
                   "pattern \"" + pattern + "\" can't be read: " + reason);
     EXPECT_EQ(refusalOf(document,
                         [](auto &d) { indexOfCurveMatching(d, std::string(1001, 'a'), -1, ""); }),
