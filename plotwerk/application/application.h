@@ -1,5 +1,5 @@
-// application.h - the open documents, and what they share. Whoever serves messages or shows a window
-// asks this one place.
+// application.h - the open documents, and what they share. Whoever serves messages or shows a
+// window asks this one place.
 #ifndef PLOTWERK_APPLICATION_APPLICATION_H
 #define PLOTWERK_APPLICATION_APPLICATION_H
 
