@@ -1,16 +1,19 @@
 #include "plotwerk/application/application.h"
 
 #include "plotwerk/base/log.h"
+#include "plotwerk/base/programs.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/data/exchange.h"
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/files/documentFile.h"
 #include "plotwerk/files/keptFile.h"
+#include "plotwerk/model/change.h"
 #include "plotwerk/model/names.h"
 #include "plotwerk/model/ranges.h"
 #include "util/text/utf8.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace plotwerk {
 
@@ -21,18 +24,18 @@ static std::string inQuotes(std::string_view name) {
 }
 
 Document *Application::front() {
-    return documents.empty() ? nullptr : documents.back().get();
+    return documents.empty() ? nullptr : &documents.back()->document;
 }
 
 Document &Application::document(std::string_view name) {
     for (const auto &open : documents) {
-        if (open->name == name) return *open;
+        if (open->document.name == name) return open->document;
     }
     throw Refusal("no document " + inQuotes(name));
 }
 
 void Application::activate(const Document &document) {
-    const auto isIt = [&](const auto &open) { return open.get() == &document; };
+    const auto isIt = [&](const auto &open) { return &open->document == &document; };
     const auto found = std::find_if(documents.begin(), documents.end(), isIt);
     std::rotate(found, found + 1, documents.end());
 }
@@ -40,10 +43,11 @@ void Application::activate(const Document &document) {
 Document &Application::add(Document document) {
     if (document.name.empty()) document.name = "Untitled";
     std::vector<std::string> taken;
-    for (const auto &open : documents) taken.push_back(open->name);
+    for (const auto &open : documents) taken.push_back(open->document.name);
     document.name = freeName(document.name, taken);
-    documents.push_back(std::make_unique<Document>(std::move(document)));
-    return *documents.back();
+    documents.push_back(
+        std::make_unique<OpenDocument>(OpenDocument{.document = std::move(document)}));
+    return documents.back()->document;
 }
 
 static std::string nameAfter(const fs::path &path) {
@@ -57,7 +61,7 @@ static std::string withoutMark(std::string text) {
 }
 
 // The document in a file of any kind. Its name may be taken.
-static Document documentIn(const fs::path &path) {
+static Document documentIn(const fs::path &path, char decimalSeparator) {
     std::string bytes = readWholeFile(path);
     Document document;
     try {
@@ -68,8 +72,8 @@ static Document documentIn(const fs::path &path) {
             if (bytes.find('\0') != std::string::npos) {
                 throw Refusal("neither a saved document nor data text");
             }
-            addData(document, nameAfter(path), withoutMark(plw::utf8Of(std::move(bytes))));
-            document.changed = false; // the file holds it all
+            addData(document, nameAfter(path), withoutMark(plw::utf8Of(std::move(bytes))),
+                    decimalSeparator);
         }
     } catch (const Refusal &refusal) {
         throw Refusal("can't open " + path.string() + ": " + refusal.what());
@@ -87,50 +91,100 @@ Document &Application::open(const fs::path &file, bool rangeOverAll) {
     const fs::path path = given(file);
     const auto isIt = [&](const auto &open) {
         std::error_code none;
-        return !open->path.empty() && fs::equivalent(open->path, path, none);
+        const fs::path &own = open->document.path;
+        return !own.empty() && fs::equivalent(own, path, none);
     };
     const auto found = std::find_if(documents.begin(), documents.end(), isIt);
     if (found != documents.end()) {
-        activate(**found);
+        activate((*found)->document);
     } else {
-        add(documentIn(path));
+        add(documentIn(path, decimalSeparator));
         log(LogLevel::info, "opened " + path.string() + " as " + inQuotes(front()->name));
     }
     Document &document = *front();
-    if (rangeOverAll) {
-        const bool changed = document.changed;
-        plotwerk::rangeOverAll(document);
-        document.changed = changed; // how it is shown after opening is nothing to be saved
-    }
+    if (rangeOverAll) changeView(document, plotwerk::rangeOverAll);
     return document;
 }
 
-void Application::save(Document &document, const fs::path &path, bool binary, bool ownPath) {
-    document.lastSaveSucceeded = false;
+const Application::OpenDocument &Application::openOf(const Document &document) const {
+    const auto isIt = [&](const auto &open) { return &open->document == &document; };
+    return **std::find_if(documents.begin(), documents.end(), isIt);
+}
+
+Application::OpenDocument &Application::openOf(const Document &document) {
+    return const_cast<OpenDocument &>(std::as_const(*this).openOf(document));
+}
+
+void Application::save(const Document &saved, const fs::path &path, bool binary, bool ownPath) {
+    auto &[document, succeeded] = openOf(saved);
+    succeeded = false;
     if (path.empty() && document.path.empty()) throw Refusal("no path of its own");
     const fs::path target = path.empty() ? document.path : given(path);
-    writeWholeFile(target, [&](std::ostream &stream) { writeDocument(stream, document, binary); });
-    document.lastSaveSucceeded = true;
+    writeWholeFile(target, [&](std::ostream &stream) { writeDocument(stream, saved, binary); });
+    succeeded = true;
     if (ownPath) document.path = target;
-    if (document.path == target) document.changed = false;
-    log(LogLevel::info, "saved " + inQuotes(document.name) + " in " + target.string());
+    if (document.path == target) setSaved(document);
+    log(LogLevel::info, "saved " + inQuotes(saved.name) + " in " + target.string());
+}
+
+bool Application::lastSaveSucceeded(const Document &document) const {
+    return openOf(document).lastSaveSucceeded;
 }
 
 void Application::close(const Document &document, bool keepChanges) {
-    if (keepChanges && document.changed) {
+    if (keepChanges && hasUnsavedChanges(document)) {
         const fs::path kept = keepDocument(document);
         log(LogLevel::info,
             "unsaved changes of " + inQuotes(document.name) + " kept in " + kept.string());
     }
-    std::erase_if(documents, [&](const auto &open) { return open.get() == &document; });
+    std::erase_if(documents, [&](const auto &open) { return &open->document == &document; });
 }
 
 std::vector<std::string> Application::changedDocuments() const {
     std::vector<std::string> names;
     for (const auto &open : documents) {
-        if (open->changed) names.push_back(open->name);
+        if (hasUnsavedChanges(open->document)) names.push_back(open->document.name);
     }
     return names;
+}
+
+void Application::savePicture(const Document &document, const fs::path &file, PictureKind kind) {
+    bool &succeeded = openOf(document).lastSaveSucceeded;
+    succeeded = false;
+    const fs::path path = given(file);
+    writePicture(path, document, kind);
+    succeeded = true;
+    log(LogLevel::info, "saved the picture of " + inQuotes(document.name) + " in " + path.string());
+}
+
+void Application::copyPicture(const Document &document, PictureKind kind) {
+    clipboard = {"", '.', writeClipboardPicture(document, kind)};
+}
+
+void Application::print(const Document &document) {
+    printPicture(document);
+    log(LogLevel::info, "printed " + inQuotes(document.name));
+}
+
+void Application::newComposition(double width, double height) {
+    composition.emplace(width, height);
+}
+
+static Composition &required(std::optional<Composition> &composition) {
+    if (!composition) throw Refusal("there is no composition");
+    return *composition;
+}
+
+void Application::addToComposition(const Document &document, const PageRectangle &rectangle,
+                                   double angle, double shear) {
+    required(composition).add(document, rectangle, angle, shear);
+}
+
+void Application::saveComposition(const fs::path &file, const std::string &opener) {
+    const fs::path path = given(file);
+    writePage(path, required(composition));
+    log(LogLevel::info, "saved the composition in " + path.string());
+    if (!opener.empty() && opener != "none") startProgram({opener, path.string()});
 }
 
 } // namespace plotwerk

@@ -3,6 +3,7 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/files/documentFile.h"
+#include "util/text/utf8.h"
 
 #include <cstdlib>
 #include <sys/stat.h>
@@ -29,11 +30,7 @@ static void createPrivately(const fs::path &directory) {
 // enough for every file system.
 static std::string fileNameOf(const std::string &name) {
     constexpr size_t longest = 200;
-    std::string fileName = name.substr(0, longest);
-    while (fileName.size() < name.size() && !fileName.empty() &&
-           (name[fileName.size()] & 0xc0) == 0x80) {
-        fileName.pop_back(); // not in the middle of a character
-    }
+    std::string fileName = name.substr(0, plw::prefixOfCharacters(name, longest));
     for (char &c : fileName) {
         if (c == '/' || static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '_';
     }

@@ -1,12 +1,12 @@
 #include "plotwerk/fit/documentFit.h"
 
 #include "plotwerk/base/refusal.h"
-#include "plotwerk/data/exchange.h"
 #include "plotwerk/fit/parameterList.h"
 #include "plotwerk/formula/formula.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/palette.h"
 #include "plotwerk/model/ranges.h"
+#include "plotwerk/model/structure.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,12 +25,10 @@ void setFormula(Document &document, const std::string &text) {
     document.formula = text;
     document.parameters = std::move(parameters);
     document.fit = {};
-    document.changed = true;
 }
 
-void setParameters(Document &document, const std::string &list) {
-    readParameterList(list, document.parameters);
-    document.changed = true;
+void setParameters(Document &document, const std::string &list, char decimalSeparator) {
+    readParameterList(list, decimalSeparator, document.parameters);
 }
 
 static Formula formulaOf(const Document &document) {
@@ -80,8 +78,8 @@ static Range drawnRange(const FitData &data) {
     return range;
 }
 
-// As many points as the data have, within limits, evenly along the axis: peaks that the data
-// resolve are seen.
+// As many points as the data have, so that peaks that the data resolve show, spaced evenly along
+// the axis; but enough for a smooth line, and no more than a line of the paper's width can show.
 static std::vector<double> samplesOf(const Range &range, int points, bool logarithmic) {
     const int n = std::clamp(points, 500, 10'000);
     if (!(range.min < range.max)) return {range.min};
@@ -118,14 +116,14 @@ static Table tableOfFit(const Document &document, const CurveRef &fitted, const 
     return table;
 }
 
-// Puts the curve into the place of that of the last fit, or into a new source.
+// Replaces the curve that the last fit has drawn, or adds a source.
 static void show(Table table, const CurveRef &fitted, Document &document) {
     Column &drawn = table.y.front();
     for (const CurveRef &curve : curvesOf(document)) {
         Column &old = columnOf(document, curve);
         if (!old.drawnByFit) continue;
-        Table &place = tableOf(document, curve);
-        if (curve == fitted || place.y.size() > 1) {
+        Table &last = tableOf(document, curve);
+        if (curve == fitted || last.y.size() > 1) {
             old.drawnByFit = false; // the user's own from now on
             continue;
         }
@@ -133,7 +131,7 @@ static void show(Table table, const CurveRef &fitted, Document &document) {
         drawn.look = old.look;
         drawn.marked = old.marked;
         drawn.rank = old.rank;
-        place = std::move(table);
+        last = std::move(table);
         return;
     }
     std::vector<Table> tables;
@@ -152,7 +150,6 @@ FitOutcome fitDocument(Document &document) {
          document);
     document.parameters = std::move(parameters);
     document.fit = outcome.result;
-    document.changed = true;
     return outcome;
 }
 
@@ -182,12 +179,15 @@ void modifySelection(Document &document, bool yData) {
 
     for (std::size_t i = 0; i < curves.size(); ++i) {
         Table &table = tableOf(document, curves[i]);
-        Column &column = yData ? columnOf(document, curves[i]) : table.x;
+        Column &column = columnOf(document, curves[i]);
+        std::vector<double> values = yData ? std::move(column.values) : table.x.values;
         for (std::size_t k = 0; k < modified[i].values.size(); ++k)
-            column.values[modified[i].points.row[k]] = modified[i].values[k];
-        if (!yData) table.xOrder = {};
+            values[modified[i].points.row[k]] = stored(modified[i].values[k]);
+        if (yData)
+            column.values = std::move(values);
+        else
+            setX(table, std::move(values));
     }
-    document.changed = true;
 }
 
 static std::optional<double> limitNamed(const Document &document, const std::string &name) {

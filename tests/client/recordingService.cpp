@@ -1,12 +1,12 @@
 #include "tests/client/recordingService.h"
 
 #include "protocol/PlotwerkControlAdaptor.h"
+#include "protocol/PlotwerkControlNames.h"
 
 #include <algorithm>
 #include <cmath>
 #include <csignal>
 #include <cstdio>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
 #include <sys/mman.h>
@@ -15,7 +15,7 @@
 #include <tuple>
 #include <unistd.h>
 
-static const char plotwerkName[] = "org.plotwerk.PlotwerkControl";
+static const std::string plotwerkName = plotwerkControl::busName;
 
 Answer reply(std::vector<std::string> values) {
     return {Answer::Reply, std::move(values)};
@@ -57,18 +57,12 @@ static void read(std::vector<std::string> texts, std::tuple<Values...> &values) 
     std::apply([&](auto &...value) { (read({*text++}, value), ...); }, values);
 }
 
-// A message's selector: the member name with ':' for '_'.
-static std::string selectorOf(const std::string &member) {
-    static const std::regex colon("_(?![XY]_)"); // at_X and at_Y have a '_' of their own
-    return std::regex_replace(member, colon, ":");
-}
-
 // The selector with each argument's value behind its keyword, then the arguments that it leaves
 // out.
 static std::string noted(const std::string &selector, const std::vector<std::string> &names,
                          const std::vector<std::string> &values) {
     std::string line;
-    size_t given = 0;
+    std::size_t given = 0;
     std::istringstream keywords(selector);
     for (std::string keyword; std::getline(keywords, keyword, ':');) {
         line += (line.empty() ? "" : " ") + keyword + (keywords.eof() ? "" : ":");
@@ -78,15 +72,13 @@ static std::string noted(const std::string &selector, const std::vector<std::str
     return line + '\n';
 }
 
-// The generated adaptor, each message of which comes to take().
+// The generated adaptor: every message goes through take().
 class RecordingAdaptor final
     : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkControl_adaptor> {
   public:
     // The notes go to a file.
     RecordingAdaptor(sdbus::IConnection &bus, const Script &toAnswer, int notesFile)
-        : AdaptorInterfaces(bus, "/org/plotwerk/PlotwerkControl"),
-          script(toAnswer),
-          notes(notesFile) {
+        : AdaptorInterfaces(bus, plotwerkControl::objectPath), script(toAnswer), notes(notesFile) {
         registerAdaptor();
     }
     ~RecordingAdaptor() { unregisterAdaptor(); }
@@ -98,7 +90,7 @@ class RecordingAdaptor final
     template<typename Result, typename... Arguments>
     Result take(const char *member, const std::vector<std::string> &names,
                 const std::tuple<Arguments...> &arguments) {
-        const std::string selector = selectorOf(member);
+        const std::string selector(plotwerkControl::selectorOf(member));
         const std::string line = std::apply(
             [&](const auto &...values) { return noted(selector, names, {shown(values)...}); },
             arguments);
@@ -117,7 +109,7 @@ class RecordingAdaptor final
         const auto begins = [&](const auto &entry) { return selector.starts_with(entry.first); };
         const auto answers = std::find_if(script.begin(), script.end(), begins);
         if (answers == script.end()) return {};
-        const size_t turn = std::min(calls[selector]++, answers->second.size() - 1);
+        const std::size_t turn = std::min(calls[selector]++, answers->second.size() - 1);
         const Answer &answer = answers->second[turn];
         if (answer.kind == Answer::Error)
             throw sdbus::Error("org.plotwerk.Error.Refused", "not today");
@@ -128,7 +120,7 @@ class RecordingAdaptor final
 
     const Script script;
     const int notes;
-    std::map<std::string, size_t> calls;
+    std::map<std::string, std::size_t> calls;
 };
 
 // The service process: never returns.
@@ -164,7 +156,7 @@ std::string RecordingService::takeMessages() {
     std::string messages;
     char block[65536];
     for (ssize_t n; (n = pread(notes, block, sizeof block, taken)) > 0; taken += n) {
-        messages.append(block, static_cast<size_t>(n));
+        messages.append(block, static_cast<std::size_t>(n));
     }
     return messages;
 }

@@ -134,6 +134,20 @@ TEST_F(AtomicFile, FollowsNoLinkThatAnotherUserPutIntoASharedFolder) {
     EXPECT_EQ(readWholeFile(directory / "target"), "new");
 }
 
+// The directory may be written to, the file itself not.
+TEST_F(AtomicFile, IsNotReplacedWithoutItsPermission) {
+    write(file, "old");
+    fs::permissions(file, fs::perms::owner_read | fs::perms::others_read);
+    fs::permissions(directory, fs::perms::all);
+    const auto writeUnprivileged = [&] {
+        if (getuid() == 0 && setuid(65534) != 0) std::exit(1);
+        std::fputs(refusalOf([&] { write(file, "new"); }).c_str(), stderr);
+        std::exit(0);
+    };
+    EXPECT_EXIT(writeUnprivileged(), testing::ExitedWithCode(0), "file: Permission denied$");
+    EXPECT_EQ(readWholeFile(file), "old");
+}
+
 // Where the writer gives up, and on a full disk, for which a limit stands.
 TEST_F(AtomicFile, StaysAsItWasWhenItCannotBeWritten) {
     write(file, "old");
