@@ -26,8 +26,14 @@ static std::string bytesOf(const Document &document, PictureKind kind) {
     }
 }
 
+// Children share what is loaded before they begin, and don't load it anew for each picture.
+static void loadFontsOnce() {
+    static const std::string anyPicture = pdfOfDocument({});
+}
+
 // What a picture costs can't be told beforehand, so a child process draws it.
 static void writeFromChild(const fs::path &path, const std::function<std::string()> &bytes) {
+    loadFontsOnce();
     writeWholeFile(path, [&](std::ostream &stream) {
         inChild([&] {
             stream << bytes() << std::flush;
