@@ -1,8 +1,8 @@
-// storage.h - how the records grow and shrink, over the memory of util/arrays/storage.h.
+// storage.h - how the records grow and shrink, over the memory of util/files/storage.h.
 #ifndef PLW_FCT_STORAGE_H
 #define PLW_FCT_STORAGE_H
 
-#include "util/arrays/storage.h"
+#include "util/files/storage.h"
 
 #include <algorithm>
 #include <climits>

@@ -12,7 +12,8 @@ run_target() {
     local corpus
     corpus=build/fuzz/corpus/$(basename "$1")
     mkdir -p "$corpus"
-    "$1" -max_total_time="$2" -timeout=20 -print_final_stats=1 -verbosity=0 \
+    LSAN_OPTIONS=print_suppressions=0:suppressions=tests/leaks.supp \
+        "$1" -max_total_time="$2" -timeout=20 -verbosity=0 -print_funcs=0 -print_final_stats=1 \
         -artifact_prefix=build/fuzz/ "$corpus"
 }
 

@@ -1,8 +1,8 @@
 #include "util/arrays/intArray.h"
 
-#include "util/arrays/storage.h"
 #include "util/files/fatal.h"
 #include "util/files/output.h"
+#include "util/files/storage.h"
 
 #include <algorithm>
 #include <climits>

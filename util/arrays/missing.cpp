@@ -1,6 +1,6 @@
 #include "util/arrays/missing.h"
 
-#include "util/arrays/storage.h"
+#include "util/files/storage.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,11 +1,12 @@
 #include "util/arrays/sort.h"
 
 #include "util/arrays/order.h"
-#include "util/arrays/storage.h"
 #include "util/files/fatal.h"
+#include "util/files/storage.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <utility>
@@ -60,7 +61,9 @@ struct Clusters {
     char *extra;
     int extraSize;
 
-    double key(int i) const { return records[static_cast<long>(i) * recordLen + keyIndex]; }
+    double key(int i) const {
+        return records[static_cast<std::ptrdiff_t>(i) * recordLen + keyIndex];
+    }
 
     void swap(int i, int j) const {
         if (i == j) return;
@@ -73,12 +76,13 @@ struct Clusters {
         if (extra != nullptr) rearrangeRecords(extra, extraSize, left, order, n);
     }
 
-    template<class T> static void swapRecords(T *array, long len, int i, int j) {
+    template<class T> static void swapRecords(T *array, std::ptrdiff_t len, int i, int j) {
         std::swap_ranges(array + i * len, array + (i + 1) * len, array + j * len);
     }
 
     template<class T>
-    static void rearrangeRecords(T *array, long len, int left, const std::uint64_t *order, int n) {
+    static void rearrangeRecords(T *array, std::ptrdiff_t len, int left, const std::uint64_t *order,
+                                 int n) {
         auto *scratch = allocate<T>(len * n);
         rearrange(array + left * len, len, order, scratch, n);
         std::free(scratch);
@@ -121,13 +125,13 @@ template<class Rows> static int partition(const Rows &rows, int left, int right)
 
 template<class Rows> static bool isAnyAbove(const Rows &rows, int left, int right) {
     const double pivot = rows.key(left);
-    for (long i = left + 1L; i <= right; ++i)
-        if (rows.key(static_cast<int>(i)) > pivot) return true;
+    for (int i = left + 1; i <= right; ++i)
+        if (rows.key(i) > pivot) return true;
     return false;
 }
 
 template<class Rows> static void middleToLeft(const Rows &rows, int left, int right) {
-    rows.swap(left, static_cast<int>((static_cast<long>(left) + right) / 2));
+    rows.swap(left, static_cast<int>((std::int64_t{left} + right) / 2));
 }
 
 template<class Rows> static void quicksortRows(const Rows &rows, int left, int right) {

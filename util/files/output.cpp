@@ -1,8 +1,8 @@
 #include "util/files/output.h"
 
-#include "util/arrays/storage.h"
 #include "util/files/fatal.h"
 #include "util/files/path.h"
+#include "util/files/storage.h"
 
 #include <cstdlib>
 #include <cstring>

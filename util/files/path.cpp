@@ -1,5 +1,6 @@
 #include "util/files/path.h"
 
+#include <cstddef>
 #include <cstring>
 
 namespace plw {
@@ -10,7 +11,7 @@ void convertBlankToUnderline(char *s) {
 }
 
 const char *limitfilename(const char *path, int maxLen) {
-    const long len = static_cast<long>(std::strlen(path));
+    const auto len = static_cast<std::ptrdiff_t>(std::strlen(path));
     if (len <= maxLen) return path;
     if (maxLen < 1) return path + len;
 

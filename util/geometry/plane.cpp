@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <numbers>
 
 namespace plw {
@@ -105,7 +106,7 @@ double Vec2DxMul(double x1, double y1, double x2, double y2) {
 }
 
 static bool isClosed(const double *poly, int n) {
-    const double *last = poly + 2L * (n - 1);
+    const double *last = poly + std::ptrdiff_t{2} * (n - 1);
     return last[0] == poly[0] && last[1] == poly[1];
 }
 
@@ -124,7 +125,8 @@ int isPointInPoly(const double *poly, int n, double px, double py) {
     double previous = first;
     double sum = 0;
     for (int i = 1; i < n; ++i) {
-        const double angle = std::atan2(poly[2L * i + 1] - py, poly[2L * i] - px);
+        const double angle =
+            std::atan2(poly[std::ptrdiff_t{2} * i + 1] - py, poly[std::ptrdiff_t{2} * i] - px);
         sum += turn(previous, angle);
         previous = angle;
     }
@@ -151,11 +153,11 @@ double areaOfPoly(const double *poly, int n) {
 
     double sum = 0;
     for (int i = 0; i < n - 1; ++i) {
-        const double *v = poly + 2L * i;
+        const double *v = poly + std::ptrdiff_t{2} * i;
         sum += v[0] * v[3] - v[2] * v[1];
     }
     if (!isClosed(poly, n)) {
-        const double *last = poly + 2L * (n - 1);
+        const double *last = poly + std::ptrdiff_t{2} * (n - 1);
         sum += last[0] * poly[1] - poly[0] * last[1];
     }
     return sum / 2;

@@ -1,8 +1,9 @@
 #include "util/rawdata/raster.h"
 
-#include "util/arrays/storage.h"
+#include "util/files/storage.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -51,8 +52,8 @@ void roll2D_Data(void *data, int width, int height, int elemSize, int shiftX, in
 }
 
 // The remainder in 0 .. size-1.
-static int wrapped(long position, int size) {
-    const long rest = position % size;
+static int wrapped(std::int64_t position, int size) {
+    const std::int64_t rest = position % size;
     return static_cast<int>(rest < 0 ? rest + size : rest);
 }
 
@@ -64,11 +65,11 @@ static void map2D(const T *src, int srcWidth, int srcHeight, T *dst, int dstWidt
 
     const int dx = wrapped(xPerColumn, srcWidth);
     const int dy = wrapped(yPerColumn, srcHeight);
-    for (long r = 0; r < dstHeight; ++r) {
+    for (std::int64_t r = 0; r < dstHeight; ++r) {
         int x = wrapped(startX + r * xPerRow, srcWidth);
         int y = wrapped(startY + r * yPerRow, srcHeight);
         for (int c = 0; c < dstWidth; ++c) {
-            *dst++ = src[x + static_cast<long>(y) * srcWidth];
+            *dst++ = src[x + static_cast<std::ptrdiff_t>(y) * srcWidth];
             x = x < srcWidth - dx ? x + dx : x - (srcWidth - dx);
             y = y < srcHeight - dy ? y + dy : y - (srcHeight - dy);
         }

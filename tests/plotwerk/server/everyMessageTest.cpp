@@ -284,7 +284,7 @@ void collect(const json &value, const std::string &path, Values &values) {
     for (const auto &[key, inner] : value.items()) {
         if (key == "look" && path.ends_with("/x")) continue;
         const bool named = key != "sources" && key != "tables" && key != "look";
-        collect(inner, !named ? path : path.empty() ? key : path + '/' + key, values);
+        collect(inner, named ? (fs::path(path) / key).string() : path, values);
     }
 }
 
@@ -296,11 +296,12 @@ Values valuesOf(const std::string &saved) {
 
 // What has changed, is new or gone; of new columns only names and values, nothing that is empty.
 std::string changes(const Values &before, const Values &after) {
+    const json nothing{nullptr, false, 0, ""};
     std::string text;
     for (const auto &[path, value] : after) {
         const auto old = before.find(path);
         if (old == before.end()) {
-            const bool says = !value.is_null() && value != false && value != 0 && value != "";
+            const bool says = std::find(nothing.begin(), nothing.end(), value) == nothing.end();
             const bool setting = path.find("/y/") != std::string::npos &&
                                  !path.ends_with("/name") && !path.ends_with("/values");
             if (!says || setting) continue;
@@ -385,7 +386,7 @@ class EveryMessage : public ServerTest {
             const Method &method = names.empty() ? methodNamed(text) : methodWith(names);
             latest.insert(method.name);
             const std::string answer = answerTo(method, values);
-            if (!answer.empty()) answers += answer + "; ";
+            if (!answer.empty()) answers.append(answer).append("; ");
         }
         return answers;
     }

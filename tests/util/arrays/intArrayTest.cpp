@@ -1,6 +1,6 @@
 #include "util/arrays/intArray.h"
 
-#include "util/arrays/storage.h"
+#include "util/files/storage.h"
 
 #include "tests/support/expect.h"
 

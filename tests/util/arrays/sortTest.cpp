@@ -17,7 +17,7 @@ using namespace plw;
 // ascending or descending or both at once, with or without steps; with zeros of both signs,
 // infinities and NaNs of different payloads among them, or none.
 static Values randomKeys(std::mt19937_64 &random, int n) {
-    const double nan = std::bit_cast<double>(0x7ff8000000000123UL);
+    const double nan = std::bit_cast<double>(std::uint64_t{0x7ff8000000000123});
     const double special[] = {0.0, -0.0, infinity, -infinity, NaN, -NaN, nan, 5e-324, DBL_MAX};
     const auto kind = random() % 8;
     const auto specialsInTen = random() % 2 * (random() % 10);

@@ -1,6 +1,6 @@
 // storage.h - memory from malloc, for all that the caller frees or that lives in a plain record.
-#ifndef PLW_UTIL_ARRAYS_STORAGE_H
-#define PLW_UTIL_ARRAYS_STORAGE_H
+#ifndef PLW_UTIL_FILES_STORAGE_H
+#define PLW_UTIL_FILES_STORAGE_H
 
 #include "util/files/fatal.h"
 
