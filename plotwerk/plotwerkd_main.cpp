@@ -1,6 +1,8 @@
 // plotwerkd - a Plotwerk without a window: opens files and answers the messages of the session bus.
 #include "plotwerk/application/application.h"
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/log.h"
+#include "plotwerk/base/refusal.h"
 #include "plotwerk/server/mainLoop.h"
 #include "plotwerk/server/server.h"
 
@@ -13,7 +15,7 @@
 using namespace plotwerk;
 
 static constexpr char usage[] =
-    "usage: plotwerkd [--log-level error|warning|info|debug] [FILE ...]\n";
+    "usage: plotwerkd [--limit NAME=VALUE] [--log-level error|warning|info|debug] [FILE ...]\n";
 
 static constexpr char help[] =
     "\n"
@@ -21,6 +23,7 @@ static constexpr char help[] =
     "document \"Untitled\", and answers the messages of the session bus until SIGTERM or SIGINT.\n"
     "\n"
     "      --help       print this and end\n"
+    "      --limit      what one message may take: seconds, memory (MB), answer (MB)\n"
     "      --log-level  lines on standard error up to this level; info unless given\n"
     "      --version    print the version and end\n";
 
@@ -31,9 +34,10 @@ static constexpr char help[] =
 
 // Ends the process for --help and --version, and with status 2 for an option that isn't one.
 static void readOptions(int argc, char **argv) {
-    enum { helpOption = 1, levelOption, versionOption };
+    enum { helpOption = 1, limitOption, levelOption, versionOption };
     static const option options[] = {
         {"help", no_argument, nullptr, helpOption},
+        {"limit", required_argument, nullptr, limitOption},
         {"log-level", required_argument, nullptr, levelOption},
         {"version", no_argument, nullptr, versionOption},
         {},
@@ -42,6 +46,12 @@ static void readOptions(int argc, char **argv) {
         switch (chosen) {
         case helpOption: std::printf("%s%s", usage, help); std::exit(0);
         case versionOption: std::printf("plotwerkd %s\n", PLOTWERK_VERSION); std::exit(0);
+        case limitOption: try { setBound(optarg);
+            } catch (const Refusal &refusal) {
+                std::fprintf(stderr, "%s: %s\n", argv[0], refusal.what());
+                refuseUsage();
+            }
+            break;
         case levelOption:
             if (const auto level = logLevelNamed(optarg)) {
                 setLogLevel(*level);

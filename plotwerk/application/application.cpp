@@ -182,9 +182,11 @@ void Application::addToComposition(const Document &document, const PageRectangle
 
 void Application::saveComposition(const fs::path &file, const std::string &opener) {
     const fs::path path = given(file);
+    const bool opens = !opener.empty() && opener != "none";
+    if (opens) requireProgram(opener);
     writePage(path, required(composition));
     log(LogLevel::info, "saved the composition in " + path.string());
-    if (!opener.empty() && opener != "none") startProgram({opener, path.string()});
+    if (opens) startProgram({opener, path.string()});
 }
 
 } // namespace plotwerk

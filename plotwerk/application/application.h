@@ -84,7 +84,7 @@ class Application {
                           double shear);
 
     // Saves it as PDF, and starts the program `opener` with the file's path unless that is "none"
-    // or empty. Throws Refusal, with the file saved, when that can't be started.
+    // or empty. Throws Refusal, with nothing saved, when there is no such program.
     void saveComposition(const std::filesystem::path &file, const std::string &opener);
 
   private:

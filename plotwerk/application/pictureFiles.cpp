@@ -1,5 +1,6 @@
 #include "plotwerk/application/pictureFiles.h"
 
+#include "plotwerk/base/child.h"
 #include "plotwerk/base/programs.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/atomicFile.h"
@@ -7,8 +8,11 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
+#include <ostream>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace plotwerk {
 
@@ -22,16 +26,29 @@ static std::string bytesOf(const Document &document, PictureKind kind) {
     }
 }
 
-static void writeBytes(const fs::path &path, const std::string &bytes) {
-    writeWholeFile(path, [&](std::ostream &stream) { stream << bytes; });
+// Children share what is loaded before they begin, and don't load it anew for each picture.
+static void loadFontsOnce() {
+    static const std::string anyPicture = pdfOfDocument({});
+}
+
+// What a picture costs can't be told beforehand, so a child process draws it.
+static void writeFromChild(const fs::path &path, const std::function<std::string()> &bytes) {
+    loadFontsOnce();
+    writeWholeFile(path, [&](std::ostream &stream) {
+        inChild([&] {
+            stream << bytes() << std::flush;
+            if (!stream)
+                throw Refusal("can't write " + path.string() + ": " + std::strerror(errno));
+        });
+    });
 }
 
 void writePicture(const fs::path &path, const Document &document, PictureKind kind) {
-    writeBytes(path, bytesOf(document, kind));
+    writeFromChild(path, [&] { return bytesOf(document, kind); });
 }
 
 void writePage(const fs::path &path, const Composition &composition) {
-    writeBytes(path, composition.pdf());
+    writeFromChild(path, [&] { return composition.pdf(); });
 }
 
 static fs::path runtimeDirectory() {
@@ -41,19 +58,24 @@ static fs::path runtimeDirectory() {
     fs::path directory = fs::path(runtime) / "plotwerk";
     if (mkdir(directory.c_str(), 0700) != 0 && errno != EEXIST)
         throw Refusal("can't create " + directory.string() + ": " + std::strerror(errno));
+    struct stat status {};
+    if (lstat(directory.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) ||
+        status.st_uid != geteuid() || (status.st_mode & 077) != 0)
+        throw Refusal(directory.string() + " is not the user's own");
     return directory;
 }
 
 fs::path writeClipboardPicture(const Document &document, PictureKind kind) {
-    const std::string bytes = bytesOf(document, kind);
     const bool tiff = kind == PictureKind::tiff;
     fs::path path = runtimeDirectory() / (tiff ? "clipboard.tiff" : "clipboard.pdf");
-    writeBytes(path, bytes);
+    writePicture(path, document, kind);
     return path;
 }
 
 void printPicture(const Document &document) {
-    startProgram({"lp", "-t", document.name}, pdfOfDocument(document));
+    startProgram({"lp", "-t", document.name}, [&](std::ostream &stream) {
+        inChild([&] { stream << pdfOfDocument(document) << std::flush; });
+    });
 }
 
 } // namespace plotwerk

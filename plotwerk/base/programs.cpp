@@ -5,10 +5,13 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
 #include <map>
 #include <spawn.h>
+#include <sstream>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -26,20 +29,19 @@ namespace {
 // A file in memory, which a program can read at its own pace.
 class InputFile {
   public:
-    explicit InputFile(const std::string &program, std::string_view bytes)
+    explicit InputFile(const std::string &program)
         : descriptor(memfd_create("input", MFD_CLOEXEC)) {
         if (descriptor < 0) refuse(program, errno);
-        while (!bytes.empty()) {
-            const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-            if (written < 0) {
-                close(descriptor);
-                refuse(program, errno);
-            }
-            bytes.remove_prefix(static_cast<size_t>(written));
-        }
-        lseek(descriptor, 0, SEEK_SET);
     }
     ~InputFile() { close(descriptor); }
+
+    void fill(const std::string &program, const std::function<void(std::ostream &)> &write) const {
+        std::ofstream stream("/proc/self/fd/" + std::to_string(descriptor), std::ios::binary);
+        write(stream);
+        stream.close();
+        if (!stream) refuse(program, errno);
+    }
+
     InputFile(const InputFile &) = delete;
     InputFile &operator=(const InputFile &) = delete;
 
@@ -76,14 +78,29 @@ class Surroundings {
 
 } // namespace
 
-void startProgram(std::vector<std::string> words, std::string_view input) {
+void requireProgram(const std::string &program) {
+    const auto runs = [](const std::string &path) { return access(path.c_str(), X_OK) == 0; };
+    if (program.find('/') != std::string::npos) {
+        if (!runs(program)) refuse(program, errno);
+        return;
+    }
+    const char *path = std::getenv("PATH");
+    std::istringstream folders(path ? path : "/bin:/usr/bin");
+    for (std::string folder; std::getline(folders, folder, ':');)
+        if (runs((folder.empty() ? "." : folder) + '/' + program)) return;
+    refuse(program, ENOENT);
+}
+
+void startProgram(std::vector<std::string> words,
+                  const std::function<void(std::ostream &)> &writeInput) {
     const std::string program = words.front();
     std::vector<char *> argv;
     argv.reserve(words.size() + 1);
     for (std::string &word : words) argv.push_back(word.data());
     argv.push_back(nullptr);
 
-    const InputFile file(program, input);
+    const InputFile file(program);
+    if (writeInput) file.fill(program, writeInput);
     const Surroundings around(file.descriptor);
     pid_t child = 0;
     const int error = posix_spawnp(&child, program.c_str(), &around.actions, &around.attributes,

@@ -3,10 +3,16 @@
 #include "plotwerk/base/refusal.h"
 
 #include <cerrno>
-#include <cstdlib>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <fstream>
+#include <random>
+#include <set>
+#include <string_view>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -37,13 +43,25 @@ class Descriptor {
     const int number;
 };
 
+constexpr std::string_view temporaryPrefix = ".plotwerk-";
+
+// A name in the directory that nobody can foresee.
+fs::path temporaryName(const fs::path &directory) {
+    static std::random_device device;
+    char random[2 * sizeof(std::uint64_t) + 1];
+    std::snprintf(random, sizeof random, "%08x%08x", device(), device());
+    return directory / (std::string(temporaryPrefix) + random);
+}
+
 // What is to take a file's place. Until then it has no name, so that nothing of it stays behind
-// whenever the process is killed; where the file system can't do that, it has a temporary one.
+// whenever the process is killed; where the file system can't do that, it has a temporary one. It
+// is locked as long as its writer lives.
 class Replacement {
   public:
     explicit Replacement(const fs::path &replaced)
         : target(replaced), descriptor(opened(replaced.parent_path(), name)) {
         if (descriptor.number < 0) refuse("write", target, textOfErrno());
+        flock(descriptor.number, LOCK_EX | LOCK_NB);
     }
     Replacement(const Replacement &) = delete;
     Replacement &operator=(const Replacement &) = delete;
@@ -65,25 +83,62 @@ class Replacement {
     }
 
   private:
-    static int opened(const fs::path &directory, std::string &name) {
+    static constexpr int mostTries = 100; // for a name that is free
+
+    static int opened(const fs::path &directory, fs::path &name) {
         const int nameless = open(directory.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
         if (nameless >= 0) return nameless;
-        name = (directory / ".plotwerk-XXXXXX").string();
-        return mkostemp(name.data(), O_CLOEXEC);
+        for (int i = 0; i < mostTries; ++i) {
+            name = temporaryName(directory);
+            const int named = open(name.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
+            if (named >= 0) return named;
+            if (errno != EEXIST) break;
+        }
+        name.clear(); // somebody else's
+        return -1;
     }
 
-    // Only a file with a name can be moved over another. One of that name would be what a process
-    // with the same number left behind.
+    // Only a file with a name can be moved over another.
     bool takeName() {
-        name = (target.parent_path() / (".plotwerk-" + std::to_string(getpid()))).string();
-        unlink(name.c_str());
-        return linkat(AT_FDCWD, link().c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+        for (int i = 0; i < mostTries; ++i) {
+            const fs::path free = temporaryName(target.parent_path());
+            if (linkat(AT_FDCWD, link().c_str(), AT_FDCWD, free.c_str(), AT_SYMLINK_FOLLOW) == 0) {
+                name = free;
+                return true;
+            }
+            if (errno != EEXIST) break;
+        }
+        return false;
     }
 
     const fs::path target;
-    std::string name; // empty: none
+    fs::path name; // empty: none
     const Descriptor descriptor;
 };
+
+// Whether nobody who lives writes that file, and it is the user's own. A file with a name of its
+// own from the beginning isn't locked at once, so a young one is left alone.
+bool isLeftBehind(const fs::path &path) {
+    constexpr std::time_t young = 60;
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    struct stat status {};
+    return file.number >= 0 && fstat(file.number, &status) == 0 && S_ISREG(status.st_mode) &&
+           status.st_uid == geteuid() && status.st_mtime + young < std::time(nullptr) &&
+           flock(file.number, LOCK_EX | LOCK_NB) == 0;
+}
+
+// Removes what killed processes have left in the directory; looks once for each directory.
+void removeLeftovers(const fs::path &directory) {
+    static std::set<fs::path> seen;
+    if (!seen.insert(directory).second) return;
+    std::error_code error;
+    for (fs::directory_iterator each(directory, error), end; !error && each != end;
+         each.increment(error)) {
+        const std::string name = each->path().filename().string();
+        if (name.starts_with(temporaryPrefix) && isLeftBehind(each->path()))
+            unlink(each->path().c_str());
+    }
+}
 
 } // namespace
 
@@ -127,12 +182,24 @@ static mode_t permissionsOf(const fs::path &path) {
     return 0666 & ~mask;
 }
 
+// In a folder that everybody can write to, a link may be somebody's trap: only links of the user's
+// own, or of the folder's owner, are followed there, as the kernel does it.
+static bool isTrustedLink(const fs::path &link) {
+    struct stat folder {};
+    struct stat status {};
+    if (stat(link.parent_path().c_str(), &folder) != 0 || lstat(link.c_str(), &status) != 0)
+        return false;
+    const bool shared = (folder.st_mode & S_ISVTX) != 0 && (folder.st_mode & S_IWOTH) != 0;
+    return !shared || status.st_uid == geteuid() || status.st_uid == folder.st_uid;
+}
+
 // Where a path leads that may be a symbolic link, to a file or to where there is none yet.
 static fs::path withoutLinks(const fs::path &path) {
     std::error_code error;
     fs::path target = fs::absolute(path);
     for (int links = 0; fs::is_symlink(target, error); ++links) {
         if (links == 40) refuse("write", path, std::strerror(ELOOP));
+        if (!isTrustedLink(target)) refuse("write", path, "a link of another user");
         target = target.parent_path() / fs::read_symlink(target, error);
     }
     return target;
@@ -149,6 +216,7 @@ void writeWholeFile(const fs::path &path, const std::function<void(std::ostream 
     const fs::path target = withoutLinks(path);
     const mode_t permissions = permissionsOf(target);
 
+    removeLeftovers(target.parent_path());
     Replacement replacement(target);
     std::ofstream stream(replacement.link(), std::ios::binary);
     write(stream);

@@ -17,11 +17,13 @@ std::string readWholeFile(const std::filesystem::path &path);
 // Makes the file at path hold what `write` writes, or leaves it as it was: the bytes go to a file
 // of their own in the same directory, which is synced and moved into place. Whenever the process is
 // killed, the path names the whole old file, the whole new one, or none if there was none. A file
-// ".plotwerk-..." can stay behind only from the moment of the move, and on file systems that have
-// no files without names. A file that is replaced hands its permissions on; a symbolic link stays
-// and its target is replaced or made. Throws Refusal "can't write PATH: REASON": no such directory,
-// not a regular file, a file without write permission, a full disk. What `write` throws is passed
-// on, with the old file in place.
+// ".plotwerk-..." of a random name can stay behind only from the moment of the move, and on file
+// systems that have no files without names; the first write of a later process into that directory
+// removes it. Processes that write the same path at once don't disturb each other: the last one
+// stays. A file that is replaced hands its permissions on; a symbolic link stays and its target is
+// replaced or made. Throws Refusal "can't write PATH: REASON": no such directory, not a regular
+// file, a file without write permission, a full disk, another user's link in a folder that
+// everybody can write to. What `write` throws is passed on, with the old file in place.
 void writeWholeFile(const std::filesystem::path &path,
                     const std::function<void(std::ostream &)> &write);
 

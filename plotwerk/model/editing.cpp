@@ -1,5 +1,6 @@
 #include "plotwerk/model/editing.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/limits.h"
@@ -291,6 +292,7 @@ void createCurve(Document &document, double minX, double maxX, double incX, doub
     if (!(steps < 1e8)) throw Refusal("a curve can't have more than 1e8 points");
 
     const int n = static_cast<int>(steps) + 1;
+    requireMemory(2.0 * sizeof(double) * n);
     Table table;
     table.x.name = "X";
     table.y.resize(1);

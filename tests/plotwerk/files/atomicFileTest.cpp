@@ -2,6 +2,7 @@
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/base/refusal.h"
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -9,6 +10,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <set>
+#include <sys/file.h>
 #include <sys/ptrace.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -102,10 +104,34 @@ TEST_F(AtomicFile, IsARegularOneOrRefusedWithoutWaiting) {
         << "a file whose size isn't known beforehand";
 }
 
-TEST_F(AtomicFile, ReplacesWhatAKilledWriterOfItsNumberLeftBehind) {
-    std::ofstream(directory / (".plotwerk-" + std::to_string(getpid()))) << "left";
+TEST_F(AtomicFile, RemovesWhatDeadProcessesLeftAndNothingElse) {
+    const auto leave = [&](const std::string &name, bool old) {
+        std::ofstream(directory / name) << "left";
+        const auto now = fs::file_time_type::clock::now();
+        fs::last_write_time(directory / name, now - std::chrono::hours(old ? 1 : 0));
+    };
+    leave(".plotwerk-dead", true);
+    leave(".plotwerk-young", false);
+    leave(".plotwerk-written", true);
+    leave("other", true);
+    const int held = open((directory / ".plotwerk-written").c_str(), O_RDONLY);
+    flock(held, LOCK_EX);
     write(file, "new");
-    EXPECT_EQ(readWholeFile(file), "new");
+    close(held);
+    EXPECT_EQ(listing(), ".plotwerk-written .plotwerk-young file other ");
+}
+
+TEST_F(AtomicFile, FollowsNoLinkThatAnotherUserPutIntoASharedFolder) {
+    if (geteuid() != 0) return; // only root can make another user's link
+    write(directory / "target", "old");
+    fs::create_symlink("target", file);
+    ASSERT_EQ(lchown(file.c_str(), 12345, 12345), 0);
+    fs::permissions(directory, static_cast<fs::perms>(01777));
+    EXPECT_EQ(refusalOf([&] { write(file, "new"); }),
+              "can't write " + file.string() + ": a link of another user");
+    fs::permissions(directory, static_cast<fs::perms>(0755));
+    write(file, "new");
+    EXPECT_EQ(readWholeFile(directory / "target"), "new");
 }
 
 // The directory may be written to, the file itself not.

@@ -15,6 +15,8 @@ TEST_F(ProgramTest, ExplainsItselfAndItsUsage) {
                  {{"--version"}, 0, "plotwerkd " PLOTWERK_VERSION "\n", ""},
                  {{"--nix"}, 2, "", "\nusage: plotwerkd "},
                  {{"-x"}, 2, "", "\nusage: plotwerkd "},
+                 {{"--limit", "seconds=20", "--version"}, 0, "plotwerkd ", ""},
+                 {{"--limit", "nix=1"}, 2, "", "no limit is called \"nix\"\nusage: plotwerkd "},
                  {{"--log-level"}, 2, "", "\nusage: plotwerkd "},
                  {{"--log-level", "loud"}, 2, "", "'loud'\nusage: plotwerkd "}};
     for (const auto &c : cases) {

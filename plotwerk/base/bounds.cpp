@@ -1,0 +1,67 @@
+#include "plotwerk/base/bounds.h"
+
+#include "plotwerk/base/refusal.h"
+
+#include <array>
+#include <charconv>
+
+namespace plotwerk {
+
+namespace {
+
+enum { seconds, memory, answer, boundCount };
+
+std::array<Bound, boundCount> table = {{
+    {"seconds", "CPU time of one message, in seconds", 10, 1, 1e6},
+    {"memory", "memory that one message takes, in MB", 1000, 100, 1e6},
+    // the bus takes messages of up to 128 MiB, and cuts off who sends a longer one
+    {"answer", "length of one answer, in MB", 120, 1, 120},
+}};
+
+constexpr double megabyte = 1e6;
+
+} // namespace
+
+std::span<const Bound> bounds() {
+    return table;
+}
+
+void setBound(std::string_view assignment) {
+    const std::string text(assignment);
+    const std::string_view name = assignment.substr(0, assignment.find('='));
+    for (Bound &bound : table) {
+        if (name != bound.name || name.size() == assignment.size()) continue;
+        const char *end = assignment.data() + assignment.size();
+        double value = 0;
+        const auto [after, error] =
+            std::from_chars(assignment.data() + name.size() + 1, end, value);
+        if (error != std::errc() || after != end || !(value >= bound.least) ||
+            !(value <= bound.most))
+            throw Refusal("no limit can be \"" + text + '"');
+        bound.value = value;
+        return;
+    }
+    throw Refusal("no limit is called \"" + std::string(name) + '"');
+}
+
+double mostSeconds() {
+    return table[seconds].value;
+}
+
+double mostMemory() {
+    return table[memory].value * megabyte;
+}
+
+double longestAnswer() {
+    return table[answer].value * megabyte;
+}
+
+void requireTime(double nanoseconds) {
+    if (!(nanoseconds <= mostSeconds() * 1e9)) throw Refusal("would take too long (limit seconds)");
+}
+
+void requireMemory(double bytes) {
+    if (!(bytes <= mostMemory())) throw Refusal("would take too much memory (limit memory)");
+}
+
+} // namespace plotwerk

@@ -1,0 +1,51 @@
+// bounds.h - how much time and memory one message may take.
+//
+// Work inside the process is estimated before it begins and refused if it would go beyond: an
+// estimate is counted in steps, never measured by a clock, so that what is refused doesn't depend
+// on the load of the machine. Work whose cost can't be told beforehand is done in a child process
+// (child.h).
+#ifndef PLOTWERK_BASE_BOUNDS_H
+#define PLOTWERK_BASE_BOUNDS_H
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace plotwerk {
+
+// One of the bounds; each has a name by which it can be raised when the program starts.
+struct Bound {
+    const char *name;
+    const char *meaning; // with its unit, as the manual tells it
+    double value;
+    double least; // that it can be set to
+    double most;
+};
+
+// All bounds, with the values in force.
+std::span<const Bound> bounds();
+
+// Sets a bound from "NAME=VALUE". Throws Refusal: no such name, or not a number it can have.
+void setBound(std::string_view assignment);
+
+// CPU time, in seconds.
+double mostSeconds();
+
+// Memory that is taken beyond what the process has already, in bytes.
+double mostMemory();
+
+// The bytes of one answer on the bus.
+double longestAnswer();
+
+// Refused "would take too long (limit seconds)" if so many nanoseconds are more than one message
+// may take.
+void requireTime(double nanoseconds);
+
+// Refused "would take too much memory (limit memory)" if so many bytes are more than one message
+// may take.
+void requireMemory(double bytes);
+
+} // namespace plotwerk
+
+#endif

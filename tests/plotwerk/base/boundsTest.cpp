@@ -1,0 +1,106 @@
+#include "plotwerk/base/bounds.h"
+
+#include "plotwerk/base/child.h"
+#include "plotwerk/base/refusal.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <gtest/gtest.h>
+#include <limits>
+#include <memory>
+#include <new>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+using namespace plotwerk;
+
+template<class Work> static std::string refusalOf(Work work) {
+    try {
+        work();
+    } catch (const Refusal &refusal) {
+        return refusal.what();
+    }
+    return "";
+}
+
+TEST(Bounds, AreSetByNameAndRefuseWhatGoesBeyond) {
+    for (const char *wrong : {"", "seconds", "seconds=", "=1", "second=20", "seconds=0",
+                              "memory=99", "memory=1e9", "answer=121", "seconds=nan", "seconds=1s"})
+        EXPECT_NE(refusalOf([&] { setBound(wrong); }), "") << wrong;
+    EXPECT_EQ(refusalOf([] { requireTime(10e9); }), "");
+    EXPECT_EQ(refusalOf([] { requireTime(10.01e9); }), "would take too long (limit seconds)");
+    EXPECT_EQ(refusalOf([] { requireMemory(1.01e9); }),
+              "would take too much memory (limit memory)");
+    EXPECT_NE(refusalOf([] { requireMemory(std::numeric_limits<double>::quiet_NaN()); }), "");
+    setBound("memory=2000");
+    EXPECT_EQ(refusalOf([] { requireMemory(1.99e9); }), "");
+    setBound("memory=1000");
+}
+
+TEST(InChild, KeepsWhatTheWorkWroteAndNothingElse) {
+    const std::unique_ptr<std::FILE, decltype(&std::fclose)> file(std::tmpfile(), &std::fclose);
+    int value = 1;
+    inChild([&] {
+        value = 2;
+        std::fputs("written", file.get());
+        std::fflush(file.get());
+    });
+    EXPECT_EQ(value, 1);
+    std::rewind(file.get());
+    char text[20] = "";
+    EXPECT_STREQ(std::fgets(text, sizeof text, file.get()), "written");
+}
+
+TEST(InChild, TurnsEveryBadEndIntoARefusal) {
+    setBound("seconds=1");
+    volatile int forever = 1;
+    const struct {
+        const char *want;
+        std::function<void()> work;
+    } cases[] = {
+        {"no curve", [] { throw Refusal("no curve"); }},
+        {"takes too much memory (limit memory)", [] { throw std::bad_alloc(); }},
+        {"takes too much memory (limit memory)", [] { std::abort(); }},
+        {"takes too long (limit seconds)",
+         [&] {
+             while (forever) {
+             }
+         }},
+        {"can't be done: its process was ended by signal 11",
+         [] {
+             std::signal(SIGSEGV, SIG_DFL);
+             std::raise(SIGSEGV);
+         }},
+    };
+    for (const auto &c : cases) EXPECT_EQ(refusalOf([&] { inChild(c.work); }), c.want);
+    setBound("seconds=10");
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
+TEST(InChild, HasItsShareOfMemoryAndNoMore) {
+    setBound("memory=100");
+    const auto takeMegabytes = [](std::size_t count) {
+        return [count] { std::vector<char>(count << 20, 'x'); };
+    };
+    EXPECT_EQ(refusalOf([&] { inChild(takeMegabytes(60)); }), "");
+    EXPECT_EQ(refusalOf([&] { inChild(takeMegabytes(200)); }),
+              "takes too much memory (limit memory)");
+    setBound("memory=1000");
+}
+#endif
+
+TEST(InChild, IsGivenUpWhenTheProgramIsToEnd) {
+    sigset_t ends;
+    sigset_t before;
+    sigemptyset(&ends);
+    sigaddset(&ends, SIGTERM);
+    sigprocmask(SIG_BLOCK, &ends, &before);
+    raise(SIGTERM);
+    EXPECT_EQ(refusalOf([] { inChild([] { pause(); }); }), "given up, since the program is to end");
+    int taken = 0;
+    sigwait(&ends, &taken);
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+}
