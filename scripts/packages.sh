@@ -24,7 +24,7 @@ need_packages() {
 }
 
 build_packages=(g++ cmake ninja-build pkg-config libsdbus-c++-dev libsdbus-c++-bin libsystemd-dev
-    nlohmann-json3-dev libcairo2-dev libpango1.0-dev libtiff-dev fonts-dejavu-core)
+    nlohmann-json3-dev libcairo2-dev libpango1.0-dev libtiff-dev zlib1g-dev fonts-dejavu-core)
 bus_packages=(dbus-daemon)
 test_packages=(libgtest-dev libbenchmark-dev libgsl-dev systemd dpkg-dev clang llvm
     libclang-rt-14-dev poppler-utils ghostscript libtiff-tools clang-format clang-tidy)
