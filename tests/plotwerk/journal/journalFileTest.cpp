@@ -1,7 +1,7 @@
 #include "plotwerk/journal/journalFile.h"
 
 #include "plotwerk/base/refusal.h"
-#include "plotwerk/journal/journals.h"
+#include "plotwerk/journal/journal.h"
 #include "tests/plotwerk/files/fullDocument.h"
 
 #include <csignal>
@@ -140,20 +140,19 @@ TEST_F(JournalFileTest, KeepsWhatItHasWhenTheDiskIsFull) {
         EXPECT_THROW(JournalFile(directory / "two.journal", fullDocument(), 0), Refusal);
 
         // who keeps the journals goes on without one
-        Journals journals(directory);
-        journals.open(document);
+        Journal journal(directory);
         document.changed = true;
         limitTo(100);
         const auto message = [] { return std::string("message"); };
-        for (int i = 0; i < 2; ++i) journals.add(document, {}, message);
-        EXPECT_FALSE(journals.holds(document));
+        for (int i = 0; i < 2; ++i) journal.add(document, {}, message);
+        EXPECT_FALSE(journal.holdsAll());
         limitTo(unlimited.rlim_cur);
-        journals.add(document, {}, message);
-        EXPECT_FALSE(journals.holds(document));
-        journals.remove(document);
-        journals.add(document, {}, message);
-        EXPECT_TRUE(journals.holds(document));
-        journals.close(document);
+        journal.add(document, {}, message);
+        EXPECT_FALSE(journal.holdsAll());
+        journal.remove();
+        journal.add(document, {}, message);
+        EXPECT_TRUE(journal.holdsAll());
+        journal.remove();
     }
     EXPECT_EQ(messages(), std::vector<std::string>{"first"});
     EXPECT_EQ(std::distance(fs::directory_iterator(directory), {}), 1);
@@ -208,12 +207,11 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
         while (left->nextMessage()) ++value;
         return value;
     };
-    Journals journals(directory);
-    journals.open(document);
-    journals.setFront(document);
+    Journal journal(directory);
+    journal.setFront();
     document.frame.xAxisLength = 5;
     document.changed = false;
-    journals.add(document, {}, [] { return std::string("of the view"); });
+    journal.add(document, {}, [] { return std::string("of the view"); });
     EXPECT_TRUE(journalPaths(directory).empty()) << "the file has it all";
 
     document.changed = true;
@@ -221,7 +219,7 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
     std::size_t repeated = 0;
     for (int i = 0; i < 3000; ++i) {
         ++document.frame.xAxisLength;
-        journals.add(document, {}, [&]() -> std::optional<std::string> {
+        journal.add(document, {}, [&]() -> std::optional<std::string> {
             if (i % 1000 == 7) return std::nullopt;
             ++repeated;
             return std::string(100, 'm');
@@ -233,9 +231,9 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
     EXPECT_LT(largest, 80U << 10);
     path = journalPaths(directory).at(0);
     ++document.frame.xAxisLength;
-    journals.add(document, std::chrono::seconds(11), [] { return std::string("too long ago"); });
+    journal.add(document, std::chrono::seconds(11), [] { return std::string("too long ago"); });
     ++document.frame.xAxisLength;
-    journals.add(document, {}, [] { return std::string("message"); });
+    journal.add(document, {}, [] { return std::string("message"); });
 
     const fs::path copy = directory / "copy.journal";
     fs::copy_file(path, copy);
@@ -243,6 +241,6 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
     auto left = LeftJournal::lock(copy);
     EXPECT_GT(left->stamp, 0);
     EXPECT_TRUE(left->document().frame.xAxisLength == 3006 && left->nextMessage());
-    journals.remove(document);
+    journal.remove();
     EXPECT_EQ(journalPaths(directory), std::vector<fs::path>{copy});
 }
