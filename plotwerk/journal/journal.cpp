@@ -15,6 +15,15 @@ static constexpr std::chrono::seconds longestReplay{10};
 Journal::Journal(fs::path place) : directory(std::move(place)) {
 }
 
+static void tellEnd(const std::string &name, const char *reason) noexcept {
+    try {
+        log(LogLevel::warning, "the journal of \"" + name +
+                                   "\" ends, and a crash would lose what changes from here on: " +
+                                   reason);
+    } catch (const std::exception &) { // no memory for the line
+    }
+}
+
 // Work on the file; a failure ends it.
 template<class Work> void Journal::attempt(const Document &document, Work work) {
     try {
@@ -22,9 +31,7 @@ template<class Work> void Journal::attempt(const Document &document, Work work) 
     } catch (const std::exception &exception) {
         failed = true;
         if (file) file->setIncomplete();
-        log(LogLevel::warning,
-            "the journal of \"" + document.name +
-                "\" ends, and a crash would lose what changes from here on: " + exception.what());
+        tellEnd(document.name, exception.what());
     }
 }
 
