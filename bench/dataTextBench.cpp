@@ -50,18 +50,18 @@ void scanlineAlone(benchmark::State &state) {
 void readDataText(benchmark::State &state) {
     const std::string text = dataText(static_cast<char>(state.range(0)));
     for (auto _ : state) {
-        const auto tables = plotwerk::readDataText(text);
+        const auto tables = plotwerk::readDataText(text, '.');
         benchmark::DoNotOptimize(tables.data());
     }
     count(state, text.size());
 }
 
 void writeDataText(benchmark::State &state) {
-    const auto tables = plotwerk::readDataText(dataText(' '));
+    const auto tables = plotwerk::readDataText(dataText(' '), '.');
     std::string text;
     for (auto _ : state) {
         text.clear();
-        plotwerk::writeDataText({&tables[0].table.x, &tables[0].table.y[0]}, text);
+        plotwerk::writeDataText({&tables[0].table.x, &tables[0].table.y[0]}, '.', text);
         benchmark::DoNotOptimize(text.data());
     }
     count(state, text.size());

@@ -1,10 +1,10 @@
-#include "client/commands.h"
+#include "client/commandTable.h"
 #include "client/execute.h"
 #include "client/rtf.h"
 
 namespace command {
 
-void setAttributes(PlotwerkControl &plotwerk, const Options &options) {
+static void setAttributes(PlotwerkControl &plotwerk, const Options &options) {
     const int line = triState(options['l']);
     const int stepped = triState(options['s']);
     const int yerr = triState(options['y']);
@@ -19,7 +19,7 @@ void setAttributes(PlotwerkControl &plotwerk, const Options &options) {
         documentName, line, stepped, yerr, xerr, dash, fill, topX, rightY, marker, sym);
 }
 
-void setAttributes2(PlotwerkControl &plotwerk, const Options &options) {
+static void setAttributes2(PlotwerkControl &plotwerk, const Options &options) {
     constexpr int keep = -1; // the client can't set the third and the fourth symbol
     const int sum = integer(options['s']);
     const double interpolationPoints = real(options.pText);
@@ -47,7 +47,7 @@ void setAttributes2(PlotwerkControl &plotwerk, const Options &options) {
         lineRed, lineGreen, lineBlue, lineOpacity, fillRed, fillGreen, fillBlue, fillOpacity);
 }
 
-void setDocAttributes(PlotwerkControl &plotwerk, const Options &options) {
+static void setDocAttributes(PlotwerkControl &plotwerk, const Options &options) {
     const double xAxisLength = real(options['w']);
     const double yAxisLength = real(options['h']);
     const double tickLength = real(options['t']);
@@ -63,7 +63,7 @@ void setDocAttributes(PlotwerkControl &plotwerk, const Options &options) {
             multiDimFit, noLineOnRev);
 }
 
-void setAxis(PlotwerkControl &plotwerk, const Options &options) {
+static void setAxis(PlotwerkControl &plotwerk, const Options &options) {
     const int axisCode = integer(options['a'], 1);
     const double inc = real(options['i']);
     const int ticks = integer(options['t']);
@@ -90,7 +90,7 @@ void setAxis(PlotwerkControl &plotwerk, const Options &options) {
             lognumberAt, reverse, labelDensity);
 }
 
-void placeText(PlotwerkControl &plotwerk, const Options &options) {
+static void placeText(PlotwerkControl &plotwerk, const Options &options) {
     const std::string rtf = rtfOfText(options['t']);
     const double x = real(options['r'], 0.5);
     const double y = real(options['u'], 0.5);
@@ -100,5 +100,15 @@ void placeText(PlotwerkControl &plotwerk, const Options &options) {
     plotwerk.setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_(documentName, rtf, x, y, angle,
                                                                   xFloating, yFloating);
 }
+
+static constexpr CommandRow rows[] = {
+    {"setAttributes", "[-l | s | y | e | a | f | t | r | m | S flag]", setAttributes},
+    {"setAttributes2", "[options]", setAttributes2},
+    {"setDocAttributes", "[options]", setDocAttributes},
+    {"setAxis", "[options]", setAxis},
+    {"placeText", "-t text [-r x] [-u y] [-a angle] [-f yes-or-no] [-g yes-or-no]", placeText},
+};
+
+constinit const CommandTable attributeCommands = rows;
 
 } // namespace command

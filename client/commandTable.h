@@ -1,93 +1,40 @@
-// commandTable.h - the commands by name.
+// commandTable.h - the commands by name. Each stands once: as a row of its family's table, at the
+// end of the family's file.
 #ifndef CALLPLW_COMMANDTABLE_H
 #define CALLPLW_COMMANDTABLE_H
 
-#include "client/commands.h"
+#include "client/options.h"
+#include "client/plotwerkControl.h"
 
-#include <iterator>
+#include <span>
+
+// Reads its options, sends its messages about documentName and prints the answer, if it has one.
+using Command = void(PlotwerkControl &plotwerk, const Options &options);
 
 struct CommandRow {
     const char *name;
+    const char *synopsis; // of its options, as the manual page has it: "-a x [-s series]"
     Command *run;
 };
 
-// These need no target document.
-constexpr CommandRow withoutDocument[] = {
-    {"parentPID", command::parentPID},
-    {"sync", command::sync},
-    {"activeDoc", command::activeDoc},
-};
+using CommandTable = std::span<const CommandRow>;
 
-// In the order in which names are tried.
-constexpr CommandRow onDocument[] = {
-    {"selectCurve", command::selectCurve},
-    {"YatX", command::YatX},
-    {"Yi", command::Yi},
-    {"iAtX", command::iAtX},
-    {"iAtXY", command::iAtXY},
-    {"setYi", command::setYi},
-    {"selectedIndex", command::selectedIndex},
-    {"fitCurveIndex", command::fitCurveIndex},
-    {"mouseClick", command::mouseClick},
-    {"replaceData", command::replaceData},
-    {"readData", command::readData},
-    {"activate", command::activate},
-    {"print", command::print},
-    {"statistic", command::statistic},
-    {"selectCurveByPosition", command::selectCurveByPosition},
-    {"setAttributes", command::setAttributes},
-    {"setAttributes2", command::setAttributes2},
-    {"setDocAttributes", command::setDocAttributes},
-    {"selectCurveByIndex", command::selectCurveByIndex},
-    {"searchMaxima", command::searchMaxima},
-    {"getXRange", command::getXRange},
-    {"getFitRange", command::getFitRange},
-    {"getYRange", command::getYRange},
-    {"getVar", command::getVar},
-    {"createCurveAtSelection", command::createCurveAtSelection},
-    {"changeNameOfSelection", command::changeNameOfSelection},
-    {"indexOfCurveName", command::indexOfCurveName},
-    {"nextMarkedCurve", command::nextMarkedCurve},
-    {"markSelectedCurves", command::markSelectedCurves},
-    {"modifyX", command::modifyX},
-    {"modifyY", command::modifyY},
-    {"show", command::show},
-    {"diff", command::diff},
-    {"fit", command::fit},
-    {"delete", command::deleteSelection},
-    {"sortByX", command::sortByX},
-    {"sortBySelection", command::sortBySelection},
-    {"swapWithX", command::swapWithX},
-    {"markSelectionAsFitData", command::markSelectionAsFitData},
-    {"newDocument", command::newDocument},
-    {"display", command::display},
-    {"open", command::open},
-    {"saveDocument", command::saveDocument},
-    {"savePDF", command::savePDF},
-    {"saveEPS", command::saveEPS},
-    {"copyPDF", command::copyPDF},
-    {"saveTIFF", command::saveTIFF},
-    {"copyTIFF", command::copyTIFF},
-    {"newComposition", command::newComposition},
-    {"addPDFtoComposition", command::addPDFtoComposition},
-    {"savePDFofComposition", command::savePDFofComposition},
-    {"setFormulaParameters", command::setFormulaParameters},
-    {"getFormulaParameters", command::getFormulaParameters},
-    {"setFormula", command::setFormula},
-    {"getFormula", command::getFormula},
-    {"setXRange", command::setXRange},
-    {"setFitRange", command::setFitRange},
-    {"setYRange", command::setYRange},
-    {"setAxis", command::setAxis},
-    {"placeText", command::placeText},
-    {"copy", command::copy},
-    {"setDecimalSeparator", command::setDecimalSeparator},
-    {"pasteData", command::pasteData},
-    {"duplicateAsPlotted", command::duplicateAsPlotted},
-    {"inventory", command::inventory},
-    {"close", command::close},
-};
+namespace command {
 
-static_assert(std::size(withoutDocument) + std::size(onDocument) == 69);
+extern const CommandTable documentlessCommands; // these need no target document
+
+extern const CommandTable attributeCommands; // the look of curves, axes and texts
+extern const CommandTable dataCommands;      // data text, clipboard and inventory
+extern const CommandTable documentCommands;  // and pictures and compositions
+extern const CommandTable editingCommands;   // and analysing curves
+extern const CommandTable fitCommands;       // ranges, formula and fit
+extern const CommandTable pointCommands;     // and their values
+extern const CommandTable selectionCommands; // and marks
+
+inline constexpr const CommandTable *allTables[] = {
+    &documentlessCommands, &attributeCommands, &dataCommands,  &documentCommands,
+    &editingCommands,      &fitCommands,       &pointCommands, &selectionCommands};
+
+} // namespace command
 
 #endif

@@ -1,10 +1,10 @@
 #include "client/answer.h"
-#include "client/commands.h"
+#include "client/commandTable.h"
 #include "client/execute.h"
 
 namespace command {
 
-void replaceData(PlotwerkControl &plotwerk, const Options &options) {
+static void replaceData(PlotwerkControl &plotwerk, const Options &options) {
     const std::string data = textOf(options.pText);
     const std::string source = textOf(options['s']);
     const bool rangeOverAll = yesNo(options['r']);
@@ -12,7 +12,7 @@ void replaceData(PlotwerkControl &plotwerk, const Options &options) {
                                                            rangeOverAll);
 }
 
-void readData(PlotwerkControl &plotwerk, const Options &options) {
+static void readData(PlotwerkControl &plotwerk, const Options &options) {
     const std::string data = textOf(options.pText);
     const std::string source = textOf(options['s']);
     const bool rangeOverAll = yesNo(options['r']);
@@ -21,23 +21,23 @@ void readData(PlotwerkControl &plotwerk, const Options &options) {
         data, documentName, source, rangeOverAll, append);
 }
 
-void copy(PlotwerkControl &plotwerk, const Options &options) {
+static void copy(PlotwerkControl &plotwerk, const Options &options) {
     plotwerk.copySelectedCurvesOf_includeX_(documentName, yesNo(options['i']));
 }
 
-void setDecimalSeparator(PlotwerkControl &plotwerk, const Options &options) {
+static void setDecimalSeparator(PlotwerkControl &plotwerk, const Options &options) {
     plotwerk.setDeciSeparator_(integer(options['s'], 0));
 }
 
-void pasteData(PlotwerkControl &plotwerk, const Options &) {
+static void pasteData(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.pasteDataOf_(documentName);
 }
 
-void duplicateAsPlotted(PlotwerkControl &plotwerk, const Options &) {
+static void duplicateAsPlotted(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.duplicateAsPlottedOf_(documentName);
 }
 
-void inventory(PlotwerkControl &plotwerk, const Options &options) {
+static void inventory(PlotwerkControl &plotwerk, const Options &options) {
     const bool inSelectedTable = yesNo(options['t']);
     const bool inSelectedSource = yesNo(options['s']);
     const auto [sources, tables, columns] =
@@ -46,5 +46,17 @@ void inventory(PlotwerkControl &plotwerk, const Options &options) {
     // Deliberately the reverse of the message's order.
     answer("%d %d %d\n", columns, tables, sources);
 }
+
+static constexpr CommandRow rows[] = {
+    {"replaceData", "-p data [-s source] [-r yes-or-no]", replaceData},
+    {"readData", "-p data [-s source] [-r yes-or-no] [-a yes-or-no]", readData},
+    {"copy", "[-i yes-or-no]", copy},
+    {"setDecimalSeparator", "[-s integer]", setDecimalSeparator},
+    {"pasteData", "", pasteData},
+    {"duplicateAsPlotted", "", duplicateAsPlotted},
+    {"inventory", "[-t yes-or-no] [-s yes-or-no]", inventory},
+};
+
+constinit const CommandTable dataCommands = rows;
 
 } // namespace command

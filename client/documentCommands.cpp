@@ -1,31 +1,31 @@
 #include "client/answer.h"
-#include "client/commands.h"
+#include "client/commandTable.h"
 #include "client/execute.h"
 
 namespace command {
 
-void activate(PlotwerkControl &plotwerk, const Options &) {
+static void activate(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.actify_(documentName);
 }
 
-void print(PlotwerkControl &plotwerk, const Options &) {
+static void print(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.printDoc_(documentName);
 }
 
-void close(PlotwerkControl &plotwerk, const Options &options) {
+static void close(PlotwerkControl &plotwerk, const Options &options) {
     plotwerk.closeDocument_askForSave_(documentName, yesNo(options['a']));
     documentName.clear();
 }
 
-void newDocument(PlotwerkControl &plotwerk, const Options &) {
+static void newDocument(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.newDocumentWithName_(documentName);
 }
 
-void display(PlotwerkControl &plotwerk, const Options &options) {
+static void display(PlotwerkControl &plotwerk, const Options &options) {
     plotwerk.display_doRangeOverAll_(documentName, yesNo(options['r']));
 }
 
-void open(PlotwerkControl &plotwerk, const Options &options) {
+static void open(PlotwerkControl &plotwerk, const Options &options) {
     const std::string path = textOf(options.fText);
     const bool rangeOverAll = yesNo(options['r']);
     plotwerk.openFile_file_doRangeOverAll_(documentName, path, rangeOverAll);
@@ -36,7 +36,7 @@ static void reportSave(PlotwerkControl &plotwerk) {
     answer("save %s\n", plotwerk.didSaveSucceed_(documentName) ? "succeeded" : "ERROR");
 }
 
-void saveDocument(PlotwerkControl &plotwerk, const Options &options) {
+static void saveDocument(PlotwerkControl &plotwerk, const Options &options) {
     const std::string path = textOf(options.fText);
     const bool keepOwnPath = yesNo(options['k']);
     const bool binary = yesNo(options['b']);
@@ -48,26 +48,26 @@ void saveDocument(PlotwerkControl &plotwerk, const Options &options) {
     reportSave(plotwerk);
 }
 
-void savePDF(PlotwerkControl &plotwerk, const Options &options) {
+static void savePDF(PlotwerkControl &plotwerk, const Options &options) {
     plotwerk.savePicturePDF_as_(documentName, textOf(options.fText));
     reportSave(plotwerk);
 }
 
-void saveEPS(PlotwerkControl &plotwerk, const Options &options) {
+static void saveEPS(PlotwerkControl &plotwerk, const Options &options) {
     plotwerk.savePictureEPS_as_(documentName, textOf(options.fText));
     reportSave(plotwerk);
 }
 
-void saveTIFF(PlotwerkControl &plotwerk, const Options &options) {
+static void saveTIFF(PlotwerkControl &plotwerk, const Options &options) {
     plotwerk.savePictureTIFF_as_(documentName, textOf(options.fText));
     reportSave(plotwerk);
 }
 
-void copyPDF(PlotwerkControl &plotwerk, const Options &) {
+static void copyPDF(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.copyPDF_(documentName);
 }
 
-void copyTIFF(PlotwerkControl &plotwerk, const Options &) {
+static void copyTIFF(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.copyTIFF_(documentName);
 }
 
@@ -80,21 +80,42 @@ static sdbus::Struct<double, double, double, double> rectangle(const Options &op
     return {single(options['X']), single(options['Y']), single(options['w']), single(options['h'])};
 }
 
-void newComposition(PlotwerkControl &plotwerk, const Options &options) {
+static void newComposition(PlotwerkControl &plotwerk, const Options &options) {
     plotwerk.newCompositionView_(rectangle(options));
 }
 
-void addPDFtoComposition(PlotwerkControl &plotwerk, const Options &options) {
+static void addPDFtoComposition(PlotwerkControl &plotwerk, const Options &options) {
     const double angle = real(options['a'], 0.0);
     const double sheer = real(options['s'], 0.0);
     plotwerk.addPDFtoCompositionView_inRect_angle_sheer_(documentName, rectangle(options), angle,
                                                          sheer);
 }
 
-void savePDFofComposition(PlotwerkControl &plotwerk, const Options &options) {
+static void savePDFofComposition(PlotwerkControl &plotwerk, const Options &options) {
     const std::string path = textOf(options.fText);
     const std::string opener = textOf(options['a']);
     plotwerk.savePDFofCompositionView_openWith_(path, opener);
 }
+
+static constexpr CommandRow rows[] = {
+    {"activate", "", activate},
+    {"print", "", print},
+    {"close", "[-a yes-or-no]", close},
+    {"newDocument", "", newDocument},
+    {"display", "[-r yes-or-no]", display},
+    {"open", "-f file [-r yes-or-no]", open},
+    {"saveDocument", "-f file [-k yes-or-no] [-b yes-or-no]", saveDocument},
+    {"savePDF", "-f file", savePDF},
+    {"saveEPS", "-f file", saveEPS},
+    {"saveTIFF", "-f file", saveTIFF},
+    {"copyPDF", "", copyPDF},
+    {"copyTIFF", "", copyTIFF},
+    {"newComposition", "-X real -Y real -w real -h real", newComposition},
+    {"addPDFtoComposition", "-X real -Y real -w real -h real [-a real] [-s real]",
+     addPDFtoComposition},
+    {"savePDFofComposition", "-f file [-a program]", savePDFofComposition},
+};
+
+constinit const CommandTable documentCommands = rows;
 
 } // namespace command

@@ -1,16 +1,16 @@
 #include "client/answer.h"
-#include "client/commands.h"
+#include "client/commandTable.h"
 #include "client/execute.h"
 
 namespace command {
 
-void statistic(PlotwerkControl &plotwerk, const Options &) {
+static void statistic(PlotwerkControl &plotwerk, const Options &) {
     const auto [name, dataPoints, min, max, sum, std, area] =
         plotwerk.statisticOfSelectionOf_name_dataPoints_min_max_sum_std_area_(documentName);
     answer("%d %g %g %g %g %g %s\n", dataPoints, min, max, sum, std, area, name.c_str());
 }
 
-void searchMaxima(PlotwerkControl &plotwerk, const Options &options) {
+static void searchMaxima(PlotwerkControl &plotwerk, const Options &options) {
     const bool maxima = yesNo(options['g']);
     const bool minima = yesNo(options['s']);
     const int minWidth = integer(options['w'], 10);
@@ -19,7 +19,7 @@ void searchMaxima(PlotwerkControl &plotwerk, const Options &options) {
         documentName, maxima, minima, minWidth, minHeight);
 }
 
-void createCurveAtSelection(PlotwerkControl &plotwerk, const Options &options) {
+static void createCurveAtSelection(PlotwerkControl &plotwerk, const Options &options) {
     const double minX = real(options['s'], 0.0);
     const double maxX = real(options['e'], 100.0);
     const double incX = real(options['i'], 1.0);
@@ -29,40 +29,58 @@ void createCurveAtSelection(PlotwerkControl &plotwerk, const Options &options) {
                                                                 minY, incY);
 }
 
-void changeNameOfSelection(PlotwerkControl &plotwerk, const Options &options) {
+static void changeNameOfSelection(PlotwerkControl &plotwerk, const Options &options) {
     plotwerk.changeNameOfSelectionOf_to_(documentName, textOf(options['t']));
 }
 
-void modifyX(PlotwerkControl &plotwerk, const Options &) {
+static void modifyX(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.modifyDataOf_Ydata_(documentName, false);
 }
 
-void modifyY(PlotwerkControl &plotwerk, const Options &) {
+static void modifyY(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.modifyDataOf_Ydata_(documentName, true);
 }
 
-void show(PlotwerkControl &plotwerk, const Options &) {
+static void show(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.showCurveOf_(documentName);
 }
 
-void diff(PlotwerkControl &plotwerk, const Options &) {
+static void diff(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.diffOf_(documentName);
 }
 
-void deleteSelection(PlotwerkControl &plotwerk, const Options &) {
+static void deleteSelection(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.deleteSelectedCurvesOf_(documentName);
 }
 
-void sortByX(PlotwerkControl &plotwerk, const Options &) {
+static void sortByX(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.sortSelectedCurvesByXdata_(documentName);
 }
 
-void sortBySelection(PlotwerkControl &plotwerk, const Options &options) {
+static void sortBySelection(PlotwerkControl &plotwerk, const Options &options) {
     plotwerk.sortSelectedCurvesBySelection_ascending_(documentName, yesNo(options['r']));
 }
 
-void swapWithX(PlotwerkControl &plotwerk, const Options &) {
+static void swapWithX(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.swapSelectedCurvesWithXdata_(documentName);
 }
+
+static constexpr CommandRow rows[] = {
+    {"statistic", "", statistic},
+    {"searchMaxima", "[-g yes-or-no] [-s yes-or-no] [-w integer] [-h real]", searchMaxima},
+    {"createCurveAtSelection", "[-s real] [-e real] [-i real] [-y real] [-j real]",
+     createCurveAtSelection},
+    {"changeNameOfSelection", "-t text", changeNameOfSelection},
+    {"modifyX", "", modifyX},
+    {"modifyY", "", modifyY},
+    {"show", "", show},
+    {"diff", "", diff},
+    {"delete", "", deleteSelection},
+    {"sortByX", "", sortByX},
+    {"sortBySelection", "[-r yes-or-no]", sortBySelection},
+    {"swapWithX", "", swapWithX},
+};
+
+constinit const CommandTable editingCommands = rows;
 
 } // namespace command

@@ -4,12 +4,11 @@
 
 #include <cstdio>
 #include <cstring>
-#include <span>
 
 std::string documentName;
 
-static Command *find(std::span<const CommandRow> rows, const char *name) {
-    for (const CommandRow &row : rows) {
+static Command *find(const CommandTable &table, const char *name) {
+    for (const CommandRow &row : table) {
         if (std::strcmp(row.name, name) == 0) return row.run;
     }
     return nullptr;
@@ -33,14 +32,16 @@ static void reportUnknown(const char *name, const Options &options) {
     std::fputc('\n', stderr);
 }
 
-void execute(PlotwerkControl &plotwerk, const char *command, const OptionSlots &slots,
+void execute(PlotwerkControl &plotwerk, const char *name, const OptionSlots &slots,
              const char *fText, const char *pText) {
     const Options options{slots, fText, pText};
-    if (Command *run = find(withoutDocument, command)) return run(plotwerk, options);
+    if (Command *run = find(command::documentlessCommands, name)) return run(plotwerk, options);
 
     settleDocument(plotwerk, options);
     if (documentName.empty()) return;
 
-    if (Command *run = find(onDocument, command)) return run(plotwerk, options);
-    reportUnknown(command, options);
+    for (const CommandTable *table : command::allTables) {
+        if (Command *run = find(*table, name)) return run(plotwerk, options);
+    }
+    reportUnknown(name, options);
 }

@@ -14,7 +14,7 @@ extern std::string documentName;
 // Carries out one command and prints its answer. Without a target document every command but
 // parentPID, sync and activeDoc does nothing, an unknown one included. An unknown name is reported
 // on the standard error with its options from a to z.
-void execute(PlotwerkControl &plotwerk, const char *command, const OptionSlots &slots,
+void execute(PlotwerkControl &plotwerk, const char *name, const OptionSlots &slots,
              const char *fText, const char *pText);
 
 #endif

@@ -1,5 +1,5 @@
 #include "client/answer.h"
-#include "client/commands.h"
+#include "client/commandTable.h"
 #include "client/execute.h"
 #include "util/number/decimal.h"
 
@@ -8,49 +8,49 @@
 
 namespace command {
 
-void getXRange(PlotwerkControl &plotwerk, const Options &) {
+static void getXRange(PlotwerkControl &plotwerk, const Options &) {
     const auto [xmin, xmax] = plotwerk.getXRangeOf_xmin_xmax_(documentName);
     answer("xmin= %g xmax= %g\n", xmin, xmax);
 }
 
-void getFitRange(PlotwerkControl &plotwerk, const Options &) {
+static void getFitRange(PlotwerkControl &plotwerk, const Options &) {
     const auto [xmin, xmax] = plotwerk.getFitRangeOf_xmin_xmax_(documentName);
     answer("xmin= %g xmax= %g\n", xmin, xmax);
 }
 
-void getYRange(PlotwerkControl &plotwerk, const Options &) {
+static void getYRange(PlotwerkControl &plotwerk, const Options &) {
     const auto [ymin, ymax] = plotwerk.getYRangeOf_ymin_ymax_(documentName);
     answer("ymin= %g ymax= %g\n", ymin, ymax);
 }
 
-void setXRange(PlotwerkControl &plotwerk, const Options &options) {
+static void setXRange(PlotwerkControl &plotwerk, const Options &options) {
     const double xmin = real(options['s']);
     const double xmax = real(options['e']);
     plotwerk.setXRangeOf_xmin_xmax_(documentName, xmin, xmax);
 }
 
-void setFitRange(PlotwerkControl &plotwerk, const Options &options) {
+static void setFitRange(PlotwerkControl &plotwerk, const Options &options) {
     const double xmin = real(options['s']);
     const double xmax = real(options['e']);
     plotwerk.setFitRangeOf_xmin_xmax_(documentName, xmin, xmax);
 }
 
-void setYRange(PlotwerkControl &plotwerk, const Options &options) {
+static void setYRange(PlotwerkControl &plotwerk, const Options &options) {
     const double ymin = real(options['s']);
     const double ymax = real(options['e']);
     plotwerk.setYRangeOf_ymin_ymax_(documentName, ymin, ymax);
 }
 
-void getVar(PlotwerkControl &plotwerk, const Options &options) {
+static void getVar(PlotwerkControl &plotwerk, const Options &options) {
     const std::string variable = textOf(options['s']);
     answer("%s\n", plotwerk.getVarOf_varName_(documentName, variable).c_str());
 }
 
-void setFormula(PlotwerkControl &plotwerk, const Options &options) {
+static void setFormula(PlotwerkControl &plotwerk, const Options &options) {
     plotwerk.setFormulaOf_formulaText_(documentName, textOf(options.fText));
 }
 
-void setFormulaParameters(PlotwerkControl &plotwerk, const Options &options) {
+static void setFormulaParameters(PlotwerkControl &plotwerk, const Options &options) {
     plotwerk.readFormulaParameterOf_parameterList_(documentName, textOf(options.pText));
 }
 
@@ -64,22 +64,39 @@ static char *oneLineOf(const std::string &text) {
     return line;
 }
 
-void getFormula(PlotwerkControl &plotwerk, const Options &) {
+static void getFormula(PlotwerkControl &plotwerk, const Options &) {
     // Its commas stay: they part the arguments of functions.
     answer("%s\n", oneLineOf(plotwerk.formulaTextOf_(documentName)));
 }
 
-void getFormulaParameters(PlotwerkControl &plotwerk, const Options &) {
+static void getFormulaParameters(PlotwerkControl &plotwerk, const Options &) {
     char *line = oneLineOf(plotwerk.formulaParameterListOf_(documentName));
     plw::decimalSeparatorToDot(line);
     answer("%s\n", line);
 }
 
-void fit(PlotwerkControl &plotwerk, const Options &) {
+static void fit(PlotwerkControl &plotwerk, const Options &) {
     const auto [status, iterations, lambda, chiq] =
         plotwerk.startFitOf_iterations_lambda_chiq_(documentName);
     // 0 is success here, unlike didSaveSucceed's yes.
     answer("fit %s %d %g %g\n", status == 0 ? "succeeded" : "ERROR", iterations, lambda, chiq);
 }
+
+static constexpr CommandRow rows[] = {
+    {"getXRange", "", getXRange},
+    {"getFitRange", "", getFitRange},
+    {"getYRange", "", getYRange},
+    {"setXRange", "[-s min] [-e max]", setXRange},
+    {"setFitRange", "[-s min] [-e max]", setFitRange},
+    {"setYRange", "[-s min] [-e max]", setYRange},
+    {"getVar", "-s name", getVar},
+    {"setFormula", "-f text", setFormula},
+    {"setFormulaParameters", "-p text", setFormulaParameters},
+    {"getFormula", "", getFormula},
+    {"getFormulaParameters", "", getFormulaParameters},
+    {"fit", "", fit},
+};
+
+constinit const CommandTable fitCommands = rows;
 
 } // namespace command

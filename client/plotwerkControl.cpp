@@ -1,13 +1,13 @@
 #include "client/plotwerkControl.h"
 
+#include "protocol/PlotwerkControlNames.h"
+
 #include <chrono>
 
-static const std::string busName = "org.plotwerk.PlotwerkControl";
-static const std::string objectPath = "/org/plotwerk/PlotwerkControl";
 static constexpr std::chrono::seconds callTimeout{300};
 
 PlotwerkControl::PlotwerkControl(const PlotwerkConnection &connection)
-    : ProxyInterfaces(*connection.bus, connection.owner, objectPath) {
+    : ProxyInterfaces(*connection.bus, connection.owner, plotwerkControl::objectPath) {
     registerProxy();
 }
 
@@ -24,7 +24,7 @@ PlotwerkConnection connectToPlotwerk() {
         sdbus::createProxy(*bus, "org.freedesktop.DBus", "/org/freedesktop/DBus")
             ->callMethod("GetNameOwner")
             .onInterface("org.freedesktop.DBus")
-            .withArguments(busName)
+            .withArguments(std::string(plotwerkControl::busName))
             .storeResultsTo(owner);
         return {std::move(bus), owner};
     } catch (const sdbus::Error &) {

@@ -1,10 +1,10 @@
 #include "client/answer.h"
-#include "client/commands.h"
+#include "client/commandTable.h"
 #include "client/execute.h"
 
 namespace command {
 
-void selectCurve(PlotwerkControl &plotwerk, const Options &options) {
+static void selectCurve(PlotwerkControl &plotwerk, const Options &options) {
     const std::string source = textOf(options['s']);
     const int table = integer(options['t']);
     const std::string column = textOf(options['c']);
@@ -13,7 +13,7 @@ void selectCurve(PlotwerkControl &plotwerk, const Options &options) {
                                                                      column, append);
 }
 
-void selectCurveByPosition(PlotwerkControl &plotwerk, const Options &options) {
+static void selectCurveByPosition(PlotwerkControl &plotwerk, const Options &options) {
     const int firstSource = integer(options['s']);
     const int lastSource = integer(options['e']);
     const int firstTable = integer(options['t']);
@@ -27,7 +27,7 @@ void selectCurveByPosition(PlotwerkControl &plotwerk, const Options &options) {
             append);
 }
 
-void selectCurveByIndex(PlotwerkControl &plotwerk, const Options &options) {
+static void selectCurveByIndex(PlotwerkControl &plotwerk, const Options &options) {
     const int first = integer(options['i']);
     const int last = integer(options['j']);
     const bool append = yesNo(options['a']);
@@ -35,7 +35,7 @@ void selectCurveByIndex(PlotwerkControl &plotwerk, const Options &options) {
                                                                   append);
 }
 
-void indexOfCurveName(PlotwerkControl &plotwerk, const Options &options) {
+static void indexOfCurveName(PlotwerkControl &plotwerk, const Options &options) {
     const std::string source = textOf(options['s']);
     const int table = integer(options['t']);
     const std::string column = textOf(options['c']);
@@ -43,18 +43,32 @@ void indexOfCurveName(PlotwerkControl &plotwerk, const Options &options) {
            plotwerk.indexOfCurveNameOf_source_table_column_(documentName, source, table, column));
 }
 
-void nextMarkedCurve(PlotwerkControl &plotwerk, const Options &) {
+static void nextMarkedCurve(PlotwerkControl &plotwerk, const Options &) {
     const auto [name, source, yData, table, index] =
         plotwerk.nameOfNextMarkedCurveOf_name_source_yData_table_index_(documentName);
     answer("%d %s %s Table %d %s\n", index, yData ? "y" : "x", name.c_str(), table, source.c_str());
 }
 
-void markSelectedCurves(PlotwerkControl &plotwerk, const Options &) {
+static void markSelectedCurves(PlotwerkControl &plotwerk, const Options &) {
     answer("%d\n", plotwerk.markSelectedCurvesOf_(documentName));
 }
 
-void markSelectionAsFitData(PlotwerkControl &plotwerk, const Options &) {
+static void markSelectionAsFitData(PlotwerkControl &plotwerk, const Options &) {
     plotwerk.markSelectionAsFitDataOf_(documentName);
 }
+
+static constexpr CommandRow rows[] = {
+    {"selectCurve", "[-s source] [-t table] [-c column] [-a yes-or-no]", selectCurve},
+    {"selectCurveByPosition",
+     "[-s first] [-e last] [-t first] [-u last] [-c first] [-f last] [-a yes-or-no]",
+     selectCurveByPosition},
+    {"selectCurveByIndex", "[-i first] [-j last] [-a yes-or-no]", selectCurveByIndex},
+    {"indexOfCurveName", "[-s source] [-t table] [-c column]", indexOfCurveName},
+    {"nextMarkedCurve", "", nextMarkedCurve},
+    {"markSelectedCurves", "", markSelectedCurves},
+    {"markSelectionAsFitData", "", markSelectionAsFitData},
+};
+
+constinit const CommandTable selectionCommands = rows;
 
 } // namespace command

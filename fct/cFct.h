@@ -67,6 +67,7 @@ void zeroCFct2D(CFct2D *F);
 // Makes nx and ny 0; the arrays stay.
 void clearCFct2D(CFct2D *F);
 
+// Releases the grid and its arrays.
 void freeCFct2D(CFct2D *F);
 
 } // namespace plw

@@ -44,6 +44,7 @@ double fct2DAt(const Fct2D *F, int i, int j);
 // Makes nx and ny 0; the arrays stay.
 void clearFct2D(Fct2D *F);
 
+// Releases the grid and its arrays.
 void freeFct2D(Fct2D *F);
 
 // Writes a line "X  Y  VALUE" for each grid point, row by row (x runs first) or column by column (y

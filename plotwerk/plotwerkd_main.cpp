@@ -1,6 +1,7 @@
 // plotwerkd - a Plotwerk without a window: opens files and answers the messages of the session bus.
 #include "plotwerk/application/application.h"
 #include "plotwerk/base/log.h"
+#include "plotwerk/server/mainLoop.h"
 #include "plotwerk/server/server.h"
 
 #include <csignal>
@@ -70,13 +71,14 @@ int main(int argc, char **argv) {
     // only.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
+    holdSignals();
 
     Application application;
     int status = 0;
     try {
         Server server(application);
         openFiles(application, argv + optind, argc - optind);
-        server.run();
+        runUntilSignal(server);
     } catch (const std::exception &error) {
         log(LogLevel::error, error.what());
         status = 1;

@@ -1,4 +1,4 @@
-# packages.sh - sourced by the other scripts: the Debian packages that a step needs.
+# packages.sh - sourced by the other scripts: the Debian packages that each of them needs.
 
 # Installs those of the named packages that are missing, as root or through sudo, and says which.
 need_packages() {
@@ -23,8 +23,16 @@ need_packages() {
         apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
+# What the programs and the library are built of.
 build_packages=(g++ cmake ninja-build pkg-config libsdbus-c++-dev libsdbus-c++-bin libsystemd-dev
-    nlohmann-json3-dev libcairo2-dev libpango1.0-dev libtiff-dev zlib1g-dev fonts-dejavu-core)
+    nlohmann-json3-dev libboost-dev libre2-dev libcairo2-dev libpango1.0-dev libtiff-dev zlib1g-dev
+    fonts-dejavu-core)
+# A message bus of one's own.
 bus_packages=(dbus-daemon)
-test_packages=(libgtest-dev libbenchmark-dev libgsl-dev systemd dpkg-dev clang llvm
-    libclang-rt-14-dev poppler-utils ghostscript libtiff-tools clang-format clang-tidy)
+# What the tests and benchmarks are built of; packing, and tools that look into pictures.
+test_packages=(libgtest-dev libbenchmark-dev libgsl-dev dpkg-dev file poppler-utils ghostscript
+    libtiff-tools)
+# Sanitizers and fuzzers.
+sanitizer_packages=(clang llvm libclang-rt-14-dev)
+# What looks at the sources.
+check_packages=(clang-format clang-tidy doxygen)

@@ -1,6 +1,7 @@
 #include "plotwerk/application/application.h"
 
 #include "plotwerk/base/log.h"
+#include "plotwerk/base/programs.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/data/exchange.h"
 #include "plotwerk/files/atomicFile.h"
@@ -57,7 +58,7 @@ static std::string withoutMark(std::string text) {
 }
 
 // The document in a file of any kind. Its name may be taken.
-static Document documentIn(const fs::path &path) {
+static Document documentIn(const fs::path &path, char decimalSeparator) {
     std::string bytes = readWholeFile(path);
     Document document;
     try {
@@ -68,7 +69,8 @@ static Document documentIn(const fs::path &path) {
             if (bytes.find('\0') != std::string::npos) {
                 throw Refusal("neither a saved document nor data text");
             }
-            addData(document, nameAfter(path), withoutMark(plw::utf8Of(std::move(bytes))));
+            addData(document, nameAfter(path), withoutMark(plw::utf8Of(std::move(bytes))),
+                    decimalSeparator);
             document.changed = false; // the file holds it all
         }
     } catch (const Refusal &refusal) {
@@ -93,7 +95,7 @@ Document &Application::open(const fs::path &file, bool rangeOverAll) {
     if (found != documents.end()) {
         activate(**found);
     } else {
-        add(documentIn(path));
+        add(documentIn(path, decimalSeparator));
         log(LogLevel::info, "opened " + path.string() + " as " + inQuotes(front()->name));
     }
     Document &document = *front();
@@ -131,6 +133,44 @@ std::vector<std::string> Application::changedDocuments() const {
         if (open->changed) names.push_back(open->name);
     }
     return names;
+}
+
+void Application::savePicture(Document &document, const fs::path &file, PictureKind kind) {
+    document.lastSaveSucceeded = false;
+    const fs::path path = given(file);
+    writePicture(path, document, kind);
+    document.lastSaveSucceeded = true;
+    log(LogLevel::info, "saved the picture of " + inQuotes(document.name) + " in " + path.string());
+}
+
+void Application::copyPicture(const Document &document, PictureKind kind) {
+    clipboard = {"", '.', writeClipboardPicture(document, kind)};
+}
+
+void Application::print(const Document &document) {
+    printPicture(document);
+    log(LogLevel::info, "printed " + inQuotes(document.name));
+}
+
+void Application::newComposition(double width, double height) {
+    composition.emplace(width, height);
+}
+
+static Composition &required(std::optional<Composition> &composition) {
+    if (!composition) throw Refusal("there is no composition");
+    return *composition;
+}
+
+void Application::addToComposition(const Document &document, const PageRectangle &rectangle,
+                                   double angle, double shear) {
+    required(composition).add(document, rectangle, angle, shear);
+}
+
+void Application::saveComposition(const fs::path &file, const std::string &opener) {
+    const fs::path path = given(file);
+    writePage(path, required(composition));
+    log(LogLevel::info, "saved the composition in " + path.string());
+    if (!opener.empty() && opener != "none") startProgram({opener, path.string()});
 }
 
 } // namespace plotwerk

@@ -1,7 +1,9 @@
-// application.h - the open documents, and what they share.
+// application.h - the open documents, and what they share. Whoever serves messages or shows a window
+// asks this one place.
 #ifndef PLOTWERK_APPLICATION_APPLICATION_H
 #define PLOTWERK_APPLICATION_APPLICATION_H
 
+#include "plotwerk/application/pictureFiles.h"
 #include "plotwerk/drawing/pages.h"
 #include "plotwerk/model/document.h"
 
@@ -22,13 +24,12 @@ struct Clipboard {
     std::filesystem::path picture;
 };
 
-enum class PictureKind { pdf, eps, tiff };
-
 // A name is never empty and never that of two documents: a taken one is made unique by adding the
 // time. The front document is the one opened, created or activated last. Whatever throws a Refusal
 // has changed nothing.
 class Application {
   public:
+    char decimalSeparator = '.'; // or ',': of data text and parameter lists
     Clipboard clipboard;
     std::string lastError; // the line of the last message that was refused, empty after a success
 
@@ -66,11 +67,10 @@ class Application {
     // Counts as the document's last save.
     void savePicture(Document &document, const std::filesystem::path &file, PictureKind kind);
 
-    // Into $XDG_RUNTIME_DIR/plotwerk/clipboard.pdf, .eps or .tiff, which is the clipboard's content
-    // from now on. Throws Refusal also when there is no such directory for the user.
+    // The clipboard's file (writeClipboardPicture) is its content from now on.
     void copyPicture(const Document &document, PictureKind kind);
 
-    // Hands a PDF to lp, and doesn't wait. Throws Refusal when that can't be started.
+    // As printPicture.
     void print(const Document &document);
 
     // There is one composition at a time; a new one replaces it, saving doesn't end it. It has

@@ -13,7 +13,8 @@ namespace plotwerk {
 // Throws Refusal "can't start PROGRAM: REASON".
 void startProgram(std::vector<std::string> words, std::string_view input = {});
 
-// Buries the programs that have ended, and logs how if it was not well. To be called on SIGCHLD.
+// Collects the started programs that have ended, so that none stays as a zombie, and logs those
+// that failed or were ended by a signal. To be called on SIGCHLD.
 void reapChildren();
 
 } // namespace plotwerk

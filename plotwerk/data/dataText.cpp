@@ -1,7 +1,6 @@
 #include "plotwerk/data/dataText.h"
 
 #include "plotwerk/base/refusal.h"
-#include "util/number/decimal.h"
 #include "util/number/format.h"
 #include "util/text/charclass.h"
 #include "util/text/scanline.h"
@@ -10,6 +9,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <numeric>
 #include <optional>
@@ -24,36 +24,12 @@ constexpr std::size_t mostColumns = 1'000'000;
 
 constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
 
-bool isSeparator(char c) {
-    return c == ';' || (c == ',' && plw::decimalSeparator != ',');
-}
-
 bool endsLine(char c) {
     return c == '\0' || c == '#';
 }
 
-bool endsField(char c) {
-    return plw::isBlank(c) || endsLine(c) || isSeparator(c);
-}
-
 bool isQuote(char c) {
     return c == '"' || c == '\'';
-}
-
-// Moves p over the gap behind a field, up to the next field or the line's end, and returns how many
-// fields are missing in it.
-int missingInGap(char *&p) {
-    int separators = 0;
-    int tabs = 0;
-    for (;; ++p) {
-        if (isSeparator(*p))
-            ++separators;
-        else if (*p == '\t')
-            ++tabs;
-        else if (*p != ' ')
-            break;
-    }
-    return std::max((separators > 0 ? separators : tabs) - 1, 0);
 }
 
 // True when two tabs of a line have nothing but blanks between them.
@@ -64,49 +40,79 @@ bool hasEmptyField(const char *line) {
     return false;
 }
 
-// Moves p to the first field, and returns how many separators are before it.
-int missingBeforeFirst(char *&p) {
-    int missing = 0;
-    for (p = plw::skipSpaces(p); isSeparator(*p); p = plw::skipSpaces(p + 1)) ++missing;
-    return missing;
-}
+// What the fields of a line are, and the gaps between them.
+class FieldScanner {
+  public:
+    explicit FieldScanner(char decimalSeparator) : commaSeparates(decimalSeparator != ',') {}
 
-// Cuts the word at p out of its line, and moves p behind it.
-std::string word(char *&p) {
-    const char quote = *p;
-    if (!isQuote(quote)) {
-        char *begin = p;
-        while (!endsField(*p)) ++p;
-        return {begin, p};
+    // Moves p over the gap behind a field, up to the next field or the line's end, and returns how
+    // many fields are missing in it.
+    int missingInGap(char *&p) const {
+        int separators = 0;
+        int tabs = 0;
+        for (;; ++p) {
+            if (isSeparator(*p))
+                ++separators;
+            else if (*p == '\t')
+                ++tabs;
+            else if (*p != ' ')
+                break;
+        }
+        return std::max((separators > 0 ? separators : tabs) - 1, 0);
     }
-    char unused;
-    std::string name = plw::nextWord(&p, &unused, &unused);
-    for (std::size_t at = 0; (at = name.find('\\', at)) != std::string::npos; ++at)
-        if (at + 1 < name.size() && name[at + 1] == quote) name.erase(at, 1);
-    return name;
-}
 
-// Reads a number, NaN included, at p and moves p behind it. False for a word: p stays.
-bool readValue(char *&p, double &value) {
-    int count;
-    char *end = plw::scanline(p, &value, 1, &count);
-    if (end == p) {
-        if (*p != '-' || !endsField(p[1])) return false;
-        value = unset;
-        ++p;
+    // Moves p to the first field, and returns how many separators are before it.
+    int missingBeforeFirst(char *&p) const {
+        int missing = 0;
+        for (p = plw::skipSpaces(p); isSeparator(*p); p = plw::skipSpaces(p + 1)) ++missing;
+        return missing;
+    }
+
+    // Cuts the word at p out of its line, and moves p behind it.
+    std::string word(char *&p) const {
+        const char quote = *p;
+        if (!isQuote(quote)) {
+            char *begin = p;
+            while (!endsField(*p)) ++p;
+            return {begin, p};
+        }
+        char unused;
+        std::string name = plw::nextWord(&p, &unused, &unused);
+        for (std::size_t at = 0; (at = name.find('\\', at)) != std::string::npos; ++at)
+            if (at + 1 < name.size() && name[at + 1] == quote) name.erase(at, 1);
+        return name;
+    }
+
+    // Reads a number, NaN included, at p and moves p behind it. False for a word: p stays.
+    bool readValue(char *&p, double &value) const {
+        int count;
+        char *end = plw::scanline(p, &value, 1, &count);
+        if (end == p) {
+            if (*p != '-' || !endsField(p[1])) return false;
+            value = unset;
+            ++p;
+            return true;
+        }
+        // of a number out of range scanline stores what comes nearest, but doesn't count it
+        char *behind = end;
+        while (plw::isBlank(behind[-1])) --behind;
+        if (!endsField(*behind)) return false;
+        p = behind;
         return true;
     }
-    // of a number out of range scanline stores what comes nearest, but doesn't count it
-    char *behind = end;
-    while (plw::isBlank(behind[-1])) --behind;
-    if (!endsField(*behind)) return false;
-    p = behind;
-    return true;
-}
+
+  private:
+    bool isSeparator(char c) const { return c == ';' || (c == ',' && commaSeparates); }
+    bool endsField(char c) const { return plw::isBlank(c) || endsLine(c) || isSeparator(c); }
+
+    bool commaSeparates;
+};
 
 // Reads the lines of a text, one by one, into tables.
 class TableReader {
   public:
+    explicit TableReader(char separator) : decimalSeparator(separator), fields(separator) {}
+
     void readLine(char *line) {
         const char first = *plw::skipSpaces(line);
         if (first == '\0') {
@@ -125,6 +131,8 @@ class TableReader {
     }
 
   private:
+    char decimalSeparator;
+    FieldScanner fields;
     std::vector<DataTable> tables;
     std::size_t values = 0; // of the tables that are finished
     std::size_t columnsInUse = 0;
@@ -140,21 +148,21 @@ class TableReader {
     // Reads the fields of a line into row; true when one of them was a word. In the place of a
     // comma that is a decimal point the line gets a '.'.
     bool readFields(char *p) {
-        if (plw::decimalSeparator == ',') plw::decimalSeparatorToDot(p);
+        if (decimalSeparator == ',') std::replace(p, p + std::strlen(p), ',', '.');
         bool hasWord = false;
-        row.assign(missingBeforeFirst(p), unset);
+        row.assign(fields.missingBeforeFirst(p), unset);
         std::size_t width = row.size();
         while (!endsLine(*p)) {
             double value;
-            const bool isNumber = !isQuote(*p) && readValue(p, value);
+            const bool isNumber = !isQuote(*p) && fields.readValue(p, value);
             if (!isNumber) {
                 value = unset;
-                word(p);
+                fields.word(p);
                 hasWord = true;
             }
             row.push_back(value);
             if (isNumber) width = row.size();
-            const int missing = missingInGap(p);
+            const int missing = fields.missingInGap(p);
             if (missing > 0) {
                 row.insert(row.end(), missing, unset);
                 width = row.size();
@@ -165,10 +173,10 @@ class TableReader {
     }
 
     void readNames(char *p) {
-        names.assign(missingBeforeFirst(p), std::nullopt);
+        names.assign(fields.missingBeforeFirst(p), std::nullopt);
         while (!endsLine(*p)) {
-            names.emplace_back(word(p));
-            names.insert(names.end(), missingInGap(p), std::nullopt);
+            names.emplace_back(fields.word(p));
+            names.insert(names.end(), fields.missingInGap(p), std::nullopt);
         }
     }
 
@@ -278,28 +286,30 @@ void writeName(std::string name, std::string &text) {
     text += quote;
 }
 
-void writeNumber(double value, std::string &text) {
+void writeNumber(double value, char decimalSeparator, std::string &text) {
+    const std::size_t begin = text.size();
     const char *digits = plw::stringOfDouble(value);
-    if (std::isnan(value) || plw::valueOfString(digits) == value) {
+    if (std::isnan(value) || std::strtod(digits, nullptr) == value) {
         text += digits;
-        return;
+    } else {
+        char exact[32];
+        text.append(exact, std::to_chars(exact, exact + sizeof exact, value).ptr);
     }
-    char exact[32];
-    char *end = std::to_chars(exact, exact + sizeof exact, value).ptr;
-    std::replace(exact, end, '.', plw::decimalSeparator);
-    text.append(exact, end);
+    if (decimalSeparator == '.') return;
+    const std::size_t point = text.find('.', begin);
+    if (point != std::string::npos) text[point] = decimalSeparator;
 }
 
 } // namespace
 
-std::vector<DataTable> readDataText(std::string text) {
+std::vector<DataTable> readDataText(std::string text, char decimalSeparator) {
     if (text.find('\0') != std::string::npos) throw Refusal("data text has a NUL byte");
     unifyLineEnds(text);
     char *line = text.data();
     char *const end = line + text.size();
     if (text.starts_with(byteOrderMark)) line += std::strlen(byteOrderMark);
 
-    TableReader reader;
+    TableReader reader(decimalSeparator);
     while (line < end) {
         auto *lineEnd = static_cast<char *>(std::memchr(line, '\n', end - line));
         if (lineEnd == nullptr) lineEnd = end;
@@ -312,7 +322,8 @@ std::vector<DataTable> readDataText(std::string text) {
     return tables;
 }
 
-void writeDataText(const std::vector<const Column *> &columns, std::string &text) {
+void writeDataText(const std::vector<const Column *> &columns, char decimalSeparator,
+                   std::string &text) {
     if (columns.empty()) return;
     if (!text.empty()) text += '\n';
     const auto writeLine = [&](auto writeField) {
@@ -324,7 +335,8 @@ void writeDataText(const std::vector<const Column *> &columns, std::string &text
     };
     writeLine([&](const Column &column) { writeName(column.name, text); });
     for (std::size_t row = 0; row < columns.front()->values.size(); ++row)
-        writeLine([&](const Column &column) { writeNumber(column.values[row], text); });
+        writeLine(
+            [&](const Column &column) { writeNumber(column.values[row], decimalSeparator, text); });
 }
 
 } // namespace plotwerk

@@ -1,7 +1,7 @@
 // dataText.h - data text: lines of numbers, as measurements write them and spreadsheets paste them.
 //
 // A line is a row. Lines end in LF, CR LF or CR. Fields are separated by blanks, tabs, semicolons
-// and commas; while plw::decimalSeparator is a comma, a comma is a decimal point and never
+// and commas; where the decimal separator is a comma, a comma is a decimal point and never
 // separates.
 //   - A semicolon or comma, with any blanks and tabs around it, ends one field; elsewhere each tab
 //     does, and any number of blanks. Nothing between two of them is NaN: "1,,3" "1;;3" "1\t\t3".
@@ -36,15 +36,17 @@ struct DataTable {
 
 // The tables of a data text; each has at least one y column and one row. Refused: a text without
 // rows, with a NUL byte, or whose tables would have more than 1e8 values, filled up with NaN.
-std::vector<DataTable> readDataText(std::string text);
+// decimalSeparator: '.' or ','; a point is a decimal point in either case.
+std::vector<DataTable> readDataText(std::string text, char decimalSeparator);
 
 // One table as data text, to be read back as it is: a line of names and a line for each row, fields
 // separated by tabs. Appended to text, after an empty line when there is text already. All columns
-// have the same number of rows. Numbers have plw::decimalSeparator, and as many digits as
+// have the same number of rows. Numbers have the decimal separator, and as many digits as
 // stringOfDouble gives them, or, where these don't read back as the same number, as many as it
 // takes; NaN is NAN. In names, line ends become blanks, and a quoted name that would end in a
 // backslash gets a blank there.
-void writeDataText(const std::vector<const Column *> &columns, std::string &text);
+void writeDataText(const std::vector<const Column *> &columns, char decimalSeparator,
+                   std::string &text);
 
 } // namespace plotwerk
 

@@ -72,8 +72,9 @@ void appendRows(const DataTable &more, Table &table) {
 
 } // namespace
 
-void replaceData(Document &document, const std::string &source, std::string text) {
-    std::vector<DataTable> read = readDataText(std::move(text));
+void replaceData(Document &document, const std::string &source, std::string text,
+                 char decimalSeparator) {
+    std::vector<DataTable> read = readDataText(std::move(text), decimalSeparator);
     std::vector<Table> &old = sourceNamed(document, source).tables;
     int others = numberOfCurves(document);
     for (const Table &table : old) others -= static_cast<int>(table.y.size());
@@ -86,8 +87,9 @@ void replaceData(Document &document, const std::string &source, std::string text
     document.changed = true;
 }
 
-void appendData(Document &document, const std::string &source, std::string text) {
-    std::vector<DataTable> read = readDataText(std::move(text));
+void appendData(Document &document, const std::string &source, std::string text,
+                char decimalSeparator) {
+    std::vector<DataTable> read = readDataText(std::move(text), decimalSeparator);
     std::vector<Table> &tables = sourceNamed(document, source).tables;
 
     // the text's tables stand beside the last ones of the source
@@ -122,11 +124,13 @@ void addSource(Document &document, const std::string &name, std::vector<Table> t
     document.changed = true;
 }
 
-void addData(Document &document, const std::string &source, std::string text) {
-    addSource(document, source, tablesOf(readDataText(std::move(text)), numberOfCurves(document)));
+void addData(Document &document, const std::string &source, std::string text,
+             char decimalSeparator) {
+    addSource(document, source,
+              tablesOf(readDataText(std::move(text), decimalSeparator), numberOfCurves(document)));
 }
 
-std::string dataTextOfSelection(const Document &document, bool includeX) {
+std::string dataTextOfSelection(const Document &document, bool includeX, char decimalSeparator) {
     std::vector<std::vector<const Column *>> blocks;
     std::vector<const Table *> tables;
     for (const CurveRef &curve : requireSelection(document)) {
@@ -140,7 +144,7 @@ std::string dataTextOfSelection(const Document &document, bool includeX) {
         blocks[at].push_back(&columnOf(document, curve));
     }
     std::string text;
-    for (const auto &columns : blocks) writeDataText(columns, text);
+    for (const auto &columns : blocks) writeDataText(columns, decimalSeparator, text);
     return text;
 }
 

@@ -11,7 +11,7 @@ namespace plotwerk {
 
 // Reads data text into the source of that name (an empty name is "Data"; of several the first). A
 // missing source is added. A curve that is new gets a colour that the last ones don't have. Refused
-// as readDataText refuses.
+// as readDataText refuses, which tells about the decimal separator as well.
 //
 // replaceData exchanges the source's tables for those of the text. A column that comes to the
 // position of an old one keeps that one's look, mark, fit data mark and rank in the selection.
@@ -20,18 +20,20 @@ namespace plotwerk {
 // text has: where both have as many columns the rows go below, and the names stay; numbers without
 // x continue a table whose x counts its rows (0, 1, 2, ...). Any other table of the text is added
 // to the source.
-void replaceData(Document &document, const std::string &source, std::string text);
-void appendData(Document &document, const std::string &source, std::string text);
+void replaceData(Document &document, const std::string &source, std::string text,
+                 char decimalSeparator);
+void appendData(Document &document, const std::string &source, std::string text,
+                char decimalSeparator);
 
 // Adds a last source of that name, made free with freeName, with these tables.
 void addSource(Document &document, const std::string &name, std::vector<Table> tables);
 
 // Reads data text into a new last source of that name, as addSource makes it.
-void addData(Document &document, const std::string &name, std::string text);
+void addData(Document &document, const std::string &name, std::string text, char decimalSeparator);
 
 // The selected curves as data text: one block for each of their tables, each with its columns in
 // the order of the selection, led by x if so asked. Refused without a selection.
-std::string dataTextOfSelection(const Document &document, bool includeX);
+std::string dataTextOfSelection(const Document &document, bool includeX, char decimalSeparator);
 
 } // namespace plotwerk
 

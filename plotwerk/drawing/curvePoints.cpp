@@ -1,6 +1,6 @@
 #include "plotwerk/drawing/curvePoints.h"
 
-#include "fct/statistics.h"
+#include "plotwerk/model/sampledFunction.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,9 +12,7 @@ static constexpr double mostInterpolatedPoints = 4e6;
 static Path meansOnPaper(const DrawnCurve &curve, const PlacedFrame &frame) {
     std::vector<double> x = curve.table->x.values;
     std::vector<double> y = curve.column->values;
-    int means = 0;
-    plw::average(x.data(), y.data(), static_cast<int>(std::min(x.size(), y.size())),
-                 curve.column->look.sum, &means);
+    const int means = averageBlocks(x, y, curve.column->look.sum);
     Path path;
     path.reserve(static_cast<size_t>(means));
     for (int i = 0; i < means; ++i)

@@ -28,8 +28,8 @@ void setFormula(Document &document, const std::string &text) {
     document.changed = true;
 }
 
-void setParameters(Document &document, const std::string &list) {
-    readParameterList(list, document.parameters);
+void setParameters(Document &document, const std::string &list, char decimalSeparator) {
+    readParameterList(list, decimalSeparator, document.parameters);
     document.changed = true;
 }
 
@@ -80,8 +80,8 @@ static Range drawnRange(const FitData &data) {
     return range;
 }
 
-// As many points as the data have, within limits, evenly along the axis: peaks that the data
-// resolve are seen.
+// As many points as the data have, so that peaks that the data resolve show, spaced evenly along
+// the axis; but enough for a smooth line, and no more than a line of the paper's width can show.
 static std::vector<double> samplesOf(const Range &range, int points, bool logarithmic) {
     const int n = std::clamp(points, 500, 10'000);
     if (!(range.min < range.max)) return {range.min};
@@ -118,14 +118,14 @@ static Table tableOfFit(const Document &document, const CurveRef &fitted, const 
     return table;
 }
 
-// Puts the curve into the place of that of the last fit, or into a new source.
+// Replaces the curve that the last fit has drawn, or adds a source.
 static void show(Table table, const CurveRef &fitted, Document &document) {
     Column &drawn = table.y.front();
     for (const CurveRef &curve : curvesOf(document)) {
         Column &old = columnOf(document, curve);
         if (!old.drawnByFit) continue;
-        Table &place = tableOf(document, curve);
-        if (curve == fitted || place.y.size() > 1) {
+        Table &last = tableOf(document, curve);
+        if (curve == fitted || last.y.size() > 1) {
             old.drawnByFit = false; // the user's own from now on
             continue;
         }
@@ -133,7 +133,7 @@ static void show(Table table, const CurveRef &fitted, Document &document) {
         drawn.look = old.look;
         drawn.marked = old.marked;
         drawn.rank = old.rank;
-        place = std::move(table);
+        last = std::move(table);
         return;
     }
     std::vector<Table> tables;

@@ -14,7 +14,7 @@ namespace plotwerk {
 void setFormula(Document &document, const std::string &text);
 
 // Refused as readParameterList refuses.
-void setParameters(Document &document, const std::string &list);
+void setParameters(Document &document, const std::string &list, char decimalSeparator);
 
 // Fits the formula to the fit data, or else to the first selected curve, or else to the only one;
 // what the last fit has drawn doesn't count as a curve there. Points outside of the fit range don't

@@ -33,6 +33,7 @@ static std::string listed(const std::vector<std::string> &names) {
     return list;
 }
 
+// A step costs their third power: most of a second at the limit.
 constexpr std::size_t mostFree = 500;
 
 // Why the fit can't even begin; empty when it can.
@@ -108,15 +109,16 @@ FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParam
     outcome.result.iterations = minimum.iterations;
     outcome.result.lambda = minimum.lambda;
 
-    switch (minimum.ending) {
-    case Ending::minimum: break;
-    case Ending::noStart: return failed(fitWithoutValue, failingPoint(formula, points, values));
-    case Ending::notFound:
+    switch (minimum.termination) {
+    case Termination::converged: break;
+    case Termination::noStart:
+        return failed(fitWithoutValue, failingPoint(formula, points, values));
+    case Termination::notConverged:
         return failed(fitNotConverged,
                       "no minimum found after " + std::to_string(minimum.iterations) + " steps");
-    case Ending::undetermined: {
+    case Termination::undetermined: {
         std::vector<std::string> names;
-        for (int k : minimum.vague) names.push_back(parameters[free[k]].name);
+        for (int k : minimum.undetermined) names.push_back(parameters[free[k]].name);
         return failed(fitUndetermined, "the data do not determine " + listed(names) +
                                            (names.size() > 1 ? " independently" : ""));
     }

@@ -24,8 +24,8 @@ struct FitData {
 // As `startFit...` answers it.
 enum FitStatus : int {
     fitConverged = 0,
-    fitImpossible = 1,   // the formula, the data and the parameters don't make a problem
-    fitWithoutValue = 2, // the formula has no finite value or derivative where the fit begins
+    fitImpossible = 1,   // formula, data and parameters can't be fitted (reason says why)
+    fitWithoutValue = 2, // the formula has no finite value or derivative at the start
     fitUndetermined = 3, // the data don't determine all parameters
     fitNotConverged = 4
 };
@@ -36,22 +36,22 @@ struct FitOutcome {
     FitResult result;   // done when it converged; without that chiSquare is unset
 };
 
-// Minimises the sum of ((y - formula(x)) / error)^2 over the points of the range by the parameters
-// that aren't fixed, from their values on. Converged, it sets their values and errors, and the
-// fixed ones' errors to unset; otherwise the parameters stay as they were.
+// Minimises the sum of ((y - formula(x)) / error)^2 over the points of the range by varying the
+// parameters that aren't fixed, starting from their values. When it has converged their values and
+// errors are set, and the errors of fixed ones are unset; otherwise the parameters stay as they
+// were.
 //
-// Takes part: a point with finite x and y and, when there are errors, a finite one above 0 (a point
-// without a known error has no known weight).
+// A point takes part when x and y are finite and its error, if there are errors, is finite and
+// above 0: without a known error it has no known weight.
 //
-// An error is the parameter's standard deviation with the residuals as the measure of the scatter:
-// sqrt(chiSquare / (points - free parameters) * diagonal of the inverse of J'J). That holds with
-// given errors, too: they only tell the points' relative weights. Unset when there are as many
-// parameters as points. With no free parameter nothing but chiSquare is found.
+// A parameter's error is its standard deviation, the scatter being estimated from the residuals:
+// sqrt(chiSquare / (points - free parameters) * diagonal of the inverse of J'J). Given errors don't
+// change that: they are relative weights. The errors are unset when there are as many free
+// parameters as points. If all parameters are fixed only chiSquare is computed.
 //
-// parameters: one for each of formula.parameterNames(), in that order.
-// There may be at most 500 free parameters, since the time for a step grows with their third power.
-// limit: when it has passed the fit is given up as not converged; only millions of points come
-// near.
+// parameters: one for each of formula.parameterNames(), in that order. At most 500 may be free.
+// limit: the fit is given up as not converged when it has taken so long; only millions of points
+// come near that.
 FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParameter> &parameters,
                std::chrono::seconds limit = std::chrono::seconds(120));
 

@@ -8,32 +8,33 @@
 
 namespace plotwerk {
 
-enum class Ending {
-    minimum,      // the parameters are the minimum's, to their last digits
+enum class Termination {
+    converged,    // the parameters are those of the minimum, to their last digits
     noStart,      // no finite sum of squares, or derivatives, at the start
-    undetermined, // where the search ended, the data do not tell some of the parameters (apart)
-    notFound      // no minimum after as many steps as are allowed
+    undetermined, // at the last iterate the data leave some parameters undetermined
+    notConverged  // no minimum within the number of steps allowed
 };
 
 struct Minimum {
-    Ending ending = Ending::notFound;
+    Termination termination = Termination::notConverged;
     std::vector<double> b;
     std::vector<double> deviations; // standard deviation of b per unit of residual variance
     double chiSquare = 0;
-    double lambda = 0;      // damping of the last step that was taken
-    int iterations = 0;     // steps tried
-    std::vector<int> vague; // undetermined: which of b
+    double lambda = 0;             // damping of the last step that was taken
+    int iterations = 0;            // steps tried
+    std::vector<int> undetermined; // which of b, when some are
 };
 
-// Searches from b on. In two parts: damped steps (Levenberg and Marquardt, with More's scaling,
-// corrected for the curvature of the path as Transtrum and Sethna do) in double precision until the
-// residuals barely change; from there undamped ones in extended precision until the numbers stand
-// still. A search that strays into a region where the data no longer determine the parameters
-// (an exponential that has died out, a rational function that has become flat) is begun anew, with
-// steps that forget the first scales and may lead uphill.
+// Minimises from `start` on, in two stages. The solver takes damped steps in double precision
+// (Levenberg and Marquardt, with More's scaling and the geodesic acceleration of Transtrum and
+// Sethna) until the residuals hardly change. From there the polish takes undamped Gauss-Newton
+// steps, in double and then in extended precision, until the parameters no longer change. If that
+// leads into a region where the data don't determine the parameters (an exponential that has
+// decayed to nothing, a rational function that has become flat), both stages are run once more from
+// the start with a bolder strategy: scales may shrink again, and a step may go uphill.
 //
 // The two Residuals are those of the same problem. Needs at least as many points as parameters.
-// Without parameters it ends at once.
+// Without parameters it converges at once.
 Minimum minimise(Residuals<double> &residuals, Residuals<long double> &extended,
                  const std::vector<double> &start);
 

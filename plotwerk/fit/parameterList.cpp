@@ -1,8 +1,8 @@
 #include "plotwerk/fit/parameterList.h"
 
 #include "plotwerk/base/refusal.h"
-#include "util/number/decimal.h"
 #include "util/number/format.h"
+#include "util/text/charclass.h"
 #include "util/text/equation.h"
 
 #include <algorithm>
@@ -29,15 +29,10 @@ std::vector<FitParameter> parametersNamed(const std::vector<std::string> &names,
     return parameters;
 }
 
-static bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 // scanEquation ends a value at every comma: those inside numbers become points first.
 static void decimalCommasToDots(std::string &text) {
-    if (plw::decimalSeparator != ',') return;
     for (std::size_t i = 1; i + 1 < text.size(); i++)
-        if (text[i] == ',' && isDigit(text[i - 1]) && isDigit(text[i + 1])) text[i] = '.';
+        if (text[i] == ',' && plw::isDigit(text[i - 1]) && plw::isDigit(text[i + 1])) text[i] = '.';
 }
 
 // The value of a word that is a number from end to end. Refuses others.
@@ -50,10 +45,11 @@ static double numberOf(const char *word, const char *name) {
     return value;
 }
 
-void readParameterList(std::string_view text, std::vector<FitParameter> &parameters) {
+void readParameterList(std::string_view text, char decimalSeparator,
+                       std::vector<FitParameter> &parameters) {
     std::string list(text);
     std::ranges::replace(list, '\r', ' ');
-    decimalCommasToDots(list);
+    if (decimalSeparator == ',') decimalCommasToDots(list);
     const std::string uncut = list; // scanEquation writes NULs over what ended a word
 
     std::vector<FitParameter> read = parameters;
@@ -78,8 +74,8 @@ void readParameterList(std::string_view text, std::vector<FitParameter> &paramet
         *parameter = {parameter->name, numberOf(value, name), unset, marked};
 
         // what may follow up to the line's end or a comma
-        const char ending = uncut[static_cast<std::size_t>(cursor - list.data()) - 1];
-        if (ending == '\n' || ending == ',') continue;
+        const char terminator = uncut[static_cast<std::size_t>(cursor - list.data()) - 1];
+        if (terminator == '\n' || terminator == ',') continue;
         cursor += std::strspn(cursor, " \t");
         if (std::strncmp(cursor, "+-", 2) == 0) {
             cursor += 2 + std::strspn(cursor + 2, " \t");
@@ -101,19 +97,23 @@ std::string allDigits(double value) {
     return {text, end};
 }
 
-std::string parameterList(const std::vector<FitParameter> &parameters) {
+std::string parameterList(const std::vector<FitParameter> &parameters, char decimalSeparator) {
+    const auto localized = [&](std::string number) {
+        std::ranges::replace(number, '.', decimalSeparator);
+        return number;
+    };
     std::string list;
     for (const FitParameter &parameter : parameters) {
         if (!list.empty()) list += '\n';
         list += parameter.name + " = ";
         if (parameter.error > 0 && std::isfinite(parameter.error)) {
-            list += plw::stringOfDoubleConsideringError(parameter.value, parameter.error, 0);
+            list +=
+                localized(plw::stringOfDoubleConsideringError(parameter.value, parameter.error, 0));
             list += " +- ";
-            list += plw::stringOfDoubleConsideringError(parameter.value, parameter.error, 1);
+            list +=
+                localized(plw::stringOfDoubleConsideringError(parameter.value, parameter.error, 1));
         } else {
-            std::string value = allDigits(parameter.value);
-            plw::dotToDecimalSeparator(value.data());
-            list += value;
+            list += localized(allDigits(parameter.value));
         }
         if (parameter.fixed) list += " !";
     }

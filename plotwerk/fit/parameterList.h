@@ -22,16 +22,18 @@ std::vector<FitParameter> parametersNamed(const std::vector<std::string> &names,
 // values for one the last counts, and a new value has no error.
 //   "a = 1.5, b=2!"   "a = 1.50 +- 0.02\nb = 2 !"
 // A comma separates; only when it is the decimal separator as well, one between two digits belongs
-// to the number. Throws a Refusal, and leaves all parameters as they were, for a name that isn't a
-// parameter's, for a value that isn't a finite number and for text that is no assignment.
-void readParameterList(std::string_view text, std::vector<FitParameter> &parameters);
+// to the number. A point is a decimal point in any case. Throws a Refusal, and leaves all
+// parameters as they were, for a name that isn't a parameter's, for a value that isn't a finite
+// number and for text that is no assignment.
+void readParameterList(std::string_view text, char decimalSeparator,
+                       std::vector<FitParameter> &parameters);
 
 // A line for each parameter, for readParameterList to read again: "name = value +- error" with the
 // digits that the error justifies, or "name = value" with all that it carries when there is no
 // error above 0; " !" behind fixed ones. Numbers have the decimal separator. No line feed at the
 // end.
 //   {a, 1.5, 0.02}, {b, 2, fixed} -> "a = 1.500 +- 0.020\nb = 2 !"
-std::string parameterList(const std::vector<FitParameter> &parameters);
+std::string parameterList(const std::vector<FitParameter> &parameters, char decimalSeparator);
 
 // The shortest text that gives the same double again, with a decimal point; "NAN".
 std::string allDigits(double value);

@@ -32,7 +32,7 @@ Real Residuals<Real>::linearise(const std::vector<Real> &b, RowReduction<Real> &
 
     Real chiSquare = 0;
     for (int i = 0; i < n; i += evaluator.blockSize()) {
-        keepDeadline();
+        checkDeadline();
         const int count = std::min(evaluator.blockSize(), n - i);
         const Real *f = evaluator.values(data.x.data() + i, nullptr, count);
         evaluator.differentiate();
@@ -54,8 +54,8 @@ Real Residuals<Real>::linearise(const std::vector<Real> &b, RowReduction<Real> &
 }
 
 template<class Real>
-std::vector<Real> Residuals<Real>::bend(const std::vector<Real> &b, const std::vector<Real> &v,
-                                        Real reach) {
+std::vector<Real> Residuals<Real>::accelerationSide(const std::vector<Real> &b,
+                                                    const std::vector<Real> &v, Real reach) {
     const int n = points();
     const int p = parameters();
     std::vector<Real> further(b);
@@ -63,10 +63,10 @@ std::vector<Real> Residuals<Real>::bend(const std::vector<Real> &b, const std::v
     setParameters(ahead, further);
     setParameters(evaluator, b);
 
-    std::vector<Real> bent(p);
+    std::vector<Real> side(p);
     std::vector<Real> second(evaluator.blockSize());
     for (int i = 0; i < n; i += evaluator.blockSize()) {
-        keepDeadline();
+        checkDeadline();
         const int count = std::min(evaluator.blockSize(), n - i);
         const Real *f = evaluator.values(data.x.data() + i, nullptr, count);
         const Real *fAhead = ahead.values(data.x.data() + i, nullptr, count);
@@ -82,9 +82,9 @@ std::vector<Real> Residuals<Real>::bend(const std::vector<Real> &b, const std::v
             second[k] *= 2 / reach * weight * weight;
         }
         for (int j = 0; j < p; j++)
-            bent[j] += dot(evaluator.derivative(free[j]), second.data(), count);
+            side[j] += dot(evaluator.derivative(free[j]), second.data(), count);
     }
-    return bent;
+    return side;
 }
 
 template<class Real> Real Residuals<Real>::dataLength() const {

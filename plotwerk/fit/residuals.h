@@ -25,7 +25,7 @@ struct FitPoints {
 
 // The residuals r = weight * (y - f(x; b)) as a function of the free parameters b, and J, the
 // derivatives of weight * f by them. Takes memory for one block of points, however many there are.
-// Real is double or long double. What it was made from must outlive it.
+// Real is double or long double. Formula and points must outlive it.
 template<class Real> class Residuals {
   public:
     // parameters: all of the formula's; free: the indexes of those that b holds.
@@ -43,15 +43,17 @@ template<class Real> class Residuals {
     // A triangle of the size that linearise() fills.
     RowReduction<Real> newTriangle() const { return {parameters(), evaluator.blockSize()}; }
 
-    // J' times the second derivative of weight * f along v, from the difference between f at
-    // b + reach * v and the tangent there (Transtrum and Sethna, arXiv:1201.5885).
-    std::vector<Real> bend(const std::vector<Real> &b, const std::vector<Real> &v, Real reach);
+    // The right-hand side of the geodesic acceleration (Transtrum and Sethna, arXiv:1201.5885): J'
+    // times the second derivative of weight * f along v, from the difference between f at
+    // b + reach * v and the tangent there.
+    std::vector<Real> accelerationSide(const std::vector<Real> &b, const std::vector<Real> &v,
+                                       Real reach);
 
     // Euclidean length of the weighted data.
     Real dataLength() const;
 
   private:
-    void keepDeadline() const {
+    void checkDeadline() const {
         if (std::chrono::steady_clock::now() > end) throw FitTooLong{};
     }
     void setParameters(Evaluator<Real> &to, const std::vector<Real> &b);

@@ -74,7 +74,7 @@ template<class Real> void Evaluator<Real>::differentiate() {
             from[o] = valueOrNull(operand);
             if (operand >= 0 && tape->instructions[operand].active) to[o] = adjointOf(operand);
         }
-        handDownAdjoints<Real>(instruction.operation, from, valueOf(k), adjointOf(k), to, points);
+        propagateAdjoints<Real>(instruction.operation, from, valueOf(k), adjointOf(k), to, points);
     }
 }
 

@@ -1,6 +1,6 @@
 #include "plotwerk/formula/kernels.h"
 
-#include "plotwerk/formula/digamma.h"
+#include <boost/math/special_functions/digamma.hpp>
 
 #include <cmath>
 #include <numbers>
@@ -26,6 +26,15 @@ template<class Real> Real powerSlope(Real a, Real b, Real power) {
 // d pow(a, b) / db. At a = 0 the power stays 0 for every b > 0.
 template<class Real> Real powerGrowth(Real a, Real b, Real power) {
     return a == 0 && b > 0 ? 0 : power * std::log(a);
+}
+
+// The logarithmic derivative of gamma; NaN at the poles 0, -1, -2, ... A double's is computed in
+// double precision, five times as fast as in extended.
+template<class Real> Real digamma(Real u) {
+    using namespace boost::math::policies;
+    using Quiet =
+        policy<pole_error<ignore_error>, overflow_error<ignore_error>, promote_double<false>>;
+    return boost::math::digamma(u, Quiet());
 }
 
 } // namespace
@@ -104,23 +113,25 @@ void computeValues(Operation operation, std::array<const Real *, 3> from, Real *
 }
 
 template<class Real>
-void handDownAdjoints(Operation operation, std::array<const Real *, 3> from, const Real *out,
-                      const Real *adjoint, std::array<Real *, 3> to, int n) {
+void propagateAdjoints(Operation operation, std::array<const Real *, 3> from, const Real *out,
+                       const Real *adjoint, std::array<Real *, 3> to, int n) {
     const Real *a = from[0];
     const Real *b = from[1];
     // slope(k): derivative by one operand at point k
-    const auto hand = [&](Real *into, auto slope) {
+    const auto propagate = [&](Real *into, auto slope) {
         if (into == nullptr) return;
         for (int i = 0; i < n; i++) {
             const Real part = adjoint[i] * slope(i);
             into[i] += adjoint[i] != 0 ? part : Real(0);
         }
     };
-    const auto unary = [&](auto slope) { hand(to[0], [&](int i) { return slope(a[i]); }); };
-    const auto outOnly = [&](auto slope) { hand(to[0], [&](int i) { return slope(out[i]); }); };
+    const auto unary = [&](auto slope) { propagate(to[0], [&](int i) { return slope(a[i]); }); };
+    const auto outOnly = [&](auto slope) {
+        propagate(to[0], [&](int i) { return slope(out[i]); });
+    };
     const auto binary = [&](auto slope0, auto slope1) {
-        hand(to[0], [&](int i) { return slope0(a[i], b[i], out[i]); });
-        hand(to[1], [&](int i) { return slope1(a[i], b[i], out[i]); });
+        propagate(to[0], [&](int i) { return slope0(a[i], b[i], out[i]); });
+        propagate(to[1], [&](int i) { return slope1(a[i], b[i], out[i]); });
     };
 
     switch (operation) {
@@ -148,7 +159,7 @@ void handDownAdjoints(Operation operation, std::array<const Real *, 3> from, con
     case Operation::abs: return unary([](Real u) { return signOf(u); });
     case Operation::erf: return unary([](Real u) { return erfScale<Real> * std::exp(-u * u); });
     case Operation::erfc: return unary([](Real u) { return -erfScale<Real> * std::exp(-u * u); });
-    case Operation::gamma: return hand(to[0], [&](int i) { return out[i] * digamma(a[i]); });
+    case Operation::gamma: return propagate(to[0], [&](int i) { return out[i] * digamma(a[i]); });
     case Operation::lgamma: return unary([](Real u) { return digamma(u); });
 
     case Operation::add:
@@ -174,8 +185,8 @@ void handDownAdjoints(Operation operation, std::array<const Real *, 3> from, con
                       [](Real u, Real v, Real) { return Real(!(u >= v)); });
 
     case Operation::choose:
-        hand(to[1], [&](int i) { return Real(a[i] != 0); });
-        hand(to[2], [&](int i) { return Real(a[i] == 0); });
+        propagate(to[1], [&](int i) { return Real(a[i] != 0); });
+        propagate(to[2], [&](int i) { return Real(a[i] == 0); });
         return;
 
     default: return; // steps: flat wherever they have a derivative
@@ -184,9 +195,9 @@ void handDownAdjoints(Operation operation, std::array<const Real *, 3> from, con
 
 template void computeValues(Operation, std::array<const double *, 3>, double *, int);
 template void computeValues(Operation, std::array<const long double *, 3>, long double *, int);
-template void handDownAdjoints(Operation, std::array<const double *, 3>, const double *,
-                               const double *, std::array<double *, 3>, int);
-template void handDownAdjoints(Operation, std::array<const long double *, 3>, const long double *,
-                               const long double *, std::array<long double *, 3>, int);
+template void propagateAdjoints(Operation, std::array<const double *, 3>, const double *,
+                                const double *, std::array<double *, 3>, int);
+template void propagateAdjoints(Operation, std::array<const long double *, 3>, const long double *,
+                                const long double *, std::array<long double *, 3>, int);
 
 } // namespace plotwerk

@@ -13,14 +13,14 @@ namespace plotwerk {
 template<class Real>
 void computeValues(Operation operation, std::array<const Real *, 3> from, Real *out, int n);
 
-// Adds to the adjoints of the operands what the adjoint of the result hands down:
+// Adds the contributions of the result's adjoint to those of the operands:
 // to[k][i] += adjoint[i] * d out / d from[k] at point i, wherever to[k] isn't null. An adjoint of 0
-// hands down nothing, even through an infinite derivative: the branch that `if` did not take, and
-// the smaller argument of max, have no say. Steps and corners (floor, sign, comparisons, abs at 0)
-// have the derivative 0.
+// contributes 0 even through an infinite derivative: neither the branch that `if` did not take nor
+// the smaller argument of max counts. Steps and corners (floor, sign, comparisons, abs at 0) have
+// the derivative 0.
 template<class Real>
-void handDownAdjoints(Operation operation, std::array<const Real *, 3> from, const Real *out,
-                      const Real *adjoint, std::array<Real *, 3> to, int n);
+void propagateAdjoints(Operation operation, std::array<const Real *, 3> from, const Real *out,
+                       const Real *adjoint, std::array<Real *, 3> to, int n);
 
 } // namespace plotwerk
 

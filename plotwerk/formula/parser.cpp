@@ -1,6 +1,7 @@
 #include "plotwerk/formula/parser.h"
 
 #include "plotwerk/base/refusal.h"
+#include "util/text/charclass.h"
 
 #include <algorithm>
 #include <charconv>
@@ -45,10 +46,6 @@ const Function *functionNamed(std::string_view name) {
     return found == std::end(functions) ? nullptr : found;
 }
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 unsigned char byteAt(std::string_view text, std::size_t at) {
     return at < text.size() ? static_cast<unsigned char>(text[at]) : 0;
 }
@@ -85,7 +82,7 @@ std::string shown(std::string_view text, std::size_t at) {
 class Parser::Nested {
   public:
     explicit Nested(Parser &p) : parser(p) {
-        if (++parser.depth > deepest) parser.refuse("nested too deeply", parser.place);
+        if (++parser.depth > deepest) parser.refuse("nested too deeply", parser.position);
     }
     ~Nested() { parser.depth--; }
     Nested(const Nested &) = delete;
@@ -108,32 +105,32 @@ void Parser::refuse(const std::string &what, std::size_t at) const {
 }
 
 void Parser::skipBlanks() {
-    while (peek() == ' ' || peek() == '\t' || peek() == '\r') place++;
+    while (peek() == ' ' || peek() == '\t' || peek() == '\r') position++;
 }
 
 bool Parser::take(std::string_view symbol) {
     skipBlanks();
-    if (!text.substr(place).starts_with(symbol)) return false;
-    place += symbol.size();
+    if (!text.substr(position).starts_with(symbol)) return false;
+    position += symbol.size();
     return true;
 }
 
 void Parser::expect(std::string_view symbol) {
-    if (!take(symbol)) refuse("expected '" + std::string(symbol) + "'", place);
+    if (!take(symbol)) refuse("expected '" + std::string(symbol) + "'", position);
 }
 
 // Empty when no name begins here.
 std::string_view Parser::name() {
-    const std::size_t start = place;
-    while (std::size_t length = letterLength(text, place)) {
-        place += length;
-        while (isDigit(peek())) place++;
+    const std::size_t start = position;
+    while (std::size_t length = letterLength(text, position)) {
+        position += length;
+        while (plw::isDigit(peek())) position++;
     }
-    return text.substr(start, place - start);
+    return text.substr(start, position - start);
 }
 
 void Parser::checkLength() const {
-    if (builder.size() >= longest) refuse("formula too long", place);
+    if (builder.size() >= longest) refuse("formula too long", position);
 }
 
 int Parser::apply(Operation operation, int a, int b, int c) {
@@ -142,11 +139,11 @@ int Parser::apply(Operation operation, int a, int b, int c) {
 }
 
 Tape Parser::parse() {
-    while (place < text.size()) {
+    while (position < text.size()) {
         line();
-        if (place < text.size()) place++;
+        if (position < text.size()) position++;
     }
-    if (result < 0) refuse("no expression", place);
+    if (result < 0) refuse("no expression", position);
     return builder.finish(result);
 }
 
@@ -161,21 +158,21 @@ void Parser::line() {
         helpers.emplace(target, result);
     }
 
-    targetAt = place;
+    targetAt = position;
     target = name();
     skipBlanks();
     if (target.empty() || peek() != '=' || peek(1) == '=') {
-        place = targetAt;
+        position = targetAt;
         target.clear();
     } else {
         if (target == "x" || target == "pi" || functionNamed(target))
             refuse(target + " cannot be assigned to", targetAt);
         if (helpers.contains(target)) refuse(target + " has a value already", targetAt);
-        place++;
+        position++;
     }
 
     result = expression();
-    if (!atLineEnd()) refuse("expected an operator, not " + shown(text, place), place);
+    if (!atLineEnd()) refuse("expected an operator, not " + shown(text, position), position);
     if (parameters.contains(target)) refuse(target + " is used before it is assigned", targetAt);
 }
 
@@ -249,25 +246,25 @@ int Parser::primary() {
         expect(")");
         return value;
     }
-    if (isDigit(peek()) || (peek() == '.' && isDigit(peek(1)))) return number();
-    if (letterLength(text, place) > 0) return named();
-    if (atLineEnd()) refuse("expected a value", place);
-    refuse("expected a value, not " + shown(text, place), place);
+    if (plw::isDigit(peek()) || (peek() == '.' && plw::isDigit(peek(1)))) return number();
+    if (letterLength(text, position) > 0) return named();
+    if (atLineEnd()) refuse("expected a value", position);
+    refuse("expected a value, not " + shown(text, position), position);
 }
 
 int Parser::number() {
     long double value = 0;
-    const char *start = text.data() + place;
+    const char *start = text.data() + position;
     const auto [end, error] = std::from_chars(start, text.data() + text.size(), value);
     if (error != std::errc() || value > std::numeric_limits<double>::max())
-        refuse("number out of range", place);
-    place += static_cast<std::size_t>(end - start);
+        refuse("number out of range", position);
+    position += static_cast<std::size_t>(end - start);
     checkLength();
     return builder.constant(value);
 }
 
 int Parser::named() {
-    const std::size_t at = place;
+    const std::size_t at = position;
     const std::string_view word = name();
     if (take("(")) return call(word, at);
 

@@ -41,9 +41,9 @@ class Parser {
     int parameter(std::string_view name);
 
     char peek(std::size_t ahead = 0) const {
-        return place + ahead < text.size() ? text[place + ahead] : '\0';
+        return position + ahead < text.size() ? text[position + ahead] : '\0';
     }
-    bool atLineEnd() const { return place == text.size() || peek() == '\n'; }
+    bool atLineEnd() const { return position == text.size() || peek() == '\n'; }
     void skipBlanks();
     bool take(std::string_view symbol);
     void expect(std::string_view symbol);
@@ -53,7 +53,7 @@ class Parser {
     [[noreturn]] void refuse(const std::string &what, std::size_t at) const;
 
     std::string_view text;
-    std::size_t place = 0;
+    std::size_t position = 0;
     int depth = 0;
     int result = -1;    // of the last line so far
     std::string target; // what the last line so far assigned to; empty: nothing

@@ -9,9 +9,9 @@ namespace plotwerk {
 
 int TapeBuilder::append(const Instruction &instruction) {
     const auto key = std::tuple{instruction.operation, instruction.operands, instruction.index};
-    const auto [place, isNew] = known.try_emplace(key, size());
+    const auto [found, isNew] = known.try_emplace(key, size());
     if (isNew) tape.instructions.push_back(instruction);
-    return place->second;
+    return found->second;
 }
 
 int TapeBuilder::constant(long double value) {

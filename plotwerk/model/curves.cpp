@@ -252,15 +252,6 @@ const XOrder &orderOfX(const Table &table) {
     return order;
 }
 
-plw::Fct fctOf(const Table &table, const Column &y) {
-    plw::Fct f{};
-    f.y = const_cast<double *>(y.values.data());
-    f.t = const_cast<double *>(table.x.values.data());
-    f.n = rowsOf(table);
-    f.linked = 1;
-    return f;
-}
-
 ValidPoints validPoints(const Table &table, const Column &y) {
     ValidPoints points;
     double *xs = nullptr;

@@ -1,10 +1,9 @@
-// curves.h - the curves of a document: addressing them, and looking at one as a sampled function.
+// curves.h - the curves of a document: addressing them, and their points.
 //
 // References and indexes here count from 0 and hold until curves are added or deleted.
 #ifndef PLOTWERK_MODEL_CURVES_H
 #define PLOTWERK_MODEL_CURVES_H
 
-#include "fct/fct.h"
 #include "plotwerk/model/document.h"
 
 #include <cstdlib>
@@ -83,11 +82,6 @@ int rowsOf(const Table &table);
 
 // Brings table.xOrder up to date with rows that were added since, and returns it.
 const XOrder &orderOfX(const Table &table);
-
-// The curve as a linked function: it shares the table's arrays, must not be appended to, and isn't
-// freed. What searches it needs an ascending x without NaN: see orderOfX. A table without rows
-// gives a function without samples, which evalFct refuses by ending the process.
-plw::Fct fctOf(const Table &table, const Column &y);
 
 struct FreeArray {
     void operator()(void *array) const { std::free(array); }

@@ -4,13 +4,12 @@
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/names.h"
 #include "plotwerk/model/palette.h"
-#include "util/arrays/search.h"
-#include "util/arrays/sort.h"
+#include "plotwerk/model/sampledFunction.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <memory>
+#include <numeric>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -27,13 +26,11 @@ void curvesChanged(Document &document) {
 
 // The rows in the order of the key, those without a key last.
 std::vector<int> sortedRows(std::vector<double> key) {
-    const int n = static_cast<int>(key.size());
-    std::vector<double> rows(n);
-    for (int i = 0; i < n; ++i) rows[i] = i;
-    double *others[] = {rows.data(), nullptr};
-    plw::sortN(n, key.data(), others, 1);
+    std::vector<double> rows(key.size());
+    std::iota(rows.begin(), rows.end(), 0.0);
+    sortTogether(key, rows);
 
-    // sortN puts NaN first
+    // so far NaN comes first
     const auto numbers = std::find_if(key.begin(), key.end(), [](double v) { return v == v; });
     std::rotate(rows.begin(), rows.begin() + (numbers - key.begin()), rows.end());
     return {rows.begin(), rows.end()};
@@ -121,16 +118,10 @@ std::vector<int> peakCandidates(const std::vector<double> &y, int width) {
         for (int j = 0; j < block; ++j) sum += y[i + j];
         means.push_back(sum / block);
     }
-    using Function = std::unique_ptr<plw::Fct, decltype(&plw::freeFct)>;
-    const Function f(plw::newFctWith(means.data(), static_cast<int>(means.size()), 0, 1),
-                     plw::freeFct);
-    const Function peaks(plw::peaksFct(f.get(), std::numeric_limits<double>::min(),
-                                       static_cast<double>(width) / block),
-                         plw::freeFct);
     std::vector<int> candidates;
-    candidates.reserve(peaks->n);
-    for (int i = 0; i < peaks->n; ++i)
-        candidates.push_back(static_cast<int>((peaks->t[i] + 0.5) * block));
+    for (const double position : peakPositions(means, std::numeric_limits<double>::min(),
+                                               static_cast<double>(width) / block))
+        candidates.push_back(static_cast<int>((position + 0.5) * block));
     return candidates;
 }
 

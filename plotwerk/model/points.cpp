@@ -3,6 +3,7 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/ranges.h"
+#include "plotwerk/model/sampledFunction.h"
 #include "util/geometry/plane.h"
 
 #include <algorithm>
@@ -24,18 +25,10 @@ int rowWithX(const std::vector<double> &x, int i, int step) {
 
 double valueBetween(const Table &table, const Column &column, int a, int b, double x) {
     if (table.x.values[a] > table.x.values[b]) std::swap(a, b);
-    double xs[] = {table.x.values[a], table.x.values[b]};
-    double ys[] = {column.values[a], column.values[b]};
-    plw::Fct segment{ys, xs, 2, 0, 0, 0, 1};
-    return plw::evalFct(&segment, x);
-}
-
-int searchedRow(const Table &table, const Column &column, double x) {
-    plw::Fct f = fctOf(table, column);
-    f.lastIndex = table.xOrder.found;
-    const int row = plw::indexFct(&f, x);
-    table.xOrder.found = f.lastIndex;
-    return row;
+    const double xs[] = {table.x.values[a], table.x.values[b]};
+    const double ys[] = {column.values[a], column.values[b]};
+    int hint = 0;
+    return interpolated(xs, ys, x, hint);
 }
 
 double valueAcrossGaps(const Table &table, const Column &column, double x) {
@@ -43,7 +36,7 @@ double valueAcrossGaps(const Table &table, const Column &column, double x) {
     const std::vector<double> &xs = table.x.values;
     if (x < xs[order.first] || x > xs[order.last]) return 0.0;
     if (order.first == order.last) return column.values[order.first];
-    int row = searchedRow(table, column, x);
+    int row = searched(xs, column.values, x, table.xOrder.found);
     if (row == order.last) row = rowWithX(xs, row - 1, -1);
     return valueBetween(table, column, row, rowWithX(xs, row + 1, 1), x);
 }
@@ -152,11 +145,7 @@ double valueAtX(const Document &document, double x, int series) {
     if (!order.ascending) return valueInDataOrder(table, column, x);
     if (order.gaps) return valueAcrossGaps(table, column, x);
 
-    plw::Fct f = fctOf(table, column);
-    f.lastIndex = order.found;
-    const double value = plw::evalFct(&f, x);
-    table.xOrder.found = f.lastIndex;
-    return value;
+    return interpolated(table.x.values, column.values, x, table.xOrder.found);
 }
 
 double valueAtIndex(const Document &document, int index, int series) {
@@ -184,7 +173,7 @@ int indexAtX(const Document &document, double x, int series) {
     if (order.first == order.last) return order.first;
 
     // of equal x the search may end at any
-    found = searchedRow(table, columnOf(document, curve), x);
+    found = searched(xs, columnOf(document, curve).values, x, table.xOrder.found);
     for (int row = found + 1; row <= order.last && !(xs[row] > x); ++row)
         if (xs[row] <= x) found = row;
     return found;

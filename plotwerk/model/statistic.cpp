@@ -1,8 +1,7 @@
 #include "plotwerk/model/statistic.h"
 
 #include "plotwerk/model/curves.h"
-#include "util/arrays/search.h"
-#include "util/arrays/sort.h"
+#include "plotwerk/model/sampledFunction.h"
 
 #include <algorithm>
 #include <cmath>
@@ -27,18 +26,6 @@ struct Sum {
     double value() const { return std::isfinite(sum) ? sum + lost : sum; }
 };
 
-double areaOf(ValidPoints &points) {
-    if (points.n < 2) return 0;
-    double *x = points.x.get();
-    double *y = points.y.get();
-    if (!plw::isArrIncreasing(x, points.n)) {
-        double *others[] = {y, nullptr};
-        plw::sortN(points.n, x, others, 1);
-    }
-    plw::Fct f{y, x, points.n, 0, 0, 0, 1};
-    return plw::integralFct(x[0], x[points.n - 1], &f);
-}
-
 } // namespace
 
 Statistic statisticOfSelection(const Document &document) {
@@ -58,7 +45,8 @@ Statistic statisticOfSelection(const Document &document) {
             sum.add(y);
         }
         statistic.points += points.n;
-        area.add(areaOf(points));
+        const auto n = static_cast<std::size_t>(points.n);
+        area.add(integral({points.x.get(), n}, {points.y.get(), n}));
         curves.push_back(std::move(points));
     }
     statistic.sum = sum.value();

@@ -12,12 +12,21 @@ void ControlObject::
         const std::string &name, const int32_t &line, const int32_t &stepped, const int32_t &yError,
         const int32_t &xError, const int32_t &dashed, const int32_t &filled, const int32_t &upperX,
         const int32_t &rightY, const int32_t &marker, const int32_t &symbols) {
-    actOn("setAttributesOfSelectionOf:line:stepped:yerr:xerr:dash:fill:topX:rightY:marker:sym:",
-          name, [&](Document &document) {
-              const LookSwitches switches{line,   stepped, yError, xError, dashed,
-                                          filled, upperX,  rightY, marker, symbols};
-              changeLook(document, switches);
-          });
+    actOn(name, [&](Document &document) {
+        const LookSwitches switches{
+            .line = line,
+            .stepped = stepped,
+            .yError = yError,
+            .xError = xError,
+            .dashed = dashed,
+            .filled = filled,
+            .upperX = upperX,
+            .rightY = rightY,
+            .marker = marker,
+            .symbols = symbols,
+        };
+        changeLook(document, switches);
+    });
 }
 
 void ControlObject::setAttributes2OfSelectionOf_(
@@ -28,23 +37,27 @@ void ControlObject::setAttributes2OfSelectionOf_(
     const double &dash4, const double &lineRed, const double &lineGreen, const double &lineBlue,
     const double &lineOpacity, const double &fillRed, const double &fillGreen,
     const double &fillBlue, const double &fillOpacity) {
-    actOn("setAttributes2OfSelectionOf:sum:interpolationPoints:interpolationType:symbolSize:"
-          "symbolInc:symbol1:symbol2:symbol3:symbol4:lineThickness:dashLength1:dashLength2:"
-          "dashLength3:dashLength4:lineColorRed:lineColorGreen:lineColorBlue:lineColorOpacity:"
-          "fillColorRed:fillColorGreen:fillColorBlue:fillColorOpacity:",
-          name, [&](Document &document) {
-              const LookValues values{sum,
-                                      interpolationPoints,
-                                      interpolationType,
-                                      symbolSize,
-                                      symbolInc,
-                                      {symbol1, symbol2, symbol3, symbol4},
-                                      lineThickness,
-                                      {dash1, dash2, dash3, dash4},
-                                      {lineRed, lineGreen, lineBlue, lineOpacity},
-                                      {fillRed, fillGreen, fillBlue, fillOpacity}};
-              changeLook(document, values);
-          });
+    actOn(name, [&](Document &document) {
+        const LookValues values{
+            .sum = sum,
+            .interpolationPoints = interpolationPoints,
+            .interpolationType = interpolationType,
+            .symbolSize = symbolSize,
+            .symbolInc = symbolInc,
+            .symbol = {symbol1, symbol2, symbol3, symbol4},
+            .lineThickness = lineThickness,
+            .dashLength = {dash1, dash2, dash3, dash4},
+            .lineColour = {.red = lineRed,
+                           .green = lineGreen,
+                           .blue = lineBlue,
+                           .opacity = lineOpacity},
+            .fillColour = {.red = fillRed,
+                           .green = fillGreen,
+                           .blue = fillBlue,
+                           .opacity = fillOpacity},
+        };
+        changeLook(document, values);
+    });
 }
 
 void ControlObject::
@@ -52,12 +65,19 @@ void ControlObject::
         const std::string &name, const double &xAxisLength, const double &yAxisLength,
         const double &tickLength, const double &axisThickness, const double &yAxisPos,
         const double &xAxisPos, const int32_t &multiDimFit, const int32_t &noLineOnReverse) {
-    actOn("setDocAttributes:xAxisLength:yAxisLength:tickLength:axisThickness:yAxisPos:xAxisPos:"
-          "multiDimFit:noLineOnRev:",
-          name, [&](Document &document) {
-              changeFrame(document, {xAxisLength, yAxisLength, tickLength, axisThickness, yAxisPos,
-                                     xAxisPos, multiDimFit, noLineOnReverse});
-          });
+    actOn(name, [&](Document &document) {
+        const FrameChange change{
+            .xAxisLength = xAxisLength,
+            .yAxisLength = yAxisLength,
+            .tickLength = tickLength,
+            .axisThickness = axisThickness,
+            .yAxisPos = yAxisPos,
+            .xAxisPos = xAxisPos,
+            .multiDimFit = multiDimFit,
+            .noLineOnReverse = noLineOnReverse,
+        };
+        changeFrame(document, change);
+    });
 }
 
 void ControlObject::
@@ -69,15 +89,29 @@ void ControlObject::
         const int32_t &noLine, const int32_t &numbersInside, const int32_t &noNumbers,
         const int32_t &arrow, const int32_t &logTicksAt, const int32_t &logNumbersAt,
         const int32_t &reversed, const double &labelDensity) {
-    actOn("setAxisOf:axisCode:inc:ticks:prec:log:insideticks:outsideticks:majorgrid:minorgrid:"
-          "expnumbers:labelAngle:noline:numbersinside:nonumbers:arrow:logticksAt:lognumberAt:"
-          "reverse:labelDensity:",
-          name, [&](Document &document) {
-              changeAxis(document, axisNumber,
-                         {increment, ticks, precision, logarithmic, insideTicks, outsideTicks,
-                          majorGrid, minorGrid, exponents, labelAngle, noLine, numbersInside,
-                          noNumbers, arrow, logTicksAt, logNumbersAt, reversed, labelDensity});
-          });
+    actOn(name, [&](Document &document) {
+        const AxisChange change{
+            .increment = increment,
+            .ticks = ticks,
+            .precision = precision,
+            .logarithmic = logarithmic,
+            .insideTicks = insideTicks,
+            .outsideTicks = outsideTicks,
+            .majorGrid = majorGrid,
+            .minorGrid = minorGrid,
+            .exponents = exponents,
+            .labelAngle = labelAngle,
+            .noLine = noLine,
+            .numbersInside = numbersInside,
+            .noNumbers = noNumbers,
+            .arrow = arrow,
+            .logTicksAt = logTicksAt,
+            .logNumbersAt = logNumbersAt,
+            .reversed = reversed,
+            .labelDensity = labelDensity,
+        };
+        changeAxis(document, axisNumber, change);
+    });
 }
 
 static bool isYes(double flag) {
@@ -87,29 +121,34 @@ static bool isYes(double flag) {
 void ControlObject::setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_(
     const std::string &name, const std::string &text, const double &x, const double &y,
     const double &angle, const double &xFloating, const double &yFloating) {
-    actOn("setRTFTextOf:to:at_X:at_Y:angle:xFloating:yFloating:", name, [&](Document &document) {
+    actOn(name, [&](Document &document) {
         const bool showsNothing = plainTextOf(richTextOf(text)).empty();
-        placeText(document,
-                  {showsNothing ? "" : text, x, y, angle, isYes(xFloating), isYes(yFloating)});
+        const PlacedText placed{
+            .text = showsNothing ? "" : text,
+            .x = x,
+            .y = y,
+            .angle = angle,
+            .xFloating = isYes(xFloating),
+            .yFloating = isYes(yFloating),
+        };
+        placeText(document, placed);
     });
 }
 
 void ControlObject::setXTitleOf_to_(const std::string &name, const std::string &title) {
-    actOn("setXTitleOf:to:", name, [&](Document &document) { setTitle(document, xAxis, title); });
+    actOn(name, [&](Document &document) { setTitle(document, xAxis, title); });
 }
 
 void ControlObject::setYTitleOf_to_(const std::string &name, const std::string &title) {
-    actOn("setYTitleOf:to:", name, [&](Document &document) { setTitle(document, yAxis, title); });
+    actOn(name, [&](Document &document) { setTitle(document, yAxis, title); });
 }
 
 void ControlObject::setRTFxTitleOf_to_(const std::string &name, const std::string &title) {
-    actOn("setRTFxTitleOf:to:", name,
-          [&](Document &document) { setTitle(document, xAxis, title); });
+    actOn(name, [&](Document &document) { setTitle(document, xAxis, title); });
 }
 
 void ControlObject::setRTFyTitleOf_to_(const std::string &name, const std::string &title) {
-    actOn("setRTFyTitleOf:to:", name,
-          [&](Document &document) { setTitle(document, yAxis, title); });
+    actOn(name, [&](Document &document) { setTitle(document, yAxis, title); });
 }
 
 } // namespace plotwerk

@@ -1,12 +1,13 @@
 #include "plotwerk/server/controlObject.h"
 
+#include "protocol/PlotwerkControlNames.h"
+
 #include <new>
 
 namespace plotwerk {
 
-ControlObject::ControlObject(sdbus::IConnection &bus, const std::string &objectPath,
-                             Application &served)
-    : AdaptorInterfaces(bus, objectPath), application(served) {
+ControlObject::ControlObject(sdbus::IConnection &bus, Application &served)
+    : AdaptorInterfaces(bus, plotwerkControl::objectPath), application(served) {
     registerAdaptor();
 }
 
@@ -14,9 +15,13 @@ ControlObject::~ControlObject() {
     unregisterAdaptor();
 }
 
+std::string_view ControlObject::selector() const {
+    return plotwerkControl::selectorOf(getObject().getCurrentlyProcessedMessage()->getMemberName());
+}
+
 // A selector ends in its own colon, unless the message has no arguments.
-static std::string lineOf(const std::string &selector, const std::string &reason) {
-    return oneLine(selector + (selector.ends_with(':') ? " " : ": ") + reason);
+static std::string lineOf(std::string_view selector, const std::string &reason) {
+    return oneLine(std::string(selector) + (selector.ends_with(':') ? " " : ": ") + reason);
 }
 
 static std::string reasonOfCurrentException() {
@@ -31,9 +36,9 @@ static std::string reasonOfCurrentException() {
     }
 }
 
-void ControlObject::refuse(const char *selector) noexcept {
+void ControlObject::refuse() noexcept {
     try {
-        application.lastError = lineOf(selector, reasonOfCurrentException());
+        application.lastError = lineOf(selector(), reasonOfCurrentException());
         log(LogLevel::warning, application.lastError);
     } catch (...) { // no memory for the line either: the neutral answer still goes out
         application.lastError.clear();

@@ -5,16 +5,15 @@
 #include "plotwerk/model/ranges.h"
 #include "plotwerk/model/selection.h"
 #include "plotwerk/server/controlObject.h"
-#include "util/number/decimal.h"
 
 namespace plotwerk {
 
 void ControlObject::setDeciSeparator_(const int32_t &code) {
-    act("setDeciSeparator:", [&] {
+    act([&] {
         if (code != 0 && code != 1) {
             throw Refusal("no decimal separator has the number " + std::to_string(code));
         }
-        plw::decimalSeparator = code == 0 ? '.' : ',';
+        application.decimalSeparator = code == 0 ? '.' : ',';
     });
 }
 
@@ -22,8 +21,8 @@ void ControlObject::replaceDataformText_of_source_doRangeOverAll_(const std::str
                                                                   const std::string &name,
                                                                   const std::string &source,
                                                                   const bool &overAll) {
-    actOn("replaceDataformText:of:source:doRangeOverAll:", name, [&](Document &document) {
-        replaceData(document, source, text);
+    actOn(name, [&](Document &document) {
+        replaceData(document, source, text, application.decimalSeparator);
         if (overAll) rangeOverAll(document);
     });
 }
@@ -31,65 +30,57 @@ void ControlObject::replaceDataformText_of_source_doRangeOverAll_(const std::str
 void ControlObject::readDataformText_of_source_doRangeOverAll_appendToExistingData_(
     const std::string &text, const std::string &name, const std::string &source,
     const bool &overAll, const bool &append) {
-    actOn("readDataformText:of:source:doRangeOverAll:appendToExistingData:", name,
-          [&](Document &document) {
-              (append ? appendData : replaceData)(document, source, text);
-              if (overAll) rangeOverAll(document);
-          });
+    actOn(name, [&](Document &document) {
+        (append ? appendData : replaceData)(document, source, text, application.decimalSeparator);
+        if (overAll) rangeOverAll(document);
+    });
 }
 
 // Nothing is drawn here, so that reading is all there is to be fast in.
 void ControlObject::appendDataAndDrawInFastMode_of_source_(const std::string &text,
                                                            const std::string &name,
                                                            const std::string &source) {
-    actOn("appendDataAndDrawInFastMode:of:source:", name,
-          [&](Document &document) { appendData(document, source, text); });
+    actOn(name, [&](Document &document) {
+        appendData(document, source, text, application.decimalSeparator);
+    });
 }
 
 std::string ControlObject::dataOfSelectedCurvesOf_(const std::string &name) {
-    return answer("dataOfSelectedCurvesOf:", name, std::string(), [](const Document &document) {
+    return answer(name, std::string(), [&](const Document &document) {
         // The bus takes messages of up to 128 MiB, and cuts off who sends a longer one.
         constexpr size_t longest = 120 << 20;
-        std::string text = dataTextOfSelection(document, true);
+        std::string text = dataTextOfSelection(document, true, application.decimalSeparator);
         if (text.size() > longest) throw Refusal("the data are too long for one answer");
         return text;
     });
 }
 
 void ControlObject::copySelectedCurvesOf_includeX_(const std::string &name, const bool &includeX) {
-    actOn("copySelectedCurvesOf:includeX:", name, [&](const Document &document) {
-        application.clipboard = {
-            dataTextOfSelection(document, includeX), plw::decimalSeparator, {}};
+    actOn(name, [&](const Document &document) {
+        const char separator = application.decimalSeparator;
+        application.clipboard = {dataTextOfSelection(document, includeX, separator), separator, {}};
     });
 }
 
 void ControlObject::pasteDataOf_(const std::string &name) {
-    actOn("pasteDataOf:", name, [&](Document &document) {
+    actOn(name, [&](Document &document) {
         const Clipboard &clipboard = application.clipboard;
         if (!clipboard.picture.empty()) throw Refusal("the clipboard holds a picture, no data");
         if (clipboard.dataText.empty()) throw Refusal("the clipboard is empty");
-
-        // What was copied is pasted as it was, even if the separator has changed since.
-        struct SeparatorMeanwhile {
-            explicit SeparatorMeanwhile(char separator) { plw::decimalSeparator = separator; }
-            ~SeparatorMeanwhile() { plw::decimalSeparator = before; }
-            const char before = plw::decimalSeparator;
-        } const meanwhile(clipboard.decimalSeparator);
-        addData(document, "Clipboard", clipboard.dataText);
+        addData(document, "Clipboard", clipboard.dataText, clipboard.decimalSeparator);
     });
 }
 
 void ControlObject::duplicateAsPlottedOf_(const std::string &name) {
-    actOn("duplicateAsPlottedOf:", name,
-          [&](const Document &document) { application.add(duplicateAsPlotted(document)); });
+    actOn(name, [&](const Document &document) { application.add(duplicateAsPlotted(document)); });
 }
 
 std::tuple<int32_t, int32_t, int32_t>
 ControlObject::inventoryOf_sources_tables_columns_justInSelTable_justInSelSource_(
     const std::string &name, const bool &justInTable, const bool &justInSource) {
-    const Inventory held = answer(
-        "inventoryOf:sources:tables:columns:justInSelTable:justInSelSource:", name, Inventory{},
-        [&](const Document &document) { return inventoryOf(document, justInTable, justInSource); });
+    const Inventory held = answer(name, Inventory{}, [&](const Document &document) {
+        return inventoryOf(document, justInTable, justInSource);
+    });
     return {held.sources, held.tables, held.columns};
 }
 

@@ -6,7 +6,7 @@ namespace plotwerk {
 
 std::string ControlObject::documentNameOfFrontWindow() {
     std::string name;
-    attempt("documentNameOfFrontWindow", [&] {
+    attempt([&] {
         if (const Document *front = application.front()) name = front->name;
     });
     return name;
@@ -14,24 +14,23 @@ std::string ControlObject::documentNameOfFrontWindow() {
 
 // Messages are answered one after the other: all earlier work is done.
 void ControlObject::waitForEmptyReply() {
-    attempt("waitForEmptyReply", [] {});
+    attempt([] {});
 }
 
 void ControlObject::actify_(const std::string &name) {
-    actOn("actify:", name, [&](const Document &document) { application.activate(document); });
+    actOn(name, [&](const Document &document) { application.activate(document); });
 }
 
 void ControlObject::printDoc_(const std::string &name) {
-    actOn("printDoc:", name, [&](const Document &document) { application.print(document); });
+    actOn(name, [&](const Document &document) { application.print(document); });
 }
 
 void ControlObject::closeDocument_askForSave_(const std::string &name, const bool &askForSave) {
-    actOn("closeDocument:askForSave:", name,
-          [&](const Document &document) { application.close(document, askForSave); });
+    actOn(name, [&](const Document &document) { application.close(document, askForSave); });
 }
 
 void ControlObject::newDocumentWithName_(const std::string &name) {
-    act("newDocumentWithName:", [&] {
+    act([&] {
         Document document;
         document.name = name;
         application.add(std::move(document));
@@ -41,11 +40,11 @@ void ControlObject::newDocumentWithName_(const std::string &name) {
 // The first argument is the sender's target before the message; what is opened is new.
 void ControlObject::openFile_file_doRangeOverAll_(const std::string &, const std::string &file,
                                                   const bool &overAll) {
-    act("openFile:file:doRangeOverAll:", [&] { application.open(file, overAll); });
+    act([&] { application.open(file, overAll); });
 }
 
 void ControlObject::display_doRangeOverAll_(const std::string &name, const bool &overAll) {
-    actOn("display:doRangeOverAll:", name, [&](Document &document) {
+    actOn(name, [&](Document &document) {
         application.activate(document);
         if (overAll) rangeOverAll(document);
     });
@@ -53,19 +52,17 @@ void ControlObject::display_doRangeOverAll_(const std::string &name, const bool 
 
 void ControlObject::saveDocument_to_binary_(const std::string &name, const std::string &path,
                                             const bool &binary) {
-    actOn("saveDocument:to:binary:", name,
-          [&](Document &document) { application.save(document, path, binary, false); });
+    actOn(name, [&](Document &document) { application.save(document, path, binary, false); });
 }
 
 void ControlObject::saveDocument_as_binary_(const std::string &name, const std::string &path,
                                             const bool &binary) {
-    actOn("saveDocument:as:binary:", name,
-          [&](Document &document) { application.save(document, path, binary, true); });
+    actOn(name, [&](Document &document) { application.save(document, path, binary, true); });
 }
 
 bool ControlObject::didSaveSucceed_(const std::string &name) {
     bool succeeded = false;
-    attempt("didSaveSucceed:", [&] { succeeded = application.document(name).lastSaveSucceeded; });
+    attempt([&] { succeeded = application.document(name).lastSaveSucceeded; });
     return succeeded;
 }
 

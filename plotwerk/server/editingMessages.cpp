@@ -10,64 +10,59 @@ std::tuple<std::string, int32_t, double, double, double, double, double>
 ControlObject::statisticOfSelectionOf_name_dataPoints_min_max_sum_std_area_(
     const std::string &name) {
     const Statistic neutral{"", 0, nan, nan, nan, nan, nan};
-    Statistic of = answer("statisticOfSelectionOf:name:dataPoints:min:max:sum:std:area:", name,
-                          neutral, statisticOfSelection);
+    Statistic of = answer(name, neutral, statisticOfSelection);
     return {std::move(of.name), of.points, of.min, of.max, of.sum, of.deviation, of.area};
 }
 
 void ControlObject::searchMaximaOfSelectionOf_searchMaxima_searchMinima_minwidth_minheight_(
     const std::string &name, const bool &maxima, const bool &minima, const int32_t &minWidth,
     const double &minHeight) {
-    actOn(
-        "searchMaximaOfSelectionOf:searchMaxima:searchMinima:minwidth:minheight:", name,
-        [&](Document &document) { searchExtremes(document, maxima, minima, minWidth, minHeight); });
+    actOn(name, [&](Document &document) {
+        searchExtremes(document, maxima, minima, minWidth, minHeight);
+    });
 }
 
 void ControlObject::createCurveAtSelectionOf_minx_maxx_incx_miny_incy_(
     const std::string &name, const double &minX, const double &maxX, const double &incX,
     const double &minY, const double &incY) {
-    actOn("createCurveAtSelectionOf:minx:maxx:incx:miny:incy:", name,
-          [&](Document &document) { createCurve(document, minX, maxX, incX, minY, incY); });
+    actOn(name, [&](Document &document) { createCurve(document, minX, maxX, incX, minY, incY); });
 }
 
 void ControlObject::changeNameOfSelectionOf_to_(const std::string &name, const std::string &to) {
-    actOn("changeNameOfSelectionOf:to:", name,
-          [&](Document &document) { renameSelection(document, to); });
+    actOn(name, [&](Document &document) { renameSelection(document, to); });
 }
 
 void ControlObject::modifyDataOf_Ydata_(const std::string &name, const bool &yData) {
-    actOn("modifyDataOf:Ydata:", name,
-          [&](Document &document) { modifySelection(document, yData); });
+    actOn(name, [&](Document &document) { modifySelection(document, yData); });
 }
 
 void ControlObject::showCurveOf_(const std::string &name) {
-    actOn("showCurveOf:", name, showSelection);
+    actOn(name, showSelection);
 }
 
 void ControlObject::diffOf_(const std::string &name) {
-    actOn("diffOf:", name, differentiateSelection);
+    actOn(name, differentiateSelection);
 }
 
 void ControlObject::deleteSelectedCurvesOf_(const std::string &name) {
-    actOn("deleteSelectedCurvesOf:", name, deleteSelection);
+    actOn(name, deleteSelection);
 }
 
 void ControlObject::deleteAllCurvesOf_(const std::string &name) {
-    actOn("deleteAllCurvesOf:", name, deleteAllCurves);
+    actOn(name, deleteAllCurves);
 }
 
 void ControlObject::sortSelectedCurvesByXdata_(const std::string &name) {
-    actOn("sortSelectedCurvesByXdata:", name, sortByX);
+    actOn(name, sortByX);
 }
 
 void ControlObject::sortSelectedCurvesBySelection_ascending_(const std::string &name,
                                                              const bool &ascending) {
-    actOn("sortSelectedCurvesBySelection:ascending:", name,
-          [&](Document &document) { sortBySelection(document, ascending); });
+    actOn(name, [&](Document &document) { sortBySelection(document, ascending); });
 }
 
 void ControlObject::swapSelectedCurvesWithXdata_(const std::string &name) {
-    actOn("swapSelectedCurvesWithXdata:", name, swapSelectionWithX);
+    actOn(name, swapSelectionWithX);
 }
 
 } // namespace plotwerk

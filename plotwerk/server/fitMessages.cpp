@@ -11,7 +11,7 @@ std::tuple<int32_t, int32_t, double, double>
 ControlObject::startFitOf_iterations_lambda_chiq_(const std::string &name) {
     FitOutcome outcome;
     outcome.status = fitImpossible;
-    actOn("startFitOf:iterations:lambda:chiq:", name, [&](Document &document) {
+    actOn(name, [&](Document &document) {
         outcome = fitDocument(document);
         if (outcome.status != fitConverged) throw Refusal(outcome.reason);
     });
@@ -23,7 +23,7 @@ ControlObject::startFitOf_iterations_lambda_chiq_(const std::string &name) {
 // one that isn't there.
 std::string ControlObject::getVarOf_varName_(const std::string &name, const std::string &variable) {
     std::string text;
-    attempt("getVarOf:varName:", [&] {
+    attempt([&] {
         if (variable == "lastError")
             text = application.lastError;
         else
@@ -33,24 +33,23 @@ std::string ControlObject::getVarOf_varName_(const std::string &name, const std:
 }
 
 std::string ControlObject::formulaTextOf_(const std::string &name) {
-    return answer("formulaTextOf:", name, std::string(),
-                  [](const Document &document) { return document.formula; });
+    return answer(name, std::string(), [](const Document &document) { return document.formula; });
 }
 
 void ControlObject::setFormulaOf_formulaText_(const std::string &name, const std::string &text) {
-    actOn("setFormulaOf:formulaText:", name,
-          [&](Document &document) { setFormula(document, text); });
+    actOn(name, [&](Document &document) { setFormula(document, text); });
 }
 
 std::string ControlObject::formulaParameterListOf_(const std::string &name) {
-    return answer("formulaParameterListOf:", name, std::string(),
-                  [](const Document &document) { return parameterList(document.parameters); });
+    return answer(name, std::string(), [&](const Document &document) {
+        return parameterList(document.parameters, application.decimalSeparator);
+    });
 }
 
 void ControlObject::readFormulaParameterOf_parameterList_(const std::string &name,
                                                           const std::string &list) {
-    actOn("readFormulaParameterOf:parameterList:", name,
-          [&](Document &document) { setParameters(document, list); });
+    actOn(name,
+          [&](Document &document) { setParameters(document, list, application.decimalSeparator); });
 }
 
 } // namespace plotwerk

@@ -7,19 +7,19 @@ namespace plotwerk {
 
 double ControlObject::YValueOfDoc_atX_indexSerie_(const std::string &name, const double &x,
                                                   const int32_t &series) {
-    return answer("YValueOfDoc:atX:indexSerie:", name, nan,
+    return answer(name, nan,
                   [&](const Document &document) { return valueAtX(document, x, series); });
 }
 
 double ControlObject::valueOfDoc_atIndex_indexSerie_(const std::string &name, const int32_t &index,
                                                      const int32_t &series) {
-    return answer("valueOfDoc:atIndex:indexSerie:", name, nan,
+    return answer(name, nan,
                   [&](const Document &document) { return valueAtIndex(document, index, series); });
 }
 
 int32_t ControlObject::indexOfPointOfDoc_atX_indexSerie_(const std::string &name, const double &x,
                                                          const int32_t &series) {
-    return answer("indexOfPointOfDoc:atX:indexSerie:", name, -1,
+    return answer(name, -1,
                   [&](const Document &document) { return indexAtX(document, x, series); });
 }
 
@@ -28,11 +28,9 @@ ControlObject::indexOfPointOfDoc_atX_atY_curve_index_dataX_dataY_(const std::str
                                                                   const double &x, const double &y,
                                                                   const int32_t &, const int32_t &,
                                                                   const double &, const double &) {
-    const NearestPoint point =
-        answer("indexOfPointOfDoc:atX:atY:curve:index:dataX:dataY:", name, NearestPoint{},
-               [&](const Document &document) {
-                   return nearestPoint(document, x, y).value_or(NearestPoint{});
-               });
+    const NearestPoint point = answer(name, NearestPoint{}, [&](const Document &document) {
+        return nearestPoint(document, x, y).value_or(NearestPoint{});
+    });
     return {point.curve, point.index, point.x, point.y};
 }
 
@@ -40,22 +38,21 @@ void ControlObject::setValueOfDoc_atIndex_indexSerie_toValue_(const std::string 
                                                               const int32_t &index,
                                                               const int32_t &series,
                                                               const double &value) {
-    actOn("setValueOfDoc:atIndex:indexSerie:toValue:", name,
-          [&](Document &document) { setValueAtIndex(document, index, series, value); });
+    actOn(name, [&](Document &document) { setValueAtIndex(document, index, series, value); });
 }
 
 int32_t ControlObject::indexOfSelectedCurveOf_(const std::string &name) {
-    return answer("indexOfSelectedCurveOf:", name, -1, indexOfSelectedCurve);
+    return answer(name, -1, indexOfSelectedCurve);
 }
 
 int32_t ControlObject::indexOfFitCurveOf_(const std::string &name) {
-    return answer("indexOfFitCurveOf:", name, -1, indexOfFitCurve);
+    return answer(name, -1, indexOfFitCurve);
 }
 
 // There is no mouse.
 std::tuple<double, double, double, double, int32_t>
 ControlObject::mouseEventsShiftKeyDownOf_x1_y1_x2_y2_keyMode_(const std::string &name) {
-    act("mouseEventsShiftKeyDownOf:x1:y1:x2:y2:keyMode:", [&] { application.document(name); });
+    act([&] { application.document(name); });
     return {nan, nan, nan, nan, 0};
 }
 

@@ -14,53 +14,48 @@ template<AxisCode axis> static Limits limitsOf(const Document &document) {
 }
 
 Limits ControlObject::getXRangeOf_xmin_xmax_(const std::string &name) {
-    return answer("getXRangeOf:xmin:xmax:", name, none, limitsOf<xAxis>);
+    return answer(name, none, limitsOf<xAxis>);
 }
 
 Limits ControlObject::getYRangeOf_ymin_ymax_(const std::string &name) {
-    return answer("getYRangeOf:ymin:ymax:", name, none, limitsOf<yAxis>);
+    return answer(name, none, limitsOf<yAxis>);
 }
 
 Limits ControlObject::get2XRangeOf_xmin_xmax_(const std::string &name) {
-    return answer("get2XRangeOf:xmin:xmax:", name, none, limitsOf<upperXAxis>);
+    return answer(name, none, limitsOf<upperXAxis>);
 }
 
 Limits ControlObject::get2YRangeOf_ymin_ymax_(const std::string &name) {
-    return answer("get2YRangeOf:ymin:ymax:", name, none, limitsOf<rightYAxis>);
+    return answer(name, none, limitsOf<rightYAxis>);
 }
 
 void ControlObject::setXRangeOf_xmin_xmax_(const std::string &name, const double &min,
                                            const double &max) {
-    actOn("setXRangeOf:xmin:xmax:", name,
-          [&](Document &document) { setRange(document, xAxis, min, max); });
+    actOn(name, [&](Document &document) { setRange(document, xAxis, min, max); });
 }
 
 void ControlObject::setYRangeOf_ymin_ymax_(const std::string &name, const double &min,
                                            const double &max) {
-    actOn("setYRangeOf:ymin:ymax:", name,
-          [&](Document &document) { setRange(document, yAxis, min, max); });
+    actOn(name, [&](Document &document) { setRange(document, yAxis, min, max); });
 }
 
 void ControlObject::set2XRangeOf_xmin_xmax_(const std::string &name, const double &min,
                                             const double &max) {
-    actOn("set2XRangeOf:xmin:xmax:", name,
-          [&](Document &document) { setRange(document, upperXAxis, min, max); });
+    actOn(name, [&](Document &document) { setRange(document, upperXAxis, min, max); });
 }
 
 void ControlObject::set2YRangeOf_ymin_ymax_(const std::string &name, const double &min,
                                             const double &max) {
-    actOn("set2YRangeOf:ymin:ymax:", name,
-          [&](Document &document) { setRange(document, rightYAxis, min, max); });
+    actOn(name, [&](Document &document) { setRange(document, rightYAxis, min, max); });
 }
 
 // yes is the x axis, as the keyword puts it first.
 void ControlObject::setLocalRangeOf_XorYAxis_(const std::string &name, const bool &xDirection) {
-    actOn("setLocalRangeOf:XorYAxis:", name,
-          [&](Document &document) { setLocalRange(document, xDirection); });
+    actOn(name, [&](Document &document) { setLocalRange(document, xDirection); });
 }
 
 Limits ControlObject::getFitRangeOf_xmin_xmax_(const std::string &name) {
-    return answer("getFitRangeOf:xmin:xmax:", name, none, [](const Document &document) -> Limits {
+    return answer(name, none, [](const Document &document) -> Limits {
         const Range range = fitRangeOf(document);
         return {range.min, range.max};
     });
@@ -68,8 +63,7 @@ Limits ControlObject::getFitRangeOf_xmin_xmax_(const std::string &name) {
 
 void ControlObject::setFitRangeOf_xmin_xmax_(const std::string &name, const double &min,
                                              const double &max) {
-    actOn("setFitRangeOf:xmin:xmax:", name,
-          [&](Document &document) { setFitRange(document, min, max); });
+    actOn(name, [&](Document &document) { setFitRange(document, min, max); });
 }
 
 } // namespace plotwerk

@@ -7,14 +7,13 @@ namespace plotwerk {
 void ControlObject::selectCurvesOf_sourceName_table_column_appendSelection_(
     const std::string &name, const std::string &source, const int32_t &table,
     const std::string &column, const bool &append) {
-    actOn("selectCurvesOf:sourceName:table:column:appendSelection:", name,
-          [&](Document &document) { selectByName(document, source, table, column, append); });
+    actOn(name, [&](Document &document) { selectByName(document, source, table, column, append); });
 }
 
 void ControlObject::selectCurvesOf_regexSourceName_table_regexColumn_appendSelection_(
     const std::string &name, const std::string &source, const int32_t &table,
     const std::string &column, const bool &append) {
-    actOn("selectCurvesOf:regexSourceName:table:regexColumn:appendSelection:", name,
+    actOn(name,
           [&](Document &document) { selectByPattern(document, source, table, column, append); });
 }
 
@@ -23,62 +22,55 @@ void ControlObject::
         const std::string &name, const int32_t &sourceFirst, const int32_t &sourceLast,
         const int32_t &tableFirst, const int32_t &tableLast, const int32_t &columnFirst,
         const int32_t &columnLast, const bool &append) {
-    actOn("selectCurvesOf:sourceIndexFirst:sourceIndexLast:tableFirst:tableLast:columnFirst:"
-          "columnLast:appendSelection:",
-          name, [&](Document &document) {
-              selectByPosition(document, {sourceFirst, sourceLast}, {tableFirst, tableLast},
-                               {columnFirst, columnLast}, append);
-          });
+    actOn(name, [&](Document &document) {
+        selectByPosition(document, {sourceFirst, sourceLast}, {tableFirst, tableLast},
+                         {columnFirst, columnLast}, append);
+    });
 }
 
 void ControlObject::selectCurvesOf_indexFirst_indexLast_appendSelection_(const std::string &name,
                                                                          const int32_t &first,
                                                                          const int32_t &last,
                                                                          const bool &append) {
-    actOn("selectCurvesOf:indexFirst:indexLast:appendSelection:", name, [&](Document &document) {
-        selectByIndex(document, {first, last}, append);
-    });
+    actOn(name, [&](Document &document) { selectByIndex(document, {first, last}, append); });
 }
 
 int32_t ControlObject::indexOfCurveNameOf_source_table_column_(const std::string &name,
                                                                const std::string &source,
                                                                const int32_t &table,
                                                                const std::string &column) {
-    return answer("indexOfCurveNameOf:source:table:column:", name, -1,
-                  [&](const Document &document) {
-                      return indexOfCurveNamed(document, source, table, column);
-                  });
+    return answer(name, -1, [&](const Document &document) {
+        return indexOfCurveNamed(document, source, table, column);
+    });
 }
 
 int32_t ControlObject::indexOfCurveNameOf_regexSource_table_regexColumn_(
     const std::string &name, const std::string &source, const int32_t &table,
     const std::string &column) {
-    return answer("indexOfCurveNameOf:regexSource:table:regexColumn:", name, -1,
-                  [&](const Document &document) {
-                      return indexOfCurveMatching(document, source, table, column);
-                  });
+    return answer(name, -1, [&](const Document &document) {
+        return indexOfCurveMatching(document, source, table, column);
+    });
 }
 
 // Only y columns are curves: yData is yes for each of them.
 std::tuple<std::string, std::string, bool, int32_t, int32_t>
 ControlObject::nameOfNextMarkedCurveOf_name_source_yData_table_index_(const std::string &name) {
     using Marked = std::tuple<std::string, std::string, bool, int32_t, int32_t>;
-    return answer("nameOfNextMarkedCurveOf:name:source:yData:table:index:", name,
-                  Marked{"", "", false, 0, -1}, [](Document &document) -> Marked {
-                      const auto curve = nextMarkedCurve(document);
-                      if (!curve) return {"", "", false, 0, -1};
-                      return {columnOf(document, *curve).name,
-                              document.sources[static_cast<size_t>(curve->source)].name, true,
-                              curve->table + 1, curve->index};
-                  });
+    return answer(name, Marked{"", "", false, 0, -1}, [](Document &document) -> Marked {
+        const auto curve = nextMarkedCurve(document);
+        if (!curve) return {"", "", false, 0, -1};
+        return {columnOf(document, *curve).name,
+                document.sources[static_cast<size_t>(curve->source)].name, true, curve->table + 1,
+                curve->index};
+    });
 }
 
 int32_t ControlObject::markSelectedCurvesOf_(const std::string &name) {
-    return answer("markSelectedCurvesOf:", name, 0, markSelection);
+    return answer(name, 0, markSelection);
 }
 
 void ControlObject::markSelectionAsFitDataOf_(const std::string &name) {
-    actOn("markSelectionAsFitDataOf:", name, markFitData);
+    actOn(name, markFitData);
 }
 
 } // namespace plotwerk

@@ -9,16 +9,22 @@
 
 namespace plotwerk {
 
+// It has no loop of its own: whoever has one waits for what pollData says and then calls
+// processPending until that is false. Messages are answered in there and nowhere else. Both throw
+// std::runtime_error "the bus has gone: REASON".
 class Server {
   public:
-    // Publishes the control object and owns its name, with a line in the log; messages wait until
-    // run. From here on SIGTERM and SIGINT wait for run too.
+    // Publishes the control object and owns its name, with a line in the log.
     // Throws std::runtime_error: no session bus, or the name has an owner (unique name and pid).
     explicit Server(Application &application);
 
-    // Answers messages, one at a time, until SIGTERM or SIGINT arrives.
-    // Throws std::runtime_error when the bus goes away.
-    void run();
+    // A descriptor, the events and the time to wait for. To be asked for again before every wait:
+    // events and time change. When getPollTimeout() is 0, a message has been read already and no
+    // event may come for it: that counts as ready.
+    sdbus::IConnection::PollData pollData() const;
+
+    // Answers one message if there is one. True: there may be more that no event tells of.
+    bool processPending();
 
   private:
     std::unique_ptr<sdbus::IConnection> bus;

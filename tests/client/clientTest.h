@@ -20,7 +20,7 @@ struct CommandCase {
     std::string out = "";
 };
 
-// All 69 commands: with every option given, and with none where that sends more than empty texts.
+// All commands: with every option given, and with none where that sends more than empty texts.
 const std::vector<CommandCase> &commandCases();
 
 class ClientTest : public testing::Test {

@@ -1,12 +1,12 @@
 #include "tests/client/recordingService.h"
 
 #include "protocol/PlotwerkControlAdaptor.h"
+#include "protocol/PlotwerkControlNames.h"
 
 #include <algorithm>
 #include <cmath>
 #include <csignal>
 #include <cstdio>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
 #include <sys/mman.h>
@@ -15,7 +15,7 @@
 #include <tuple>
 #include <unistd.h>
 
-static const char plotwerkName[] = "org.plotwerk.PlotwerkControl";
+static const std::string plotwerkName = plotwerkControl::busName;
 
 Answer reply(std::vector<std::string> values) {
     return {Answer::Reply, std::move(values)};
@@ -57,12 +57,6 @@ static void read(std::vector<std::string> texts, std::tuple<Values...> &values) 
     std::apply([&](auto &...value) { (read({*text++}, value), ...); }, values);
 }
 
-// A message's selector: the member name with ':' for '_'.
-static std::string selectorOf(const std::string &member) {
-    static const std::regex colon("_(?![XY]_)"); // at_X and at_Y have a '_' of their own
-    return std::regex_replace(member, colon, ":");
-}
-
 // The selector with each argument's value behind its keyword, then the arguments that it leaves
 // out.
 static std::string noted(const std::string &selector, const std::vector<std::string> &names,
@@ -84,9 +78,7 @@ class RecordingAdaptor final
   public:
     // The notes go to a file.
     RecordingAdaptor(sdbus::IConnection &bus, const Script &toAnswer, int notesFile)
-        : AdaptorInterfaces(bus, "/org/plotwerk/PlotwerkControl"),
-          script(toAnswer),
-          notes(notesFile) {
+        : AdaptorInterfaces(bus, plotwerkControl::objectPath), script(toAnswer), notes(notesFile) {
         registerAdaptor();
     }
     ~RecordingAdaptor() { unregisterAdaptor(); }
@@ -98,7 +90,7 @@ class RecordingAdaptor final
     template<typename Result, typename... Arguments>
     Result take(const char *member, const std::vector<std::string> &names,
                 const std::tuple<Arguments...> &arguments) {
-        const std::string selector = selectorOf(member);
+        const std::string selector(plotwerkControl::selectorOf(member));
         const std::string line = std::apply(
             [&](const auto &...values) { return noted(selector, names, {shown(values)...}); },
             arguments);

@@ -1,7 +1,6 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/data/dataText.h"
 #include "tests/fuzz/fuzz.h"
-#include "util/number/decimal.h"
 
 #include <bit>
 #include <cmath>
@@ -25,17 +24,17 @@ bool isSame(double a, double b) {
 
 // The tables of a text are rectangular, and written they are read as they were.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-    plw::decimalSeparator = size > 0 && (data[0] & 1) != 0 ? ',' : '.';
+    const char separator = size > 0 && (data[0] & 1) != 0 ? ',' : '.';
     std::vector<DataTable> tables;
     try {
-        tables = readDataText(afterFirstByte(data, size));
+        tables = readDataText(afterFirstByte(data, size), separator);
     } catch (const Refusal &) {
         return 0;
     }
     for (const DataTable &read : tables) {
         std::string text;
-        writeDataText(columnsOf(read.table), text);
-        const std::vector<DataTable> again = readDataText(text);
+        writeDataText(columnsOf(read.table), separator, text);
+        const std::vector<DataTable> again = readDataText(text, separator);
         require(again.size() == 1);
         const std::vector<const Column *> before = columnsOf(read.table);
         const std::vector<const Column *> after = columnsOf(again[0].table);

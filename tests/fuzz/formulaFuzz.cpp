@@ -32,7 +32,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     for (FitParameter &parameter : parameters) parameter.error = unset;
     std::vector<FitParameter> read = parameters;
     for (FitParameter &parameter : read) parameter.value = 0;
-    readParameterList(parameterList(parameters), read);
+    readParameterList(parameterList(parameters, '.'), '.', read);
     require(std::ranges::equal(parameters, read, {}, &FitParameter::value, &FitParameter::value));
     return 0;
 }

@@ -1,7 +1,6 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/fit/parameterList.h"
 #include "tests/fuzz/fuzz.h"
-#include "util/number/decimal.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,11 +17,11 @@ bool isSame(const FitParameter &a, const FitParameter &b) {
 
 // A list sets finite values, or nothing at all; what was set is written so that it is read again.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-    plw::decimalSeparator = size > 0 && (data[0] & 1) != 0 ? ',' : '.';
+    const char separator = size > 0 && (data[0] & 1) != 0 ? ',' : '.';
     const std::vector<FitParameter> before{{"a", 1, 0.5}, {"b", 2, 0.25, true}, {"\u00e4_1", 3}};
     std::vector<FitParameter> parameters = before;
     try {
-        readParameterList(afterFirstByte(data, size), parameters);
+        readParameterList(afterFirstByte(data, size), separator, parameters);
     } catch (const Refusal &) {
         require(std::ranges::equal(parameters, before, isSame));
         return 0;
@@ -32,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         parameter.error = unset;
     }
     std::vector<FitParameter> again = before;
-    readParameterList(parameterList(parameters), again);
+    readParameterList(parameterList(parameters, separator), separator, again);
     require(std::ranges::equal(parameters, again, isSame));
     return 0;
 }

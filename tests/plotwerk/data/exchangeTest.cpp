@@ -13,15 +13,15 @@ TEST(ReplaceData, ExchangesTheTablesAndKeepsWhatTheUserMadeOfThem) {
     Column &b = document.sources[0].tables[0].y[1];
     b.rank = 1;
     b.fitData = b.marked = b.look.dashed = true;
-    replaceData(document, "A", "t u v\n1 2 3\n");
+    replaceData(document, "A", "t u v\n1 2 3\n", '.');
     EXPECT_EQ(textOf(document), "A: t=1 u=2 v=3 | B: x=1 a=6");
     const Column &v = document.sources[0].tables[0].y[1];
     EXPECT_TRUE(v.rank == 1 && v.fitData && v.marked && v.look.dashed);
 
-    replaceData(document, "", "1\n");
+    replaceData(document, "", "1\n", '.');
     EXPECT_EQ(textOf(document), "A: t=1 u=2 v=3 | B: x=1 a=6 | Data: X=0 Y1=1");
     for (const auto read : {replaceData, appendData, addData})
-        EXPECT_NE(refusalOf(document, [&](auto &d) { read(d, "new", "none"); }), "");
+        EXPECT_NE(refusalOf(document, [&](auto &d) { read(d, "new", "none", '.'); }), "");
 }
 
 TEST(AppendData, ContinuesTheTablesOfAGrowingMeasurement) {
@@ -40,8 +40,8 @@ TEST(AppendData, ContinuesTheTablesOfAGrowingMeasurement) {
     };
     for (const auto &c : cases) {
         Document document;
-        appendData(document, "S", c.first);
-        appendData(document, "S", c.more);
+        appendData(document, "S", c.first, '.');
+        appendData(document, "S", c.more, '.');
         EXPECT_EQ(textOf(document), std::string("S: ") + c.want) << c.what;
     }
 }
@@ -50,7 +50,7 @@ TEST(AddData, TakesAFreeNameHoweverManyAreTaken) {
     Document document = sample();
     std::set<std::string> names;
     for (int i = 0; i < 30; ++i) {
-        addData(document, "Clipboard", "1 2\n");
+        addData(document, "Clipboard", "1 2\n", '.');
         const std::string &name = document.sources.back().name;
         EXPECT_TRUE(names.insert(name).second) << name;
         EXPECT_TRUE(std::regex_match(name, std::regex("Clipboard( \\d\\d:\\d\\d:\\d\\d(#\\d+)?)?")))
@@ -60,9 +60,10 @@ TEST(AddData, TakesAFreeNameHoweverManyAreTaken) {
 
 TEST(DataTextOfSelection, HasABlockForEachTable) {
     Document document = sample();
-    EXPECT_THROW(dataTextOfSelection(document, true), Refusal);
+    EXPECT_THROW(dataTextOfSelection(document, true, '.'), Refusal);
     selectByIndex(document, {1, 2}, false);
     selectByIndex(document, {0, 0}, true);
-    EXPECT_EQ(dataTextOfSelection(document, true), "x\tb\ta\n1\t3\t1\n2\t4\t2\n\nx\tc\n1\t5\n");
-    EXPECT_EQ(dataTextOfSelection(document, false), "b\ta\n3\t1\n4\t2\n\nc\n5\n");
+    EXPECT_EQ(dataTextOfSelection(document, true, '.'),
+              "x\tb\ta\n1\t3\t1\n2\t4\t2\n\nx\tc\n1\t5\n");
+    EXPECT_EQ(dataTextOfSelection(document, false, '.'), "b\ta\n3\t1\n4\t2\n\nc\n5\n");
 }

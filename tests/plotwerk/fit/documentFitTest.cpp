@@ -65,23 +65,43 @@ TEST(DocumentFit, DrawsTheFormulaAsACurveOfItsOwn) {
                     parameter(document, "a") * drawn.x.values[i] + parameter(document, "b"), 1e-12);
 }
 
-TEST(DocumentFit, SamplesALogarithmicAxisInDecades) {
-    Document document = documentOf(table({1, 10, 100}, {column("y", {1, 2, 3})}));
-    document.axes[xAxis].logarithmic = true;
-    setFormula(document, "a * log10(x) + b");
-    fitDocument(document);
-    EXPECT_NEAR(std::log10(lastTable(document).x.values[1]), 2.0 / 499, 1e-12);
-    EXPECT_EQ(lastTable(document).x.values.back(), 100);
+TEST(DocumentFit, SamplesTheAxisEvenlyAsFinelyAsTheData) {
+    const struct {
+        const char *what;
+        double from;
+        bool logarithmic, upperX;
+        int points, samples;
+        double second; // of the samples, where the data go to 100
+    } cases[] = {{"linear", 1, false, false, 3, 500, 1 + 99. / 499},
+                 {"decades", 1, true, false, 3, 500, std::pow(100, 1. / 499)},
+                 {"decades above", 1, true, true, 3, 500, std::pow(100, 1. / 499)},
+                 {"decades from below 0", -100, true, false, 3, 500, -100 + 200. / 499},
+                 {"many points", 0, false, false, 1001, 1001, 0.1},
+                 {"too many", 0, false, false, 20'000, 10'000, 100. / 9'999}};
+    for (const auto &c : cases) {
+        std::vector<double> x;
+        for (int i = 0; i < c.points; ++i) x.push_back(std::lerp(c.from, 100, i / (c.points - 1.)));
+        Document document = documentOf(table(x, {column("y", x)}));
+        document.axes[c.upperX ? upperXAxis : xAxis].logarithmic = c.logarithmic;
+        document.sources[0].tables[0].y[0].look.upperX = c.upperX;
+        setFormula(document, "a * x");
+        fitDocument(document);
+        const std::vector<double> &drawn = lastTable(document).x.values;
+        ASSERT_EQ(std::ssize(drawn), c.samples) << c.what;
+        EXPECT_NEAR(drawn[1], c.second, 1e-12) << c.what;
+        EXPECT_EQ(drawn.back(), 100) << c.what;
+    }
 }
 
 TEST(DocumentFit, IsReplacedByTheNextOne) {
     Document document = line();
     fitDocument(document);
-    addData(document, "Later", "1 2\n");
+    addData(document, "Later", "1 2\n", '.');
     Column &mine = columnOf(document, *curveAt(document, 1));
     mine.name = "mine";
     mine.look.lineThickness = 5;
     mine.rank = 1;
+    mine.marked = true;
     columnOf(document, *curveAt(document, 0)).fitData = true;
     document.fitRange = {unset, 2};
 
@@ -91,6 +111,7 @@ TEST(DocumentFit, IsReplacedByTheNextOne) {
     EXPECT_EQ(drawn.name, "mine");
     EXPECT_EQ(drawn.look.lineThickness, 5);
     EXPECT_EQ(drawn.rank, 1);
+    EXPECT_TRUE(drawn.marked);
     EXPECT_NEAR(drawn.values.back(), 5, 1e-12);
     EXPECT_EQ(columnOf(document, *curveAt(document, 2)).values, std::vector<double>{2});
 }
@@ -99,8 +120,8 @@ TEST(DocumentFit, IsReplacedByTheNextOne) {
 TEST(DocumentFit, LeavesWhatTheUserHasMadeHisOwn) {
     void (*const takenOver[])(Document &) = {
         [](Document &d) { d.sources[1].tables[0].y.push_back(d.sources[1].tables[0].y[0]); },
-        [](Document &d) { appendData(d, "Fit", "5 6\n"); },
-        [](Document &d) { replaceData(d, "Fit", "5 6\n"); },
+        [](Document &d) { appendData(d, "Fit", "5 6\n", '.'); },
+        [](Document &d) { replaceData(d, "Fit", "5 6\n", '.'); },
         [](Document &d) { d.sources[1].tables[0].y[0].fitData = true; },
     };
     for (const auto takeOver : takenOver) {
@@ -155,17 +176,22 @@ TEST(DocumentFit, LeavesEverythingWhenItFails) {
 
 TEST(DocumentFormula, KeepsParametersOfTheSameName) {
     Document document = line();
-    setParameters(document, "a = 5!, b = 7");
+    setParameters(document, "a = 5!, b = 7", '.');
     fitDocument(document);
     EXPECT_EQ(parameter(document, "a"), 5);
     setFormula(document, document.formula);
     EXPECT_TRUE(document.fit.done) << "the same formula";
 
-    setFormula(document, "c + a * x");
+    const double b = parameter(document, "b");
+    EXPECT_GT(document.parameters[1].error, 0);
+
+    setFormula(document, "c + a * x + b");
     EXPECT_FALSE(document.fit.done);
-    ASSERT_EQ(document.parameters.size(), 2U);
+    ASSERT_EQ(document.parameters.size(), 3U);
     EXPECT_EQ(parameter(document, "a"), 5);
     EXPECT_TRUE(document.parameters[1].fixed);
+    EXPECT_EQ(parameter(document, "b"), b);
+    EXPECT_TRUE(std::isnan(document.parameters[2].error)) << "of another formula's fit";
     EXPECT_EQ(parameter(document, "c"), 1);
 }
 
@@ -190,13 +216,17 @@ TEST(DocumentFormula, ModifiesValidPointsOfTheSelection) {
     EXPECT_EQ(valueAtIndex(document, 0, 1), valueAtX(document, -1, 1));
 
     Table &large = document.sources[0].tables[0];
-    large.x.values.assign(1'000'001, 1);
+    large.x.values.assign(2'000'000, 1);
     for (Column &each : large.y) each.values = large.x.values;
     std::string text = "x";
-    for (int i = 0; i < 3000; ++i) text += "*x+" + std::to_string(i + 2);
+    for (int i = 0; i < 1000; ++i) text += "*x+" + std::to_string(i + 2);
     setFormula(document, text);
-    EXPECT_EQ(refusalOf(document, [](Document &d) { modifySelection(d, true); }),
-              "the formula is too long for so many points");
+    try {
+        modifySelection(document, true); // both curves: 1.2e10 operations
+        ADD_FAILURE() << "taken";
+    } catch (const Refusal &refusal) {
+        EXPECT_STREQ(refusal.what(), "the formula is too long for so many points");
+    }
 }
 
 TEST(DocumentVariables, AreParametersTheFitAndTheLimits) {
@@ -210,5 +240,12 @@ TEST(DocumentVariables, AreParametersTheFitAndTheLimits) {
     EXPECT_EQ(variableOf(document, "fitmin"), "0");
     EXPECT_EQ(variableOf(document, "fitmax"), "2.5");
     EXPECT_EQ(variableOf(document, "points"), "3");
+
+    Column other = column("other", {-1, 8, 9, 7});
+    other.look.upperX = other.look.rightY = true;
+    document.sources.push_back({"Data 2", {table({40, 50, 60, 70}, {other})}});
+    const std::pair<const char *, const char *> limits[] = {
+        {"x2min", "40"}, {"x2max", "70"}, {"y2min", "-1"}, {"y2max", "9"}, {"ymin", "1"}};
+    for (const auto &[name, value] : limits) EXPECT_EQ(variableOf(document, name), value) << name;
     EXPECT_EQ(refusalOf(document, [](Document &d) { variableOf(d, "z"); }), "no variable \"z\"");
 }

@@ -48,18 +48,18 @@ TEST(Fit, ErrorsWeighAndTheirCommonFactorDoesNot) {
 
 TEST(Fit, TakesTheValidPointsOfTheRange) {
     const Formula formula("m");
-    const Numbers at{0, 1, 2, 3, NAN, 5, 6, 7, 8, 9};
-    const Numbers values{50, 1, 3, NAN, 60, inf, 5, 7, 9, 70};
-    const Numbers errors{1, 1, 1, 1, 1, 1, 0, -1, NAN, 1};
+    const Numbers at{0, 1, 2, 3, NAN, 5, 6, 7, 8, 9, 4};
+    const Numbers values{50, 1, 3, NAN, 60, inf, 5, 7, 9, 70, 11};
+    const Numbers errors{1, 1, 1, 1, 1, 1, 0, -1, NAN, 1, inf};
     const struct {
         const char *what;
         bool weighted;
         Range range;
         int points;
         double mean;
-    } cases[] = {{"limits are inside", false, {1, 8}, 5, 5},
-                 {"no upper limit", false, {2, unset}, 5, (3 + 5 + 7 + 9 + 70) / 5.0},
-                 {"only points with an error above 0", true, {1, 8}, 2, 2}};
+    } cases[] = {{"limits are inside", false, {1, 8}, 6, 6},
+                 {"no upper limit", false, {2, unset}, 6, (3 + 5 + 7 + 9 + 70 + 11) / 6.0},
+                 {"only points with a finite error above 0", true, {1, 8}, 2, 2}};
     for (const auto &c : cases) {
         std::vector<FitParameter> parameters = ones(formula);
         const Numbers kept = c.weighted ? errors : Numbers{};
@@ -143,8 +143,9 @@ TEST(Fit, FailuresSayWhyAndLeaveTheParameters) {
         parameters[0].error = 0.25;
         const FitOutcome outcome = fit(formula, c.data, parameters);
         EXPECT_EQ(outcome.status, c.status) << c.text;
-        const bool vague = c.status == fitUndetermined;
-        EXPECT_EQ(outcome.reason, (vague ? "the data do not determine " : "") + c.reason) << c.text;
+        const bool undetermined = c.status == fitUndetermined;
+        EXPECT_EQ(outcome.reason, (undetermined ? "the data do not determine " : "") + c.reason)
+            << c.text;
         EXPECT_FALSE(outcome.result.done) << c.text;
         for (const FitParameter &parameter : parameters) EXPECT_EQ(parameter.value, 1) << c.text;
         EXPECT_EQ(parameters[0].error, 0.25) << c.text;

@@ -132,6 +132,8 @@ TEST(Formula, RefusesWithThePosition) {
         {"y=2\nb", "line 1, column 1: only the last line may assign to y"},
         {"k=b*j\nj=2\nk*j", "line 2, column 1: j is used before it is assigned"},
         {"ä*x−1", "line 1, column 4: expected an operator, not '−'"},
+        {"a×x", "line 1, column 2: expected an operator, not '×'"},
+        {"a÷x", "line 1, column 2: expected an operator, not '÷'"},
         {"a\x01", "line 1, column 2: expected an operator, not a control character"},
         {std::string("a\0x", 3), "line 1, column 2: expected an operator, not a control character"},
         {"\xff\xfe", "line 1, column 1: expected a value, not '\xff'"},
@@ -232,7 +234,12 @@ TEST(Formula, DerivativesStayFiniteAtTheEdges) {
                  {"if(x>0,a*log(x),a)", 0, 5, 1},
                  {"max(sqrt(a),1)", 0, 0, 0},
                  {"gamma(a)", 0, 0.5, -1.96351002602142347944 * std::sqrt(std::numbers::pi)},
-                 {"lgamma(a)", 0, -0.5, 0.03648997397857652056}};
+                 {"lgamma(a)", 0, -0.5, 0.03648997397857652056},
+                 {"lgamma(a)", 0, -100.25, 7.75423895920864544841}};
     for (const auto &c : cases)
         EXPECT_NEAR(slopeBy("a", Formula(c.text), c.x, c.a, 0), c.want, 4e-15) << c.text;
+
+    const double inf = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(slopeBy("a", Formula("x^a"), 0, 0, 0), -inf) << "a step down from 1";
+    EXPECT_TRUE(std::isnan(slopeBy("a", Formula("lgamma(a)"), 0, -2, 0))) << "a pole";
 }

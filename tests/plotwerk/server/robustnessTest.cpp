@@ -279,19 +279,3 @@ TEST_F(RobustnessTest, OutlivesClientsThatAreKilledInACall) {
     EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_("doc", 3, 0), 6.5);
     stop();
 }
-
-TEST_F(RobustnessTest, TakesDataOfAnyLength) {
-    connection->setMethodCallTimeout(5 * deadline); // as a client waits
-    plotwerk->selectCurvesOf_sourceName_table_column_appendSelection_("doc", "Data", 1, "a", false);
-    for (const size_t length : {size_t{64} << 10, size_t{64} << 20}) {
-        std::string text = "x\ta\n";
-        int lines = 0;
-        for (; text.size() < length; ++lines)
-            text += std::to_string(lines) + ".12345678\t-0.123456789012\n";
-        plotwerk->replaceDataformText_of_source_doRangeOverAll_(text, "doc", "Data", true);
-        EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_("doc", lines - 1, 0), -0.123456789012);
-        EXPECT_TRUE(std::isnan(plotwerk->valueOfDoc_atIndex_indexSerie_("doc", lines, 0)));
-        const bool shorter = lines < 10'000;
-        EXPECT_EQ(shorter ? plotwerk->dataOfSelectedCurvesOf_("doc") : text, text);
-    }
-}

@@ -1,0 +1,32 @@
+# Reads the protocol from the file XML. Sets INTERFACE, OBJECT_PATH and the list MEMBERS, and for
+# each member Selector_MEMBER, Heading_MEMBER and Description_MEMBER (empty: the next one's). Texts
+# have SEMICOLON for each ';', which would end an item of a list.
+string(ASCII 1 SEMICOLON)
+file(READ ${XML} xml)
+string(REPLACE ";" "${SEMICOLON}" xml "${xml}")
+
+string(REGEX MATCH "<node name=\"([^\"]*)\"" matched "${xml}")
+set(OBJECT_PATH ${CMAKE_MATCH_1})
+string(REGEX MATCH "<interface name=\"([^\"]*)\"" matched "${xml}")
+set(INTERFACE ${CMAKE_MATCH_1})
+
+set(MEMBERS "")
+set(heading "<!-- ([^\n]*) -->")
+set(method "<method name=\"([^\"]*)\"")
+set(annotation "<annotation name=\"org\\.plotwerk\\.([A-Za-z]*)\"[ \n]*value=\"([^\"]*)\"")
+string(REGEX MATCHALL "${heading}|${method}|${annotation}" parts "${xml}")
+foreach(part IN LISTS parts)
+  string(REGEX MATCH "${heading}|${method}|${annotation}" matched "${part}")
+  if(CMAKE_MATCH_1)
+    set(currentHeading "${CMAKE_MATCH_1}")
+  elseif(CMAKE_MATCH_2)
+    set(member ${CMAKE_MATCH_2})
+    list(APPEND MEMBERS ${member})
+    set(Heading_${member} "${currentHeading}")
+    set(Description_${member} "")
+    string(REPLACE "_" ":" Selector_${member} ${member})
+  else()
+    set(annotated ${CMAKE_MATCH_3}_${member})
+    string(REGEX REPLACE "[ \n]+" " " ${annotated} "${CMAKE_MATCH_4}")
+  endif()
+endforeach()

@@ -1,0 +1,28 @@
+// pictureFiles.h - where pictures of documents go: into files, the clipboard's file, the printer.
+#ifndef PLOTWERK_APPLICATION_PICTUREFILES_H
+#define PLOTWERK_APPLICATION_PICTUREFILES_H
+
+#include "plotwerk/drawing/pages.h"
+#include "plotwerk/model/document.h"
+
+#include <filesystem>
+
+namespace plotwerk {
+
+enum class PictureKind { pdf, eps, tiff };
+
+// The file is replaced as a whole or not at all. Throw Refusal: a picture that can't be drawn, a
+// file that can't be written.
+void writePicture(const std::filesystem::path &path, const Document &document, PictureKind kind);
+void writePage(const std::filesystem::path &path, const Composition &composition);
+
+// Writes $XDG_RUNTIME_DIR/plotwerk/clipboard.pdf or, for TIFF, clipboard.tiff, and gives its path.
+// Throws Refusal also when there is no such directory for the user.
+std::filesystem::path writeClipboardPicture(const Document &document, PictureKind kind);
+
+// Hands a PDF to lp, and doesn't wait. Throws Refusal when that can't be started.
+void printPicture(const Document &document);
+
+} // namespace plotwerk
+
+#endif

@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# What a maintainer looks at beside scripts/test.sh: formatting, include rules, the API's
+# documentation, benchmarks and fuzz targets that still compile, the suite under the address and
+# undefined behaviour sanitizers, clang-tidy.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+. scripts/steps.sh
+need_packages "${build_packages[@]}" "${bus_packages[@]}" "${test_packages[@]}" \
+    "${sanitizer_packages[@]}" "${check_packages[@]}"
+
+folders=(bench client fct plotwerk tests util)
+mapfile -t sources < <(find "${folders[@]}" -name '*.cpp' | sort)
+mapfile -t headers < <(find plw.h "${folders[@]}" -name '*.h' | sort)
+
+# Of what runs; for the tests the sanitizers do as much in a fraction of the time.
+tidy() {
+    printf '%s\0' "${sources[@]}" | grep -zv '^tests/\|^bench/' |
+        xargs -0 -n 2 -P "$jobs" clang-tidy -p build/asan --quiet 2>/dev/null
+}
+
+step "Formatting" clang-format --dry-run -Werror "${sources[@]}" "${headers[@]}"
+step "Include rules" scripts/includeRules.sh
+step "Build: asan" build asan
+step "Tests: asan" run_tests asan
+step "Build: benchmarks and API documentation" build release benchmarks docs
+# The words of pkg-config's answer are arguments each.
+# shellcheck disable=SC2046
+step "Fuzz targets" clang++ -std=c++20 -Wall -Wextra -Werror -fsyntax-only -I. \
+    $(pkg-config --cflags pangocairo) tests/fuzz/*.cpp
+step "clang-tidy" tidy

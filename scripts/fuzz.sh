@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Builds the fuzz targets and runs each for so many seconds: fuzz.sh [SECONDS], 60 unless given.
+# What a target has found interesting is kept under build/fuzz/corpus, what broke it in build/fuzz.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+. scripts/steps.sh
+need_packages "${build_packages[@]}" "${bus_packages[@]}" "${test_packages[@]}" \
+    "${sanitizer_packages[@]}"
+
+run_target() {
+    local corpus
+    corpus=build/fuzz/corpus/$(basename "$1")
+    mkdir -p "$corpus"
+    "$1" -max_total_time="$2" -timeout=20 -print_final_stats=1 -verbosity=0 \
+        -artifact_prefix=build/fuzz/ "$corpus"
+}
+
+step "Build: fuzz" build fuzz fuzzers
+for target in build/fuzz/tests/fuzz/*Fuzz; do
+    step "$(basename "$target")" run_target "$target" "${1:-60}"
+done
