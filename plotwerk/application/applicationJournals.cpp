@@ -3,10 +3,12 @@
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/stateDirectory.h"
+#include "plotwerk/model/change.h"
 
 #include <algorithm>
 #include <ctime>
 #include <exception>
+#include <utility>
 
 namespace plotwerk {
 

@@ -1,6 +1,7 @@
 #include "plotwerk/journal/journal.h"
 
 #include "plotwerk/base/log.h"
+#include "plotwerk/model/change.h"
 
 #include <exception>
 #include <utility>
@@ -56,7 +57,7 @@ void Journal::add(const Document &document, std::chrono::duration<double> time,
     if (failed) return;
     if (!file) {
         // Until then a file holds all that anybody would save.
-        if (document.changed) write(document);
+        if (hasUnsavedChanges(document)) write(document);
         return;
     }
     replayTime += time;

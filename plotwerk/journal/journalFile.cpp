@@ -3,6 +3,7 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/documentFile.h"
 #include "plotwerk/journal/bytes.h"
+#include "plotwerk/model/change.h"
 
 #include <algorithm>
 #include <array>
@@ -146,7 +147,7 @@ bool readAll(int file, void *bytes, std::size_t count, std::uint64_t position) {
 
 std::string descriptionOf(const Document &document) {
     std::string bytes;
-    putNumber(bytes, static_cast<std::uint8_t>(document.changed));
+    putNumber(bytes, static_cast<std::uint8_t>(hasUnsavedChanges(document)));
     putText(bytes, document.name);
     putText(bytes, document.path.native());
     return bytes;
@@ -333,7 +334,7 @@ Document LeftJournal::document() {
         throw Refusal(path.string() + ": " + refusal.what());
     }
     document.path = documentPath;
-    document.changed = hasUnsavedChanges;
+    if (hasUnsavedChanges) change(document, [](Document &) {});
     return document;
 }
 
