@@ -1,14 +1,19 @@
-// arraysBench.cpp - sorting and searching beside GSL's routines for the same job.
+// arraysBench.cpp - sorting and searching beside GSL's and the standard library's routines for the
+// same job.
 
+#include "fct/fct_tup.h"
 #include "util/arrays/search.h"
 #include "util/arrays/sort.h"
 
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cmath>
 #include <gsl/gsl_interp.h>
 #include <gsl/gsl_sort.h>
 #include <numeric>
 #include <random>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 using namespace plw;
@@ -63,7 +68,7 @@ static void gslSortIndexAndGather(benchmark::State &state) {
     const std::vector<double> keys = keysWithTiesAndGaps();
     const std::vector<double> a = randomNumbers(3), b = randomNumbers(4);
     std::vector<double> key(count), a2(count), b2(count);
-    std::vector<size_t> order(count);
+    std::vector<std::size_t> order(count);
     while (state.KeepRunning()) {
         gsl_sort_index(order.data(), keys.data(), 1, count);
         for (int i = 0; i < count; ++i) key[i] = keys[order[i]];
@@ -98,6 +103,118 @@ static void gslSort2(benchmark::State &state) {
 }
 BENCHMARK(gslSort2)->Unit(benchmark::kMillisecond);
 
+// Presorted pairs beside the method that decides about equal keys written as a plain loop, and
+// beside std::sort. The plain loop takes the square of the number for a peak or a valley.
+enum Shape { up, down, peak, valley, displaced };
+static constexpr const char *shapeNames[] = {"ascending", "descending", "peak", "valley",
+                                             "1 % displaced"};
+
+static std::vector<double> shapedKeys(Shape shape, int n) {
+    std::mt19937_64 random(7);
+    std::vector<double> keys(n);
+    for (int i = 0; i < n; ++i) {
+        const double distance = std::fabs(i - n / 2 - 0.3);
+        keys[i] = shape == down ? -i : shape == peak ? -distance : shape == valley ? distance : i;
+    }
+    for (int i = 0; shape == displaced && i < n / 100; ++i)
+        keys[random() % n] = std::uniform_real_distribution<double>(0, n)(random);
+    return keys;
+}
+
+static void plainQuicksort(double *x, double *y, int left, int right) {
+    const auto swap = [=](int i, int j) {
+        std::swap(x[i], x[j]);
+        std::swap(y[i], y[j]);
+    };
+    while (left < right) {
+        swap(left, (left + right) / 2);
+        int last = left;
+        for (int i = left + 1; i <= right; ++i)
+            if (x[left] > x[i]) swap(++last, i);
+        swap(left, last);
+        plainQuicksort(x, y, left, last - 1);
+        left = last + 1;
+    }
+}
+
+static void stdSort(double *x, double *y, int left, int right) {
+    std::vector<std::pair<double, double>> pairs(right + 1);
+    for (int i = left; i <= right; ++i) pairs[i] = {x[i], y[i]};
+    std::sort(pairs.begin() + left, pairs.end(),
+              [](const auto &a, const auto &b) { return a.first < b.first; });
+    for (int i = left; i <= right; ++i) std::tie(x[i], y[i]) = pairs[i];
+}
+
+template<void (*sort)(double *, double *, int, int)>
+static void sortShape(benchmark::State &state) {
+    const auto shape = static_cast<Shape>(state.range(0));
+    const int n = static_cast<int>(state.range(1));
+    const std::vector<double> keys = shapedKeys(shape, n);
+    std::vector<double> x, y(n);
+    state.SetLabel(shapeNames[shape]);
+    while (state.KeepRunning()) {
+        state.PauseTiming();
+        x = keys;
+        state.ResumeTiming();
+        sort(x.data(), y.data(), 0, n - 1);
+        benchmark::DoNotOptimize(x.data());
+    }
+}
+BENCHMARK(sortShape<quicksort>)
+    ->ArgsProduct({{up, down, peak, valley, displaced}, {10000, count}})
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(sortShape<stdSort>)
+    ->ArgsProduct({{up, down, peak, valley, displaced}, {10000, count}})
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(sortShape<plainQuicksort>)
+    ->ArgsProduct({{up, down, peak, valley, displaced}, {10000}})
+    ->ArgsProduct({{up, down, displaced}, {count}})
+    ->Unit(benchmark::kMicrosecond);
+
+// Rows of three members that ascend by the one they are sorted by, are shuffled, or ascend in
+// steps; std::sort orders positions by which the members are gathered then.
+enum Rows { ascendingRows, shuffledRows, steppedRows };
+
+static std::vector<double> rowKeys(Rows rows) {
+    std::vector<double> keys = ascending();
+    if (rows == shuffledRows) std::shuffle(keys.begin(), keys.end(), std::mt19937_64(8));
+    for (double &key : keys)
+        if (rows == steppedRows) key = std::floor(key / 3);
+    return keys;
+}
+
+static void sortTuples(benchmark::State &state) {
+    const std::vector<double> keys = rowKeys(static_cast<Rows>(state.range(0)));
+    Fct_tup *table = newFct_tup(count, 3);
+    for (const double key : keys) appendFct_tup2(table, 3, key, 0.0, 0.0);
+    while (state.KeepRunning()) {
+        state.PauseTiming();
+        std::copy(keys.begin(), keys.end(), table->members[0]);
+        state.ResumeTiming();
+        sortFct_tup(table, 0);
+    }
+    freeFct_tup(table);
+}
+BENCHMARK(sortTuples)->DenseRange(ascendingRows, steppedRows)->Unit(benchmark::kMillisecond);
+
+static void stdSortAndGather(benchmark::State &state) {
+    const std::vector<double> keys = rowKeys(static_cast<Rows>(state.range(0)));
+    std::vector<double> members[3] = {keys, keys, keys}, gathered(count);
+    std::vector<int> order(count);
+    while (state.KeepRunning()) {
+        state.PauseTiming();
+        members[0] = keys;
+        state.ResumeTiming();
+        std::iota(order.begin(), order.end(), 0);
+        std::sort(order.begin(), order.end(), [&](int i, int j) { return keys[i] < keys[j]; });
+        for (auto &member : members) {
+            for (int i = 0; i < count; ++i) gathered[i] = member[order[i]];
+            member.swap(gathered);
+        }
+    }
+}
+BENCHMARK(stdSortAndGather)->DenseRange(ascendingRows, steppedRows)->Unit(benchmark::kMillisecond);
+
 static void quicksortClusterPairs(benchmark::State &state) {
     const std::vector<double> x0 = randomNumbers(5);
     std::vector<double> x, values(2 * count, 1.0);
@@ -113,7 +230,7 @@ BENCHMARK(quicksortClusterPairs)->Unit(benchmark::kMillisecond);
 
 static void searchWithoutHint(benchmark::State &state) {
     const std::vector<double> a = ascending(), x = positions();
-    size_t i = 0;
+    std::size_t i = 0;
     while (state.KeepRunning()) {
         benchmark::DoNotOptimize(search_le(x[i], a.data(), count, -1));
         i = i + 1 < x.size() ? i + 1 : 0;
@@ -123,7 +240,7 @@ BENCHMARK(searchWithoutHint);
 
 static void gslBsearch(benchmark::State &state) {
     const std::vector<double> a = ascending(), x = positions();
-    size_t i = 0;
+    std::size_t i = 0;
     while (state.KeepRunning()) {
         benchmark::DoNotOptimize(gsl_interp_bsearch(a.data(), x[i], 0, count - 1));
         i = i + 1 < x.size() ? i + 1 : 0;

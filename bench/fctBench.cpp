@@ -1,14 +1,13 @@
 // Sampled functions beside the GNU Scientific Library's linear interpolation and beside fprintf.
-#include <benchmark/benchmark.h>
-#include <gsl/gsl_interp.h>
+#include "fct/fct.h"
 
+#include <benchmark/benchmark.h>
 #include <cmath>
 #include <cstdio>
+#include <gsl/gsl_interp.h>
 #include <memory>
 #include <random>
 #include <vector>
-
-#include "fct/fct.h"
 
 using namespace plw;
 
@@ -21,7 +20,7 @@ FctPtr wave(int n) {
     std::mt19937_64 random(1);
     std::uniform_real_distribution<double> jitter(0.0, 1.0);
     FctPtr f(newFct(n), freeFct);
-    for (int i = 0; i < n; i++) appendFct(f.get(), i + jitter(random) * 0.9, std::sin(i * 0.01));
+    for (int i = 0; i < n; ++i) appendFct(f.get(), i + jitter(random) * 0.9, std::sin(i * 0.01));
     return f;
 }
 
@@ -50,7 +49,7 @@ void evalFctAscending(benchmark::State &state) {
     const double first = f->t[0];
     const double step = (f->t[samples - 1] - first) / positions;
     for ([[maybe_unused]] auto _ : state) {
-        for (int i = 0; i < positions; i++)
+        for (int i = 0; i < positions; ++i)
             benchmark::DoNotOptimize(evalFct(f.get(), first + i * step));
     }
     state.SetItemsProcessed(state.iterations() * positions);
@@ -62,7 +61,7 @@ void gslEvalAscending(benchmark::State &state) {
     const double first = f->t[0];
     const double step = (f->t[samples - 1] - first) / positions;
     for ([[maybe_unused]] auto _ : state) {
-        for (int i = 0; i < positions; i++)
+        for (int i = 0; i < positions; ++i)
             benchmark::DoNotOptimize(
                 gsl_interp_eval(gsl.line, f->t, f->y, first + i * step, gsl.accelerator));
     }
@@ -74,7 +73,7 @@ void integralFctWindows(benchmark::State &state) {
     const double first = f->t[0];
     const double step = (f->t[samples - 1] - first - 10) / windows;
     for ([[maybe_unused]] auto _ : state) {
-        for (int i = 0; i < windows; i++) {
+        for (int i = 0; i < windows; ++i) {
             const double a = first + i * step;
             benchmark::DoNotOptimize(integralFct(a, a + 10, f.get()));
         }
@@ -88,7 +87,7 @@ void gslIntegralWindows(benchmark::State &state) {
     const double first = f->t[0];
     const double step = (f->t[samples - 1] - first - 10) / windows;
     for ([[maybe_unused]] auto _ : state) {
-        for (int i = 0; i < windows; i++) {
+        for (int i = 0; i < windows; ++i) {
             const double a = first + i * step;
             benchmark::DoNotOptimize(
                 gsl_interp_eval_integ(gsl.line, f->t, f->y, a, a + 10, gsl.accelerator));
@@ -118,7 +117,7 @@ void fprintfToFile(benchmark::State &state) {
     const FctPtr f = wave(samples);
     for ([[maybe_unused]] auto _ : state) {
         FILE *file = std::fopen("fctBench.txt", "w");
-        for (int i = 0; i < f->n; i++) std::fprintf(file, "%g  %g\n", f->t[i], f->y[i]);
+        for (int i = 0; i < f->n; ++i) std::fprintf(file, "%g  %g\n", f->t[i], f->y[i]);
         std::fclose(file);
     }
     std::remove("fctBench.txt");

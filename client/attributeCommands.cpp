@@ -103,9 +103,13 @@ static void placeText(PlotwerkControl &plotwerk, const Options &options) {
 
 static constexpr CommandRow rows[] = {
     {"setAttributes", "[-l | s | y | e | a | f | t | r | m | S flag]", setAttributes},
-    {"setAttributes2", "[options]", setAttributes2},
-    {"setDocAttributes", "[options]", setDocAttributes},
-    {"setAxis", "[options]", setAxis},
+    {"setAttributes2",
+     "[-s | t | c | m | n integer] [-p | y | w | h | i | j | k | r | g | b | o | R | G | B real]",
+     setAttributes2},
+    {"setDocAttributes", "[-w | h | t | a | e | y real] [-m | r yes-or-no]", setDocAttributes},
+    {"setAxis",
+     "[-a | t | b | c integer] [-i | r | g real] [-l | u | w | m | n | e | o | k | s flag]",
+     setAxis},
     {"placeText", "-t text [-r x] [-u y] [-a angle] [-f yes-or-no] [-g yes-or-no]", placeText},
 };
 

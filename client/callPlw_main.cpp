@@ -10,13 +10,13 @@
 #include <cstring>
 #include <getopt.h>
 
-// The '+' makes getopt stop at the first argument that is no option. Only a line can name its
+// The '+' makes getopt stop at the first argument that is not an option. Only a line can name its
 // target document (-d): commands given as arguments address the front document.
 static const char argumentOptions[] = "+a:b:c:e:f:g:h:i:j:k:l:m:n:o:p:r:s:t:u:w:x:y:R:G:B:S:X:Y:";
 static const char lineOptions[] = "+a:b:c:d:e:f:g:h:i:j:k:l:m:n:o:p:r:s:t:u:w:x:y:R:G:B:S:X:Y:";
 
 static constexpr int lineSize = 512; // bytes read as one line, the terminator counted
-static constexpr int maxWords = 62;  // words of a line that are looked at
+static constexpr int maxWords = 62;  // words read of one line
 
 // The texts of one command line. They are large, and only their first bytes are ever cleared.
 struct CommandLine {

@@ -104,7 +104,7 @@ static constexpr CommandRow rows[] = {
     {"newDocument", "", newDocument},
     {"display", "[-r yes-or-no]", display},
     {"open", "-f file [-r yes-or-no]", open},
-    {"saveDocument", "-f file [-k yes-or-no] [-b yes-or-no]", saveDocument},
+    {"saveDocument", "[-f file] [-k yes-or-no] [-b yes-or-no]", saveDocument},
     {"savePDF", "-f file", savePDF},
     {"saveEPS", "-f file", saveEPS},
     {"saveTIFF", "-f file", saveTIFF},

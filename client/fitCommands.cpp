@@ -54,18 +54,18 @@ static void setFormulaParameters(PlotwerkControl &plotwerk, const Options &optio
     plotwerk.readFormulaParameterOf_parameterList_(documentName, textOf(options.pText));
 }
 
-// A copy of the text with blanks for line feeds. It is never released: one such buffer is lost per
-// command, deliberately.
+// A copy of the text with blanks for line feeds, which the caller never frees: losing one buffer
+// per command is deliberate.
 static char *oneLineOf(const std::string &text) {
     char *line = strdup(text.c_str());
-    for (size_t i = std::strlen(line); i-- > 0;) {
+    for (std::size_t i = std::strlen(line); i-- > 0;) {
         if (line[i] == '\n') line[i] = ' ';
     }
     return line;
 }
 
 static void getFormula(PlotwerkControl &plotwerk, const Options &) {
-    // Its commas stay: they part the arguments of functions.
+    // Its commas stay: they separate the arguments of functions.
     answer("%s\n", oneLineOf(plotwerk.formulaTextOf_(documentName)));
 }
 

@@ -21,11 +21,11 @@ struct Options {
     const char *operator[](char letter) const { return slots[static_cast<unsigned char>(letter)]; }
 };
 
-// NaN for an empty text, else what atof reads: 0 for a text that is no number.
+// NaN for an empty text, else what atof reads: 0 for a text that is not a number.
 double real(const char *text);
 double real(const char *text, double whenEmpty);
 
-// -1 for an empty text, else what atoi reads: 0 for a text that is no number.
+// -1 for an empty text, else what atoi reads: 0 for a text that is not a number.
 int integer(const char *text);
 int integer(const char *text, int whenEmpty);
 
@@ -35,7 +35,7 @@ bool yesNo(const char *text);
 // 2 (keep) for an empty text and one that begins with k or K, 0 (off) for n or N, else 1 (on).
 int triState(const char *text);
 
-// The text in UTF-8, empty for an empty one: bytes that are no UTF-8 are read as ISO 8859-1.
+// The text in UTF-8, empty for an empty one: bytes that are not UTF-8 are read as ISO 8859-1.
 std::string textOf(const char *text);
 
 #endif

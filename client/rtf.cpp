@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <string_view>
 
-// One UTF-16 code unit as RTF writes it: a signed number, and '?' for readers without Unicode. A
-// plain '?' would take the word that follows with it in readers that skip by words.
+// One UTF-16 code unit as RTF writes it: a signed number, then a '?' for readers without Unicode.
+// The '?' is escaped because some readers skip a whole word there, not a character.
 static void appendCodeUnit(std::string &rtf, uint32_t unit) {
     rtf += "\\u" + std::to_string(static_cast<int16_t>(unit)) + "\\'3f";
 }
@@ -37,7 +37,7 @@ std::string rtfOfText(const char *text) {
     std::string rtf = "{\\rtf1\\ansi\\uc1 ";
     for (std::string_view rest = utf8; !rest.empty();) {
         if (rest.substr(0, 2) == "\r\n") rest.remove_prefix(1);
-        size_t length = 0;
+        std::size_t length = 0;
         appendCharacter(rtf, plw::firstCodePoint(rest, &length));
         rest.remove_prefix(length);
     }

@@ -5,7 +5,7 @@
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/session.sh"
-folder=${1:-$(mktemp -d)}
+folder=$(cd "${1:-$(mktemp -d)}" && pwd)
 
 echo "# Line mode: a new document."
 session <<END
@@ -13,7 +13,7 @@ session <<END
 -x activeDoc
 END
 
-echo "# Argument mode: the data, given as text, go into the document in front."
+echo "# Argument mode: data given as text, 64 KB at most, go into the document in front."
 echo 'callPlw -x readData -s block -r yes -p "$(cat data/ultrasonic.txt)"'
 callPlw -x readData -s block -r yes -p "$(cat "$here/data/ultrasonic.txt")"
 
@@ -31,10 +31,10 @@ session <<END
 -x setYi -i 0 -a 80.5
 -x Yi -i 0
 -x setYi -i 0 -a 92.9
--x saveDocument -f $folder/decay.plotwerk
+-x saveDocument -f "$folder/decay.plotwerk"
 -x close
 -x activeDoc
--x open -f $folder/decay.plotwerk
+-x open -f "$folder/decay.plotwerk"
 -x activeDoc
 -x inventory
 END
@@ -55,8 +55,8 @@ session <<END
 -x setAttributes -l no -S yes
 -x setAxis -a 2 -m yes
 -x placeText -t 'exp(-b1 x) / (b2 + b3 x)' -r 0.55 -u 0.8
--x savePDF -f $folder/decay.pdf
--x saveEPS -f $folder/decay.eps
--x saveTIFF -f $folder/decay.tiff
+-x savePDF -f "$folder/decay.pdf"
+-x saveEPS -f "$folder/decay.eps"
+-x saveTIFF -f "$folder/decay.tiff"
 -x saveDocument
 END

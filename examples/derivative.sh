@@ -5,10 +5,10 @@
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/session.sh"
-folder=${1:-$(mktemp -d)}
+folder=$(cd "${1:-$(mktemp -d)}" && pwd)
 
 session <<END
--x open -f $here/data/pressure.txt
+-x open -f "$here/data/pressure.txt"
 -x selectCurve -c difference
 -x setAttributes2 -s 3 -p 10 -t 1
 -x setFormula -f a+b*cos(2*pi*x/12)+c*sin(2*pi*x/12)
@@ -20,6 +20,6 @@ session <<END
 -x statistic
 -x setAttributes -r yes -a yes
 -x setXRange -s 0 -e 60
--x savePDF -f $folder/derivative.pdf
+-x savePDF -f "$folder/derivative.pdf"
 -x close
 END

@@ -5,10 +5,10 @@
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/session.sh"
-folder=${1:-$(mktemp -d)}
+folder=$(cd "${1:-$(mktemp -d)}" && pwd)
 
 session <<END
--x open -f $here/data/spectrum.txt
+-x open -f "$here/data/spectrum.txt"
 -x selectCurve -c counts
 -x markSelectionAsFitData
 -x searchMaxima -g yes -w 10 -h 5
@@ -21,6 +21,6 @@ session <<END
 -x getFormulaParameters
 -x setAttributes -l no -S yes
 -x setAttributes2 -y 2
--x savePDF -f $folder/peaks.pdf
+-x savePDF -f "$folder/peaks.pdf"
 -x close
 END

@@ -1,16 +1,15 @@
 // Sums, products, convolution and smoothing of Fct.
+#include "fct/fct.h"
+
+#include "util/arrays/search.h"
+
 #include <algorithm>
 #include <functional>
 
-#include "fct/fct.h"
-#include "util/arrays/search.h"
-
 namespace plw {
 
-namespace {
-
 // Appends f op g to the empty result, on the merged samples of both.
-template<class Operator> void combine(Fct *f, Fct *g, Operator op, Fct *result) {
+template<class Operator> static void combine(Fct *f, Fct *g, Operator op, Fct *result) {
     if (f->n < 1 || g->n < 1) return;
 
     int i = 0;
@@ -24,13 +23,13 @@ template<class Operator> void combine(Fct *f, Fct *g, Operator op, Fct *result) 
         double x = f->t[i];
         const double b = g->t[j];
         if (x == b) {
-            i++;
-            j++;
+            ++i;
+            ++j;
         } else if (x < b) {
-            i++;
+            ++i;
         } else {
             x = b;
-            j++;
+            ++j;
         }
         const double u = evalFct(f, x);
         const double v = evalFct(g, x);
@@ -38,30 +37,28 @@ template<class Operator> void combine(Fct *f, Fct *g, Operator op, Fct *result) 
     }
 }
 
-template<class Operator> Fct *combined(Fct *f, Fct *g, Operator op) {
+template<class Operator> static Fct *combined(Fct *f, Fct *g, Operator op) {
     Fct *result = newFct(f->n + g->n);
     combine(f, g, op, result);
     return result;
 }
 
 // Makes f as if it were new, without giving its memory back.
-void restart(Fct *f) {
+static void restart(Fct *f) {
     clearFct(f);
     f->lastIndex = 0;
 }
 
 // (f * kernel)(x). mirrored and product are scratch.
-double convolute(Fct *f, const Fct *kernel, double x, Fct *mirrored, Fct *product) {
+static double convolute(Fct *f, const Fct *kernel, double x, Fct *mirrored, Fct *product) {
     restart(mirrored);
-    for (int j = kernel->n - 1; j >= 0; j--) appendFct(mirrored, x - kernel->t[j], kernel->y[j]);
+    for (int j = kernel->n - 1; j >= 0; --j) appendFct(mirrored, x - kernel->t[j], kernel->y[j]);
 
     restart(product);
     combine(f, mirrored, std::multiplies<>(), product);
     if (product->n < 1) return 0.0;
     return integralFct(product->t[0], product->t[product->n - 1], product);
 }
-
-} // namespace
 
 Fct *addFct(Fct *f, Fct *g) {
     return combined(f, g, std::plus<>());
@@ -88,7 +85,7 @@ void smoothFct(Fct *f, const Fct *kernel) {
     Fct *mirrored = newFct(kernel->n);
     Fct *product = newFct(kernel->n);
     Fct *smooth = newFct(f->n);
-    for (int i = 0; i < f->n; i++)
+    for (int i = 0; i < f->n; ++i)
         appendFct(smooth, f->t[i], convolute(f, kernel, f->t[i], mirrored, product));
     std::copy(smooth->y, smooth->y + smooth->n, f->y);
     freeFct(smooth);

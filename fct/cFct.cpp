@@ -1,12 +1,12 @@
 #include "fct/cFct.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "fct/fmaClones.h"
 #include "fct/storage.h"
 #include "util/arrays/sort.h"
 #include "util/files/fatal.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace plw {
 
@@ -38,7 +38,7 @@ void appendCFct(CFct *f, double t, double real, double imaginary) {
     }
     f->y[f->n] = {real, imaginary};
     f->t[f->n] = t;
-    f->n++;
+    ++f->n;
 }
 
 void sortByTCFct(CFct *f) {
@@ -50,18 +50,15 @@ void sortByRealCFct(CFct *f) {
     quicksortCluster(reinterpret_cast<double *>(f->y), 2, 0, f->t, sizeof(double), 0, f->n - 1);
 }
 
-namespace {
-
-size_t element(const CFct2D *F, int i, int j) {
-    return static_cast<size_t>(i) + static_cast<size_t>(j) * static_cast<size_t>(F->sizeX);
+static std::size_t element(const CFct2D *F, int i, int j) {
+    return static_cast<std::size_t>(i) +
+           static_cast<std::size_t>(j) * static_cast<std::size_t>(F->sizeX);
 }
 
-void requireElement(const CFct2D *F, int i, int j, const char *message) {
+static void requireElement(const CFct2D *F, int i, int j, const char *message) {
     if (i < 0 || i >= F->nx) myexit(message, i);
     if (j < 0 || j >= F->ny) myexit(message, j);
 }
-
-} // namespace
 
 CFct2D *newCFct2D(int sizeX, int sizeY) {
     CFct2D *F = allocate<CFct2D>(1);
@@ -80,11 +77,11 @@ CFct2D *newCFct2DWith(const Complex *values, int nx, int ny, double x0, double d
     CFct2D *F = newCFct2D(nx, ny);
     F->nx = nx;
     F->ny = ny;
-    for (int i = 0; i < nx; i++) F->x[i] = std::fma(i, dx, x0);
-    for (int j = 0; j < ny; j++) F->y[j] = std::fma(j, dy, y0);
+    for (int i = 0; i < nx; ++i) F->x[i] = std::fma(i, dx, x0);
+    for (int j = 0; j < ny; ++j) F->y[j] = std::fma(j, dy, y0);
     if (values == nullptr) return F;
-    for (int j = 0; j < ny; j++)
-        for (int i = 0; i < nx; i++) F->z[element(F, i, j)] = *values++;
+    for (int j = 0; j < ny; ++j)
+        for (int i = 0; i < nx; ++i) F->z[element(F, i, j)] = *values++;
     return F;
 }
 
@@ -99,7 +96,7 @@ Complex cFct2DAt(const CFct2D *F, int i, int j) {
 }
 
 void zeroCFct2D(CFct2D *F) {
-    for (int j = 0; j < F->ny; j++) std::fill_n(F->z + element(F, 0, j), F->nx, Complex());
+    for (int j = 0; j < F->ny; ++j) std::fill_n(F->z + element(F, 0, j), F->nx, Complex());
 }
 
 void clearCFct2D(CFct2D *F) {

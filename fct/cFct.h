@@ -55,9 +55,9 @@ CFct2D *newCFct2D(int sizeX, int sizeY);
 CFct2D *newCFct2DWith(const std::complex<double> *values, int nx, int ny, double x0, double dx,
                       double y0, double dy);
 
-// Sets or gives the value at column i, row j.
-// Ends the process outside 0..nx-1, 0..ny-1, with the index that is: "ERROR in setCFct2DByIndex:
-// index out of range", "ERROR in cFct2DAt: index out of range".
+// Sets or returns the value at column i, row j.
+// Ends the process if i is not within 0..nx-1 or j not within 0..ny-1: "ERROR in setCFct2DByIndex:
+// index out of range", "ERROR in cFct2DAt: index out of range", and that index.
 void setCFct2DByIndex(CFct2D *F, int i, int j, double real, double imaginary);
 std::complex<double> cFct2DAt(const CFct2D *F, int i, int j);
 

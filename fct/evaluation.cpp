@@ -1,16 +1,15 @@
 // Evaluation and integrals of Fct and of bare arrays.
-#include <algorithm>
-#include <cmath>
+#include "fct/fct.h"
 
 #include "fct/completeness.h"
-#include "fct/fct.h"
 #include "fct/fmaClones.h"
 #include "fct/interpolation.h"
 #include "util/arrays/search.h"
 
-namespace plw {
+#include <algorithm>
+#include <cmath>
 
-namespace {
+namespace plw {
 
 // The integral from a to b by trapezoids over points i = 0, 1, ... n - 1 at t(i) with ordinate
 // y(i), n >= 2. *hint is where the walk begins if that lies below a; it becomes the index before
@@ -25,11 +24,11 @@ PLW_ALWAYS_INLINE double trapezoids(double a, double b, int n, Position t, Ordin
     *hint = std::max(i - 1, 0);
     if (i == 0 && b <= t(0)) return 0.0;
 
-    // the negated first ordinate cancels the piece from a to the first point
-    double previousT = a;
+    // before the first point nothing counts, however far away a is
+    double previousT = i > 0 ? a : t(0);
     double previousY = i > 0 ? interpolate(t(i - 1), y(i - 1), t(i), y(i), a) : -y(0);
     double sum = 0.0;
-    for (; i < n; i++) {
+    for (; i < n; ++i) {
         const double ti = t(i);
         const double yi = y(i);
         if (b <= ti) {
@@ -52,7 +51,7 @@ PLW_ALWAYS_INLINE double power(double base, double exponent) {
 }
 
 PLW_FMA_CLONES
-double evalBySearch(Fct *f, double x) {
+static double evalBySearch(Fct *f, double x) {
     const int n = f->n;
     if ((f->fixedLen && n != f->size) || n < 1) myexit("ERROR in evalFct: function incomplete", n);
     const double *t = f->t;
@@ -64,8 +63,6 @@ double evalBySearch(Fct *f, double x) {
     f->lastIndex = i;
     return interpolate(t[i], y[i], t[i + 1], y[i + 1], x);
 }
-
-} // namespace
 
 PLW_FMA_CLONES
 double evalFct(Fct *f, double x) {
@@ -79,7 +76,7 @@ double evalFct(Fct *f, double x) {
         const double *y = f->y + hint;
         if (t[0] <= x && x < t[1]) return lineThrough(t[0], y[0], t[1], y[1], x);
         if (t[1] <= x && x < t[2]) {
-            f->lastIndex++;
+            ++f->lastIndex;
             return lineThrough(t[1], y[1], t[2], y[2], x);
         }
     }
@@ -101,8 +98,8 @@ double integralFct(double a, double b, Fct *f) {
 PLW_FMA_CLONES
 double integralXY(double a, double b, const double *pairs, int count) {
     static int iStart = 0;
-    const auto x = [pairs](int i) { return pairs[2 * static_cast<size_t>(i)]; };
-    const auto y = [pairs](int i) { return pairs[2 * static_cast<size_t>(i) + 1]; };
+    const auto x = [pairs](int i) { return pairs[2 * static_cast<std::size_t>(i)]; };
+    const auto y = [pairs](int i) { return pairs[2 * static_cast<std::size_t>(i) + 1]; };
     if (count <= 1 || x(0) > b || x(count - 1) < a) return 0.0;
 
     return trapezoids(a, b, count, x, y, &iStart);

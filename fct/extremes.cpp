@@ -1,29 +1,26 @@
 // Crossings and local extremes of Fct and of bare arrays.
-#include <algorithm>
-#include <limits>
+#include "fct/extremes.h"
 
 #include "fct/completeness.h"
-#include "fct/extremes.h"
 #include "fct/fct.h"
 #include "util/arrays/search.h"
 
+#include <algorithm>
+#include <limits>
+
 namespace plw {
 
-namespace {
+static constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-
-bool hasNeighbours(int i, int count) {
+static bool hasNeighbours(int i, int count) {
     return i >= 1 && i < count - 1;
 }
 
-double extremeAt(const Fct *f, int i, double *t) {
+static double extremeAt(const Fct *f, int i, double *t) {
     if (i == -1) return nan;
     *t = f->t[i];
     return f->y[i];
 }
-
-} // namespace
 
 bool isExtreme(const double *y, int i) {
     const double change = y[i + 1] - y[i];
@@ -31,7 +28,7 @@ bool isExtreme(const double *y, int i) {
 }
 
 int crossingFrom(const Fct *f, int start, double value, double *t) {
-    for (int i = start; i < f->n - 1; i++) {
+    for (int i = start; i < f->n - 1; ++i) {
         const double d0 = f->y[i] - value;
         const double d1 = f->y[i + 1] - value;
         if (!(d0 * d1 <= 0)) continue;
@@ -66,20 +63,20 @@ double extremeBeforeFct(double x, Fct *f, double *t) {
 
 int nextExtreme(const double *y, int count, int start) {
     if (!hasNeighbours(start, count)) return -1;
-    for (int i = start; i < count - 1; i++)
+    for (int i = start; i < count - 1; ++i)
         if (isExtreme(y, i)) return i;
     return -1;
 }
 
 int prevExtreme(const double *y, int count, int start) {
     if (!hasNeighbours(start, count)) return -1;
-    for (int i = start; i >= 1; i--)
+    for (int i = start; i >= 1; --i)
         if (isExtreme(y, i)) return i;
     return -1;
 }
 
 double nextZero(const double *y, int count, int start) {
-    for (int i = std::max(start, 0); i < count - 1; i++) {
+    for (int i = std::max(start, 0); i < count - 1; ++i) {
         const double a = y[i];
         const double b = y[i + 1];
         if (!(a * b <= 0) || (a == 0 && b == 0)) continue;

@@ -1,10 +1,6 @@
 // Container, searches and printing of Fct.
 #include "fct/fct.h"
 
-#include <algorithm>
-#include <cmath>
-#include <limits>
-
 #include "fct/completeness.h"
 #include "fct/fmaClones.h"
 #include "fct/storage.h"
@@ -12,21 +8,21 @@
 #include "util/arrays/search.h"
 #include "util/arrays/sort.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 namespace plw {
 
-namespace {
+static constexpr double pi = 3.141592653589793;
+static constexpr double twoPi = 6.283185307179586;
 
-constexpr double pi = 3.141592653589793;
-constexpr double twoPi = 6.283185307179586;
-
-void grow(Fct *f) {
+static void grow(Fct *f) {
     if (f->fixedLen) myexit("ERROR in appendFct: function with fixed length full", f->n);
     f->size = grownSize(f->size);
     f->y = reallocate(f->y, f->size);
     f->t = reallocate(f->t, f->size);
 }
-
-} // namespace
 
 Fct *newFct(int capacity) {
     Fct *f = allocate<Fct>(1);
@@ -50,7 +46,7 @@ PLW_FMA_CLONES
 Fct *newFctWith(const double *ordinates, int count, double t0, double dt) {
     Fct *f = newFct(count);
     f->n = count;
-    for (int i = 0; i < count; i++) {
+    for (int i = 0; i < count; ++i) {
         f->y[i] = ordinates[i];
         f->t[i] = std::fma(i, dt, t0);
     }
@@ -78,7 +74,7 @@ void appendFct(Fct *f, double t, double y) {
     if (f->n >= f->size) grow(f);
     f->y[f->n] = y;
     f->t[f->n] = t;
-    f->n++;
+    ++f->n;
 }
 
 void removeAtEndFct(Fct *f, int k) {
@@ -109,7 +105,7 @@ void freeFct(Fct *f) {
 }
 
 void negFct(Fct *f) {
-    for (int i = 0; i < f->n; i++) f->y[i] = -f->y[i];
+    for (int i = 0; i < f->n; ++i) f->y[i] = -f->y[i];
 }
 
 void sortByTFct(Fct *f) {
@@ -128,7 +124,7 @@ void unwrapPhaseFct(Fct *f, int m) {
     const double weight = 1.0 / m;
     double reference = y[0]; // mean of the last m unwrapped ordinates
     double offset = 0.0;
-    for (int i = 1; i < f->n; i++) {
+    for (int i = 1; i < f->n; ++i) {
         const double v = y[i] + offset;
         if (v - reference > pi)
             offset -= twoPi;
@@ -144,7 +140,7 @@ void unwrapPhaseFct(Fct *f, int m) {
 void printFct(const Fct *f, const char *path) {
     Table table;
     openTable(&table, path);
-    for (int i = 0; i < f->n; i++) {
+    for (int i = 0; i < f->n; ++i) {
         const double row[] = {f->t[i], f->y[i]};
         addRow(&table, row, 2);
     }
@@ -175,7 +171,7 @@ double closestTFct(Fct *f, double x) {
 void maximumFct(const Fct *f, double *t, double *y, int *index) {
     requireComplete(f, "ERROR in maximumFct: function incomplete");
     *y = -1e300;
-    for (int i = 0; i < f->n; i++) {
+    for (int i = 0; i < f->n; ++i) {
         if (f->y[i] > *y) {
             *y = f->y[i];
             *t = f->t[i];

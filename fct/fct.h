@@ -6,7 +6,12 @@
 // A record owns its two arrays unless it is linked. A fixed-length record is incomplete until n
 // equals size, and an incomplete record is refused by every search, evaluation and integral: the
 // process ends with "ERROR in ROUTINE: function incomplete" and n. Searches begin at lastIndex and
-// move it, so ascending positions cost constant time, and reading a record changes it.
+// move it, so ascending positions cost constant time, while an integral over descending ones walks
+// from the first sample each time. Reading a record changes it, and two routines keep such an index
+// of their own: nothing here may be used from two threads at once.
+//
+// Positions that are large against their spacing cost digits: with a spacing of 1e-3 evalFct errs
+// at its own samples by 1e-10 of their change at t = 1e3, but by 1e-4 at t = 1.7e9.
 #ifndef PLW_FCT_FCT_H
 #define PLW_FCT_FCT_H
 
@@ -40,7 +45,8 @@ Fct *copyFct(const Fct *f);
 
 // Second record on the arrays of f, with its own lastIndex. It is as long as f is now, fixed if f
 // is (and then incomplete, its size being 0). Valid until f grows or is freed; only f may be
-// appended to. freeFct on it leaves the arrays alone.
+// appended to. Removing at the beginning through it moves the samples of f. freeFct on it leaves
+// the arrays alone.
 Fct *linkFct(const Fct *f);
 
 // Adds a sample at the end. A full record grows to (size + 16) * 1.5 samples: 1, 25, 61, 115, ...
@@ -68,7 +74,7 @@ void freeFct(Fct *f);
 void negFct(Fct *f);
 
 // Sorts the samples by t or by y, with quicksort: samples with equal keys may change places, and
-// NaN keys end up anywhere.
+// NaN keys end up anywhere. For the time, see there.
 void sortByTFct(Fct *f);
 void sortByYFct(Fct *f);
 
@@ -81,7 +87,8 @@ void unwrapPhaseFct(Fct *f, int m);
 
 // Writes a line "T  Y" for each sample to the file at `path`, as "%g  %g\n" does with a decimal
 // point; a NULL or empty path means standard output. A missing directory is made, but not its
-// parents; if that fails, the process ends: "ERROR: can't create directory: DIRECTORY".
+// parents. Ends the process: "ERROR: can't create directory: DIRECTORY", "ERROR: can't open file:
+// PATH", "ERROR: can't write file: PATH".
 void printFct(const Fct *f, const char *path);
 
 // printFct to standard output, for use in a debugger.
@@ -121,17 +128,18 @@ void maximumFct(const Fct *f, double *t, double *y, int *index);
 // Ends the process: "ERROR in evalFct: function incomplete" (also for an empty function).
 double evalFct(Fct *f, double x);
 
-// Integral of the polygon from a to b. What lies outside the samples adds nothing; b <= a, and
-// fewer than two samples, give 0.0. A NaN ordinate or position within makes it NaN; at the two ends
-// NaN neighbours are replaced as by evalFct. A NaN in a gives 0.0, one in b the integral up to the
-// last sample. Moves f->lastIndex.
+// Integral of the polygon from a to b. What lies outside the samples adds nothing, even to
+// infinities; b <= a, and fewer than two samples, give 0.0. A NaN ordinate or position within makes
+// it NaN; at the two ends NaN neighbours are replaced as by evalFct. A NaN in a gives 0.0, one in b
+// the integral up to the last sample. Moves f->lastIndex.
 //   (0, 1), (1, 1):   0.25..0.75 -> 0.5   -5..5 -> 1   3..1 -> 0
 // Ends the process: "ERROR in integral: function incomplete".
 double integralFct(double a, double b, Fct *f);
 
 // The same for `count` pairs x0, y0, x1, y1, ..., which are always complete. With b < a it is 0.0,
-// unless both lie between the same two samples: then it is the negative of the integral from b to
-// a. Remembers its start index over calls, for all arrays together.
+// unless both lie between the same two samples, a at the upper one or b not at the lower one
+// included: then it is the negative of the integral from b to a. Remembers its start index over
+// calls, for all arrays together.
 //   0, 1, 1, 1, 4, 1:   0..4 -> 4   3..2 -> -1   3..0.5 -> 0
 double integralXY(double a, double b, const double *pairs, int count);
 
@@ -147,7 +155,10 @@ double integralYarr(double a, double b, const double *x, const double *y, int co
 
 // Finds the first position after x where f has the given value: 1 and the position in *t, or 0 and
 // *t left alone. The search begins at the sample after the last one at or below x: a crossing in
-// the segment that holds x is passed over. NaN ordinates are passed over. Moves f->lastIndex.
+// the segment that holds x is passed over. NaN ordinates are passed over. Two neighbours are taken
+// to enclose the value when the product of their distances from it is not positive: of distances
+// below 1e-162 it may underflow to 0, and then *t, on the line through both, may lie outside them.
+// Moves f->lastIndex.
 //   t = 0, 1, 2, 3 and y = 0, 2, 0, 2, value 1:   x = -1 -> 0.5   x = 0 -> 1.5   x = 1.2 -> 2.5
 // Ends the process: "ERROR in findRootBeyondFct: function incomplete", the name it once had.
 int findValueBeyondFct(double x, Fct *f, double value, double *t);
@@ -191,9 +202,11 @@ Fct *subFct(Fct *f, Fct *g);
 Fct *mulFct(Fct *f, Fct *g);
 
 // (f * k)(x), the integral of f(s) k(x - s) over s, by trapezoids on the merged samples of f and of
-// the mirrored kernel. The kernel is not normalised. 0.0 where the two do not meet. Where the
-// mirrored kernel starts between two samples of f, a triangle that rises from 0 at the first of
-// them counts too. Ends the process: "ERROR in evalFct: function incomplete".
+// the mirrored kernel. The kernel is not normalised. 0.0 where the two do not meet. Where one of
+// the two starts between two samples of the other, a triangle that rises from 0 at the first of
+// them counts too.
+//   f = 1 on 0, 1, ... 10, kernel (-4, 0.125), (4, 0.125):   x = 5 -> 1   0 -> 0.75   10 -> 0.5
+// Ends the process: "ERROR in evalFct: function incomplete".
 double convoluteFct(Fct *f, const Fct *kernel, double x);
 
 // Replaces every ordinate of f by (f * kernel) at its position. A kernel whose integral is 1 keeps
@@ -205,18 +218,23 @@ void smoothFct(Fct *f, const Fct *kernel);
 // Peaks -----------------------------------------------------------------------------------------
 
 // Peaks of a width of about `width` (> 0, in units of t), as a new function of positions and
-// strengths, ascending in t. At every position the integral over half a width to the right less
-// that to the left is taken; a peak is where this difference crosses zero, and its strength is the
-// difference's extreme before the crossing less the one after it, divided by width / 2. If there is
-// only one of them, it counts twice. Strengths below the threshold are left out, and so valleys
-// by any positive threshold. A NaN hides the peaks within half a width of it. A function that is
-// empty or shorter than `width` has no peaks. Moves f->lastIndex.
+// strengths, in the order in which they are found. At every position the integral over half a width
+// to the right less that to the left is taken; a peak is where this difference crosses zero, and
+// its strength is the difference's extreme before the crossing less the one after it, divided by
+// width / 2. If there is only one of them, it counts twice. Strengths below the threshold are left
+// out, and so valleys by any positive threshold. A NaN hides the peaks within nearly a whole width
+// of it. A function that is empty or shorter than `width` has no peaks.
+//
+// Positions ascend, except where the differences are so small that findValueBeyondFct takes what is
+// no crossing: the search goes on from the position that it gave. Where it would go round for ever,
+// it only goes forward. Time: the number of samples times those within a width. Moves f->lastIndex.
 // Ends the process: "ERROR in peaksFct: function incomplete".
 Fct *peaksFct(Fct *f, double threshold, double width);
 
 // The parabola through three points: curvature (the factor of x^2) and vertex; 1 if it has one. 0
 // with nothing written if x[1] equals x[0] or x[2]; 0 with only *curvature = 0 written if the
-// points lie on a line.
+// points lie on a line. x[2] must not equal x[0], which is not looked at: it gives 1, infinities
+// and NaN.
 //   (0, 0), (1, 1), (2, 0) -> curvature -1, vertex (1, 1)
 int parabola(const double *x, const double *y, double *curvature, double *xVertex, double *yVertex);
 

@@ -1,8 +1,5 @@
 #include "fct/fct2D.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "fct/fmaClones.h"
 #include "fct/interpolation.h"
 #include "fct/storage.h"
@@ -10,21 +7,23 @@
 #include "util/arrays/search.h"
 #include "util/files/fatal.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace plw {
 
-namespace {
-
-size_t element(const Fct2D *F, int i, int j) {
-    return static_cast<size_t>(i) + static_cast<size_t>(j) * static_cast<size_t>(F->sizeX);
+static std::size_t element(const Fct2D *F, int i, int j) {
+    return static_cast<std::size_t>(i) +
+           static_cast<std::size_t>(j) * static_cast<std::size_t>(F->sizeX);
 }
 
-void requireElement(const Fct2D *F, int i, int j, const char *message) {
+static void requireElement(const Fct2D *F, int i, int j, const char *message) {
     if (i < 0 || i >= F->nx) myexit(message, i);
     if (j < 0 || j >= F->ny) myexit(message, j);
 }
 
 // Index of the grid line at or below x, -1 below the first; the one before it for the last line.
-int cell(double x, const double *lines, int n, int *lastIndex) {
+static int cell(double x, const double *lines, int n, int *lastIndex) {
     const int i = search_le(x, lines, n, *lastIndex);
     *lastIndex = i;
     if (n > 0 && x < lines[0]) return -1;
@@ -41,12 +40,10 @@ PLW_ALWAYS_INLINE double alongY(const Fct2D *F, int j, double z0, double z1, dou
     return interpolate(F->y[j], z0, F->y[j + 1], z1, y);
 }
 
-void addPoint(Table *table, const Fct2D *F, int i, int j) {
+static void addPoint(Table *table, const Fct2D *F, int i, int j) {
     const double row[] = {F->x[i], F->y[j], fct2DAt(F, i, j)};
     addRow(table, row, 3);
 }
-
-} // namespace
 
 Fct2D *newFct2D(int sizeX, int sizeY) {
     Fct2D *F = allocate<Fct2D>(1);
@@ -72,11 +69,11 @@ Fct2D *newFct2DWith(const double *values, int nx, int ny, double x0, double dx, 
     Fct2D *F = newFct2D(nx, ny);
     F->nx = nx;
     F->ny = ny;
-    for (int i = 0; i < nx; i++) F->x[i] = std::fma(i, dx, x0);
-    for (int j = 0; j < ny; j++) F->y[j] = std::fma(j, dy, y0);
+    for (int i = 0; i < nx; ++i) F->x[i] = std::fma(i, dx, x0);
+    for (int j = 0; j < ny; ++j) F->y[j] = std::fma(j, dy, y0);
     if (values == nullptr) return F;
-    for (int j = 0; j < ny; j++)
-        for (int i = 0; i < nx; i++) F->z[element(F, i, j)] = *values++;
+    for (int j = 0; j < ny; ++j)
+        for (int i = 0; i < nx; ++i) F->z[element(F, i, j)] = *values++;
     return F;
 }
 
@@ -105,16 +102,16 @@ void freeFct2D(Fct2D *F) {
 void printFct2Dx(const Fct2D *F, const char *path) {
     Table table;
     openTable(&table, path);
-    for (int j = 0; j < F->ny; j++)
-        for (int i = 0; i < F->nx; i++) addPoint(&table, F, i, j);
+    for (int j = 0; j < F->ny; ++j)
+        for (int i = 0; i < F->nx; ++i) addPoint(&table, F, i, j);
     closeTable(&table);
 }
 
 void printFct2Dy(const Fct2D *F, const char *path) {
     Table table;
     openTable(&table, path);
-    for (int i = 0; i < F->nx; i++)
-        for (int j = 0; j < F->ny; j++) addPoint(&table, F, i, j);
+    for (int i = 0; i < F->nx; ++i)
+        for (int j = 0; j < F->ny; ++j) addPoint(&table, F, i, j);
     closeTable(&table);
 }
 
@@ -148,16 +145,14 @@ Fct *sliceFct2D(const Fct2D *F, double x0, double y0, double x1, double y1) {
         myexit(incomplete, i);
 
     Fct *slice = newFctFixedLen(F->ny);
-    for (int j = 0; j < F->ny; j++) appendFct(slice, F->y[j], fct2DAt(F, i, j));
+    for (int j = 0; j < F->ny; ++j) appendFct(slice, F->y[j], fct2DAt(F, i, j));
     return slice;
 }
 
-namespace {
-
 // For every column that has a peak along y: its grid x with the strength of the strongest, and with
 // where that lies.
-void columnPeaks(const Fct2D *F, double threshold, double width, Fct *strength, Fct *where) {
-    for (int i = 0; i < F->nx; i++) {
+static void columnPeaks(const Fct2D *F, double threshold, double width, Fct *strength, Fct *where) {
+    for (int i = 0; i < F->nx; ++i) {
         Fct *slice = sliceFct2D(F, F->x[i], F->y[0], F->x[i], F->y[F->ny - 1]);
         Fct *peaks = peaksFct(slice, threshold, width);
         if (peaks->n > 0) {
@@ -173,8 +168,8 @@ void columnPeaks(const Fct2D *F, double threshold, double width, Fct *strength, 
 }
 
 // Chooses the peak along x; where it lies along y is evaluated last, at whatever *x has become.
-int peakAlongX(const Fct2D *F, Fct *strength, Fct *where, double *x, double *y, double *value,
-               double threshold, double width) {
+static int peakAlongX(const Fct2D *F, Fct *strength, Fct *where, double *x, double *y,
+                      double *value, double threshold, double width) {
     int found = 1;
     int k = 0;
     if (F->nx > 10 && 2 * (F->x[F->nx - 1] - F->x[0]) >= width) {
@@ -197,8 +192,6 @@ int peakAlongX(const Fct2D *F, Fct *strength, Fct *where, double *x, double *y, 
     *y = evalFct(where, *x);
     return found;
 }
-
-} // namespace
 
 int peakFct2D(const Fct2D *F, double *x, double *y, double *strength, double threshold,
               double widthX, double widthY) {

@@ -1,8 +1,8 @@
 // fct2D.h - a real function sampled on a rectangular grid.
 //
-// The grid lines x and y ascend. The capacities are fixed; clearFct2D and the element accessors go
-// by nx and ny, which the caller sets (newFct2DWith does). The two flags say how a grid was made
-// and change nothing. Whoever gets a new grid frees it with freeFct2D.
+// The grid lines x and y ascend. Capacities never change; which of the columns and rows are valid
+// is told by nx and ny, which the caller sets (newFct2DWith does it, too). The two flags say how a
+// grid was made and change nothing. Whoever gets a new grid frees it with freeFct2D.
 #ifndef PLW_FCT_FCT2D_H
 #define PLW_FCT_FCT2D_H
 
@@ -35,9 +35,9 @@ Fct2D *newFct2DFixedLen(int sizeX, int sizeY);
 Fct2D *newFct2DWith(const double *values, int nx, int ny, double x0, double dx, double y0,
                     double dy);
 
-// Sets or gives the value at column i, row j.
-// Ends the process outside 0..nx-1, 0..ny-1, with the index that is: "ERROR in setFct2DByIndex:
-// index out of range", "ERROR in fct2DAt: index out of range".
+// Sets or returns the value at column i, row j.
+// Ends the process if i is not within 0..nx-1 or j not within 0..ny-1: "ERROR in setFct2DByIndex:
+// index out of range", "ERROR in fct2DAt: index out of range", and that index.
 void setFct2DByIndex(Fct2D *F, int i, int j, double value);
 double fct2DAt(const Fct2D *F, int i, int j);
 
@@ -48,16 +48,16 @@ void clearFct2D(Fct2D *F);
 void freeFct2D(Fct2D *F);
 
 // Writes a line "X  Y  VALUE" for each grid point, row by row (x runs first) or column by column (y
-// runs first); to where, and with what failure, as printFct.
+// runs first). For the path and what ends the process see printFct.
 void printFct2Dx(const Fct2D *F, const char *path);
 void printFct2Dy(const Fct2D *F, const char *path);
 
 // Value at (x, y): along each axis linear between the two grid lines around it, first along x, as
 // evalFct does between samples. Beyond the last line of an axis the last cell is extrapolated;
-// below the first the process ends, and so does it for a grid of a single point: "ERROR in fct2DAt:
-// index out of range" and -1; and for an empty grid, with 0. A grid of one column or row has values
-// on it only: "ERROR in evalFct2D: x outside", "ERROR in evalFct2D: y outside" and 1. Moves both
-// indexes.
+// below the first the process ends, and for a grid of a single point: "ERROR in fct2DAt: index out
+// of range" and -1; for an empty grid with 0. A grid of one column or row can be evaluated on that
+// alone, elsewhere and at NaN the process ends: "ERROR in evalFct2D: x outside", "ERROR in
+// evalFct2D: y outside" and 1. Moves both indexes.
 //   z = 0, 1 / 2, 5 on x = 0, 1 and y = 0, 1:   (1, 1) -> 5   (0.5, 0.5) -> 2   (2, 0) -> 2
 double evalFct2D(Fct2D *F, double x, double y);
 
@@ -67,15 +67,17 @@ double evalFct2D(Fct2D *F, double x, double y);
 // Ends the process: "ERROR in sliceFct2D: implementation incomplete".
 Fct *sliceFct2D(const Fct2D *F, double x0, double y0, double x1, double y1);
 
-// Finds the strongest peak: peaksFct along y in every column, then along x over the strongest peak
-// of each. 1 with position and strength (not the value of F), or 0. Of up to 10 columns, or columns
-// that span less than widthX / 2, the strongest is taken and refined by the parabola through its
-// neighbours; if it has none or that fails, the result is 0 with *x = 0. One or two columns are
-// not refined. Without any peak the results are left alone.
-// Of columns with equal x one is searched for all.
-// Ends the process: "ERROR in peakFct2D: zero size function"; "ERROR in peakFct2D: incompete
-// implemented case 2" unless there are fewer columns than rows; and as sliceFct2D, for an x, the
-// first y or the last y that is NaN.
+// Finds the strongest peak: peaksFct along y in every column, then along x over the columns'
+// strongest. 1 with its position and strength (not the value of F), or 0.
+//
+// More than 10 columns, spanning widthX / 2 or more, are searched by peaksFct along x, which finds
+// none while they span less than widthX; *x, *y and *strength are then left alone, as they are
+// where no column has a peak. Of other grids the strongest column is taken, and from 3 columns on
+// refined by the parabola through its neighbours; if one of these is missing or it has no vertex,
+// the result is 0 with *x = 0.0, *y there, and the strongest column's *strength. Of columns at
+// equal x the same one is searched every time. Ends the process: "ERROR in peakFct2D: zero size
+// function"; "ERROR in peakFct2D: incompete implemented case 2" unless there are fewer columns than
+// rows; and as sliceFct2D, for an x, the first y or the last y that is NaN.
 int peakFct2D(const Fct2D *F, double *x, double *y, double *strength, double threshold,
               double widthX, double widthY);
 

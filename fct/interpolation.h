@@ -2,9 +2,9 @@
 #ifndef PLW_FCT_INTERPOLATION_H
 #define PLW_FCT_INTERPOLATION_H
 
-#include <cmath>
-
 #include "fct/fmaClones.h"
+
+#include <cmath>
 
 namespace plw {
 

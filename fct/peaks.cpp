@@ -1,18 +1,18 @@
 // Peak search in Fct.
-#include <algorithm>
-#include <vector>
+#include "fct/fct.h"
 
 #include "fct/completeness.h"
 #include "fct/extremes.h"
-#include "fct/fct.h"
+#include "fct/storage.h"
+
+#include <algorithm>
+#include <cstdlib>
 
 namespace plw {
 
-namespace {
-
 // R - L at positions half a mean sample spacing apart, R and L being the integrals of f over h > 0
 // to the right and to the left: positive where f rises across the window.
-Fct *windowDifference(Fct *f, double h) {
+static Fct *windowDifference(Fct *f, double h) {
     Fct *d = newFct(f->n);
     const double first = f->t[0];
     const double last = f->t[f->n - 1];
@@ -28,30 +28,30 @@ Fct *windowDifference(Fct *f, double h) {
     return d;
 }
 
-// For every start, what nextExtreme and prevExtreme give. Found at once, because every sample of a
-// flat stretch is a crossing.
-struct Extremes {
-    std::vector<int> next;
-    std::vector<int> previous;
-};
-
-Extremes allExtremes(const double *y, int count) {
-    Extremes extremes{std::vector<int>(count, -1), std::vector<int>(count, -1)};
-    for (int i = 1; i < count - 1; i++)
-        extremes.previous[i] = isExtreme(y, i) ? i : extremes.previous[i - 1];
-    for (int i = count - 2; i >= 1; i--)
-        extremes.next[i] = isExtreme(y, i) ? i : extremes.next[i + 1];
-    return extremes;
+// Sets next and previous, of count elements each, to what nextExtreme and prevExtreme give for
+// every start. Found at once, because every sample of a flat stretch is a crossing.
+static void findExtremes(const double *y, int count, int *next, int *previous) {
+    std::fill_n(next, count, -1);
+    std::fill_n(previous, count, -1);
+    for (int i = 1; i < count - 1; ++i) previous[i] = isExtreme(y, i) ? i : previous[i - 1];
+    for (int i = count - 2; i >= 1; --i) next[i] = isExtreme(y, i) ? i : next[i + 1];
 }
 
 // Appends the crossings of d that are strong enough.
-void appendPeaks(Fct *d, double threshold, double h, Fct *peaks) {
-    const Extremes extremes = allExtremes(d->y, d->n);
+static void appendPeaks(Fct *d, double threshold, double h, Fct *peaks) {
+    const int n = d->n;
+    int *next = allocate<int>(n);
+    int *previous = allocate<int>(n);
+    char *begun = allocate<char>(n + 1);
+    findExtremes(d->y, n, next, previous);
+    std::fill_n(begun, n + 1, 0); // 1: a crossing was looked for from here on
+
+    bool mayGoBack = true;
     double p;
     for (int start = 1, crossing; (crossing = crossingFrom(d, start, 0.0, &p)) >= 0;) {
         const int below = indexFct(d, p);
-        const int after = extremes.next[std::min(d->n - 1, below + 1)];
-        const int before = extremes.previous[below];
+        const int after = next[std::min(n - 1, below + 1)];
+        const int before = previous[below];
         if (after == -1 && before == -1) break;
 
         // an extreme on one side only counts twice
@@ -60,12 +60,21 @@ void appendPeaks(Fct *d, double threshold, double h, Fct *peaks) {
                                            : d->y[before] - d->y[after];
         if (drop / h >= threshold) appendFct(peaks, p, drop / h);
 
-        // rounding may put p just below its crossing, which would be found again for ever
-        start = std::max(below, crossing) + 1;
+        // The search goes on from p, which lies anywhere where the crossing is none, and just below
+        // its crossing by rounding. If that would lead it round for ever, it begins anew and only
+        // goes forward.
+        begun[start] = 1;
+        start = mayGoBack ? (p < d->t[0] ? 0 : below + 1) : std::max(below, crossing) + 1;
+        if (mayGoBack && begun[start]) {
+            mayGoBack = false;
+            clearFct(peaks);
+            start = 1;
+        }
     }
+    std::free(begun);
+    std::free(previous);
+    std::free(next);
 }
-
-} // namespace
 
 Fct *peaksFct(Fct *f, double threshold, double width) {
     requireComplete(f, "ERROR in peaksFct: function incomplete");

@@ -1,11 +1,11 @@
 #include "fct/statistics.h"
 
+#include "fct/completeness.h"
+#include "fct/fmaClones.h"
+
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
-
-#include "fct/completeness.h"
-#include "fct/fmaClones.h"
 
 namespace plw {
 
@@ -13,7 +13,7 @@ PLW_FMA_CLONES
 void linRegFct(const Fct *f, double *intercept, double *slope, double *correlation, double *sigma) {
     requireComplete(f, "ERROR in linRegFct: function incomplete");
     double sumT = 0, sumTT = 0, sumTY = 0, sumY = 0, sumYY = 0;
-    for (int i = 0; i < f->n; i++) {
+    for (int i = 0; i < f->n; ++i) {
         const double t = f->t[i];
         const double y = f->y[i];
         sumT += t;
@@ -38,7 +38,7 @@ void linRegFct(const Fct *f, double *intercept, double *slope, double *correlati
 
 double covariance(const double *a, const double *b, int n) {
     double sumA = 0, sumB = 0, sumAB = 0, sumAA = 0, sumBB = 0;
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         sumA += a[i];
         sumB += b[i];
         sumAB += a[i] * b[i];
@@ -61,7 +61,7 @@ void miniStatitic(const double *v, int n, char *increasing, double *min, double 
 
     double low = v[0] > DBL_MAX ? DBL_MAX : v[0];
     double high = v[0] < -DBL_MAX ? -DBL_MAX : v[0];
-    for (int i = 1; i < n; i++) {
+    for (int i = 1; i < n; ++i) {
         if (v[i] < v[i - 1]) *increasing = 0;
         if (v[i] < low) low = v[i];
         if (v[i] > high) high = v[i];
@@ -85,9 +85,9 @@ void average(double *x, double *y, int n, int k, int *m) {
         sumX = sumY = 0;
         count = 0;
     };
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         if (!std::isfinite(x[i]) || !std::isfinite(y[i])) continue;
-        count++;
+        ++count;
         sumX += x[i];
         sumY += y[i];
         if (count >= k) closeBlock();

@@ -1,32 +1,27 @@
-// storage.h - the memory of the records, and how the appendable ones grow and shrink.
+// storage.h - how the records grow and shrink, over the memory of util/arrays/storage.h.
 #ifndef PLW_FCT_STORAGE_H
 #define PLW_FCT_STORAGE_H
 
+#include "util/arrays/storage.h"
+
 #include <algorithm>
 #include <climits>
+#include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 
 namespace plw {
 
-// Array of `count` elements, contents undefined; and the same array with another length.
-template<class T> T *allocate(int count) {
-    return static_cast<T *>(std::malloc(static_cast<size_t>(count) * sizeof(T)));
-}
-template<class T> T *reallocate(T *array, int count) {
-    return static_cast<T *>(std::realloc(array, static_cast<size_t>(count) * sizeof(T)));
-}
-
 // Array for a grid of sizeX * sizeY elements, contents undefined.
 template<class T> T *allocateGrid(int sizeX, int sizeY) {
-    return static_cast<T *>(
-        std::malloc(static_cast<size_t>(sizeX) * static_cast<size_t>(sizeY) * sizeof(T)));
+    return allocate<T>(static_cast<std::size_t>(sizeX) * static_cast<std::size_t>(sizeY));
 }
 
 // Capacity after growing once, bounded by what an int holds.
 //   1 -> 25   25 -> 61   61 -> 115
+// Ends the process when that is full: "ERROR: more elements than an int counts".
 inline int grownSize(int size) {
+    if (size == INT_MAX) myexit("ERROR: more elements than an int counts", size);
     return static_cast<int>(std::min((size + 16.0) * 1.5, static_cast<double>(INT_MAX)));
 }
 
@@ -38,7 +33,7 @@ inline int lengthWithoutLast(int n, int k, int size) {
 
 // Moves what follows the first k of n elements down to the start.
 inline void dropFirst(double *array, int n, int k) {
-    std::memmove(array, array + k, static_cast<size_t>(n - k) * sizeof(double));
+    std::memmove(array, array + k, static_cast<std::size_t>(n - k) * sizeof(double));
 }
 
 } // namespace plw

@@ -1,26 +1,23 @@
 #include "fct/table.h"
 
+#include "util/files/output.h"
+
 #include <charconv>
 #include <iterator>
 
-#include "util/files/output.h"
-
 namespace plw {
 
-namespace {
-
 // "-1.23457e+308", the longest that "%g" gives, and two blanks fit into 15 characters.
-constexpr size_t longestRow = 16 * 16;
+static constexpr std::size_t longestRow = 16 * 16;
 
-void flush(Table *table) {
+static void flush(Table *table) {
     std::fwrite(table->text, 1, table->used, table->file);
     table->used = 0;
 }
 
-} // namespace
-
 void openTable(Table *table, const char *path) {
     table->file = openOutput(path);
+    table->path = path;
     table->used = 0;
 }
 
@@ -28,7 +25,7 @@ void addRow(Table *table, const double *numbers, int count) {
     if (table->used + longestRow > sizeof table->text) flush(table);
 
     char *end = table->text + table->used;
-    for (int i = 0; i < count; i++) {
+    for (int i = 0; i < count; ++i) {
         if (i > 0) {
             *end++ = ' ';
             *end++ = ' ';
@@ -37,12 +34,12 @@ void addRow(Table *table, const double *numbers, int count) {
                   .ptr;
     }
     *end++ = '\n';
-    table->used = static_cast<size_t>(end - table->text);
+    table->used = static_cast<std::size_t>(end - table->text);
 }
 
 void closeTable(Table *table) {
     flush(table);
-    closeOutput(table->file);
+    closeOutput(table->file, table->path);
 }
 
 } // namespace plw

@@ -11,7 +11,8 @@ namespace plw {
 // caller's stack and is the same fixed size for a table of any length.
 struct Table {
     std::FILE *file;
-    size_t used;
+    const char *path;
+    std::size_t used;
     char text[32768];
 };
 

@@ -16,7 +16,8 @@ mapfile -t headers < <(find plw.h "${folders[@]}" -name '*.h' | sort)
 # Of what runs; for the tests the sanitizers do as much in a fraction of the time.
 tidy() {
     printf '%s\0' "${sources[@]}" | grep -zv '^tests/\|^bench/' |
-        xargs -0 -n 2 -P "$jobs" clang-tidy -p build/asan --quiet 2>/dev/null
+        xargs -0 -n 2 -P "$jobs" clang-tidy -p build/asan --quiet \
+            2> >(grep -v '^[0-9]* warnings\? generated' >&2)
 }
 
 step "Formatting" clang-format --dry-run -Werror "${sources[@]}" "${headers[@]}"

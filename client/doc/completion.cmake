@@ -1,11 +1,19 @@
-# Writes the completion OUTPUT after TEMPLATE, with the names in the tables of commands at the end of
-# the SOURCES.
+# Writes the completion OUTPUT after TEMPLATE, with the commands in the tables at the end of the
+# SOURCES: NAME, or NAME:LETTERS where it has options.
 set(commands "")
 foreach(source IN LISTS SOURCES)
-  file(STRINGS ${source} rows REGEX "^    {\"")
+  file(READ ${source} text)
+  string(REPLACE ";" "," text "${text}")
+  string(REGEX MATCHALL "\n    {\"[^}]*}" rows "${text}")
   foreach(row IN LISTS rows)
-    string(REGEX MATCH "\"([^\"]*)\"" matched "${row}")
-    string(APPEND commands "${CMAKE_MATCH_1} ")
+    string(REGEX MATCHALL "\"[^\"]*\"" words "${row}")
+    list(POP_FRONT words name)
+    string(REGEX MATCHALL "(-|\\| )[a-zA-Z] " options "${words}")
+    list(TRANSFORM options REPLACE "^.*([a-zA-Z]) $" "\\1")
+    list(JOIN options "" letters)
+    string(APPEND commands ${name} ":" ${letters} " ")
   endforeach()
 endforeach()
+string(REPLACE "\"" "" commands "${commands}")
+string(REPLACE ": " " " commands "${commands}")
 configure_file(${TEMPLATE} ${OUTPUT} @ONLY)

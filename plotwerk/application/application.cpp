@@ -7,11 +7,13 @@
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/files/documentFile.h"
 #include "plotwerk/files/keptFile.h"
+#include "plotwerk/model/change.h"
 #include "plotwerk/model/names.h"
 #include "plotwerk/model/ranges.h"
 #include "util/text/utf8.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace plotwerk {
 
@@ -22,18 +24,18 @@ static std::string inQuotes(std::string_view name) {
 }
 
 Document *Application::front() {
-    return documents.empty() ? nullptr : documents.back().get();
+    return documents.empty() ? nullptr : &documents.back()->document;
 }
 
 Document &Application::document(std::string_view name) {
     for (const auto &open : documents) {
-        if (open->name == name) return *open;
+        if (open->document.name == name) return open->document;
     }
     throw Refusal("no document " + inQuotes(name));
 }
 
 void Application::activate(const Document &document) {
-    const auto isIt = [&](const auto &open) { return open.get() == &document; };
+    const auto isIt = [&](const auto &open) { return &open->document == &document; };
     const auto found = std::find_if(documents.begin(), documents.end(), isIt);
     std::rotate(found, found + 1, documents.end());
 }
@@ -41,10 +43,11 @@ void Application::activate(const Document &document) {
 Document &Application::add(Document document) {
     if (document.name.empty()) document.name = "Untitled";
     std::vector<std::string> taken;
-    for (const auto &open : documents) taken.push_back(open->name);
+    for (const auto &open : documents) taken.push_back(open->document.name);
     document.name = freeName(document.name, taken);
-    documents.push_back(std::make_unique<Document>(std::move(document)));
-    return *documents.back();
+    documents.push_back(
+        std::make_unique<OpenDocument>(OpenDocument{.document = std::move(document)}));
+    return documents.back()->document;
 }
 
 static std::string nameAfter(const fs::path &path) {
@@ -71,7 +74,6 @@ static Document documentIn(const fs::path &path, char decimalSeparator) {
             }
             addData(document, nameAfter(path), withoutMark(plw::utf8Of(std::move(bytes))),
                     decimalSeparator);
-            document.changed = false; // the file holds it all
         }
     } catch (const Refusal &refusal) {
         throw Refusal("can't open " + path.string() + ": " + refusal.what());
@@ -89,57 +91,69 @@ Document &Application::open(const fs::path &file, bool rangeOverAll) {
     const fs::path path = given(file);
     const auto isIt = [&](const auto &open) {
         std::error_code none;
-        return !open->path.empty() && fs::equivalent(open->path, path, none);
+        const fs::path &own = open->document.path;
+        return !own.empty() && fs::equivalent(own, path, none);
     };
     const auto found = std::find_if(documents.begin(), documents.end(), isIt);
     if (found != documents.end()) {
-        activate(**found);
+        activate((*found)->document);
     } else {
         add(documentIn(path, decimalSeparator));
         log(LogLevel::info, "opened " + path.string() + " as " + inQuotes(front()->name));
     }
     Document &document = *front();
-    if (rangeOverAll) {
-        const bool changed = document.changed;
-        plotwerk::rangeOverAll(document);
-        document.changed = changed; // how it is shown after opening is nothing to be saved
-    }
+    if (rangeOverAll) changeView(document, plotwerk::rangeOverAll);
     return document;
 }
 
-void Application::save(Document &document, const fs::path &path, bool binary, bool ownPath) {
-    document.lastSaveSucceeded = false;
+const Application::OpenDocument &Application::openOf(const Document &document) const {
+    const auto isIt = [&](const auto &open) { return &open->document == &document; };
+    return **std::find_if(documents.begin(), documents.end(), isIt);
+}
+
+Application::OpenDocument &Application::openOf(const Document &document) {
+    return const_cast<OpenDocument &>(std::as_const(*this).openOf(document));
+}
+
+void Application::save(const Document &saved, const fs::path &path, bool binary, bool ownPath) {
+    auto &[document, succeeded] = openOf(saved);
+    succeeded = false;
     if (path.empty() && document.path.empty()) throw Refusal("no path of its own");
     const fs::path target = path.empty() ? document.path : given(path);
-    writeWholeFile(target, [&](std::ostream &stream) { writeDocument(stream, document, binary); });
-    document.lastSaveSucceeded = true;
+    writeWholeFile(target, [&](std::ostream &stream) { writeDocument(stream, saved, binary); });
+    succeeded = true;
     if (ownPath) document.path = target;
-    if (document.path == target) document.changed = false;
-    log(LogLevel::info, "saved " + inQuotes(document.name) + " in " + target.string());
+    if (document.path == target) setSaved(document);
+    log(LogLevel::info, "saved " + inQuotes(saved.name) + " in " + target.string());
+}
+
+bool Application::lastSaveSucceeded(const Document &document) const {
+    return openOf(document).lastSaveSucceeded;
 }
 
 void Application::close(const Document &document, bool keepChanges) {
-    if (keepChanges && document.changed) {
+    if (keepChanges && hasUnsavedChanges(document)) {
         const fs::path kept = keepDocument(document);
         log(LogLevel::info,
             "unsaved changes of " + inQuotes(document.name) + " kept in " + kept.string());
     }
-    std::erase_if(documents, [&](const auto &open) { return open.get() == &document; });
+    std::erase_if(documents, [&](const auto &open) { return &open->document == &document; });
 }
 
 std::vector<std::string> Application::changedDocuments() const {
     std::vector<std::string> names;
     for (const auto &open : documents) {
-        if (open->changed) names.push_back(open->name);
+        if (hasUnsavedChanges(open->document)) names.push_back(open->document.name);
     }
     return names;
 }
 
-void Application::savePicture(Document &document, const fs::path &file, PictureKind kind) {
-    document.lastSaveSucceeded = false;
+void Application::savePicture(const Document &document, const fs::path &file, PictureKind kind) {
+    bool &succeeded = openOf(document).lastSaveSucceeded;
+    succeeded = false;
     const fs::path path = given(file);
     writePicture(path, document, kind);
-    document.lastSaveSucceeded = true;
+    succeeded = true;
     log(LogLevel::info, "saved the picture of " + inQuotes(document.name) + " in " + path.string());
 }
 

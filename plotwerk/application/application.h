@@ -1,5 +1,5 @@
-// application.h - the open documents, and what they share. Whoever serves messages or shows a window
-// asks this one place.
+// application.h - the open documents, and what they share. Whoever serves messages or shows a
+// window asks this one place.
 #ifndef PLOTWERK_APPLICATION_APPLICATION_H
 #define PLOTWERK_APPLICATION_APPLICATION_H
 
@@ -55,7 +55,11 @@ class Application {
     // ownPath the path becomes the document's own; its name stays, since clients address it by
     // that. What is saved in the document's own file counts as changed no more. Throws Refusal: no
     // path, or a file that can't be written.
-    void save(Document &document, const std::filesystem::path &path, bool binary, bool ownPath);
+    void save(const Document &document, const std::filesystem::path &path, bool binary,
+              bool ownPath);
+
+    // Of the document itself or of its picture; false before the first.
+    bool lastSaveSucceeded(const Document &document) const;
 
     // With keepChanges a document with unsaved changes is first kept under
     // $XDG_STATE_HOME/plotwerk/, and the log says where. Throws Refusal when that can't be done.
@@ -65,7 +69,7 @@ class Application {
     std::vector<std::string> changedDocuments() const;
 
     // Counts as the document's last save.
-    void savePicture(Document &document, const std::filesystem::path &file, PictureKind kind);
+    void savePicture(const Document &document, const std::filesystem::path &file, PictureKind kind);
 
     // The clipboard's file (writeClipboardPicture) is its content from now on.
     void copyPicture(const Document &document, PictureKind kind);
@@ -84,10 +88,19 @@ class Application {
     void saveComposition(const std::filesystem::path &file, const std::string &opener);
 
   private:
+    struct OpenDocument {
+        Document document;
+        bool lastSaveSucceeded = false;
+    };
+
     // A path as a message gives it, made absolute. Throws Refusal for an empty one.
     static std::filesystem::path given(const std::filesystem::path &path);
 
-    std::vector<std::unique_ptr<Document>> documents; // in order of activation, the front one last
+    const OpenDocument &openOf(const Document &document) const;
+    OpenDocument &openOf(const Document &document);
+
+    // in order of activation, the front one last
+    std::vector<std::unique_ptr<OpenDocument>> documents;
     std::optional<Composition> composition;
 };
 

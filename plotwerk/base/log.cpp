@@ -30,11 +30,8 @@ static std::string shortened(std::string_view text) {
     constexpr size_t end = longest / 2;
     if (text.size() <= longest) return std::string(text);
 
-    const auto inCharacter = [&](size_t i) { return (text[i] & 0xc0) == 0x80; };
-    size_t head = end;
-    size_t tail = text.size() - end;
-    for (int i = 0; i < 3 && inCharacter(head); ++i) --head;
-    for (int i = 0; i < 3 && inCharacter(tail); ++i) ++tail;
+    const size_t head = plw::prefixOfCharacters(text, end);
+    const size_t tail = plw::prefixOfCharacters(text, text.size() - end);
     return std::string(text.substr(0, head)) + "..." + std::string(text.substr(tail));
 }
 

@@ -3,11 +3,12 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/data/dataText.h"
 #include "plotwerk/model/curves.h"
-#include "plotwerk/model/names.h"
 #include "plotwerk/model/palette.h"
+#include "plotwerk/model/structure.h"
 
 #include <algorithm>
 #include <limits>
+#include <unordered_map>
 #include <utility>
 
 namespace plotwerk {
@@ -75,22 +76,23 @@ void appendRows(const DataTable &more, Table &table) {
 void replaceData(Document &document, const std::string &source, std::string text,
                  char decimalSeparator) {
     std::vector<DataTable> read = readDataText(std::move(text), decimalSeparator);
-    std::vector<Table> &old = sourceNamed(document, source).tables;
+    Source &into = sourceNamed(document, source);
+    const std::vector<Table> &old = into.tables;
     int others = numberOfCurves(document);
     for (const Table &table : old) others -= static_cast<int>(table.y.size());
     std::vector<Table> tables = tablesOf(std::move(read), others);
     for (std::size_t t = 0; t < std::min(tables.size(), old.size()); ++t)
         for (std::size_t c = 0; c < std::min(tables[t].y.size(), old[t].y.size()); ++c)
             takeOver(old[t].y[c], tables[t].y[c]);
-    old = std::move(tables);
-    document.markWalk = 0;
-    document.changed = true;
+    replaceTables(document, into, std::move(tables));
 }
 
 void appendData(Document &document, const std::string &source, std::string text,
                 char decimalSeparator) {
     std::vector<DataTable> read = readDataText(std::move(text), decimalSeparator);
-    std::vector<Table> &tables = sourceNamed(document, source).tables;
+    Source &into = sourceNamed(document, source);
+    const int index = static_cast<int>(&into - document.sources.data());
+    std::vector<Table> &tables = into.tables;
 
     // the text's tables stand beside the last ones of the source
     const std::size_t first = tables.size() - std::min(tables.size(), read.size());
@@ -104,24 +106,17 @@ void appendData(Document &document, const std::string &source, std::string text,
         reserveRows(table.x, more);
         for (Column &column : table.y) reserveRows(column, more);
     }
+    std::vector<NewTable> added;
+    int curvesBefore = numberOfCurves(document);
     for (std::size_t i = 0; i < read.size(); ++i) {
         if (i < beside && continues(read[i], tables[first + i])) {
             appendRows(read[i], tables[first + i]);
         } else {
-            int curvesBefore = numberOfCurves(document);
             giveLooks(read[i].table, curvesBefore);
-            tables.push_back(std::move(read[i].table));
-            document.markWalk = 0;
+            added.push_back({index, static_cast<int>(tables.size()) - 1, std::move(read[i].table)});
         }
     }
-    document.changed = true;
-}
-
-void addSource(Document &document, const std::string &name, std::vector<Table> tables) {
-    std::vector<std::string> taken;
-    for (const Source &each : document.sources) taken.push_back(each.name);
-    document.sources.push_back({freeName(name, taken), std::move(tables)});
-    document.changed = true;
+    if (!added.empty()) insertTables(document, std::move(added));
 }
 
 void addData(Document &document, const std::string &source, std::string text,
@@ -132,16 +127,15 @@ void addData(Document &document, const std::string &source, std::string text,
 
 std::string dataTextOfSelection(const Document &document, bool includeX, char decimalSeparator) {
     std::vector<std::vector<const Column *>> blocks;
-    std::vector<const Table *> tables;
+    std::unordered_map<const Table *, std::size_t> blockOf;
     for (const CurveRef &curve : requireSelection(document)) {
         const Table &table = tableOf(document, curve);
-        auto at = std::find(tables.begin(), tables.end(), &table) - tables.begin();
-        if (at == std::ssize(tables)) {
-            tables.push_back(&table);
+        const auto [block, isNew] = blockOf.emplace(&table, blocks.size());
+        if (isNew) {
             blocks.emplace_back();
             if (includeX) blocks.back().push_back(&table.x);
         }
-        blocks[at].push_back(&columnOf(document, curve));
+        blocks[block->second].push_back(&columnOf(document, curve));
     }
     std::string text;
     for (const auto &columns : blocks) writeDataText(columns, decimalSeparator, text);

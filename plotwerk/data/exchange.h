@@ -25,10 +25,7 @@ void replaceData(Document &document, const std::string &source, std::string text
 void appendData(Document &document, const std::string &source, std::string text,
                 char decimalSeparator);
 
-// Adds a last source of that name, made free with freeName, with these tables.
-void addSource(Document &document, const std::string &name, std::vector<Table> tables);
-
-// Reads data text into a new last source of that name, as addSource makes it.
+// Reads data text into a new last source of that name: see addSource.
 void addData(Document &document, const std::string &name, std::string text, char decimalSeparator);
 
 // The selected curves as data text: one block for each of their tables, each with its columns in

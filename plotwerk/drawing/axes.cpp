@@ -9,9 +9,9 @@
 
 namespace plotwerk {
 
-static constexpr double titleSize = 10; // in points
-static constexpr double titleGap = 7;   // from the numbers to the title
-static constexpr int titleLines = 3;
+static constexpr double titleSize = 10; // in points, a little larger than the numbers
+static constexpr double titleGap = 7;   // from the numbers to the title: about a digit's height
+static constexpr int titleLines = 3;    // a longer one would squeeze the plot on a page
 
 static void strokeLine(cairo_t *cr, Point from, Point to) {
     cairo_move_to(cr, from.x, from.y);
@@ -26,8 +26,8 @@ static void setGrey(cairo_t *cr, double grey) {
 static void drawGridLines(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &axis,
                           const std::vector<double> &values, double grey, double thickness) {
     for (const double value : values) {
-        const double position = axis.scale.position(value);
-        if (position < 0.5 || position > axis.scale.length - 0.5) continue;
+        const double position = frame.scales[axis.code].position(value);
+        if (position < 0.5 || position > frame.scales[axis.code].length - 0.5) continue;
         if (axis.horizontal())
             strokeLine(cr, {position, 0}, {position, frame.height});
         else
@@ -39,11 +39,12 @@ static void drawGridLines(cairo_t *cr, const PlacedFrame &frame, const PlacedAxi
 }
 
 void drawGrid(cairo_t *cr, const PlacedFrame &frame) {
+    // light, and thinner than the thinnest axis, so that curves stand out; the fine grid below
     for (const PlacedAxis &axis : frame.axes)
-        if (axis.own && axis.settings->minorGrid)
+        if (frame.own[axis.code] && axis.settings->minorGrid)
             drawGridLines(cr, frame, axis, axis.marks.smallTicks, 0.9, 0.35);
     for (const PlacedAxis &axis : frame.axes)
-        if (axis.own && axis.settings->majorGrid)
+        if (frame.own[axis.code] && axis.settings->majorGrid)
             drawGridLines(cr, frame, axis, axis.marks.ticks, 0.8, 0.5);
 }
 
@@ -52,13 +53,14 @@ static void addTicks(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &ax
     const double inner = axis.settings->insideTicks ? axis.inwards() * length : 0;
     const double outer = axis.settings->outsideTicks ? -axis.inwards() * length : 0;
     if (inner == outer) return;
+    const double line = frame.line[axis.code];
     for (const double value : values) {
-        const double position = axis.scale.position(value);
+        const double position = frame.scales[axis.code].position(value);
         if (axis.horizontal()) {
-            strokeLine(cr, {position, axis.line + inner}, {position, axis.line + outer});
+            strokeLine(cr, {position, line + inner}, {position, line + outer});
         } else {
             const double y = frame.height - position;
-            strokeLine(cr, {axis.line + inner, y}, {axis.line + outer, y});
+            strokeLine(cr, {line + inner, y}, {line + outer, y});
         }
     }
 }
@@ -70,6 +72,7 @@ static void drawTicks(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &a
     cairo_stroke(cr);
 }
 
+// Grows with the line, which must not hide the head.
 static double arrowHeadLength(const PlacedFrame &frame) {
     return 6 + 3 * frame.thickness;
 }
@@ -78,14 +81,15 @@ static double arrowHeadLength(const PlacedFrame &frame) {
 static void drawArrow(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &axis) {
     const double headLength = arrowHeadLength(frame);
     const double halfWidth = 2 + frame.thickness;
-    const bool reversed = axis.scale.reversed;
+    const bool reversed = frame.scales[axis.code].reversed;
+    const double line = frame.line[axis.code];
 
     cairo_save(cr);
     if (axis.horizontal()) {
-        cairo_translate(cr, reversed ? 0 : frame.width, axis.line);
+        cairo_translate(cr, reversed ? 0 : frame.width, line);
         cairo_rotate(cr, reversed ? G_PI : 0);
     } else {
-        cairo_translate(cr, axis.line, reversed ? frame.height : 0);
+        cairo_translate(cr, line, reversed ? frame.height : 0);
         cairo_rotate(cr, reversed ? G_PI / 2 : -G_PI / 2);
     }
     cairo_set_line_width(cr, frame.thickness);
@@ -108,10 +112,11 @@ static void drawLines(cairo_t *cr, const PlacedFrame &frame) {
     } else {
         for (const PlacedAxis &axis : frame.axes) {
             if (!axis.drawn) continue;
+            const double line = frame.line[axis.code];
             if (axis.horizontal())
-                strokeLine(cr, {0, axis.line}, {frame.width, axis.line});
+                strokeLine(cr, {0, line}, {frame.width, line});
             else
-                strokeLine(cr, {axis.line, 0}, {axis.line, frame.height});
+                strokeLine(cr, {line, 0}, {line, frame.height});
         }
     }
     cairo_save(cr);
@@ -175,9 +180,10 @@ static void drawTitleBeside(cairo_t *cr, const PlacedFrame &frame, AxisCode code
 static void drawTitleAtEnd(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &axis,
                            const SetText &title) {
     const double away = 2 * arrowHeadLength(frame) + titleGap / 2;
+    const double line = frame.line[axis.code];
     const Point middle = axis.horizontal()
-                             ? Point{frame.width + away + title.ink().width() / 2, axis.line}
-                             : Point{axis.line, -away - title.ink().height() / 2};
+                             ? Point{frame.width + away + title.ink().width() / 2, line}
+                             : Point{line, -away - title.ink().height() / 2};
     title.draw(cr, middle, 0, title.middleOfInk());
 }
 
@@ -190,8 +196,8 @@ void drawTitles(cairo_t *cr, const PlacedFrame &frame, const std::vector<DrawnCu
         if (text.empty()) continue;
         const double width = axis.horizontal() ? frame.width : frame.height;
         const SetText title = typesetter.paragraph(text, titleSize, width, titleLines);
-        const bool inside =
-            axis.line > 0 && axis.line < (axis.horizontal() ? frame.height : frame.width);
+        const double line = frame.line[axis.code];
+        const bool inside = line > 0 && line < (axis.horizontal() ? frame.height : frame.width);
         if (inside)
             drawTitleAtEnd(cr, frame, axis, title);
         else

@@ -5,10 +5,18 @@
 
 namespace plotwerk {
 
-static constexpr double horizontalSpacing = 42; // from number to number, in points
+// From number to number where there is room for all, in points: 8 beside the default width of 12 cm
+// and as many above each other on its 8 cm.
+static constexpr double horizontalSpacing = 42;
 static constexpr double verticalSpacing = 28;
-static constexpr double horizontalGap = 10; // between two numbers
+
+// Between two numbers, in points: beside each other nearly two digits, so that they don't read as
+// one number; above each other half a line.
+static constexpr double horizontalGap = 10;
 static constexpr double verticalGap = 4;
+
+// Texts less than 10 degrees from level or upright are placed like those: sin 10 is 0.17.
+static constexpr double leastSlant = 0.17;
 
 static double radians(double degrees) {
     return degrees * G_PI / 180;
@@ -43,7 +51,7 @@ bool numbersMeet(const PlacedNumber &a, const PlacedNumber &b, double gap) {
 static Point middleBeside(Side side, double width, double height, double angle, double distance) {
     const double c = std::cos(radians(angle));
     const double s = std::sin(radians(angle));
-    const bool slanted = std::abs(c) > 0.17 && std::abs(s) > 0.17;
+    const bool slanted = std::abs(c) > leastSlant && std::abs(s) > leastSlant;
     const double halfWidth = (width * std::abs(c) + height * std::abs(s)) / 2;
     const double halfHeight = (width * std::abs(s) + height * std::abs(c)) / 2;
 
@@ -98,9 +106,9 @@ bool standApart(const std::vector<PlacedNumber> &numbers, Side side) {
 
 AxisMarks marksBeside(const Axis &axis, const Scale &scale, Side side,
                       const Typesetter &typesetter) {
-    const double angle = limited(axis.labelAngle, -360, 360, 0);
     const auto fit = [&](const std::vector<AxisNumber> &numbers) {
-        return standApart(placedNumbers(numbers, scale, side, angle, 0, typesetter), side);
+        return standApart(placedNumbers(numbers, scale, side, axis.labelAngle, 0, typesetter),
+                          side);
     };
     return marksOf(axis, scale, isHorizontal(side) ? horizontalSpacing : verticalSpacing, fit);
 }

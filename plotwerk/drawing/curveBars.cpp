@@ -1,7 +1,6 @@
 #include "plotwerk/drawing/curveBars.h"
 
 #include "plotwerk/drawing/curveStrokes.h"
-#include "plotwerk/drawing/curveSymbols.h"
 
 #include <algorithm>
 #include <cmath>
@@ -59,17 +58,17 @@ static void addBars(Path &path, const std::vector<Bar> &bars, bool upright) {
 }
 
 static void strokeBars(cairo_t *cr, const std::vector<Bar> &upright, const std::vector<Bar> &level,
-                       const CurveLook &look, const PlacedFrame &frame) {
-    if (thicknessOf(look) == 0) return;
+                       const CurveLook &look, const ScaledFrame &frame) {
+    if (look.lineThickness == 0) return;
     Path path;
     addBars(path, upright, true);
     addBars(path, level, false);
-    const Box box = frame.box().grownBy(thicknessOf(look));
+    const Box box = frame.box().grownBy(look.lineThickness);
     strokePath(cr, clippedPath(path, box), look, false, box);
 }
 
-void drawMarkers(cairo_t *cr, const Path &points, double base, const CurveLook &look,
-                 const PlacedFrame &frame) {
+void drawDropLines(cairo_t *cr, const Path &points, double base, const CurveLook &look,
+                   const ScaledFrame &frame) {
     std::vector<Bar> bars;
     for (const Point &p : points)
         if (p.x >= 0 && p.x <= frame.width) bars.push_back(barBetween(p.x, base, p.y));
@@ -84,15 +83,15 @@ static void errorEnds(double value, double error, const Scale &scale, double &lo
     if (std::isnan(low)) low = scale.reversed ? 1e6 : -1e6;
 }
 
-void drawErrorBars(cairo_t *cr, const DrawnCurve &curve, const PlacedFrame &frame) {
+void drawErrorBars(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame) {
     const CurveLook &look = curve.column->look;
     const Column *yError = curve.yErrors;
     const Column *xError = curve.xErrors;
     if (!yError && !xError) return;
 
-    const double halfCap = std::max(symbolSizeOf(look), 3.0) / 2;
-    const Scale &horizontal = frame.axes[curve.horizontalAxis()].scale;
-    const Scale &vertical = frame.axes[curve.verticalAxis()].scale;
+    const double halfCap = std::max(look.symbolSize, 3.0) / 2;
+    const Scale &horizontal = frame.scales[curve.horizontalAxis()];
+    const Scale &vertical = frame.scales[curve.verticalAxis()];
     const std::vector<double> &x = curve.table->x.values;
     const std::vector<double> &y = curve.column->values;
     const Box near = frame.box().grownBy(halfCap);

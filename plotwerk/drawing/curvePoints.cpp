@@ -4,12 +4,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace plotwerk {
 
-static constexpr double mostInterpolatedPoints = 4e6;
+static constexpr double mostInterpolatedPoints = 4e6; // 64 MB of path
 
-static Path meansOnPaper(const DrawnCurve &curve, const PlacedFrame &frame) {
+static Path meansOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
     std::vector<double> x = curve.table->x.values;
     std::vector<double> y = curve.column->values;
     const int means = averageBlocks(x, y, curve.column->look.sum);
@@ -20,9 +21,7 @@ static Path meansOnPaper(const DrawnCurve &curve, const PlacedFrame &frame) {
     return path;
 }
 
-Path pointsOnPaper(const DrawnCurve &curve, const PlacedFrame &frame) {
-    if (curve.column->look.sum > 1) return meansOnPaper(curve, frame);
-
+Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
     const std::vector<double> &x = curve.table->x.values;
     const std::vector<double> &y = curve.column->values;
     const size_t rows = std::min(x.size(), y.size());
@@ -36,6 +35,10 @@ Path pointsOnPaper(const DrawnCurve &curve, const PlacedFrame &frame) {
     return path;
 }
 
+Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
+    return curve.column->look.sum > 1 ? meansOnPaper(curve, frame) : rowsOnPaper(curve, frame);
+}
+
 // Second derivatives at the points of a natural cubic spline y(x) (Press et al., tridiagonal
 // system).
 static std::vector<double> splineCurvatures(const Point *p, size_t n) {
@@ -45,9 +48,9 @@ static std::vector<double> splineCurvatures(const Point *p, size_t n) {
         const double left = p[i].x - p[i - 1].x;
         const double right = p[i + 1].x - p[i].x;
         const double pivot = 2 * (left + right) - left * above[i - 1];
-        const double bend = (p[i + 1].y - p[i].y) / right - (p[i].y - p[i - 1].y) / left;
+        const double slopeChange = (p[i + 1].y - p[i].y) / right - (p[i].y - p[i - 1].y) / left;
         above[i] = right / pivot;
-        curvature[i] = (6 * bend - left * curvature[i - 1]) / pivot;
+        curvature[i] = (6 * slopeChange - left * curvature[i - 1]) / pivot;
     }
     for (size_t i = n; i-- > 2;) curvature[i - 1] -= above[i - 1] * curvature[i];
     return curvature;
@@ -99,17 +102,16 @@ static void appendStraight(Path &path, const Point *p, size_t n, int points,
     path.push_back(p[n - 1]);
 }
 
-Path interpolatedPath(Path path, const DrawnCurve &curve, const PlacedFrame &frame) {
+static Path interpolatedPath(Path path, const DrawnCurve &curve, const ScaledFrame &frame) {
     const CurveLook &look = curve.column->look;
-    const Scale &horizontal = frame.axes[curve.horizontalAxis()].scale;
-    const Scale &vertical = frame.axes[curve.verticalAxis()].scale;
+    const Scale &horizontal = frame.scales[curve.horizontalAxis()];
+    const Scale &vertical = frame.scales[curve.verticalAxis()];
     const double most =
         mostInterpolatedPoints / static_cast<double>(std::max<size_t>(path.size(), 1));
-    const int points =
-        static_cast<int>(std::min(limited(look.interpolationPoints, 0, 1e6, 0), most));
+    const int points = static_cast<int>(std::min(look.interpolationPoints, most));
     const bool spline = look.interpolationType == 1;
-    const bool bent = horizontal.logarithmic || vertical.logarithmic;
-    if (points < 1 || !(spline || bent)) return path;
+    const bool logarithmic = horizontal.logarithmic || vertical.logarithmic;
+    if (points < 1 || !(spline || logarithmic)) return path;
 
     Path result;
     result.reserve(path.size() * static_cast<size_t>(points + 1));
@@ -126,6 +128,12 @@ Path interpolatedPath(Path path, const DrawnCurve &curve, const PlacedFrame &fra
         begin = end + 1;
     }
     return result;
+}
+
+Path linePath(Path points, const DrawnCurve &curve, const ScaledFrame &frame) {
+    Path path = interpolatedPath(std::move(points), curve, frame);
+    if (curve.column->look.stepped) return steppedPath(path);
+    return path;
 }
 
 Path brokenOnReverse(const Path &path, bool reversedAxis) {

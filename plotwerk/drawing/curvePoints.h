@@ -4,19 +4,24 @@
 
 #include "plotwerk/drawing/curvePath.h"
 #include "plotwerk/drawing/drawnCurves.h"
-#include "plotwerk/drawing/frame.h"
+#include "plotwerk/drawing/scaledFrame.h"
 
 namespace plotwerk {
 
 // One point per row; a break where a value is missing, infinite, or not positive on a logarithmic
-// axis. With look.sum above 1 the means of so many valid rows each instead, without breaks.
-Path pointsOnPaper(const DrawnCurve &curve, const PlacedFrame &frame);
+// axis.
+Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame);
 
-// The path with interpolationPoints more points between two neighbours: on the straight line
-// between the values, which is bent on a logarithmic axis, or on a natural cubic spline through the
-// points on paper. Where x doesn't ascend or descend throughout a part of the path the spline is
-// left out; points beyond four million are left out altogether.
-Path interpolatedPath(Path path, const DrawnCurve &curve, const PlacedFrame &frame);
+// What is drawn: the rows or, with look.sum above 1, the means of so many valid rows each, without
+// breaks.
+Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame);
+
+// The curve's line, which is also the edge of its area: through its points on paper, with
+// interpolationPoints more between two neighbours, and stepped, as its look says. The points
+// between lie on the straight line between the values, which is bent on a logarithmic axis, or on a
+// natural cubic spline through the points on paper. Where x doesn't ascend or descend throughout a
+// part of the line the spline is left out; points beyond four million are left out altogether.
+Path linePath(Path points, const DrawnCurve &curve, const ScaledFrame &frame);
 
 // Breaks the path where its x, as values, runs backwards.
 Path brokenOnReverse(const Path &path, bool reversedAxis);

@@ -5,24 +5,14 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
+#include <numeric>
 
 namespace plotwerk {
 
-static constexpr double largestThickness = 50; // in points
-
-double thicknessOf(const CurveLook &look) {
-    return limited(look.lineThickness, 0, largestThickness, 1);
-}
-
 // The line's dashes, from that distance after their beginning on.
 static void setDash(cairo_t *cr, const CurveLook &look, double distance) {
-    std::array<double, 4> dash{};
-    double sum = 0;
-    for (size_t i = 0; i < dash.size(); ++i) {
-        dash[i] = limited(look.dashLength[i], 0, 1000, 0);
-        sum += dash[i];
-    }
+    const std::array<double, 4> &dash = look.dashLength;
+    const double sum = std::accumulate(dash.begin(), dash.end(), 0.0);
     // shorter dashes can't be told from a line
     if (sum >= 0.2) cairo_set_dash(cr, dash.data(), static_cast<int>(dash.size()), distance);
 }
@@ -101,10 +91,10 @@ void strokePath(cairo_t *cr, const Path &path, const CurveLook &look, bool dashe
     // a colour that is not opaque would be painted twice where parts meet
     const bool whole = look.lineColour.opacity < 1;
     if (path.size() > (whole ? mostAtOnce : mostVectors)) {
-        strokeAsImage(cr, path, thicknessOf(look), box);
+        strokeAsImage(cr, path, look.lineThickness, box);
         return;
     }
-    cairo_set_line_width(cr, thicknessOf(look));
+    cairo_set_line_width(cr, look.lineThickness);
     cairo_set_line_join(cr, CAIRO_LINE_JOIN_ROUND);
     cairo_set_line_cap(cr, CAIRO_LINE_CAP_BUTT);
     strokeInParts(cr, path, look, dashed, whole ? path.size() : 200);

@@ -14,9 +14,6 @@ namespace plotwerk {
 constexpr size_t mostVectors = 100000;
 constexpr size_t mostAtOnce = 10000;
 
-// In points, within bounds.
-double thicknessOf(const CurveLook &look);
-
 // Adds the path's lines from the points begin to end - 1 to cairo's path.
 void tracePath(cairo_t *cr, const Path &path, size_t begin, size_t end);
 

@@ -10,15 +10,10 @@
 namespace plotwerk {
 
 static constexpr size_t mostSymbols = 20000; // that are drawn as vectors, not as an image
-static constexpr double largestSize = 200;   // in points
-
-double symbolSizeOf(const CurveLook &look) {
-    return limited(look.symbolSize, 0, largestSize, 4);
-}
 
 // The points inside the frame that have a symbol, those on the same spot once.
 static std::vector<Point> symbolPoints(const Path &points, int increment,
-                                       const PlacedFrame &frame) {
+                                       const ScaledFrame &frame) {
     const double spot = std::max(0.1, std::max(frame.width, frame.height) / 6000);
     const Box inside = frame.box().grownBy(0.01);
     const auto columns = static_cast<size_t>(inside.width() / spot) + 1;
@@ -28,8 +23,7 @@ static std::vector<Point> symbolPoints(const Path &points, int increment,
     size_t index = 0;
     for (const Point &p : points) {
         if (isBreak(p)) continue;
-        if (index++ % static_cast<size_t>(std::max(increment, 1)) != 0 || !inside.contains(p))
-            continue;
+        if (index++ % static_cast<size_t>(increment) != 0 || !inside.contains(p)) continue;
         const size_t cell = static_cast<size_t>((p.y - inside.top) / spot) * columns +
                             static_cast<size_t>((p.x - inside.left) / spot);
         if (taken[cell]) continue;
@@ -39,10 +33,10 @@ static std::vector<Point> symbolPoints(const Path &points, int increment,
     return chosen;
 }
 
-void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look, const PlacedFrame &frame) {
-    const double size = symbolSizeOf(look);
+void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look, const ScaledFrame &frame) {
+    const double size = look.symbolSize;
     if (size == 0) return;
-    const double thickness = std::max(thicknessOf(look), 0.25);
+    const double thickness = std::max(look.lineThickness, 0.25);
     const std::vector<Point> chosen = symbolPoints(points, look.symbolInc, frame);
     const bool asImage = chosen.size() > mostSymbols;
     // the second to fourth symbol are drawn over the first

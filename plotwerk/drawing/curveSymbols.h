@@ -3,17 +3,14 @@
 #define PLOTWERK_DRAWING_CURVESYMBOLS_H
 
 #include "plotwerk/drawing/curvePath.h"
-#include "plotwerk/drawing/frame.h"
+#include "plotwerk/drawing/scaledFrame.h"
 
 #include <cairo.h>
 
 namespace plotwerk {
 
-// In points, within bounds.
-double symbolSizeOf(const CurveLook &look);
-
 // At every symbolInc-th point that lies in the frame.
-void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look, const PlacedFrame &frame);
+void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look, const ScaledFrame &frame);
 
 } // namespace plotwerk
 

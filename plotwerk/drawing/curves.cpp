@@ -14,23 +14,22 @@
 namespace plotwerk {
 
 static void drawLine(cairo_t *cr, const Path &path, const CurveLook &look,
-                     const PlacedFrame &frame) {
-    const double thickness = thicknessOf(look);
-    if (thickness == 0) return;
-    const Box box = frame.box().grownBy(thickness + 1);
+                     const ScaledFrame &frame) {
+    if (look.lineThickness == 0) return;
+    const Box box = frame.box().grownBy(look.lineThickness + 1);
     strokePath(cr, reducedPath(clippedPath(path, box)), look, look.dashed, box);
 }
 
-// The height on paper from which areas and marker lines rise: the x axis where it has a position,
+// The height on paper from which areas and drop lines rise: the x axis where it has a position,
 // else zero, at the nearest edge of the frame.
-static double baseOf(const DrawnCurve &curve, const PlacedFrame &frame, const Frame &settings) {
-    const Scale &scale = frame.axes[curve.verticalAxis()].scale;
+static double baseOf(const DrawnCurve &curve, const ScaledFrame &frame, const Frame &settings) {
+    const Scale &scale = frame.scales[curve.verticalAxis()];
     const double lowest = scale.reversed ? scale.length : 0;
     return frame.height - limited(scale.position(baseValue(settings)), 0, scale.length, lowest);
 }
 
 static void fillArea(cairo_t *cr, const Path &path, double base, const CurveLook &look,
-                     const PlacedFrame &frame) {
+                     const ScaledFrame &frame) {
     std::vector<Path> rings = areasBetween(path, base, frame.box());
     size_t size = 0;
     double length = 0;
@@ -54,28 +53,27 @@ static void fillArea(cairo_t *cr, const Path &path, double base, const CurveLook
 }
 
 double reachOf(const DrawnCurve &curve) {
-    return curve.column->look.symbols ? 0.75 * symbolSizeOf(curve.column->look) : 0;
+    return curve.column->look.symbols ? 0.75 * curve.column->look.symbolSize : 0;
 }
 
-void drawCurve(cairo_t *cr, const DrawnCurve &curve, const PlacedFrame &frame,
+void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
                const Frame &settings) {
     const CurveLook &look = curve.column->look;
     cairo_save(cr);
     cairo_rectangle(cr, 0, 0, frame.width, frame.height);
     cairo_clip(cr);
     if (look.line || look.filled) {
-        Path path = interpolatedPath(pointsOnPaper(curve, frame), curve, frame);
-        if (look.stepped) path = steppedPath(path);
+        Path path = linePath(pointsOnPaper(curve, frame), curve, frame);
         if (look.filled) fillArea(cr, path, baseOf(curve, frame, settings), look, frame);
         if (look.line) {
             if (settings.noLineOnReverse)
-                path = brokenOnReverse(path, frame.axes[curve.horizontalAxis()].scale.reversed);
+                path = brokenOnReverse(path, frame.scales[curve.horizontalAxis()].reversed);
             drawLine(cr, path, look, frame);
         }
     }
     // anew, so that a long curve isn't held twice while its line is drawn
     const Path points = look.marker || look.symbols ? pointsOnPaper(curve, frame) : Path();
-    if (look.marker) drawMarkers(cr, points, baseOf(curve, frame, settings), look, frame);
+    if (look.marker) drawDropLines(cr, points, baseOf(curve, frame, settings), look, frame);
     drawErrorBars(cr, curve, frame);
     cairo_restore(cr);
 

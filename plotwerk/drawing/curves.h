@@ -3,15 +3,15 @@
 #define PLOTWERK_DRAWING_CURVES_H
 
 #include "plotwerk/drawing/drawnCurves.h"
-#include "plotwerk/drawing/frame.h"
+#include "plotwerk/drawing/scaledFrame.h"
 
 #include <cairo.h>
 
 namespace plotwerk {
 
-// Area, line, marker lines, error bars and symbols of one curve, in this order, cut at the frame;
+// Area, line, drop lines, error bars and symbols of one curve, in this order, cut at the frame;
 // symbols whose point is inside stay whole. Points that fall on the same spot are drawn once.
-void drawCurve(cairo_t *cr, const DrawnCurve &curve, const PlacedFrame &frame,
+void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
                const Frame &settings);
 
 // How far the curve's symbols may reach beyond the frame, in points.

@@ -13,6 +13,7 @@ struct DrawnCurve {
     const Column *column = nullptr;
     const Column *xErrors = nullptr; // shown as bars; null for none
     const Column *yErrors = nullptr;
+    int index = 0; // among all curves of the document
 
     AxisCode horizontalAxis() const { return column->look.upperX ? upperXAxis : xAxis; }
     AxisCode verticalAxis() const { return column->look.rightY ? rightYAxis : yAxis; }
@@ -21,7 +22,7 @@ struct DrawnCurve {
 // The plotted curves of the document from the lowest layer up.
 std::vector<DrawnCurve> drawnCurvesOf(const Document &document);
 
-// The value from which areas and marker lines rise: where the x axis stands, else zero.
+// The value from which areas and drop lines rise: where the x axis stands, else zero.
 double baseValue(const Frame &frame);
 
 } // namespace plotwerk

@@ -1,4 +1,4 @@
-// frame.h - the frame of a picture with its four axes: laid out.
+// frame.h - the frame of a picture with what is set in type: the marks and numbers of its axes.
 //
 // The axes form a closed frame, whose upper and right sides repeat the ticks of the lower and left
 // ones unless they have curves of their own. When an axis has a position or an arrow, there are two
@@ -7,48 +7,34 @@
 #define PLOTWERK_DRAWING_FRAME_H
 
 #include "plotwerk/drawing/axisNumbers.h"
-#include "plotwerk/drawing/drawnCurves.h"
+#include "plotwerk/drawing/scaledFrame.h"
 
 #include <array>
-#include <optional>
+#include <vector>
 
 namespace plotwerk {
 
 struct PlacedAxis {
     AxisCode code = xAxis;
     const Axis *settings = nullptr;
-    bool own = false; // has a scale of its own; else it repeats the opposite axis, without numbers
     bool drawn = false;
-    Scale scale;
-    double line = 0; // y of a horizontal axis, x of a vertical one
-    AxisMarks marks;
-    std::vector<PlacedNumber> numbers; // in the coordinates of the picture
+    AxisMarks marks;                   // the opposite axis's where the axis repeats it
+    std::vector<PlacedNumber> numbers; // in the coordinates of the picture; none where it repeats
 
-    bool horizontal() const { return code == xAxis || code == upperXAxis; }
+    bool horizontal() const { return isHorizontal(code); }
     // Towards the inside of the frame.
     double inwards() const { return code == xAxis || code == rightYAxis ? -1 : 1; }
 };
 
-struct PlacedFrame {
-    double width = 0;
-    double height = 0;
-    double tickLength = 0;
+struct PlacedFrame : ScaledFrame {
+    double tickLength = 0; // in points, at most a quarter of the shorter axis
     double thickness = 0;
-    bool closed = true;
-    std::array<PlacedAxis, axisCount> axes;
+    std::array<PlacedAxis, axisCount> axes{};
 
     // How far ticks and numbers reach to each side.
-    Box outside;
-
-    Box box() const { return {0, 0, width, height}; }
-    // The place of a value pair; a break where one of them can't be shown.
-    Point at(double x, double y, AxisCode horizontal = xAxis, AxisCode vertical = yAxis) const {
-        return {axes[horizontal].scale.position(x), height - axes[vertical].scale.position(y)};
-    }
+    Box outside{};
 };
 
-// Lengths that can't be drawn are brought within bounds: axes from 1 to 100 cm, ticks up to a
-// quarter of the shorter axis, lines up to 20 points thick.
 PlacedFrame frameOf(const Document &document, const std::vector<DrawnCurve> &curves,
                     const Typesetter &typesetter);
 

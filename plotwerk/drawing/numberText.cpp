@@ -9,7 +9,10 @@
 
 namespace plotwerk {
 
+// Of an increment: increments are round but for their rounding, which shows from the 16th digit on.
 static constexpr int mostDigits = 12;
+
+// The limit of an axis's precision; doubles hold no more in numbers around 1.
 static constexpr int mostDecimals = 16;
 
 static RichText plain(std::string text) {
@@ -72,7 +75,7 @@ NumberFormat formatOfNumbers(double increment, double largest, int precision, bo
     if (exponent == 0) format.powers = false;
     format.exponent = format.powers ? exponent : 0;
     format.decimals = format.powers ? mantissaDecimals : fixedDecimals;
-    format.decimals = std::clamp(precision, format.decimals, mostDecimals);
+    format.decimals = std::max(precision, format.decimals);
     return format;
 }
 

@@ -13,7 +13,7 @@ static constexpr int mostLines = 20;
 static double middleAlong(double position, bool floating, double textLength, const Scale &scale,
                           double inset) {
     if (floating) return scale.shows(position) ? scale.position(position) : unset;
-    const double part = limited(position, -1, 2, 0.5);
+    const double part = std::clamp(position, -1.0, 2.0);
     const double room = scale.length - textLength - 2 * inset;
     const double inner = std::clamp(part, 0.0, 1.0);
     return inset + textLength / 2 + inner * room + (part - inner) * scale.length;
@@ -26,7 +26,7 @@ void drawTexts(cairo_t *cr, const std::vector<PlacedText> &texts, const PlacedFr
     for (const PlacedText &placed : texts) {
         const RichText text = richTextOf(placed.text);
         if (text.empty()) continue;
-        const double angle = std::isfinite(placed.angle) ? std::remainder(placed.angle, 360) : 0.0;
+        const double angle = std::remainder(placed.angle, 360);
         const SetText set =
             typesetter.paragraph(text, textSize, std::max(frame.width, frame.height), mostLines);
 
@@ -35,9 +35,9 @@ void drawTexts(cairo_t *cr, const std::vector<PlacedText> &texts, const PlacedFr
         const double width = set.ink().width() * c + set.ink().height() * s;
         const double height = set.ink().width() * s + set.ink().height() * c;
         const Point middle{
-            middleAlong(placed.x, placed.xFloating, width, frame.axes[xAxis].scale, inset),
+            middleAlong(placed.x, placed.xFloating, width, frame.scales[xAxis], inset),
             frame.height -
-                middleAlong(placed.y, placed.yFloating, height, frame.axes[yAxis].scale, inset)};
+                middleAlong(placed.y, placed.yFloating, height, frame.scales[yAxis], inset)};
         if (!isBreak(middle)) set.draw(cr, middle, angle, set.middleOfInk());
     }
 }

@@ -1,5 +1,7 @@
 #include "plotwerk/drawing/richText.h"
 
+#include "util/text/utf8.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -276,14 +278,6 @@ class RtfReader {
 
 } // namespace
 
-// The text up to its longest length, without a part of a character at the end.
-static std::string_view cut(std::string_view text) {
-    if (text.size() <= longestText) return text;
-    size_t end = longestText;
-    while (end > longestText - 4 && (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80) --end;
-    return text.substr(0, end);
-}
-
 static void dropEmptyLinesAtEnd(RichText &runs) {
     while (!runs.empty()) {
         std::string &last = runs.back().text;
@@ -299,7 +293,8 @@ RichText richTextOf(std::string_view text) {
         runs = RtfReader(text).read();
     } else {
         TextRun run;
-        run.text = validUtf8(withoutControls(cut(text)));
+        run.text =
+            validUtf8(withoutControls(text.substr(0, plw::prefixOfCharacters(text, longestText))));
         runs.push_back(std::move(run));
     }
     dropEmptyLinesAtEnd(runs);

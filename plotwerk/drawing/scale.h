@@ -1,4 +1,4 @@
-// scale.h - from the values of an axis to positions along it.
+// scale.h - from the values of an axis to positions along it, and back.
 #ifndef PLOTWERK_DRAWING_SCALE_H
 #define PLOTWERK_DRAWING_SCALE_H
 
@@ -33,6 +33,15 @@ struct Scale {
         }
         distance = std::clamp(distance, -1e12, 1e12);
         return reversed ? length - distance : distance;
+    }
+
+    // The value at a distance from the beginning, the inverse of position: exact but for what
+    // doubles near that value can tell. NaN for NaN; beyond the largest double an infinity, on a
+    // logarithmic scale also 0.
+    double value(double position) const {
+        const double distance = (reversed ? length - position : position) / factor;
+        if (!logarithmic) return min + distance;
+        return narrow ? min * std::pow(10, distance) : std::pow(10, logMin + distance);
     }
 
     // Whether the value lies on the axis, its ends included.

@@ -65,13 +65,12 @@ static Shape shapeOf(int code) {
 }
 
 void setColour(cairo_t *cr, const Colour &colour) {
-    cairo_set_source_rgba(cr, limited(colour.red, 0, 1, 0), limited(colour.green, 0, 1, 0),
-                          limited(colour.blue, 0, 1, 0), limited(colour.opacity, 0, 1, 1));
+    cairo_set_source_rgba(cr, colour.red, colour.green, colour.blue, colour.opacity);
 }
 
 void drawSymbol(cairo_t *cr, int code, const Point &at, double size, double lineThickness,
                 const Colour &colour, bool whiteInside) {
-    const int symbol = (code % symbolCount + symbolCount) % symbolCount;
+    const int symbol = code % symbolCount;
     const Shape shape = shapeOf(symbol);
     cairo_set_line_width(cr, std::min(lineThickness, size / 4));
     if (shape == Shape::strokes) {

@@ -19,7 +19,6 @@ constexpr int symbolCount = 16;
 void drawSymbol(cairo_t *cr, int code, const Point &at, double size, double lineThickness,
                 const Colour &colour, bool whiteInside);
 
-// The colour with its parts limited to 0..1; NaN counts as 0, as opacity 1.
 void setColour(cairo_t *cr, const Colour &colour);
 
 } // namespace plotwerk

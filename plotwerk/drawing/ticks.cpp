@@ -1,6 +1,5 @@
 #include "plotwerk/drawing/ticks.h"
 
-#include "plotwerk/drawing/geometry.h"
 #include "plotwerk/drawing/numberText.h"
 #include "util/number/format.h"
 #include "util/number/power.h"
@@ -11,10 +10,25 @@
 
 namespace plotwerk {
 
-static constexpr double mostTicks = 1000;      // between the limits
-static constexpr double leastTickDistance = 2; // in points
+// Guards memory and time: ticks 2 points apart fill the longest axis, of 100 cm, with 1400.
+static constexpr double mostTicks = 1000;
+
+// In points. Lines of 0.75 points, the default, are told apart from 2 points on, and don't look
+// crowded from 3 on; who asks for more gets it as long as ticks don't merge into a bar.
+static constexpr double leastTickDistance = 2;
 static constexpr double leastSmallTickDistance = 3;
-static constexpr double leastGivenTickDistance = 0.5; // of ticks that the axis asks for
+static constexpr double leastGivenTickDistance = 0.5;
+
+// Points per decade from which every decade has its tick, and those from which it also has small
+// ones at 2..9: the narrowest gap, from 9 to 10, is log10(10/9) = 0.046 of a decade, there 0.9
+// points.
+static constexpr double leastDecade = 12;
+static constexpr double leastDividedDecade = 20;
+
+// In decades. Below 0.7, a factor of 5, steps of equal size make more round numbers than digits of
+// decades; below 2 powers of ten alone could leave a single number.
+static constexpr double fewestDecades = 0.7;
+static constexpr double fewDecades = 2;
 
 // k * step through whole numbers and one rounding where the step is one over a whole number, so
 // that three steps of 0.1 are 0.3; zero without a sign.
@@ -51,7 +65,8 @@ static RoundStep finestStepFrom(double least) {
     return step;
 }
 
-// The multiples of the step within the limits; none where there are too many.
+// The multiples of the step within the limits, or beside them by no more than rounding; none where
+// there are too many.
 static std::vector<double> multiplesOf(double step, const Scale &scale) {
     const auto slack = [](double k) { return std::max(1e-9, std::abs(k) * 4e-16); };
     const double low = scale.min / step;
@@ -110,7 +125,7 @@ static std::vector<double> dividing(double step, int between, const Scale &scale
 // The axis's own choice where it can be drawn, else what divides the step's first digit evenly.
 static int smallTicksBetween(const Axis &axis, int digit, double tickDistance) {
     const double mostGiven = tickDistance / leastGivenTickDistance - 1;
-    if (axis.ticks >= 0 && axis.ticks <= std::min(mostGiven, 100.0)) return axis.ticks;
+    if (axis.ticks >= 0 && axis.ticks <= mostGiven) return axis.ticks;
     const int fine = digit == 2 ? 3 : 4;
     const int coarse = digit == 5 ? 0 : 1;
     if (tickDistance / (fine + 1) >= leastSmallTickDistance) return fine;
@@ -118,10 +133,11 @@ static int smallTicksBetween(const Axis &axis, int digit, double tickDistance) {
 }
 
 static bool isUsableIncrement(double increment, const Scale &scale) {
-    return std::isfinite(increment) && increment > 0 &&
+    return increment > 0 && // false where it is unset
            (scale.max - scale.min) / increment <=
                std::min(mostTicks, scale.length / leastTickDistance) &&
            (scale.max - scale.min) / increment >= 1e-3 &&
+           // beyond 2^53, about 9e15, multiples are no longer whole
            std::max(std::abs(scale.max), std::abs(scale.min)) / increment < 1e15;
 }
 
@@ -209,7 +225,7 @@ static std::vector<double> smallLogTicks(const Axis &axis, const Scale &scale,
                                          const std::vector<double> &ticks, int decadesApart) {
     if (axis.ticks == 0) return {};
     std::vector<double> small;
-    if (decadesApart == 1 && scale.factor >= 20)
+    if (decadesApart == 1 && scale.factor >= leastDividedDecade)
         small = digitsOfDecades(scale, {2, 3, 4, 5, 6, 7, 8, 9});
     for (const int parts : {decadesApart, 5, 2}) {
         if (decadesApart == 1 || decadesApart % parts != 0) continue;
@@ -228,7 +244,7 @@ static std::vector<double> smallLogTicks(const Axis &axis, const Scale &scale,
 static AxisMarks decadeMarks(const Axis &axis, const Scale &scale, double spacing,
                              const NumbersFit &fit) {
     AxisMarks marks;
-    int n = std::clamp(axis.logNumbersAt, 1, 600);
+    int n = std::max(axis.logNumbersAt, 1);
     if (axis.logNumbersAt < 1) {
         for (const int step : {1, 2, 3, 5, 10, 20, 50, 100, 200}) {
             n = step;
@@ -239,10 +255,8 @@ static AxisMarks decadeMarks(const Axis &axis, const Scale &scale, double spacin
     const std::vector<double> numbered = digitsOfDecades(scale, {1}, n);
     marks.numbers = thinned(logNumbersAt(numbered, axis), 0, fit);
 
-    const bool everyDecadeHasRoom = scale.factor >= 12;
-    const int tickAt = axis.logTicksAt >= 1 ? std::min(axis.logTicksAt, 600)
-                       : everyDecadeHasRoom ? 1
-                                            : n;
+    const bool everyDecadeHasRoom = scale.factor >= leastDecade;
+    const int tickAt = axis.logTicksAt >= 1 ? axis.logTicksAt : everyDecadeHasRoom ? 1 : n;
     marks.ticks = digitsOfDecades(scale, {1}, tickAt);
     if (scale.factor * tickAt < leastTickDistance) marks.ticks = numbered;
     marks.smallTicks = smallLogTicks(axis, scale, marks.ticks, tickAt);
@@ -268,8 +282,8 @@ static AxisMarks digitMarks(const Axis &axis, const Scale &scale, const NumbersF
 static AxisMarks logarithmicMarks(const Axis &axis, const Scale &scale, double spacing,
                                   const NumbersFit &fit) {
     const double decades = scale.length / scale.factor;
-    if (decades < 0.7) return linearMarks(axis, scale, spacing, fit);
-    if (decades < 2 && axis.logNumbersAt < 1 && axis.logTicksAt < 1) {
+    if (decades < fewestDecades) return linearMarks(axis, scale, spacing, fit);
+    if (decades < fewDecades && axis.logNumbersAt < 1 && axis.logTicksAt < 1) {
         AxisMarks marks = digitMarks(axis, scale, fit);
         if (marks.numbers.size() > 1) return marks;
     }
@@ -277,9 +291,9 @@ static AxisMarks logarithmicMarks(const Axis &axis, const Scale &scale, double s
 }
 
 AxisMarks marksOf(const Axis &axis, const Scale &scale, double spacing, const NumbersFit &fit) {
-    const double density = limited(axis.labelDensity, 0.1, 10, 1);
-    return scale.logarithmic ? logarithmicMarks(axis, scale, spacing / density, fit)
-                             : linearMarks(axis, scale, spacing / density, fit);
+    const double dense = spacing / axis.labelDensity;
+    return scale.logarithmic ? logarithmicMarks(axis, scale, dense, fit)
+                             : linearMarks(axis, scale, dense, fit);
 }
 
 } // namespace plotwerk

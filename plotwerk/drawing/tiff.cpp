@@ -7,7 +7,8 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <tiffio.h>
+#include <sstream>
+#include <tiffio.hxx>
 #include <vector>
 
 namespace plotwerk {
@@ -15,50 +16,6 @@ namespace plotwerk {
 static constexpr double dpi = 300;
 static constexpr int rowsPerStrip = 256;
 static constexpr int mostPixelsAtOnce = 8000000; // drawn together, so that memory stays small
-
-namespace {
-
-// A file in memory, as libtiff wants it.
-struct MemoryFile {
-    std::string bytes;
-    size_t place = 0;
-};
-
-} // namespace
-
-static tmsize_t readFile(thandle_t handle, void *data, tmsize_t size) {
-    auto &file = *static_cast<MemoryFile *>(handle);
-    const size_t from = std::min(file.place, file.bytes.size());
-    const size_t count = std::min(file.bytes.size() - from, static_cast<size_t>(size));
-    std::memcpy(data, file.bytes.data() + from, count);
-    file.place += count;
-    return static_cast<tmsize_t>(count);
-}
-
-static tmsize_t writeFile(thandle_t handle, void *data, tmsize_t size) {
-    auto &file = *static_cast<MemoryFile *>(handle);
-    const auto count = static_cast<size_t>(size);
-    if (file.place + count > file.bytes.size()) file.bytes.resize(file.place + count);
-    std::memcpy(file.bytes.data() + file.place, data, count);
-    file.place += count;
-    return size;
-}
-
-static toff_t seekFile(thandle_t handle, toff_t offset, int whence) {
-    auto &file = *static_cast<MemoryFile *>(handle);
-    if (whence == SEEK_CUR) offset += file.place;
-    if (whence == SEEK_END) offset += file.bytes.size();
-    file.place = offset;
-    return offset;
-}
-
-static toff_t fileSize(thandle_t handle) {
-    return static_cast<MemoryFile *>(handle)->bytes.size();
-}
-
-static int closeFile(thandle_t) {
-    return 0;
-}
 
 static void setFields(TIFF *tiff, int width, int height) {
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, static_cast<uint32_t>(width));
@@ -106,11 +63,8 @@ std::string tiffOfPicture(const Picture &picture) {
     const int width = static_cast<int>(std::ceil(picture.page().width() * dpi / 72));
     const int height = static_cast<int>(std::ceil(picture.page().height() * dpi / 72));
 
-    MemoryFile file;
-    std::unique_ptr<TIFF, decltype(&TIFFClose)> tiff(TIFFClientOpen("picture", "w", &file, readFile,
-                                                                    writeFile, seekFile, closeFile,
-                                                                    fileSize, nullptr, nullptr),
-                                                     &TIFFClose);
+    std::ostringstream file;
+    std::unique_ptr<TIFF, decltype(&TIFFClose)> tiff(TIFFStreamOpen("picture", &file), &TIFFClose);
     if (!tiff) throw Refusal("the picture can't be made a TIFF file");
 
     setFields(tiff.get(), width, height);
@@ -127,7 +81,7 @@ std::string tiffOfPicture(const Picture &picture) {
     }
     tiff.reset(); // writes the directory
     if (!written) throw Refusal("the picture can't be made a TIFF file");
-    return std::move(file.bytes);
+    return std::move(file).str();
 }
 
 } // namespace plotwerk

@@ -1,14 +1,28 @@
 // documentFields.h - under which key each field of a document is saved.
 //
 // One list serves both ways: fields(archive, record) calls archive(key, member) for every member
-// that is saved. A new field is added here and nowhere else, and the version in documentFile.cpp is
-// raised with it.
+// that is saved, or archive(key, member, {major, minor}) for one that came with that version of the
+// format. From an older file such a member keeps what a new record has. How to add one, and what
+// the two numbers mean, is told in docs/documentFormat.md.
 #ifndef PLOTWERK_FILES_DOCUMENTFIELDS_H
 #define PLOTWERK_FILES_DOCUMENTFIELDS_H
 
 #include "plotwerk/model/document.h"
 
+#include <compare>
+#include <cstdint>
+
 namespace plotwerk {
+
+// Of the format: files of a later major version can't be read, of a later minor one they can.
+struct Version {
+    std::uint64_t major = 1;
+    std::uint64_t minor = 0;
+
+    auto operator<=>(const Version &) const = default;
+};
+
+constexpr Version currentVersion{2, 0};
 
 template<class Archive> void fields(Archive &archive, Colour &colour) {
     archive("red", colour.red);
@@ -52,8 +66,19 @@ template<class Archive> void fields(Archive &archive, Column &column) {
     archive("place", column.rank);
 }
 
+// An x column is no curve: it has nothing but a name and values.
+struct XColumn {
+    Column &column;
+};
+
+template<class Archive> void fields(Archive &archive, XColumn &x) {
+    archive("name", x.column.name);
+    archive("values", x.column.values);
+}
+
 template<class Archive> void fields(Archive &archive, Table &table) {
-    archive("x", table.x);
+    XColumn x{table.x};
+    archive("x", x);
     archive("y", table.y);
 }
 
@@ -125,7 +150,7 @@ template<class Archive> void fields(Archive &archive, FitResult &fit) {
     archive("points", fit.points);
 }
 
-// Its path, and what belongs to this run (changed, the last save), stay out.
+// Its path, and what belongs to this run (revisions), stay out.
 template<class Archive> void fields(Archive &archive, Document &document) {
     archive("name", document.name);
     archive("sources", document.sources);

@@ -17,9 +17,10 @@ namespace plotwerk {
 bool beginsAsDocument(std::string_view bytes);
 
 // The document that was saved as these bytes. Every field comes back as it was saved, numbers bit
-// for bit (a NaN as a NaN); path, changed and lastSaveSucceeded are those of a new document.
-// Throws Refusal, of one line: cut or damaged bytes, a later version, a missing field or one of
-// the wrong type, columns of unequal length.
+// for bit (a NaN as a NaN); path and revisions are those of a new document. Of a later minor
+// version what isn't known here is left out, with a line on the log. Throws Refusal, of one line:
+// cut or damaged bytes, a later major version, a missing field or one of the wrong type, a number
+// beyond the limits of limits.h, columns of unequal length.
 Document documentOf(std::string bytes);
 
 // Writes what documentOf reads. Names that aren't UTF-8 are written as utf8Of makes them.

@@ -3,6 +3,7 @@
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/files/documentFile.h"
 #include "plotwerk/files/stateDirectory.h"
+#include "util/text/utf8.h"
 
 namespace plotwerk {
 
@@ -12,11 +13,7 @@ namespace fs = std::filesystem;
 // enough for every file system.
 static std::string fileNameOf(const std::string &name) {
     constexpr size_t longest = 200;
-    std::string fileName = name.substr(0, longest);
-    while (fileName.size() < name.size() && !fileName.empty() &&
-           (name[fileName.size()] & 0xc0) == 0x80) {
-        fileName.pop_back(); // not in the middle of a character
-    }
+    std::string fileName = name.substr(0, plw::prefixOfCharacters(name, longest));
     for (char &c : fileName) {
         if (c == '/' || static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '_';
     }

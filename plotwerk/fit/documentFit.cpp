@@ -1,12 +1,12 @@
 #include "plotwerk/fit/documentFit.h"
 
 #include "plotwerk/base/refusal.h"
-#include "plotwerk/data/exchange.h"
 #include "plotwerk/fit/parameterList.h"
 #include "plotwerk/formula/formula.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/palette.h"
 #include "plotwerk/model/ranges.h"
+#include "plotwerk/model/structure.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,12 +25,10 @@ void setFormula(Document &document, const std::string &text) {
     document.formula = text;
     document.parameters = std::move(parameters);
     document.fit = {};
-    document.changed = true;
 }
 
 void setParameters(Document &document, const std::string &list, char decimalSeparator) {
     readParameterList(list, decimalSeparator, document.parameters);
-    document.changed = true;
 }
 
 static Formula formulaOf(const Document &document) {
@@ -152,7 +150,6 @@ FitOutcome fitDocument(Document &document) {
          document);
     document.parameters = std::move(parameters);
     document.fit = outcome.result;
-    document.changed = true;
     return outcome;
 }
 
@@ -182,12 +179,15 @@ void modifySelection(Document &document, bool yData) {
 
     for (std::size_t i = 0; i < curves.size(); ++i) {
         Table &table = tableOf(document, curves[i]);
-        Column &column = yData ? columnOf(document, curves[i]) : table.x;
+        Column &column = columnOf(document, curves[i]);
+        std::vector<double> values = yData ? std::move(column.values) : table.x.values;
         for (std::size_t k = 0; k < modified[i].values.size(); ++k)
-            column.values[modified[i].points.row[k]] = modified[i].values[k];
-        if (!yData) table.xOrder = {};
+            values[modified[i].points.row[k]] = modified[i].values[k];
+        if (yData)
+            column.values = std::move(values);
+        else
+            setX(table, std::move(values));
     }
-    document.changed = true;
 }
 
 static std::optional<double> limitNamed(const Document &document, const std::string &name) {

@@ -17,20 +17,20 @@ void setFormula(Document &document, const std::string &text);
 void setParameters(Document &document, const std::string &list, char decimalSeparator);
 
 // Fits the formula to the fit data, or else to the first selected curve, or else to the only one;
-// what the last fit has drawn doesn't count as a curve there. Points outside of the fit range don't
-// take part; the column "NAME error" of the table, if there is one, has the errors.
+// what the last fit has drawn doesn't count as a curve there. Points outside the fit range don't
+// take part. The errors are in the table's column "NAME error", if there is one.
 //
-// Converged, it sets the parameters and the result and draws the formula over the fit range, or as
-// far as the points go, as the only curve "Fit" of a last source "Fit". The next fit puts its own
-// in that place, keeping name, look and selection, unless the user has made the curve his own: by
-// adding columns or rows to its table, by reading other data into it, or as fit data. Otherwise
-// nothing is changed. Refused: no formula, no curve to be fitted.
+// A fit that has converged sets the parameters and the result, and draws the formula over the fit
+// range, or as far as the points go where that has no limit, as the only curve "Fit" of a new last
+// source "Fit". The next fit replaces that curve, keeping name, look and selection, unless the user
+// has made it his own: by adding columns or rows to its table, by reading other data into it, or by
+// marking it as fit data. A fit that fails changes nothing. Refused: no formula, no curve to fit.
 FitOutcome fitDocument(Document &document);
 
-// In every selected curve, y of all points with x and y becomes the formula's value there; NaN
-// where it has none. Or x does, and then of each table only the curve selected first counts.
-// Refused without a formula and without a selection, and when all points times the formula's
-// operations are more than 1e10, which would take minutes.
+// Sets y of every selected curve to the formula's value, at all points that have x and y; NaN where
+// the formula has no value. Without yData it sets x instead, and of each table only the curve
+// selected first counts. Refused: no formula, no selection, and more than 1e10 operations (points
+// times those of the formula), which would take minutes.
 void modifySelection(Document &document, bool yData);
 
 // A variable as text, with all digits and a decimal point: what fitVariable knows, and the limits

@@ -1,9 +1,8 @@
 // attributes.h - how curves, the frame, axes and texts look, changed by messages.
 //
 // In every change an integer -1, a switch 2 and a NaN leave their setting as it is; that is what
-// the members begin with. Switches are 0 (off), 1 (on) or 2. What makes no sense is refused, and
-// then nothing is changed: other switches, negative lengths, infinities, and values outside the
-// ranges given below.
+// the members begin with. Switches are 0 (off), 1 (on) or 2. Other switches and numbers beyond
+// limits.h are refused, and then nothing is changed.
 #ifndef PLOTWERK_MODEL_ATTRIBUTES_H
 #define PLOTWERK_MODEL_ATTRIBUTES_H
 
@@ -31,14 +30,14 @@ struct LookSwitches {
 
 struct LookValues {
     int sum = -1;
-    double interpolationPoints = unset; // up to 1e6
-    int interpolationType = -1;         // 0, 1
-    double symbolSize = unset;          // up to 200
-    int symbolInc = -1;                 // from 1
+    double interpolationPoints = unset;
+    int interpolationType = -1;
+    double symbolSize = unset;
+    int symbolInc = -1;
     std::array<int, 4> symbol{-1, -1, -1, -1};
-    double lineThickness = unset;                                 // up to 50
-    std::array<double, 4> dashLength{unset, unset, unset, unset}; // up to 1000
-    Colour lineColour{unset, unset, unset, unset};                // 0..1
+    double lineThickness = unset;
+    std::array<double, 4> dashLength{unset, unset, unset, unset};
+    Colour lineColour{unset, unset, unset, unset};
     Colour fillColour{unset, unset, unset, unset};
 };
 
@@ -48,10 +47,10 @@ void changeLook(Document &document, const LookValues &values);
 
 // Positions may be infinite: that puts the axis back to its side.
 struct FrameChange {
-    double xAxisLength = unset; // 1..100 cm
+    double xAxisLength = unset; // in cm
     double yAxisLength = unset;
-    double tickLength = unset;    // up to 100 cm
-    double axisThickness = unset; // up to 20 points
+    double tickLength = unset;
+    double axisThickness = unset; // in points
     double yAxisPos = unset;
     double xAxisPos = unset;
     int multiDimFit = keep;
@@ -62,23 +61,23 @@ void changeFrame(Document &document, const FrameChange &change);
 
 struct AxisChange {
     double increment = unset; // 0: automatic again
-    int ticks = -1;           // up to 100
-    int precision = -1;       // up to 16
+    int ticks = -1;
+    int precision = -1;
     int logarithmic = keep;
     int insideTicks = keep;
     int outsideTicks = keep;
     int majorGrid = keep;
     int minorGrid = keep;
     int exponents = keep;
-    double labelAngle = unset; // -360..360
+    double labelAngle = unset; // in degrees
     int noLine = keep;
     int numbersInside = keep;
     int noNumbers = keep;
     int arrow = keep;
-    int logTicksAt = -1; // 1..600
+    int logTicksAt = -1;
     int logNumbersAt = -1;
     int reversed = keep;
-    double labelDensity = unset; // 0.1..10
+    double labelDensity = unset;
 };
 
 // Axes are numbered from 1 here: x, y, upper x, right y.

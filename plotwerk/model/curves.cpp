@@ -6,16 +6,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 namespace plotwerk {
-
-bool operator==(const CurveRef &a, const CurveRef &b) {
-    return a.source == b.source && a.table == b.table && a.column == b.column && a.index == b.index;
-}
 
 Table &tableOf(Document &document, const CurveRef &curve) {
     return document.sources[curve.source].tables[curve.table];
@@ -56,18 +54,19 @@ int numberOfCurves(const Document &document) {
     return static_cast<int>(count);
 }
 
-std::optional<CurveRef> curveAt(const Document &document, int index) {
-    if (index < 0) return std::nullopt;
-    CurveRef curve{0, 0, index, index};
-    for (const Source &source : document.sources) {
-        curve.table = 0;
-        for (const Table &table : source.tables) {
-            const int columns = static_cast<int>(table.y.size());
+std::optional<CurveRef> curveAt(const Document &document, int index, CurveRef from) {
+    if (index < from.index) return std::nullopt;
+    CurveRef curve = from;
+    curve.column += index - from.index;
+    curve.index = index;
+    for (; curve.source < std::ssize(document.sources); ++curve.source) {
+        const std::vector<Table> &tables = document.sources[curve.source].tables;
+        for (; curve.table < std::ssize(tables); ++curve.table) {
+            const int columns = static_cast<int>(tables[curve.table].y.size());
             if (curve.column < columns) return curve;
             curve.column -= columns;
-            ++curve.table;
         }
-        ++curve.source;
+        curve.table = 0;
     }
     return std::nullopt;
 }
@@ -87,14 +86,12 @@ std::vector<CurveRef> requireSelection(const Document &document) {
     return selected;
 }
 
-std::vector<CurveRef> firstOfEachTable(const std::vector<CurveRef> &curves) {
-    std::vector<CurveRef> firsts;
-    for (const CurveRef &curve : curves)
-        if (std::none_of(firsts.begin(), firsts.end(), [&](const CurveRef &first) {
-                return first.source == curve.source && first.table == curve.table;
-            }))
-            firsts.push_back(curve);
-    return firsts;
+std::vector<CurveRef> firstOfEachTable(std::vector<CurveRef> curves) {
+    std::set<std::pair<int, int>> seen;
+    std::erase_if(curves, [&](const CurveRef &curve) {
+        return !seen.emplace(curve.source, curve.table).second;
+    });
+    return curves;
 }
 
 std::optional<CurveRef> firstSelectedCurve(const Document &document) {
@@ -215,23 +212,19 @@ CurveRef curveOfSeries(const Document &document, int series) {
     throw Refusal("no curve is selected");
 }
 
-static const Column *columnNamed(const Table &table, const std::string &name) {
-    const auto found = std::find_if(table.y.begin(), table.y.end(),
-                                    [&](const Column &column) { return column.name == name; });
-    return found == table.y.end() ? nullptr : &*found;
-}
-
 const Column *yErrorOf(const Table &table, const Column &curve) {
-    return columnNamed(table, errorNameOf(curve.name));
-}
-
-const Column *xErrorOf(const Table &table) {
-    const Column *named = columnNamed(table, errorNameOf(table.x.name));
-    return named ? named : columnNamed(table, errorNameOf("X"));
+    const std::string name = errorNameOf(curve.name);
+    const auto found = std::ranges::find(table.y, name, &Column::name);
+    return found == table.y.end() ? nullptr : &*found;
 }
 
 int rowsOf(const Table &table) {
     return static_cast<int>(table.x.values.size());
+}
+
+void setX(Table &table, std::vector<double> values) {
+    table.x.values = std::move(values);
+    table.xOrder = {};
 }
 
 const XOrder &orderOfX(const Table &table) {

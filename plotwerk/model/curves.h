@@ -14,15 +14,6 @@
 
 namespace plotwerk {
 
-struct CurveRef {
-    int source = 0;
-    int table = 0;  // within the source
-    int column = 0; // among the y columns of the table
-    int index = 0;  // among all curves of the document
-};
-
-bool operator==(const CurveRef &a, const CurveRef &b);
-
 Table &tableOf(Document &document, const CurveRef &curve);
 const Table &tableOf(const Document &document, const CurveRef &curve);
 Column &columnOf(Document &document, const CurveRef &curve);
@@ -33,8 +24,9 @@ std::vector<CurveRef> curvesOf(const Document &document);
 
 int numberOfCurves(const Document &document);
 
-// Nothing for a negative index or one beyond the last curve.
-std::optional<CurveRef> curveAt(const Document &document, int index);
+// Nothing for a negative index or one beyond the last curve. The search begins at `from`, a curve
+// at that index or before it.
+std::optional<CurveRef> curveAt(const Document &document, int index, CurveRef from = {});
 
 // The selected curves by their rank in the selection.
 std::vector<CurveRef> selectedCurves(const Document &document);
@@ -43,7 +35,7 @@ std::vector<CurveRef> selectedCurves(const Document &document);
 std::vector<CurveRef> requireSelection(const Document &document);
 
 // Of curves, the first one of each table.
-std::vector<CurveRef> firstOfEachTable(const std::vector<CurveRef> &curves);
+std::vector<CurveRef> firstOfEachTable(std::vector<CurveRef> curves);
 
 std::optional<CurveRef> firstSelectedCurve(const Document &document);
 
@@ -74,11 +66,11 @@ CurveRef curveOfSeries(const Document &document, int series);
 // The column with the errors of a curve. Null if there is none.
 const Column *yErrorOf(const Table &table, const Column &curve);
 
-// The column with the errors of x: "X error", with the x column's name or with a plain X.
-const Column *xErrorOf(const Table &table);
-
 // Rows of a table.
 int rowsOf(const Table &table);
+
+// Gives x other values: what was known about their order is forgotten.
+void setX(Table &table, std::vector<double> values);
 
 // Brings table.xOrder up to date with rows that were added since, and returns it.
 const XOrder &orderOfX(const Table &table);

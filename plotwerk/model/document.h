@@ -3,11 +3,15 @@
 // Sources, tables and columns count from 1 in messages and on paper; curves and points count from
 // 0. A curve is a y column over the x column of its table; the curves of a document are numbered in
 // the order of sources, tables and columns. NaN marks a missing value.
+//
+// Every member begins with a value, also where that is {}: so designated initialisers may leave any
+// out.
 #ifndef PLOTWERK_MODEL_DOCUMENT_H
 #define PLOTWERK_MODEL_DOCUMENT_H
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <limits>
 #include <string>
@@ -47,14 +51,14 @@ struct CurveLook {
     std::array<int, 4> symbol{0, 0, 0, 0};
     double lineThickness = 1; // in points
     std::array<double, 4> dashLength{4, 2, 0, 0};
-    Colour lineColour;
+    Colour lineColour{};
     Colour fillColour{0.8, 0.8, 0.8, 1};
 };
 
 struct Column {
-    std::string name;
-    std::vector<double> values;
-    CurveLook look;
+    std::string name{};
+    std::vector<double> values{};
+    CurveLook look{};
     bool marked = false;
     bool fitData = false;    // at most one column of a document
     bool drawnByFit = false; // the next fit replaces it; at most one column of a document
@@ -63,8 +67,7 @@ struct Column {
 
 // What the rows of a table looked at so far say about its x. Not a part of the document: it is
 // found out when it is needed (orderOfX), goes on by itself with rows that are added below, and is
-// reset to
-// {} by whoever changes or moves the x values that are there.
+// reset where x values that are there change or move (setX).
 struct XOrder {
     std::size_t rows = 0;  // looked at so far
     bool ascending = true; // no x is less than one before it, NaN aside
@@ -76,14 +79,14 @@ struct XOrder {
 
 // All columns have the same number of rows. x is a column like the others but never a curve.
 struct Table {
-    Column x;
-    std::vector<Column> y;
-    mutable XOrder xOrder;
+    Column x{};
+    std::vector<Column> y{};
+    mutable XOrder xOrder{};
 };
 
 struct Source {
-    std::string name;
-    std::vector<Table> tables;
+    std::string name{};
+    std::vector<Table> tables{};
 };
 
 // An unset limit follows the data.
@@ -93,8 +96,8 @@ struct Range {
 };
 
 struct Axis {
-    Range range;
-    std::string title; // RTF or plain text
+    Range range{};
+    std::string title{}; // RTF or plain text
     double increment = unset;
     int ticks = -1;     // small ticks between two numbers; -1 automatic
     int precision = -1; // decimals of the numbers, at least; -1 automatic
@@ -120,7 +123,7 @@ enum AxisCode { xAxis, yAxis, upperXAxis, rightYAxis, axisCount };
 
 // Position as a part (0..1) of the frame, or in the axis's values where floating.
 struct PlacedText {
-    std::string text; // RTF or plain text
+    std::string text{}; // RTF or plain text
     double x = 0.5;
     double y = 0.5;
     double angle = 0; // in degrees, counter-clockwise
@@ -140,7 +143,7 @@ struct Frame {
 };
 
 struct FitParameter {
-    std::string name;
+    std::string name{};
     double value = 1;
     double error = unset; // unset before a fit and for a fixed parameter
     bool fixed = false;
@@ -154,20 +157,32 @@ struct FitResult {
     int points = 0;
 };
 
+struct CurveRef {
+    int source = 0;
+    int table = 0;  // within the source
+    int column = 0; // among the y columns of the table
+    int index = 0;  // among all curves of the document
+
+    bool operator==(const CurveRef &) const = default;
+};
+
 struct Document {
-    std::string name;
-    std::filesystem::path path; // where it was opened from or saved as; empty when new
-    std::vector<Source> sources;
-    Frame frame;
-    std::array<Axis, axisCount> axes;
-    std::vector<PlacedText> texts;
-    std::string formula;
-    std::vector<FitParameter> parameters; // in order of appearance in the formula
-    Range fitRange;
-    FitResult fit;
-    int markWalk = 0;     // the curve at which the next marked one is looked for
-    bool changed = false; // since it was saved
-    bool lastSaveSucceeded = false;
+    std::string name{};
+    std::filesystem::path path{}; // where it was opened from or saved as; empty when new
+    std::vector<Source> sources{};
+    Frame frame{};
+    std::array<Axis, axisCount> axes{};
+    std::vector<PlacedText> texts{};
+    std::string formula{};
+    std::vector<FitParameter> parameters{}; // in order of appearance in the formula
+    Range fitRange{};
+    FitResult fit{};
+    int markWalk = 0;    // the curve at which the next marked one is looked for
+    CurveRef markHint{}; // that curve or one before it: where the search for it begins
+
+    // See change.h.
+    std::uint64_t revision = 0;
+    std::uint64_t savedRevision = 0;
 };
 
 } // namespace plotwerk

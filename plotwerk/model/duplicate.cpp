@@ -1,7 +1,9 @@
 #include "plotwerk/model/duplicate.h"
 
+#include "plotwerk/model/change.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/ranges.h"
+#include "plotwerk/model/structure.h"
 
 #include <algorithm>
 #include <utility>
@@ -15,57 +17,58 @@ bool contains(const Range &range, double x) {
     return !(x < range.min) && !(x > range.max) && x == x;
 }
 
-// Leaves of a table what is plotted of it.
-void cutToPlotted(Table &table, const Range &xRange, const Range &upperXRange) {
+// The columns that aren't plotted, neither as curves nor as the errors of one.
+std::vector<bool> unplottedColumns(const Table &table) {
+    std::vector<bool> unplotted(table.y.size());
     const std::vector<bool> holdsErrors = errorColumns(table);
-    std::vector<Column> kept;
-    std::vector<const Range *> ranges; // of the curves; null for errors, which go with the rows
     bool plotted = false;
     for (std::size_t c = 0; c < table.y.size(); ++c) {
-        const CurveLook &look = table.y[c].look;
-        if (!holdsErrors[c] && !look.visible) continue;
-        plotted = plotted || !holdsErrors[c];
-        ranges.push_back(holdsErrors[c] ? nullptr : look.upperX ? &upperXRange : &xRange);
-        kept.push_back(std::move(table.y[c]));
+        unplotted[c] = !holdsErrors[c] && !table.y[c].look.visible;
+        plotted = plotted || (!holdsErrors[c] && !unplotted[c]);
     }
-    if (!plotted) kept.clear();
-    table.y = std::move(kept);
+    if (!plotted) unplotted.assign(table.y.size(), true);
+    return unplotted;
+}
 
-    std::vector<double> &xs = table.x.values;
-    std::size_t rows = 0;
-    for (std::size_t row = 0; row < xs.size(); ++row) {
-        const double x = xs[row];
+// Leaves of a table the rows of which something is plotted.
+void cutRows(Table &table, const Range &xRange, const Range &upperXRange) {
+    const std::vector<bool> holdsErrors = errorColumns(table);
+    std::vector<const Range *> ranges; // of the visible curves; null for the other columns
+    for (std::size_t c = 0; c < table.y.size(); ++c) {
+        const CurveLook &look = table.y[c].look;
+        const bool drawn = !holdsErrors[c] && look.visible;
+        ranges.push_back(!drawn ? nullptr : look.upperX ? &upperXRange : &xRange);
+    }
+
+    std::vector<double> kept;
+    for (std::size_t row = 0; row < table.x.values.size(); ++row) {
+        const double x = table.x.values[row];
         const auto shows = [&](const Range *range) { return range && contains(*range, x); };
         if (std::none_of(ranges.begin(), ranges.end(), shows)) continue;
         for (std::size_t c = 0; c < table.y.size(); ++c) {
             std::vector<double> &values = table.y[c].values;
-            values[rows] = !ranges[c] || shows(ranges[c]) ? values[row] : unset;
+            values[kept.size()] = !ranges[c] || shows(ranges[c]) ? values[row] : unset;
         }
-        xs[rows] = x;
-        ++rows;
+        kept.push_back(x);
     }
-    xs.resize(rows);
-    for (Column &column : table.y) column.values.resize(rows);
-    table.xOrder = {};
+    for (Column &column : table.y) column.values.resize(kept.size());
+    setX(table, std::move(kept));
 }
 
 } // namespace
 
 Document duplicateAsPlotted(const Document &document) {
-    Document copy = document;
-    copy.name += " copy";
-    copy.path.clear();
-    copy.markWalk = 0;
-    copy.changed = true;
-    copy.lastSaveSucceeded = false;
-    const Range xRange = rangeOf(document, xAxis);
-    const Range upperXRange = rangeOf(document, upperXAxis);
-    for (Source &source : copy.sources) {
-        for (Table &table : source.tables) cutToPlotted(table, xRange, upperXRange);
-        std::erase_if(source.tables, [](const Table &table) { return table.y.empty(); });
-    }
-    std::erase_if(copy.sources, [](const Source &source) { return source.tables.empty(); });
-    return copy;
+    Document duplicate = document;
+    change(duplicate, [&](Document &copy) {
+        copy.name += " copy";
+        copy.path.clear();
+        const Range xRange = rangeOf(document, xAxis);
+        const Range upperXRange = rangeOf(document, upperXAxis);
+        for (Source &source : copy.sources)
+            for (Table &table : source.tables) cutRows(table, xRange, upperXRange);
+        eraseColumns(copy, unplottedColumns);
+    });
+    return duplicate;
 }
 
 } // namespace plotwerk

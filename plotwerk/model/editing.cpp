@@ -2,27 +2,26 @@
 
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/curves.h"
+#include "plotwerk/model/limits.h"
 #include "plotwerk/model/names.h"
 #include "plotwerk/model/palette.h"
 #include "plotwerk/model/sampledFunction.h"
+#include "plotwerk/model/structure.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
+#include <memory>
 #include <numeric>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
 namespace plotwerk {
 
 namespace {
-
-// Curves have come or gone.
-void curvesChanged(Document &document) {
-    document.markWalk = 0;
-    document.changed = true;
-}
 
 // The rows in the order of the key, those without a key last.
 std::vector<int> sortedRows(std::vector<double> key) {
@@ -38,14 +37,13 @@ std::vector<int> sortedRows(std::vector<double> key) {
 
 void sortRows(Table &table, const std::vector<double> &key) {
     const std::vector<int> rows = sortedRows(key);
-    std::vector<double> sorted(rows.size());
-    const auto reorder = [&](Column &column) {
+    const auto reordered = [&](const Column &column) {
+        std::vector<double> sorted(rows.size());
         for (std::size_t i = 0; i < rows.size(); ++i) sorted[i] = column.values[rows[i]];
-        column.values.swap(sorted);
+        return sorted;
     };
-    reorder(table.x);
-    for (Column &column : table.y) reorder(column);
-    table.xOrder = {};
+    setX(table, reordered(table.x));
+    for (Column &column : table.y) column.values = reordered(column);
 }
 
 // Derivatives of a curve at its n points, by the parabolas through three neighbours.
@@ -145,10 +143,25 @@ std::vector<int> maximaOf(const std::vector<double> &y, int minWidth, double min
     return maxima;
 }
 
-struct Extremes {
-    CurveRef curve;
-    Table table;
-};
+// At least 0.
+int highestLayer(const Document &document, const std::vector<CurveRef> &curves) {
+    int highest = 0;
+    for (const CurveRef &curve : curves)
+        highest = std::max(highest, columnOf(document, curve).look.layer);
+    return highest;
+}
+
+// Makes the curves' layers 0, 1, 2, ... in their order.
+void renumberLayers(Document &document, const std::vector<CurveRef> &curves) {
+    std::map<int, int> numbers;
+    for (const CurveRef &curve : curves) numbers[columnOf(document, curve).look.layer] = 0;
+    int next = 0;
+    for (auto &[layer, number] : numbers) number = next++;
+    for (const CurveRef &curve : curves) {
+        int &layer = columnOf(document, curve).look.layer;
+        layer = numbers[layer];
+    }
+}
 
 Table tableOfExtremes(const ValidPoints &points, const std::vector<int> &indexes,
                       const std::string &xName, const std::string &name, const CurveLook &look) {
@@ -169,46 +182,61 @@ Table tableOfExtremes(const ValidPoints &points, const std::vector<int> &indexes
 } // namespace
 
 void renameSelection(Document &document, const std::string &name) {
+    // Of each table the columns of errors by name, from left to right: a column that has got the
+    // new name is one of them no more.
+    struct Named {
+        std::vector<std::size_t> columns;
+        std::size_t next = 0;
+    };
+    std::unordered_map<const Table *, std::unordered_map<std::string, Named>> tables;
+
     for (const CurveRef &curve : requireSelection(document)) {
         Table &table = tableOf(document, curve);
+        std::unordered_map<std::string, Named> &errors = tables[&table];
+        if (errors.empty())
+            for (std::size_t i = 0; i < table.y.size(); ++i)
+                errors[table.y[i].name].columns.push_back(i);
+
         Column &column = columnOf(document, curve);
-        const Column *errors = yErrorOf(table, column);
-        if (errors && errors->rank == 0)
-            table.y[static_cast<std::size_t>(errors - table.y.data())].name = errorNameOf(name);
+        const std::string errorName = errorNameOf(column.name);
+        if (const auto found = errors.find(errorName); found != errors.end()) {
+            auto &[columns, next] = found->second;
+            while (next < columns.size() && table.y[columns[next]].name != errorName) ++next;
+            if (next < columns.size() && table.y[columns[next]].rank == 0)
+                table.y[columns[next]].name = errorNameOf(name);
+        }
         column.name = name;
     }
-    document.changed = true;
 }
 
 void showSelection(Document &document) {
     const std::vector<CurveRef> selected = requireSelection(document);
-    int highest = 0;
-    for (const CurveRef &curve : curvesOf(document)) {
-        const Column &column = columnOf(document, curve);
-        if (column.rank == 0) highest = std::max(highest, column.look.layer);
+    std::vector<CurveRef> others = curvesOf(document);
+    std::erase_if(others, [&](const auto &curve) { return columnOf(document, curve).rank > 0; });
+    int highest = highestLayer(document, others);
+    if (highest > mostCounted - std::ssize(selected)) {
+        renumberLayers(document, others);
+        highest = highestLayer(document, others);
     }
     for (const CurveRef &curve : selected) {
         CurveLook &look = columnOf(document, curve).look;
         look.visible = true;
         look.layer = ++highest;
     }
-    document.changed = true;
 }
 
 void deleteSelection(Document &document) {
     requireSelection(document);
-    for (Source &source : document.sources) {
-        for (Table &table : source.tables)
-            std::erase_if(table.y, [](const Column &column) { return column.rank > 0; });
-        std::erase_if(source.tables, [](const Table &table) { return table.y.empty(); });
-    }
-    std::erase_if(document.sources, [](const Source &source) { return source.tables.empty(); });
-    curvesChanged(document);
+    eraseColumns(document, [](const Table &table) {
+        std::vector<bool> selected;
+        for (const Column &column : table.y) selected.push_back(column.rank > 0);
+        return selected;
+    });
 }
 
 void deleteAllCurves(Document &document) {
-    document.sources.clear();
-    curvesChanged(document);
+    eraseColumns(document,
+                 [](const Table &table) { return std::vector<bool>(table.y.size(), true); });
 }
 
 void sortByX(Document &document) {
@@ -216,7 +244,6 @@ void sortByX(Document &document) {
         Table &table = tableOf(document, curve);
         sortRows(table, table.x.values);
     }
-    document.changed = true;
 }
 
 void sortBySelection(Document &document, bool ascending) {
@@ -225,7 +252,6 @@ void sortBySelection(Document &document, bool ascending) {
     if (!ascending)
         for (double &value : key) value = -value;
     sortRows(tableOf(document, first), key);
-    document.changed = true;
 }
 
 void swapSelectionWithX(Document &document) {
@@ -233,26 +259,26 @@ void swapSelectionWithX(Document &document) {
         Table &table = tableOf(document, curve);
         Column &column = columnOf(document, curve);
         column.name.swap(table.x.name);
-        column.values.swap(table.x.values);
-        table.xOrder = {};
+        std::vector<double> x = std::move(table.x.values);
+        setX(table, std::move(column.values));
+        column.values = std::move(x);
     }
-    document.changed = true;
 }
 
 void differentiateSelection(Document &document) {
+    int curvesBefore = numberOfCurves(document);
     for (const CurveRef &curve : requireSelection(document)) {
         Table &table = tableOf(document, curve);
-        const ValidPoints points = validPoints(table, columnOf(document, curve));
-        const std::vector<double> derivatives = derivative(points);
         const Column &original = columnOf(document, curve);
+        const ValidPoints points = validPoints(table, original);
+        const std::vector<double> derivatives = derivative(points);
         Column column;
         column.name = original.name + "'";
-        column.look = lookOfNewCurve(numberOfCurves(document), original.look);
+        column.look = lookOfNewCurve(curvesBefore++, original.look);
         column.values.assign(rowsOf(table), unset);
         for (int i = 0; i < points.n; ++i) column.values[points.row[i]] = derivatives[i];
-        table.y.push_back(std::move(column));
+        addColumn(document, table, std::move(column));
     }
-    curvesChanged(document);
 }
 
 void createCurve(Document &document, double minX, double maxX, double incX, double minY,
@@ -278,21 +304,21 @@ void createCurve(Document &document, double minX, double maxX, double incX, doub
         column.values[i] = std::fma(i, incY, minY);
     }
 
-    if (const auto first = firstSelectedCurve(document)) {
-        std::vector<Table> &tables = document.sources[first->source].tables;
-        tables.insert(tables.begin() + first->table + 1, std::move(table));
-    } else {
-        if (document.sources.empty()) document.sources.push_back({"Data", {}});
-        document.sources.back().tables.push_back(std::move(table));
-    }
-    curvesChanged(document);
+    const auto first = firstSelectedCurve(document);
+    if (!first && document.sources.empty()) addSource(document, "Data", {});
+    const int source = first ? first->source : static_cast<int>(document.sources.size()) - 1;
+    const int last = static_cast<int>(document.sources[source].tables.size()) - 1;
+    std::vector<NewTable> tables;
+    tables.push_back({source, first ? first->table : last, std::move(table)});
+    insertTables(document, std::move(tables));
 }
 
 void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, double minHeight) {
     std::vector<CurveRef> selected = requireSelection(document);
     if (!maxima && !minima) return;
 
-    std::vector<Extremes> found;
+    std::vector<NewTable> found;
+    const int curvesBefore = numberOfCurves(document);
     for (const CurveRef &curve : selected) {
         const Table &table = tableOf(document, curve);
         const Column &column = columnOf(document, curve);
@@ -300,10 +326,11 @@ void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, 
         const auto search = [&](const std::vector<double> &y, std::string_view suffix) {
             const std::vector<int> indexes = maximaOf(y, minWidth, minHeight);
             if (indexes.empty()) return;
-            const int curvesBefore = numberOfCurves(document) + static_cast<int>(found.size());
-            found.push_back({curve, tableOfExtremes(points, indexes, table.x.name,
-                                                    column.name + std::string(suffix),
-                                                    lookOfNewCurve(curvesBefore, column.look))});
+            const CurveLook look =
+                lookOfNewCurve(curvesBefore + static_cast<int>(found.size()), column.look);
+            found.push_back({curve.source, curve.table,
+                             tableOfExtremes(points, indexes, table.x.name,
+                                             column.name + std::string(suffix), look)});
         };
         std::vector<double> y(points.y.get(), points.y.get() + points.n);
         if (maxima) search(y, maximaSuffix);
@@ -312,15 +339,7 @@ void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, 
     }
     if (found.empty()) throw Refusal("the selected curves have no such extremes");
 
-    // behind the tables that are to stay in place: from the last one backwards
-    std::stable_sort(found.begin(), found.end(), [](const Extremes &a, const Extremes &b) {
-        return std::pair(a.curve.source, a.curve.table) < std::pair(b.curve.source, b.curve.table);
-    });
-    for (auto each = found.rbegin(); each != found.rend(); ++each) {
-        std::vector<Table> &tables = document.sources[each->curve.source].tables;
-        tables.insert(tables.begin() + each->curve.table + 1, std::move(each->table));
-    }
-    curvesChanged(document);
+    insertTables(document, std::move(found));
 }
 
 } // namespace plotwerk

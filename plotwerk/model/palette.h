@@ -18,9 +18,8 @@ inline constexpr std::array<Colour, 7> palette = {{{0, 0, 0, 1},
                                                    {0.902, 0.624, 0, 1},
                                                    {0.337, 0.706, 0.914, 1}}};
 
-// The look of every curve that is made: the standard one in the palette's next colour, for a
-// document that has so many curves already. The area below the curve is a light tint of that
-// colour.
+// The look of a new curve in a document that already has so many: the default, in the next colour
+// of the palette. From the second curve on its area has a transparent tint of that colour.
 inline CurveLook lookOfNewCurve(int curvesBefore) {
     CurveLook look;
     const auto index = static_cast<size_t>(curvesBefore < 0 ? 0 : curvesBefore) % palette.size();
@@ -32,7 +31,7 @@ inline CurveLook lookOfNewCurve(int curvesBefore) {
     return look;
 }
 
-// As that, for a curve made from another one: drawn against the same axes.
+// The same for a curve that is derived from another: it is drawn against that one's axes.
 inline CurveLook lookOfNewCurve(int curvesBefore, const CurveLook &origin) {
     CurveLook look = lookOfNewCurve(curvesBefore);
     look.upperX = origin.upperX;

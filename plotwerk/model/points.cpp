@@ -2,14 +2,9 @@
 
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/curves.h"
-#include "plotwerk/model/ranges.h"
 #include "plotwerk/model/sampledFunction.h"
-#include "util/geometry/plane.h"
 
-#include <algorithm>
-#include <array>
 #include <cmath>
-#include <limits>
 #include <string>
 #include <utility>
 
@@ -60,79 +55,6 @@ Column &columnWithPoint(Document &document, int index, int series) {
     return column;
 }
 
-// An axis on paper: a value lies (along(value) - start) * scale cm from the left or lower end. The
-// scale is negative where the axis is reversed.
-struct PaperAxis {
-    bool logarithmic = false;
-    double start = 0;
-    double scale = 1;
-
-    double along(double value) const {
-        if (!logarithmic) return value;
-        return value > 0 ? std::log10(value) : unset;
-    }
-};
-
-PaperAxis paperAxis(const Document &document, AxisCode code) {
-    PaperAxis axis;
-    axis.logarithmic = document.axes[code].logarithmic;
-    const Range range = rangeOf(document, code);
-    axis.start = axis.along(range.min);
-    double span = axis.along(range.max) - axis.start;
-    if (document.axes[code].reversed) {
-        axis.start += span;
-        span = -span;
-    }
-    const double length = code == xAxis || code == upperXAxis ? document.frame.xAxisLength
-                                                              : document.frame.yAxisLength;
-    axis.scale = std::abs(span) > 0 ? length / span : length;
-    return axis;
-}
-
-// The place on `to` that lies over the value of `from`.
-double carriedOver(double value, const PaperAxis &from, const PaperAxis &to) {
-    const double along = from.along(value);
-    if (std::isnan(from.start)) return along; // no data there: the axis shows nothing else
-    return to.start + (along - from.start) * from.scale / to.scale;
-}
-
-struct CurveDistance {
-    double curve = std::numeric_limits<double>::infinity(); // squared, of the drawn curve
-    double point = std::numeric_limits<double>::infinity(); // squared, of the nearest point
-    int index = -1;
-};
-
-// px and py lie along the axes.
-CurveDistance distanceOf(const Table &table, const Column &column, const PaperAxis &xs,
-                         const PaperAxis &ys, double px, double py) {
-    CurveDistance nearest;
-    double previousX = unset;
-    double previousY = unset;
-    for (int i = 0; i < rowsOf(table); ++i) {
-        const double x = xs.along(table.x.values[i]);
-        const double y = ys.along(column.values[i]);
-        if (!std::isfinite(x) || !std::isfinite(y)) {
-            previousX = unset;
-            continue;
-        }
-        const double dx = (x - px) * xs.scale;
-        const double dy = (y - py) * ys.scale;
-        const double point = dx * dx + dy * dy;
-        if (point < nearest.point) {
-            nearest.point = point;
-            nearest.index = i;
-            nearest.curve = std::min(nearest.curve, point);
-        }
-        if (column.look.line && !std::isnan(previousX))
-            nearest.curve =
-                std::min(nearest.curve, plw::DistPointPathQ(px, py, previousX, previousY, x, y,
-                                                            xs.scale, ys.scale));
-        previousX = x;
-        previousY = y;
-    }
-    return nearest;
-}
-
 } // namespace
 
 double valueAtX(const Document &document, double x, int series) {
@@ -154,7 +76,6 @@ double valueAtIndex(const Document &document, int index, int series) {
 
 void setValueAtIndex(Document &document, int index, int series, double value) {
     columnWithPoint(document, index, series).values[index] = value;
-    document.changed = true;
 }
 
 int indexAtX(const Document &document, double x, int series) {
@@ -177,30 +98,6 @@ int indexAtX(const Document &document, double x, int series) {
     for (int row = found + 1; row <= order.last && !(xs[row] > x); ++row)
         if (xs[row] <= x) found = row;
     return found;
-}
-
-std::optional<NearestPoint> nearestPoint(const Document &document, double x, double y) {
-    std::array<PaperAxis, axisCount> axes;
-    for (int code = 0; code < axisCount; ++code)
-        axes[code] = paperAxis(document, static_cast<AxisCode>(code));
-
-    std::optional<NearestPoint> nearest;
-    double shortest = std::numeric_limits<double>::infinity();
-    for (const PlottedCurve &plotted : plottedCurves(document)) {
-        const CurveRef &curve = plotted.curve;
-        const Table &table = tableOf(document, curve);
-        const Column &column = columnOf(document, curve);
-        const PaperAxis &xs = axes[column.look.upperX ? upperXAxis : xAxis];
-        const PaperAxis &ys = axes[column.look.rightY ? rightYAxis : yAxis];
-        const double px = column.look.upperX ? carriedOver(x, axes[xAxis], xs) : xs.along(x);
-        const double py = column.look.rightY ? carriedOver(y, axes[yAxis], ys) : ys.along(y);
-        const CurveDistance distance = distanceOf(table, column, xs, ys, px, py);
-        if (distance.index < 0 || !(distance.curve < shortest)) continue;
-        shortest = distance.curve;
-        nearest = {curve.index, distance.index, table.x.values[distance.index],
-                   column.values[distance.index]};
-    }
-    return nearest;
 }
 
 } // namespace plotwerk

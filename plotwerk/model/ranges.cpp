@@ -93,25 +93,27 @@ Range withData(const Range &range, const Range &data) {
     return shown;
 }
 
-bool isSet(const Range &range) {
+} // namespace
+
+bool hasBothLimits(const Range &range) {
     return !isUnset(range.min) && !isUnset(range.max);
 }
 
-} // namespace
+bool hasAnyLimit(const Range &range) {
+    return !isUnset(range.min) || !isUnset(range.max);
+}
 
 Range rangeOf(const Document &document, AxisCode axis) {
     const Range &range = document.axes[axis].range;
-    return isSet(range) ? range : withData(range, dataRange(document, axis));
+    return hasBothLimits(range) ? range : withData(range, dataRange(document, axis));
 }
 
 void setRange(Document &document, AxisCode axis, double min, double max) {
     change(document.axes[axis].range, min, max);
-    document.changed = true;
 }
 
 void rangeOverAll(Document &document) {
     for (Axis &axis : document.axes) axis.range = {};
-    document.changed = true;
 }
 
 void setLocalRange(Document &document, bool xDirection) {
@@ -125,14 +127,14 @@ void setLocalRange(Document &document, bool xDirection) {
             if (columnOf(document, curve.curve).rank > 0)
                 include(document, curve, axes[i], ranges[i]);
     }
-    if (!isSet(ranges[0]) && !isSet(ranges[1])) throw Refusal("the selected curves have no points");
+    if (!hasBothLimits(ranges[0]) && !hasBothLimits(ranges[1]))
+        throw Refusal("the selected curves have no points");
     for (int i = 0; i < 2; ++i)
-        if (isSet(ranges[i])) document.axes[axes[i]].range = ranges[i];
-    document.changed = true;
+        if (hasBothLimits(ranges[i])) document.axes[axes[i]].range = ranges[i];
 }
 
 Range fitRangeOf(const Document &document) {
-    if (isSet(document.fitRange)) return document.fitRange;
+    if (hasBothLimits(document.fitRange)) return document.fitRange;
     const auto fitted = fitCurve(document);
     if (!fitted) return withData(document.fitRange, dataRange(document, xAxis));
     Range data;
@@ -143,7 +145,6 @@ Range fitRangeOf(const Document &document) {
 
 void setFitRange(Document &document, double min, double max) {
     change(document.fitRange, min, max);
-    document.changed = true;
 }
 
 } // namespace plotwerk

@@ -11,6 +11,9 @@
 
 namespace plotwerk {
 
+bool hasBothLimits(const Range &range);
+bool hasAnyLimit(const Range &range);
+
 // The limits that the axis shows. Unset where the limit is unset and there are no data, or none on
 // this side of the limit that is set.
 Range rangeOf(const Document &document, AxisCode axis);

@@ -1,6 +1,8 @@
 #include "plotwerk/model/selection.h"
 
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/model/limits.h"
+#include "plotwerk/model/structure.h"
 
 #include <re2/re2.h>
 
@@ -58,6 +60,11 @@ int select(Document &document, const std::vector<CurveRef> &curves, bool append)
         if (!append) column.rank = 0;
         highest = std::max(highest, column.rank);
         selected += column.rank > 0;
+    }
+    if (highest > mostCounted - std::ssize(curves)) {
+        highest = 0;
+        for (const CurveRef &curve : selectedCurves(document))
+            columnOf(document, curve).rank = ++highest;
     }
     for (const CurveRef &curve : curves) {
         Column &column = columnOf(document, curve);
@@ -158,17 +165,18 @@ int markSelection(Document &document) {
         column.marked = column.rank > 0;
         marked += column.marked;
     }
-    document.markWalk = 0;
-    document.changed = true;
+    restartMarkWalk(document);
     return marked;
 }
 
 std::optional<CurveRef> nextMarkedCurve(Document &document) {
-    while (const auto curve = curveAt(document, document.markWalk)) {
-        ++document.markWalk;
+    auto curve = curveAt(document, document.markWalk, document.markHint);
+    for (; curve; curve = curveAt(document, document.markWalk, *curve)) {
+        document.markWalk = curve->index + 1;
+        document.markHint = *curve;
         if (columnOf(document, *curve).marked) return curve;
     }
-    document.markWalk = 0;
+    restartMarkWalk(document);
     return std::nullopt;
 }
 
@@ -176,7 +184,6 @@ void markFitData(Document &document) {
     const CurveRef first = requireSelection(document).front();
     for (const CurveRef &curve : curvesOf(document))
         columnOf(document, curve).fitData = curve == first;
-    document.changed = true;
 }
 
 int indexOfFitCurve(const Document &document) {

@@ -66,7 +66,7 @@ Statistic statisticOfSelection(const Document &document) {
     const double rest = deviations.value();
     const double variance = (squares.value() - rest * rest / statistic.points) / statistic.points;
     statistic.deviation = std::sqrt(std::max(variance, 0.0));
-    if (std::isnan(variance)) statistic.deviation = unset;
+    if (std::isnan(variance)) statistic.deviation = unset; // without the sign that it may have
     return statistic;
 }
 

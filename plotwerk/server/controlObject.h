@@ -9,16 +9,30 @@
 #include "plotwerk/application/application.h"
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/model/change.h"
 #include "protocol/PlotwerkControlAdaptor.h"
 
+#include <cmath>
 #include <limits>
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <type_traits>
+#include <utility>
 
 namespace plotwerk {
 
 using Rectangle = sdbus::Struct<double, double, double, double>;
+
+// NaN as clients are to print it, "nan": arithmetic gives either sign (0/0 the negative one), and
+// data text may have "-nan".
+template<class Value> void dropSignOfNaN(Value &value) {
+    if constexpr (std::is_same_v<Value, double>)
+        if (std::isnan(value)) value = std::abs(value);
+}
+template<class... Values> void dropSignOfNaN(std::tuple<Values...> &values) {
+    std::apply([](auto &...value) { (dropSignOfNaN(value), ...); }, values);
+}
 
 class ControlObject final
     : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkControl_adaptor> {
@@ -53,8 +67,8 @@ class ControlObject final
         if (attempt(work)) application.lastError.clear();
     }
 
-    // Work on the document; a reason not to do it is told with the document's name.
-    template<class Work> void workOn(const std::string &name, Work work) {
+    // Work with the document; a reason not to do it is told with the document's name.
+    template<class Work> void with(const std::string &name, Work work) {
         Document &document = application.document(name);
         try {
             work(document);
@@ -62,14 +76,32 @@ class ControlObject final
             throw Refusal('"' + name + "\": " + refusal.what());
         }
     }
+
+    // Work that asks for a document that it may change counts as a change: see change.h.
+    template<class Work> void workOn(const std::string &name, Work work) {
+        if constexpr (std::is_invocable_v<Work &, const Document &>)
+            with(name, work);
+        else
+            with(name, [&](Document &document) { change(document, work); });
+    }
     template<class Work> void actOn(const std::string &name, Work work) {
         act([&] { workOn(name, work); });
+    }
+
+    // As actOn, of what nobody would save the document for.
+    template<class Work> void actOnView(const std::string &name, Work work) {
+        act([&] { with(name, [&](Document &document) { changeView(document, work); }); });
     }
 
     // The answer that work finds in the document, or the neutral one.
     template<class Answer, class Work>
     Answer answer(const std::string &name, Answer neutral, Work work) {
-        actOn(name, [&](Document &document) { neutral = work(document); });
+        actOn(
+            name,
+            [&](auto &document) -> void requires std::is_invocable_v<Work &, decltype(document)> {
+                neutral = work(document);
+            });
+        dropSignOfNaN(neutral);
         return neutral;
     }
 

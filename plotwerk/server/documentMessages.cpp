@@ -44,25 +44,29 @@ void ControlObject::openFile_file_doRangeOverAll_(const std::string &, const std
 }
 
 void ControlObject::display_doRangeOverAll_(const std::string &name, const bool &overAll) {
-    actOn(name, [&](Document &document) {
-        application.activate(document);
-        if (overAll) rangeOverAll(document);
-    });
+    if (overAll) {
+        actOn(name, [&](Document &document) {
+            application.activate(document);
+            rangeOverAll(document);
+        });
+    } else {
+        actOn(name, [&](const Document &document) { application.activate(document); });
+    }
 }
 
 void ControlObject::saveDocument_to_binary_(const std::string &name, const std::string &path,
                                             const bool &binary) {
-    actOn(name, [&](Document &document) { application.save(document, path, binary, false); });
+    actOn(name, [&](const Document &document) { application.save(document, path, binary, false); });
 }
 
 void ControlObject::saveDocument_as_binary_(const std::string &name, const std::string &path,
                                             const bool &binary) {
-    actOn(name, [&](Document &document) { application.save(document, path, binary, true); });
+    actOn(name, [&](const Document &document) { application.save(document, path, binary, true); });
 }
 
 bool ControlObject::didSaveSucceed_(const std::string &name) {
     bool succeeded = false;
-    attempt([&] { succeeded = application.document(name).lastSaveSucceeded; });
+    attempt([&] { succeeded = application.lastSaveSucceeded(application.document(name)); });
     return succeeded;
 }
 

@@ -9,9 +9,12 @@ namespace plotwerk {
 std::tuple<std::string, int32_t, double, double, double, double, double>
 ControlObject::statisticOfSelectionOf_name_dataPoints_min_max_sum_std_area_(
     const std::string &name) {
-    const Statistic neutral{"", 0, nan, nan, nan, nan, nan};
-    Statistic of = answer(name, neutral, statisticOfSelection);
-    return {std::move(of.name), of.points, of.min, of.max, of.sum, of.deviation, of.area};
+    using Answer = std::tuple<std::string, int32_t, double, double, double, double, double>;
+    return answer(name, Answer{"", 0, nan, nan, nan, nan, nan},
+                  [](const Document &document) -> Answer {
+                      const Statistic of = statisticOfSelection(document);
+                      return {of.name, of.points, of.min, of.max, of.sum, of.deviation, of.area};
+                  });
 }
 
 void ControlObject::searchMaximaOfSelectionOf_searchMaxima_searchMinima_minwidth_minheight_(

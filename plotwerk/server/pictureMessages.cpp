@@ -14,18 +14,21 @@ void ControlObject::copyTIFF_(const std::string &name) {
 }
 
 void ControlObject::savePicturePDF_as_(const std::string &name, const std::string &path) {
-    actOn(name,
-          [&](Document &document) { application.savePicture(document, path, PictureKind::pdf); });
+    actOn(name, [&](const Document &document) {
+        application.savePicture(document, path, PictureKind::pdf);
+    });
 }
 
 void ControlObject::savePictureEPS_as_(const std::string &name, const std::string &path) {
-    actOn(name,
-          [&](Document &document) { application.savePicture(document, path, PictureKind::eps); });
+    actOn(name, [&](const Document &document) {
+        application.savePicture(document, path, PictureKind::eps);
+    });
 }
 
 void ControlObject::savePictureTIFF_as_(const std::string &name, const std::string &path) {
-    actOn(name,
-          [&](Document &document) { application.savePicture(document, path, PictureKind::tiff); });
+    actOn(name, [&](const Document &document) {
+        application.savePicture(document, path, PictureKind::tiff);
+    });
 }
 
 // Only the size of the page counts: there is no window that would have a place.

@@ -1,4 +1,5 @@
 // The messages about single points, and the curves that are selected and to be fitted.
+#include "plotwerk/drawing/hitTest.h"
 #include "plotwerk/model/points.h"
 #include "plotwerk/model/selection.h"
 #include "plotwerk/server/controlObject.h"

@@ -7,14 +7,16 @@ namespace plotwerk {
 void ControlObject::selectCurvesOf_sourceName_table_column_appendSelection_(
     const std::string &name, const std::string &source, const int32_t &table,
     const std::string &column, const bool &append) {
-    actOn(name, [&](Document &document) { selectByName(document, source, table, column, append); });
+    actOnView(name,
+              [&](Document &document) { selectByName(document, source, table, column, append); });
 }
 
 void ControlObject::selectCurvesOf_regexSourceName_table_regexColumn_appendSelection_(
     const std::string &name, const std::string &source, const int32_t &table,
     const std::string &column, const bool &append) {
-    actOn(name,
-          [&](Document &document) { selectByPattern(document, source, table, column, append); });
+    actOnView(name, [&](Document &document) {
+        selectByPattern(document, source, table, column, append);
+    });
 }
 
 void ControlObject::
@@ -22,7 +24,7 @@ void ControlObject::
         const std::string &name, const int32_t &sourceFirst, const int32_t &sourceLast,
         const int32_t &tableFirst, const int32_t &tableLast, const int32_t &columnFirst,
         const int32_t &columnLast, const bool &append) {
-    actOn(name, [&](Document &document) {
+    actOnView(name, [&](Document &document) {
         selectByPosition(document, {sourceFirst, sourceLast}, {tableFirst, tableLast},
                          {columnFirst, columnLast}, append);
     });
@@ -32,7 +34,7 @@ void ControlObject::selectCurvesOf_indexFirst_indexLast_appendSelection_(const s
                                                                          const int32_t &first,
                                                                          const int32_t &last,
                                                                          const bool &append) {
-    actOn(name, [&](Document &document) { selectByIndex(document, {first, last}, append); });
+    actOnView(name, [&](Document &document) { selectByIndex(document, {first, last}, append); });
 }
 
 int32_t ControlObject::indexOfCurveNameOf_source_table_column_(const std::string &name,
@@ -56,13 +58,15 @@ int32_t ControlObject::indexOfCurveNameOf_regexSource_table_regexColumn_(
 std::tuple<std::string, std::string, bool, int32_t, int32_t>
 ControlObject::nameOfNextMarkedCurveOf_name_source_yData_table_index_(const std::string &name) {
     using Marked = std::tuple<std::string, std::string, bool, int32_t, int32_t>;
-    return answer(name, Marked{"", "", false, 0, -1}, [](Document &document) -> Marked {
+    Marked marked{"", "", false, 0, -1};
+    actOnView(name, [&](Document &document) {
         const auto curve = nextMarkedCurve(document);
-        if (!curve) return {"", "", false, 0, -1};
-        return {columnOf(document, *curve).name,
-                document.sources[static_cast<size_t>(curve->source)].name, true, curve->table + 1,
-                curve->index};
+        if (!curve) return;
+        marked = {columnOf(document, *curve).name,
+                  document.sources[static_cast<size_t>(curve->source)].name, true, curve->table + 1,
+                  curve->index};
     });
+    return marked;
 }
 
 int32_t ControlObject::markSelectedCurvesOf_(const std::string &name) {

@@ -10,7 +10,7 @@ static std::string getVarMessage(const std::string &value) {
     return "getVarOf:'doc' varName:'" + value + "'\n";
 }
 
-static std::string repeated(const std::string &text, size_t count) {
+static std::string repeated(const std::string &text, std::size_t count) {
     std::string result;
     while (count-- > 0) result += text;
     return result;
@@ -91,13 +91,14 @@ TEST_F(CommandLineTest, ALineForgetsTheLongTextsOfTheOneBefore) {
 
 TEST_F(CommandLineTest, LongLinesAreReadInPiecesOf511Bytes) {
     const std::string start = "-x getVar -s ";
-    const auto value = [&](size_t lineLength) {
+    const auto value = [&](std::size_t lineLength) {
         return std::string(lineLength - start.size(), 'a');
     };
     startPlotwerk();
-    for (const size_t length : {510, 511, 512}) {
+    for (const std::size_t length : {510, 511, 512}) {
         runLines(start + value(length) + '\n');
-        EXPECT_EQ(takeMessages(), frontAsked + getVarMessage(value(std::min<size_t>(length, 511))))
+        EXPECT_EQ(takeMessages(),
+                  frontAsked + getVarMessage(value(std::min<std::size_t>(length, 511))))
             << length;
     }
     const std::string piece = start + value(511);
@@ -155,7 +156,7 @@ TEST_F(CommandLineTest, LongValuesAreCutToTheirBuffer) {
                "'\nreadFormulaParameterOf:'doc' parameterList:'" + text + "'\n";
     };
     startPlotwerk();
-    for (const size_t length : {1023, 1024, 2000}) {
+    for (const std::size_t length : {1023, 1024, 2000}) {
         const std::string given(length, 'a'), cut(1023, 'a');
         expectOutput(runArguments({"-x", given}), "", "unknown command: " + cut + '\n');
         // A cut value leaves nothing behind for a shorter one.
@@ -163,7 +164,7 @@ TEST_F(CommandLineTest, LongValuesAreCutToTheirBuffer) {
         EXPECT_EQ(takeMessages(), frontAsked + frontAsked + getVarMessage(cut) + getVarMessage("b"))
             << length;
     }
-    for (const size_t length : {65535, 65536, 100000}) {
+    for (const std::size_t length : {65535, 65536, 100000}) {
         const std::string given(length, 'a'), cut(65535, 'a');
         runArguments({"-x", "setFormula", "-f", given, "-p", given, "-x", "setFormulaParameters"});
         EXPECT_TRUE(takeMessages() == formulaMessages(cut)) << length;

@@ -120,6 +120,8 @@ static const std::vector<CommandCase> cases = {
     {"placeText -t 'a b' -r 0.25 -u 0.75 -a 45.5 -f yes -g yes",
      "setRTFTextOf:'doc' to:'{\\rtf1\\ansi\\uc1 a b}' at_X:0.25 at_Y:0.75 angle:45.5 xFloating:1 "
      "yFloating:1"},
+    {"placeText -f yes -g no", "setRTFTextOf:'doc' to:'{\\rtf1\\ansi\\uc1 }' at_X:0.5 at_Y:0.5 "
+                               "angle:0 xFloating:1 yFloating:0"},
     {"placeText", "setRTFTextOf:'doc' to:'{\\rtf1\\ansi\\uc1 }' at_X:0.5 at_Y:0.5 angle:0 "
                   "xFloating:0 yFloating:0"},
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <map>
+#include <regex>
 #include <set>
 #include <sstream>
 
@@ -44,19 +45,61 @@ TEST(Documentation, ManualPageHasEveryCommandOnceWithItsOptions) {
     EXPECT_EQ(written, known);
 }
 
-TEST(Documentation, CompletionOffersEveryCommandOnceAndOnlyBehindX) {
+// The letters of the options that the manual page tells of each command, but for -d.
+static std::map<std::string, std::set<std::string>> optionsOfManualPage() {
+    static const std::regex option("(?:Fl|,|\\|) ([a-ce-zA-Z])(?= |$)");
+    std::map<std::string, std::set<std::string>> options;
+    std::ifstream page(CALLPLW_MANUAL);
+    std::string command;
+    for (std::string line; std::getline(page, line);) {
+        if (line.starts_with(".Ss ") || line.starts_with(".Sh ")) command.clear();
+        if (line.starts_with(".It Ic ")) command = line.substr(7, line.find(' ', 7) - 7);
+        if (command.empty() || line[0] != '.') continue;
+        std::set<std::string> &letters = options[command];
+        for (std::sregex_iterator at(line.begin(), line.end(), option), end; at != end; ++at)
+            letters.insert("-" + at->str(1));
+    }
+    return options;
+}
+
+TEST(Documentation, CompletionOffersCommandsAndTheirOptionsWhereTheyAreWanted) {
     using Names = std::multiset<std::string>;
     Names names;
     for (const CommandTable *table : command::allTables) {
         for (const CommandRow &row : *table) names.insert(row.name);
     }
-    const std::string complete = ". " CALLPLW_COMPLETION "; COMP_CWORD=2; COMP_WORDS=(callPlw ";
-    const std::string print = "); _callPlw; echo ${COMPREPLY[*]}";
     const auto offered = [&](const std::string &words) {
-        std::istringstream out(runProgram({"bash", "-c", complete + words + print}).out);
+        std::istringstream out(
+            runProgram({"bash", "-c",
+                        ". " CALLPLW_COMPLETION "; COMP_WORDS=(callPlw " + words +
+                            "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _callPlw; "
+                            "echo ${COMPREPLY[*]}"})
+                .out);
         return Names(std::istream_iterator<std::string>(out), {});
     };
-    EXPECT_EQ(offered("-x ''"), names);
-    EXPECT_EQ(offered("-x setF"), Names({"setFitRange", "setFormula", "setFormulaParameters"}));
-    EXPECT_EQ(offered("-s set"), Names());
+    const struct {
+        std::string words;
+        Names offers;
+    } cases[] = {
+        {"-x ''", names},
+        {"-s '' -xopen -x ''", names},
+        {"-x setF", {"setFitRange", "setFormula", "setFormulaParameters"}},
+        {"-xsetF", {"-xsetFitRange", "-xsetFormula", "-xsetFormulaParameters"}},
+        {"-x README", {}},
+        {"-s set", {}},
+        {"-s -x ''", {"-x"}},
+        {"''", {"-x"}},
+        {"-", {"-x"}},
+        {"-x", {"-x"}},
+        {"-xopen -f file -", {"-f", "-r", "-x"}},
+        {"-x nonsense ''", {"-x"}},
+        {"stray ''", {}},
+    };
+    for (const auto &c : cases) EXPECT_EQ(offered(c.words), c.offers) << c.words;
+
+    for (auto [command, options] : optionsOfManualPage()) {
+        options.insert("-x");
+        EXPECT_EQ(offered("-x " + command + " ''"), Names(options.begin(), options.end()))
+            << command;
+    }
 }

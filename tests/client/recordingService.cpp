@@ -62,7 +62,7 @@ static void read(std::vector<std::string> texts, std::tuple<Values...> &values) 
 static std::string noted(const std::string &selector, const std::vector<std::string> &names,
                          const std::vector<std::string> &values) {
     std::string line;
-    size_t given = 0;
+    std::size_t given = 0;
     std::istringstream keywords(selector);
     for (std::string keyword; std::getline(keywords, keyword, ':');) {
         line += (line.empty() ? "" : " ") + keyword + (keywords.eof() ? "" : ":");
@@ -72,7 +72,7 @@ static std::string noted(const std::string &selector, const std::vector<std::str
     return line + '\n';
 }
 
-// The generated adaptor, each message of which comes to take().
+// The generated adaptor: every message goes through take().
 class RecordingAdaptor final
     : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkControl_adaptor> {
   public:
@@ -109,7 +109,7 @@ class RecordingAdaptor final
         const auto begins = [&](const auto &entry) { return selector.starts_with(entry.first); };
         const auto answers = std::find_if(script.begin(), script.end(), begins);
         if (answers == script.end()) return {};
-        const size_t turn = std::min(calls[selector]++, answers->second.size() - 1);
+        const std::size_t turn = std::min(calls[selector]++, answers->second.size() - 1);
         const Answer &answer = answers->second[turn];
         if (answer.kind == Answer::Error)
             throw sdbus::Error("org.plotwerk.Error.Refused", "not today");
@@ -120,7 +120,7 @@ class RecordingAdaptor final
 
     const Script script;
     const int notes;
-    std::map<std::string, size_t> calls;
+    std::map<std::string, std::size_t> calls;
 };
 
 // The service process: never returns.
@@ -156,7 +156,7 @@ std::string RecordingService::takeMessages() {
     std::string messages;
     char block[65536];
     for (ssize_t n; (n = pread(notes, block, sizeof block, taken)) > 0; taken += n) {
-        messages.append(block, static_cast<size_t>(n));
+        messages.append(block, static_cast<std::size_t>(n));
     }
     return messages;
 }

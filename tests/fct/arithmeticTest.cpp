@@ -1,9 +1,9 @@
 #include "fct/fct.h"
 
-#include <functional>
-
-#include "samples.h"
+#include "tests/fct/samples.h"
 #include "util/arrays/search.h"
+
+#include <functional>
 
 using namespace plw;
 
@@ -34,14 +34,14 @@ FctPtr slowCombine(Fct *f, Fct *g, const Operator &op) {
 
 double slowConvolute(Fct *f, const Fct *k, double x) {
     const FctPtr r = newFct(k->n);
-    for (int j = k->n - 1; j >= 0; j--) appendFct(r, x - k->t[j], k->y[j]);
+    for (int j = k->n - 1; j >= 0; --j) appendFct(r, x - k->t[j], k->y[j]);
     const FctPtr p = slowCombine(f, r, std::multiplies<>());
     return p->n < 1 ? 0.0 : integralFct(p->t[0], p->t[p->n - 1], p);
 }
 
 Values slowSmooth(Fct *f, const Fct *k) {
     Values smooth;
-    for (int i = 0; i < f->n; i++) smooth.push_back(slowConvolute(f, k, f->t[i]));
+    for (int i = 0; i < f->n; ++i) smooth.push_back(slowConvolute(f, k, f->t[i]));
     return smooth;
 }
 
@@ -76,7 +76,7 @@ TEST(CombineFct, AgreesWithTheStepsAndLeavesTheSameHints) {
     } operators[] = {
         {addFct, std::plus<>()}, {subFct, std::minus<>()}, {mulFct, std::multiplies<>()}};
     RandomFunctions functions;
-    for (int round = 0; round < 3000; round++) {
+    for (int round = 0; round < 3000; ++round) {
         const FctPtr f = functions.next(10);
         const FctPtr g = functions.next(10);
         f->lastIndex = functions.upTo(12) - 1;
@@ -111,11 +111,11 @@ TEST(ConvoluteFct, IsTheIntegralUnderTheMirroredKernel) {
 
 TEST(SmoothFct, AgreesWithOneConvolutionForEachSample) {
     RandomFunctions functions;
-    for (int round = 0; round < 1500; round++) {
+    for (int round = 0; round < 1500; ++round) {
         functions.gaps = round % 2 ? 0.05 : 0;
         const FctPtr f = functions.next(30);
         const FctPtr kernel = functions.next(6);
-        for (int j = 0; j < kernel->n; j++) kernel->t[j] = kernel->t[j] * 0.5 - 2;
+        for (int j = 0; j < kernel->n; ++j) kernel->t[j] = kernel->t[j] * 0.5 - 2;
         if (round % 10 == 0) std::reverse(f->t, f->t + f->n); // what is not ascending, too
         f->lastIndex = functions.upTo(32) - 1;
         const int hint = f->lastIndex;

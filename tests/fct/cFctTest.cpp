@@ -1,6 +1,6 @@
 #include "fct/cFct.h"
 
-#include "samples.h"
+#include "tests/fct/samples.h"
 
 using namespace plw;
 
@@ -11,16 +11,16 @@ using CFct2DPtr = Owner<CFct2D, freeCFct2D>;
 TEST(CFct, GrowsAndSortsWholeSamples) {
     const CFctPtr f = newCFct(-1);
     EXPECT_EQ(f->size, 1);
-    for (int i = 0; i < 30; i++) {
+    for (int i = 0; i < 30; ++i) {
         appendCFct(f, -i, i % 7 + 0.01 * i, i);
         EXPECT_EQ(f->size, i < 1 ? 1 : i < 25 ? 25 : 61) << i;
     }
     sortByTCFct(f);
-    for (int i = 0; i < 30; i++) EXPECT_EQ(f->t[i], i - 29);
-    for (int i = 0; i < 30; i++) EXPECT_EQ(f->y[i].imag(), 29 - i);
+    for (int i = 0; i < 30; ++i) EXPECT_EQ(f->t[i], i - 29);
+    for (int i = 0; i < 30; ++i) EXPECT_EQ(f->y[i].imag(), 29 - i);
     sortByRealCFct(f);
-    for (int i = 0; i < 30; i++) EXPECT_EQ(f->y[i].imag(), -f->t[i]);
-    for (int i = 1; i < 30; i++) EXPECT_LE(f->y[i - 1].real(), f->y[i].real());
+    for (int i = 0; i < 30; ++i) EXPECT_EQ(f->y[i].imag(), -f->t[i]);
+    for (int i = 1; i < 30; ++i) EXPECT_LE(f->y[i - 1].real(), f->y[i].real());
 }
 
 TEST(CFct2D, KeepsRowsOfPairsAndZerosItsValidAreaOnly) {

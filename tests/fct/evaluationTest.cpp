@@ -1,6 +1,6 @@
 #include "fct/fct.h"
 
-#include "samples.h"
+#include "tests/fct/samples.h"
 #include "util/arrays/search.h"
 
 using namespace plw;
@@ -30,7 +30,7 @@ double slowIntegral(double a, double b, const Values &t, const Values &y, int *l
     const int start = *lastIndex >= 0 && *lastIndex < n && t[*lastIndex] < a ? *lastIndex : 0;
     double P = 0, V = 0, S = 0;
     bool started = false, ended = false;
-    for (int i = start; i < n && !ended; i++) {
+    for (int i = start; i < n && !ended; ++i) {
         double p = t[i], v = y[i];
         if (!started && a <= t[i]) {
             *lastIndex = std::max(i - 1, 0);
@@ -82,13 +82,13 @@ TEST(EvalFct, IsThePolygonWithinAndZeroOutside) {
 
 TEST(EvalFct, AgreesWithTheStepsForAnyHint) {
     RandomFunctions functions;
-    for (int round = 0; round < 3000; round++) {
+    for (int round = 0; round < 3000; ++round) {
         const FctPtr f = functions.next(12);
         if (f->n < 1) continue;
         if (round % 20 == 0) std::shuffle(f->t, f->t + f->n, functions.random); // not ascending
         f->lastIndex = functions.upTo(20) - 3;
         double x = functions.position();
-        for (int k = 0; k < 8; k++) {
+        for (int k = 0; k < 8; ++k) {
             x = functions.rarely(0.3)   ? functions.position()
                 : functions.rarely(0.1) ? NaN
                                         : x + functions.real(0, 1);
@@ -106,9 +106,18 @@ TEST(Integrals, GiveTheWorkedValues) {
     const struct {
         Fct *f;
         double a, b, want;
-    } cases[] = {{f, 0.25, 0.75, 0.5}, {f, -5, 5, 1},      {f, 3, 1, 0},
-                 {f, -1, 0, 0},        {f, NaN, 1, 0},     {f, 0, NaN, 1},
-                 {gap, 0, 2, NaN},     {gap, 0.5, 1, 0.5}, {empty, 0, 1, 0}};
+    } cases[] = {{f, 0.25, 0.75, 0.5},
+                 {f, -5, 5, 1},
+                 {f, 3, 1, 0},
+                 {f, -1, 0, 0},
+                 {f, NaN, 1, 0},
+                 {f, 0, NaN, 1},
+                 {gap, 0, 2, NaN},
+                 {gap, 0.5, 1, 0.5},
+                 {empty, 0, 1, 0},
+                 {f, -infinity, 0.5, 0.5},
+                 {f, -infinity, infinity, 1},
+                 {f, -1e308, 1, 1}};
     for (const auto &c : cases)
         EXPECT_TRUE(same(integralFct(c.a, c.b, c.f), c.want)) << c.a << " to " << c.b;
 
@@ -117,29 +126,33 @@ TEST(Integrals, GiveTheWorkedValues) {
     EXPECT_EQ(integralXY(3, 2, pairs, 3), -1) << "both within one segment";
     EXPECT_EQ(integralXY(3, 0.5, pairs, 3), 0);
     EXPECT_EQ(integralXY(0, 4, nullptr, 0), 0);
+    EXPECT_EQ(integralXY(-infinity, 2, pairs, 3), 2);
+    EXPECT_EQ(integralXY(4, 1.5, pairs, 3), -2.5) << "a is the upper sample";
+    EXPECT_EQ(integralXY(4, 1, pairs, 3), 0) << "b is the lower one";
 
     const double x[] = {0, 1, 2}, y[] = {1, 2, 3};
     EXPECT_EQ(integralYarr(0, 2, x, y, 3, 0, 0), 2);
     EXPECT_EQ(integralYarr(0, 2, x, y, 3, 0, 1), 4);
     EXPECT_EQ(integralYarr(0, 2, x, y, 3, 1, 1), 5);
+    EXPECT_EQ(integralYarr(-infinity, infinity, x, y, 3, 0, 2), 9);
 }
 
 TEST(Integrals, AgreeWithTheStepsWhateverTheyRemember) {
     RandomFunctions functions;
     int startXY = 0, startY = 0;
-    for (int round = 0; round < 6000; round++) {
+    for (int round = 0; round < 6000; ++round) {
         functions.gaps = round % 2 ? 0.1 : 0;
         const FctPtr f = functions.next(12);
         const Values t = positions(f), y = ordinates(f);
         f->lastIndex = functions.upTo(16) - 2;
-        for (int k = 0; k < 4; k++) {
+        for (int k = 0; k < 4; ++k) {
             const double a = functions.position();
             const double b =
                 functions.rarely(0.8) ? a + functions.real(0, 4) : functions.position();
             const double exponents[] = {0, 1, 2, 3, 0.5, -1};
             const double p = exponents[functions.upTo(5)], q = exponents[functions.upTo(5)];
             Values pairs, powers;
-            for (size_t i = 0; i < t.size(); i++) {
+            for (std::size_t i = 0; i < t.size(); ++i) {
                 pairs.insert(pairs.end(), {t[i], y[i]});
                 powers.push_back(slowPower(t[i], p) * slowPower(y[i], q));
             }

@@ -1,6 +1,6 @@
 #include "fct/fct.h"
 
-#include "samples.h"
+#include "tests/fct/samples.h"
 
 using namespace plw;
 
@@ -30,7 +30,7 @@ TEST(FindValueBeyondFct, PassesOverTheSegmentThatHoldsX) {
 // On a line the crossing would be rounded.
 TEST(FindValueBeyondFct, IsExactlyThePositionOfASampleAtTheValue) {
     RandomFunctions functions;
-    for (int round = 0; round < 100; round++) {
+    for (int round = 0; round < 100; ++round) {
         const double a = functions.real(1, 2), b = functions.real(2, 3), y = functions.real(1, 2);
         double t = -7;
         findValueBeyondFct(0, function({a, b}, {0, y}), 0, &t);

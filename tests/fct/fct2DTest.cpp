@@ -1,6 +1,6 @@
 #include "fct/fct2D.h"
 
-#include "samples.h"
+#include "tests/fct/samples.h"
 
 using namespace plw;
 
@@ -8,8 +8,8 @@ using Fct2DPtr = Owner<Fct2D, freeFct2D>;
 
 static Fct2DPtr grid(int nx, int ny, double (*z)(double, double)) {
     Fct2DPtr F = newFct2DWith(nullptr, nx, ny, 0, 1, 0, 1);
-    for (int j = 0; j < ny; j++)
-        for (int i = 0; i < nx; i++) F->z[i + j * nx] = z(i, j);
+    for (int j = 0; j < ny; ++j)
+        for (int i = 0; i < nx; ++i) F->z[i + j * nx] = z(i, j);
     return F;
 }
 
@@ -26,7 +26,7 @@ TEST(NewFct2D, TakesRowsAndRoundsGridLinesOnce) {
     EXPECT_EQ(F->fixedLen + F->fixedLenY, 0);
 
     const Fct2DPtr thirds = newFct2DWith(nullptr, 300, 1, 0.1, 1.0 / 3, 0, 1);
-    for (int i = 0; i < 300; i++) EXPECT_EQ(thirds->x[i], std::fma(i, 1.0 / 3, 0.1)) << i;
+    for (int i = 0; i < 300; ++i) EXPECT_EQ(thirds->x[i], std::fma(i, 1.0 / 3, 0.1)) << i;
 
     const Fct2DPtr fixed = newFct2DFixedLen(0, -3);
     EXPECT_EQ(fixed->sizeX * 10 + fixed->sizeY, 11);
@@ -119,7 +119,7 @@ TEST(SliceFct2DDeathTest, IsAWholeColumnAsACompleteFunctionAndNoOther) {
 // A bump at (cx, cy) of unit height in both directions.
 static Fct2DPtr bump(int nx, int ny, double dx, double cx, double cy) {
     Fct2DPtr F = newFct2DWith(nullptr, nx, ny, 0, dx, 0, 0.25);
-    for (int k = 0; k < nx * ny; k++) {
+    for (int k = 0; k < nx * ny; ++k) {
         const double x = F->x[k % nx] - cx, y = F->y[k / nx] - cy;
         F->z[k] = std::exp(-x * x - y * y);
     }

@@ -1,9 +1,9 @@
 #include "fct/fct.h"
 
-#include <climits>
-
 #include "fct/statistics.h"
-#include "samples.h"
+#include "tests/fct/samples.h"
+
+#include <climits>
 
 using namespace plw;
 
@@ -11,7 +11,7 @@ TEST(NewFct, RaisesTheCapacityToOneAndGrowsByTheRule) {
     for (int capacity : {0, -5, 1}) {
         const FctPtr f = newFct(capacity);
         EXPECT_EQ(f->size, 1) << capacity;
-        for (int i = 0; i < 62; i++) {
+        for (int i = 0; i < 62; ++i) {
             appendFct(f, i, -i);
             EXPECT_EQ(f->size, i < 1 ? 1 : i < 25 ? 25 : i < 61 ? 61 : 115) << i;
         }
@@ -23,7 +23,7 @@ TEST(NewFct, RaisesTheCapacityToOneAndGrowsByTheRule) {
 
 TEST(NewFct, ComesFromAnArrayWithPositionsRoundedOnce) {
     const FctPtr f = newFctWith(Values(1000, 4).data(), 1000, -7.7, 1.0 / 3);
-    for (int i = 0; i < 1000; i++) EXPECT_EQ(f->t[i], std::fma(i, 1.0 / 3, -7.7)) << i;
+    for (int i = 0; i < 1000; ++i) EXPECT_EQ(f->t[i], std::fma(i, 1.0 / 3, -7.7)) << i;
     EXPECT_EQ(ordinates(f), Values(1000, 4));
 }
 
@@ -179,7 +179,7 @@ TEST(SortFct, MovesWholeSamples) {
 static Values unwrapped(const Values &y, int m) {
     Values v = y;
     double r = y.empty() ? 0 : y[0], c = 0;
-    for (int i = 1; i < static_cast<int>(y.size()); i++) {
+    for (int i = 1; i < static_cast<int>(y.size()); ++i) {
         const double jump = y[i] + c - r;
         if (std::fabs(jump) > 3.141592653589793) c -= std::copysign(6.283185307179586, jump);
         v[i] = y[i] + c;
@@ -196,9 +196,9 @@ TEST(UnwrapPhaseFct, FollowsThePhaseThroughItsJumps) {
 
     RandomFunctions functions;
     functions.gaps = 0.01;
-    for (int round = 0; round < 200; round++) {
+    for (int round = 0; round < 200; ++round) {
         f = functions.next(40);
-        for (int i = 0; i < f->n; i++) f->y[i] *= 2;
+        for (int i = 0; i < f->n; ++i) f->y[i] *= 2;
         const int m = round % 50 == 0 ? INT_MAX : 1 + functions.upTo(6);
         const Values want = unwrapped(ordinates(f), m);
         const std::string input = text(f);
@@ -213,11 +213,11 @@ TEST(PrintFct, WritesWhatPrintfDoesIntoAFileOrToStandardOutput) {
                            0.1, std::numeric_limits<double>::denorm_min(), -1.7976931348623157e308})
         appendFct(f, special, -special);
     std::mt19937_64 random(3);
-    for (int i = 0; i < 20000; i++)
+    for (int i = 0; i < 20000; ++i)
         appendFct(f, std::bit_cast<double>(random()),
                   std::ldexp(static_cast<double>(random() % 2000001), -static_cast<int>(i % 24)));
     std::string want;
-    for (int i = 0; i < f->n; i++) {
+    for (int i = 0; i < f->n; ++i) {
         char line[64];
         std::snprintf(line, sizeof line, "%g  %g\n", f->t[i], f->y[i]);
         want += line;

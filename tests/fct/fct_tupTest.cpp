@@ -1,8 +1,9 @@
 #include "fct/fct_tup.h"
 
-#include <climits>
+#include "tests/fct/samples.h"
+#include "util/arrays/sort.h"
 
-#include "samples.h"
+#include <climits>
 
 using namespace plw;
 
@@ -11,7 +12,7 @@ using TablePtr = Owner<Fct_tup, freeFct_tup>;
 // Rows (i, 10 i) for i = 0, 1, ... n - 1.
 static TablePtr rows(int n) {
     TablePtr T = newFct_tup(1, 2);
-    for (int i = 0; i < n; i++) appendFct_tup2(T, 2, 1.0 * i, 10.0 * i);
+    for (int i = 0; i < n; ++i) appendFct_tup2(T, 2, 1.0 * i, 10.0 * i);
     return T;
 }
 
@@ -37,17 +38,21 @@ TEST(AppendFctTup, WidensWithZerosAndNeverShortens) {
 
     const TablePtr wide = newFct_tup(1, 100);
     appendFct_tup2(wide, 1, 4.0);
-    for (int c = 0; c < 100; c++) EXPECT_EQ(fct_tupAt(wide, 0, c), c == 0 ? 4 : 0) << c;
+    for (int c = 0; c < 100; ++c) EXPECT_EQ(fct_tupAt(wide, 0, c), c == 0 ? 4 : 0) << c;
 }
 
 TEST(SetFctTupByIndex, MakesMissingRowsAndMembers) {
     const TablePtr T = newFct_tup(1, 2);
     setFct_tupByIndex(T, 5, 0, 1);
+    setFct_tupByIndex(T, 2, 2, 7); // the first row and the first member that are missing
+    setFct_tupByIndex(T, 6, 2, 8);
+    EXPECT_EQ(T->m, 3);
     setFct_tupByIndex(T, 2, 4, 3);
     EXPECT_EQ(T->m, 5);
-    EXPECT_EQ(member(T, 0), (Values{0, 0, 0, 0, 0, 1}));
-    EXPECT_EQ(member(T, 1), Values(6));
-    EXPECT_EQ(member(T, 4), (Values{0, 0, 3, 0, 0, 0}));
+    EXPECT_EQ(member(T, 0), (Values{0, 0, 0, 0, 0, 1, 0}));
+    EXPECT_EQ(member(T, 1), Values(7));
+    EXPECT_EQ(member(T, 2), (Values{0, 0, 7, 0, 0, 0, 8}));
+    EXPECT_EQ(member(T, 4), (Values{0, 0, 3, 0, 0, 0, 0}));
     setFct_tupByIndex(T, 2, 80, 3); // more than 64 members, but no missing row
     EXPECT_EQ(fct_tupAt(T, 2, 80), 3);
 }
@@ -71,15 +76,43 @@ TEST(RemoveFctTup, LimitsTheCount) {
     }
 }
 
-TEST(SortFctTup, MovesWholeRowsAndComparesByTheSortMember) {
-    const TablePtr T = newFct_tup(1, 2);
-    for (int i = 0; i < 50; i++) appendFct_tup2(T, 3, 1.0 * i, i * 37 % 10 * 1.0, 2.0 * i);
-    sortFct_tup(T, 1);
-    EXPECT_EQ(T->sortMember, 1);
-    EXPECT_TRUE(std::is_sorted(T->members[1], T->members[1] + 50));
-    for (int i = 0; i < 50; i++) EXPECT_EQ(T->members[2][i], 2 * T->members[0][i]);
-    sortFct_tup(TablePtr(newFct_tup(1, 2)), 0);
+TEST(SortFctTup, LeavesEqualKeysAndGapsWhereQsortFlexDoes) {
+    RandomFunctions functions;
+    for (int round = 0; round < 2000; ++round) {
+        const int n = functions.upTo(round % 20 ? 60 : 600), kind = functions.upTo(5);
+        const TablePtr got = newFct_tup(1, 3), want = newFct_tup(1, 3);
+        for (int i = 0; i < n; ++i) {
+            const double keys[] = {functions.upTo(9) - 4.0,
+                                   functions.real(0, 1),
+                                   1.0 * i,
+                                   std::floor(i * 0.7),
+                                   -1.0 * i,
+                                   std::fabs(i - 0.4 * n)};
+            const double key = functions.rarely(0.02 * (round % 2)) ? NaN : keys[kind];
+            for (Fct_tup *T : {got.get(), want.get()}) appendFct_tup2(T, 3, 1.0 * i, key, -1.0 * i);
+        }
+        want->sortMember = 1;
+        qsortFlex(0, n - 1, want, cmp_sortFct_tup, swap_sortFct_tup);
+        sortFct_tup(got, 1);
+        EXPECT_EQ(got->sortMember, 1);
+        for (int c = 0; c < 3; ++c)
+            ASSERT_TRUE(same(member(got, c), member(want, c))) << "kind " << kind << ", n " << n;
+    }
+}
 
+TEST(SortFctTup, SortsWhatIsSortedOrDistinct) {
+    constexpr int n = 500'000; // this test would not end if it took the square of that
+    const TablePtr T = newFct_tup(n, 2);
+    for (int i = 0; i < n; ++i) appendFct_tup2(T, 2, i / 3.0, std::floor(i / 3.0));
+    sortFct_tup(T, 0);
+    sortFct_tup(T, 1);
+    EXPECT_TRUE(std::is_sorted(T->members[1], T->members[1] + n));
+    for (int i = 0; i < n; ++i) T->members[0][i] = -i;
+    sortFct_tup(T, 0);
+    EXPECT_TRUE(std::is_sorted(T->members[0], T->members[0] + n));
+}
+
+TEST(SortFctTup, ComparesByTheSortMemberAndNaNAsGreater) {
     const TablePtr R = newFct_tup(1, 2);
     for (double v : {1.0, 2.0, 2.0, NaN}) appendFct_tup2(R, 1, v);
     EXPECT_EQ(cmp_sortFct_tup(0, 1, R), -1);

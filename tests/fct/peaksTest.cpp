@@ -1,8 +1,8 @@
 #include "fct/fct.h"
 
-#include <functional>
+#include "tests/fct/samples.h"
 
-#include "samples.h"
+#include <functional>
 
 using namespace plw;
 
@@ -10,7 +10,7 @@ namespace {
 
 FctPtr sampled(double from, double to, int n, const std::function<double(double)> &y) {
     FctPtr f = newFct(n);
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         const double t = from + (to - from) * i / (n - 1);
         appendFct(f, t, y(t));
     }
@@ -31,8 +31,8 @@ FctPtr slowPeaks(Fct *f, double threshold, double w) {
         appendFct(d, x, R - L);
     }
     double p = f->t[0] + h, t;
-    for (int rounds = 0; findValueBeyondFct(p, d, 0.0, &p); rounds++) {
-        if (rounds > d->n) return FctPtr(nullptr);
+    for (int rounds = 0; findValueBeyondFct(p, d, 0.0, &p); ++rounds) {
+        if (rounds > d->n + 1) return FctPtr(nullptr);
         const double e1 = extremeBeyondFct(p, d, &t);
         const double e0 = extremeBeforeFct(p, d, &t);
         if (std::isnan(e1) && std::isnan(e0)) break;
@@ -80,13 +80,20 @@ TEST(PeaksFct, EndsWhereDifferencesUnderflowOrCrossingsRound) {
     }
 }
 
+TEST(PeaksFct, GoesOnFromThePositionOfACrossingThatIsNone) {
+    const FctPtr f = function({0, 1, 2}, {-5.7e-201, 8.0e-201, -2.459});
+    EXPECT_EQ(FctPtr(peaksFct(f, 0.3, 0.25))->n, 0);
+}
+
 TEST(PeaksFct, AgreesWithTheSteps) {
     RandomFunctions functions;
     int found = 0;
-    for (int round = 0; round < 1500; round++) {
+    for (int round = 0; round < 1500; ++round) {
         functions.gaps = round % 3 == 0 ? 0.03 : 0;
         const FctPtr f = functions.next(40);
         if (functions.rarely(0.2)) std::fill(f->y + f->n / 3, f->y + f->n, 1.0);
+        if (functions.rarely(0.3)) // products of differences underflow in one part or everywhere
+            for (int i = functions.upTo(1) * f->n / 2; i < f->n; ++i) f->y[i] *= 1e-200;
         const double threshold = functions.real(-1, 1);
         const double width = // half of them such that the last window may end with the function
             functions.rarely(0.5) ? 0.5 + functions.upTo(11) * 0.5 : functions.real(0.2, 6);

@@ -2,12 +2,12 @@
 #ifndef PLW_TESTS_FCT_SAMPLES_H
 #define PLW_TESTS_FCT_SAMPLES_H
 
+#include "fct/fct.h"
+#include "tests/support/expect.h"
+
 #include <algorithm>
 #include <memory>
 #include <random>
-
-#include "fct/fct.h"
-#include "tests/support/expect.h"
 
 // Owns a record and passes for the plain pointer.
 template<auto release> struct Release {
@@ -21,7 +21,7 @@ using FctPtr = Owner<plw::Fct, plw::freeFct>;
 
 inline FctPtr function(const Values &t, const Values &y) {
     FctPtr f = plw::newFct(static_cast<int>(t.size()));
-    for (size_t i = 0; i < t.size(); i++) plw::appendFct(f, t[i], y[i]);
+    for (std::size_t i = 0; i < t.size(); ++i) plw::appendFct(f, t[i], y[i]);
     return f;
 }
 
@@ -42,7 +42,7 @@ inline testing::AssertionResult same(const plw::Fct *got, const plw::Fct *want) 
 inline std::string text(const plw::Fct *f) {
     std::ostringstream s;
     s.precision(17);
-    for (int i = 0; i < f->n; i++) s << '(' << f->t[i] << ", " << f->y[i] << ") ";
+    for (int i = 0; i < f->n; ++i) s << '(' << f->t[i] << ", " << f->y[i] << ") ";
     return s.str();
 }
 

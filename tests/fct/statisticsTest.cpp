@@ -1,8 +1,8 @@
 #include "fct/statistics.h"
 
-#include <cfloat>
+#include "tests/fct/samples.h"
 
-#include "samples.h"
+#include <cfloat>
 
 using namespace plw;
 
@@ -83,7 +83,7 @@ TEST(Average, CompactsBlocksOfValidPairs) {
                  {{4, 2, NaN}, 1, 2, {4, 2, NaN}},
                  {{NaN, NaN}, 2, 0, {NaN, NaN}}};
     for (const auto &c : cases) {
-        for (int side = 0; side < 2; side++) { // the gaps in x, then in y
+        for (int side = 0; side < 2; ++side) { // the gaps in x, then in y
             Values gaps = c.x, other(c.x.size(), 6);
             int m = -1;
             average((side ? other : gaps).data(), (side ? gaps : other).data(),

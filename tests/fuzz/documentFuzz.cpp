@@ -1,6 +1,8 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/drawing/pages.h"
 #include "plotwerk/files/documentFile.h"
+#include "plotwerk/model/editing.h"
+#include "plotwerk/model/selection.h"
 #include "tests/fuzz/fuzz.h"
 
 #include <sstream>
@@ -29,5 +31,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(saved(documentOf(json), false) == json);
     require(saved(documentOf(saved(document, true)), false) == json);
     require(pdfOfDocument(document).starts_with("%PDF"));
+
+    // what counts on from the numbers in it keeps within the limits of a file
+    if (numberOfCurves(document) == 0) return 0;
+    selectByIndex(document, {}, true);
+    showSelection(document);
+    documentOf(saved(document, true));
     return 0;
 }

@@ -1,7 +1,10 @@
+#include "plotwerk/drawing/hitTest.h"
 #include "plotwerk/drawing/pages.h"
 #include "plotwerk/files/documentFields.h"
 #include "tests/fuzz/fuzz.h"
 
+#include <cfloat>
+#include <climits>
 #include <cstring>
 
 using namespace plotwerk;
@@ -50,7 +53,49 @@ struct Fill {
 
 } // namespace
 
-// A file may hold any numbers: every document can be drawn.
+template<class T> static void limit(T &setting, T low, T high) {
+    setting = setting >= low && setting <= high ? setting : low;
+}
+
+// What the model keeps within limits, before anything is drawn.
+static void limit(CurveLook &look) {
+    limit(look.sum, 0, INT_MAX);
+    limit(look.interpolationPoints, 0.0, 1e6);
+    limit(look.interpolationType, 0, 1);
+    limit(look.symbolSize, 0.0, 200.0);
+    limit(look.symbolInc, 1, INT_MAX);
+    for (int &symbol : look.symbol) limit(symbol, 0, INT_MAX);
+    limit(look.lineThickness, 0.0, 50.0);
+    for (double &length : look.dashLength) limit(length, 0.0, 1000.0);
+    for (Colour *colour : {&look.lineColour, &look.fillColour})
+        for (double *part : {&colour->red, &colour->green, &colour->blue, &colour->opacity})
+            limit(*part, 0.0, 1.0);
+}
+
+static void limit(Axis &axis) {
+    limit(axis.increment, 0.0, DBL_MAX);
+    limit(axis.ticks, -1, 100);
+    limit(axis.precision, -1, 16);
+    limit(axis.labelAngle, -360.0, 360.0);
+    for (int *decades : {&axis.logTicksAt, &axis.logNumbersAt})
+        if (*decades != -1) limit(*decades, 1, 600);
+    limit(axis.labelDensity, 0.1, 10.0);
+}
+
+static void limit(Document &document) {
+    for (Source &source : document.sources)
+        for (Table &table : source.tables)
+            for (Column &column : table.y) limit(column.look);
+    for (Axis &axis : document.axes) limit(axis);
+    limit(document.frame.xAxisLength, 1.0, 100.0);
+    limit(document.frame.yAxisLength, 1.0, 100.0);
+    limit(document.frame.tickLength, 0.0, 100.0);
+    limit(document.frame.axisThickness, 0.0, 20.0);
+    for (PlacedText &text : document.texts)
+        for (double *number : {&text.x, &text.y, &text.angle}) limit(*number, -DBL_MAX, DBL_MAX);
+}
+
+// Data, ranges and axis positions may be any numbers: every document can be drawn, and pointed at.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     Document document;
     Fill fill{data, data + size};
@@ -58,6 +103,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     for (Source &source : document.sources)
         for (Table &table : source.tables)
             for (Column &column : table.y) column.values.resize(table.x.values.size(), 1);
+    limit(document);
     require(pdfOfDocument(document).starts_with("%PDF"));
+    nearestPoint(document, 1, 1);
     return 0;
 }

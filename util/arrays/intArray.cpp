@@ -1,9 +1,11 @@
 #include "util/arrays/intArray.h"
 
+#include "util/arrays/storage.h"
 #include "util/files/fatal.h"
 #include "util/files/output.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 
@@ -11,32 +13,38 @@ namespace plw {
 
 static void resize(IntArray *a, int size) {
     a->size = size;
-    a->values = static_cast<int *>(std::realloc(a->values, size * sizeof(int)));
+    a->values = reallocate(a->values, size);
+}
+
+static void makeRoom(IntArray *a, int k, int spare) {
+    if (k > INT_MAX - a->n) myexit("ERROR: more elements than an int counts", a->n);
+    if (a->n + k <= a->size) return;
+    resize(a, static_cast<int>(std::min((a->size + double(spare)) * 1.5, double(INT_MAX))));
 }
 
 IntArray *newIntArray(int capacity) {
-    auto *a = static_cast<IntArray *>(std::malloc(sizeof(IntArray)));
+    auto *a = allocate<IntArray>(1);
     *a = {nullptr, 0, 0};
     resize(a, std::max(capacity, 1));
     return a;
 }
 
 void appendIntArray(IntArray *a, int v) {
-    if (a->n + 1 > a->size) resize(a, static_cast<int>((a->size + 16) * 1.5));
+    makeRoom(a, 1, 16);
     a->values[a->n++] = v;
 }
 
 void appendManyIntArray(IntArray *a, const int *v, int k) {
     if (k <= 0) return;
-    if (a->n + k > a->size) resize(a, static_cast<int>((a->size + k) * 1.5));
+    makeRoom(a, k, k);
     std::memcpy(a->values + a->n, v, k * sizeof(int));
     a->n += k;
 }
 
 void printIntArray(const IntArray *a, const char *path) {
-    FILE *out = openOutput(path);
+    std::FILE *out = openOutput(path);
     for (int i = 0; i < a->n; ++i) std::fprintf(out, "%d\n", a->values[i]);
-    closeOutput(out);
+    closeOutput(out, path);
 }
 
 void clearIntArray(IntArray *a) {

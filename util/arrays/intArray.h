@@ -1,6 +1,8 @@
 // intArray.h - a growing array of ints.
 //
 // The record owns its values; freeIntArray releases both. 0 <= n <= size.
+// Ends the process, when the elements no longer fit into an int: "ERROR: more elements than an int
+// counts".
 #ifndef PLW_UTIL_ARRAYS_INTARRAY_H
 #define PLW_UTIL_ARRAYS_INTARRAY_H
 
@@ -15,11 +17,11 @@ struct IntArray {
 // An empty array with room for capacity elements, at least one.
 IntArray *newIntArray(int capacity);
 
-// Appends v. A full array grows to (size + 16) * 1.5 elements, cut to an integer.
+// Appends v. A full array grows to (size + 16) * 1.5 elements, cut to an int.
 void appendIntArray(IntArray *a, int v);
 
 // Appends v[0..k-1], which must not lie in a; nothing for k <= 0. An array without room for them
-// grows to (size + k) * 1.5 elements, cut to an integer.
+// grows to (size + k) * 1.5 elements, cut to an int.
 void appendManyIntArray(IntArray *a, const int *v, int k);
 
 // Writes one element a line to the file at path, or to the standard output for nullptr or an empty

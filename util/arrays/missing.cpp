@@ -1,17 +1,19 @@
 #include "util/arrays/missing.h"
 
+#include "util/arrays/storage.h"
+
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
+#include <cstddef>
 
 namespace plw {
 
 int *removeNAN(const double *x, const double *y, int n, double **xOut, double **yOut, int *nOut,
                int **indexOut) {
     const std::size_t room = std::max(n, 1);
-    *xOut = static_cast<double *>(std::malloc(room * sizeof(double)));
-    *yOut = static_cast<double *>(std::malloc(room * sizeof(double)));
-    *indexOut = static_cast<int *>(std::malloc(room * sizeof(int)));
+    *xOut = allocate<double>(room);
+    *yOut = allocate<double>(room);
+    *indexOut = allocate<int>(room);
 
     int kept = 0;
     for (int i = 0; i < n; ++i) {

@@ -25,10 +25,14 @@ static int validBeside(const double *a, int low, int mid, int high) {
     return -1;
 }
 
+namespace {
+
 struct Bracket {
     int low;
     int high;
 };
+
+} // namespace
 
 // Narrows [low, high] around x, a[low] < x < a[high], until no valid entry is left in between; both
 // ends are the index of an entry equal to x if one is met.
@@ -98,7 +102,7 @@ int searchLeftForValid(const double *x, const double *y, int i) {
 }
 
 int searchRightForValid(const double *x, const double *y, int n, int i) {
-    for (i = std::clamp(i, 0, std::max(n - 1, 0)); i < n; ++i)
+    for (i = std::max(i, 0); i < n; ++i)
         if (!std::isnan(x[i]) && !std::isnan(y[i])) return i;
     return n - 1;
 }

@@ -15,12 +15,13 @@ namespace plw {
 int search_le(double x, const double *a, int n, int hint);
 
 // Index of the first entry >= x in a[0..n-1]; an entry equal to x ends the search at once. The last
-// valid index for x above every entry and for x NaN; 0 if no entry but the last one is valid; -1
-// for n < 1.
+// valid index for x above every entry and for x NaN; 0 if no entry but the last one is valid, or
+// none at all; -1 for n < 1.
 //   {1, 2, 3, 4}:   0.5 -> 0   2.5 -> 2   3 -> 2   9 -> 3
 int search_ge(double x, const double *a, int n);
 
-// The nearest position from i down to 0 where neither x nor y is NaN; -1 if there is none.
+// The nearest position from i down to 0 where neither x nor y is NaN; -1 if there is none. i must
+// not lie above the array; below it, there is none.
 int searchLeftForValid(const double *x, const double *y, int i);
 
 // The nearest position from i up to n - 1 where neither x nor y is NaN; n - 1 if there is none. It

@@ -1,90 +1,34 @@
 #include "util/arrays/sort.h"
 
+#include "util/arrays/order.h"
+#include "util/arrays/storage.h"
 #include "util/files/fatal.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
-#include <memory>
-#include <numeric>
 #include <utility>
 
 namespace plw {
-
-// A number that sorts as the key does: 0 for NaN, the same for -0.0 and 0.0.
-static std::uint64_t rankOf(double key) {
-    if (std::isnan(key)) return 0;
-    const std::uint64_t sign = 1UL << 63;
-    const auto bits = std::bit_cast<std::uint64_t>(key + 0.0); // -0.0 + 0.0 is 0.0
-    return (bits & sign) != 0 ? ~bits : bits | sign;
-}
-
-// Sorts words by their upper halves; the lower ones must ascend among equals.
-static void sortByUpperHalf(std::uint64_t *words, std::uint64_t *scratch, int n) {
-    if (n < 256) { // too few for the tables below to pay
-        std::sort(words, words + n);
-        return;
-    }
-
-    // radix sort, byte by byte
-    int counts[4][256] = {};
-    for (int i = 0; i < n; ++i)
-        for (int byte = 0; byte < 4; ++byte) ++counts[byte][words[i] >> (32 + 8 * byte) & 255];
-
-    std::uint64_t *from = words, *to = scratch;
-    for (int byte = 0; byte < 4; ++byte) {
-        const int shift = 32 + 8 * byte;
-        int *next = counts[byte];
-        if (next[from[0] >> shift & 255] == n) continue;
-
-        std::exclusive_scan(next, next + 256, next, 0);
-        for (int i = 0; i < n; ++i) to[next[from[i] >> shift & 255]++] = from[i];
-        std::swap(from, to);
-    }
-    if (from != words) std::memcpy(words, from, n * sizeof *words);
-}
-
-// Leaves in the lower half of order[i] the position of the key that belongs at i.
-static void sortedOrder(const double *key, std::uint64_t *order, std::uint64_t *scratch, int n) {
-    const std::uint64_t upper = ~0UL << 32;
-    for (int i = 0; i < n; ++i) order[i] = (rankOf(key[i]) & upper) | static_cast<unsigned>(i);
-    sortByUpperHalf(order, scratch, n);
-
-    // where the upper halves of the ranks are equal, the lower ones decide
-    for (int i = 0, end; i < n; i = end) {
-        for (end = i + 1; end < n && (order[end] & upper) == (order[i] & upper);) ++end;
-        if (end == i + 1) continue;
-
-        for (int k = i; k < end; ++k) {
-            const auto position = static_cast<unsigned>(order[k]);
-            order[k] = rankOf(key[position]) << 32 | position;
-        }
-        sortByUpperHalf(order + i, scratch, end - i);
-    }
-}
-
-static void rearrange(double *values, const std::uint64_t *order, double *scratch, int n) {
-    for (int i = 0; i < n; ++i) scratch[i] = values[static_cast<unsigned>(order[i])];
-    std::memcpy(values, scratch, n * sizeof(double));
-}
 
 void sortN(int n, double *key, double **others, int nOthers) {
     if (n < 2) return;
     if (nOthers > 499) myexit("ERROR in sortN: too many arrays", nOthers);
 
-    const auto order = std::make_unique_for_overwrite<std::uint64_t[]>(n);
-    void *scratch = std::malloc(n * sizeof(double));
-    sortedOrder(key, order.get(), static_cast<std::uint64_t *>(scratch), n);
+    auto *order = allocate<std::uint64_t>(n);
+    void *scratch = allocate<std::uint64_t>(n);
+    sortedOrder(key, order, static_cast<std::uint64_t *>(scratch), n);
 
-    rearrange(key, order.get(), static_cast<double *>(scratch), n);
-    for (int k = 0; k < nOthers; ++k) {
-        rearrange(others[k], order.get(), static_cast<double *>(scratch), n);
-        --others[k]; // kept: the list is left one element below its arrays,
+    for (int k = 0; k < nOthers; ++k) { // each array once, however often it is listed
+        if (others[k] == key || std::find(others, others + k, others[k]) != others + k) continue;
+        rearrange(others[k], 1, order, static_cast<double *>(scratch), n);
     }
-    others[nOthers] = static_cast<double *>(scratch); // and ends with freed memory
+    rearrange(key, 1, order, static_cast<double *>(scratch), n);
+    std::free(order);
+
+    for (int k = 0; k < nOthers; ++k) --others[k];    // kept: one element below their arrays,
+    others[nOthers] = static_cast<double *>(scratch); // and freed memory behind them
     std::free(scratch);
 }
 
@@ -99,6 +43,13 @@ struct Pairs {
     void swap(int i, int j) const {
         std::swap(x[i], x[j]);
         std::swap(y[i], y[j]);
+    }
+
+    void rearrangeFrom(int left, const std::uint64_t *order, int n) const {
+        auto *scratch = allocate<double>(n);
+        rearrange(x + left, 1, order, scratch, n);
+        rearrange(y + left, 1, order, scratch, n);
+        std::free(scratch);
     }
 };
 
@@ -117,26 +68,50 @@ struct Clusters {
         if (extra != nullptr) swapRecords(extra, extraSize, i, j);
     }
 
+    void rearrangeFrom(int left, const std::uint64_t *order, int n) const {
+        rearrangeRecords(records, recordLen, left, order, n);
+        if (extra != nullptr) rearrangeRecords(extra, extraSize, left, order, n);
+    }
+
     template<class T> static void swapRecords(T *array, long len, int i, int j) {
         std::swap_ranges(array + i * len, array + (i + 1) * len, array + j * len);
+    }
+
+    template<class T>
+    static void rearrangeRecords(T *array, long len, int left, const std::uint64_t *order, int n) {
+        auto *scratch = allocate<T>(len * n);
+        rearrange(array + left * len, len, order, scratch, n);
+        std::free(scratch);
     }
 };
 
 } // namespace
 
 // Gathers the elements less than the one at left, the pivot, on its left side; returns where the
-// pivot is then. Finding them and moving them are loops of their own, because neither is then
-// held up by a branch that cannot be foreseen.
+// pivot is then. Counting, finding and moving them are loops of their own, because none is then
+// held up by a branch that cannot be foreseen; of presorted rows most blocks need no more than
+// counting.
 template<class Rows> static int partition(const Rows &rows, int left, int right) {
+    constexpr int blockSize = 64;
     const double pivot = rows.key(left);
     int last = left;
-    for (long begin = left + 1L; begin <= right; begin += 64) {
-        const long end = std::min(begin + 64, right + 1L);
-        int less[64];
+    for (int begin = left + 1, size; begin <= right; begin += size) {
+        size = std::min(blockSize, right - begin + 1);
+        if (size == blockSize) {
+            int count = 0;
+            for (int k = 0; k < blockSize; ++k) count += pivot > rows.key(begin + k);
+            if (count == 0) continue;
+            if (count == blockSize && last == begin - 1) {
+                last += blockSize;
+                continue;
+            }
+        }
+
+        int less[blockSize];
         int count = 0;
-        for (long i = begin; i < end; ++i) {
-            less[count] = static_cast<int>(i);
-            count += pivot > rows.key(static_cast<int>(i));
+        for (int k = 0; k < size; ++k) {
+            less[count] = begin + k;
+            count += pivot > rows.key(begin + k);
         }
         for (int k = 0; k < count; ++k) rows.swap(++last, less[k]);
     }
@@ -183,16 +158,69 @@ template<class Rows> static void quicksortRows(const Rows &rows, int left, int r
     }
 }
 
+// Whether the rows ascend strictly or, having descended strictly, were turned round.
+template<class Rows> static bool wereMonotone(const Rows &rows, int left, int right) {
+    int i = left;
+    while (i < right && rows.key(i) < rows.key(i + 1)) ++i;
+    if (i == right) return true;
+    if (i > left) return false;
+    while (i < right && rows.key(i) > rows.key(i + 1)) ++i;
+    if (i < right) return false;
+    while (left < right) rows.swap(left++, right--);
+    return true;
+}
+
+// Whether, of some rows spread over all, one has the key of its neighbour, two have the same, or
+// one has none: there will be more.
+template<class Rows> static bool areSomeEqual(const Rows &rows, int left, int right) {
+    constexpr int count = 256;
+    const int step = (right - left) / count;
+    if (step < 16) return false; // too few to pay
+
+    double sample[count];
+    for (int k = 0; k < count; ++k) {
+        sample[k] = rows.key(left + k * step);
+        if (std::isnan(sample[k]) || sample[k] == rows.key(left + k * step + 1)) return true;
+    }
+    std::sort(sample, sample + count);
+    return std::adjacent_find(sample, sample + count) != sample + count;
+}
+
+// Sorts the rows if no key is equal to another or NaN. They have one order only, and there is a
+// faster way to it than the quicksort that decides about equal keys; its time doesn't depend on
+// how they stood.
+template<class Rows> static bool sortDistinct(const Rows &rows, int left, int right) {
+    if (right - left < 64) return false; // too few to pay
+    if (wereMonotone(rows, left, right)) return true;
+    if (areSomeEqual(rows, left, right)) return false;
+
+    const int n = right - left + 1;
+    auto *key = allocate<double>(n);
+    for (int i = 0; i < n; ++i) key[i] = rows.key(left + i);
+    auto *order = allocate<std::uint64_t>(n);
+    auto *scratch = allocate<std::uint64_t>(n);
+    const bool isStrict = sortedOrder(key, order, scratch, n);
+    std::free(scratch);
+    std::free(key);
+    if (isStrict) rows.rearrangeFrom(left, order, n);
+    std::free(order);
+    return isStrict;
+}
+
+template<class Rows> static void sortRows(const Rows &rows, int left, int right) {
+    if (!sortDistinct(rows, left, right)) quicksortRows(rows, left, right);
+}
+
 void quicksort(double *x, double *y, int left, int right) {
-    quicksortRows(Pairs{x, y}, left, right);
+    sortRows(Pairs{x, y}, left, right);
 }
 
 void quicksortCluster(double *records, int recordLen, int keyIndex, void *extra, int extraSize,
                       int left, int right) {
     if (extraSize > 256 || recordLen > 32)
         myexit("ERROR in quicksortCluster: cluster size too big", extraSize);
-    quicksortRows(Clusters{records, recordLen, keyIndex, static_cast<char *>(extra), extraSize},
-                  left, right);
+    sortRows(Clusters{records, recordLen, keyIndex, static_cast<char *>(extra), extraSize}, left,
+             right);
 }
 
 void qsortFlex(int left, int right, void *context, int (*compare)(int, int, void *),

@@ -1,8 +1,8 @@
 // fatal.h - the library's two ways to end the process.
 //
 // The library returns no error codes: a broken invariant (an index out of range, a full
-// fixed-length record, an incomplete function) ends the process here, and callers never check
-// afterwards.
+// fixed-length record, an incomplete function) ends the process here, as does lack of memory, and
+// callers never check afterwards.
 #ifndef PLW_UTIL_FILES_FATAL_H
 #define PLW_UTIL_FILES_FATAL_H
 

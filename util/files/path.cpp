@@ -32,7 +32,7 @@ char *fileNameOfPath(char *path) {
 
 char *dirOfPath(const char *path, char *dir) {
     const char *slash = std::strrchr(path, '/');
-    const size_t len = slash != nullptr ? static_cast<size_t>(slash - path) : 0;
+    const std::size_t len = slash != nullptr ? static_cast<std::size_t>(slash - path) : 0;
     std::memmove(dir, path, len);
     dir[len] = '\0';
     return dir;

@@ -1,4 +1,5 @@
 // path.h - parts of path texts. Nothing here looks at the file system; any text is accepted.
+// Lengths are bytes.
 #ifndef PLW_UTIL_FILES_PATH_H
 #define PLW_UTIL_FILES_PATH_H
 
@@ -8,8 +9,9 @@ namespace plw {
 void convertBlankToUnderline(char *s);
 
 // A path shortened for display to its last whole components: path itself if it has at most maxLen
-// characters, else its text from the first '/' within the last maxLen characters, else (no '/'
-// there) its last maxLen - 1 characters. Empty for a longer path if maxLen < 1. Points into path.
+// bytes, else its text from the first '/' within the last maxLen bytes, else (no '/' there) its
+// last maxLen - 1 bytes, which may begin inside a UTF-8 character. Empty for a longer path if
+// maxLen < 1. Points into path.
 //   ("/aa/bb/cc", 5) -> "/cc"   ("abcdefgh", 3) -> "gh"   ("abc", 3) -> "abc"
 const char *limitfilename(const char *path, int maxLen);
 

@@ -35,7 +35,8 @@ double DistPointPathQ(double px, double py, double ax, double ay, double bx, dou
                       double sy);
 
 // The angle from (x1, y1) clockwise to (x2, y2), in -pi/2 .. 3pi/2. NaN for a vector of length 0,
-// and where rounding takes the sine of perpendicular vectors beyond 1.
+// and where rounding takes the sine beyond 1: for about a quarter of all pairs of exactly
+// perpendicular vectors.
 //   (1, 0, 0, 1) -> -pi/2   (0, 1, 1, 0) -> pi/2   (1, 0, -1, 0) -> pi
 double vectorAngle2D(double x1, double y1, double x2, double y2);
 

@@ -13,11 +13,9 @@
 
 namespace plw {
 
-namespace {
+static constexpr int bufferSize = 100;
 
-constexpr int bufferSize = 100;
-
-void replacePoint(char *s) {
+static void replacePoint(char *s) {
     if (decimalSeparator == '.') return;
     char *const point = std::strchr(s, '.');
     if (point != nullptr) *point = decimalSeparator;
@@ -25,7 +23,7 @@ void replacePoint(char *s) {
 
 // Significant digits of the mantissa in decimal, at most 12. The factors are a little large to
 // absorb the error of binary fractions.
-int countDigits(double mantissa) {
+static int countDigits(double mantissa) {
     double v = std::fabs(mantissa) * 1.00000000000002;
     if (std::isinf(v)) return 1;
 
@@ -40,7 +38,7 @@ int countDigits(double mantissa) {
 }
 
 // Prints x, not NaN, with as many digits as FormatOfReal finds; the point stays '.'.
-void printReal(char *buffer, int size, double x, int maxDigits) {
+static void printReal(char *buffer, int size, double x, int maxDigits) {
     int width;
     int precision;
     char exponential;
@@ -61,16 +59,14 @@ void printReal(char *buffer, int size, double x, int maxDigits) {
     std::snprintf(buffer, size, exponential ? "%*.*e" : "%*.*f", width, precision, x);
 }
 
-char *printInto(char *buffer, double x, int maxDigits) {
+static char *printInto(char *buffer, double x, int maxDigits) {
     if (std::isnan(x)) return std::strcpy(buffer, "NAN");
     printReal(buffer, bufferSize, x, maxDigits);
     replacePoint(buffer);
     return buffer;
 }
 
-constexpr int usualDigits = 20;
-
-} // namespace
+static constexpr int usualDigits = 20;
 
 void FormatOfReal(double x, int maxDigits, int *width, int *precision, char *exponential) {
     const int e = decimalExponent(x);

@@ -1,9 +1,9 @@
 // format.h - doubles printed with no more digits than they carry, or than their error justifies.
 //
 // The printing routines use decimalSeparator for the decimal point and print NaN as "NAN",
-// infinities as "inf". Each has one static buffer of 100 bytes and returns a pointer into it: a
-// text is valid until the same routine is called again, and what would be longer is cut to 99
-// bytes.
+// infinities as "inf", padded to the width of FormatOfReal where that is used: "  inf". Each has
+// one static buffer of 100 bytes and returns a pointer into it: a text is valid until the same
+// routine is called again, and what would be longer is cut to 99 bytes.
 #ifndef PLW_UTIL_NUMBER_FORMAT_H
 #define PLW_UTIL_NUMBER_FORMAT_H
 

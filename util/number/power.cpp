@@ -52,16 +52,12 @@ double intPower(double x, int n) {
     return n < 0 ? 1.0 / power : power;
 }
 
-namespace {
-
-double factor(double base, double exponent) {
+static double factor(double base, double exponent) {
     if (exponent == 0.0) return 1.0;
     if (exponent == 1.0) return base;
     if (exponent == 2.0) return base * base;
     return std::pow(base, exponent);
 }
-
-} // namespace
 
 double doublePower(double x, double y, double a, double b) {
     return factor(x, a) * factor(y, b);

@@ -1,14 +1,16 @@
 #include "util/rawdata/raster.h"
 
+#include "util/arrays/storage.h"
+
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 
 namespace plw {
 
 // Rotates len bytes by shift <= len towards the end, with room for shift bytes in spare.
-static void roll(char *buf, size_t len, size_t shift, char *spare) {
+static void roll(char *buf, std::size_t len, std::size_t shift, char *spare) {
     if (shift == 0) return;
     std::memcpy(spare, buf + (len - shift), shift);
     std::memmove(buf + shift, buf, len - shift);
@@ -23,25 +25,28 @@ static void roll(char *buf, size_t len, size_t shift, char *spare) {
 void rollBytes(void *buf, int len, int shift) {
     if (shift < 0 || shift > len) exitBadShift("rollBytes");
 
-    const auto spare = std::make_unique_for_overwrite<char[]>(shift);
-    roll(static_cast<char *>(buf), len, shift, spare.get());
+    char *spare = allocate<char>(shift);
+    roll(static_cast<char *>(buf), len, shift, spare);
+    std::free(spare);
 }
 
 void roll2D_Data(void *data, int width, int height, int elemSize, int shiftX, int shiftY) {
     if (shiftX < 0 || shiftX > width || shiftY < 0 || shiftY > height) exitBadShift("roll2D_Data");
 
     auto *raster = static_cast<char *>(data);
-    const size_t rowSize = static_cast<size_t>(width) * elemSize;
+    const std::size_t rowSize = static_cast<std::size_t>(width) * elemSize;
 
     if (shiftX > 0) {
-        const size_t shift = static_cast<size_t>(shiftX) * elemSize;
-        const auto spare = std::make_unique_for_overwrite<char[]>(shift);
-        for (int r = 0; r < height; ++r) roll(raster + r * rowSize, rowSize, shift, spare.get());
+        const std::size_t shift = static_cast<std::size_t>(shiftX) * elemSize;
+        char *spare = allocate<char>(shift);
+        for (int r = 0; r < height; ++r) roll(raster + r * rowSize, rowSize, shift, spare);
+        std::free(spare);
     }
     if (shiftY > 0) {
-        const size_t shift = shiftY * rowSize;
-        const auto spare = std::make_unique_for_overwrite<char[]>(shift);
-        roll(raster, height * rowSize, shift, spare.get());
+        const std::size_t shift = shiftY * rowSize;
+        char *spare = allocate<char>(shift);
+        roll(raster, height * rowSize, shift, spare);
+        std::free(spare);
     }
 }
 

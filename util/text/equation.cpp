@@ -6,16 +6,12 @@
 
 namespace plw {
 
-namespace {
-
 // Ends the text at end; returns the position behind it, or end itself at the end of the line.
-char *cutAt(char *end) {
+static char *cutAt(char *end) {
     if (*end == '\0') return end;
     *end = '\0';
     return end + 1;
 }
-
-} // namespace
 
 int scanEquation(char **cursor, char **name, char **value) {
     char *p = skipSpaces(*cursor);

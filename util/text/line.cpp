@@ -6,17 +6,13 @@
 
 namespace plw {
 
-namespace {
-
-bool isLineEnd(int c) {
+static bool isLineEnd(int c) {
     return c == '\n' || c == '\r';
 }
 
-bool areLineEndPair(int first, int second) {
+static bool areLineEndPair(int first, int second) {
     return isLineEnd(second) && first != second;
 }
-
-} // namespace
 
 int getlineFromFile(std::FILE *f, char *buf, int size, char *atEof) {
     int n = 0;

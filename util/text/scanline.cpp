@@ -15,25 +15,24 @@
 
 namespace plw {
 
-namespace {
-
 // The powers of ten that are exact: in an integer of eight digits at most, in a double, and in a
 // long double of 64 bits.
-constexpr std::uint64_t integerPower[] = {1,      10,      100,      1000,     10000,
-                                          100000, 1000000, 10000000, 100000000};
-constexpr double power[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                            1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr long double longPower[] = {1e0L,  1e1L,  1e2L,  1e3L,  1e4L,  1e5L,  1e6L,
-                                     1e7L,  1e8L,  1e9L,  1e10L, 1e11L, 1e12L, 1e13L,
-                                     1e14L, 1e15L, 1e16L, 1e17L, 1e18L, 1e19L, 1e20L,
-                                     1e21L, 1e22L, 1e23L, 1e24L, 1e25L, 1e26L, 1e27L};
+static constexpr std::uint64_t integerPower[] = {1,      10,      100,      1000,     10000,
+                                                 100000, 1000000, 10000000, 100000000};
+static constexpr double power[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+static constexpr long double longPower[] = {1e0L,  1e1L,  1e2L,  1e3L,  1e4L,  1e5L,  1e6L,
+                                            1e7L,  1e8L,  1e9L,  1e10L, 1e11L, 1e12L, 1e13L,
+                                            1e14L, 1e15L, 1e16L, 1e17L, 1e18L, 1e19L, 1e20L,
+                                            1e21L, 1e22L, 1e23L, 1e24L, 1e25L, 1e26L, 1e27L};
 
 // A digit string that any 64-bit integer holds.
-constexpr std::ptrdiff_t mostDigits = 18;
+static constexpr std::ptrdiff_t mostDigits = 18;
 
 // The number that eight digits make, each in a byte as 0 to 9, the first in the lowest byte: pairs
 // are joined, then fours, then all.
-std::uint64_t joinEightDigits(std::uint64_t digits) {
+static std::uint64_t joinEightDigits(std::uint64_t digits) {
     const std::uint64_t pairs = 10 * digits + (digits >> 8);
     const std::uint64_t outer =
         (pairs & 0x000000ff000000ff) * (100 + (std::uint64_t{1000000} << 32));
@@ -42,14 +41,14 @@ std::uint64_t joinEightDigits(std::uint64_t digits) {
     return (outer + inner) >> 32;
 }
 
-const char *gatherDigitsOneByOne(const char *p, std::uint64_t *integer) {
+static const char *gatherDigitsOneByOne(const char *p, std::uint64_t *integer) {
     for (; isDigit(*p); ++p) *integer = 10 * *integer + (*p - '0');
     return p;
 }
 
 // Appends the digits at p to *integer (modulo 2 to the 64) and returns where they end. Looks at
 // eight bytes at once where they lie before last: no branch depends on the number of digits then.
-inline const char *gatherDigits(const char *p, const char *last, std::uint64_t *integer) {
+static inline const char *gatherDigits(const char *p, const char *last, std::uint64_t *integer) {
     if (std::endian::native != std::endian::little) return gatherDigitsOneByOne(p, integer);
 
     for (; last - p >= 8; p += 8) {
@@ -69,14 +68,14 @@ inline const char *gatherDigits(const char *p, const char *last, std::uint64_t *
 }
 
 // Whether the digit string with count digits fits into a 64-bit integer: leading zeros always do.
-bool fitsIntoInteger(const char *digits, std::ptrdiff_t count) {
+static bool fitsIntoInteger(const char *digits, std::ptrdiff_t count) {
     for (; *digits == '0' || *digits == '.'; ++digits) count -= *digits == '0';
     return count <= mostDigits;
 }
 
 // Adds the exponent behind the 'e' at p and returns where it ends; NULL when there is none or it is
 // long.
-const char *addExponent(const char *p, std::ptrdiff_t *exponent) {
+static const char *addExponent(const char *p, std::ptrdiff_t *exponent) {
     const bool negative = p[1] == '-';
     const char *const digits = p + 1 + (negative || p[1] == '+');
     std::uint64_t e = 0;
@@ -90,7 +89,7 @@ const char *addExponent(const char *p, std::ptrdiff_t *exponent) {
 // multiplication or division of exact numbers rounds once (W. D. Clinger, How to read floating
 // point numbers accurately, 1990). A long double of 64 bits rounds once more to a double, which
 // does harm only when it lies halfway between two of them.
-bool scale(std::int64_t integer, std::ptrdiff_t exponent, double *value) {
+static bool scale(std::int64_t integer, std::ptrdiff_t exponent, double *value) {
     const std::ptrdiff_t size = std::abs(exponent);
     const std::ptrdiff_t up = std::max<std::ptrdiff_t>(exponent, 0);
     const std::ptrdiff_t down = up - exponent;
@@ -109,7 +108,7 @@ bool scale(std::int64_t integer, std::ptrdiff_t exponent, double *value) {
 
 // strtod of a process in the "C" locale: same value to the last bit, same end, same errno. What is
 // no plain decimal number of everyday size is left to strtod itself. No NUL lies in [s, last).
-inline double readNumber(const char *s, const char *last, char **end) {
+static inline double readNumber(const char *s, const char *last, char **end) {
     const bool negative = *s == '-';
     const char *const digits = s + (negative || *s == '+');
     std::uint64_t integer = 0;
@@ -136,8 +135,6 @@ inline double readNumber(const char *s, const char *last, char **end) {
     // Not a branch: no processor foresees the sign of data.
     return std::copysign(value, 1 - 2 * negative);
 }
-
-} // namespace
 
 char *scanline(const char *s, double *values, int max, int *count) {
     // No NUL lies in [p, last). How far to look ahead, and when anew, matters for speed alone.

@@ -6,17 +6,13 @@
 
 namespace plw {
 
-namespace {
-
-bool matchesIgnoringBlanks(const char *pattern, const char *probe) {
+static bool matchesIgnoringBlanks(const char *pattern, const char *probe) {
     for (; *pattern != '\0'; ++pattern, ++probe) {
         while (isWhitespace(*probe)) ++probe;
         if (*pattern != *probe) return false;
     }
     return true;
 }
-
-} // namespace
 
 char *strwordstr(const char *hay, const char *word) {
     const std::size_t length = std::strlen(word);

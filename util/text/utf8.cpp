@@ -2,6 +2,11 @@
 
 namespace plw {
 
+// How many bytes the character has that this byte, from 0xc0 on, begins.
+static std::size_t sizeBegunBy(unsigned char lead) {
+    return lead >= 0xf0 ? 4 : lead >= 0xe0 ? 3 : 2;
+}
+
 std::uint32_t firstCodePoint(std::string_view text, std::size_t *length) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     *length = 0;
@@ -12,7 +17,7 @@ std::uint32_t firstCodePoint(std::string_view text, std::size_t *length) {
         *length = lead == 0 ? 0 : 1;
         return lead;
     }
-    const std::size_t size = lead >= 0xf0 ? 4 : lead >= 0xe0 ? 3 : 2;
+    const std::size_t size = sizeBegunBy(lead);
     if (lead < 0xc2 || lead > 0xf4 || text.size() < size) return 0;
 
     std::uint32_t code = lead & (0x7fU >> size);
@@ -55,6 +60,15 @@ std::string utf8Of(std::string text) {
         }
     }
     return converted;
+}
+
+std::size_t prefixOfCharacters(std::string_view text, std::size_t longest) {
+    if (longest >= text.size()) return text.size();
+
+    std::size_t begin = longest;
+    while (begin > 0 && longest - begin < 3 && (text[begin] & 0xc0) == 0x80) --begin;
+    const auto lead = static_cast<unsigned char>(text[begin]);
+    return lead >= 0xc0 && begin + sizeBegunBy(lead) > longest ? begin : longest;
 }
 
 } // namespace plw

@@ -24,6 +24,11 @@ bool isUtf8(std::string_view text);
 //   "\xc3\xa4" -> "\xc3\xa4"   "\xe4" -> "\xc3\xa4"   "a\0b" -> "ab"
 std::string utf8Of(std::string text);
 
+// Length of the longest prefix of the text that has at most `longest` bytes and doesn't end inside
+// a character; `longest` itself where no character of UTF-8 can reach across it.
+//   "aä" (3 bytes): 3 -> 3   2 -> 1   1 -> 1
+std::size_t prefixOfCharacters(std::string_view text, std::size_t longest);
+
 } // namespace plw
 
 #endif

@@ -6,9 +6,7 @@
 
 namespace plw {
 
-namespace {
-
-char *quotedWord(char *word, char quote, char **cursor, char *isEndOfLine) {
+static char *quotedWord(char *word, char quote, char **cursor, char *isEndOfLine) {
     char *end = std::strchr(word, quote);
     while (end != nullptr && end[-1] == '\\') end = std::strchr(end + 1, quote);
     if (end == nullptr) {
@@ -27,12 +25,10 @@ char *quotedWord(char *word, char quote, char **cursor, char *isEndOfLine) {
 
 // Bytes from the blank or tab at end to the byte behind a following '=', or 0 when none belongs to
 // the word: three or more blanks before '=' make it a word of its own.
-int assignmentAfterBlank(const char *end) {
+static int assignmentAfterBlank(const char *end) {
     if (end[1] == '=') return 2;
     return end[1] == ' ' && end[2] == '=' ? 3 : 0;
 }
-
-} // namespace
 
 char *nextWord(char **cursor, char *isAssignment, char *isEndOfLine) {
     *isAssignment = 0;

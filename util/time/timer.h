@@ -7,7 +7,8 @@ namespace plw {
 // The wall clock's time in seconds, in steps of a microsecond.
 double startTimer();
 
-// Seconds since startTimer returned start.
+// Seconds since startTimer returned start, by the wall clock: wrong, even negative, when that was
+// set in between.
 double stopTimer(double start);
 
 } // namespace plw

@@ -1,5 +1,6 @@
 #include "plotwerk/data/exchange.h"
 
+#include "plotwerk/model/palette.h"
 #include "plotwerk/model/selection.h"
 #include "tests/plotwerk/model/documents.h"
 
@@ -18,6 +19,12 @@ TEST(ReplaceData, ExchangesTheTablesAndKeepsWhatTheUserMadeOfThem) {
     const Column &v = document.sources[0].tables[0].y[1];
     EXPECT_TRUE(v.rank == 1 && v.fitData && v.marked && v.look.dashed);
 
+    replaceData(document, "B", "1 2 3\n", '.');
+    const Column &added = document.sources[1].tables[0].y[1];
+    EXPECT_EQ(added.look.lineColour.green, palette[3].green)
+        << "after two curves of A and one of B";
+    replaceData(document, "B", "x a\n1 6\n", '.');
+
     replaceData(document, "", "1\n", '.');
     EXPECT_EQ(textOf(document), "A: t=1 u=2 v=3 | B: x=1 a=6 | Data: X=0 Y1=1");
     for (const auto read : {replaceData, appendData, addData})
@@ -32,6 +39,8 @@ TEST(AppendData, ContinuesTheTablesOfAGrowingMeasurement) {
         {"names stay", "t a\n1 2\n", "u b\n3 4\n", "t=1,3 a=2,4"},
         {"counted rows", "7\n8\n", "9\n", "X=0,1,2 Y1=7,8,9"},
         {"counted below given x", "1 2\n", "9\n", "X=1 Y1=2; X=0 Y1=9"},
+        {"counted below x that only ends so", "5 7\n1 8\n", "9\n", "X=5,1 Y1=7,8; X=0 Y1=9"},
+        {"counted below x that only begins so", "0 7\n5 8\n", "9\n", "X=0,5 Y1=7,8; X=0 Y1=9"},
         {"given x below counted", "7\n", "5 8\n", "X=0,5 Y1=7,8"},
         {"other width", "1 2\n", "3 4 5\n", "X=1 Y1=2; X=3 Y1=4 Y2=5"},
         {"each table its own", "1 2\n\n3 4\n", "5 6\n\n7 8\n", "X=1,5 Y1=2,6; X=3,7 Y1=4,8"},

@@ -1,4 +1,5 @@
 #include "plotwerk/drawing/curvePath.h"
+#include "tests/plotwerk/drawing/samples.h"
 
 #include <cmath>
 #include <complex>
@@ -8,16 +9,6 @@
 using namespace plotwerk;
 
 namespace {
-
-std::string described(const Path &path) {
-    std::string text;
-    for (const Point &p : path) {
-        char point[64];
-        std::snprintf(point, sizeof point, "%g,%g", p.x, p.y);
-        text += (text.empty() ? "" : " ") + std::string(isBreak(p) ? "|" : point);
-    }
-    return text;
-}
 
 double distanceToPath(const Point &p, const Path &path) {
     double nearest = INFINITY;
@@ -86,12 +77,12 @@ TEST(CurvePath, ReductionKeepsTheLook) {
     Path noise;
     Path circle;
     Path walk{{100, 100}};
-    for (int i = 0; i < 3000; ++i) {
+    for (int i = 0; i < 600; ++i) {
         noise.push_back({i * 0.005, 10 * normal(random)});
         circle.push_back({50 * std::cos(i * 0.01), 50 * std::sin(i * 0.01)});
         walk.push_back({walk.back().x + normal(random), walk.back().y + normal(random)});
     }
-    const std::pair<Path, size_t> pathsAndSizes[] = {{noise, 1100}, {circle, 1000}, {walk, 3001}};
+    const std::pair<Path, size_t> pathsAndSizes[] = {{noise, 220}, {circle, 200}, {walk, 601}};
     for (const auto &[path, size] : pathsAndSizes) {
         const Path reduced = reducedPath(path);
         EXPECT_LE(reduced.size(), size);

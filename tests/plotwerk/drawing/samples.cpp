@@ -1,9 +1,10 @@
 #include "tests/plotwerk/drawing/samples.h"
 
-#include "plotwerk/drawing/picture.h"
 #include "tests/support/process.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <random>
 
@@ -45,27 +46,66 @@ Document cloudDocument(size_t points) {
     return documentWith(x, y);
 }
 
-double inkedPart(const Document &document) {
+std::string described(const Path &path) {
+    std::string text;
+    for (const Point &p : path) {
+        char point[64];
+        std::snprintf(point, sizeof point, "%g,%g", p.x, p.y);
+        text += (text.empty() ? "" : " ") + std::string(isBreak(p) ? "|" : point);
+    }
+    return text;
+}
+
+constexpr int perPoint = 2;
+
+Pixels::Pixels(const Document &document)
+    : width(document.frame.xAxisLength * pointsPerCm),
+      height(document.frame.yAxisLength * pointsPerCm) {
     const Picture picture(document);
-    const int width = static_cast<int>(document.frame.xAxisLength * 72 / 2.54);
-    const int height = static_cast<int>(document.frame.yAxisLength * 72 / 2.54);
-    const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
+    const Box &page = picture.page();
+    corner = {-page.left, -page.top};
+    surface.reset(cairo_image_surface_create(CAIRO_FORMAT_RGB24,
+                                             static_cast<int>(page.width() * perPoint),
+                                             static_cast<int>(page.height() * perPoint)));
     const Context cr(cairo_create(surface.get()));
     cairo_set_source_rgb(cr.get(), 1, 1, 1);
     cairo_paint(cr.get());
-    // the frame's upper left corner to the image's
-    cairo_translate(cr.get(), picture.page().left, picture.page().top);
+    cairo_scale(cr.get(), perPoint, perPoint);
     picture.drawOn(cr.get());
     cairo_surface_flush(surface.get());
+}
 
-    const unsigned char *pixels = cairo_image_surface_get_data(surface.get());
-    const int stride = cairo_image_surface_get_stride(surface.get());
-    constexpr int border = 8; // axes and ticks
+unsigned Pixels::pixel(int x, int y) const {
+    unsigned value = 0;
+    std::memcpy(&value,
+                cairo_image_surface_get_data(surface.get()) +
+                    ptrdiff_t{y} * cairo_image_surface_get_stride(surface.get()) + ptrdiff_t{4} * x,
+                sizeof value);
+    return value & 0xffffff;
+}
+
+char Pixels::at(double x, double y) const {
+    const unsigned value =
+        pixel(static_cast<int>((corner.x + x * pointsPerCm) * perPoint),
+              static_cast<int>((corner.y + height - y * pointsPerCm) * perPoint));
+    const int red = value >> 16;
+    const int green = value >> 8 & 255;
+    const int blue = value & 255;
+    if (value == 0xffffff) return ' ';
+    if (red > std::max(green, blue) + 60) return 'r';
+    if (green > std::max(red, blue) + 60) return 'g';
+    if (blue > std::max(red, green) + 60) return 'b';
+    return std::max({red, green, blue}) < 128 ? '#' : '.';
+}
+
+double Pixels::inkedPart() const {
+    constexpr double border = 8; // axes and ticks
     int inked = 0;
-    for (int y = border; y < height - border; ++y)
-        for (int x = border; x < width - border; ++x)
-            if (pixels[y * stride + 4 * x + 1] < 128) ++inked;
-    return inked / (static_cast<double>(width - 2 * border) * (height - 2 * border));
+    int all = 0;
+    for (double y = border; y < height - border; y += 0.5)
+        for (double x = border; x < width - border; x += 0.5, ++all)
+            if (at(x / pointsPerCm, y / pointsPerCm) != ' ') ++inked;
+    return inked / static_cast<double>(all);
 }
 
 std::string outputOf(const std::string &command, const std::string &bytes) {

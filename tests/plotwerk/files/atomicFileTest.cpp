@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <set>
@@ -99,6 +100,26 @@ TEST_F(AtomicFile, IsARegularOneOrRefusedWithoutWaiting) {
     EXPECT_TRUE(fs::is_character_file("/dev/zero"));
     EXPECT_NE(readWholeFile("/proc/self/status").find("Pid:"), std::string::npos)
         << "a file whose size isn't known beforehand";
+}
+
+TEST_F(AtomicFile, ReplacesWhatAKilledWriterOfItsNumberLeftBehind) {
+    std::ofstream(directory / (".plotwerk-" + std::to_string(getpid()))) << "left";
+    write(file, "new");
+    EXPECT_EQ(readWholeFile(file), "new");
+}
+
+// The directory may be written to, the file itself not.
+TEST_F(AtomicFile, IsNotReplacedWithoutItsPermission) {
+    write(file, "old");
+    fs::permissions(file, fs::perms::owner_read | fs::perms::others_read);
+    fs::permissions(directory, fs::perms::all);
+    const auto writeUnprivileged = [&] {
+        if (getuid() == 0 && setuid(65534) != 0) std::exit(1);
+        std::fputs(refusalOf([&] { write(file, "new"); }).c_str(), stderr);
+        std::exit(0);
+    };
+    EXPECT_EXIT(writeUnprivileged(), testing::ExitedWithCode(0), "file: Permission denied$");
+    EXPECT_EQ(readWholeFile(file), "old");
 }
 
 // Where the writer gives up, and on a full disk, for which a limit stands.

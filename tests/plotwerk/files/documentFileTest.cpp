@@ -1,6 +1,8 @@
 // Documents that are saved come back whole.
 #include "plotwerk/files/documentFile.h"
-#include "plotwerk/files/documentFields.h"
+#include "plotwerk/files/atomicFile.h"
+#include "plotwerk/files/documentArchive.h"
+#include "plotwerk/model/change.h"
 #include "tests/plotwerk/files/fullDocument.h"
 
 #include <gtest/gtest.h>
@@ -22,13 +24,13 @@ template<class T, class... Members> constexpr int memberCount() {
 template<class T> static int membersNotSaved() {
     int count = memberCount<T>();
     T record;
-    auto counter = [&](const char *, auto &) { --count; };
+    auto counter = [&](const char *, auto &, Version = {}) { --count; };
     fields(counter, record);
     return count;
 }
 
 TEST(DocumentFile, SavesEveryMemberOfEveryRecord) {
-    EXPECT_EQ(membersNotSaved<Document>(), 3) << "path, changed, lastSaveSucceeded";
+    EXPECT_EQ(membersNotSaved<Document>(), 4) << "path, markHint, revision, savedRevision";
     EXPECT_EQ(membersNotSaved<Table>(), 1) << "xOrder";
     for (const int count :
          {membersNotSaved<Source>(), membersNotSaved<Column>(), membersNotSaved<CurveLook>(),
@@ -42,12 +44,13 @@ TEST(DocumentFile, GivesEveryFieldBackBitForBit) {
     for (const bool binary : {false, true}) {
         for (Document document : {Document{}, smallDocument(), fullDocument()}) {
             document.path = "/somewhere";
-            document.changed = document.lastSaveSucceeded = true;
+            change(document, [](Document &) {});
             const std::string bytes = saved(document, binary);
             EXPECT_TRUE(beginsAsDocument(bytes));
             const Document back = documentOf(bytes);
             EXPECT_EQ(linesOf(back), linesOf(document)) << "binary " << binary;
-            EXPECT_TRUE(back.path.empty() && !back.changed && !back.lastSaveSucceeded);
+            EXPECT_TRUE(back.path.empty());
+            EXPECT_FALSE(hasUnsavedChanges(back));
         }
         Document document;
         document.name = "r\xf6hre";
@@ -67,4 +70,58 @@ TEST(DocumentFile, MayBeWrittenByHand) {
     std::string text = saved(document, false);
     text.replace(text.find("\"xAxisLength\":12.0"), 18, "\"new\" : [ {} ],\n \"xAxisLength\" : 12");
     EXPECT_EQ(linesOf(documentOf("\xef\xbb\xbf\n" + text)), linesOf(document));
+}
+
+namespace plotwerk {
+
+struct Growing {
+    int old = 0;
+    int added = 5;
+};
+
+template<class Archive> void fields(Archive &archive, Growing &record) {
+    archive("old", record.old);
+    archive("added", record.added, {2, 1});
+}
+
+} // namespace plotwerk
+
+TEST(DocumentFile, OfAnOlderVersionLeavesNewFieldsAsTheyBegin) {
+    Growing written{.old = 1, .added = 2};
+    const Tree tree = Writer(false).written(written);
+    const std::pair<Version, int> cases[] = {{{1, 7}, 5}, {{2, 0}, 5}, {{2, 1}, 2}, {{2, 2}, 2}};
+    for (const auto &[version, added] : cases) {
+        Tree read{{"record", tree}};
+        Growing record;
+        Reader(read, version)("record", record);
+        EXPECT_EQ(record.old, 1);
+        EXPECT_EQ(record.added, added) << version.major << '.' << version.minor;
+    }
+    Tree without{{"record", {{"old", 1}}}};
+    EXPECT_THROW(Reader(without, {2, 1})("record", written), Refusal);
+}
+
+TEST(DocumentFile, OfALaterMinorVersionOpensWithALineOnTheLog) {
+    std::string text = saved(smallDocument(), false);
+    const std::string minor = "\"minor\":0";
+    text.replace(text.find(minor), minor.size(), "\"minor\":3, \"more\":[{}]");
+    testing::internal::CaptureStderr();
+    const Document document = documentOf(text);
+    const std::string logged = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(linesOf(document), linesOf(smallDocument()));
+    EXPECT_NE(logged.find("saved by a later Plotwerk (version 2.3 of the format)"),
+              std::string::npos)
+        << logged;
+}
+
+// Files that the program saved when their version was new. They never change, and more may come.
+TEST(DocumentFile, OfEveryVersionOpensWithEverythingInIt) {
+    const std::vector<std::string> expected = linesOf(keptDocument());
+    for (const char *name : {"version1.json", "version1.cbor", "version2.json", "version2.cbor"}) {
+        const std::string path = std::string(TEST_DATA_DIR "/documents/") + name;
+        Document document = documentOf(readWholeFile(path));
+        EXPECT_EQ(linesOf(document), expected) << name;
+        for (const bool binary : {false, true})
+            EXPECT_EQ(linesOf(documentOf(saved(document, binary))), expected) << name;
+    }
 }

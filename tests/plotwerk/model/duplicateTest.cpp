@@ -1,5 +1,7 @@
 #include "plotwerk/model/duplicate.h"
 
+#include "plotwerk/model/change.h"
+#include "plotwerk/model/points.h"
 #include "plotwerk/model/ranges.h"
 #include "tests/plotwerk/model/documents.h"
 
@@ -17,10 +19,15 @@ TEST(DuplicateAsPlotted, HoldsTheVisiblePointsInsideTheRange) {
     document.path = "a.plw";
     setRange(document, xAxis, 1, 2);
     setRange(document, upperXAxis, 2, 3);
+    document.markWalk = 2;
+    valueAtX(document, 1, 0);
 
     const Document copy = duplicateAsPlotted(document);
     EXPECT_EQ(textOf(copy), "Data: x=1,2,3 a=2,4,nan a error=2,4,5 upper=nan,2,1");
+    EXPECT_EQ(valueAtX(copy, 1.5, 0), 3) << "x has moved";
+    EXPECT_EQ(copy.markWalk, 0);
     EXPECT_EQ(copy.name, "test copy");
-    EXPECT_TRUE(copy.path.empty() && copy.changed);
+    EXPECT_TRUE(copy.path.empty());
+    EXPECT_TRUE(hasUnsavedChanges(copy));
     EXPECT_TRUE(copy.sources[0].tables[0].y[0].look.dashed && copy.axes[xAxis].range.max == 2);
 }

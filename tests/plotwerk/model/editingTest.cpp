@@ -1,6 +1,7 @@
 #include "plotwerk/model/editing.h"
 
 #include "plotwerk/model/curves.h"
+#include "plotwerk/model/palette.h"
 #include "plotwerk/model/points.h"
 #include "plotwerk/model/selection.h"
 #include "tests/plotwerk/model/documents.h"
@@ -22,7 +23,6 @@ TEST(Editing, IsRefusedWithoutASelection) {
     for (const auto edit : edits) {
         Document document = sample();
         EXPECT_EQ(refusalOf(document, edit), "no curve is selected");
-        EXPECT_FALSE(document.changed);
     }
 }
 
@@ -37,9 +37,23 @@ TEST(Editing, RenamesTheSelectionWithItsErrorsAndShowsItInFront) {
     showSelection(document);
     EXPECT_EQ(textOf(document), "A: x=1,2 a=1,2 n=3,4; x=1 c=5 | B: x=1 n=6 n error=7");
     const std::vector<Column> &first = document.sources[0].tables[0].y;
-    EXPECT_TRUE(!first[0].look.visible && first[1].look.visible && document.changed);
+    EXPECT_TRUE(!first[0].look.visible && first[1].look.visible);
     EXPECT_EQ(document.sources[1].tables[0].y[0].look.layer, 8);
     EXPECT_EQ(first[1].look.layer, 9);
+}
+
+// Where names occur more than once, each curve takes the first such column that is left.
+TEST(Editing, RenamesEachCurvesOwnErrors) {
+    const auto named = [](std::initializer_list<const char *> names) {
+        std::vector<Column> columns;
+        for (const char *name : names) columns.push_back(column(name, {0}));
+        return columns;
+    };
+    Document document = documentOf(
+        table({0}, named({"a", "a error", "b", "a", "a error", "b error", "c error", "c"})));
+    for (const int selected : {0, 2, 3, 5, 7}) selectByIndex(document, {selected, selected}, true);
+    renameSelection(document, "c");
+    EXPECT_EQ(textOf(document), "Data: x=0 c=0 c error=0 c=0 c=0 c error=0 c=0 c error=0 c=0");
 }
 
 TEST(Editing, DeletesEmptiedTablesAndSources) {
@@ -124,6 +138,11 @@ TEST(CreatedCurve, RunsFromMinToMaxAndStandsAfterTheSelectionsTable) {
     EXPECT_EQ(textOf(document.sources[0].tables[1]), "X=0,0.25,0.5,0.75,1 Y1=10,9,8,7,6");
     EXPECT_EQ(textOf(document.sources[0].tables[2]), "x=1 c=5");
 
+    document = sample();
+    createCurve(document, 0, 0, 1, 7, 0);
+    EXPECT_EQ(textOf(document.sources[1].tables[1]), "X=0 Y1=7") << "after the last source's";
+    EXPECT_EQ(document.sources[1].tables[1].y[0].look.lineColour.green, palette[4].green);
+
     Document empty;
     createCurve(empty, 1, 1, 5, 2, 0);
     createCurve(empty, 0, 1, 0.75, 0, 1);
@@ -179,15 +198,20 @@ std::vector<long> maxima(Document document, int width, double height) {
 
 TEST(Extremes, AreThoseAtLeastSoWideAndHigh) {
     const Document four = peaks({{100, 20, 30}, {300, 5, 30}, {500, 20, 4}, {700, 30, 200}});
+    const Document twins = peaks({{400, 20, 30}, {460, 20, 30}}, 0); // 17.5 above the valley
     const Document broad = peaks({{400, 20, 300}}); // wider than the blocks that are averaged
     const struct {
         const Document &document;
         int width;
         double height;
         std::vector<long> want;
-    } cases[] = {{four, 10, 10, {100, 700}},     {four, 10, 2, {100, 300, 700}},
-                 {four, 3, 10, {100, 500, 700}}, {four, 100, 1, {700}},
-                 {four, 10, 25, {700}},          {four, 10, 50, {}},
+    } cases[] = {{twins, 5, 18, {400, 450}},
+                 {four, 10, 10, {100, 700}},
+                 {four, 10, 2, {100, 300, 700}},
+                 {four, 3, 10, {100, 500, 700}},
+                 {four, 100, 1, {700}},
+                 {four, 10, 25, {700}},
+                 {four, 10, 50, {}},
                  {broad, 250, 10, {400}}};
     for (const auto &c : cases)
         EXPECT_EQ(maxima(c.document, c.width, c.height), c.want) << c.width << ' ' << c.height;

@@ -4,7 +4,6 @@
 #include "tests/plotwerk/model/documents.h"
 
 #include <cmath>
-#include <tuple>
 
 using namespace plotwerk;
 
@@ -70,54 +69,4 @@ TEST(Points, ValuesAreReadAndSetByIndex) {
     for (const int index : {-1, 2})
         EXPECT_EQ(refusalOf(document, [&](auto &d) { setValueAtIndex(d, index, 1, 0); }),
                   "no point " + std::to_string(index) + " in \"b\"");
-}
-
-TEST(NearestPoint, IsMeasuredOnPaper) {
-    // on paper x is squeezed a hundred times more than y: 12 cm for 0..1000, 8 cm for 0..8
-    Document document =
-        documentOf(table({0, 500, 1000}, {column("low", {0, 0, 0}), column("high", {8, 8, 8}),
-                                          column("low error", {4, 4, 4})}));
-    const struct {
-        double x, y;
-        int curve, index;
-    } cases[] = {
-        {400, 3.9, 0, 1}, {400, 4.1, 1, 1}, {240, 9, 1, 0}, {-50, -9, 0, 0}, {5000, 1, 0, 2}};
-    for (const auto &c : cases) {
-        const auto nearest = nearestPoint(document, c.x, c.y);
-        ASSERT_TRUE(nearest) << c.x;
-        EXPECT_EQ(nearest->curve, c.curve) << c.x;
-        EXPECT_EQ(nearest->index, c.index) << c.x;
-    }
-    EXPECT_FALSE(nearestPoint(document, nan_, 0));
-    EXPECT_FALSE(nearestPoint(Document(), 0, 0));
-}
-
-TEST(NearestPoint, CountsLinesWhereTheyAreDrawn) {
-    // above the middle of a long line, and half as near to a lone point
-    Document document = documentOf(table(
-        {0, 10, nan_, 5}, {column("line", {0, 0, 9, nan_}), column("points", {nan_, nan_, 9, 3})}));
-    EXPECT_EQ(nearestPoint(document, 5, 1)->curve, 0);
-    std::vector<Column> &columns = document.sources[0].tables[0].y;
-    columns[0].look.line = false;
-    const auto nearest = nearestPoint(document, 5, 1);
-    EXPECT_EQ(std::tuple(nearest->curve, nearest->index, nearest->x, nearest->y),
-              std::tuple(1, 3, 5.0, 3.0));
-    columns[1].look.visible = false;
-    EXPECT_EQ(nearestPoint(document, 5, 1)->curve, 0);
-}
-
-TEST(NearestPoint, GoesByTheAxesOfTheCurve) {
-    Document document = curve({1, 10, 100}, {1, 10, 1000});
-    EXPECT_EQ(nearestPoint(document, 30, 100)->index, 1);
-    document.axes[xAxis].logarithmic = document.axes[yAxis].logarithmic = true;
-    EXPECT_EQ(nearestPoint(document, 40, 100)->index, 2);
-    EXPECT_FALSE(nearestPoint(document, -1, 100));
-
-    // the right axis shows 0..1 where the left one shows 0..1000, or 1000..0
-    document = documentOf(table({0, 1}, {column("left", {0, 1000}), column("right", {1, 0})}));
-    document.sources[0].tables[0].y[1].look.rightY = true;
-    for (const bool reversed : {false, true}) {
-        document.axes[yAxis].reversed = reversed;
-        EXPECT_EQ(nearestPoint(document, 0, reversed ? 100 : 900)->curve, 1) << reversed;
-    }
 }

@@ -34,6 +34,7 @@ TEST(Ranges, UnsetLimitsFollowTheVisibleDataOfTheAxis) {
     EXPECT_EQ(textOf(rangeOf(document, upperXAxis)), "-1..9");
     EXPECT_EQ(textOf(rangeOf(document, rightYAxis)), "7..9");
     document.axes[xAxis].logarithmic = true;
+    document.sources[0].tables[0].x.values[0] = 0;
     EXPECT_EQ(textOf(rangeOf(document, xAxis)), "1..5");
     EXPECT_TRUE(std::isnan(rangeOf(Document(), xAxis).min));
 }
@@ -71,7 +72,9 @@ TEST(Ranges, LimitsAreSetSinglyTogetherAndUnset) {
         {1, 1, "a range can't go from 1 to 1"},
         {1, inf, "a range can't be infinite"},
         {nan_, nan_, "-1..5"},
-        {7, nan_, "7..nan"},
+        {5, nan_, "5..nan"}, // no data above
+        {nan_, nan_, "-1..5"},
+        {nan_, -1, "nan..-1"},
     };
     Document document = ranged();
     for (const auto &step : steps) {

@@ -1,5 +1,8 @@
 #include "plotwerk/model/selection.h"
 
+#include "plotwerk/data/exchange.h"
+#include "plotwerk/model/editing.h"
+#include "plotwerk/model/limits.h"
 #include "tests/plotwerk/model/documents.h"
 
 using namespace plotwerk;
@@ -44,6 +47,22 @@ TEST(Curves, SeriesMinusOneIsTheFirstSelectedOrTheOnlyCurve) {
     EXPECT_EQ(curveOfSeries(documentOf(lone), -1).index, 0);
 }
 
+TEST(Curves, HaveTheErrorsOfTheColumnsNamedAfterThem) {
+    Table t = table({1}, {column("a", {1}), column("X error", {1}), column("a error", {1}),
+                          column("b error", {1}), column("x error", {1}), column("a error", {2})});
+    t.y[0].look.xError = t.y[0].look.yError = true;
+    EXPECT_EQ(errorColumns(t), (std::vector{false, true, true, false, true, true}));
+    Document document = documentOf(t);
+    const std::vector<Column> &y = document.sources[0].tables[0].y;
+    ASSERT_EQ(plottedCurves(document).size(), 2u);
+    EXPECT_EQ(plottedCurves(document)[0].yErrors, &y[2]);
+    EXPECT_EQ(plottedCurves(document)[0].xErrors, &y[4]);
+    document.sources[0].tables[0].y[4].name = "c";
+    EXPECT_EQ(plottedCurves(document)[0].xErrors, &y[1]) << "of a plain X";
+    EXPECT_TRUE(orderOfX(table({1, nan_, 1, 2}, {})).ascending);
+    EXPECT_FALSE(orderOfX(table({1, nan_, 0.5, 2}, {})).ascending);
+}
+
 TEST(Selection, FindsByNameAndByPattern) {
     const struct {
         const char *source;
@@ -73,6 +92,7 @@ TEST(Selection, FindsByNameAndByPattern) {
                   first.empty() ? -1 : first[0] - '0');
     }
     EXPECT_EQ(indexOfCurveNamed(sample(), "B", -1, "a"), 3);
+    EXPECT_EQ(indexOfCurveNamed(sample(), "B", 2, "a"), -1);
 }
 
 TEST(Selection, PatternsAreUtf8AndEndInTimeOrAreRefused) {
@@ -143,7 +163,28 @@ TEST(Selection, AppendedCurvesFollowAndSelectedOnesKeepTheirPlace) {
     EXPECT_EQ(indexOfSelectedCurve(document), 2);
     selectByName(document, "B", -1, "", false);
     EXPECT_EQ(selection(document), "3 ");
-    EXPECT_FALSE(document.changed);
+}
+
+// Counting on from numbers that a file may have must not leave what a file may have.
+TEST(Selection, CountsRanksAndLayersAnewAtTheirLimit) {
+    Document document = sample();
+    const auto of = [&](int index) -> Column & {
+        return columnOf(document, *curveAt(document, index));
+    };
+    of(2).rank = mostCounted;
+    of(1).rank = mostCounted - 1;
+    of(3).look.layer = mostCounted;
+    selectByIndex(document, {0, 0}, true);
+    EXPECT_EQ(selection(document), "1 2 0 ");
+    EXPECT_EQ(of(0).rank, 3);
+
+    of(2).rank = 0;
+    of(2).look.layer = -1;
+    showSelection(document);
+    EXPECT_LT(of(2).look.layer, of(3).look.layer);
+    EXPECT_LT(of(3).look.layer, of(1).look.layer);
+    EXPECT_LT(of(1).look.layer, of(0).look.layer);
+    requireWithinLimits(document);
 }
 
 TEST(Marks, AreTheSelectionAndAreWalkedOverAndOver) {
@@ -158,6 +199,45 @@ TEST(Marks, AreTheSelectionAndAreWalkedOverAndOver) {
     }
     markSelection(document);
     EXPECT_EQ(nextMarkedCurve(document)->index, 1);
+}
+
+// Where the walk goes on isn't known any more when the curves are numbered anew.
+TEST(Marks, AreWalkedOverFromTheStartWhenCurvesComeOrGo) {
+    const struct {
+        const char *what;
+        void (*work)(Document &);
+        bool startsOver;
+    } cases[] = {
+        {"delete", deleteSelection, true},
+        {"derivative", differentiateSelection, true},
+        {"create", [](Document &d) { createCurve(d, 0, 1, 1, 0, 1); }, true},
+        {"replace", [](Document &d) { replaceData(d, "A", "x a b\n1 2 3\n"); }, true},
+        {"append a table", [](Document &d) { appendData(d, "A", "1 2\n\n1 2\n\n1 2\n"); }, true},
+        {"append rows", [](Document &d) { appendData(d, "B", "1 2\n"); }, false},
+        {"a new last source", [](Document &d) { addData(d, "C", "1 2\n"); }, false},
+    };
+    for (const auto &c : cases) {
+        Document document = sample();
+        document.sources[0].tables[0].y[0].marked = document.sources[1].tables[0].y[0].marked =
+            true;
+        EXPECT_EQ(nextMarkedCurve(document)->index, 0);
+        selectByIndex(document, {1, 1}, false);
+        c.work(document);
+        EXPECT_EQ(nextMarkedCurve(document)->index, c.startsOver ? 0 : 3) << c.what;
+    }
+}
+
+// As after opening, where only the index is known.
+TEST(Marks, AreWalkedOverFromAnyIndex) {
+    for (const int start : {0, 1, 2, 3, 4, 2'000'000'000}) {
+        Document document = sample();
+        for (const CurveRef &curve : curvesOf(document)) columnOf(document, curve).marked = true;
+        document.markWalk = start;
+        for (int index = start; index < 4; ++index)
+            EXPECT_EQ(nextMarkedCurve(document)->index, index) << start;
+        EXPECT_FALSE(nextMarkedCurve(document)) << start;
+        EXPECT_EQ(nextMarkedCurve(document)->index, 0) << start;
+    }
 }
 
 TEST(FitData, IsTheFirstSelectedCurveAlone) {

@@ -3,6 +3,7 @@
 #include "tests/plotwerk/model/documents.h"
 
 #include <cmath>
+#include <limits>
 #include <tuple>
 
 using namespace plotwerk;
@@ -38,6 +39,10 @@ TEST(Statistic, IsStableFarFromZeroAndAgainstCancellation) {
     };
     EXPECT_DOUBLE_EQ(of({1e9, 1e9 + 1, 1e9 + 2}).deviation, std::sqrt(2.0 / 3));
     EXPECT_EQ(of({1, 1e100, 1, -1e100}).sum, 2);
+    const Statistic endless = of({1e308, 1e308, std::numeric_limits<double>::infinity()});
+    EXPECT_EQ(endless.sum, std::numeric_limits<double>::infinity());
+    EXPECT_TRUE(std::isnan(endless.deviation));
+    EXPECT_FALSE(std::signbit(endless.deviation)) << "printed as nan, not as -nan";
     const Statistic same = of(std::vector<double>(1'000'000, 0.1));
     EXPECT_DOUBLE_EQ(same.sum, 100'000);
     EXPECT_LT(same.deviation, 1e-16); // the mean is rounded once

@@ -1,12 +1,10 @@
-// What documents look like, their pictures, and where these go.
+// Pictures of documents, and where these go.
 #include "tests/plotwerk/server/serverTest.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <nlohmann/json.hpp>
 
 namespace fs = std::filesystem;
-
-static constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 class PictureMessages : public ServerTest {
   protected:
@@ -33,10 +31,6 @@ class PictureMessages : public ServerTest {
         plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_("Untitled", 0, 0, false);
     }
 
-    nlohmann::json document() {
-        return nlohmann::json::parse(contentsOf("Untitled")).at("document");
-    }
-
     // How many children of the server there are, dead ones included.
     size_t children() {
         std::string list = bytesOf("/proc/" + std::to_string(program->pid()) + "/task/" +
@@ -47,44 +41,6 @@ class PictureMessages : public ServerTest {
   private:
     const std::string path = std::getenv("PATH");
 };
-
-TEST_F(PictureMessages, SettingsAreKeptAndSavedWithTheDocument) {
-    startWithData();
-    nlohmann::json wanted = document();
-    plotwerk->setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_(
-        "Untitled", 0, 1, 2, 1, 1, 2, 2, 1, 2, 1);
-    plotwerk->setAttributes2OfSelectionOf_("Untitled", 3, 4, 1, 5, 6, 7, 8, -1, 9, 0.5, 1, 2, 3, 4,
-                                           0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, notANumber);
-    wanted["sources"][0]["tables"][0]["y"][0]["look"].merge_patch(R"({
-        "line": false, "stepped": true, "xError": true, "dashed": true, "rightY": true,
-        "symbols": true, "sum": 3, "interpolationPoints": 4.0, "interpolationType": 1,
-        "symbolSize": 5.0, "symbolInc": 6, "symbol": [7, 8, 0, 9], "lineThickness": 0.5,
-        "dashLength": [1.0, 2.0, 3.0, 4.0],
-        "lineColour": {"red": 0.1, "green": 0.2, "blue": 0.3, "opacity": 0.4},
-        "fillColour": {"red": 0.5, "green": 0.6, "blue": 0.7}})"_json);
-    plotwerk
-        ->setDocAttributes_xAxisLength_yAxisLength_tickLength_axisThickness_yAxisPos_xAxisPos_multiDimFit_noLineOnRev_(
-            "Untitled", 10, notANumber, 0.3, 2, 1, notANumber, 1, 0);
-    wanted["frame"].merge_patch(R"({"xAxisLength": 10.0, "tickLength": 0.3, "axisThickness": 2.0,
-        "yAxisPos": 1.0, "multiDimFit": true})"_json);
-    plotwerk
-        ->setAxisOf_axisCode_inc_ticks_prec_log_insideticks_outsideticks_majorgrid_minorgrid_expnumbers_labelAngle_noline_numbersinside_nonumbers_arrow_logticksAt_lognumberAt_reverse_labelDensity_(
-            "Untitled", 4, 0.5, 3, 2, 1, 0, 1, 1, 2, 1, 30, 0, 1, 2, 1, 2, 3, 1, 0.5);
-    wanted["axes"][3].merge_patch(R"({"increment": 0.5, "ticks": 3, "precision": 2,
-        "logarithmic": true, "insideTicks": false, "outsideTicks": true, "majorGrid": true,
-        "exponents": true, "labelAngle": 30.0, "numbersInside": true, "arrow": true,
-        "logTicksAt": 2, "logNumbersAt": 3, "reversed": true, "labelDensity": 0.5})"_json);
-    plotwerk->setXTitleOf_to_("Untitled", "time");
-    plotwerk->setRTFyTitleOf_to_("Untitled", "{\\rtf1 U}");
-    wanted["axes"][0]["title"] = "time";
-    wanted["axes"][1]["title"] = "{\\rtf1 U}";
-    plotwerk->setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_("Untitled", "{\\rtf1 here}",
-                                                                   0.25, 7, 90, 0, 1);
-    wanted["texts"] = R"([{"text": "{\\rtf1 here}", "x": 0.25, "y": 7.0, "angle": 90.0,
-        "xFloating": false, "yFloating": true}])"_json;
-    EXPECT_EQ(lastError(), "");
-    EXPECT_EQ(nlohmann::json::diff(wanted, document()), nlohmann::json::array());
-}
 
 TEST_F(PictureMessages, PicturesAreFilesOfTheirKind) {
     startWithData();
@@ -116,13 +72,17 @@ TEST_F(PictureMessages, PicturesAreFilesOfTheirKind) {
 
 TEST_F(PictureMessages, ACopyNeedsAPlace) {
     unsetenv("XDG_RUNTIME_DIR");
-    startWithData();
-    plotwerk->copySelectedCurvesOf_includeX_("Untitled", true);
-    plotwerk->copyPDF_("Untitled");
-    EXPECT_EQ(lastError(),
-              "copyPDF: \"Untitled\": no place for a copy: XDG_RUNTIME_DIR is not set");
-    plotwerk->pasteDataOf_("Untitled");
-    EXPECT_EQ(lastError(), "") << "the clipboard is as it was";
+    for (int round = 0; round < 2; ++round) {
+        startWithData();
+        plotwerk->copySelectedCurvesOf_includeX_("Untitled", true);
+        plotwerk->copyPDF_("Untitled");
+        EXPECT_EQ(lastError(),
+                  "copyPDF: \"Untitled\": no place for a copy: XDG_RUNTIME_DIR is not set");
+        plotwerk->pasteDataOf_("Untitled");
+        EXPECT_EQ(lastError(), "") << "the clipboard is as it was";
+        stop();
+        setenv("XDG_RUNTIME_DIR", "run", 1); // a relative path doesn't count
+    }
 }
 
 TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <regex>
+#include <sstream>
 
 namespace fs = std::filesystem;
 
@@ -58,11 +59,14 @@ std::vector<std::string> ServerTest::command(const std::vector<std::string> &arg
 }
 
 void ServerTest::start(const std::vector<std::string> &arguments) {
+    control.reset(); // before the connection that it hangs on
+    plotwerk.reset();
     program.emplace(command(arguments));
     bus.waitForOwner(busName);
     connection = sdbus::createSessionBusConnection();
     connection->setMethodCallTimeout(deadline);
     plotwerk = std::make_unique<Plotwerk>(*connection);
+    control = sdbus::createProxy(*connection, busName, objectPath);
 }
 
 Output ServerTest::stop() {
@@ -83,6 +87,45 @@ std::string ServerTest::contentsOf(const std::string &document) {
     plotwerk->saveDocument_to_binary_(document, copy, false);
     EXPECT_TRUE(plotwerk->didSaveSucceed_(document)) << document;
     return bytesOf(copy);
+}
+
+static void append(sdbus::MethodCall &call, char type, const std::string &text) {
+    switch (type) {
+    case 's': call << text; break;
+    case 'i': call << std::stoi(text); break;
+    case 'd': call << std::stod(text); break;
+    case 'b': call << (text == "yes"); break;
+    default: {
+        std::istringstream numbers(text);
+        double x = 0, y = 0, width = 0, height = 0;
+        numbers >> x >> y >> width >> height;
+        call << sdbus::Struct<double, double, double, double>(x, y, width, height);
+    }
+    }
+}
+
+template<class Value> static Value read(sdbus::MethodReply &reply) {
+    Value value{};
+    reply >> value;
+    return value;
+}
+
+std::string ServerTest::answerTo(const Method &method, const std::vector<std::string> &arguments) {
+    sdbus::MethodCall call = control->createMethodCall(busName, method.name);
+    for (size_t i = 0; i < arguments.size(); ++i)
+        append(call, method.arguments.at(i).type[0], arguments[i]);
+    sdbus::MethodReply reply = control->callMethod(call, deadline);
+    std::ostringstream line;
+    for (const char type : method.results) {
+        if (line.tellp() > 0) line << ' ';
+        switch (type) {
+        case 's': line << '\'' << read<std::string>(reply) << '\''; break;
+        case 'i': line << read<int32_t>(reply); break;
+        case 'd': line << read<double>(reply); break;
+        default: line << (read<bool>(reply) ? "yes" : "no");
+        }
+    }
+    return line.str();
 }
 
 std::string bytesOf(const fs::path &path) {

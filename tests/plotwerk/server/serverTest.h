@@ -2,6 +2,7 @@
 #ifndef TESTS_PLOTWERK_SERVER_SERVERTEST_H
 #define TESTS_PLOTWERK_SERVER_SERVERTEST_H
 
+#include "protocol/PlotwerkControlNames.h"
 #include "protocol/PlotwerkControlProxy.h"
 #include "tests/support/privateBus.h"
 #include "tests/support/process.h"
@@ -13,8 +14,7 @@
 #include <string>
 #include <vector>
 
-constexpr const char *busName = "org.plotwerk.PlotwerkControl"; // and the interface's
-constexpr const char *objectPath = "/org/plotwerk/PlotwerkControl";
+using plotwerkControl::busName, plotwerkControl::objectPath;
 
 class Plotwerk final : public sdbus::ProxyInterfaces<org::plotwerk::PlotwerkControl_proxy> {
   public:
@@ -57,6 +57,10 @@ class ServerTest : public testing::Test {
     // All that the document holds, as it would be saved.
     std::string contentsOf(const std::string &document);
 
+    // Sends a message, its arguments as texts: "1.5", "nan", "-7", "yes", "a name", "0 0 300 200".
+    // Returns the line of what is answered, with strings in quotes; "" for nothing.
+    std::string answerTo(const Method &method, const std::vector<std::string> &arguments);
+
     std::string lastError() { return plotwerk->getVarOf_varName_("", "lastError"); }
 
     std::filesystem::path directory;
@@ -65,6 +69,7 @@ class ServerTest : public testing::Test {
     std::optional<ChildProcess> program;
     std::unique_ptr<sdbus::IConnection> connection;
     std::unique_ptr<Plotwerk> plotwerk;
+    std::unique_ptr<sdbus::IProxy> control; // the same object, for messages by name
 };
 
 // Whole files, for the tests' own use.

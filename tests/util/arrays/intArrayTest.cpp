@@ -1,5 +1,7 @@
 #include "util/arrays/intArray.h"
 
+#include "util/arrays/storage.h"
+
 #include "tests/support/expect.h"
 
 using namespace plw;
@@ -41,5 +43,13 @@ TEST(IntArrayDeathTest, PrintsOneElementALineAndRefusesAnIndexOutside) {
     std::remove(path.c_str());
     expectFatal([&] { val(a, 3); }, "ERROR in val: index out of range (3)");
     expectFatal([&] { val(a, -1); }, "ERROR in val: index out of range (-1)");
+    expectFatal([&] { appendManyIntArray(a, nullptr, INT_MAX); },
+                "ERROR: more elements than an int counts (3)");
     freeIntArray(a);
+}
+
+TEST(StorageDeathTest, TellsThatMemoryIsLacking) {
+    for (const std::size_t count : {PTRDIFF_MAX / sizeof(double), SIZE_MAX / 2})
+        expectFatal([=] { allocate<double>(count); },
+                    "ERROR: out of memory, kilobytes needed (2147483647)");
 }

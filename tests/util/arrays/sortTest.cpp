@@ -13,20 +13,27 @@
 
 using namespace plw;
 
-// Keys of several kinds: few distinct ones, many, all magnitudes and both signs, close together;
-// with zeros of both signs, infinities and NaNs of different payloads among them.
+// Keys of several kinds: few distinct ones, many, all magnitudes and both signs, close together,
+// ascending or descending or both at once, with or without steps; with zeros of both signs,
+// infinities and NaNs of different payloads among them, or none.
 static Values randomKeys(std::mt19937_64 &random, int n) {
     const double nan = std::bit_cast<double>(0x7ff8000000000123UL);
     const double special[] = {0.0, -0.0, infinity, -infinity, NaN, -NaN, nan, 5e-324, DBL_MAX};
-    const auto kind = random() % 4;
-    const auto specialsInTen = random() % 10;
+    const auto kind = random() % 8;
+    const auto specialsInTen = random() % 2 * (random() % 10);
+    const auto summit = static_cast<double>(random() % (n + 1)) + 0.1;
     Values keys(n);
-    for (double &key : keys) {
+    for (int i = 0; i < n; ++i) {
+        double &key = keys[i];
         switch (kind) {
         case 0: key = static_cast<double>(random() % 7) - 3; break;
         case 1: key = static_cast<double>(random()); break;
         case 2: key = std::bit_cast<double>(random()); break;
-        default: key = 1 + static_cast<double>(random() % 1000) * 0x1p-52; break;
+        case 3: key = 1 + static_cast<double>(random() % 1000) * 0x1p-52; break;
+        case 4: key = i; break;
+        case 5: key = i / 2; break;
+        case 6: key = -std::fabs(i - summit); break;
+        default: key = std::fabs(i - std::floor(summit)); break;
         }
         if (random() % 10 < specialsInTen) key = special[random() % std::size(special)];
     }
@@ -86,6 +93,17 @@ TEST(SortNDeathTest, CarriesUpTo499Arrays) {
     EXPECT_EQ(arrays[498][0], 10);
 }
 
+TEST(SortN, SortsAnArrayOnceHoweverOftenItIsListed) {
+    double key[] = {3, 1, 2, 0}, other[] = {30, 10, 20, 0};
+    double *others[] = {other, key, other, nullptr};
+    sortN(4, key, others, 3);
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(key[i], i);
+        EXPECT_EQ(other[i], 10 * i);
+    }
+    EXPECT_EQ(others[2] + 1, other);
+}
+
 // The quicksort that decides the order of equal keys, step by step.
 static void quicksortSlowly(Values &x, Values &y, int left, int right) {
     if (left >= right) return;
@@ -104,8 +122,8 @@ static void quicksortSlowly(Values &x, Values &y, int left, int right) {
 
 TEST(Quicksort, LeavesEqualKeysAndGapsWhereTheGivenMethodDoes) {
     std::mt19937_64 random(2);
-    for (int run = 0; run < 1000; ++run) {
-        const int n = randomLength(random);
+    for (int run = 0; run < 600; ++run) {
+        const int n = run % 50 ? randomLength(random) : 5000;
         const Values keys = randomKeys(random, n);
         const int left = static_cast<int>(random() % 4);
         const int right = n - 1 - static_cast<int>(random() % 4);
@@ -226,7 +244,10 @@ static Values extremeMiddles(int n, int sign) {
 
 static void *sortWhatRecursesDeepest(void *) {
     constexpr int n = 4000;
-    for (const Values &keys : {extremeMiddles(n, 1), extremeMiddles(n, -1), Values(n, NaN)}) {
+    Values greatest = extremeMiddles(n, 1), least = extremeMiddles(n, -1);
+    greatest[0] = greatest[1]; // distinct keys would not recurse at all
+    least[0] = least[1];
+    for (const Values &keys : {greatest, least, Values(n, NaN)}) {
         Values x = keys, y = numbered(n), records = keys;
         quicksort(x.data(), y.data(), 0, n - 1);
         quicksortCluster(records.data(), 1, 0, nullptr, 0, 0, n - 1);
@@ -249,10 +270,16 @@ TEST(Sorts, NeedLittleStackWhateverTheInput) {
     pthread_attr_destroy(&attributes);
 }
 
-TEST(Quicksort, SortsManyTiesAboutAsFastAsDistinctKeys) {
-    constexpr int n = 2'000'000; // this test would not end if it took the square of that
-    Values x(n), y(n);
-    for (int i = 0; i < n; ++i) x[i] = i % 3;
-    quicksort(x.data(), y.data(), 0, n - 1);
-    EXPECT_TRUE(std::is_sorted(x.begin(), x.end()));
+TEST(Quicksort, SortsManyTiesAndWhatHasItsExtremesInTheMiddle) {
+    constexpr int n = 1'000'000; // this test would not end if it took the square of that
+    for (int kind = 0; kind < 3; ++kind) {
+        Values x(n), y(n);
+        for (int i = 0; i < n; ++i)
+            x[i] = kind == 0 ? i % 3 : (kind - 1.5) * std::fabs(i - n / 2.1);
+        Values records = x;
+        quicksort(x.data(), y.data(), 0, n - 1);
+        quicksortCluster(records.data(), 1, 0, y.data(), sizeof(double), 0, n - 1);
+        EXPECT_TRUE(std::is_sorted(x.begin(), x.end())) << kind;
+        EXPECT_EQ(records, x) << kind;
+    }
 }

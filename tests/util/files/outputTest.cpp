@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace plw;
@@ -12,13 +13,16 @@ namespace fs = std::filesystem;
 static void write(const std::string &path, const char *text) {
     FILE *out = openOutput(path.c_str());
     std::fputs(text, out);
-    closeOutput(out);
+    closeOutput(out, path.c_str());
 }
 
 TEST(OutputDeathTest, EmptiesTheFileOrCreatesOneDirectoryOrEndsTheProcess) {
     std::string dir = testing::TempDir() + "outputXXXXXX";
     ASSERT_NE(mkdtemp(dir.data()), nullptr);
+    const mode_t mask = umask(022);
     write(dir + "/new/list.txt", "a longer text");
+    umask(mask);
+    EXPECT_EQ(fs::status(dir + "/new").permissions(), fs::perms(0755));
     write(dir + "/new/list.txt", "short");
     EXPECT_EQ(textOf(dir + "/new/list.txt"), "short");
 
@@ -34,6 +38,7 @@ TEST(OutputDeathTest, EmptiesTheFileOrCreatesOneDirectoryOrEndsTheProcess) {
         {"/new", "ERROR: can't open file: " + dir + "/new"}};
     for (const auto &[path, message] : refused)
         expectFatal([&, path = dir + path] { openOutput(path.c_str()); }, message);
+    expectFatal([] { write("/dev/full", "text"); }, "ERROR: can't write file: /dev/full");
     fs::remove_all(dir);
 }
 
@@ -41,7 +46,7 @@ TEST(Output, IsTheStandardOutputWithoutAPathAndStaysOpen) {
     for (const char *path : {static_cast<const char *>(nullptr), ""}) {
         FILE *out = openOutput(path);
         EXPECT_EQ(out, stdout);
-        closeOutput(out);
+        closeOutput(out, path);
         EXPECT_NE(fcntl(STDOUT_FILENO, F_GETFD), -1);
     }
 }

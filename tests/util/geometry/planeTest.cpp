@@ -106,6 +106,10 @@ TEST(Polygon, AreaAndInsideDoNotDependOnClosureNorInsideOnOrientation) {
         EXPECT_EQ(isPointInPoly(poly, n, -5, 0.5), 0) << "the angle jumps on the left";
         EXPECT_EQ(isPointInPoly(poly, n, NaN, 0.5), -1);
     }
+    // the closing side of a closed polygon has no length, and no products that overflow
+    const double huge[] = {1e200, 1e200, 0, 0, 1, 0, 1e200, 1e200};
+    EXPECT_EQ(areaOfPoly(huge, 4), 5e199);
+
     const double twice[] = {0, 0, 1, 0, 1, 1, 0, 1, 0, 0, 1, 0, 1, 1, 0, 1};
     const double clockwise[] = {0, 1, 1, 1, 1, 0, 0, 0};
     EXPECT_EQ(isPointInPoly(twice, 4, 0.5, 0), 0) << "on an edge: a half turn is clockwise";

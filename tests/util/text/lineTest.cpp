@@ -55,6 +55,12 @@ TEST(GetlineFromRam, TakesNothingWithoutRoomAndCopiesNulBytes) {
     getlineFromRam(&pos, bytes + 4, buf, sizeof buf, &atEnd);
     EXPECT_EQ(std::string(buf, 4), std::string("a\0b\0", 4));
     EXPECT_EQ(pos, bytes + 4);
+
+    char pair[] = "a\r\n";
+    pos = pair;
+    getlineFromRam(&pos, pair + 1, buf, sizeof buf, &atEnd);
+    EXPECT_EQ(pos, pair + 2) << "the line feed lies behind the last byte";
+    EXPECT_EQ(atEnd, 1);
 }
 
 TEST(RangeOfLine, StartsEveryLineOneByteBehindALineStart) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <sstream>
 
 using namespace plw;
@@ -32,4 +33,16 @@ TEST(Utf8, OtherBytesAreReadAsIso8859_1WithoutZeroBytes) {
     EXPECT_EQ(utf8Of("\xe4\xff"), "äÿ");
     EXPECT_EQ(utf8Of("\xc3\xa4\xff"), "Ã¤ÿ");
     EXPECT_EQ(utf8Of(std::string("a\0b", 3)), "ab");
+}
+
+TEST(Utf8, IsCutBetweenCharacters) {
+    const std::string text = "aä€\xf0\x90\x80\x80z"; // characters of 1, 2, 3, 4, 1 bytes
+    const std::size_t ends[] = {0, 1, 1, 3, 3, 3, 6, 6, 6, 6, 10, 11, 11};
+    for (std::size_t longest = 0; longest < std::size(ends); ++longest)
+        EXPECT_EQ(prefixOfCharacters(text, longest), ends[longest]) << longest;
+    EXPECT_EQ(prefixOfCharacters("", 0), 0U);
+    EXPECT_EQ(prefixOfCharacters("ab\x80\x80", 3), 3U) << "continues no character";
+    EXPECT_EQ(prefixOfCharacters("\xe4\x80\x80\x80\x80\x80", 5), 5U);
+    EXPECT_EQ(prefixOfCharacters("\xc3\xa4\x80\x80", 3), 3U);
+    EXPECT_EQ(prefixOfCharacters("\x80\x80", 1), 1U);
 }

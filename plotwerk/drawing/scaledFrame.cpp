@@ -1,0 +1,119 @@
+#include "plotwerk/drawing/scaledFrame.h"
+
+#include "plotwerk/model/ranges.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace plotwerk {
+
+// Between data and frame, as a part of the axis: 5 mm of 12 cm, so that a symbol or an error bar's
+// cap at the outermost point is not cut.
+static constexpr double room = 0.04;
+
+AxisCode opposite(AxisCode code) {
+    switch (code) {
+    case xAxis: return upperXAxis;
+    case upperXAxis: return xAxis;
+    case yAxis: return rightYAxis;
+    default: return yAxis;
+    }
+}
+
+static bool isUsed(AxisCode code, const std::vector<DrawnCurve> &curves) {
+    return std::any_of(curves.begin(), curves.end(), [&](const DrawnCurve &curve) {
+        return curve.horizontalAxis() == code || curve.verticalAxis() == code;
+    });
+}
+
+// Lower and left axes stand for themselves also when nothing is drawn against either side.
+static bool hasOwnScale(const Document &document, AxisCode code,
+                        const std::vector<DrawnCurve> &curves) {
+    if (isUsed(code, curves) || hasAnyLimit(document.axes[code].range)) return true;
+    const bool primary = code == xAxis || code == yAxis;
+    return primary && !isUsed(opposite(code), curves) &&
+           !hasAnyLimit(document.axes[opposite(code)].range);
+}
+
+static bool hasMarks(AxisCode code, const std::vector<DrawnCurve> &curves) {
+    return std::any_of(curves.begin(), curves.end(), [&](const DrawnCurve &curve) {
+        const CurveLook &look = curve.column->look;
+        return curve.horizontalAxis() == code &&
+               (look.symbols || look.marker || look.yError || look.xError);
+    });
+}
+
+// The limits of the data; those that aren't set take in where drop lines and areas begin.
+static Range drawnRange(const Document &document, AxisCode code,
+                        const std::vector<DrawnCurve> &curves) {
+    const Axis &axis = document.axes[code];
+    Range range = rangeOf(document, code);
+    const bool fromBase = std::any_of(curves.begin(), curves.end(), [&](const DrawnCurve &curve) {
+        const CurveLook &look = curve.column->look;
+        return curve.verticalAxis() == code && (look.marker || look.filled);
+    });
+    if (!fromBase || axis.logarithmic) return range;
+    const double base = baseValue(document.frame);
+    if (std::isnan(axis.range.min)) range.min = std::min(range.min, base);
+    if (std::isnan(axis.range.max)) range.max = std::max(range.max, base);
+    return range;
+}
+
+// That range with some room beyond the limits that aren't set, but none below or above zero for
+// data that end there.
+static Range shownRange(const Document &document, AxisCode code,
+                        const std::vector<DrawnCurve> &curves) {
+    const Axis &axis = document.axes[code];
+    Range range = drawnRange(document, code, curves);
+    const bool horizontal = isHorizontal(code);
+    if ((horizontal && !hasMarks(code, curves)) || !(range.min < range.max)) return range;
+
+    if (axis.logarithmic) {
+        const double factor = std::pow(range.max / range.min, room);
+        if (!(range.min > 0) || !std::isfinite(factor)) return range;
+        if (std::isnan(axis.range.min)) range.min /= factor;
+        if (std::isnan(axis.range.max)) range.max *= factor;
+    } else {
+        const double margin = room * (range.max - range.min);
+        if (std::isnan(axis.range.min) && (horizontal || range.min != 0)) range.min -= margin;
+        if (std::isnan(axis.range.max) && (horizontal || range.max != 0)) range.max += margin;
+    }
+    return range;
+}
+
+// y of a horizontal axis or x of a vertical one that shall stand at a value of the axis it crosses.
+static double crossing(double value, const Scale &scale) {
+    return limited(scale.position(value), 0, scale.length, 0);
+}
+
+static void placeLines(ScaledFrame &frame, const Frame &settings) {
+    frame.line[xAxis] = frame.height;
+    frame.line[rightYAxis] = frame.width;
+    if (!std::isnan(settings.xAxisPos))
+        frame.line[xAxis] -= crossing(settings.xAxisPos, frame.scales[yAxis]);
+    if (!std::isnan(settings.yAxisPos))
+        frame.line[yAxis] = crossing(settings.yAxisPos, frame.scales[xAxis]);
+}
+
+ScaledFrame scaledFrameOf(const Document &document, const std::vector<DrawnCurve> &curves) {
+    const Frame &settings = document.frame;
+    ScaledFrame frame;
+    frame.width = settings.xAxisLength * pointsPerCm;
+    frame.height = settings.yAxisLength * pointsPerCm;
+    frame.closed = std::isnan(settings.xAxisPos) && std::isnan(settings.yAxisPos) &&
+                   std::none_of(document.axes.begin(), document.axes.end(),
+                                [](const Axis &axis) { return axis.arrow; });
+
+    for (const AxisCode code : {xAxis, yAxis, upperXAxis, rightYAxis}) {
+        frame.own[code] = hasOwnScale(document, code, curves);
+        if (!frame.own[code]) continue;
+        frame.scales[code] = scaleOf(document.axes[code], shownRange(document, code, curves),
+                                     isHorizontal(code) ? frame.width : frame.height);
+    }
+    for (const AxisCode code : {xAxis, yAxis, upperXAxis, rightYAxis})
+        if (!frame.own[code]) frame.scales[code] = frame.scales[opposite(code)];
+    placeLines(frame, settings);
+    return frame;
+}
+
+} // namespace plotwerk

@@ -1,0 +1,147 @@
+// documentArchive.h - what goes through the fields of a record in documentFields.h: out of it into
+// a tree, or out of a tree into it.
+#ifndef PLOTWERK_FILES_DOCUMENTARCHIVE_H
+#define PLOTWERK_FILES_DOCUMENTARCHIVE_H
+
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/files/documentFields.h"
+#include "plotwerk/files/documentTree.h"
+#include "util/text/utf8.h"
+
+#include <array>
+#include <cmath>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace plotwerk {
+
+class Writer {
+  public:
+    explicit Writer(bool binaryKind) : binary(binaryKind) {}
+
+    template<class T> void operator()(const char *key, T &member, Version = {}) {
+        tree[key] = written(member);
+    }
+
+    template<class T> Tree written(T &record) {
+        Writer inner(binary);
+        fields(inner, record);
+        return std::move(inner.tree);
+    }
+
+  private:
+    Tree written(bool value) { return value; }
+    Tree written(int value) { return value; }
+    Tree written(double value) {
+        if (binary || !std::isinf(value)) return value; // a NaN is printed as null
+        return value > 0 ? plusInfinity : minusInfinity;
+    }
+    Tree written(std::string &text) { return plw::utf8Of(text); }
+
+    Tree written(std::vector<double> &values) {
+        if (binary) {
+            Tree::binary_t::container_type bytes;
+            bytes.reserve(values.size() * sizeof(double));
+            for (const double value : values) appendDouble(bytes, value);
+            return Tree::binary(std::move(bytes), doublesTag);
+        }
+        Tree::array_t numbers;
+        numbers.reserve(values.size());
+        for (const double value : values) numbers.push_back(written(value));
+        return numbers;
+    }
+
+    template<class T> Tree writtenArray(T &records) {
+        Tree array = Tree::array();
+        for (auto &record : records) array.push_back(written(record));
+        return array;
+    }
+    template<class T> Tree written(std::vector<T> &records) { return writtenArray(records); }
+    template<class T, size_t n> Tree written(std::array<T, n> &records) {
+        return writtenArray(records);
+    }
+
+    bool binary;
+    Tree tree = Tree::object();
+};
+
+// Takes a tree of a file of that version apart: numbers are freed as soon as they are read.
+class Reader {
+  public:
+    Reader(Tree &object, const Version &written) : tree(object), version(written) {}
+
+    template<class T> void operator()(const char *key, T &member, Version since = {}) {
+        if (version < since) return;
+        const auto found = tree.find(key);
+        if (found == tree.end()) throw Refusal(std::string("damaged: no \"") + key + '"');
+        read(key, *found, member);
+    }
+
+  private:
+    static void require(bool good, const char *key) {
+        if (!good) throw Refusal(std::string("damaged: \"") + key + "\" is of the wrong kind");
+    }
+
+    // Whatever its sign and its other bits.
+    static double withOneNaN(double value) { return std::isnan(value) ? unset : value; }
+
+    void read(const char *key, Tree &node, bool &value) {
+        require(node.is_boolean(), key);
+        value = node.get<bool>();
+    }
+    void read(const char *key, Tree &node, int &value) {
+        require(node.is_number_integer(), key);
+        const bool big = node.is_number_unsigned() && node.get<uint64_t>() > INT32_MAX;
+        require(!big && node.get<int64_t>() >= INT32_MIN, key);
+        value = node.get<int>();
+    }
+    void read(const char *key, Tree &node, double &value) {
+        constexpr double infinity = std::numeric_limits<double>::infinity();
+        if (node.is_number()) {
+            value = withOneNaN(node.get<double>());
+        } else if (node.is_null()) {
+            value = unset;
+        } else if (node == plusInfinity) {
+            value = infinity;
+        } else {
+            require(node == minusInfinity, key);
+            value = -infinity;
+        }
+    }
+    void read(const char *key, Tree &node, std::string &text) {
+        require(node.is_string() && plw::isUtf8(node.get_ref<const std::string &>()), key);
+        text = std::move(node.get_ref<std::string &>());
+    }
+    void read(const char *key, Tree &node, std::vector<double> &values) {
+        require(node.is_binary() && node.get_binary().has_subtype() &&
+                    node.get_binary().subtype() == doublesTag && node.get_binary().size() % 8 == 0,
+                key);
+        const auto &bytes = node.get_binary();
+        values.resize(bytes.size() / 8);
+        for (size_t i = 0; i < values.size(); ++i) values[i] = withOneNaN(doubleAt(&bytes[i * 8]));
+        node = nullptr;
+    }
+    template<class T> void read(const char *key, Tree &node, std::vector<T> &records) {
+        require(node.is_array(), key);
+        records.clear();
+        for (Tree &item : node) read(key, item, records.emplace_back());
+    }
+    template<class T, size_t n> void read(const char *key, Tree &node, std::array<T, n> &records) {
+        require(node.is_array() && node.size() == n, key);
+        for (size_t i = 0; i < n; ++i) read(key, node[i], records[i]);
+    }
+    template<class T> void read(const char *key, Tree &node, T &record) {
+        require(node.is_object(), key);
+        Reader inner(node, version);
+        fields(inner, record);
+    }
+
+    Tree &tree;
+    const Version version;
+};
+
+} // namespace plotwerk
+
+#endif

@@ -1,0 +1,38 @@
+// change.h - how an open document is changed: every change counts a revision.
+//
+// Nothing else writes a document's revision. The functions that do the work don't count: whoever
+// asks for them on an open document does so through change or changeView.
+#ifndef PLOTWERK_MODEL_CHANGE_H
+#define PLOTWERK_MODEL_CHANGE_H
+
+#include "plotwerk/model/document.h"
+
+#include <utility>
+
+namespace plotwerk {
+
+// Runs work(document) and counts it. Work that throws has changed nothing, and isn't counted.
+template<class Work> void change(Document &document, Work &&work) {
+    std::forward<Work>(work)(document);
+    ++document.revision;
+}
+
+inline bool hasUnsavedChanges(const Document &document) {
+    return document.revision != document.savedRevision;
+}
+
+// The document is now as it is in its file.
+inline void setSaved(Document &document) {
+    document.savedRevision = document.revision;
+}
+
+// As change, of what nobody would save a document for: the selection, the walk of marks.
+template<class Work> void changeView(Document &document, Work &&work) {
+    const bool unsaved = hasUnsavedChanges(document);
+    change(document, std::forward<Work>(work));
+    if (!unsaved) setSaved(document);
+}
+
+} // namespace plotwerk
+
+#endif

@@ -1,0 +1,62 @@
+#include "plotwerk/model/limits.h"
+
+#include "plotwerk/base/refusal.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace plotwerk {
+
+static void require(const char *name, double value, bool isUnset, const Limits &limits) {
+    if (isUnset && limits.mayBeUnset) return;
+    if (value >= limits.least && value <= limits.most) return;
+    char text[80];
+    std::snprintf(text, sizeof text, "%s can't be %g", name, value);
+    throw Refusal(text);
+}
+
+void requireWithin(const char *name, int value, const Limits &limits) {
+    require(name, value, value == -1, limits);
+}
+
+void requireWithin(const char *name, double value, const Limits &limits) {
+    require(name, value, std::isnan(value), limits);
+}
+
+template<class Record> static void requireAll(const Record &record) {
+    const auto check = [](const char *name, auto value, const Limits &each) {
+        requireWithin(name, value, each);
+    };
+    limits(check, record);
+}
+
+static void requireOrder(const Range &range) {
+    if (!(range.min > range.max)) return;
+    char text[80];
+    std::snprintf(text, sizeof text, "a range can't go from %g to %g", range.min, range.max);
+    throw Refusal(text);
+}
+
+void requireWithinLimits(const CurveLook &look) {
+    requireAll(look);
+}
+
+void requireWithinLimits(const Frame &frame) {
+    requireAll(frame);
+}
+
+void requireWithinLimits(const Axis &axis) {
+    requireAll(axis);
+}
+
+void requireWithinLimits(const PlacedText &text) {
+    requireAll(text);
+}
+
+void requireWithinLimits(const Document &document) {
+    requireAll(document);
+    for (const Axis &axis : document.axes) requireOrder(axis.range);
+    requireOrder(document.fitRange);
+}
+
+} // namespace plotwerk

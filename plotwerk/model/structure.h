@@ -1,0 +1,42 @@
+// structure.h - how tables and curves come into a document and go.
+//
+// What follows the numbering of the curves is looked after here: each of these functions but
+// addSource starts the walk of marks over.
+#ifndef PLOTWERK_MODEL_STRUCTURE_H
+#define PLOTWERK_MODEL_STRUCTURE_H
+
+#include "plotwerk/model/document.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace plotwerk {
+
+void restartMarkWalk(Document &document);
+
+// Adds a last source of that name, made free with freeName, with these tables. The curves that are
+// there keep their numbers, and the walk of marks goes on.
+void addSource(Document &document, const std::string &name, std::vector<Table> tables);
+
+struct NewTable {
+    int source;
+    int after; // the table that it follows; -1 for none
+    Table table;
+};
+
+// Numbers of sources and tables are those before. Tables behind the same one keep their order.
+void insertTables(Document &document, std::vector<NewTable> tables);
+
+void replaceTables(Document &document, Source &source, std::vector<Table> tables);
+
+// As the last column of one of the document's tables.
+void addColumn(Document &document, Table &table, Column column);
+
+// Erases those y columns of each table that `goes` says yes for, the tables without y columns then,
+// and the sources without tables.
+void eraseColumns(Document &document, const std::function<std::vector<bool>(const Table &)> &goes);
+
+} // namespace plotwerk
+
+#endif
