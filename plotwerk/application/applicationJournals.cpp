@@ -35,7 +35,9 @@ static std::vector<LeftJournal> leftJournals(const fs::path &directory) {
             log(LogLevel::error, std::string("can't bring back a document: ") + exception.what());
         }
     }
-    const auto byStamp = [](const LeftJournal &a, const LeftJournal &b) { return a.stamp < b.stamp; };
+    const auto byStamp = [](const LeftJournal &a, const LeftJournal &b) {
+        return a.stamp < b.stamp;
+    };
     std::sort(left.begin(), left.end(), byStamp);
     return left;
 }

@@ -26,7 +26,8 @@ static void repeatMessage(ControlObject &object,
                 throw Refusal("damaged: the arguments are not those of the message");
             }
             (object.*method)(std::get<Parameters>(arguments[i])...);
-        }(std::index_sequence_for<Parameters...>());
+        }
+        (std::index_sequence_for<Parameters...>());
     } else {
         throw Refusal("damaged: a message that changes no document");
     }

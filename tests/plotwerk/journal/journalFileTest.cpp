@@ -53,7 +53,7 @@ class JournalFileTest : public testing::Test {
 TEST_F(JournalFileTest, HoldsTheDocumentAndItsMessagesForOneProcessAtATime) {
     document = fullDocument();
     document.path = "/some where/else";
-    document.changed = true;
+    document.revision = 1;
     const std::vector<std::string> sent{"a", std::string("\0\xff\n", 3), "",
                                         std::string(3 << 20, 'm')};
     {
@@ -141,7 +141,7 @@ TEST_F(JournalFileTest, KeepsWhatItHasWhenTheDiskIsFull) {
 
         // who keeps the journals goes on without one
         Journal journal(directory);
-        document.changed = true;
+        document.revision = 1;
         limitTo(100);
         const auto message = [] { return std::string("message"); };
         for (int i = 0; i < 2; ++i) journal.add(document, {}, message);
@@ -210,11 +210,11 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
     Journal journal(directory);
     journal.setFront();
     document.frame.xAxisLength = 5;
-    document.changed = false;
+    document.savedRevision = document.revision;
     journal.add(document, {}, [] { return std::string("of the view"); });
     EXPECT_TRUE(journalPaths(directory).empty()) << "the file has it all";
 
-    document.changed = true;
+    document.revision = 1;
     uintmax_t largest = 0;
     std::size_t repeated = 0;
     for (int i = 0; i < 3000; ++i) {

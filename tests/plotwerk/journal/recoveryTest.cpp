@@ -185,12 +185,12 @@ TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
     Random random(static_cast<unsigned>(deaths));
     size_t answered = 0, unanswered = 0, done = 0;
     for (int death = 0; death < deaths; ++death) {
-        auto control = sdbus::createProxy(*connection, busName, objectPath);
+        auto proxy = sdbus::createProxy(*connection, busName, objectPath);
         std::vector<Message> sent;
         bool tight = false;
         const auto sendMessage = [&](Message message) {
             sent.push_back(std::move(message));
-            send(*control, sent.back().method, sent.back().values);
+            send(*proxy, sent.back().method, sent.back().values);
             // what was refused for lack of memory is done by one that has it
             if (tight && holds(lastError(), "not enough memory")) sent.pop_back();
         };
@@ -235,9 +235,9 @@ TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
         EXPECT_EQ(journals(), 0U);
 
         // The same messages to one that nobody ends.
-        control = sdbus::createProxy(*connection, busName, objectPath);
+        proxy = sdbus::createProxy(*connection, busName, objectPath);
         const auto wantedAfter = [&](size_t count) {
-            for (size_t i = 0; i < count; ++i) send(*control, sent[i].method, sent[i].values);
+            for (size_t i = 0; i < count; ++i) send(*proxy, sent[i].method, sent[i].values);
             return documents();
         };
         const bool without = recovered == wantedAfter(sent.size() - 1);
