@@ -203,13 +203,13 @@ TEST_F(JournalFileTest, GoesAfterAMonthOrBeyondAGigabyteUnlessInUse) {
 TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
     const auto valueIn = [&](const fs::path &file) {
         auto left = LeftJournal::lock(file);
-        double value = left->document().frame.xAxisLength;
+        double value = left->document().fit.chiSquare;
         while (left->nextMessage()) ++value;
         return value;
     };
     Journal journal(directory);
     journal.setFront();
-    document.frame.xAxisLength = 5;
+    document.fit.chiSquare = 5;
     document.savedRevision = document.revision;
     journal.add(document, {}, [] { return std::string("of the view"); });
     EXPECT_TRUE(journalPaths(directory).empty()) << "the file has it all";
@@ -218,7 +218,7 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
     uintmax_t largest = 0;
     std::size_t repeated = 0;
     for (int i = 0; i < 3000; ++i) {
-        ++document.frame.xAxisLength;
+        ++document.fit.chiSquare;
         journal.add(document, {}, [&]() -> std::optional<std::string> {
             if (i % 1000 == 7) return std::nullopt;
             ++repeated;
@@ -230,9 +230,9 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
     EXPECT_GT(largest, 64U << 10);
     EXPECT_LT(largest, 80U << 10);
     path = journalPaths(directory).at(0);
-    ++document.frame.xAxisLength;
+    ++document.fit.chiSquare;
     journal.add(document, std::chrono::seconds(11), [] { return std::string("too long ago"); });
-    ++document.frame.xAxisLength;
+    ++document.fit.chiSquare;
     journal.add(document, {}, [] { return std::string("message"); });
 
     const fs::path copy = directory / "copy.journal";
@@ -240,7 +240,7 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
     EXPECT_EQ(valueIn(copy), 3007);
     auto left = LeftJournal::lock(copy);
     EXPECT_GT(left->stamp, 0);
-    EXPECT_TRUE(left->document().frame.xAxisLength == 3006 && left->nextMessage());
+    EXPECT_TRUE(left->document().fit.chiSquare == 3006 && left->nextMessage());
     journal.remove();
     EXPECT_EQ(journalPaths(directory), std::vector<fs::path>{copy});
 }

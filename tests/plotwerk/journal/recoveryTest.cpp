@@ -48,6 +48,26 @@ class RecoveryTest : public ServerTest {
         return all;
     }
 
+    using Documents = std::vector<std::pair<std::string, std::string>>;
+    static std::string differenceOf(const Documents &got, const Documents &wanted) {
+        std::string text;
+        for (size_t i = 0; i < std::max(got.size(), wanted.size()); ++i) {
+            const auto &[name, bytes] = i < got.size() ? got[i] : Documents::value_type();
+            const auto &[wantedName, wantedBytes] =
+                i < wanted.size() ? wanted[i] : Documents::value_type();
+            text += '"' + name + "\", wanted \"" + wantedName + "\"\n";
+            const auto at =
+                std::mismatch(bytes.begin(), bytes.end(), wantedBytes.begin(), wantedBytes.end());
+            if (at.first == bytes.end() && at.second == wantedBytes.end()) continue;
+            const auto part = [](const std::string &all, auto place) {
+                const auto begin = std::max<long>(0, place - all.begin() - 60);
+                return testing::PrintToString(all.substr(static_cast<size_t>(begin), 120)) + '\n';
+            };
+            text += part(bytes, at.first) + "wanted\n" + part(wantedBytes, at.second);
+        }
+        return text;
+    }
+
   private:
     const fs::path before;
 };
@@ -240,12 +260,14 @@ TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
             for (size_t i = 0; i < count; ++i) send(*proxy, sent[i].method, sent[i].values);
             return documents();
         };
-        const bool without = recovered == wantedAfter(sent.size() - 1);
+        const auto expected = wantedAfter(sent.size() - 1);
+        const bool without = recovered == expected;
         const bool with = !without && recovered == wantedAfter(sent.size());
         // without memory a journal may have ended, and said so
         const bool told = tight && holds(log, "the journal of \"");
         EXPECT_TRUE(without || with || told) << "death " << death << ", after " << sent.size()
-                                             << " messages, the last " << sent.back().method << log;
+                                             << " messages, the last " << sent.back().method << '\n'
+                                             << differenceOf(recovered, expected) << log;
         answered += sent.size() - 1;
         unanswered += without;
         done += with;
