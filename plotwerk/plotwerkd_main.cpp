@@ -15,7 +15,8 @@
 using namespace plotwerk;
 
 static constexpr char usage[] =
-    "usage: plotwerkd [--limit NAME=VALUE] [--log-level error|warning|info|debug] [FILE ...]\n";
+    "usage: plotwerkd [--limit NAME=VALUE] [--log-level error|warning|info|debug]\n"
+    "                 [--recover | --no-journal] [FILE ...]\n";
 
 static constexpr char help[] =
     "\n"
@@ -25,33 +26,56 @@ static constexpr char help[] =
     "      --help       print this and end\n"
     "      --limit      what one message may take: seconds, memory (MB), answer (MB)\n"
     "      --log-level  lines on standard error up to this level; info unless given\n"
+    "      --no-journal unsaved changes don't outlive a crash\n"
+    "      --recover    first bring back the documents that others left with unsaved changes\n"
     "      --version    print the version and end\n";
+
+struct Options {
+    bool journal = true;
+    bool recover = false;
+};
 
 [[noreturn]] static void refuseUsage() {
     std::fputs(usage, stderr);
     std::exit(2);
 }
 
+static void readLimit(const char *program, const char *assignment) {
+    try {
+        setBound(assignment);
+    } catch (const Refusal &refusal) {
+        std::fprintf(stderr, "%s: %s\n", program, refusal.what());
+        refuseUsage();
+    }
+}
+
 // Ends the process for --help and --version, and with status 2 for an option that isn't one.
-static void readOptions(int argc, char **argv) {
-    enum { helpOption = 1, limitOption, levelOption, versionOption };
+static Options readOptions(int argc, char **argv) {
+    enum {
+        helpOption = 1,
+        limitOption,
+        levelOption,
+        noJournalOption,
+        recoverOption,
+        versionOption
+    };
     static const option options[] = {
         {"help", no_argument, nullptr, helpOption},
         {"limit", required_argument, nullptr, limitOption},
         {"log-level", required_argument, nullptr, levelOption},
+        {"no-journal", no_argument, nullptr, noJournalOption},
+        {"recover", no_argument, nullptr, recoverOption},
         {"version", no_argument, nullptr, versionOption},
         {},
     };
+    Options given;
     for (int chosen; (chosen = getopt_long(argc, argv, "", options, nullptr)) != -1;) {
         switch (chosen) {
         case helpOption: std::printf("%s%s", usage, help); std::exit(0);
         case versionOption: std::printf("plotwerkd %s\n", PLOTWERK_VERSION); std::exit(0);
-        case limitOption: try { setBound(optarg);
-            } catch (const Refusal &refusal) {
-                std::fprintf(stderr, "%s: %s\n", argv[0], refusal.what());
-                refuseUsage();
-            }
-            break;
+        case limitOption: readLimit(argv[0], optarg); break;
+        case noJournalOption: given.journal = false; break;
+        case recoverOption: given.recover = true; break;
         case levelOption:
             if (const auto level = logLevelNamed(optarg)) {
                 setLogLevel(*level);
@@ -62,6 +86,9 @@ static void readOptions(int argc, char **argv) {
         default: refuseUsage();
         }
     }
+    // What was brought back would be lost with the next crash.
+    if (given.recover && !given.journal) refuseUsage();
+    return given;
 }
 
 static void openFiles(Application &application, char **files, int count) {
@@ -72,11 +99,11 @@ static void openFiles(Application &application, char **files, int count) {
             log(LogLevel::error, error.what());
         }
     }
-    if (count == 0) application.add({});
+    if (!application.front() && count == 0) application.add({});
 }
 
 int main(int argc, char **argv) {
-    readOptions(argc, argv);
+    const Options given = readOptions(argc, argv);
     // A reader of the log that ends, and a file beyond the size limit, are errors of one write
     // only.
     std::signal(SIGPIPE, SIG_IGN);
@@ -87,14 +114,18 @@ int main(int argc, char **argv) {
     int status = 0;
     try {
         Server server(application);
+        if (given.journal) application.keepJournals();
+        if (given.recover)
+            server.recover();
+        else
+            application.tellLeftJournals();
         openFiles(application, argv + optind, argc - optind);
         runUntilSignal(server);
     } catch (const std::exception &error) {
         log(LogLevel::error, error.what());
         status = 1;
     }
-    for (const std::string &name : application.changedDocuments())
-        log(LogLevel::warning, "unsaved changes of \"" + name + "\" are lost");
+    application.leave();
     if (status == 0) log(LogLevel::info, "ended");
     return status;
 }

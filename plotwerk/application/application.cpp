@@ -38,6 +38,7 @@ void Application::activate(const Document &document) {
     const auto isIt = [&](const auto &open) { return &open->document == &document; };
     const auto found = std::find_if(documents.begin(), documents.end(), isIt);
     std::rotate(found, found + 1, documents.end());
+    if (auto &journal = documents.back()->journal) journal->setFront();
 }
 
 Document &Application::add(Document document) {
@@ -47,7 +48,17 @@ Document &Application::add(Document document) {
     document.name = freeName(document.name, taken);
     documents.push_back(
         std::make_unique<OpenDocument>(OpenDocument{.document = std::move(document)}));
+    if (!journals.empty()) {
+        documents.back()->journal.emplace(journals);
+        documents.back()->journal->setFront();
+    }
     return documents.back()->document;
+}
+
+Document &Application::create(Document document) {
+    Document &created = add(std::move(document));
+    if (auto &journal = openOf(created).journal) journal->write(created);
+    return created;
 }
 
 static std::string nameAfter(const fs::path &path) {
@@ -102,7 +113,10 @@ Document &Application::open(const fs::path &file, bool rangeOverAll) {
         log(LogLevel::info, "opened " + path.string() + " as " + inQuotes(front()->name));
     }
     Document &document = *front();
-    if (rangeOverAll) changeView(document, plotwerk::rangeOverAll);
+    if (rangeOverAll) {
+        changeView(document, plotwerk::rangeOverAll);
+        record(document, {}, [] { return std::nullopt; });
+    }
     return document;
 }
 
@@ -116,14 +130,17 @@ Application::OpenDocument &Application::openOf(const Document &document) {
 }
 
 void Application::save(const Document &saved, const fs::path &path, bool binary, bool ownPath) {
-    auto &[document, succeeded] = openOf(saved);
+    auto &[document, succeeded, journal] = openOf(saved);
     succeeded = false;
     if (path.empty() && document.path.empty()) throw Refusal("no path of its own");
     const fs::path target = path.empty() ? document.path : given(path);
     writeWholeFile(target, [&](std::ostream &stream) { writeDocument(stream, saved, binary); });
     succeeded = true;
     if (ownPath) document.path = target;
-    if (document.path == target) setSaved(document);
+    if (document.path == target) {
+        setSaved(document);
+        if (journal) journal->remove();
+    }
     log(LogLevel::info, "saved " + inQuotes(saved.name) + " in " + target.string());
 }
 
@@ -137,15 +154,8 @@ void Application::close(const Document &document, bool keepChanges) {
         log(LogLevel::info,
             "unsaved changes of " + inQuotes(document.name) + " kept in " + kept.string());
     }
+    if (auto &journal = openOf(document).journal) journal->remove();
     std::erase_if(documents, [&](const auto &open) { return &open->document == &document; });
-}
-
-std::vector<std::string> Application::changedDocuments() const {
-    std::vector<std::string> names;
-    for (const auto &open : documents) {
-        if (hasUnsavedChanges(open->document)) names.push_back(open->document.name);
-    }
-    return names;
 }
 
 void Application::savePicture(const Document &document, const fs::path &file, PictureKind kind) {

@@ -5,9 +5,12 @@
 
 #include "plotwerk/application/pictureFiles.h"
 #include "plotwerk/drawing/pages.h"
+#include "plotwerk/journal/journal.h"
 #include "plotwerk/model/document.h"
 
+#include <chrono>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -44,6 +47,9 @@ class Application {
     // Takes a document in, in front. An empty name becomes "Untitled".
     Document &add(Document document);
 
+    // As add, of a document that is in no file: its journal begins at once.
+    Document &create(Document document);
+
     // Opens a saved document of either kind, or data text: then as a new document with one source,
     // both named after the file, and without a path of its own, so that saving never overwrites the
     // data. A saved document that is open already is not read again but comes to the front. With
@@ -65,8 +71,26 @@ class Application {
     // $XDG_STATE_HOME/plotwerk/, and the log says where. Throws Refusal when that can't be done.
     void close(const Document &document, bool keepChanges);
 
-    // The names of the documents with unsaved changes, the front one last.
-    std::vector<std::string> changedDocuments() const;
+    // From here on the documents have journals (journal.h), under
+    // $XDG_STATE_HOME/plotwerk/journal/. Removes old ones. To be called before there are documents.
+    void keepJournals();
+
+    // Logs what recover would bring back.
+    void tellLeftJournals() const;
+
+    // Brings back the documents of the journals that nobody uses, each in front of the one before,
+    // as they were when their process ended, and logs them. `repeat` does a message of a journal
+    // again. What can't be brought back is logged, and its journal stays.
+    using Repeat = std::function<void(std::string_view message)>;
+    void recover(const Repeat &repeat);
+
+    // Adds what has changed the document to its journal, if it has one.
+    void record(const Document &document, std::chrono::duration<double> time,
+                const Journal::MessageAsData &message);
+
+    // At the end: logs what becomes of unsaved changes, and removes the journals of documents
+    // without any.
+    void leave();
 
     // Counts as the document's last save.
     void savePicture(const Document &document, const std::filesystem::path &file, PictureKind kind);
@@ -91,7 +115,10 @@ class Application {
     struct OpenDocument {
         Document document;
         bool lastSaveSucceeded = false;
+        std::optional<Journal> journal{};
     };
+
+    Document broughtBack(LeftJournal &journal, const Repeat &repeat);
 
     // A path as a message gives it, made absolute. Throws Refusal for an empty one.
     static std::filesystem::path given(const std::filesystem::path &path);
@@ -101,6 +128,7 @@ class Application {
 
     // in order of activation, the front one last
     std::vector<std::unique_ptr<OpenDocument>> documents;
+    std::filesystem::path journals; // their directory; empty: none are kept
     std::optional<Composition> composition;
 };
 

@@ -1,30 +1,13 @@
 #include "plotwerk/files/keptFile.h"
 
-#include "plotwerk/base/refusal.h"
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/files/documentFile.h"
+#include "plotwerk/files/stateDirectory.h"
 #include "util/text/utf8.h"
-
-#include <cstdlib>
-#include <sys/stat.h>
 
 namespace plotwerk {
 
 namespace fs = std::filesystem;
-
-static fs::path stateDirectory() {
-    const char *state = std::getenv("XDG_STATE_HOME");
-    if (state && *state == '/') return fs::path(state) / "plotwerk";
-    const char *home = std::getenv("HOME");
-    if (home && *home == '/') return fs::path(home) / ".local/state/plotwerk";
-    throw Refusal("no directory to keep unsaved changes in: HOME is not set");
-}
-
-static void createPrivately(const fs::path &directory) {
-    if (directory.has_relative_path()) createPrivately(directory.parent_path());
-    if (mkdir(directory.c_str(), 0700) == 0 || fs::is_directory(directory)) return;
-    throw Refusal("can't create " + directory.string());
-}
 
 // The document's name as that of a file: not hidden, no slashes, no control characters, and short
 // enough for every file system.
@@ -40,8 +23,6 @@ static std::string fileNameOf(const std::string &name) {
 
 fs::path keepDocument(const Document &document) {
     const fs::path directory = stateDirectory();
-    createPrivately(directory);
-
     const std::string fileName = fileNameOf(document.name);
     fs::path path = directory / (fileName + ".json");
     for (int number = 2; fs::exists(path); ++number) {

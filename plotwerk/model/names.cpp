@@ -10,6 +10,12 @@ std::string errorNameOf(std::string name) {
     return name.append(errorSuffix);
 }
 
+static int timesNamed = 0;
+
+int namesOfTheTime() {
+    return timesNamed;
+}
+
 std::string freeName(const std::string &name, const std::vector<std::string> &taken) {
     std::vector<const char *> names;
     names.reserve(taken.size());
@@ -23,6 +29,7 @@ std::string freeName(const std::string &name, const std::vector<std::string> &ta
         plw::uniqueName(free.data(), names.data(), static_cast<int>(names.size()));
         free.resize(std::char_traits<char>::length(free.c_str()));
     } while (std::find(taken.begin(), taken.end(), free) != taken.end());
+    timesNamed += free != name;
     return free;
 }
 

@@ -22,6 +22,9 @@ inline constexpr std::string_view minimaSuffix = " minima";
 // ("NAME 14:03:09", "NAME 14:03:09#1", ...).
 std::string freeName(const std::string &name, const std::vector<std::string> &taken);
 
+// How many names freeName has made of the time. What has made one has another effect next time.
+int namesOfTheTime();
+
 } // namespace plotwerk
 
 #endif

@@ -16,7 +16,16 @@ ControlObject::~ControlObject() {
 }
 
 std::string_view ControlObject::selector() const {
-    return plotwerkControl::selectorOf(getObject().getCurrentlyProcessedMessage()->getMemberName());
+    return plotwerkControl::selectorOf(
+        repeated ? repeated->member : getObject().getCurrentlyProcessedMessage()->getMemberName());
+}
+
+std::optional<std::string> ControlObject::messageAsData() const {
+    // The arguments are read once more: that only moves where the message is read.
+    auto &message = const_cast<sdbus::Message &>(*getObject().getCurrentlyProcessedMessage());
+    // The clipboard isn't recorded.
+    if (message.getMemberName() == "pasteDataOf_") return std::nullopt;
+    return encodedMessage(message, application.decimalSeparator);
 }
 
 // A selector ends in its own colon, unless the message has no arguments.

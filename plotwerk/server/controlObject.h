@@ -9,11 +9,15 @@
 #include "plotwerk/application/application.h"
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/journal/message.h"
 #include "plotwerk/model/change.h"
+#include "plotwerk/model/names.h"
 #include "protocol/PlotwerkControlAdaptor.h"
 
+#include <chrono>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -42,6 +46,10 @@ class ControlObject final
     ~ControlObject();
     ControlObject(const ControlObject &) = delete;
     ControlObject &operator=(const ControlObject &) = delete;
+
+    // Does again what a journal has recorded (encodedMessage). Throws Refusal for damaged bytes; a
+    // message that is refused leaves lastError as ever.
+    void repeat(std::string_view record);
 
   private:
     static constexpr double nan = std::numeric_limits<double>::quiet_NaN();
@@ -82,7 +90,8 @@ class ControlObject final
         if constexpr (std::is_invocable_v<Work &, const Document &>)
             with(name, work);
         else
-            with(name, [&](Document &document) { change(document, work); });
+            with(name,
+                 [&](Document &document) { recorded(document, [&] { change(document, work); }); });
     }
     template<class Work> void actOn(const std::string &name, Work work) {
         act([&] { workOn(name, work); });
@@ -90,8 +99,26 @@ class ControlObject final
 
     // As actOn, of what nobody would save the document for.
     template<class Work> void actOnView(const std::string &name, Work work) {
-        act([&] { with(name, [&](Document &document) { changeView(document, work); }); });
+        act([&] {
+            with(name, [&](Document &document) {
+                recorded(document, [&] { changeView(document, work); });
+            });
+        });
     }
+
+    // Makes a change, and adds it to the document's journal before it is answered.
+    template<class Change> void recorded(Document &document, Change makeChange) {
+        const auto begin = std::chrono::steady_clock::now();
+        const int names = namesOfTheTime();
+        makeChange();
+        application.record(document, std::chrono::steady_clock::now() - begin, [&] {
+            return names == namesOfTheTime() ? messageAsData() : std::nullopt;
+        });
+    }
+
+    // The message that is being answered; none when its effect depends on more than what a journal
+    // records.
+    std::optional<std::string> messageAsData() const;
 
     // The answer that work finds in the document, or the neutral one.
     template<class Answer, class Work>
@@ -112,6 +139,7 @@ class ControlObject final
 #include "messageDeclarations.h"
 
     Application &application;
+    const RecordedMessage *repeated = nullptr; // the message that is being answered
 };
 
 } // namespace plotwerk

@@ -72,7 +72,8 @@ void ControlObject::pasteDataOf_(const std::string &name) {
 }
 
 void ControlObject::duplicateAsPlottedOf_(const std::string &name) {
-    actOn(name, [&](const Document &document) { application.add(duplicateAsPlotted(document)); });
+    actOn(name,
+          [&](const Document &document) { application.create(duplicateAsPlotted(document)); });
 }
 
 std::tuple<int32_t, int32_t, int32_t>

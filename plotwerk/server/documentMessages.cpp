@@ -33,7 +33,7 @@ void ControlObject::newDocumentWithName_(const std::string &name) {
     act([&] {
         Document document;
         document.name = name;
-        application.add(std::move(document));
+        application.create(std::move(document));
     });
 }
 

@@ -39,7 +39,8 @@ static std::string ownerOfName(sdbus::IConnection &bus) {
     }
 }
 
-Server::Server(Application &application) : bus(connect()), controlObject(*bus, application) {
+Server::Server(Application &served)
+    : application(served), bus(connect()), controlObject(*bus, served) {
     try {
         bus->requestName(busName);
     } catch (const sdbus::Error &) {
@@ -55,6 +56,10 @@ template<class Work> static auto onLivingBus(Work work) {
     } catch (const sdbus::Error &error) {
         throw std::runtime_error("the bus has gone: " + error.getMessage());
     }
+}
+
+void Server::recover() {
+    application.recover([this](std::string_view message) { controlObject.repeat(message); });
 }
 
 sdbus::IConnection::PollData Server::pollData() const {

@@ -18,6 +18,9 @@ class Server {
     // Throws std::runtime_error: no session bus, or the name has an owner (unique name and pid).
     explicit Server(Application &application);
 
+    // Brings back the documents that were left behind. To be called before messages are answered.
+    void recover();
+
     // A descriptor, the events and the time to wait for. To be asked for again before every wait:
     // events and time change. When getPollTimeout() is 0, a message has been read already and no
     // event may come for it: that counts as ready.
@@ -27,6 +30,7 @@ class Server {
     bool processPending();
 
   private:
+    Application &application;
     std::unique_ptr<sdbus::IConnection> bus;
     ControlObject controlObject;
 };

@@ -24,7 +24,7 @@ done
 case $2 in install) program=$root/usr/bin/plotwerkd ;; package) program=/usr/bin/plotwerkd ;; esac
 unit=$root/usr/lib/systemd/user/plotwerkd.service
 service=$root/usr/share/dbus-1/services/org.plotwerk.PlotwerkControl.service
-grep -qx "ExecStart=$program" "$unit" || { echo "wrong unit:"; cat "$unit"; exit 1; }
+grep -qx "ExecStart=$program --recover" "$unit" || { echo "wrong unit:"; cat "$unit"; exit 1; }
 grep -qx "Exec=$program" "$service" || { echo "wrong service:"; cat "$service"; exit 1; }
 grep -qx "SystemdService=$(basename "$unit")" "$service"
 

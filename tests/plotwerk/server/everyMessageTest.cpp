@@ -334,7 +334,7 @@ class EveryMessage : public ServerTest {
     EveryMessage() {
         setenv("PATH", directory.c_str(), 1);
         setenv("XDG_RUNTIME_DIR", directory.c_str(), 1);
-        start();
+        start({"--no-journal"});
         methods = methodsOf(*connection);
     }
     ~EveryMessage() override { setenv("PATH", path.c_str(), 1); }

@@ -44,7 +44,9 @@ TEST_F(ProgramTest, OwnsItsNameAloneUntilASignal) {
         const Output output = program->finish();
         EXPECT_EQ(output.status, 0);
         EXPECT_TRUE(holds(output.err, "info: owns org.plotwerk.PlotwerkControl as :"));
-        EXPECT_TRUE(holds(output.err, "warning: unsaved changes of \"Untitled\" are lost\n"));
+        EXPECT_TRUE(holds(output.err,
+                          "warning: unsaved changes of \"Untitled\" can be brought back by "
+                          "plotwerkd --recover\n"));
         EXPECT_FALSE(bus.hasOwner(busName));
     }
 }
@@ -56,7 +58,8 @@ TEST_F(ProgramTest, EndsWithStatusOneWithoutABus) {
     const Output bereft = program->finish();
     EXPECT_EQ(bereft.status, 1);
     EXPECT_TRUE(holds(bereft.err, "plotwerkd: error: the bus has gone: "));
-    EXPECT_TRUE(holds(bereft.err, "warning: unsaved changes of \"Untitled\" are lost\n"));
+    EXPECT_TRUE(holds(bereft.err, "warning: unsaved changes of \"Untitled\" can be brought back by "
+                                  "plotwerkd --recover\n"));
 
     const Output output = runProgram(command());
     EXPECT_EQ(output.status, 1);

@@ -1,0 +1,126 @@
+// The journals of the open documents, and what was left behind by a process that has ended.
+#include "plotwerk/application/application.h"
+#include "plotwerk/base/log.h"
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/files/stateDirectory.h"
+#include "plotwerk/model/change.h"
+
+#include <algorithm>
+#include <ctime>
+#include <exception>
+#include <utility>
+
+namespace plotwerk {
+
+namespace fs = std::filesystem;
+
+void Application::keepJournals() {
+    try {
+        journals = stateDirectory("journal");
+        removeOldJournals(journals);
+    } catch (const Refusal &refusal) {
+        log(LogLevel::warning,
+            std::string("no journals are kept, and a crash would lose unsaved changes: ") +
+                refusal.what());
+    }
+}
+
+// Those in the directory that nobody uses, the one whose document was in front last at the end.
+static std::vector<LeftJournal> leftJournals(const fs::path &directory) {
+    std::vector<LeftJournal> left;
+    for (const fs::path &path : journalPaths(directory)) {
+        try {
+            if (auto journal = LeftJournal::lock(path)) left.push_back(std::move(*journal));
+        } catch (const std::exception &exception) {
+            log(LogLevel::error, std::string("can't bring back a document: ") + exception.what());
+        }
+    }
+    const auto byStamp = [](const LeftJournal &a, const LeftJournal &b) {
+        return a.stamp < b.stamp;
+    };
+    std::sort(left.begin(), left.end(), byStamp);
+    return left;
+}
+
+// "NAME" of PATH as it was at TIME
+static std::string descriptionOf(const LeftJournal &journal) {
+    std::string text = '"' + journal.name + '"';
+    if (!journal.documentPath.empty()) text += " of " + journal.documentPath.string();
+    char time[64] = "";
+    std::tm local{};
+    if (localtime_r(&journal.lastChange, &local))
+        std::strftime(time, sizeof time, " as it was on %Y-%m-%d at %H:%M:%S", &local);
+    text += time;
+    if (journal.isIncomplete) text += ", without its last changes";
+    return text;
+}
+
+void Application::tellLeftJournals() const {
+    if (journals.empty()) return;
+    for (const LeftJournal &journal : leftJournals(journals))
+        log(LogLevel::info, descriptionOf(journal) + " can be brought back by plotwerkd --recover");
+}
+
+// The document of the journal. While it is made it is the only one, under the name by which its
+// messages call it.
+Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat) {
+    auto others = std::exchange(documents, {});
+    const char separator = decimalSeparator;
+    const auto restore = [&] {
+        documents = std::move(others);
+        decimalSeparator = separator;
+        lastError.clear();
+    };
+    try {
+        documents.push_back(std::make_unique<OpenDocument>(OpenDocument{journal.document()}));
+        while (const auto message = journal.nextMessage()) {
+            lastError.clear();
+            repeat(*message);
+            if (!lastError.empty()) throw Refusal("can't be repeated: " + lastError);
+        }
+        Document document = std::move(documents.front()->document);
+        restore();
+        return document;
+    } catch (...) {
+        restore();
+        throw;
+    }
+}
+
+void Application::recover(const Repeat &repeat) {
+    if (journals.empty()) return;
+    for (LeftJournal &journal : leftJournals(journals)) {
+        try {
+            journal.beginAttempt();
+            Document &document = add(broughtBack(journal, repeat));
+            documents.back()->journal->write(document, journal.path);
+            log(LogLevel::info, "brought back " + descriptionOf(journal));
+        } catch (const std::exception &exception) {
+            log(LogLevel::error,
+                "can't bring back " + descriptionOf(journal) + ": " + exception.what());
+        }
+        journal.endAttempt();
+    }
+}
+
+void Application::record(const Document &document, std::chrono::duration<double> time,
+                         const Journal::MessageAsData &message) {
+    auto &journal = openOf(document).journal;
+    if (journal) journal->add(document, time, message);
+}
+
+void Application::leave() {
+    for (const auto &open : documents) {
+        const bool unsaved = hasUnsavedChanges(open->document);
+        if (unsaved) {
+            const bool left = open->journal && open->journal->holdsAll();
+            log(LogLevel::warning,
+                "unsaved changes of \"" + open->document.name + "\" " +
+                    (left ? "can be brought back by plotwerkd --recover" : "are lost"));
+        } else if (open->journal) {
+            open->journal->remove();
+        }
+    }
+}
+
+} // namespace plotwerk

@@ -1,0 +1,52 @@
+// bytes.h - numbers and texts one after the other in bytes, for this machine alone.
+#ifndef PLOTWERK_JOURNAL_BYTES_H
+#define PLOTWERK_JOURNAL_BYTES_H
+
+#include "plotwerk/base/refusal.h"
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+namespace plotwerk {
+
+template<class T> void putNumber(std::string &bytes, T number) {
+    static_assert(std::is_arithmetic_v<T>);
+    char raw[sizeof number];
+    std::memcpy(raw, &number, sizeof number);
+    bytes.append(raw, sizeof raw);
+}
+
+inline void putText(std::string &bytes, std::string_view text) {
+    putNumber(bytes, static_cast<std::uint64_t>(text.size()));
+    bytes += text;
+}
+
+// Takes apart what was put; the bytes must outlive it. Throws Refusal "damaged: cut off".
+class ByteReader {
+  public:
+    explicit ByteReader(std::string_view bytes) : left(bytes) {}
+
+    template<class T> T number() {
+        T number;
+        std::memcpy(&number, taken(sizeof number).data(), sizeof number);
+        return number;
+    }
+    std::string_view text() { return taken(number<std::uint64_t>()); }
+    std::string_view taken(std::uint64_t count) {
+        if (count > left.size()) throw Refusal("damaged: cut off");
+        const std::string_view bytes = left.substr(0, count);
+        left.remove_prefix(count);
+        return bytes;
+    }
+    std::string_view rest() const { return left; }
+
+  private:
+    std::string_view left;
+};
+
+} // namespace plotwerk
+
+#endif

@@ -1,0 +1,60 @@
+// journal.h - how an open document keeps its journal.
+//
+// It gets one as soon as it holds what no file does: written as it is after the first message that
+// changed it, and continued by the messages after that. Where the file can't be written, the log
+// says so once, and there is none until the document is saved: what was done stays done, and none
+// of the functions throws.
+#ifndef PLOTWERK_JOURNAL_JOURNAL_H
+#define PLOTWERK_JOURNAL_JOURNAL_H
+
+#include "plotwerk/journal/journalFile.h"
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace plotwerk {
+
+class Journal {
+  public:
+    // In a file of this directory, which is there.
+    explicit Journal(std::filesystem::path directory);
+
+    // Begins the file, or begins it anew, with the document as it is.
+    void write(const Document &document);
+
+    // The same in the place of the file that the document was brought back from.
+    void write(const Document &document, const std::filesystem::path &path);
+
+    // A message has changed the document, and took so long. `message` gives it as data, or nothing
+    // when it can't be repeated: its result is written then.
+    using MessageAsData = std::function<std::optional<std::string>()>;
+    void add(const Document &document, std::chrono::duration<double> time,
+             const MessageAsData &message);
+
+    // The document has come to the front.
+    void setFront();
+
+    // Removes the file: the document was saved, or is closed. Otherwise it is left behind.
+    void remove();
+
+    // Whether all of the document could be brought back. False also before it has been changed.
+    bool holdsAll() const { return file && !failed; }
+
+  private:
+    template<class Work> void attempt(const Document &document, Work work);
+    void writeFile(const std::filesystem::path &path, const Document &document);
+
+    std::filesystem::path directory;
+    std::optional<JournalFile> file;
+    std::int64_t stamp = 0; // when it came to the front
+    std::chrono::duration<double> replayTime{};
+    bool failed = false;
+};
+
+} // namespace plotwerk
+
+#endif

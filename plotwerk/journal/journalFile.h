@@ -1,0 +1,116 @@
+// journalFile.h - the file in which an open document outlives its process.
+//
+// It holds the document as it was at one time and, in order, the messages that have changed it
+// since. It belongs to the process that has it locked; a file that nobody has locked was left
+// behind. Nothing is synced: it survives the end of its process, not that of the machine.
+//
+// Layout, in this machine's byte order: a Head; then records, each the length of its payload (8
+// bytes), the payload's CRC-32 and the CRC-32 of these 12 bytes (4 each), and the payload. The
+// first record tells what document it is, the second is the document in CBOR, the others are one
+// message each.
+#ifndef PLOTWERK_JOURNAL_JOURNALFILE_H
+#define PLOTWERK_JOURNAL_JOURNALFILE_H
+
+#include "plotwerk/model/document.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <ctime>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace plotwerk {
+
+// Owns an open file, and with it the lock.
+class JournalDescriptor {
+  public:
+    explicit JournalDescriptor(int descriptor) : number(descriptor) {}
+    JournalDescriptor(JournalDescriptor &&other) noexcept;
+    JournalDescriptor &operator=(JournalDescriptor &&other) noexcept;
+    ~JournalDescriptor();
+
+    int number; // negative: none
+};
+
+// A journal that is being written. Its file stays when this ends, unless it is removed.
+class JournalFile {
+  public:
+    // Writes the document as it is now and takes the path's place, whatever was there. With a
+    // stamp, which orders the documents by when they were last in front.
+    // Throws Refusal "can't write PATH: REASON", and then the path is as it was.
+    JournalFile(std::filesystem::path path, const Document &document, std::int64_t stamp);
+
+    // A path in the directory that no file has.
+    static std::filesystem::path freePath(const std::filesystem::path &directory);
+
+    // Adds a message in one write. Throws Refusal as above; nothing may be added after that.
+    void append(std::string_view message);
+
+    // The messages take more room than the document, so that it is time for a new file. A small
+    // document waits until they take 64 KB.
+    bool isOutgrown() const;
+
+    void setStamp(std::int64_t stamp);
+
+    // Notes that changes are missing from here on.
+    void setIncomplete();
+
+    void remove();
+
+    const std::filesystem::path &path() const { return place; }
+
+  private:
+    std::filesystem::path place;
+    JournalDescriptor file;
+    std::uint64_t documentSize = 0; // of the record of the document, in bytes
+    std::uint64_t size = 0;         // of the whole file
+};
+
+// A journal that was left behind, locked while this lives.
+class LeftJournal {
+  public:
+    // None when the file is gone or in use. Throws Refusal "PATH: REASON": not a journal, of a
+    // later version, damaged.
+    static std::optional<LeftJournal> lock(const std::filesystem::path &path);
+
+    std::filesystem::path path;         // of the journal
+    std::string name;                   // of the document
+    std::filesystem::path documentPath; // where it had been opened from or saved as; may be empty
+    bool hasUnsavedChanges = false;     // when the file was begun
+    bool isIncomplete = false;          // the last changes are missing
+    std::time_t lastChange = 0;
+    std::int64_t stamp = 0;
+
+    // Both throw Refusal "PATH: REASON" where the file is damaged. What a process had not finished
+    // to write when it ended is no damage: it was never answered.
+    Document document();
+    std::optional<std::string> nextMessage(); // after document()
+
+    // Around an attempt to bring it back, however that goes, so that one which ends the process
+    // isn't repeated for ever. beginAttempt throws Refusal "PATH: REASON" when three have.
+    void beginAttempt();
+    void endAttempt();
+
+  private:
+    LeftJournal() : file(-1) {}
+    std::optional<std::string> nextRecord();
+
+    JournalDescriptor file;
+    std::uint64_t position = 0; // of the next record
+    std::uint64_t size = 0;
+    std::uint16_t attempts = 0; // that haven't come to an end
+};
+
+// The journals in the directory, those in use too.
+std::vector<std::filesystem::path> journalPaths(const std::filesystem::path &directory);
+
+// Removes what was left behind in the directory: journals older than 30 days, the oldest of those
+// beyond 1 GB in all, and files that were never finished.
+void removeOldJournals(const std::filesystem::path &directory);
+
+} // namespace plotwerk
+
+#endif

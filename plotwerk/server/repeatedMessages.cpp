@@ -1,0 +1,55 @@
+// Messages of a journal, done again by the methods that answered them.
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/server/controlObject.h"
+
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace plotwerk {
+
+using Arguments = std::vector<Argument>;
+
+template<class T, class... Ts> constexpr bool isAmong(const std::variant<Ts...> *) {
+    return (std::is_same_v<T, Ts> || ...);
+}
+template<class T> constexpr bool isArgument = isAmong<T>(static_cast<const Argument *>(nullptr));
+
+template<class Answer, class... Parameters>
+static void repeatMessage(ControlObject &object,
+                          Answer (ControlObject::*method)(const Parameters &...),
+                          const Arguments &arguments) {
+    if constexpr ((isArgument<Parameters> && ...)) {
+        [&]<std::size_t... i>(std::index_sequence<i...>) {
+            if (arguments.size() != sizeof...(i) ||
+                !(std::holds_alternative<Parameters>(arguments[i]) && ...)) {
+                throw Refusal("damaged: the arguments are not those of the message");
+            }
+            (object.*method)(std::get<Parameters>(arguments[i])...);
+        }
+        (std::index_sequence_for<Parameters...>());
+    } else {
+        throw Refusal("damaged: a message that changes no document");
+    }
+}
+
+void ControlObject::repeat(std::string_view record) {
+    static constexpr struct {
+        std::string_view member;
+        void (*repeat)(ControlObject &, const Arguments &);
+    } repetitions[] = {
+#include "repetitions.h"
+    };
+    const RecordedMessage message = decodedMessage(record);
+    for (const auto &each : repetitions) {
+        if (each.member != message.member) continue;
+        application.decimalSeparator = message.decimalSeparator;
+        repeated = &message;
+        each.repeat(*this, message.arguments);
+        repeated = nullptr;
+        return;
+    }
+    throw Refusal("damaged: there is no message " + message.member);
+}
+
+} // namespace plotwerk

@@ -1,0 +1,246 @@
+#include "plotwerk/journal/journalFile.h"
+
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/journal/journal.h"
+#include "tests/plotwerk/files/fullDocument.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+using namespace plotwerk;
+
+class JournalFileTest : public testing::Test {
+  protected:
+    JournalFileTest() {
+        std::string pattern = (fs::temp_directory_path() / "journals-XXXXXX").string();
+        directory = mkdtemp(pattern.data());
+        path = directory / "one.journal";
+    }
+    ~JournalFileTest() override { fs::remove_all(directory); }
+
+    void write(const std::vector<std::string> &messages) const {
+        JournalFile file(path, document, 1);
+        for (const std::string &message : messages) file.append(message);
+    }
+
+    std::string bytes() const {
+        std::ifstream stream(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+    void putBytes(const std::string &all) const { std::ofstream(path, std::ios::binary) << all; }
+
+    // The messages in the file at path; throws what reading it throws.
+    std::vector<std::string> messages() const {
+        auto left = LeftJournal::lock(path);
+        if (!left) throw std::runtime_error("not left");
+        EXPECT_EQ(left->document().sources.size(), document.sources.size());
+        std::vector<std::string> all;
+        while (auto message = left->nextMessage()) all.push_back(std::move(*message));
+        return all;
+    }
+
+    fs::path directory, path;
+    Document document = smallDocument();
+};
+
+TEST_F(JournalFileTest, HoldsTheDocumentAndItsMessagesForOneProcessAtATime) {
+    document = fullDocument();
+    document.path = "/some where/else";
+    document.revision = 1;
+    const std::vector<std::string> sent{"a", std::string("\0\xff\n", 3), "",
+                                        std::string(3 << 20, 'm')};
+    {
+        JournalFile file(JournalFile::freePath(directory), document, 17);
+        path = file.path();
+        for (const std::string &message : sent) file.append(message);
+        file.setStamp(18);
+        file.setIncomplete();
+        EXPECT_FALSE(LeftJournal::lock(path)) << "while it is written";
+    }
+    struct stat status {};
+    ASSERT_EQ(stat(path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600U);
+    EXPECT_EQ(journalPaths(directory), std::vector<fs::path>{path});
+    {
+        const auto left = LeftJournal::lock(path);
+        ASSERT_TRUE(left);
+        EXPECT_EQ(left->name, document.name);
+        EXPECT_EQ(left->documentPath, document.path);
+        EXPECT_TRUE(left->hasUnsavedChanges);
+        EXPECT_TRUE(left->isIncomplete);
+        EXPECT_EQ(left->stamp, 18);
+        EXPECT_EQ(left->lastChange, status.st_mtime);
+        EXPECT_FALSE(LeftJournal::lock(path)) << "while it is read";
+    }
+    EXPECT_EQ(messages(), sent);
+    EXPECT_EQ(linesOf(LeftJournal::lock(path)->document()), linesOf(document));
+
+    // A new file in the old one's place, which a reader may have open, is locked from the
+    // beginning.
+    const auto left = LeftJournal::lock(path);
+    const JournalFile next(path, smallDocument(), 0);
+    EXPECT_FALSE(LeftJournal::lock(path));
+    EXPECT_EQ(std::distance(fs::directory_iterator(directory), {}), 1);
+}
+
+TEST_F(JournalFileTest, DropsWhatWasNotWrittenToItsEndAndRefusesAllOtherDamage) {
+    write({});
+    const size_t beginning = bytes().size();
+    const std::vector<std::string> sent{"first", "second", "third"};
+    write(sent);
+    const std::string whole = bytes();
+    constexpr size_t headSize = 32, recordHeadSize = 16;
+    for (size_t length = beginning; length <= whole.size(); ++length) {
+        putBytes(whole.substr(0, length));
+        std::vector<std::string> wanted;
+        size_t end = beginning;
+        for (const std::string &message : sent) {
+            end += recordHeadSize + message.size();
+            if (end <= length) wanted.push_back(message);
+        }
+        EXPECT_EQ(messages(), wanted) << length;
+    }
+    for (size_t length = 0; length < beginning; length += 1 + length / 50) {
+        putBytes(whole.substr(0, length));
+        EXPECT_THROW(messages(), Refusal) << length;
+    }
+    for (size_t i = 0; i<whole.size(); i += i> 150 && i + 150 < whole.size() ? 37 : 1) {
+        if (i >= 20 && i < headSize) continue; // what is written anew: any value is good
+        std::string damaged = whole;
+        damaged[i] ^= 0x10;
+        putBytes(damaged);
+        EXPECT_THROW(messages(), Refusal) << i;
+    }
+    putBytes(whole);
+    fs::create_symlink(path, directory / "link.journal");
+    EXPECT_FALSE(LeftJournal::lock(directory / "link.journal"));
+}
+
+TEST_F(JournalFileTest, KeepsWhatItHasWhenTheDiskIsFull) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit unlimited{};
+    getrlimit(RLIMIT_FSIZE, &unlimited);
+    const auto limitTo = [&](rlim_t size) {
+        const rlimit limit{size, unlimited.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    };
+    {
+        JournalFile file(path, document, 0);
+        file.append("first");
+        limitTo(fs::file_size(path) + 10);
+        EXPECT_THROW(file.append("second"), Refusal);
+        EXPECT_THROW(JournalFile(path, fullDocument(), 0), Refusal);
+        EXPECT_THROW(JournalFile(directory / "two.journal", fullDocument(), 0), Refusal);
+
+        // who keeps the journals goes on without one
+        Journal journal(directory);
+        document.revision = 1;
+        limitTo(100);
+        const auto message = [] { return std::string("message"); };
+        for (int i = 0; i < 2; ++i) journal.add(document, {}, message);
+        EXPECT_FALSE(journal.holdsAll());
+        limitTo(unlimited.rlim_cur);
+        journal.add(document, {}, message);
+        EXPECT_FALSE(journal.holdsAll());
+        journal.remove();
+        journal.add(document, {}, message);
+        EXPECT_TRUE(journal.holdsAll());
+        journal.remove();
+    }
+    EXPECT_EQ(messages(), std::vector<std::string>{"first"});
+    EXPECT_EQ(std::distance(fs::directory_iterator(directory), {}), 1);
+}
+
+TEST_F(JournalFileTest, IsBroughtBackThreeTimesWhenThatEndsTheProcess) {
+    write({});
+    for (int i = 0; i < 5; ++i) {
+        auto left = LeftJournal::lock(path);
+        left->beginAttempt();
+        left->endAttempt();
+    }
+    for (int i = 0; i < 3; ++i) LeftJournal::lock(path)->beginAttempt();
+    EXPECT_THROW(LeftJournal::lock(path)->beginAttempt(), Refusal);
+}
+
+TEST_F(JournalFileTest, GoesAfterAMonthOrBeyondAGigabyteUnlessInUse) {
+    constexpr std::time_t day = 24 * 3600;
+    const JournalFile used(directory / "used.journal", document, 0);
+    const struct {
+        const char *name;
+        int days;
+        uintmax_t size;
+        bool stays;
+    } files[] = {{"used.journal", 40, 0, true},
+                 {"large.journal", 10, 600'000'000, true},
+                 {"larger.journal", 20, 300'000'000, true},
+                 {"small.journal", 28, 0, true},
+                 {"beyond.journal", 29, 200'000'000, false},
+                 {"old.journal", 31, 0, false},
+                 {"young.journal.new", 0, 0, true},
+                 {"unfinished.journal.new", 2, 0, false},
+                 {"other.json", 99, 0, true}};
+    for (const auto &each : files) {
+        const fs::path name = directory / each.name;
+        std::ofstream(name, std::ios::app);
+        if (each.size > 0) fs::resize_file(name, each.size);
+        const timespec then{std::time(nullptr) - each.days * day, 0};
+        const timespec times[] = {then, then};
+        ASSERT_EQ(utimensat(AT_FDCWD, name.c_str(), times, 0), 0);
+    }
+    removeOldJournals(directory);
+    for (const auto &each : files)
+        EXPECT_EQ(fs::exists(directory / each.name), each.stays) << each.name;
+}
+
+// What a message leaves in the document here is its number.
+TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
+    const auto valueIn = [&](const fs::path &file) {
+        auto left = LeftJournal::lock(file);
+        double value = left->document().fit.chiSquare;
+        while (left->nextMessage()) ++value;
+        return value;
+    };
+    Journal journal(directory);
+    journal.setFront();
+    document.fit.chiSquare = 5;
+    document.savedRevision = document.revision;
+    journal.add(document, {}, [] { return std::string("of the view"); });
+    EXPECT_TRUE(journalPaths(directory).empty()) << "the file has it all";
+
+    document.revision = 1;
+    uintmax_t largest = 0;
+    std::size_t repeated = 0;
+    for (int i = 0; i < 3000; ++i) {
+        ++document.fit.chiSquare;
+        journal.add(document, {}, [&]() -> std::optional<std::string> {
+            if (i % 1000 == 7) return std::nullopt;
+            ++repeated;
+            return std::string(100, 'm');
+        });
+        largest = std::max(largest, fs::file_size(journalPaths(directory).at(0)));
+    }
+    EXPECT_GT(repeated, 2900U);
+    EXPECT_GT(largest, 64U << 10);
+    EXPECT_LT(largest, 80U << 10);
+    path = journalPaths(directory).at(0);
+    ++document.fit.chiSquare;
+    journal.add(document, std::chrono::seconds(11), [] { return std::string("too long ago"); });
+    ++document.fit.chiSquare;
+    journal.add(document, {}, [] { return std::string("message"); });
+
+    const fs::path copy = directory / "copy.journal";
+    fs::copy_file(path, copy);
+    EXPECT_EQ(valueIn(copy), 3007);
+    auto left = LeftJournal::lock(copy);
+    EXPECT_GT(left->stamp, 0);
+    EXPECT_TRUE(left->document().fit.chiSquare == 3006 && left->nextMessage());
+    journal.remove();
+    EXPECT_EQ(journalPaths(directory), std::vector<fs::path>{copy});
+}

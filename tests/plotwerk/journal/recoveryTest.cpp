@@ -1,0 +1,282 @@
+// What plotwerkd has answered outlives it.
+#include "plotwerk/journal/journalFile.h"
+#include "tests/plotwerk/server/randomMessages.h"
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <regex>
+#include <set>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+class RecoveryTest : public ServerTest {
+  protected:
+    RecoveryTest() : before(fs::current_path()) {
+        fs::current_path(directory); // where a relative path leads
+    }
+    ~RecoveryTest() override { fs::current_path(before); }
+
+    // Ends it by the signal, and starts another one.
+    std::string die(int signal, const std::vector<std::string> &arguments) {
+        plotwerk.reset();
+        program->sendSignal(signal);
+        const Output output = program->finish();
+        EXPECT_EQ(output.status == 0, signal == SIGTERM) << output.err;
+        bus.waitForNoOwner(busName);
+        start(arguments);
+        return output.err;
+    }
+
+    size_t journals() const { return plotwerk::journalPaths(stateDirectory / "journal").size(); }
+
+    // Of all open documents, the front one first, names and contents in CBOR. Closes them.
+    std::vector<std::pair<std::string, std::string>> documents() {
+        std::vector<std::pair<std::string, std::string>> all;
+        const std::string copy = pathOf("copy");
+        for (std::string name; !(name = plotwerk->documentNameOfFrontWindow()).empty();) {
+            plotwerk->saveDocument_to_binary_(name, copy, true);
+            EXPECT_TRUE(plotwerk->didSaveSucceed_(name)) << name;
+            // a name that holds the time holds another when its message is sent again
+            static const std::regex time(" [0-9]{2}:[0-9]{2}:[0-9]{2}");
+            all.emplace_back(name, std::regex_replace(bytesOf(copy), time, " hh:mm:ss"));
+            plotwerk->closeDocument_askForSave_(name, false);
+        }
+        return all;
+    }
+
+    using Documents = std::vector<std::pair<std::string, std::string>>;
+    static std::string differenceOf(const Documents &got, const Documents &wanted) {
+        std::string text;
+        for (size_t i = 0; i < std::max(got.size(), wanted.size()); ++i) {
+            const auto &[name, bytes] = i < got.size() ? got[i] : Documents::value_type();
+            const auto &[wantedName, wantedBytes] =
+                i < wanted.size() ? wanted[i] : Documents::value_type();
+            text += '"' + name + "\", wanted \"" + wantedName + "\"\n";
+            const auto at =
+                std::mismatch(bytes.begin(), bytes.end(), wantedBytes.begin(), wantedBytes.end());
+            if (at.first == bytes.end() && at.second == wantedBytes.end()) continue;
+            const auto part = [](const std::string &all, auto place) {
+                const auto begin = std::max<long>(0, place - all.begin() - 60);
+                return testing::PrintToString(all.substr(static_cast<size_t>(begin), 120)) + '\n';
+            };
+            text += part(bytes, at.first) + "wanted\n" + part(wantedBytes, at.second);
+        }
+        return text;
+    }
+
+  private:
+    const fs::path before;
+};
+
+TEST_F(RecoveryTest, BringsBackWhatNoFileHolds) {
+    start();
+    const std::string saved = pathOf("saved"), text = file("data", "x a\n1 2\n2 4\n");
+    const auto read = [&](const std::string &document, const char *data) {
+        plotwerk->replaceDataformText_of_source_doRangeOverAll_(data, document, "Data", false);
+    };
+    plotwerk->newDocumentWithName_("empty");
+    plotwerk->newDocumentWithName_("closed");
+    read("closed", "1 2\n");
+    plotwerk->newDocumentWithName_("kept");
+    read("kept", "1 2\n");
+    plotwerk->newDocumentWithName_("saved");
+    read("saved", "1 2\n");
+    plotwerk->saveDocument_as_binary_("saved", saved, false);
+    plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_("saved", 0, 0, false);
+    plotwerk->newDocumentWithName_("changed");
+    read("changed", "1 2\n");
+    plotwerk->saveDocument_as_binary_("changed", pathOf("changed"), false);
+    plotwerk->saveDocument_to_binary_("changed", pathOf("a copy"), false);
+    plotwerk->setDeciSeparator_(1);
+    read("changed", "x a\n1,5 2,5\n");
+    plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_("changed", 0, 0, false);
+    plotwerk->copySelectedCurvesOf_includeX_("changed", true);
+    plotwerk->setDeciSeparator_(0);
+    for (int i = 0; i < 2; ++i) plotwerk->pasteDataOf_("changed"); // the second named by the clock
+    plotwerk->setXRangeOf_xmin_xmax_("changed", 5, 1);             // refused
+    plotwerk->openFile_file_doRangeOverAll_("", text, true);
+    plotwerk->closeDocument_askForSave_("closed", false);
+    plotwerk->closeDocument_askForSave_("kept", true);
+    plotwerk->duplicateAsPlottedOf_("changed");
+    plotwerk->actify_("empty");
+    plotwerk->actify_("changed");
+    const std::string contents = contentsOf("changed"), copied = contentsOf("changed copy");
+    EXPECT_EQ(journals(), 3U);
+
+    // another one takes nothing that it wasn't asked to take, and nothing that is in use
+    die(SIGKILL, {});
+    EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "Untitled");
+    const std::string log = die(SIGTERM, {"--recover"});
+    for (const char *name : {"\"empty\"", "\"changed copy\""})
+        EXPECT_TRUE(holds(log, std::string("info: ") + name + " as it was on "));
+    EXPECT_TRUE(holds(log, "info: \"changed\" of " + pathOf("changed") + " as it was on "));
+    EXPECT_TRUE(holds(log, " can be brought back by plotwerkd --recover\n"));
+
+    EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "changed");
+    EXPECT_EQ(contentsOf("changed"), contents);
+    EXPECT_EQ(contentsOf("changed copy"), copied);
+    plotwerk->saveDocument_as_binary_("changed", "", false); // in its own file, which it has again
+    EXPECT_EQ(bytesOf(pathOf("changed")), contents);
+    EXPECT_EQ(journals(), 2U);
+    plotwerk->setXRangeOf_xmin_xmax_("changed copy", 1, 2);
+
+    // an orderly end with unsaved changes, and then one without
+    const std::string end = die(SIGTERM, {"--recover", text});
+    EXPECT_TRUE(holds(end, "unsaved changes of \"changed copy\" can be brought back by "
+                           "plotwerkd --recover\n"));
+    EXPECT_EQ(end.find("\"empty\" can be"), std::string::npos);
+    EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "data");
+    const auto xRange = plotwerk->getXRangeOf_xmin_xmax_("changed copy");
+    EXPECT_EQ(xRange, std::make_tuple(1.0, 2.0));
+    plotwerk->saveDocument_as_binary_("changed copy", pathOf("b"), false);
+    EXPECT_EQ(journals(), 0U);
+    stop();
+}
+
+TEST_F(RecoveryTest, LeavesAloneWhatItCannotBringBack) {
+    start({"--no-journal"});
+    plotwerk->setXRangeOf_xmin_xmax_("Untitled", 0, 1);
+    EXPECT_TRUE(holds(die(SIGTERM, {}), "unsaved changes of \"Untitled\" are lost\n"));
+    EXPECT_EQ(journals(), 0U);
+
+    plotwerk->setXRangeOf_xmin_xmax_("Untitled", 0, 1);
+    plotwerk->newDocumentWithName_("other");
+    plotwerk->setXRangeOf_xmin_xmax_("other", 0, 1);
+    plotwerk->setXRangeOf_xmin_xmax_("other", 0, 2);
+    const auto left = plotwerk::journalPaths(stateDirectory / "journal");
+    ASSERT_EQ(left.size(), 2U);
+    die(SIGSEGV, {}); // the second keeps the first one's name free for itself
+    plotwerk->setXRangeOf_xmin_xmax_("Untitled", 5, 6);
+    const int damaged = open(left[0].c_str(), O_WRONLY | O_CLOEXEC);
+    ASSERT_EQ(pwrite(damaged, "?", 1, 200), 1);
+    close(damaged);
+    die(SIGKILL, {"--recover"});
+    EXPECT_EQ(journals(), 3U);
+    const std::string log = stop().err;
+    EXPECT_TRUE(holds(log, "error: can't bring back "));
+    EXPECT_TRUE(holds(log, left[0].string() + ": damaged at byte "));
+    EXPECT_TRUE(fs::exists(left[0]));
+
+    const Output both = runProgram(command({"--recover", "--no-journal"}));
+    EXPECT_EQ(both.status, 2);
+}
+
+// PLOTWERK_KILLS says how many: for 1,000
+//   PLOTWERK_KILLS=1000 plotwerkJournalTests --gtest_filter='RecoveryTest.*Random*'
+// Of the messages the last, which was not answered, may have been done or not.
+TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
+    const char *wanted = std::getenv("PLOTWERK_KILLS");
+    const int deaths = wanted ? std::atoi(wanted) : 20;
+    const std::set<std::string> others{"actify",
+                                       "addPDFtoCompositionView",
+                                       "closeDocument",
+                                       "copyPDF",
+                                       "copyTIFF",
+                                       "display",
+                                       "newCompositionView",
+                                       "openFile",
+                                       "printDoc",
+                                       "saveDocument",
+                                       "savePDFofCompositionView",
+                                       "savePictureEPS",
+                                       "savePicturePDF",
+                                       "savePictureTIFF"};
+    struct Message {
+        std::string method;
+        Values values;
+    };
+    const std::vector<Message> beginning{
+        {"setDeciSeparator_", {0}},
+        {"newDocumentWithName_", {"doc"}},
+        {"replaceDataformText_of_source_doRangeOverAll_",
+         {"x a b \"a error\"\n0 1 5 0.1\n1 3 4 0.2\n2 5 6 0.1\n3 6.5 4 0.3\n", "doc", "Data",
+          false}},
+        {"selectCurvesOf_indexFirst_indexLast_appendSelection_", {"doc", 0, 0, false}},
+        {"copySelectedCurvesOf_includeX_", {"doc", true}},
+        {"setFormulaOf_formulaText_", {"doc", "a*x+b"}}};
+
+    start({"--log-level=warning"});
+    documents();
+    const std::vector<Method> methods = methodsOf(*connection);
+    Random random(static_cast<unsigned>(deaths));
+    size_t answered = 0, unanswered = 0, done = 0;
+    for (int death = 0; death < deaths; ++death) {
+        auto proxy = sdbus::createProxy(*connection, busName, objectPath);
+        std::vector<Message> sent;
+        bool tight = false;
+        const auto sendMessage = [&](Message message) {
+            sent.push_back(std::move(message));
+            send(*proxy, sent.back().method, sent.back().values);
+            // what was refused for lack of memory is done by one that has it
+            if (tight && !lastError().empty()) sent.pop_back();
+        };
+        for (const Message &message : beginning) sendMessage(message);
+        tight = death % 5 == 4; // little more memory than it has
+        if (tight) {
+            const rlim_t most = std::stoul(program->procStatus("VmSize")) * 1024 + (1 << 20);
+            const rlimit limit{most, most};
+            ASSERT_EQ(prlimit(program->pid(), RLIMIT_AS, &limit, nullptr), 0);
+        }
+        const int signal = death % 3 == 2 ? SIGSEGV : SIGKILL;
+        std::thread killer([&, pause = std::chrono::microseconds(random.below(60'000))] {
+            std::this_thread::sleep_for(pause);
+            program->sendSignal(signal);
+        });
+        int unique = 0;
+        std::set<std::string> once; // their names are the clock's when they are sent again
+        try {
+            for (;;) {
+                const Method &method = methods[random.below(methods.size())];
+                Message message{method.name, random.arguments(method)};
+                const std::string keyword = method.keyword();
+                if (others.contains(keyword) && random.below(50) != 0) continue;
+                if (keyword == "newDocumentWithName")
+                    message.values = {"new " + std::to_string(++unique)};
+                else if (keyword == "closeDocument")
+                    message.values = {"new " + std::to_string(1 + random.below(9)), false};
+                else if (keyword == "actify" || keyword == "display")
+                    message.values[0] = "new " + std::to_string(1 + random.below(9));
+                else if (others.contains(keyword) ||
+                         ((keyword == "pasteDataOf" || keyword == "duplicateAsPlottedOf") &&
+                          !once.insert(keyword).second)) {
+                    continue;
+                }
+                sendMessage(std::move(message));
+            }
+        } catch (const sdbus::Error &) {
+        }
+        killer.join();
+        const std::string log = die(signal, {"--recover", "--log-level=warning"});
+        const auto recovered = documents();
+        EXPECT_EQ(journals(), 0U);
+
+        // The same messages to one that nobody ends.
+        proxy = sdbus::createProxy(*connection, busName, objectPath);
+        const auto wantedAfter = [&](size_t count) {
+            for (size_t i = 0; i < count; ++i) send(*proxy, sent[i].method, sent[i].values);
+            return documents();
+        };
+        const auto expected = wantedAfter(sent.size() - 1);
+        const bool without = recovered == expected;
+        const bool with = !without && recovered == wantedAfter(sent.size());
+        // without memory a journal may have ended, and said so
+        const bool told = tight && holds(log, "the journal of \"");
+        EXPECT_TRUE(without || with || told) << "death " << death << ", after " << sent.size()
+                                             << " messages, the last " << sent.back().method << '\n'
+                                             << differenceOf(recovered, expected) << log;
+        answered += sent.size() - 1;
+        unanswered += without;
+        done += with;
+    }
+    RecordProperty("answered", std::to_string(answered));
+    std::printf("%d deaths, %zu messages answered; the last was not done %zu times, done %zu\n",
+                deaths, answered, unanswered, done);
+    stop();
+}

@@ -1,0 +1,38 @@
+// randomMessages.h - messages that nobody would send, made at random.
+#ifndef TESTS_PLOTWERK_SERVER_RANDOMMESSAGES_H
+#define TESTS_PLOTWERK_SERVER_RANDOMMESSAGES_H
+
+#include "tests/plotwerk/server/serverTest.h"
+
+#include <random>
+#include <string>
+#include <variant>
+#include <vector>
+
+using Rectangle = sdbus::Struct<double, double, double, double>;
+using Value = std::variant<std::string, int32_t, double, bool, Rectangle>;
+using Values = std::vector<Value>;
+
+// What may be sent: the first is sensible, the others need not be. The first document is "doc".
+const Values &valuesOf(const Method::Argument &argument);
+
+class Random {
+  public:
+    explicit Random(unsigned seed) : engine(seed) {}
+
+    size_t below(size_t n) { return std::uniform_int_distribution<size_t>(0, n - 1)(engine); }
+
+    // Arguments that are mostly sensible: all but one in 2, 8 or 32.
+    Values arguments(const Method &method);
+
+  private:
+    Value strange(const Values &values);
+    void damage(std::string &text);
+
+    std::mt19937 engine;
+};
+
+// Throws sdbus::Error for what isn't answered.
+void send(sdbus::IProxy &control, const std::string &method, const Values &values);
+
+#endif
