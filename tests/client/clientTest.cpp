@@ -15,9 +15,9 @@ Output ClientTest::runShell(const std::string &words) {
     return runProgram({"sh", "-c", "exec " CALLPLW " " + words});
 }
 
-void expectOutput(const Output &output, const std::string &out, const std::string &err) {
+void expectOutput(const Output &output, const std::string &out, const std::string &err,
+                  int status) {
     EXPECT_EQ(output.out, out);
     EXPECT_EQ(output.err, err);
-    EXPECT_EQ(output.status, 0);
-    EXPECT_EQ(output.signal, 0);
+    EXPECT_EQ(output.status, status) << "signal " << output.signal;
 }

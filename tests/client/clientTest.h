@@ -20,7 +20,7 @@ struct CommandCase {
     std::string out = "";
 };
 
-// All commands: with every option given, and with none where that sends more than empty texts.
+// All commands: with every option given, and with none.
 const std::vector<CommandCase> &commandCases();
 
 class ClientTest : public testing::Test {
@@ -40,7 +40,8 @@ class ClientTest : public testing::Test {
     std::optional<RecordingService> plotwerk;
 };
 
-// The client ended well and said this.
-void expectOutput(const Output &output, const std::string &out, const std::string &err = "");
+// The client said this and ended so.
+void expectOutput(const Output &output, const std::string &out, const std::string &err = "",
+                  int status = 0);
 
 #endif

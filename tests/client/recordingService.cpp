@@ -152,16 +152,7 @@ RecordingService::~RecordingService() {
     close(notes);
 }
 
-std::string RecordingService::takeMessages() {
-    std::string messages;
-    char block[65536];
-    for (ssize_t n; (n = pread(notes, block, sizeof block, taken)) > 0; taken += n) {
-        messages.append(block, static_cast<std::size_t>(n));
-    }
-    return messages;
-}
-
 void RecordingService::crash() {
     kill(service, SIGKILL);
-    bus.waitForNoOwner(plotwerkName);
+    waitUntil("the end of the service", [&] { return !bus.hasOwner(plotwerkName); });
 }

@@ -23,9 +23,8 @@ class PrivateBus {
 
     bool hasOwner(const std::string &name) const;
 
-    // Return when somebody, or nobody, owns the name; std::runtime_error at the deadline.
+    // Returns when somebody owns the name; std::runtime_error at the deadline.
     void waitForOwner(const std::string &name) const;
-    void waitForNoOwner(const std::string &name) const;
 
     // Ends the bus under its clients' feet.
     void stop();

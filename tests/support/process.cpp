@@ -2,11 +2,11 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <poll.h>
 #include <stdexcept>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -30,9 +30,12 @@ static int checked(int result, const char *what) {
     return result;
 }
 
-static void closePipeEnd(int &fd) {
-    if (fd >= 0) close(fd);
-    fd = -1;
+std::string newBytes(int file, off_t &taken) {
+    std::string bytes;
+    char block[65536];
+    for (ssize_t n; (n = pread(file, block, sizeof block, taken)) > 0; taken += n)
+        bytes.append(block, static_cast<std::size_t>(n));
+    return bytes;
 }
 
 // Between fork and exec: only what is safe there.
@@ -46,83 +49,68 @@ static void closePipeEnd(int &fd) {
     _exit(127);
 }
 
-ChildProcess::ChildProcess(std::vector<std::string> words) : command(std::move(words)) {
+ChildProcess::ChildProcess(std::vector<std::string> words) {
     std::vector<char *> argv;
-    for (std::string &word : command) argv.push_back(word.data());
+    for (std::string &word : words) {
+        argv.push_back(word.data());
+        command += ' ' + word.substr(0, 60);
+    }
     argv.push_back(nullptr);
 
-    int pipes[3][2];
-    for (auto &ends : pipes) checked(pipe2(ends, O_CLOEXEC), "pipe");
-    const int streams[3] = {pipes[0][0], pipes[1][1], pipes[2][1]};
-    in = pipes[0][1];
-    out = pipes[1][0];
-    err = pipes[2][0];
-    for (const int fd : {in, out, err}) checked(fcntl(fd, F_SETFL, O_NONBLOCK), "fcntl");
+    int ends[2];
+    checked(pipe2(ends, O_CLOEXEC), "pipe");
+    in = ends[1];
+    checked(fcntl(in, F_SETFL, O_NONBLOCK), "fcntl");
+    for (int *file : {&out, &err}) *file = checked(memfd_create("output", MFD_CLOEXEC), "memfd");
 
     signal(SIGPIPE, SIG_IGN); // a program may end before it has read its input
+    const int streams[3] = {ends[0], out, err};
     id = checked(fork(), "fork");
     if (id == 0) becomeProgram(argv.data(), streams);
-    for (const int fd : streams) close(fd);
+    close(ends[0]);
 }
 
 ChildProcess::~ChildProcess() {
-    if (id > 0) {
+    if (!hasEnded()) {
         kill(id, SIGKILL);
         waitpid(id, nullptr, 0);
     }
-    for (int *fd : {&in, &out, &err}) closePipeEnd(*fd);
+    for (const int fd : {in, out, err})
+        if (fd >= 0) close(fd);
 }
 
-std::string ChildProcess::describe(const std::string &what) const {
-    std::string words;
-    for (const std::string &word : command) words += ' ' + word.substr(0, 60);
-    return what + " of" + words + "; its stderr: " + pendingErr;
+void ChildProcess::waitFor(const std::string &what, const std::function<bool()> &condition) const {
+    waitUntil(what + " of" + command, condition);
 }
 
-static void readInto(std::string &bytes, int &fd) {
-    char block[65536];
-    const ssize_t n = read(fd, block, sizeof block);
-    if (n > 0) bytes.append(block, static_cast<size_t>(n));
-    if (n == 0) closePipeEnd(fd);
-}
-
-// Moves bytes on all three streams, so that neither side ever blocks the other.
-void ChildProcess::pumpUntil(const std::string &what, const std::function<bool()> &done) {
-    const auto end = Clock::now() + deadline;
-    while (!done()) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
-        pollfd streams[3] = {
-            {pendingIn.empty() ? -1 : in, POLLOUT, 0}, {out, POLLIN, 0}, {err, POLLIN, 0}};
-        if (left.count() <= 0 || poll(streams, 3, static_cast<int>(left.count())) == 0) {
-            throw std::runtime_error("waited in vain for " + describe(what));
-        }
-        if (streams[0].revents) {
-            const ssize_t n = ::write(in, pendingIn.data(), pendingIn.size());
-            if (n > 0) pendingIn.erase(0, static_cast<size_t>(n));
-            if (n < 0 && errno == EPIPE) closePipeEnd(in);
-        }
-        if (streams[1].revents) readInto(pendingOut, out);
-        if (streams[2].revents) readInto(pendingErr, err);
-    }
+bool ChildProcess::hasEnded() {
+    if (id > 0 && waitpid(id, &status, WNOHANG) == id) id = -1;
+    return id < 0;
 }
 
 void ChildProcess::write(std::string_view bytes) {
-    pendingIn += bytes;
-    pumpUntil("the input", [&] { return pendingIn.empty() || in < 0; });
-    pendingIn.clear();
+    waitFor("the input", [&] {
+        const ssize_t n = ::write(in, bytes.data(), bytes.size());
+        if (n > 0) bytes.remove_prefix(static_cast<std::size_t>(n));
+        return bytes.empty() || (n < 0 && errno != EAGAIN);
+    });
 }
 
 std::string ChildProcess::readLine() {
-    pumpUntil("a line", [&] { return pendingOut.find('\n') != std::string::npos || out < 0; });
-    const size_t length = std::min(pendingOut.find('\n'), pendingOut.size() - 1) + 1;
-    std::string line = pendingOut.substr(0, length);
-    pendingOut.erase(0, length);
+    waitFor("a line", [&] {
+        const bool ended = hasEnded(); // asked first: afterwards nothing more comes
+        unread += newBytes(out, taken);
+        return ended || unread.find('\n') != std::string::npos;
+    });
+    std::string line = unread.substr(0, unread.find('\n'));
+    if (line.size() < unread.size()) line += '\n';
+    unread.erase(0, line.size());
     return line;
 }
 
 std::string ChildProcess::procStatus(const std::string &field) const {
-    std::ifstream status("/proc/" + std::to_string(id) + "/status");
-    for (std::string line; std::getline(status, line);) {
+    std::ifstream fields("/proc/" + std::to_string(id) + "/status");
+    for (std::string line; std::getline(fields, line);) {
         if (!line.starts_with(field + ':')) continue;
         return line.substr(line.find_first_not_of(" \t", field.size() + 1));
     }
@@ -136,14 +124,12 @@ void ChildProcess::sendSignal(int signal) const {
 
 Output ChildProcess::finish(std::string_view input) {
     write(input);
-    closePipeEnd(in);
-    pumpUntil("the end", [&] { return out < 0 && err < 0; });
-
-    int status = 0;
-    waitUntil(describe("the end"), [&] { return waitpid(id, &status, WNOHANG) == id; });
-    id = -1;
+    close(in);
+    in = -1;
+    waitFor("the end", [&] { return hasEnded(); });
     const bool exited = WIFEXITED(status);
-    return {pendingOut, pendingErr, exited ? WEXITSTATUS(status) : -1,
+    off_t none = 0;
+    return {unread + newBytes(out, taken), newBytes(err, none), exited ? WEXITSTATUS(status) : -1,
             exited ? 0 : WTERMSIG(status)};
 }
 

@@ -16,6 +16,9 @@ constexpr std::chrono::seconds deadline{60};
 // for, when it does not within the deadline.
 void waitUntil(const std::string &what, const std::function<bool()> &condition);
 
+// What has been written to a file since `taken`, which moves on.
+std::string newBytes(int file, off_t &taken);
+
 // What a program left behind.
 struct Output {
     std::string out;
@@ -24,8 +27,8 @@ struct Output {
     int signal; // that signal, or 0
 };
 
-// A running program, its three standard streams in our hands. It inherits the environment, dumps no
-// core, and is killed when this object or the test program ends. Every wait throws
+// A running program: a pipe is its stdin, memory takes what it writes. It inherits the environment,
+// dumps no core, and is killed when this object or the test program ends. Every wait throws
 // std::runtime_error at the deadline.
 class ChildProcess {
   public:
@@ -52,13 +55,16 @@ class ChildProcess {
     Output finish(std::string_view input = "");
 
   private:
-    void pumpUntil(const std::string &what, const std::function<bool()> &done);
-    std::string describe(const std::string &what) const;
+    void waitFor(const std::string &what, const std::function<bool()> &condition) const;
+    bool hasEnded();
 
-    std::vector<std::string> command;
+    std::string command;
     pid_t id = -1;
-    int in = -1, out = -1, err = -1; // our ends of the pipes, -1 when closed
-    std::string pendingIn, pendingOut, pendingErr;
+    int status = 0;         // as waitpid has it
+    int in = -1;            // our end of a pipe
+    int out = -1, err = -1; // files in memory
+    off_t taken = 0;        // of out
+    std::string unread;     // of what was taken
 };
 
 // Runs a program to its end.
