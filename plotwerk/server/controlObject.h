@@ -9,9 +9,9 @@
 #include "plotwerk/application/application.h"
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
-#include "plotwerk/journal/message.h"
 #include "plotwerk/model/change.h"
 #include "plotwerk/model/names.h"
+#include "plotwerk/server/recordedMessage.h"
 #include "protocol/PlotwerkControlAdaptor.h"
 
 #include <chrono>

@@ -1,4 +1,4 @@
-#include "plotwerk/journal/message.h"
+#include "plotwerk/server/recordedMessage.h"
 
 #include "plotwerk/base/refusal.h"
 #include "tests/support/privateBus.h"

@@ -1,7 +1,7 @@
-// message.h - a message as data: what was asked for, and what its effect depends on beside the
-// document.
-#ifndef PLOTWERK_JOURNAL_MESSAGE_H
-#define PLOTWERK_JOURNAL_MESSAGE_H
+// recordedMessage.h - a message as data: what was asked for, and what its effect depends on beside
+// the document.
+#ifndef PLOTWERK_SERVER_RECORDEDMESSAGE_H
+#define PLOTWERK_SERVER_RECORDEDMESSAGE_H
 
 #include <cstdint>
 #include <sdbus-c++/sdbus-c++.h>
