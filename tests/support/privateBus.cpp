@@ -35,6 +35,10 @@ void PrivateBus::waitForOwner(const std::string &name) const {
     waitUntil("an owner of " + name, [&] { return hasOwner(name); });
 }
 
+void PrivateBus::waitForNoOwner(const std::string &name) const {
+    waitUntil("no owner of " + name, [&] { return !hasOwner(name); });
+}
+
 // Asked to end, the daemon removes its socket.
 void PrivateBus::stop() {
     daemon.sendSignal(SIGTERM);

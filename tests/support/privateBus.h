@@ -23,8 +23,9 @@ class PrivateBus {
 
     bool hasOwner(const std::string &name) const;
 
-    // Returns when somebody owns the name; std::runtime_error at the deadline.
+    // Return when somebody, or nobody, owns the name; std::runtime_error at the deadline.
     void waitForOwner(const std::string &name) const;
+    void waitForNoOwner(const std::string &name) const;
 
     // Ends the bus under its clients' feet.
     void stop();
