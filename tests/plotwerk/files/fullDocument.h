@@ -14,9 +14,6 @@ plotwerk::Document fullDocument();
 // The smallest that has every kind of record.
 plotwerk::Document smallDocument();
 
-// What the files under tests/data/documents hold.
-plotwerk::Document keptDocument();
-
 // One line per saved field, "KEY VALUE", numbers by their bits ("nan" for every NaN).
 std::vector<std::string> linesOf(plotwerk::Document document);
 

@@ -1,214 +1,96 @@
 #include "plotwerk/model/attributes.h"
 
-#include "plotwerk/files/documentFile.h"
-#include "plotwerk/model/curves.h"
-#include "plotwerk/model/selection.h"
 #include "tests/plotwerk/model/documents.h"
 
 #include <climits>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <sstream>
 
 using namespace plotwerk;
 
-namespace {
+static constexpr double infinity = std::numeric_limits<double>::infinity();
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
+using Set = std::function<void(Document &, double)>;
 
-std::string saved(const Document &document) {
-    std::ostringstream stream;
-    writeDocument(stream, document, false);
-    return stream.str();
-}
-
-const LookSwitches everySwitch{.line = 0,
-                               .stepped = 1,
-                               .yError = 1,
-                               .xError = 1,
-                               .dashed = 1,
-                               .filled = 1,
-                               .upperX = 1,
-                               .rightY = 1,
-                               .marker = 1,
-                               .symbols = 1};
-const LookValues everyValue{.sum = 3,
-                            .interpolationPoints = 7,
-                            .interpolationType = 1,
-                            .symbolSize = 5,
-                            .symbolInc = 2,
-                            .symbol = {4, 3, 2, 1},
-                            .lineThickness = 0.25,
-                            .dashLength = {9, 8, 7, 6},
-                            .lineColour = {.1, .2, .3, .4},
-                            .fillColour = {.5, .6, .7, .8}};
-const FrameChange everyLength{.xAxisLength = 10,
-                              .yAxisLength = 20,
-                              .tickLength = 0.5,
-                              .axisThickness = 2,
-                              .yAxisPos = 1,
-                              .xAxisPos = -1,
-                              .multiDimFit = 1,
-                              .noLineOnReverse = 1};
-const AxisChange everyAxisSetting{.increment = 0.5,
-                                  .ticks = 4,
-                                  .precision = 2,
-                                  .logarithmic = 1,
-                                  .insideTicks = 0,
-                                  .outsideTicks = 1,
-                                  .majorGrid = 1,
-                                  .minorGrid = 1,
-                                  .exponents = 1,
-                                  .labelAngle = 45,
-                                  .noLine = 1,
-                                  .numbersInside = 1,
-                                  .noNumbers = 1,
-                                  .arrow = 1,
-                                  .logTicksAt = 2,
-                                  .logNumbersAt = 3,
-                                  .reversed = 1,
-                                  .labelDensity = 2};
-
-} // namespace
-
-// 2, -1 and NaN, which the changes begin with, leave a setting alone.
-TEST(Attributes, GoToTheSelectedCurvesAndStayWhenLeftAlone) {
-    Document document = sample();
-    selectByIndex(document, {1, 2}, false);
-    changeLook(document, everySwitch);
-    changeLook(document, everyValue);
-    changeFrame(document, everyLength);
-    for (int axis = 1; axis <= 4; ++axis) changeAxis(document, axis, everyAxisSetting);
-    for (const CurveRef &curve : curvesOf(document)) {
-        const CurveLook &look = columnOf(document, curve).look;
-        const bool chosen = curve.index == 1 || curve.index == 2;
-        EXPECT_EQ(look.line, !chosen) << curve.index;
-        EXPECT_EQ(look.symbols, chosen) << curve.index;
-        EXPECT_EQ(look.symbol[3], chosen ? 1 : 0) << curve.index;
-        EXPECT_EQ(look.dashLength[2], chosen ? 7 : 0) << curve.index;
-        EXPECT_EQ(look.fillColour.blue, chosen ? 0.7 : 0.8) << curve.index;
-    }
-
-    const std::string before = saved(document);
-    changeLook(document, LookSwitches{});
-    changeLook(document, LookValues{});
-    changeFrame(document, {});
-    for (int axis = 1; axis <= 4; ++axis) changeAxis(document, axis, {});
-    EXPECT_EQ(saved(document), before);
-}
-
-// And then the sensible part of the change isn't taken over either.
-TEST(Attributes, ThatMakeNoSenseAreRefused) {
-    Document document = selectedOf(table({1}, {column("a", {1})}));
-    const std::string before = saved(document);
-    const auto expectRefused = [&](const auto &cases, auto work) {
-        for (const auto &c : cases) {
-            EXPECT_EQ(refusalOf(document, [&](auto &d) { work(d, c.first); }), c.second);
-            EXPECT_EQ(saved(document), before) << c.second;
-        }
+template<class Change, class Number>
+static Set set(void (*apply)(Document &, const Change &), Number Change::*setting) {
+    return [=](Document &document, double value) {
+        Change change;
+        change.*setting = static_cast<Number>(value);
+        apply(document, change);
     };
-    const std::pair<LookSwitches, const char *> switches[] = {
-        {{.line = 0, .stepped = 3}, "stepped can't be 3"},
-        {{.line = 0, .symbols = -1}, "sym can't be -1"}};
-    expectRefused(switches, [](auto &d, const auto &change) { changeLook(d, change); });
-
-    const std::pair<LookValues, const char *> looks[] = {
-        {{.sum = -2}, "sum can't be -2"},
-        {{.sum = 5, .interpolationPoints = -1}, "interpolationPoints can't be -1"},
-        {{.sum = 5, .interpolationType = 2}, "interpolationType can't be 2"},
-        {{.sum = 5, .symbolSize = 200.5}, "symbolSize can't be 200.5"},
-        {{.sum = 5, .dashLength = {1001}}, "a dash length can't be 1001"},
-        {{.sum = 5, .lineThickness = -1}, "lineThickness can't be -1"},
-        {{.sum = 5, .lineColour = {.red = -0.1}}, "a part of a colour can't be -0.1"},
-        {{.sum = 5, .interpolationPoints = 2e6}, "interpolationPoints can't be 2e+06"},
-        {{.sum = 5, .symbolInc = 0}, "symbolInc can't be 0"},
-        {{.sum = 5, .symbol = {0, 0, 0, -2}}, "a symbol can't be -2"},
-        {{.sum = 5, .lineThickness = infinity}, "lineThickness can't be inf"},
-        {{.sum = 5, .dashLength = {1, 1, 1, -0.5}}, "a dash length can't be -0.5"},
-        {{.sum = 5, .fillColour = {0, 0, 0, 1.5}}, "a part of a colour can't be 1.5"}};
-    expectRefused(looks, [](auto &d, const auto &change) { changeLook(d, change); });
-
-    const std::pair<FrameChange, const char *> frames[] = {
-        {{.xAxisLength = 5, .yAxisLength = -infinity}, "yAxisLength can't be -inf"},
-        {{.xAxisLength = 0.9}, "xAxisLength can't be 0.9"},
-        {{.xAxisLength = 5, .yAxisLength = 101}, "yAxisLength can't be 101"},
-        {{.xAxisLength = 5, .axisThickness = 21}, "axisThickness can't be 21"},
-        {{.xAxisLength = 5, .tickLength = -0.1}, "tickLength can't be -0.1"},
-        {{.xAxisLength = 5, .multiDimFit = 7}, "multiDimFit can't be 7"}};
-    expectRefused(frames, changeFrame);
-
-    const std::pair<AxisChange, const char *> axes[] = {
-        {{.increment = infinity}, "inc can't be inf"},
-        {{.increment = -1}, "inc can't be -1"},
-        {{.increment = 5, .precision = 17}, "prec can't be 17"},
-        {{.increment = 5, .minorGrid = 4}, "minorgrid can't be 4"},
-        {{.increment = 5, .labelAngle = 361}, "labelAngle can't be 361"},
-        {{.increment = 5, .labelAngle = -361}, "labelAngle can't be -361"},
-        {{.increment = 5, .logNumbersAt = 601}, "lognumberAt can't be 601"},
-        {{.increment = 5, .labelDensity = 11}, "labelDensity can't be 11"},
-        {{.increment = 5, .ticks = 101}, "ticks can't be 101"},
-        {{.increment = 5, .precision = INT_MIN}, "prec can't be -2.14748e+09"},
-        {{.increment = 5, .logTicksAt = 0}, "logticksAt can't be 0"},
-        {{.increment = 5, .labelDensity = 0}, "labelDensity can't be 0"}};
-    expectRefused(axes, [](auto &d, const auto &change) { changeAxis(d, 1, change); });
-
-    const std::pair<int, const char *> numbers[] = {{0, "no axis has the number 0"},
-                                                    {5, "no axis has the number 5"}};
-    expectRefused(numbers, [](auto &d, int axis) { changeAxis(d, axis, {.increment = 5}); });
-
-    const std::pair<PlacedText, const char *> texts[] = {
-        {{"t", infinity}, "at_X can't be inf"}, {{"t", 0, 0, -infinity}, "angle can't be -inf"}};
-    expectRefused(texts, placeText);
-
-    Document unselected = sample();
-    EXPECT_THROW(changeLook(unselected, LookSwitches{}), Refusal);
 }
 
-TEST(Attributes, MayStandAtTheirLimits) {
-    Document document = selectedOf(table({1}, {column("a", {1})}));
-    changeLook(document, {.sum = 0,
-                          .interpolationPoints = 0,
-                          .interpolationType = 0,
-                          .symbolSize = 0,
-                          .symbolInc = 1,
-                          .symbol = {0, 0, 0, 0},
-                          .lineThickness = 0,
-                          .dashLength = {0, 0, 0, 0},
-                          .lineColour = {0, 0, 0, 0},
-                          .fillColour = {0, 0, 0, 0}});
-    changeLook(document, {.sum = INT_MAX,
-                          .interpolationPoints = 1e6,
-                          .interpolationType = 1,
-                          .symbolSize = 200,
-                          .symbolInc = INT_MAX,
-                          .symbol = {INT_MAX, 0, 0, 0},
-                          .lineThickness = 50,
-                          .dashLength = {1000, 0, 0, 0},
-                          .lineColour = {1, 1, 1, 1},
-                          .fillColour = {1, 1, 1, 1}});
-    changeFrame(document,
-                {.xAxisLength = 1, .yAxisLength = 1, .tickLength = 0, .axisThickness = 0});
-    changeFrame(document,
-                {.xAxisLength = 100, .yAxisLength = 100, .tickLength = 100, .axisThickness = 20});
-    changeAxis(document, 1,
-               {.increment = 1e-300,
-                .ticks = 0,
-                .precision = 0,
-                .labelAngle = -360,
-                .logTicksAt = 1,
-                .logNumbersAt = 1,
-                .labelDensity = 0.1});
-    changeAxis(document, 1,
-               {.increment = 1e300,
-                .ticks = 100,
-                .precision = 16,
-                .labelAngle = 360,
-                .logTicksAt = 600,
-                .logNumbersAt = 600,
-                .labelDensity = 10});
-    EXPECT_EQ(document.sources[0].tables[0].y[0].look.lineThickness, 50);
-    EXPECT_EQ(document.frame.xAxisLength, 100);
-    EXPECT_EQ(document.axes[xAxis].logNumbersAt, 600);
+static void changeX(Document &document, const AxisChange &change) {
+    changeAxis(document, 1, change);
+}
+
+TEST(Attributes, MayStandAtTheirLimitsNotBeyond) {
+    const Set symbol = [](Document &d, double value) {
+        changeLook(d, {.symbol = {0, 0, 0, static_cast<int>(value)}});
+    };
+    const Set dashLength = [](Document &d, double value) {
+        changeLook(d, {.dashLength = {1, 1, 1, value}});
+    };
+    const Set red = [](Document &d, double value) {
+        changeLook(d, {.lineColour = {.red = value}});
+    };
+    const Set opacity = [](Document &d, double value) {
+        changeLook(d, {.fillColour = {0, 0, 0, value}});
+    };
+    const Set x = [](Document &d, double value) { placeText(d, {"t", value}); };
+    const Set angle = [](Document &d, double value) { placeText(d, {"t", 0, 0, value}); };
+    const struct {
+        const char *name;
+        Set set;
+        double below, least, most, above; // NaN: no such number
+    } cases[] = {
+        {"stepped", set(changeLook, &LookSwitches::stepped), -1, 0, 1, 3},
+        {"sum", set(changeLook, &LookValues::sum), -2, 0, INT_MAX, nan_},
+        {"interpolationPoints", set(changeLook, &LookValues::interpolationPoints), -1, 0, 1e6, 2e6},
+        {"interpolationType", set(changeLook, &LookValues::interpolationType), -2, 0, 1, 2},
+        {"symbolSize", set(changeLook, &LookValues::symbolSize), -0.5, 0, 200, 200.5},
+        {"symbolInc", set(changeLook, &LookValues::symbolInc), 0, 1, INT_MAX, nan_},
+        {"lineThickness", set(changeLook, &LookValues::lineThickness), -1, 0, 50, infinity},
+        {"a symbol", symbol, -2, 0, INT_MAX, nan_},
+        {"a dash length", dashLength, -0.5, 0, 1000, 1001},
+        {"a part of a colour", red, -0.1, 0, 1, 1.5},
+        {"a part of a colour", opacity, -0.1, 0, 1, 1.5},
+        {"xAxisLength", set(changeFrame, &FrameChange::xAxisLength), 0.9, 1, 100, 101},
+        {"yAxisLength", set(changeFrame, &FrameChange::yAxisLength), -infinity, 1, 100, 101},
+        {"tickLength", set(changeFrame, &FrameChange::tickLength), -0.1, 0, 100, 101},
+        {"axisThickness", set(changeFrame, &FrameChange::axisThickness), -1, 0, 20, 21},
+        {"multiDimFit", set(changeFrame, &FrameChange::multiDimFit), -1, 0, 1, 7},
+        {"inc", set(changeX, &AxisChange::increment), -1, 1e-300, 1e300, infinity},
+        {"ticks", set(changeX, &AxisChange::ticks), -2, 0, 100, 101},
+        {"prec", set(changeX, &AxisChange::precision), INT_MIN, 0, 16, 17},
+        {"minorgrid", set(changeX, &AxisChange::minorGrid), -1, 0, 1, 4},
+        {"labelAngle", set(changeX, &AxisChange::labelAngle), -361, -360, 360, 361},
+        {"logticksAt", set(changeX, &AxisChange::logTicksAt), 0, 1, 600, 601},
+        {"lognumberAt", set(changeX, &AxisChange::logNumbersAt), 0, 1, 600, 601},
+        {"labelDensity", set(changeX, &AxisChange::labelDensity), 0, 0.1, 10, 11},
+        {"at_X", x, -infinity, -1e308, 1e308, infinity},
+        {"angle", angle, -infinity, -1e308, 1e308, infinity}};
+    for (const auto &c : cases) {
+        Document document = selectedOf(table({1}, {column("a", {1})}));
+        const auto refusalOfValue = [&](double value) {
+            return refusalOf(document, [&](Document &d) { c.set(d, value); });
+        };
+        for (const double value : {c.least, c.most})
+            EXPECT_EQ(refusalOfValue(value), "") << c.name << ' ' << value;
+        for (const double value : {c.below, c.above}) {
+            if (std::isnan(value)) continue;
+            std::ostringstream reason;
+            reason << c.name << " can't be " << value;
+            EXPECT_EQ(refusalOfValue(value), reason.str());
+        }
+    }
+    Document document;
+    for (const int number : {0, 5})
+        EXPECT_EQ(refusalOf(document, [&](Document &d) { changeAxis(d, number, {}); }),
+                  "no axis has the number " + std::to_string(number));
 }
 
 TEST(Attributes, GoBackToAutomatic) {

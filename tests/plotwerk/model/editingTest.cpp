@@ -58,11 +58,9 @@ TEST(Editing, RenamesEachCurvesOwnErrors) {
 
 TEST(Editing, DeletesEmptiedTablesAndSources) {
     Document document = sample();
-    document.markWalk = 3;
     selectByIndex(document, {1, -1}, false);
     deleteSelection(document);
     EXPECT_EQ(textOf(document), "A: x=1,2 a=1,2");
-    EXPECT_EQ(document.markWalk, 0);
     deleteAllCurves(document);
     EXPECT_EQ(textOf(document), "");
 }

@@ -7,15 +7,13 @@
 
 using namespace plotwerk;
 
-namespace {
-
-std::string textOf(const Range &range) {
+static std::string textOf(const Range &range) {
     char text[64];
     std::snprintf(text, sizeof text, "%g..%g", range.min, range.max);
     return text;
 }
 
-Document ranged() {
+static Document ranged() {
     constexpr double inf = std::numeric_limits<double>::infinity();
     Table t = table({-1, 1, 5, 9}, {column("a", {2, -3, 4, nan_}), column("hidden", {0, 99, 0, 0}),
                                     column("right", {7, inf, 8, 9})});
@@ -24,8 +22,6 @@ Document ranged() {
     t.y[2].look.upperX = true;
     return documentOf(t);
 }
-
-} // namespace
 
 TEST(Ranges, UnsetLimitsFollowTheVisibleDataOfTheAxis) {
     Document document = ranged();

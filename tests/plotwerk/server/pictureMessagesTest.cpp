@@ -14,7 +14,6 @@ class PictureMessages : public ServerTest {
         fs::create_directory(directory / "run");
         setenv("XDG_RUNTIME_DIR", (directory / "run").c_str(), 1);
     }
-    ~PictureMessages() override { setenv("PATH", path.c_str(), 1); }
 
     fs::path programs() const { return directory / "bin"; }
 
@@ -37,38 +36,7 @@ class PictureMessages : public ServerTest {
                                    std::to_string(program->pid()) + "/children");
         return static_cast<size_t>(std::count(list.begin(), list.end(), ' '));
     }
-
-  private:
-    const std::string path = std::getenv("PATH");
 };
-
-TEST_F(PictureMessages, PicturesAreFilesOfTheirKind) {
-    startWithData();
-    const struct {
-        void (Plotwerk::*save)(const std::string &, const std::string &);
-        void (Plotwerk::*copy)(const std::string &);
-        std::string name, begin;
-    } kinds[] = {{&Plotwerk::savePicturePDF_as_, &Plotwerk::copyPDF_, "pdf", "%PDF-"},
-                 {&Plotwerk::savePictureEPS_as_, nullptr, "eps", "%!PS-Adobe-"},
-                 {&Plotwerk::savePictureTIFF_as_, &Plotwerk::copyTIFF_, "tiff", {"II*\0", 4}}};
-    for (const auto &kind : kinds) {
-        const std::string saved = pathOf("a." + kind.name);
-        (*plotwerk.*kind.save)("Untitled", saved);
-        EXPECT_TRUE(plotwerk->didSaveSucceed_("Untitled")) << kind.name;
-        EXPECT_TRUE(bytesOf(saved).starts_with(kind.begin)) << kind.name;
-        if (!kind.copy) continue;
-        (*plotwerk.*kind.copy)("Untitled");
-        EXPECT_EQ(bytesOf(directory / ("run/plotwerk/clipboard." + kind.name)), bytesOf(saved));
-    }
-    EXPECT_EQ(lastError(), "");
-    plotwerk->pasteDataOf_("Untitled");
-    EXPECT_EQ(lastError(), "pasteDataOf: \"Untitled\": the clipboard holds a picture, no data");
-
-    plotwerk->savePicturePDF_as_("Untitled", pathOf("none/a.pdf"));
-    EXPECT_FALSE(plotwerk->didSaveSucceed_("Untitled"));
-    EXPECT_EQ(lastError(), "savePicturePDF:as: \"Untitled\": can't write " + pathOf("none/a.pdf") +
-                               ": No such file or directory");
-}
 
 TEST_F(PictureMessages, ACopyNeedsAPlace) {
     unsetenv("XDG_RUNTIME_DIR");

@@ -1,7 +1,6 @@
 // plotwerkd as a program: its options, its files, its name, its end.
 #include "tests/plotwerk/server/serverTest.h"
 
-#include <array>
 #include <csignal>
 
 class ProgramTest : public ServerTest {};
@@ -14,10 +13,8 @@ TEST_F(ProgramTest, ExplainsItselfAndItsUsage) {
     } cases[] = {{{"--help"}, 0, "usage: plotwerkd ", ""},
                  {{"--version"}, 0, "plotwerkd " PLOTWERK_VERSION "\n", ""},
                  {{"--nix"}, 2, "", "\nusage: plotwerkd "},
-                 {{"-x"}, 2, "", "\nusage: plotwerkd "},
                  {{"--limit", "seconds=20", "--version"}, 0, "plotwerkd ", ""},
                  {{"--limit", "nix=1"}, 2, "", "no limit is called \"nix\"\nusage: plotwerkd "},
-                 {{"--log-level"}, 2, "", "\nusage: plotwerkd "},
                  {{"--log-level", "loud"}, 2, "", "'loud'\nusage: plotwerkd "}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.arguments.front());
@@ -84,18 +81,13 @@ TEST_F(ProgramTest, OpensTheFilesThatItCan) {
 }
 
 TEST_F(ProgramTest, LogsWhatItIsAskedTo) {
-    const std::string lines[] = {"info: owns ",
-                                 "warning: valueOfDoc:atIndex:indexSerie: no document \"nix\"\n",
-                                 "debug: valueOfDoc:atIndex:indexSerie:\n"};
-    const std::pair<const char *, std::array<bool, 3>> cases[] = {{"error", {false, false, false}},
-                                                                  {"warning", {false, true, false}},
-                                                                  {"info", {true, true, false}},
-                                                                  {"debug", {true, true, true}}};
-    for (const auto &[level, logged] : cases) {
+    const std::string lines[] = {"warning: valueOfDoc:atIndex:indexSerie: no document \"nix\"\n",
+                                 "info: owns ", "debug: valueOfDoc:atIndex:indexSerie:\n"};
+    for (int most = 0; const char *level : {"error", "warning", "info", "debug"}) {
         start({std::string("--log-level=") + level});
         plotwerk->valueOfDoc_atIndex_indexSerie_("nix", 0, 0);
         const std::string log = stop().err;
-        for (size_t i = 0; i < logged.size(); ++i)
-            EXPECT_EQ(holds(log, lines[i]), logged[i]) << level << lines[i];
+        for (int i = 0; i < 3; ++i) EXPECT_EQ(holds(log, lines[i]), i < most) << level << lines[i];
+        ++most;
     }
 }

@@ -41,7 +41,7 @@ std::vector<Method> methodsOf(sdbus::IConnection &bus) {
     return methods;
 }
 
-ServerTest::ServerTest() {
+ServerTest::ServerTest() : programsPath(std::getenv("PATH")) {
     std::string pattern = (fs::temp_directory_path() / "plotwerkd-XXXXXX").string();
     directory = mkdtemp(pattern.data());
     setenv("XDG_STATE_HOME", (directory / "state").c_str(), 1);
@@ -49,6 +49,7 @@ ServerTest::ServerTest() {
 }
 
 ServerTest::~ServerTest() {
+    setenv("PATH", programsPath.c_str(), 1);
     fs::remove_all(directory);
 }
 
@@ -93,13 +94,18 @@ static void append(sdbus::MethodCall &call, char type, const std::string &text) 
     switch (type) {
     case 's': call << text; break;
     case 'i': call << std::stoi(text); break;
-    case 'd': call << std::stod(text); break;
+    case 'd': call << std::strtod(text.c_str(), nullptr); break;
     case 'b': call << (text == "yes"); break;
     default: {
-        std::istringstream numbers(text);
-        double x = 0, y = 0, width = 0, height = 0;
-        numbers >> x >> y >> width >> height;
-        call << sdbus::Struct<double, double, double, double>(x, y, width, height);
+        double values[4];
+        const char *rest = text.c_str();
+        for (double &value : values) {
+            char *end = nullptr;
+            value = std::strtod(rest, &end);
+            rest = end;
+        }
+        call << sdbus::Struct<double, double, double, double>(values[0], values[1], values[2],
+                                                              values[3]);
     }
     }
 }

@@ -70,6 +70,9 @@ class ServerTest : public testing::Test {
     std::unique_ptr<sdbus::IConnection> connection;
     std::unique_ptr<Plotwerk> plotwerk;
     std::unique_ptr<sdbus::IProxy> control; // the same object, for messages by name
+
+  private:
+    const std::string programsPath; // $PATH, which a test may change
 };
 
 // Whole files, for the tests' own use.
