@@ -27,6 +27,6 @@ step "Tests: asan" run_tests asan
 step "Build: benchmarks and API documentation" build release benchmarks docs
 # The words of pkg-config's answer are arguments each.
 # shellcheck disable=SC2046
-step "Fuzz targets" clang++ -std=c++20 -Wall -Wextra -Werror -fsyntax-only -I. -DFUZZ_TARGET=getline \
-    $(pkg-config --cflags pangocairo) tests/fuzz/*.cpp
+step "Fuzz targets" clang++ -std=c++20 -Wall -Wextra -Werror -fsyntax-only -I. \
+    -DFUZZ_TARGET=getline $(pkg-config --cflags pangocairo) tests/fuzz/*.cpp
 step "clang-tidy" tidy

@@ -79,17 +79,13 @@ ChildProcess::~ChildProcess() {
         if (fd >= 0) close(fd);
 }
 
-void ChildProcess::waitFor(const std::string &what, const std::function<bool()> &condition) const {
-    waitUntil(what + " of" + command, condition);
-}
-
 bool ChildProcess::hasEnded() {
     if (id > 0 && waitpid(id, &status, WNOHANG) == id) id = -1;
     return id < 0;
 }
 
 void ChildProcess::write(std::string_view bytes) {
-    waitFor("the input", [&] {
+    waitUntil("the input of" + command, [&] {
         const ssize_t n = ::write(in, bytes.data(), bytes.size());
         if (n > 0) bytes.remove_prefix(static_cast<std::size_t>(n));
         return bytes.empty() || (n < 0 && errno != EAGAIN);
@@ -97,7 +93,7 @@ void ChildProcess::write(std::string_view bytes) {
 }
 
 std::string ChildProcess::readLine() {
-    waitFor("a line", [&] {
+    waitUntil("a line of" + command, [&] {
         const bool ended = hasEnded(); // asked first: afterwards nothing more comes
         unread += newBytes(out, taken);
         return ended || unread.find('\n') != std::string::npos;
@@ -126,7 +122,7 @@ Output ChildProcess::finish(std::string_view input) {
     write(input);
     close(in);
     in = -1;
-    waitFor("the end", [&] { return hasEnded(); });
+    waitUntil("the end of" + command, [&] { return hasEnded(); });
     const bool exited = WIFEXITED(status);
     off_t none = 0;
     return {unread + newBytes(out, taken), newBytes(err, none), exited ? WEXITSTATUS(status) : -1,

@@ -55,7 +55,6 @@ class ChildProcess {
     Output finish(std::string_view input = "");
 
   private:
-    void waitFor(const std::string &what, const std::function<bool()> &condition) const;
     bool hasEnded();
 
     std::string command;
