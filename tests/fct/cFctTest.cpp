@@ -16,8 +16,8 @@ TEST(CFct, GrowsAndSortsWholeSamples) {
         EXPECT_EQ(f->size, i < 1 ? 1 : i < 25 ? 25 : 61) << i;
     }
     sortByTCFct(f);
-    for (int i = 0; i < 30; ++i) EXPECT_EQ(f->t[i], i - 29);
-    for (int i = 0; i < 30; ++i) EXPECT_EQ(f->y[i].imag(), 29 - i);
+    for (int i = 0; i < 30; ++i)
+        EXPECT_EQ(Complex(f->t[i], f->y[i].imag()), Complex(i - 29, 29 - i));
     sortByRealCFct(f);
     for (int i = 0; i < 30; ++i) EXPECT_EQ(f->y[i].imag(), -f->t[i]);
     for (int i = 1; i < 30; ++i) EXPECT_LE(f->y[i - 1].real(), f->y[i].real());
@@ -49,6 +49,5 @@ TEST(CFctDeathTest, ChecksAgainstTheValidSize) {
     expectFatal([&] { setCFct2DByIndex(F, 1, -1, 0, 0); },
                 "ERROR in setCFct2DByIndex: index out of range (-1)");
     clearCFct2D(F);
-    EXPECT_EQ(F->nx, 0);
-    EXPECT_EQ(F->ny, 0);
+    EXPECT_EQ(F->nx + F->ny, 0);
 }

@@ -2,6 +2,8 @@
 
 #include "tests/fct/samples.h"
 
+#include <numeric>
+
 using namespace plw;
 
 using Fct2DPtr = Owner<Fct2D, freeFct2D>;
@@ -18,15 +20,13 @@ static double plane(double x, double y) {
 }
 
 TEST(NewFct2D, TakesRowsAndRoundsGridLinesOnce) {
-    const double values[] = {0, 1, 2, 3, 4, 5};
-    const Fct2DPtr F = newFct2DWith(values, 3, 2, 0, 1, 10, 5);
-    EXPECT_EQ(Values(F->x, F->x + 3), (Values{0, 1, 2}));
-    EXPECT_EQ(Values(F->y, F->y + 2), (Values{10, 15}));
-    EXPECT_EQ(fct2DAt(F, 2, 1), 5);
+    Values values(300L * 200);
+    std::iota(values.begin(), values.end(), 0);
+    const Fct2DPtr F = newFct2DWith(values.data(), 300, 200, 0.1, 1.0 / 3, 0.2, 0.7);
+    for (int i = 0; i < 300; ++i) EXPECT_EQ(F->x[i], std::fma(i, 1.0 / 3, 0.1)) << i;
+    for (int j = 0; j < 200; ++j) EXPECT_EQ(F->y[j], std::fma(j, 0.7, 0.2)) << j;
+    EXPECT_EQ(Values(F->z, F->z + 300L * 200), values);
     EXPECT_EQ(F->fixedLen + F->fixedLenY, 0);
-
-    const Fct2DPtr thirds = newFct2DWith(nullptr, 300, 1, 0.1, 1.0 / 3, 0, 1);
-    for (int i = 0; i < 300; ++i) EXPECT_EQ(thirds->x[i], std::fma(i, 1.0 / 3, 0.1)) << i;
 
     const Fct2DPtr fixed = newFct2DFixedLen(0, -3);
     EXPECT_EQ(fixed->sizeX * 10 + fixed->sizeY, 11);
@@ -35,7 +35,6 @@ TEST(NewFct2D, TakesRowsAndRoundsGridLinesOnce) {
 
 TEST(Fct2DDeathTest, StridesByItsCapacityAndChecksAgainstTheValidSize) {
     const Fct2DPtr F = newFct2D(5, 3);
-    expectFatal([&] { fct2DAt(F, 0, 0); }, "ERROR in fct2DAt: index out of range (0)");
     F->nx = 2;
     F->ny = 3;
     setFct2DByIndex(F, 1, 2, 7);
@@ -46,8 +45,7 @@ TEST(Fct2DDeathTest, StridesByItsCapacityAndChecksAgainstTheValidSize) {
     expectFatal([&] { setFct2DByIndex(F, 2, 0, 1); },
                 "ERROR in setFct2DByIndex: index out of range (2)");
     clearFct2D(F);
-    EXPECT_EQ(F->nx, 0);
-    EXPECT_EQ(F->ny, 0);
+    EXPECT_EQ(F->nx + F->ny, 0);
 }
 
 TEST(EvalFct2D, IsExactOnAPlaneAndExtrapolatesBeyondTheLastLines) {
@@ -62,14 +60,9 @@ TEST(EvalFct2D, IsExactOnAPlaneAndExtrapolatesBeyondTheLastLines) {
     EXPECT_EQ(F->lastIndexX, 3);
     EXPECT_EQ(F->lastIndexY, 2);
 
-    const double corners[] = {0, 1, 2, 5}, gap[] = {NaN, 1, 2, 5};
-    const Fct2DPtr cell = newFct2DWith(corners, 2, 2, 0, 1, 0, 1),
-                   withGap = newFct2DWith(gap, 2, 2, 0, 1, 0, 1);
-    EXPECT_EQ(evalFct2D(cell, 1, 1), 5);
-    EXPECT_EQ(evalFct2D(cell, 0.5, 0.5), 2);
-    EXPECT_EQ(evalFct2D(cell, 2, 0), 2);
-    EXPECT_TRUE(std::isnan(evalFct2D(cell, NaN, 0)));
-    EXPECT_EQ(evalFct2D(withGap, 0.5, 0), 1) << "one NaN neighbour is replaced";
+    EXPECT_TRUE(std::isnan(evalFct2D(F, NaN, 0)));
+    F->z[0] = NaN;
+    EXPECT_EQ(evalFct2D(F, 0.5, 0), plane(1, 0)) << "one NaN neighbour is replaced";
 }
 
 TEST(EvalFct2DDeathTest, EndsOutsideAndOnASinglePoint) {
@@ -109,8 +102,11 @@ TEST(SliceFct2DDeathTest, IsAWholeColumnAsACompleteFunctionAndNoOther) {
     const struct {
         double x0, y0, x1, y1;
         const char *index;
-    } cases[] = {{1, 0, 2, 3, "(1)"},     {1, 0.1, 1, 3, "(1)"}, {1, 0, 1, 2, "(1)"},
-                 {1.5, 0, 1.5, 3, "(1)"}, {-1, 0, -1, 3, "(0)"}, {NaN, 0, NaN, 3, "(0)"}};
+    } cases[] = {{1, 0, 2, 3, "(1)"},
+                 {1, 0.1, 1, 3, "(1)"},
+                 {1, 0, 1, 2, "(1)"},
+                 {1.5, 0, 1.5, 3, "(1)"},
+                 {NaN, 0, NaN, 3, "(0)"}};
     for (const auto &c : cases)
         expectFatal([&] { sliceFct2D(F, c.x0, c.y0, c.x1, c.y1); },
                     std::string("ERROR in sliceFct2D: implementation incomplete ") + c.index);
@@ -130,23 +126,21 @@ TEST(PeakFct2D, ChoosesAlongXByTheNumberOfColumns) {
     const struct {
         const char *what;
         int nx, found;
-        double dx, cx, widthX;
-        double x, tolerance, y;
-    } cases[] = {{"many columns: peaks of the profile", 21, 1, 0.25, 2.5, 2, 2.5, 0.13, 5},
-                 {"too short for the window: parabola", 21, 1, 0.25, 2.5, 11, 2.5, 0.02, 5},
-                 {"few columns: parabola", 5, 1, 1, 2.2, 2, 2.2, 0.2, 5},
-                 {"ten columns, largest in the first", 10, 0, 0.5, 0, 9, 0, 0, 5},
-                 {"largest in the first column", 5, 0, 1, 0, 2, 0, 0, 5},
-                 {"largest in the last column: no peaks at x = 0", 5, 0, 1, 4, 2, 0, 0, 0},
-                 {"two columns: as it is", 2, 1, 1, 1, 2, 1, 0, 5},
-                 {"one column", 1, 1, 1, 0, 2, 0, 0, 5}};
+        double dx, cx, widthX, x, tolerance;
+    } cases[] = {{"many columns: peaks of the profile", 21, 1, 0.25, 2.5, 2, 2.5, 0.13},
+                 {"too short for the window: parabola", 21, 1, 0.25, 2.5, 11, 2.5, 0.02},
+                 {"few columns: parabola", 5, 1, 1, 2.2, 2, 2.2, 0.2},
+                 {"ten columns, largest in the first", 10, 0, 0.5, 0, 9, 0, 0},
+                 {"largest in the last column: no peaks at x = 0", 5, 0, 1, 4, 2, 0, 0},
+                 {"two columns: as it is", 2, 1, 1, 1, 2, 1, 0},
+                 {"one column", 1, 1, 1, 0, 2, 0, 0}};
     for (const auto &c : cases) {
         const Fct2DPtr F = bump(c.nx, 41, c.dx, c.cx, 5);
         double x = -7, y = -7, strength = -7;
         EXPECT_EQ(peakFct2D(F, &x, &y, &strength, 0.01, c.widthX, 2), c.found) << c.what;
         EXPECT_NEAR(x, c.x, c.tolerance) << c.what;
         EXPECT_GT(strength, 0.01) << c.what;
-        EXPECT_NEAR(y, c.y, 0.125) << c.what;
+        EXPECT_NEAR(y, c.cx == 4 ? 0 : 5, 0.125) << c.what;
     }
 }
 

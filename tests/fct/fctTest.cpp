@@ -8,17 +8,13 @@
 using namespace plw;
 
 TEST(NewFct, RaisesTheCapacityToOneAndGrowsByTheRule) {
-    for (int capacity : {0, -5, 1}) {
-        const FctPtr f = newFct(capacity);
-        EXPECT_EQ(f->size, 1) << capacity;
-        for (int i = 0; i < 62; ++i) {
-            appendFct(f, i, -i);
-            EXPECT_EQ(f->size, i < 1 ? 1 : i < 25 ? 25 : i < 61 ? 61 : 115) << i;
-        }
-        EXPECT_EQ(f->n, 62);
-        EXPECT_EQ(f->t[61], 61);
-        EXPECT_EQ(f->y[25], -25);
+    const FctPtr f = newFct(-5);
+    for (int i = 0; i < 62; ++i) {
+        EXPECT_EQ(f->size, i < 2 ? 1 : i < 26 ? 25 : 61) << i;
+        appendFct(f, i, -i);
     }
+    EXPECT_EQ(f->size, 115);
+    for (int i = 0; i < 62; ++i) EXPECT_EQ(Values({f->t[i], f->y[i]}), Values({1.0 * i, -1.0 * i}));
 }
 
 TEST(NewFct, ComesFromAnArrayWithPositionsRoundedOnce) {
@@ -27,30 +23,23 @@ TEST(NewFct, ComesFromAnArrayWithPositionsRoundedOnce) {
     EXPECT_EQ(ordinates(f), Values(1000, 4));
 }
 
-TEST(CopyFct, IsGrowableAndItsOwn) {
+TEST(CopyFct, IsItsOwnAndALinkSharesTheArrays) {
     const FctPtr f = newFctFixedLen(1);
     appendFct(f, 1, 10);
     f->lastIndex = 1;
     const FctPtr copy = copyFct(f);
-    EXPECT_EQ(copy->lastIndex, 0);
     appendFct(copy, 3, 30);
     negFct(copy);
     EXPECT_TRUE(same(copy, function({1, 3}, {-10, -30})));
-    EXPECT_EQ(ordinates(f), Values({10}));
-    EXPECT_EQ(FctPtr(copyFct(FctPtr(newFct(5))))->size, 1);
-}
 
-TEST(LinkFct, SharesTheArraysAndOwnsNothing) {
-    const FctPtr f = function({0, 1, 2}, {1, 2, 3});
-    f->lastIndex = 2;
-    Fct *link = linkFct(f);
-    EXPECT_EQ(link->size, 0);
-    EXPECT_EQ(link->lastIndex, 0);
-    EXPECT_EQ(link->linked, 1);
+    copy->lastIndex = 1;
+    Fct *link = linkFct(copy);
+    EXPECT_EQ(FctPtr(copyFct(copy))->lastIndex + link->size + link->lastIndex, 0);
     link->y[1] = 7;
     removeAtEndFct(link, 1);
     freeFct(link);
-    EXPECT_EQ(ordinates(f), (Values{1, 7, 3}));
+    EXPECT_TRUE(same(copy, function({1, 3}, {-10, 7})));
+    EXPECT_EQ(ordinates(f), Values({10}));
 }
 
 TEST(RemoveFct, LimitsTheCountAndForgetsTheSearch) {
@@ -59,10 +48,11 @@ TEST(RemoveFct, LimitsTheCountAndForgetsTheSearch) {
         void (*remove)(Fct *, int);
         int k;
         Values want;
-    } cases[] = {
-        {atEnd, 0, {1, 2, 3, 4}}, {atEnd, 1, {1, 2, 3}},       {atEnd, 5, {}},
-        {atEnd, INT_MAX, {}},     {atBegin, 2, {3, 4}},        {atBegin, 10, {}},
-        {atBegin, INT_MAX, {}},   {atBegin, -1, {1, 2, 3, 4}}, {atBegin, INT_MIN, {1, 2, 3, 4}}};
+    } cases[] = {{atEnd, 1, {1, 2, 3}},
+                 {atEnd, INT_MAX, {}},
+                 {atBegin, 2, {3, 4}},
+                 {atBegin, INT_MAX, {}},
+                 {atBegin, INT_MIN, {1, 2, 3, 4}}};
     for (const auto &c : cases) {
         const FctPtr f = function({1, 2, 3, 4}, {1, 2, 3, 4});
         f->lastIndex = 3;
@@ -75,20 +65,9 @@ TEST(RemoveFct, LimitsTheCountAndForgetsTheSearch) {
     const FctPtr f = function({1, 2, 3, 4}, {1, 2, 3, 4});
     removeAtEndFct(f, 3);
     removeAtEndFct(f, -2);
-    EXPECT_EQ(positions(f), (Values{1, 2, 3}));
+    EXPECT_EQ(f->n, 3);
     removeAtEndFct(f, INT_MIN);
-    EXPECT_EQ(positions(f), (Values{1, 2, 3, 4}));
-}
-
-TEST(ClearFct, KeepsCapacityAndSearchIndex) {
-    const FctPtr f = function({1, 2}, {3, 4});
-    f->lastIndex = 1;
-    clearFct(f);
-    EXPECT_EQ(f->n, 0);
-    EXPECT_EQ(f->size, 2);
-    EXPECT_EQ(f->lastIndex, 1);
-    appendFct(f, 5, 6);
-    EXPECT_EQ(indexFct(f, 9), 0) << "the stale index is no hint";
+    EXPECT_EQ(f->n, 4);
 }
 
 TEST(FctDeathTest, OfFixedLengthNeitherGrowsNorShrinksAndIsNotSearchedBeforeItIsFull) {
@@ -127,42 +106,36 @@ TEST(FctDeathTest, OfFixedLengthNeitherGrowsNorShrinksAndIsNotSearchedBeforeItIs
 
 TEST(IndexFct, RemembersWhatItFound) {
     const FctPtr f = function({0, 1, 1, 3}, {0, 0, 0, 0});
-    for (const auto &[x, want] :
-         {std::pair{-7.0, 0}, {0, 0}, {0.5, 0}, {2, 2}, {3, 3}, {9, 3}, {NaN, 0}}) {
+    for (const auto &[x, want] : {std::pair{-7.0, 0}, {0.5, 0}, {2, 2}, {9, 3}, {NaN, 0}}) {
         EXPECT_EQ(indexFct(f, x), want) << x;
         EXPECT_EQ(f->lastIndex, want) << x;
     }
-    EXPECT_EQ(indexFct(FctPtr(newFct(1)), 1), 0);
 }
 
 TEST(ClosestTFct, GivesTiesToTheLargerPosition) {
     const FctPtr f = function({0, 1, 3}, {0, 0, 0}), gap = function({0, NaN, 3}, {0, 0, 0}),
                  empty = newFct(1), single = function({4}, {0});
-    const struct {
-        Fct *f;
-        double x, want;
-    } cases[] = {{f, -7, 0},  {f, 0.25, 0},    {f, 0.5, 1},    {f, 2, 3},         {f, 1.999, 1},
-                 {f, 3, 3},   {f, 9, 3},       {f, NaN, 1},    {f, -infinity, 1}, {gap, 1, NaN},
-                 {gap, 3, 3}, {empty, 1, NaN}, {single, -1, 4}};
-    for (const auto &c : cases)
-        EXPECT_TRUE(same(closestTFct(c.f, c.x), c.want)) << c.x << " in " << text(c.f);
+    const std::tuple<Fct *, double, double> cases[] = {
+        {f, -7, 0},    {f, 0.25, 0}, {f, 0.5, 1},     {f, 2, 3},
+        {f, 1.999, 1}, {f, 9, 3},    {f, NaN, 1},     {f, -infinity, 1},
+        {gap, 1, NaN}, {gap, 3, 3},  {empty, 1, NaN}, {single, -1, 4}};
+    for (const auto &[g, x, want] : cases)
+        EXPECT_TRUE(same(closestTFct(g, x), want)) << x << " in " << text(g);
 }
 
 TEST(MaximumFct, TakesTheFirstOfEqualsAndNoNaN) {
     const struct {
-        Values y;
-        double want;
-        int index;
-    } cases[] = {{{1, 5, 5}, 5, 1},
-                 {{NaN, -2, NaN}, -2, 1},
-                 {{}, -1e300, -7},
-                 {{NaN, -1e300, -infinity}, -1e300, -7}};
+        Values y, want; // t, y, index
+    } cases[] = {{{1, 5, 5}, {11, 5, 1}},
+                 {{NaN, -2, NaN}, {11, -2, 1}},
+                 {{}, {-7, -1e300, -7}},
+                 {{NaN, -1e300, -infinity}, {-7, -1e300, -7}}};
     for (const auto &c : cases) {
         double t = -7, y = 0;
         int index = -7;
-        maximumFct(function(Values(c.y.size(), 3), c.y), &t, &y, &index);
-        EXPECT_EQ(Values({t, y}), Values({c.index < 0 ? -7.0 : 3.0, c.want}));
-        EXPECT_EQ(index, c.index) << testing::PrintToString(c.y);
+        const FctPtr f = newFctWith(c.y.data(), static_cast<int>(c.y.size()), 10, 1);
+        maximumFct(f, &t, &y, &index);
+        EXPECT_EQ(Values({t, y, 1.0 * index}), c.want) << testing::PrintToString(c.y);
     }
 }
 
@@ -172,7 +145,6 @@ TEST(SortFct, MovesWholeSamples) {
     EXPECT_TRUE(same(f, function({1, 2, 3}, {30, 20, 10})));
     sortByYFct(f);
     EXPECT_TRUE(same(f, function({3, 2, 1}, {10, 20, 30})));
-    sortByTFct(FctPtr(newFct(1)));
 }
 
 // The rule word by word, on a copy.
@@ -189,16 +161,11 @@ static Values unwrapped(const Values &y, int m) {
 }
 
 TEST(UnwrapPhaseFct, FollowsThePhaseThroughItsJumps) {
-    constexpr double turn = 6.283185307179586;
-    FctPtr f = function({0, 1, 2}, {0, 10, 10}); // more than 3 pi: one turn at each sample
-    unwrapPhaseFct(f, 1);
-    EXPECT_EQ(ordinates(f), (Values{0, 10 - turn, 10 - turn}));
-
     RandomFunctions functions;
     functions.gaps = 0.01;
     for (int round = 0; round < 200; ++round) {
-        f = functions.next(40);
-        for (int i = 0; i < f->n; ++i) f->y[i] *= 2;
+        const FctPtr f = functions.next(40);
+        for (int i = 0; i < f->n; ++i) f->y[i] *= round % 2 ? 2 : 8;
         const int m = round % 50 == 0 ? INT_MAX : 1 + functions.upTo(6);
         const Values want = unwrapped(ordinates(f), m);
         const std::string input = text(f);
@@ -209,19 +176,15 @@ TEST(UnwrapPhaseFct, FollowsThePhaseThroughItsJumps) {
 
 TEST(PrintFct, WritesWhatPrintfDoesIntoAFileOrToStandardOutput) {
     const FctPtr f = newFct(1);
-    for (double special : {0.0, -0.0, NaN, -NaN, infinity, -infinity, 1e-5, 1e-4, 999999.5, 1e6,
-                           0.1, std::numeric_limits<double>::denorm_min(), -1.7976931348623157e308})
+    for (double special : {0.0, NaN, infinity, 1e-5, 1e-4, 999999.5, 1e6, 0.1})
         appendFct(f, special, -special);
     std::mt19937_64 random(3);
     for (int i = 0; i < 20000; ++i)
-        appendFct(f, std::bit_cast<double>(random()),
-                  std::ldexp(static_cast<double>(random() % 2000001), -static_cast<int>(i % 24)));
+        appendFct(f, std::bit_cast<double>(random()), std::ldexp(random() % 2000001, -(i % 24)));
     std::string want;
-    for (int i = 0; i < f->n; ++i) {
-        char line[64];
-        std::snprintf(line, sizeof line, "%g  %g\n", f->t[i], f->y[i]);
-        want += line;
-    }
+    char line[64];
+    for (int i = 0; i < f->n; ++i)
+        want.append(line, std::snprintf(line, sizeof line, "%g  %g\n", f->t[i], f->y[i]));
     const std::string path = testing::TempDir() + "printFctTest.txt";
     printFct(f, path.c_str());
     EXPECT_TRUE(textOf(path) == want);
@@ -229,8 +192,7 @@ TEST(PrintFct, WritesWhatPrintfDoesIntoAFileOrToStandardOutput) {
 
     testing::internal::CaptureStdout();
     printFct(FctPtr(newFct(1)), nullptr);
-    printFct(function({1}, {NaN}), nullptr);
-    pp(function({2}, {0.5}));
+    pp(function({2}, {NaN}));
     std::puts("still open");
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "1  nan\n2  0.5\nstill open\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "2  nan\nstill open\n");
 }

@@ -7,30 +7,24 @@
 using namespace plw;
 
 TEST(IntArray, GrowsByHalfOfWhatItNeeds) {
-    IntArray *single = newIntArray(0);
-    EXPECT_EQ(single->size, 1);
-    appendIntArray(single, 7);
-    EXPECT_EQ(single->size, 1) << "a full array grows when the next one comes";
-    appendIntArray(single, 8);
-    EXPECT_EQ(single->size, 25);
-    EXPECT_EQ(val(single, 1), 8);
-    freeIntArray(single);
-
-    const int ten[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
-    IntArray *many = newIntArray(-5);
-    appendManyIntArray(many, ten, 10);
-    EXPECT_EQ(many->size, 16);
-    appendManyIntArray(many, ten, 0);
-    appendManyIntArray(many, ten, -3);
-    appendManyIntArray(many, ten, 6);
-    EXPECT_EQ(many->size, 16) << "they just fit";
-    EXPECT_EQ(many->n, 16);
-    for (int i = 0; i < 16; ++i) EXPECT_EQ(val(many, i), i % 10);
-
-    clearIntArray(many);
-    EXPECT_EQ(many->n, 0);
-    EXPECT_EQ(many->size, 16);
-    freeIntArray(many);
+    const int values[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
+    for (const auto &[capacity, first, sizeThen] : {std::tuple{0, 1, 1}, {-5, 10, 16}}) {
+        IntArray *a = newIntArray(capacity);
+        EXPECT_EQ(a->size, 1);
+        appendManyIntArray(a, values, first);
+        EXPECT_EQ(a->size, sizeThen);
+        appendManyIntArray(a, values, 0);
+        appendManyIntArray(a, values, -3);
+        appendManyIntArray(a, values, sizeThen - first);
+        EXPECT_EQ(a->size, sizeThen) << "a full array grows when the next one comes";
+        appendIntArray(a, 8);
+        EXPECT_EQ(a->size, sizeThen == 1 ? 25 : 48);
+        EXPECT_EQ(val(a, sizeThen), 8);
+        for (int i = 0; i < sizeThen; ++i) EXPECT_EQ(val(a, i), i % 10);
+        clearIntArray(a);
+        EXPECT_EQ(a->n, 0);
+        freeIntArray(a);
+    }
 }
 
 TEST(IntArrayDeathTest, PrintsOneElementALineAndRefusesAnIndexOutside) {

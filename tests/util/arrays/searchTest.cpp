@@ -64,35 +64,16 @@ static long slowSearchGe(double x, const Values &a) {
     return bisectSlowly(x, a, low, high, true);
 }
 
-TEST(Search, FindsTheLastEntryNotAboveAndTheFirstNotBelow) {
-    const Values a = {1, 2, 3, 4}, gaps = {NaN, 1, NaN, NaN, 3, NaN}, onlyLast = {NaN, NaN, 5};
-    const struct {
-        double x;
-        Values a;
-        int hint, le, ge;
-    } cases[] = {{0.5, a, -1, 0, 0},  {2.5, a, -1, 1, 2},      {3, a, -1, 2, 2},
-                 {9, a, -1, 3, 3},    {infinity, a, -1, 3, 3}, {NaN, a, 2, 0, 3},
-                 {3.5, a, 1, 2, 3},   {1.5, a, 2, 0, 1},       {2.5, a, 3, 1, 2},
-                 {2, gaps, -1, 1, 4}, {2, gaps, 2, 1, 4},      {9, gaps, -1, 4, 4},
-                 {0, gaps, -1, 0, 1}, {NaN, gaps, -1, 0, 4},   {7, onlyLast, -1, 0, 0},
-                 {7, {1}, 0, 0, 0},   {7, {}, 0, 0, -1}};
-    for (const auto &c : cases) {
-        const int n = static_cast<int>(c.a.size());
-        const std::string input =
-            testing::PrintToString(c.x) + " in " + testing::PrintToString(c.a);
-        EXPECT_EQ(search_le(c.x, c.a.data(), n, c.hint), c.le) << input << " from " << c.hint;
-        EXPECT_EQ(search_ge(c.x, c.a.data(), n), c.ge) << input;
-    }
-}
-
-TEST(Search, FollowsTheLaidDownBisectionWhateverTheHint) {
+TEST(Search, FindsTheLastNotAboveAndTheFirstNotBelowByTheLaidDownBisection) {
     const int oddHints[] = {-1, INT_MIN, INT_MAX, INT_MAX - 1};
     std::mt19937 random(2);
     for (int run = 0; run < 2000; ++run) {
         const int n = static_cast<int>(random() % 60);
         const Values a = ascendingWithGaps(random, n, run % 4 > 0);
         for (int k = 0; k < 60; ++k) {
-            const double x = k == 0 ? NaN : static_cast<double>(random() % (4 * n + 4)) / 2 - 1;
+            const double x = k == 0   ? NaN
+                             : k == 1 ? infinity
+                                      : static_cast<double>(random() % (4 * n + 4)) / 2 - 1;
             const int hint = k < 4 ? oddHints[k] : static_cast<int>(random() % (n + 3));
             ASSERT_EQ(search_le(x, a.data(), n, hint), slowSearchLe(x, a, hint))
                 << x << " from " << hint << " in " << testing::PrintToString(a);
@@ -104,24 +85,18 @@ TEST(Search, FollowsTheLaidDownBisectionWhateverTheHint) {
 
 TEST(SearchForValid, GoesToTheNearestPositionWhereBothAreValid) {
     const double x[] = {0, NaN, 2, 3, NaN}, y[] = {NaN, 1, 2, NaN, 4};
-    EXPECT_EQ(searchLeftForValid(x, y, 4), 2);
-    EXPECT_EQ(searchLeftForValid(x, y, 2), 2);
-    EXPECT_EQ(searchLeftForValid(x, y, 1), -1) << "none";
-    EXPECT_EQ(searchLeftForValid(x, y, -1), -1) << "starts before the array";
-
-    EXPECT_EQ(searchRightForValid(x, y, 5, 0), 2);
-    EXPECT_EQ(searchRightForValid(x, y, 5, 2), 2);
-    EXPECT_EQ(searchRightForValid(x, y, 5, 3), 4) << "none";
-    EXPECT_EQ(searchRightForValid(x, y, 3, 9), 2) << "starts behind the array";
-    EXPECT_EQ(searchRightForValid(x, y, 5, -3), 2) << "starts before the array";
-    EXPECT_EQ(searchRightForValid(nullptr, nullptr, 0, 0), -1) << "empty";
+    for (const auto &[i, want] : {std::pair{4, 2}, {2, 2}, {1, -1}, {-1, -1}})
+        EXPECT_EQ(searchLeftForValid(x, y, i), want) << i;
+    const struct {
+        int n, i, want;
+    } cases[] = {{5, 0, 2}, {5, 2, 2}, {5, 3, 4}, {3, 9, 2}, {5, -3, 2}, {0, 0, -1}};
+    for (const auto &[n, i, want] : cases)
+        EXPECT_EQ(searchRightForValid(x, y, n, i), want) << n << ", " << i;
 }
 
 TEST(IsArrIncreasing, AllowsEqualNeighboursAndIgnoresGaps) {
-    const double equal[] = {1, 1, 2}, falling[] = {2, 1}, gap[] = {2, NaN, 1};
-    EXPECT_EQ(isArrIncreasing(equal, 3), 1);
-    EXPECT_EQ(isArrIncreasing(falling, 2), 0);
-    EXPECT_EQ(isArrIncreasing(gap, 3), 1);
-    EXPECT_EQ(isArrIncreasing(falling, 1), 1);
-    EXPECT_EQ(isArrIncreasing(nullptr, 0), 1);
+    for (const auto &[a, want] :
+         {std::pair{Values{1, 1, 2}, 1}, {{2, 1}, 0}, {{2, NaN, 1}, 1}, {{2}, 1}, {{}, 1}})
+        EXPECT_EQ(isArrIncreasing(a.data(), static_cast<int>(a.size())), want)
+            << testing::PrintToString(a);
 }

