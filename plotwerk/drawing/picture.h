@@ -1,8 +1,8 @@
 // picture.h - a document drawn: the one routine behind every kind of picture.
 //
-// All of drawing trusts that the settings of a document are within the limits that attributes.h
-// gives, which messages and loaded files are held to. Data, ranges and the positions of axes have
-// no limits: any double is drawn as far as paper allows.
+// All of drawing trusts that the settings of a document are within the limits that limits.h gives,
+// which messages and loaded files are held to. Data may be any double, and ranges and positions of
+// axes any finite one: they are drawn as far as paper allows.
 #ifndef PLOTWERK_DRAWING_PICTURE_H
 #define PLOTWERK_DRAWING_PICTURE_H
 

@@ -45,7 +45,7 @@ struct CurveLook {
     bool filled = false;
     bool upperX = false; // drawn against the upper x axis
     bool rightY = false; // drawn against the right y axis
-    bool marker = false; // a vertical line at every point, as for peaks
+    bool marker = false; // a drop line from every point, as for peaks
     bool symbols = false;
     int sum = 0;                    // points that are averaged into one; 0 and 1: none
     double interpolationPoints = 0; // points drawn between two data points

@@ -85,7 +85,7 @@ template<class Visit, IsRecord<Frame> Record> void limits(Visit &visit, Record &
     visit("xAxisPos", frame.xAxisPos, Limits{-mostFinite, mostFinite, orUnset});
 }
 
-// An x column has neither look nor place.
+// An x column has neither look nor rank.
 template<class Visit, IsRecord<Column> Record> void limits(Visit &visit, Record &column) {
     visit("place", column.rank, Limits{0, mostCounted});
     limits(visit, column.look);
