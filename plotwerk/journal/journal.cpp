@@ -18,9 +18,9 @@ Journal::Journal(fs::path place) : directory(std::move(place)) {
 
 static void tellEnd(const std::string &name, const char *reason) noexcept {
     try {
-        log(LogLevel::warning, "the journal of \"" + name +
-                                   "\" ends, and a crash would lose what changes from here on: " +
-                                   reason);
+        log(LogLevel::warning,
+            "the journal of \"" + name +
+                "\" ends, and a crash would lose what changes from here on: " + reason);
     } catch (const std::exception &) { // no memory for the line
     }
 }
