@@ -78,9 +78,8 @@ TEST(Integrals, BeginAtTheFirstSampleHoweverFarAwayTheEndsAre) {
     const double x[] = {0, 1, 2}, y[] = {1, 2, 3}, inf = infinity;
     const FctPtr f = function({0, 1, 2}, {1, 2, 3});
     const Values pairs = {0, 1, 1, 2, 2, 3};
-    const struct {
-        double a, b, want;
-    } cases[] = {{-inf, 1, 1.5}, {-inf, inf, 4}, {-1e308, 1, 1.5}, {NaN, 1, 0}, {1, NaN, 2.5}};
+    const std::tuple<double, double, double> cases[] = {
+        {-inf, 1, 1.5}, {-inf, inf, 4}, {-1e308, 1, 1.5}, {NaN, 1, 0}, {1, NaN, 2.5}};
     for (const auto &[a, b, want] : cases) {
         EXPECT_EQ(integralFct(a, b, f), want) << a << " to " << b;
         EXPECT_EQ(integralXY(a, b, pairs.data(), 3), want) << a << " to " << b;

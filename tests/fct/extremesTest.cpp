@@ -49,35 +49,28 @@ TEST(ExtremeFct, SearchesForwardFromTheNextSampleButBackFromThisOne) {
 }
 
 TEST(Extremes, CountAtTheLastSampleOfAFlatStretch) {
-    const struct {
-        Values y;
-        int start, next, prev;
-    } cases[] = {
+    const std::tuple<Values, int, int, int> cases[] = {
         {{1, 3, 3, 1}, 1, 2, -1},     {{1, 3, 3, 1}, 2, 2, 2},      {{1, 1, 2}, 1, 1, 1},
         {{0, 2, 0, 2, 0}, 3, 3, 3},   {{0, 2, 0, 2, 0}, 0, -1, -1}, {{0, 2, 0, 2, 0}, 4, -1, -1},
         {{0, 1, 2, 3, 2}, 1, 3, -1},  {{2, 3, 2, 1, 0}, 3, -1, 1},  {{1, NaN, 1, 0, 1}, 1, 3, -1},
         {{2, 2, 2}, 1, -1, -1},       {{1, 2}, 1, -1, -1},          {{}, 0, -1, -1},
         {{0, 2, 0, 2, 0}, -3, -1, -1}};
-    for (const auto &c : cases) {
-        const int n = static_cast<int>(c.y.size());
-        const std::string input = std::to_string(c.start) + " in " + testing::PrintToString(c.y);
-        EXPECT_EQ(nextExtreme(c.y.data(), n, c.start), c.next) << input;
-        EXPECT_EQ(prevExtreme(c.y.data(), n, c.start), c.prev) << input;
+    for (const auto &[y, start, next, prev] : cases) {
+        const int n = static_cast<int>(y.size());
+        const std::string input = std::to_string(start) + " in " + testing::PrintToString(y);
+        EXPECT_EQ(nextExtreme(y.data(), n, start), next) << input;
+        EXPECT_EQ(prevExtreme(y.data(), n, start), prev) << input;
     }
 }
 
 TEST(NextZero, IsLinearBetweenSamplesAndWithinThem) {
     const double inf = infinity;
-    const struct {
-        Values y;
-        int start;
-        double want;
-    } cases[] = {{{1, -1}, 0, 0.5},   {{1, -1}, -5, 0.5},    {{0, 0, 1}, 0, 1},
-                 {{2, 0}, 0, 1},      {{1, -1}, 1, -1},      {{1, -1}, 2, -1},
-                 {{}, 0, -1},         {{}, -1, -1},          {{1, NaN, 0, 1}, 0, 2},
-                 {{1, 2, 3}, 0, -1},  {{-1, 3, -3}, 1, 1.5}, {{inf, -inf}, 0, NaN},
-                 {{-inf, 1}, 0, NaN}, {{-0.0, 5}, 0, 0}};
-    for (const auto &c : cases)
-        EXPECT_TRUE(same(nextZero(c.y.data(), static_cast<int>(c.y.size()), c.start), c.want))
-            << c.start << " in " << testing::PrintToString(c.y);
+    const std::tuple<Values, int, double> cases[] = {
+        {{1, -1}, 0, 0.5},      {{1, -1}, -5, 0.5}, {{0, 0, 1}, 0, 1},     {{2, 0}, 0, 1},
+        {{1, -1}, 1, -1},       {{1, -1}, 2, -1},   {{}, 0, -1},           {{}, -1, -1},
+        {{1, NaN, 0, 1}, 0, 2}, {{1, 2, 3}, 0, -1}, {{-1, 3, -3}, 1, 1.5}, {{inf, -inf}, 0, NaN},
+        {{-inf, 1}, 0, NaN},    {{-0.0, 5}, 0, 0}};
+    for (const auto &[y, start, want] : cases)
+        EXPECT_TRUE(same(nextZero(y.data(), static_cast<int>(y.size()), start), want))
+            << start << " in " << testing::PrintToString(y);
 }

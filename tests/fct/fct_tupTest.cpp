@@ -91,6 +91,16 @@ TEST(SortFctTup, LeavesEqualKeysAndGapsWhereQsortFlexDoes) {
     }
 }
 
+TEST(SortFctTup, SortsWhatIsSortedOrDistinct) {
+    constexpr int n = 500'000; // this would not end if it took the square of that
+    const TablePtr T = newFct_tup(n, 2);
+    for (int i = 0; i < n; ++i) appendFct_tup2(T, 2, -1.0 * i, std::floor(i / 3.0));
+    for (const int c : {1, 0}) {
+        sortFct_tup(T, c);
+        EXPECT_TRUE(std::is_sorted(T->members[c], T->members[c] + n)) << c;
+    }
+}
+
 TEST(SortFctTup, ComparesByTheSortMemberAndNaNAsGreater) {
     const TablePtr R = newFct_tup(1, 2);
     for (double v : {1.0, 2.0, 2.0, NaN}) appendFct_tup2(R, 1, v);

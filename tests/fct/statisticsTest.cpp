@@ -7,9 +7,8 @@
 using namespace plw;
 
 TEST(LinRegFct, FusesItsSumsOfProductsOnly) {
-    const struct {
-        Values t, y, want; // want: intercept, slope, correlation and sigma
-    } cases[] = {
+    // want: intercept, slope, correlation and sigma
+    const std::tuple<Values, Values, Values> cases[] = {
         {{0, 1, 2},
          {1, 3, 5},
          {1.0000000000000004, 1.9999999999999996, 0.9999999999999998, 1.6329931618554518}},
@@ -20,10 +19,10 @@ TEST(LinRegFct, FusesItsSumsOfProductsOnly) {
         {{1.9, 1, 0.2, 1.2},
          {0.8, 0.8, -2.2, -2.2},
          {-2.3482112436115852, 1.533219761499149, 0.61911625755974709, 1.5000000000000002}}};
-    for (const auto &c : cases) {
+    for (const auto &[t, y, want] : cases) {
         Values line(4);
-        linRegFct(function(c.t, c.y), &line[0], &line[1], &line[2], &line[3]);
-        EXPECT_TRUE(same(line, c.want)) << text(function(c.t, c.y));
+        linRegFct(function(t, y), &line[0], &line[1], &line[2], &line[3]);
+        EXPECT_TRUE(same(line, want)) << text(function(t, y));
     }
 }
 
@@ -37,19 +36,16 @@ TEST(Covariance, IsTheCorrelationCoefficient) {
 
 TEST(MiniStatitic, SkipsNaNAfterTheFirst) {
     const double most = DBL_MAX, inf = infinity;
-    const struct {
-        Values v;
-        int increasing;
-        double min, max;
-    } cases[] = {{{1, 2, 2, 3}, 1, 1, 3},    {{3, 1, 1, 1}, 0, 1, 3},    {{1, NaN, 0.5}, 1, 0.5, 1},
-                 {{NaN, 2, 1}, 0, NaN, NaN}, {Values(), 1, most, -most}, {{inf}, 1, most, inf},
-                 {{-inf}, 1, -inf, -most},   {{2, 1, 3}, 0, 1, 3}};
+    const std::tuple<Values, int, double, double> cases[] = {
+        {{1, 2, 2, 3}, 1, 1, 3},    {{3, 1, 1, 1}, 0, 1, 3},    {{1, NaN, 0.5}, 1, 0.5, 1},
+        {{NaN, 2, 1}, 0, NaN, NaN}, {Values(), 1, most, -most}, {{inf}, 1, most, inf},
+        {{-inf}, 1, -inf, -most},   {{2, 1, 3}, 0, 1, 3}};
     char increasing = 7;
     double min = 0, max = 0;
-    for (const auto &c : cases) {
-        miniStatitic(c.v.data(), static_cast<int>(c.v.size()), &increasing, &min, &max);
-        EXPECT_EQ(increasing, c.increasing) << testing::PrintToString(c.v);
-        EXPECT_TRUE(same({min, max}, {c.min, c.max})) << testing::PrintToString(c.v);
+    for (const auto &[v, ascends, least, greatest] : cases) {
+        miniStatitic(v.data(), static_cast<int>(v.size()), &increasing, &min, &max);
+        EXPECT_EQ(increasing, ascends) << testing::PrintToString(v);
+        EXPECT_TRUE(same({min, max}, {least, greatest})) << testing::PrintToString(v);
     }
     miniStatitic(nullptr, 3, &increasing, &min, &max);
     EXPECT_EQ(increasing, 1);

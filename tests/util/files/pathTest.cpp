@@ -36,18 +36,15 @@ TEST(Path, TakesApartWhateverTheDotsAndSlashes) {
 }
 
 TEST(Limitfilename, KeepsTrailingComponentsWithinTheLength) {
-    const struct {
-        const char *path;
-        int maxLen;
-        const char *want;
-    } cases[] = {{"/aa/bb/cc", 9, "/aa/bb/cc"}, {"/aa/bb/cc", 8, "/bb/cc"},
-                 {"/aa/bb/cc", 6, "/bb/cc"},    {"/aa/bb/cc", 5, "/cc"},
-                 {"/aa/bb/cc", 2, "c"},         {"abcdefgh", 1, ""},
-                 {"abcdefgh", 0, ""},           {"", 0, ""}};
-    for (const auto &c : cases) {
-        const char *shortened = limitfilename(c.path, c.maxLen);
-        EXPECT_STREQ(shortened, c.want) << c.path << ", " << c.maxLen;
-        EXPECT_EQ(shortened, c.path + std::strlen(c.path) - std::strlen(c.want)) << c.path;
+    const std::tuple<const char *, int, const char *> cases[] = {
+        {"/aa/bb/cc", 9, "/aa/bb/cc"}, {"/aa/bb/cc", 8, "/bb/cc"},
+        {"/aa/bb/cc", 6, "/bb/cc"},    {"/aa/bb/cc", 5, "/cc"},
+        {"/aa/bb/cc", 2, "c"},         {"abcdefgh", 1, ""},
+        {"abcdefgh", 0, ""},           {"", 0, ""}};
+    for (const auto &[path, maxLen, want] : cases) {
+        const char *shortened = limitfilename(path, maxLen);
+        EXPECT_STREQ(shortened, want) << path << ", " << maxLen;
+        EXPECT_EQ(shortened, path + std::strlen(path) - std::strlen(want)) << path;
     }
 }
 

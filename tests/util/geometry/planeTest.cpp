@@ -17,13 +17,11 @@ TEST(LinInterpol, GoesAlongTheLineAndBeyondItsEnds) {
 }
 
 TEST(LinInterpolx, ReplacesOneGapAndAveragesAVerticalLine) {
-    const struct {
-        double x0, y0, x1, y1, x, want;
-    } cases[] = {{1, 2, 3, 6, 2, 4},      {1, 2, 3, 6, 5, 10}, {1, NaN, 3, 6, 2, 6},
-                 {1, 2, 3, NaN, 9, 2},    {1, 2, 1, 4, 7, 3},  {1, 2, 1, NaN, 7, 2},
-                 {1, NaN, 3, NaN, 2, NaN}};
-    for (const auto &c : cases)
-        EXPECT_TRUE(same(linInterpolx(c.x0, c.y0, c.x1, c.y1, c.x), c.want)) << c.x;
+    const std::tuple<double, double, double, double, double, double> cases[] = {
+        {1, 2, 3, 6, 2, 4}, {1, 2, 3, 6, 5, 10},  {1, NaN, 3, 6, 2, 6},    {1, 2, 3, NaN, 9, 2},
+        {1, 2, 1, 4, 7, 3}, {1, 2, 1, NaN, 7, 2}, {1, NaN, 3, NaN, 2, NaN}};
+    for (const auto &[x0, y0, x1, y1, x, want] : cases)
+        EXPECT_TRUE(same(linInterpolx(x0, y0, x1, y1, x), want)) << x;
 }
 
 TEST(LineCross, FindsTheCrossingOrLeavesParallelLines) {
@@ -57,24 +55,21 @@ TEST(DistPoint, IsTheSquaredScaledDistanceOfLineAndSegment) {
 // The difference of squares would lose what the sine keeps.
 TEST(DistPointPathQ, StaysExactWhereTheMagnitudesAreFarApart) {
     const double d = 1e-6, w = 1e3 - 1e-4;
-    const struct {
-        const char *where;
-        double px, py, bx, want;
-    } cases[] = {{"close to A: distance times the sine of 45 degrees", d, d, 1e3, d * d},
-                 {"behind A", -d, d, 1e3, 2 * d * d},
-                 {"the segment is a point from there", 1e3, 1e3, 1e-4, w * w + 1e6}};
-    for (const auto &c : cases)
-        EXPECT_DOUBLE_EQ(DistPointPathQ(c.px, c.py, 0, 0, c.bx, 0, 1, 1), c.want) << c.where;
+    const std::tuple<const char *, double, double, double, double> cases[] = {
+        {"close to A: distance times the sine of 45 degrees", d, d, 1e3, d * d},
+        {"behind A", -d, d, 1e3, 2 * d * d},
+        {"the segment is a point from there", 1e3, 1e3, 1e-4, w * w + 1e6}};
+    for (const auto &[where, px, py, bx, want] : cases)
+        EXPECT_DOUBLE_EQ(DistPointPathQ(px, py, 0, 0, bx, 0, 1, 1), want) << where;
 }
 
 TEST(VectorAngle2D, IsMeasuredClockwise) {
-    const struct {
-        double x1, y1, x2, y2, want;
-    } cases[] = {{0, 1, 1, 0, pi / 2},       {1, 0, 3, 0, 0},
-                 {1, 0, -2, 0, pi},          {1, 0, -1, 1, 5 * pi / 4},
-                 {1, 0, -1, -1, 3 * pi / 4}, {2, 0, 2, 2, -pi / 4}};
-    for (const auto &c : cases)
-        EXPECT_DOUBLE_EQ(vectorAngle2D(c.x1, c.y1, c.x2, c.y2), c.want) << c.x2 << ", " << c.y2;
+    const std::tuple<double, double, double, double, double> cases[] = {
+        {0, 1, 1, 0, pi / 2},       {1, 0, 3, 0, 0},
+        {1, 0, -2, 0, pi},          {1, 0, -1, 1, 5 * pi / 4},
+        {1, 0, -1, -1, 3 * pi / 4}, {2, 0, 2, 2, -pi / 4}};
+    for (const auto &[x1, y1, x2, y2, want] : cases)
+        EXPECT_DOUBLE_EQ(vectorAngle2D(x1, y1, x2, y2), want) << x2 << ", " << y2;
     EXPECT_TRUE(std::isnan(vectorAngle2D(0, 0, 1, 0)));
 }
 

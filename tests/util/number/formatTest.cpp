@@ -26,24 +26,22 @@ static std::string printedByPrintf(double x, int maxDigits) {
 TEST_F(Format, FindsWidthPrecisionAndNotation) {
     const double long11 = 8.9801894021008195, long10 = 2.606120201099948;
     // digits are counted with factors slightly above 1 and 10: the last three had one more or less
-    const struct {
-        double x;
-        int maxDigits, width, precision, exponential;
-    } cases[] = {{0, 20, 1, 0, 0},         {-0.0, 20, 1, 0, 0},      {1234.5, 20, 6, 1, 0},
-                 {1.5e-7, 20, 6, 1, 1},    {-1.5e-7, 20, 7, 1, 1},   {0.1, 20, 3, 1, 0},
-                 {-12.25, 3, 5, 1, 0},     {999999, 20, 6, 0, 0},    {1e6, 20, 5, 0, 1},
-                 {0.001, 20, 5, 3, 0},     {0.0009, 20, 5, 0, 1},    {1.0 / 3, 20, 14, 12, 0},
-                 {1e7 / 3, 20, 12, 9, 1},  {-1e7 / 3, 20, 13, 9, 1}, {1e7 / 3, 0, 4, -1, 1},
-                 {0.125, -3, 1, 0, 0},     {5e-324, 20, 5, 0, 1},    {infinity, 20, 5, 0, 1},
-                 {-infinity, 20, 6, 0, 1}, {DBL_MAX, 20, 12, 9, 1},  {NaN, 20, 4, -1, 1},
-                 {6.1, 20, 3, 1, 0},       {long11, 20, 13, 11, 0},  {long10, 20, 12, 10, 0}};
-    for (const auto &c : cases) {
+    const std::tuple<double, int, int, int, int> cases[] = {
+        {0, 20, 1, 0, 0},         {-0.0, 20, 1, 0, 0},      {1234.5, 20, 6, 1, 0},
+        {1.5e-7, 20, 6, 1, 1},    {-1.5e-7, 20, 7, 1, 1},   {0.1, 20, 3, 1, 0},
+        {-12.25, 3, 5, 1, 0},     {999999, 20, 6, 0, 0},    {1e6, 20, 5, 0, 1},
+        {0.001, 20, 5, 3, 0},     {0.0009, 20, 5, 0, 1},    {1.0 / 3, 20, 14, 12, 0},
+        {1e7 / 3, 20, 12, 9, 1},  {-1e7 / 3, 20, 13, 9, 1}, {1e7 / 3, 0, 4, -1, 1},
+        {0.125, -3, 1, 0, 0},     {5e-324, 20, 5, 0, 1},    {infinity, 20, 5, 0, 1},
+        {-infinity, 20, 6, 0, 1}, {DBL_MAX, 20, 12, 9, 1},  {NaN, 20, 4, -1, 1},
+        {6.1, 20, 3, 1, 0},       {long11, 20, 13, 11, 0},  {long10, 20, 12, 10, 0}};
+    for (const auto &[x, maxDigits, wantWidth, wantPrecision, wantExponential] : cases) {
         int width = -77, precision = -77;
         char exponential = 77;
-        FormatOfReal(c.x, c.maxDigits, &width, &precision, &exponential);
+        FormatOfReal(x, maxDigits, &width, &precision, &exponential);
         EXPECT_EQ(std::tuple(width, precision, int{exponential}),
-                  std::tuple(c.width, c.precision, c.exponential))
-            << c.x << ", " << c.maxDigits;
+                  std::tuple(wantWidth, wantPrecision, wantExponential))
+            << x << ", " << maxDigits;
     }
 }
 
@@ -87,20 +85,17 @@ TEST_F(Format, UsesTheDecimalSeparatorAndABlankForASign) {
 
 TEST_F(Format, ErrorDecidesThePrecision) {
     const double v = 1.23456, w = 1.23456e8, n = 999999, inf = infinity;
-    const struct {
-        double x, error;
-        int printError;
-        const char *text;
-    } cases[] = {{v, 0.02, 1, "0.020"},    {v, 0.05, 0, "1.23"},      {v, 0.04, 0, "1.235"},
-                 {123.456, 50, 0, "123"},  {w, 2e5, 0, "1.2346e+08"}, {w, 2e5, 1, "2.0e+05"},
-                 {w, 7e5, 1, "7e+05"},     {1e-4, 1e3, 0, "1e-04"},   {0, 0.1, 0, "0e+00"},
-                 {n, 0.1, 0, "999999.00"}, {0.1, 0, 0, "0.1"},        {0.1, -1, 1, "0.1"},
-                 {NaN, 1, 0, "NAN"},       {NaN, 1, 1, "NAN"},        {NaN, 0, 0, "NAN"},
-                 {1.5, NaN, 0, "2"},       {1.5, NaN, 1, "NAN"},      {1.5, inf, 0, "2"},
-                 {1.5, inf, 1, "inf"},     {inf, 1, 0, "inf"},        {-inf, 1, 0, "-inf"}};
-    for (const auto &c : cases)
-        EXPECT_STREQ(stringOfDoubleConsideringError(c.x, c.error, c.printError), c.text)
-            << c.x << ", " << c.error << ", " << c.printError;
+    const std::tuple<double, double, int, const char *> cases[] = {
+        {v, 0.02, 1, "0.020"},    {v, 0.05, 0, "1.23"},      {v, 0.04, 0, "1.235"},
+        {123.456, 50, 0, "123"},  {w, 2e5, 0, "1.2346e+08"}, {w, 2e5, 1, "2.0e+05"},
+        {w, 7e5, 1, "7e+05"},     {1e-4, 1e3, 0, "1e-04"},   {0, 0.1, 0, "0e+00"},
+        {n, 0.1, 0, "999999.00"}, {0.1, 0, 0, "0.1"},        {0.1, -1, 1, "0.1"},
+        {NaN, 1, 0, "NAN"},       {NaN, 1, 1, "NAN"},        {NaN, 0, 0, "NAN"},
+        {1.5, NaN, 0, "2"},       {1.5, NaN, 1, "NAN"},      {1.5, inf, 0, "2"},
+        {1.5, inf, 1, "inf"},     {inf, 1, 0, "inf"},        {-inf, 1, 0, "-inf"}};
+    for (const auto &[x, error, printError, text] : cases)
+        EXPECT_STREQ(stringOfDoubleConsideringError(x, error, printError), text)
+            << x << ", " << error << ", " << printError;
     EXPECT_EQ(stringOfDoubleConsideringError(1, 0, 0), stringOfDouble(2)) << "in its buffer";
 }
 

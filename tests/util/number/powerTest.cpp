@@ -55,11 +55,8 @@ TEST(IntFloor, IsOneBelowTheFloorForWholeNumbersUpToZero) {
 }
 
 TEST(EquDouble, ComparesRelativelyToTheSecond) {
-    const struct {
-        double a, b;
-        int equal;
-    } cases[] = {{1, 1 + 1e-12, 1}, {1, 1 + 1e-9, 0}, {-0.0, 0, 1},
-                 {0, 1e-300, 0},    {1e-300, 0, 0},   {1, -1, 0},
-                 {-5, -5, 1},       {NaN, NaN, 0},    {infinity, infinity, 0}};
-    for (const auto &c : cases) EXPECT_EQ(equDouble(&c.a, &c.b), c.equal) << c.a << ", " << c.b;
+    const std::tuple<double, double, int> cases[] = {
+        {1, 1 + 1e-12, 1}, {1, 1 + 1e-9, 0}, {-0.0, 0, 1},  {0, 1e-300, 0},         {1e-300, 0, 0},
+        {1, -1, 0},        {-5, -5, 1},      {NaN, NaN, 0}, {infinity, infinity, 0}};
+    for (const auto &[a, b, equal] : cases) EXPECT_EQ(equDouble(&a, &b), equal) << a << ", " << b;
 }

@@ -57,18 +57,16 @@ TEST(GetlineFromRam, TakesNothingWithoutRoomAndNothingBehindTheLastByte) {
 }
 
 TEST(RangeOfLine, StartsEveryLineOneByteBehindALineStart) {
-    const struct {
-        const char *text;
-        int line, start, length;
-    } cases[] = {{"abc\ndef", 1, 1, 2},  {"abc\ndef", 2, 4, 3}, {"abc\ndef", 3, -7, -7},
-                 {"\nabc\n", 1, 1, 3},   {"\nabc\n", 2, 5, 0},  {"a", 1, 1, 0},
-                 {"", 1, -7, -7},        {"a\n\nb", 2, 2, 0},   {"a\n\nb", 3, 3, 1},
-                 {"abc\ndef", 0, -7, -7}};
-    for (const auto &c : cases) {
+    const std::tuple<const char *, int, int, int> cases[] = {
+        {"abc\ndef", 1, 1, 2},  {"abc\ndef", 2, 4, 3}, {"abc\ndef", 3, -7, -7},
+        {"\nabc\n", 1, 1, 3},   {"\nabc\n", 2, 5, 0},  {"a", 1, 1, 0},
+        {"", 1, -7, -7},        {"a\n\nb", 2, 2, 0},   {"a\n\nb", 3, 3, 1},
+        {"abc\ndef", 0, -7, -7}};
+    for (const auto &[text, line, wantStart, wantLength] : cases) {
         int start = -7, length = -7;
-        rangeOfLine(c.text, c.line, &start, &length);
-        EXPECT_EQ(start, c.start) << c.text << " line " << c.line;
-        EXPECT_EQ(length, c.length) << c.text << " line " << c.line;
+        rangeOfLine(text, line, &start, &length);
+        EXPECT_EQ(std::pair(start, length), std::pair(wantStart, wantLength))
+            << text << " line " << line;
     }
 }
 

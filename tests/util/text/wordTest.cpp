@@ -51,11 +51,10 @@ TEST(QuoteEnd, StopsAtAQuoteThatNoBackslashHides) {
 }
 
 TEST(BracketEnd, FindsTheClosingBracket) {
-    const struct {
-        const char *text;
-        int open, close, end;
-    } cases[] = {{"a(b)c)", '(', ')', 3},    {"((a)", '(', ')', 0}, {")(a)", '(', ')', 0},
-                 {")((a))", '(', ')', 4},    {"a|b|", '|', '|', 1}, {"", '(', ')', 0},
-                 {"\xab\xbb", 0xab, 0xbb, 1}};
-    for (const auto &c : cases) EXPECT_EQ(bracketEnd(c.text, c.open, c.close), c.end) << c.text;
+    const std::tuple<const char *, int, int, int> cases[] = {
+        {"a(b)c)", '(', ')', 3},    {"((a)", '(', ')', 0}, {")(a)", '(', ')', 0},
+        {")((a))", '(', ')', 4},    {"a|b|", '|', '|', 1}, {"", '(', ')', 0},
+        {"\xab\xbb", 0xab, 0xbb, 1}};
+    for (const auto &[text, open, close, end] : cases)
+        EXPECT_EQ(bracketEnd(text, open, close), end) << text;
 }
