@@ -35,7 +35,7 @@ class InputFile {
                 close(descriptor);
                 refuse(program, errno);
             }
-            bytes.remove_prefix(static_cast<size_t>(written));
+            bytes.remove_prefix(static_cast<std::size_t>(written));
         }
         lseek(descriptor, 0, SEEK_SET);
     }
