@@ -97,10 +97,10 @@ class LineMode {
     void feed(const std::string &lines, int count) {
         const pid_t feeder = fork();
         if (feeder == 0) {
-            for (size_t done = 0; done < lines.size();) {
+            for (std::size_t done = 0; done < lines.size();) {
                 const ssize_t n = ::write(in, lines.data() + done, lines.size() - done);
                 if (n < 0) _exit(1);
-                done += static_cast<size_t>(n);
+                done += static_cast<std::size_t>(n);
             }
             _exit(0);
         }

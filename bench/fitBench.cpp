@@ -33,7 +33,7 @@ Points noisyPeak(int n) {
     std::mt19937_64 random(20240131);
     std::normal_distribution<double> noise(0, 0.3);
     Points points;
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         points.x.push_back(10.0 * i / n);
         points.y.push_back(peakAt(points.x.back(), truth) + noise(random));
     }
@@ -52,7 +52,7 @@ void fitPeak(benchmark::State &state) {
     FitOutcome outcome;
     for (auto _ : state) {
         parameters.clear();
-        for (int j = 0; j < 4; j++) parameters.push_back({formula.parameterNames()[j], start[j]});
+        for (int j = 0; j < 4; ++j) parameters.push_back({formula.parameterNames()[j], start[j]});
         outcome = fit(formula, {points.x, points.y, {}, {}}, parameters);
         if (outcome.status != fitConverged) state.SkipWithError(outcome.reason.c_str());
     }
@@ -61,7 +61,7 @@ void fitPeak(benchmark::State &state) {
 
 int gslResiduals(const gsl_vector *b, void *data, gsl_vector *r) {
     const auto &points = *static_cast<const Points *>(data);
-    for (std::size_t i = 0; i < points.x.size(); i++)
+    for (std::size_t i = 0; i < points.x.size(); ++i)
         gsl_vector_set(r, i, peakAt(points.x[i], b->data) - points.y[i]);
     return GSL_SUCCESS;
 }
@@ -70,7 +70,7 @@ int gslJacobian(const gsl_vector *b, void *data, gsl_matrix *J) {
     const auto &points = *static_cast<const Points *>(data);
     const double a = b->data[0];
     const double w = b->data[2];
-    for (std::size_t i = 0; i < points.x.size(); i++) {
+    for (std::size_t i = 0; i < points.x.size(); ++i) {
         const double u = (points.x[i] - b->data[1]) / w;
         const double e = std::exp(-u * u);
         gsl_matrix_set(J, i, 0, e);
@@ -129,7 +129,7 @@ void handWrittenPeak(benchmark::State &state) {
     const Points points = noisyPeak(static_cast<int>(state.range(0)));
     std::vector<double> out(points.x.size());
     for (auto _ : state) {
-        for (std::size_t i = 0; i < out.size(); i++) out[i] = peakAt(points.x[i], truth);
+        for (std::size_t i = 0; i < out.size(); ++i) out[i] = peakAt(points.x[i], truth);
         benchmark::DoNotOptimize(out.data());
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));

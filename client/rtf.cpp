@@ -8,11 +8,11 @@
 
 // One UTF-16 code unit as RTF writes it: a signed number, then a '?' for readers without Unicode.
 // The '?' is escaped because some readers skip a whole word there, not a character.
-static void appendCodeUnit(std::string &rtf, uint32_t unit) {
-    rtf += "\\u" + std::to_string(static_cast<int16_t>(unit)) + "\\'3f";
+static void appendCodeUnit(std::string &rtf, std::uint32_t unit) {
+    rtf += "\\u" + std::to_string(static_cast<std::int16_t>(unit)) + "\\'3f";
 }
 
-static void appendCharacter(std::string &rtf, uint32_t code) {
+static void appendCharacter(std::string &rtf, std::uint32_t code) {
     if (code >= 0x10000) {
         appendCodeUnit(rtf, 0xd800 + ((code - 0x10000) >> 10));
         appendCodeUnit(rtf, 0xdc00 + ((code - 0x10000) & 0x3ff));

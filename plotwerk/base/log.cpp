@@ -14,7 +14,7 @@ static constexpr std::array<std::string_view, 4> levelNames{"error", "warning", 
 static LogLevel highestLevel = LogLevel::info;
 
 std::optional<LogLevel> logLevelNamed(std::string_view name) {
-    for (size_t i = 0; i < levelNames.size(); ++i) {
+    for (std::size_t i = 0; i < levelNames.size(); ++i) {
         if (name == levelNames[i]) return static_cast<LogLevel>(i);
     }
     return std::nullopt;
@@ -26,12 +26,12 @@ void setLogLevel(LogLevel level) {
 
 // What a message complains about may stand at either end of its text: both ends stay.
 static std::string shortened(std::string_view text) {
-    constexpr size_t longest = 800;
-    constexpr size_t end = longest / 2;
+    constexpr std::size_t longest = 800;
+    constexpr std::size_t end = longest / 2;
     if (text.size() <= longest) return std::string(text);
 
-    const size_t head = plw::prefixOfCharacters(text, end);
-    const size_t tail = plw::prefixOfCharacters(text, text.size() - end);
+    const std::size_t head = plw::prefixOfCharacters(text, end);
+    const std::size_t tail = plw::prefixOfCharacters(text, text.size() - end);
     return std::string(text.substr(0, head)) + "..." + std::string(text.substr(tail));
 }
 
@@ -45,7 +45,7 @@ std::string oneLine(std::string_view text) {
         std::snprintf(hex, sizeof hex, "\\x%02x", byte);
         line += hex;
     };
-    for (size_t i = 0; i < whole.size(); ++i) {
+    for (std::size_t i = 0; i < whole.size(); ++i) {
         const auto byte = static_cast<unsigned char>(whole[i]);
         const auto next = static_cast<unsigned char>(i + 1 < whole.size() ? whole[i + 1] : 0);
         if (byte < 0x20 || byte == 0x7f) {
@@ -63,7 +63,7 @@ std::string oneLine(std::string_view text) {
 void log(LogLevel level, std::string_view text) {
     if (level > highestLevel) return;
     std::string line = "plotwerkd: ";
-    line += levelNames[static_cast<size_t>(level)];
+    line += levelNames[static_cast<std::size_t>(level)];
     line += ": ";
     line += oneLine(text);
     line += '\n';

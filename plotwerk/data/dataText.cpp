@@ -17,28 +17,28 @@
 
 namespace plotwerk {
 
-namespace {
+static constexpr std::size_t mostValues = 100'000'000;
+static constexpr std::size_t mostColumns = 1'000'000;
 
-constexpr std::size_t mostValues = 100'000'000;
-constexpr std::size_t mostColumns = 1'000'000;
+static constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
 
-constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
-
-bool endsLine(char c) {
+static bool endsLine(char c) {
     return c == '\0' || c == '#';
 }
 
-bool isQuote(char c) {
+static bool isQuote(char c) {
     return c == '"' || c == '\'';
 }
 
 // True when two tabs of a line have nothing but blanks between them.
-bool hasEmptyField(const char *line) {
+static bool hasEmptyField(const char *line) {
     for (const char *tab = std::strchr(line, '\t'); tab != nullptr;
          tab = std::strchr(tab + 1, '\t'))
         if (tab[1 + std::strspn(tab + 1, " ")] == '\t') return true;
     return false;
 }
+
+namespace {
 
 // What the fields of a line are, and the gaps between them.
 class FieldScanner {
@@ -253,14 +253,16 @@ class TableReader {
     }
 };
 
+} // namespace
+
 // So that every line ends in LF, and blanks may stand before it.
-void unifyLineEnds(std::string &text) {
+static void unifyLineEnds(std::string &text) {
     for (std::size_t at = 0; (at = text.find('\r', at)) != std::string::npos; ++at)
         text[at] = text[at + 1] == '\n' ? ' ' : '\n';
 }
 
 // A name that is a word where it stands needs no quotes.
-bool needsQuotes(const std::string &name) {
+static bool needsQuotes(const std::string &name) {
     if (name.empty() || name == "-" || name.starts_with(byteOrderMark) ||
         name.find_first_of(" \t;,#\"'") != std::string::npos)
         return true;
@@ -269,7 +271,7 @@ bool needsQuotes(const std::string &name) {
     return plw::scanline(name.c_str(), &number, 1, &count) != name.c_str();
 }
 
-void writeName(std::string name, std::string &text) {
+static void writeName(std::string name, std::string &text) {
     std::replace_if(
         name.begin(), name.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
     if (!needsQuotes(name)) {
@@ -286,7 +288,7 @@ void writeName(std::string name, std::string &text) {
     text += quote;
 }
 
-void writeNumber(double value, char decimalSeparator, std::string &text) {
+static void writeNumber(double value, char decimalSeparator, std::string &text) {
     const std::size_t begin = text.size();
     const char *digits = plw::stringOfDouble(value);
     if (std::isnan(value) || std::strtod(digits, nullptr) == value) {
@@ -299,8 +301,6 @@ void writeNumber(double value, char decimalSeparator, std::string &text) {
     const std::size_t point = text.find('.', begin);
     if (point != std::string::npos) text[point] = decimalSeparator;
 }
-
-} // namespace
 
 std::vector<DataTable> readDataText(std::string text, char decimalSeparator) {
     if (text.find('\0') != std::string::npos) throw Refusal("data text has a NUL byte");

@@ -13,9 +13,7 @@
 
 namespace plotwerk {
 
-namespace {
-
-Source &sourceNamed(Document &document, const std::string &name) {
+static Source &sourceNamed(Document &document, const std::string &name) {
     const std::string &wanted = name.empty() ? "Data" : name;
     for (Source &source : document.sources)
         if (source.name == wanted) return source;
@@ -23,11 +21,11 @@ Source &sourceNamed(Document &document, const std::string &name) {
 }
 
 // Curves that come after so many others.
-void giveLooks(Table &table, int &curvesBefore) {
+static void giveLooks(Table &table, int &curvesBefore) {
     for (Column &column : table.y) column.look = lookOfNewCurve(curvesBefore++);
 }
 
-std::vector<Table> tablesOf(std::vector<DataTable> read, int curvesBefore) {
+static std::vector<Table> tablesOf(std::vector<DataTable> read, int curvesBefore) {
     std::vector<Table> tables;
     tables.reserve(read.size());
     for (DataTable &each : read) {
@@ -38,30 +36,30 @@ std::vector<Table> tablesOf(std::vector<DataTable> read, int curvesBefore) {
 }
 
 // What the user has made of a curve goes over to the one that takes its position.
-void takeOver(const Column &old, Column &column) {
+static void takeOver(const Column &old, Column &column) {
     column.look = old.look;
     column.marked = old.marked;
     column.fitData = old.fitData;
     column.rank = old.rank;
 }
 
-bool countsItsRows(const Table &table) {
+static bool countsItsRows(const Table &table) {
     const std::vector<double> &x = table.x.values;
     return x.empty() || (x.front() == 0 && x.back() == static_cast<double>(x.size() - 1));
 }
 
-bool continues(const DataTable &more, const Table &table) {
+static bool continues(const DataTable &more, const Table &table) {
     return more.table.y.size() == table.y.size() && (!more.countedX || countsItsRows(table));
 }
 
 // Makes room so that appending can't fail, and growth by single rows stays cheap.
-void reserveRows(Column &column, std::size_t more) {
+static void reserveRows(Column &column, std::size_t more) {
     const std::size_t needed = column.values.size() + more;
     if (needed > column.values.capacity())
         column.values.reserve(std::max(needed, 2 * column.values.capacity()));
 }
 
-void appendRows(const DataTable &more, Table &table) {
+static void appendRows(const DataTable &more, Table &table) {
     const double rows = more.countedX ? rowsOf(table) : 0;
     for (const double x : more.table.x.values) table.x.values.push_back(rows + x);
     for (std::size_t i = 0; i < table.y.size(); ++i) {
@@ -70,8 +68,6 @@ void appendRows(const DataTable &more, Table &table) {
         table.y[i].drawnByFit = false; // the user's own from now on
     }
 }
-
-} // namespace
 
 void replaceData(Document &document, const std::string &source, std::string text,
                  char decimalSeparator) {

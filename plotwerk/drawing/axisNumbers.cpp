@@ -97,7 +97,7 @@ std::vector<PlacedNumber> placedNumbers(const std::vector<AxisNumber> &numbers, 
 
 bool standApart(const std::vector<PlacedNumber> &numbers, Side side) {
     const double gap = isHorizontal(side) ? horizontalGap : verticalGap;
-    for (size_t i = 1; i < numbers.size(); ++i) {
+    for (std::size_t i = 1; i < numbers.size(); ++i) {
         if (numbersMeet(numbers[i - 1], numbers[i], gap)) return false;
         if (i > 1 && numbersMeet(numbers[i - 2], numbers[i], gap)) return false;
     }

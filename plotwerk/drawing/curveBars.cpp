@@ -21,8 +21,8 @@ struct Bar {
 
 } // namespace
 
-static int64_t columnOf(const Bar &bar) {
-    return static_cast<int64_t>(std::floor(bar.at / pathResolution));
+static std::int64_t columnOf(const Bar &bar) {
+    return static_cast<std::int64_t>(std::floor(bar.at / pathResolution));
 }
 
 static Bar barBetween(double at, double from, double to) {
@@ -31,14 +31,14 @@ static Bar barBetween(double at, double from, double to) {
 
 // Bars in the same column that overlap become one.
 static std::vector<Bar> mergedBars(const std::vector<Bar> &bars) {
-    std::vector<std::pair<int64_t, const Bar *>> sorted;
+    std::vector<std::pair<std::int64_t, const Bar *>> sorted;
     sorted.reserve(bars.size());
     for (const Bar &bar : bars) sorted.emplace_back(columnOf(bar), &bar);
     std::sort(sorted.begin(), sorted.end(), [](const auto &a, const auto &b) {
         return a.first != b.first ? a.first < b.first : a.second->low < b.second->low;
     });
     std::vector<Bar> merged;
-    int64_t column = 0;
+    std::int64_t column = 0;
     for (const auto &[barColumn, bar] : sorted) {
         if (!merged.empty() && column == barColumn && bar->low <= merged.back().high)
             merged.back().high = std::max(merged.back().high, bar->high);
@@ -99,7 +99,7 @@ void drawErrorBars(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &fram
     std::vector<Bar> level;
     double low = 0;
     double high = 0;
-    for (size_t i = 0; i < std::min(x.size(), y.size()); ++i) {
+    for (std::size_t i = 0; i < std::min(x.size(), y.size()); ++i) {
         const Point at{horizontal.position(x[i]), frame.height - vertical.position(y[i])};
         if (isBreak(at)) continue;
         if (yError && yError->values[i] > 0 && at.x >= near.left && at.x <= near.right) {

@@ -8,7 +8,7 @@ namespace plotwerk {
 
 double lengthOf(std::span<const Point> path) {
     double length = 0;
-    for (size_t i = 1; i < path.size(); ++i) {
+    for (std::size_t i = 1; i < path.size(); ++i) {
         if (isBreak(path[i]) || isBreak(path[i - 1])) continue;
         const double dx = path[i].x - path[i - 1].x;
         const double dy = path[i].y - path[i - 1].y;
@@ -58,7 +58,7 @@ Path clippedPath(const Path &path, const Box &box) {
     const auto breakPath = [&] {
         if (!clipped.empty() && !isBreak(clipped.back())) clipped.push_back(pathBreak);
     };
-    for (size_t i = 0; i < path.size(); ++i) {
+    for (std::size_t i = 0; i < path.size(); ++i) {
         const Point &p = path[i];
         if (isBreak(p)) {
             breakPath();
@@ -122,7 +122,7 @@ std::vector<Path> areasBetween(const Path &path, double base, const Box &box) {
         }
         ring.clear();
     };
-    for (size_t i = 1; i < path.size(); ++i) {
+    for (std::size_t i = 1; i < path.size(); ++i) {
         if (isBreak(path[i]))
             close();
         else if (!isBreak(path[i - 1]))
@@ -136,21 +136,21 @@ std::vector<Path> areasBetween(const Path &path, double base, const Box &box) {
 static Path columnExtremes(const Path &path) {
     Path kept;
     const auto columnOf = [](const Point &p) { return std::floor(p.x / pathResolution); };
-    for (size_t begin = 0; begin < path.size();) {
+    for (std::size_t begin = 0; begin < path.size();) {
         if (isBreak(path[begin])) {
             kept.push_back(path[begin++]);
             continue;
         }
         const double column = columnOf(path[begin]);
-        size_t lowest = begin;
-        size_t highest = begin;
-        size_t end = begin + 1;
+        std::size_t lowest = begin;
+        std::size_t highest = begin;
+        std::size_t end = begin + 1;
         for (; end < path.size() && !isBreak(path[end]) && columnOf(path[end]) == column; ++end) {
             if (path[end].y < path[lowest].y) lowest = end;
             if (path[end].y > path[highest].y) highest = end;
         }
-        size_t previous = path.size();
-        for (const size_t index :
+        std::size_t previous = path.size();
+        for (const std::size_t index :
              {begin, std::min(lowest, highest), std::max(lowest, highest), end - 1}) {
             if (index != previous) kept.push_back(path[index]);
             previous = index;
@@ -204,7 +204,7 @@ class Cone {
 static Path straightened(const Path &path, double tolerance) {
     Path kept;
     Cone cone(pathBreak, tolerance);
-    for (size_t i = 0; i < path.size(); ++i) {
+    for (std::size_t i = 0; i < path.size(); ++i) {
         const bool first = i == 0 || isBreak(path[i - 1]);
         const bool last = i + 1 == path.size() || isBreak(path[i + 1]);
         if (isBreak(path[i]) || first) {

@@ -15,7 +15,7 @@ static Path meansOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
     std::vector<double> y = curve.column->values;
     const int means = averageBlocks(x, y, curve.column->look.sum);
     Path path;
-    path.reserve(static_cast<size_t>(means));
+    path.reserve(static_cast<std::size_t>(means));
     for (int i = 0; i < means; ++i)
         path.push_back(frame.at(x[i], y[i], curve.horizontalAxis(), curve.verticalAxis()));
     return path;
@@ -24,10 +24,10 @@ static Path meansOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
 Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
     const std::vector<double> &x = curve.table->x.values;
     const std::vector<double> &y = curve.column->values;
-    const size_t rows = std::min(x.size(), y.size());
+    const std::size_t rows = std::min(x.size(), y.size());
     Path path;
     path.reserve(rows);
-    for (size_t i = 0; i < rows; ++i) {
+    for (std::size_t i = 0; i < rows; ++i) {
         const bool valid = std::isfinite(x[i]) && std::isfinite(y[i]);
         path.push_back(valid ? frame.at(x[i], y[i], curve.horizontalAxis(), curve.verticalAxis())
                              : pathBreak);
@@ -41,10 +41,10 @@ Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
 
 // Second derivatives at the points of a natural cubic spline y(x) (Press et al., tridiagonal
 // system).
-static std::vector<double> splineCurvatures(const Point *p, size_t n) {
+static std::vector<double> splineCurvatures(const Point *p, std::size_t n) {
     std::vector<double> curvature(n, 0.0);
     std::vector<double> above(n, 0.0);
-    for (size_t i = 1; i + 1 < n; ++i) {
+    for (std::size_t i = 1; i + 1 < n; ++i) {
         const double left = p[i].x - p[i - 1].x;
         const double right = p[i + 1].x - p[i].x;
         const double pivot = 2 * (left + right) - left * above[i - 1];
@@ -52,19 +52,19 @@ static std::vector<double> splineCurvatures(const Point *p, size_t n) {
         above[i] = right / pivot;
         curvature[i] = (6 * slopeChange - left * curvature[i - 1]) / pivot;
     }
-    for (size_t i = n; i-- > 2;) curvature[i - 1] -= above[i - 1] * curvature[i];
+    for (std::size_t i = n; i-- > 2;) curvature[i - 1] -= above[i - 1] * curvature[i];
     return curvature;
 }
 
-static bool isStrictlyMonotonic(const Point *p, size_t n) {
-    for (size_t i = 2; i < n; ++i)
+static bool isStrictlyMonotonic(const Point *p, std::size_t n) {
+    for (std::size_t i = 2; i < n; ++i)
         if ((p[i].x - p[i - 1].x) * (p[1].x - p[0].x) <= 0) return false;
     return n > 2 && p[1].x != p[0].x;
 }
 
-static void appendSpline(Path &path, const Point *p, size_t n, int between) {
+static void appendSpline(Path &path, const Point *p, std::size_t n, int between) {
     const std::vector<double> curvature = splineCurvatures(p, n);
-    for (size_t i = 0; i + 1 < n; ++i) {
+    for (std::size_t i = 0; i + 1 < n; ++i) {
         const double h = p[i + 1].x - p[i].x;
         for (int k = 0; k <= between; ++k) {
             const double b = static_cast<double>(k) / (between + 1);
@@ -89,9 +89,9 @@ static double between(double from, double to, double part, const Scale &scale) {
     return from + step;
 }
 
-static void appendStraight(Path &path, const Point *p, size_t n, int points,
+static void appendStraight(Path &path, const Point *p, std::size_t n, int points,
                            const Scale &horizontal, const Scale &vertical) {
-    for (size_t i = 0; i + 1 < n; ++i) {
+    for (std::size_t i = 0; i + 1 < n; ++i) {
         for (int k = 0; k <= points; ++k) {
             const double part = static_cast<double>(k) / (points + 1);
             // y on paper runs against the axis
@@ -107,19 +107,19 @@ static Path interpolatedPath(Path path, const DrawnCurve &curve, const ScaledFra
     const Scale &horizontal = frame.scales[curve.horizontalAxis()];
     const Scale &vertical = frame.scales[curve.verticalAxis()];
     const double most =
-        mostInterpolatedPoints / static_cast<double>(std::max<size_t>(path.size(), 1));
+        mostInterpolatedPoints / static_cast<double>(std::max<std::size_t>(path.size(), 1));
     const int points = static_cast<int>(std::min(look.interpolationPoints, most));
     const bool spline = look.interpolationType == 1;
     const bool logarithmic = horizontal.logarithmic || vertical.logarithmic;
     if (points < 1 || !(spline || logarithmic)) return path;
 
     Path result;
-    result.reserve(path.size() * static_cast<size_t>(points + 1));
-    for (size_t begin = 0; begin < path.size();) {
-        size_t end = begin;
+    result.reserve(path.size() * static_cast<std::size_t>(points + 1));
+    for (std::size_t begin = 0; begin < path.size();) {
+        std::size_t end = begin;
         while (end < path.size() && !isBreak(path[end])) ++end;
         const Point *part = path.data() + begin;
-        const size_t n = end - begin;
+        const std::size_t n = end - begin;
         if (n > 0 && spline && isStrictlyMonotonic(part, n))
             appendSpline(result, part, n, points);
         else if (n > 0)
@@ -139,7 +139,7 @@ Path linePath(Path points, const DrawnCurve &curve, const ScaledFrame &frame) {
 Path brokenOnReverse(const Path &path, bool reversedAxis) {
     Path broken;
     broken.reserve(path.size());
-    for (size_t i = 0; i < path.size(); ++i) {
+    for (std::size_t i = 0; i < path.size(); ++i) {
         if (i > 0) {
             const double step = path[i].x - path[i - 1].x;
             if (reversedAxis ? step > 0 : step < 0) broken.push_back(pathBreak);

@@ -17,8 +17,8 @@ static void setDash(cairo_t *cr, const CurveLook &look, double distance) {
     if (sum >= 0.2) cairo_set_dash(cr, dash.data(), static_cast<int>(dash.size()), distance);
 }
 
-void tracePath(cairo_t *cr, const Path &path, size_t begin, size_t end) {
-    for (size_t i = begin; i < end; ++i) {
+void tracePath(cairo_t *cr, const Path &path, std::size_t begin, std::size_t end) {
+    for (std::size_t i = begin; i < end; ++i) {
         if (isBreak(path[i])) continue;
         const bool joins = i > begin && !isBreak(path[i - 1]);
         if (joins)
@@ -29,8 +29,8 @@ void tracePath(cairo_t *cr, const Path &path, size_t begin, size_t end) {
 }
 
 // Points between two breaks: a line can't show them, but a dot can.
-static void traceDots(cairo_t *cr, const Path &path, size_t begin, size_t end) {
-    for (size_t i = begin; i < end; ++i) {
+static void traceDots(cairo_t *cr, const Path &path, std::size_t begin, std::size_t end) {
+    for (std::size_t i = begin; i < end; ++i) {
         const bool alone = !isBreak(path[i]) && (i == 0 || isBreak(path[i - 1])) &&
                            (i + 1 == path.size() || isBreak(path[i + 1]));
         if (!alone) continue;
@@ -39,7 +39,7 @@ static void traceDots(cairo_t *cr, const Path &path, size_t begin, size_t end) {
     }
 }
 
-static void strokeDots(cairo_t *cr, const Path &path, size_t begin, size_t end) {
+static void strokeDots(cairo_t *cr, const Path &path, std::size_t begin, std::size_t end) {
     traceDots(cr, path, begin, end);
     cairo_save(cr);
     cairo_set_dash(cr, nullptr, 0, 0);
@@ -51,16 +51,16 @@ static void strokeDots(cairo_t *cr, const Path &path, size_t begin, size_t end) 
 
 // Draws so many points at once.
 static void strokeInParts(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed,
-                          size_t atOnce) {
-    size_t from = 0;
+                          std::size_t atOnce) {
+    std::size_t from = 0;
     double distance = 0; // of that point from the beginning of its line
-    for (size_t begin = 0; begin < path.size();) {
-        size_t end = std::min(begin + atOnce, path.size());
+    for (std::size_t begin = 0; begin < path.size();) {
+        std::size_t end = std::min(begin + atOnce, path.size());
         if (dashed) { // up to a break, after which dashes begin anew
-            const auto part = path.begin() + static_cast<ptrdiff_t>(begin);
+            const auto part = path.begin() + static_cast<std::ptrdiff_t>(begin);
             const auto last =
-                std::find_if(part, path.begin() + static_cast<ptrdiff_t>(end - 1), isBreak);
-            end = static_cast<size_t>(last - path.begin()) + 1;
+                std::find_if(part, path.begin() + static_cast<std::ptrdiff_t>(end - 1), isBreak);
+            end = static_cast<std::size_t>(last - path.begin()) + 1;
             setDash(cr, look, distance);
         }
         tracePath(cr, path, from, end);
@@ -68,7 +68,8 @@ static void strokeInParts(cairo_t *cr, const Path &path, const CurveLook &look, 
         strokeDots(cr, path, begin, end);
 
         // the next part begins with the last line of this one, so that they are joined
-        const size_t next = isBreak(path[end - 1]) ? end : end - std::min<size_t>(end - from, 2);
+        const std::size_t next =
+            isBreak(path[end - 1]) ? end : end - std::min<std::size_t>(end - from, 2);
         distance = next == end ? 0 : distance + lengthOf({path.data() + from, next - from + 1});
         from = next;
         begin = end;
@@ -78,7 +79,7 @@ static void strokeInParts(cairo_t *cr, const Path &path, const CurveLook &look, 
 
 static void strokeAsImage(cairo_t *cr, const Path &path, double thickness, const Box &box) {
     DenseImage image(box, dpiFor(lengthOf(path)));
-    for (size_t i = 0; i < path.size(); ++i) {
+    for (std::size_t i = 0; i < path.size(); ++i) {
         if (isBreak(path[i])) continue;
         const bool joins = i > 0 && !isBreak(path[i - 1]);
         image.addLine(joins ? path[i - 1] : path[i], path[i], thickness);

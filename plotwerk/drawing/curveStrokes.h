@@ -11,11 +11,11 @@ namespace plotwerk {
 
 // Points of what is drawn as vectors, not as an image: in parts, or at once, where the cost of a
 // raster grows with the crossings in it.
-constexpr size_t mostVectors = 100000;
-constexpr size_t mostAtOnce = 10000;
+constexpr std::size_t mostVectors = 100000;
+constexpr std::size_t mostAtOnce = 10000;
 
 // Adds the path's lines from the points begin to end - 1 to cairo's path.
-void tracePath(cairo_t *cr, const Path &path, size_t begin, size_t end);
+void tracePath(cairo_t *cr, const Path &path, std::size_t begin, std::size_t end);
 
 // Draws the path in the curve's line colour and thickness; points between two breaks as dots. The
 // box holds all of the path. Too many points become an image, without dashes, which can't be seen

@@ -9,23 +9,23 @@
 
 namespace plotwerk {
 
-static constexpr size_t mostSymbols = 20000; // that are drawn as vectors, not as an image
+static constexpr std::size_t mostSymbols = 20000; // that are drawn as vectors, not as an image
 
 // The points inside the frame that have a symbol, those on the same spot once.
 static std::vector<Point> symbolPoints(const Path &points, int increment,
                                        const ScaledFrame &frame) {
     const double spot = std::max(0.1, std::max(frame.width, frame.height) / 6000);
     const Box inside = frame.box().grownBy(0.01);
-    const auto columns = static_cast<size_t>(inside.width() / spot) + 1;
-    const auto rows = static_cast<size_t>(inside.height() / spot) + 1;
+    const auto columns = static_cast<std::size_t>(inside.width() / spot) + 1;
+    const auto rows = static_cast<std::size_t>(inside.height() / spot) + 1;
     std::vector<bool> taken(columns * rows);
     std::vector<Point> chosen;
-    size_t index = 0;
+    std::size_t index = 0;
     for (const Point &p : points) {
         if (isBreak(p)) continue;
-        if (index++ % static_cast<size_t>(increment) != 0 || !inside.contains(p)) continue;
-        const size_t cell = static_cast<size_t>((p.y - inside.top) / spot) * columns +
-                            static_cast<size_t>((p.x - inside.left) / spot);
+        if (index++ % static_cast<std::size_t>(increment) != 0 || !inside.contains(p)) continue;
+        const std::size_t cell = static_cast<std::size_t>((p.y - inside.top) / spot) * columns +
+                                 static_cast<std::size_t>((p.x - inside.left) / spot);
         if (taken[cell]) continue;
         taken[cell] = true;
         chosen.push_back(p);
@@ -41,7 +41,7 @@ void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look, const S
     const bool asImage = chosen.size() > mostSymbols;
     // the second to fourth symbol are drawn over the first
     const auto drawAt = [&](cairo_t *target, const Point &at, const Colour &colour) {
-        for (size_t i = 0; i < look.symbol.size(); ++i)
+        for (std::size_t i = 0; i < look.symbol.size(); ++i)
             if (i == 0 || look.symbol[i] > 0)
                 drawSymbol(target, look.symbol[i], at, size, thickness, colour, !asImage);
     };

@@ -31,7 +31,7 @@ static double baseOf(const DrawnCurve &curve, const ScaledFrame &frame, const Fr
 static void fillArea(cairo_t *cr, const Path &path, double base, const CurveLook &look,
                      const ScaledFrame &frame) {
     std::vector<Path> rings = areasBetween(path, base, frame.box());
-    size_t size = 0;
+    std::size_t size = 0;
     double length = 0;
     for (Path &ring : rings) {
         ring = reducedPath(ring);

@@ -18,8 +18,8 @@ DenseImage::DenseImage(const Box &box_, double dpi)
       // with room at the right end of a row for a stamp's last words
       columns(static_cast<int>(box.width() * scale) + 128),
       rows(static_cast<int>(box.height() * scale) + 2),
-      wordsPerRow(static_cast<size_t>(columns) / 64 + 2),
-      bits(wordsPerRow * static_cast<size_t>(rows)) {
+      wordsPerRow(static_cast<std::size_t>(columns) / 64 + 2),
+      bits(wordsPerRow * static_cast<std::size_t>(rows)) {
 }
 
 // The first pixel whose middle lies at or beyond that place, from 0 on.
@@ -29,8 +29,9 @@ static int pixelFrom(double place) {
 }
 
 // The pixels from x on that are the word's set bits. The row has a word beyond the one with x.
-void DenseImage::setBits(int y, int x, uint64_t pixels) {
-    uint64_t *word = &bits[static_cast<size_t>(y) * wordsPerRow + static_cast<size_t>(x / 64)];
+void DenseImage::setBits(int y, int x, std::uint64_t pixels) {
+    std::uint64_t *word =
+        &bits[static_cast<std::size_t>(y) * wordsPerRow + static_cast<std::size_t>(x / 64)];
     const int shift = x % 64;
     word[0] |= pixels << shift;
     word[1] |= pixels >> 1 >> (63 - shift);
@@ -41,7 +42,7 @@ void DenseImage::setRow(int y, double left, double right) {
     const int begin = pixelFrom(std::min(left, columns - 1.0));
     const int end = pixelFrom(std::min(right, columns - 1.0));
     for (int x = begin; x < end; x += 64)
-        setBits(y, x, ~uint64_t{0} >> (64 - std::min(end - x, 64)));
+        setBits(y, x, ~std::uint64_t{0} >> (64 - std::min(end - x, 64)));
 }
 
 void DenseImage::addLine(const Point &from, const Point &to, double thickness) {
@@ -77,9 +78,9 @@ void DenseImage::addLine(const Point &from, const Point &to, double thickness) {
 
 void DenseImage::fill(const std::vector<Path> &rings) {
     // by how much the winding number of a pixel differs from that of its left neighbour
-    std::vector<int> changes(static_cast<size_t>(columns) * static_cast<size_t>(rows));
+    std::vector<int> changes(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows));
     for (const Path &ring : rings)
-        for (size_t i = 0; i < ring.size(); ++i) {
+        for (std::size_t i = 0; i < ring.size(); ++i) {
             Point a = pixelAt(ring[i]);
             Point b = pixelAt(ring[i + 1 < ring.size() ? i + 1 : 0]);
             const int change = a.y < b.y ? 1 : -1;
@@ -89,11 +90,11 @@ void DenseImage::fill(const std::vector<Path> &rings) {
             for (int y = pixelFrom(a.y); y < end; ++y) {
                 const double x = a.x + (y + 0.5 - a.y) * slope;
                 const int column = pixelFrom(std::min(x, columns - 1.0));
-                changes[static_cast<size_t>(y) * columns + column] += change;
+                changes[static_cast<std::size_t>(y) * columns + column] += change;
             }
         }
     for (int y = 0; y < rows; ++y) {
-        const int *row = changes.data() + static_cast<size_t>(y) * columns;
+        const int *row = changes.data() + static_cast<std::size_t>(y) * columns;
         int winding = 0;
         int begin = 0;
         for (int x = 0; x < columns; ++x) {
@@ -107,9 +108,9 @@ void DenseImage::fill(const std::vector<Path> &rings) {
 
 // Words of one-bit images begin with the lowest bit on little-endian machines, with the highest on
 // others.
-static uint32_t lowestBitFirst(uint32_t word) {
+static std::uint32_t lowestBitFirst(std::uint32_t word) {
     if constexpr (std::endian::native == std::endian::little) return word;
-    uint32_t turned = 0;
+    std::uint32_t turned = 0;
     for (int bit = 0; bit < 32; ++bit) turned |= (word >> bit & 1) << (31 - bit);
     return turned;
 }
@@ -129,16 +130,17 @@ void DenseImage::stamp(const std::vector<Point> &points, double radius,
     cairo_surface_flush(stamp.get());
 
     const int words = cairo_image_surface_get_stride(stamp.get()) / 4;
-    std::vector<uint32_t> stampBits(static_cast<size_t>(words) * static_cast<size_t>(size));
+    std::vector<std::uint32_t> stampBits(static_cast<std::size_t>(words) *
+                                         static_cast<std::size_t>(size));
     std::memcpy(stampBits.data(), cairo_image_surface_get_data(stamp.get()), 4 * stampBits.size());
-    for (uint32_t &word : stampBits) word = lowestBitFirst(word);
+    for (std::uint32_t &word : stampBits) word = lowestBitFirst(word);
 
     for (const Point &p : points) {
         const Point pixel = pixelAt(p);
         const int left = static_cast<int>(std::floor(pixel.x)) - half;
         const int top = static_cast<int>(std::floor(pixel.y)) - half;
         if (left < 0 || left + 32 * words > columns || top < 0 || top + size > rows) continue;
-        const uint32_t *word = stampBits.data();
+        const std::uint32_t *word = stampBits.data();
         for (int y = top; y < top + size; ++y)
             for (int x = left; x < left + 32 * words; x += 32) setBits(y, x, *word++);
     }
@@ -150,11 +152,13 @@ void DenseImage::paintOn(cairo_t *target) const {
     cairo_surface_flush(surface.get());
     const int stride = cairo_image_surface_get_stride(surface.get());
     for (int y = 0; y < rows; ++y) {
-        unsigned char *row = cairo_image_surface_get_data(surface.get()) + ptrdiff_t{y} * stride;
+        unsigned char *row =
+            cairo_image_surface_get_data(surface.get()) + std::ptrdiff_t{y} * stride;
         for (int i = 0; i < stride / 4; ++i) {
-            const uint64_t pair = bits[static_cast<size_t>(y) * wordsPerRow + i / 2];
-            const uint32_t word = lowestBitFirst(static_cast<uint32_t>(pair >> 32 * (i % 2)));
-            std::memcpy(row + ptrdiff_t{4} * i, &word, 4);
+            const std::uint64_t pair = bits[static_cast<std::size_t>(y) * wordsPerRow + i / 2];
+            const std::uint32_t word =
+                lowestBitFirst(static_cast<std::uint32_t>(pair >> 32 * (i % 2)));
+            std::memcpy(row + std::ptrdiff_t{4} * i, &word, 4);
         }
     }
     cairo_surface_mark_dirty(surface.get());

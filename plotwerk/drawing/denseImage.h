@@ -45,15 +45,15 @@ class DenseImage {
     Point pixelAt(const Point &p) const {
         return {(p.x - box.left) * scale, (p.y - box.top) * scale};
     }
-    void setBits(int y, int x, uint64_t pixels);
+    void setBits(int y, int x, std::uint64_t pixels);
     void setRow(int y, double left, double right);
 
     Box box;
     double scale; // pixels per point
     int columns;
     int rows;
-    size_t wordsPerRow;
-    std::vector<uint64_t> bits; // the leftmost pixel of a word is its lowest bit
+    std::size_t wordsPerRow;
+    std::vector<std::uint64_t> bits; // the leftmost pixel of a word is its lowest bit
 };
 
 } // namespace plotwerk

@@ -35,7 +35,7 @@ static double squaredDistance(const Point &p, const Point &a, const Point &b) {
 // an empty path.
 static double squaredDistance(const Point &p, const Path &path, bool joined) {
     double nearest = infinity;
-    for (size_t i = 0; i < path.size(); ++i) {
+    for (std::size_t i = 0; i < path.size(); ++i) {
         if (isBreak(path[i])) continue;
         const bool joins = joined && i > 0 && !isBreak(path[i - 1]);
         nearest = std::min(nearest, joins ? squaredDistance(p, path[i - 1], path[i])
@@ -77,7 +77,7 @@ static bool isNearer(const Hit &a, const Hit &b) {
 static int nearestRow(const Point &p, const Path &rows, double &squared) {
     int nearest = -1;
     squared = infinity;
-    for (size_t i = 0; i < rows.size(); ++i) {
+    for (std::size_t i = 0; i < rows.size(); ++i) {
         const double distance = squaredDistance(p, rows[i]);
         if (!(distance < squared)) continue; // also at breaks
         squared = distance;

@@ -34,9 +34,9 @@ static void finish(const Surface &surface, const Context &cr) {
 // When the file was made, as an entry of the PDF's information. Blanks take its place, since the
 // objects behind it are found by their distance from the beginning of the file.
 static void blankCreationDate(std::string &pdf) {
-    const size_t begin = pdf.rfind("/CreationDate (D:");
+    const std::size_t begin = pdf.rfind("/CreationDate (D:");
     if (begin == std::string::npos) return;
-    const size_t end = pdf.find(')', begin);
+    const std::size_t end = pdf.find(')', begin);
     if (end != std::string::npos) pdf.replace(begin, end + 1 - begin, end + 1 - begin, ' ');
 }
 
@@ -53,7 +53,7 @@ std::string pdfOfDocument(const Document &document) {
 
 // Replaces the line of the header that begins with the key; without a text it goes.
 static void replaceLine(std::string &eps, const std::string &key, const std::string &text) {
-    const size_t begin = eps.find("\n" + key);
+    const std::size_t begin = eps.find("\n" + key);
     if (begin == std::string::npos) return;
     eps.replace(begin + 1, eps.find('\n', begin + 1) - begin, text);
 }

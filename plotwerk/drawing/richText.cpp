@@ -10,8 +10,8 @@
 
 namespace plotwerk {
 
-static constexpr size_t longestText = 4096;
-static constexpr size_t deepestGroup = 200;
+static constexpr std::size_t longestText = 4096;
+static constexpr std::size_t deepestGroup = 200;
 static constexpr double smallestSize = 1;
 static constexpr double largestSize = 200;
 
@@ -26,7 +26,7 @@ static std::string validUtf8(std::string_view bytes) {
 static std::string withoutControls(std::string_view text) {
     std::string result;
     result.reserve(text.size());
-    for (size_t i = 0; i < text.size(); ++i) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
         const auto c = static_cast<unsigned char>(text[i]);
         if (c == '\r') {
             if (i + 1 == text.size() || text[i + 1] != '\n') result += '\n';
@@ -38,12 +38,12 @@ static std::string withoutControls(std::string_view text) {
 }
 
 // Code page 1252 in 0x80..0x9f; elsewhere it is ISO 8859-1. 0 where nothing is assigned.
-static constexpr std::array<uint16_t, 32> codePage1252 = {
+static constexpr std::array<std::uint16_t, 32> codePage1252 = {
     0x20ac, 0,      0x201a, 0x0192, 0x201e, 0x2026, 0x2020, 0x2021, 0x02c6, 0x2030, 0x0160,
     0x2039, 0x0152, 0,      0x017d, 0,      0,      0x2018, 0x2019, 0x201c, 0x201d, 0x2022,
     0x2013, 0x2014, 0x02dc, 0x2122, 0x0161, 0x203a, 0x0153, 0,      0x017e, 0x0178};
 
-static uint32_t codeOf1252(uint32_t byte) {
+static std::uint32_t codeOf1252(std::uint32_t byte) {
     return byte >= 0x80 && byte < 0xa0 ? codePage1252[byte - 0x80] : byte;
 }
 
@@ -55,7 +55,7 @@ static constexpr std::string_view hiddenDestinations[] = {
 
 static constexpr struct {
     std::string_view word;
-    uint32_t code;
+    std::uint32_t code;
 } namedCharacters[] = {
     {"par", '\n'},      {"line", '\n'},      {"sect", '\n'},        {"page", '\n'},
     {"row", '\n'},      {"cell", '\t'},      {"tab", '\t'},         {"emdash", 0x2014},
@@ -129,21 +129,21 @@ class RtfReader {
         case '\t': addCode('\t'); break;
         case '\\':
         case '{':
-        case '}': addCode(static_cast<uint32_t>(c)); break;
+        case '}': addCode(static_cast<std::uint32_t>(c)); break;
         default: break;
         }
     }
 
     void readHex() {
-        uint32_t byte = 0;
-        const char *end = rest.data() + std::min<size_t>(rest.size(), 2);
+        std::uint32_t byte = 0;
+        const char *end = rest.data() + std::min<std::size_t>(rest.size(), 2);
         const auto [after, error] = std::from_chars(rest.data(), end, byte, 16);
-        rest.remove_prefix(static_cast<size_t>(after - rest.data()));
+        rest.remove_prefix(static_cast<std::size_t>(after - rest.data()));
         if (error == std::errc()) addCode(codeOf1252(byte));
     }
 
     void readWord() {
-        size_t size = 0;
+        std::size_t size = 0;
         while (size < rest.size() && g_ascii_isalpha(rest[size])) ++size;
         const std::string_view word = rest.substr(0, size);
         rest.remove_prefix(size);
@@ -152,19 +152,20 @@ class RtfReader {
         const auto [after, error] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
         const bool hasNumber = after != rest.data();
         if (error == std::errc::result_out_of_range) number = 0;
-        rest.remove_prefix(static_cast<size_t>(after - rest.data()));
+        rest.remove_prefix(static_cast<std::size_t>(after - rest.data()));
         if (!rest.empty() && rest.front() == ' ') rest.remove_prefix(1);
         apply(word, number, hasNumber);
     }
 
     void apply(std::string_view word, int number, bool hasNumber) {
         if (word == "u") {
-            addUnit(static_cast<uint32_t>(number) & 0xffff);
+            addUnit(static_cast<std::uint32_t>(number) & 0xffff);
             skip = group.unicodeFallback;
         } else if (word == "uc") {
             group.unicodeFallback = std::clamp(number, 0, 100);
         } else if (word == "bin") {
-            rest.remove_prefix(std::min(rest.size(), static_cast<size_t>(std::max(number, 0))));
+            rest.remove_prefix(
+                std::min(rest.size(), static_cast<std::size_t>(std::max(number, 0))));
         } else if (skip > 0) {
             --skip;
         } else if (std::find(std::begin(hiddenDestinations), std::end(hiddenDestinations), word) !=
@@ -219,7 +220,7 @@ class RtfReader {
         }
     }
 
-    void addCode(uint32_t code) {
+    void addCode(std::uint32_t code) {
         if (skip > 0) {
             --skip;
         } else if (!group.hidden && code != 0) {
@@ -229,7 +230,7 @@ class RtfReader {
     }
 
     // One UTF-16 code unit of \u.
-    void addUnit(uint32_t unit) {
+    void addUnit(std::uint32_t unit) {
         if (group.hidden) return;
         if (unit >= 0xd800 && unit < 0xdc00) {
             settleSurrogate();
@@ -250,11 +251,11 @@ class RtfReader {
         highSurrogate = 0;
     }
 
-    void append(uint32_t code) {
+    void append(std::uint32_t code) {
         char utf8[6];
         const int size = g_unichar_to_utf8(code, utf8);
-        text.append(utf8, static_cast<size_t>(size));
-        length += static_cast<size_t>(size);
+        text.append(utf8, static_cast<std::size_t>(size));
+        length += static_cast<std::size_t>(size);
     }
 
     void flush() {
@@ -268,12 +269,12 @@ class RtfReader {
     std::string_view rest;
     RichText runs;
     std::string text; // of the run that is being read
-    size_t length = 0;
+    std::size_t length = 0;
     Group group;
     std::vector<Group> outer;
-    size_t tooDeep = 0;
+    std::size_t tooDeep = 0;
     int skip = 0; // characters that a \u before them replaces
-    uint32_t highSurrogate = 0;
+    std::uint32_t highSurrogate = 0;
 };
 
 } // namespace

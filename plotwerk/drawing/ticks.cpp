@@ -37,8 +37,9 @@ static double multiple(double k, double step) {
     return (step < 1 && std::abs(parts * step - 1) < 1e-12 ? k / parts : k * step) + 0.0;
 }
 
-// A step of 1, 2 or 5 times a power of ten.
 namespace {
+
+// A step of 1, 2 or 5 times a power of ten.
 struct RoundStep {
     int digit = 1;
     int exponent = 0;
@@ -57,6 +58,7 @@ struct RoundStep {
         return {1, exponent + 1};
     }
 };
+
 } // namespace
 
 static RoundStep finestStepFrom(double least) {
@@ -101,7 +103,7 @@ static std::vector<AxisNumber> thinned(const std::vector<AxisNumber> &numbers, d
     if (numbers.size() <= 1 || fit(numbers)) return numbers;
     for (RoundStep n{2, 0}; n.value() < static_cast<double>(numbers.size()); n = n.coarser()) {
         std::vector<AxisNumber> chosen;
-        for (size_t i = 0; i < numbers.size(); ++i)
+        for (std::size_t i = 0; i < numbers.size(); ++i)
             if (std::fmod(firstIndex + static_cast<double>(i), n.value()) == 0)
                 chosen.push_back(numbers[i]);
         if (chosen.size() > 1 && fit(chosen)) return chosen;

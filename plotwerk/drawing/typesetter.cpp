@@ -16,14 +16,15 @@ static double pointsOf(int units) {
     return pango_units_to_double(units);
 }
 
-static void addAttribute(PangoAttrList *list, PangoAttribute *attribute, size_t begin, size_t end) {
+static void addAttribute(PangoAttrList *list, PangoAttribute *attribute, std::size_t begin,
+                         std::size_t end) {
     attribute->start_index = static_cast<guint>(begin);
     attribute->end_index = static_cast<guint>(end);
     pango_attr_list_insert(list, attribute);
 }
 
-static void addRun(PangoAttrList *list, const TextRun &run, double textSize, size_t begin) {
-    const size_t end = begin + run.text.size();
+static void addRun(PangoAttrList *list, const TextRun &run, double textSize, std::size_t begin) {
+    const std::size_t end = begin + run.text.size();
     const double size = std::isnan(run.size) ? textSize : run.size;
     const double drawnSize = run.script == 0 ? size : scriptSize * size;
     double rise = run.rise;

@@ -20,7 +20,7 @@ namespace plotwerk {
 
 namespace fs = std::filesystem;
 
-static constexpr size_t largestFile = 2'000'000'000;
+static constexpr std::size_t largestFile = 2'000'000'000;
 
 [[noreturn]] static void refuse(const char *verb, const fs::path &path, const std::string &reason) {
     throw Refusal(std::string("can't ") + verb + " " + path.string() + ": " + reason);
@@ -150,17 +150,17 @@ std::string readWholeFile(const fs::path &path) {
     if (fstat(file.number, &status) != 0) refuse("read", path, textOfErrno());
     if (S_ISDIR(status.st_mode)) refuse("read", path, std::strerror(EISDIR));
     if (!S_ISREG(status.st_mode)) refuse("read", path, "not a regular file");
-    if (static_cast<size_t>(status.st_size) > largestFile) refuse("read", path, "too large");
+    if (static_cast<std::size_t>(status.st_size) > largestFile) refuse("read", path, "too large");
 
     // One byte more than the file has shows its end at once; a file that grows is read on.
-    std::string bytes(static_cast<size_t>(status.st_size) + 1, '\0');
-    size_t used = 0;
+    std::string bytes(static_cast<std::size_t>(status.st_size) + 1, '\0');
+    std::size_t used = 0;
     for (;;) {
         const ssize_t count = read(file.number, bytes.data() + used, bytes.size() - used);
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) refuse("read", path, textOfErrno());
         if (count == 0) break;
-        used += static_cast<size_t>(count);
+        used += static_cast<std::size_t>(count);
         if (used > largestFile) refuse("read", path, "too large");
         if (used == bytes.size()) bytes.resize(bytes.size() * 2 + 4096);
     }

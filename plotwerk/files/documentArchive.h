@@ -59,7 +59,7 @@ class Writer {
         return array;
     }
     template<class T> Tree written(std::vector<T> &records) { return writtenArray(records); }
-    template<class T, size_t n> Tree written(std::array<T, n> &records) {
+    template<class T, std::size_t n> Tree written(std::array<T, n> &records) {
         return writtenArray(records);
     }
 
@@ -84,23 +84,20 @@ class Reader {
         if (!good) throw Refusal(std::string("damaged: \"") + key + "\" is of the wrong kind");
     }
 
-    // Whatever its sign and its other bits.
-    static double withOneNaN(double value) { return std::isnan(value) ? unset : value; }
-
     void read(const char *key, Tree &node, bool &value) {
         require(node.is_boolean(), key);
         value = node.get<bool>();
     }
     void read(const char *key, Tree &node, int &value) {
         require(node.is_number_integer(), key);
-        const bool big = node.is_number_unsigned() && node.get<uint64_t>() > INT32_MAX;
-        require(!big && node.get<int64_t>() >= INT32_MIN, key);
+        const bool big = node.is_number_unsigned() && node.get<std::uint64_t>() > INT32_MAX;
+        require(!big && node.get<std::int64_t>() >= INT32_MIN, key);
         value = node.get<int>();
     }
     void read(const char *key, Tree &node, double &value) {
         constexpr double infinity = std::numeric_limits<double>::infinity();
         if (node.is_number()) {
-            value = withOneNaN(node.get<double>());
+            value = stored(node.get<double>());
         } else if (node.is_null()) {
             value = unset;
         } else if (node == plusInfinity) {
@@ -120,7 +117,7 @@ class Reader {
                 key);
         const auto &bytes = node.get_binary();
         values.resize(bytes.size() / 8);
-        for (size_t i = 0; i < values.size(); ++i) values[i] = withOneNaN(doubleAt(&bytes[i * 8]));
+        for (std::size_t i = 0; i < values.size(); ++i) values[i] = stored(doubleAt(&bytes[i * 8]));
         node = nullptr;
     }
     template<class T> void read(const char *key, Tree &node, std::vector<T> &records) {
@@ -128,9 +125,10 @@ class Reader {
         records.clear();
         for (Tree &item : node) read(key, item, records.emplace_back());
     }
-    template<class T, size_t n> void read(const char *key, Tree &node, std::array<T, n> &records) {
+    template<class T, std::size_t n>
+    void read(const char *key, Tree &node, std::array<T, n> &records) {
         require(node.is_array() && node.size() == n, key);
-        for (size_t i = 0; i < n; ++i) read(key, node[i], records[i]);
+        for (std::size_t i = 0; i < n; ++i) read(key, node[i], records[i]);
     }
     template<class T> void read(const char *key, Tree &node, T &record) {
         require(node.is_object(), key);

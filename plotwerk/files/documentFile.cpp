@@ -48,7 +48,7 @@ static void checkWhole(const Document &document) {
 bool beginsAsDocument(std::string_view bytes) {
     if (bytes.starts_with(cborMark)) return true;
     if (bytes.starts_with("\xef\xbb\xbf")) bytes.remove_prefix(3);
-    const size_t first = bytes.find_first_not_of(" \t\r\n");
+    const std::size_t first = bytes.find_first_not_of(" \t\r\n");
     return first != std::string_view::npos && bytes[first] == '{';
 }
 

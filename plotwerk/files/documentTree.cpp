@@ -8,7 +8,7 @@
 namespace plotwerk {
 
 // A document's own nesting is ten; what lies deeper could only exhaust the stack.
-static constexpr size_t deepest = 16;
+static constexpr std::size_t deepest = 16;
 
 namespace {
 
@@ -42,14 +42,14 @@ class TreeBuilder final : public nlohmann::json_sax<Tree> {
     }
     bool binary(binary_t &) override { return stop("bytes in a text"); }
 
-    bool start_object(size_t) override { return open(Tree::object()); }
+    bool start_object(std::size_t) override { return open(Tree::object()); }
     bool key(string_t &name) override {
         member = std::move(name);
         return true;
     }
     bool end_object() override { return closeInnermost(); }
 
-    bool start_array(size_t) override {
+    bool start_array(std::size_t) override {
         if (inValues || open_.empty() || !open_.back()->is_object() || member != valuesKey) {
             return open(Tree::array());
         }
@@ -62,7 +62,7 @@ class TreeBuilder final : public nlohmann::json_sax<Tree> {
         return add(Tree::binary(std::move(values), doublesTag));
     }
 
-    bool parse_error(size_t position, const std::string &,
+    bool parse_error(std::size_t position, const std::string &,
                      const nlohmann::detail::exception &) override {
         return stop("damaged at byte " + std::to_string(position));
     }
@@ -126,7 +126,7 @@ namespace {
 // The head of a CBOR item: what kind it is, and its length, count or value.
 struct Head {
     unsigned kind;
-    uint64_t argument;
+    std::uint64_t argument;
 };
 
 } // namespace
@@ -140,7 +140,7 @@ static bool takeHead(std::string_view &bytes, Head &head) {
     if (head.argument < 24) return true;
     if (head.argument > 27) return false;
 
-    const size_t length = size_t{1} << (head.argument - 24);
+    const std::size_t length = std::size_t{1} << (head.argument - 24);
     if (bytes.size() < length) return false;
     head.argument = 0;
     for (const char byte : bytes.substr(0, length)) {
@@ -155,7 +155,7 @@ static bool takeHead(std::string_view &bytes, Head &head) {
 static bool isPlainCbor(std::string_view bytes) {
     enum Kind { byteString = 2, text, array, map, tag };
     Head head{};
-    std::vector<uint64_t> missing{1}; // items still to come at each level
+    std::vector<std::uint64_t> missing{1}; // items still to come at each level
     while (!missing.empty()) {
         if (missing.back() == 0) {
             missing.pop_back();

@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 // The document's name as that of a file: not hidden, no slashes, no control characters, and short
 // enough for every file system.
 static std::string fileNameOf(const std::string &name) {
-    constexpr size_t longest = 200;
+    constexpr std::size_t longest = 200;
     std::string fileName = name.substr(0, plw::prefixOfCharacters(name, longest));
     for (char &c : fileName) {
         if (c == '/' || static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '_';

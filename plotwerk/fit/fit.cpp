@@ -9,7 +9,7 @@ namespace plotwerk {
 
 static FitPoints pointsOf(const FitData &data) {
     FitPoints points;
-    for (std::size_t i = 0; i < data.x.size(); i++) {
+    for (std::size_t i = 0; i < data.x.size(); ++i) {
         const double x = data.x[i];
         if (!std::isfinite(x) || !std::isfinite(data.y[i])) continue;
         if (x < data.range.min || x > data.range.max) continue; // false for unset limits
@@ -26,7 +26,7 @@ static FitPoints pointsOf(const FitData &data) {
 // Of parameters in a row: `a`, `a and b`, `a, b and c`.
 static std::string listed(const std::vector<std::string> &names) {
     std::string list;
-    for (std::size_t k = 0; k < names.size(); k++) {
+    for (std::size_t k = 0; k < names.size(); ++k) {
         if (k > 0) list += k + 1 < names.size() ? ", " : " and ";
         list += names[k];
     }
@@ -60,7 +60,7 @@ static std::string failingPoint(const Formula &formula, const FitPoints &points,
                                 const std::vector<double> &values) {
     std::vector<double> f(points.x.size());
     formula.evaluate(points.x, {}, values, f);
-    for (std::size_t i = 0; i < f.size(); i++) {
+    for (std::size_t i = 0; i < f.size(); ++i) {
         if (std::isfinite(f[i])) continue;
         char text[80];
         std::snprintf(text, sizeof text, "the formula has no finite value at x = %.15g",
@@ -83,7 +83,7 @@ FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParam
             free.push_back(j);
             start.push_back(parameter.value);
         }
-        j++;
+        ++j;
     }
 
     FitOutcome outcome;
@@ -128,7 +128,7 @@ FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParam
     outcome.result.chiSquare = minimum.chiSquare;
     const auto freedom = static_cast<double>(points.x.size() - free.size());
     for (FitParameter &parameter : parameters) parameter.error = unset;
-    for (std::size_t k = 0; k < free.size(); k++) {
+    for (std::size_t k = 0; k < free.size(); ++k) {
         parameters[free[k]].value = minimum.b[k];
         if (freedom > 0)
             parameters[free[k]].error =

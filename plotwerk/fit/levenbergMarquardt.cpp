@@ -7,9 +7,9 @@
 
 namespace plotwerk {
 
-namespace {
-
 using Vector = std::vector<double>;
+
+namespace {
 
 struct Strategy {
     double memory; // part of a parameter's scale that is kept when the column of J shrinks
@@ -17,40 +17,44 @@ struct Strategy {
     int steps;     // at most
 };
 
+} // namespace
+
 // First scales that never shrink (More, The Levenberg-Marquardt algorithm, 1978) and descent only:
 // the safe way. Then scales that follow J and uphill steps, which get out of long curved valleys
 // but need more steps. Of the tests' certified sets all but one get by with less than half of the
 // first 1000; the hardest takes 2603 in all.
-constexpr Strategy strategies[] = {{1, false, 1000}, {0.5, true, 4000}};
+static constexpr Strategy strategies[] = {{1, false, 1000}, {0.5, true, 4000}};
 
 // Points times steps that a strategy may take, so that a hopeless problem with many points ends
 // long before the deadline. So many steps are allowed in any case.
-constexpr double mostWork = 1e8;
-constexpr int leastSteps = 200;
+static constexpr double mostWork = 1e8;
+static constexpr int leastSteps = 200;
 
 // The damping of the first step is the usual one (Press et al., Numerical Recipes). It is lowered
 // by more than it is raised ("delayed gratification", Transtrum and Sethna, arXiv:1201.5885): of
 // the pairs 2 and 10, 1.5 and 5, 5 and 10, 10 and 10 none needs fewer steps for the certified sets.
-constexpr double firstLambda = 1e-3;
-constexpr double leastLambda = 1e-30; // far from underflow, and nothing beside J'J in double
-constexpr double mostLambda = 1e10;   // steps are lost in rounding
-constexpr double raise = 3;
-constexpr double lower = 9;
+static constexpr double firstLambda = 1e-3;
+static constexpr double leastLambda = 1e-30; // far from underflow, and nothing beside J'J in double
+static constexpr double mostLambda = 1e10;   // steps are lost in rounding
+static constexpr double raise = 3;
+static constexpr double lower = 9;
 
 // Of the geodesic acceleration, as arXiv:1201.5885 has them: the part of a step over which the
 // second derivative is measured, and how long the correction may be, doubled, beside the step. The
 // paper takes 0.75 and less for hard problems.
-constexpr double reach = 0.1;
-constexpr double mostCurvature = 0.5;
+static constexpr double reach = 0.1;
+static constexpr double mostCurvature = 0.5;
 // The gain agrees with the linear model's to so much: the next step can do without acceleration.
-constexpr double straight = 0.1;
+static constexpr double straight = 0.1;
 
 // The solver hands over to the polish when an undamped step promises to lower chi-square by less
 // than this part of it, the square of Bates and Watts' relative offset: there undamped steps
 // converge, and differences of chi-square begin to drown in its rounding. So they do for any step
 // that is hardly damped and promises far less than chi-square's rounding.
-constexpr double smallOffset = 1e-12;
-constexpr double smallDecrease = 1e-20;
+static constexpr double smallOffset = 1e-12;
+static constexpr double smallDecrease = 1e-20;
+
+namespace {
 
 // An iterate: parameters, the triangle of J | r there, and the sum of squares.
 template<class Real> struct Iterate {
@@ -59,19 +63,21 @@ template<class Real> struct Iterate {
     Real chiSquare;
 };
 
-double scaledProduct(const Vector &scale, const Vector &u, const Vector &v) {
+} // namespace
+
+static double scaledProduct(const Vector &scale, const Vector &u, const Vector &v) {
     double sum = 0;
-    for (std::size_t j = 0; j < scale.size(); j++) sum += scale[j] * u[j] * scale[j] * v[j];
+    for (std::size_t j = 0; j < scale.size(); ++j) sum += scale[j] * u[j] * scale[j] * v[j];
     return sum;
 }
 
 // The triangle of J | r with the rows sqrt(lambda) * scale | 0 below.
-RowReduction<double> damped(const RowReduction<double> &triangle, double lambda,
-                            const Vector &scale) {
+static RowReduction<double> damped(const RowReduction<double> &triangle, double lambda,
+                                   const Vector &scale) {
     const int p = triangle.columns();
     RowReduction<double> result(p, 2 * p);
-    for (int j = 0; j < p; j++) {
-        for (int i = 0; i <= j; i++) result.column(j)[i] = triangle.R(i, j);
+    for (int j = 0; j < p; ++j) {
+        for (int i = 0; i <= j; ++i) result.column(j)[i] = triangle.R(i, j);
         result.column(j)[p + j] = std::sqrt(lambda) * scale[j];
         result.column(p)[j] = triangle.q(j);
     }
@@ -80,16 +86,18 @@ RowReduction<double> damped(const RowReduction<double> &triangle, double lambda,
 }
 
 // Decrease of the sum of squares along `step` in the linear model.
-double predictedDecrease(const RowReduction<double> &triangle, const Vector &step) {
+static double predictedDecrease(const RowReduction<double> &triangle, const Vector &step) {
     const int p = triangle.columns();
     double decrease = 0;
-    for (int i = 0; i < p; i++) {
+    for (int i = 0; i < p; ++i) {
         double along = 0;
-        for (int j = i; j < p; j++) along += triangle.R(i, j) * step[j];
+        for (int j = i; j < p; ++j) along += triangle.R(i, j) * step[j];
         decrease += along * (2 * triangle.q(i) - along);
     }
     return decrease;
 }
+
+namespace {
 
 // The damped steps.
 class Solver {
@@ -109,7 +117,7 @@ class Solver {
     // Until the residuals hardly change, or the steps are used up.
     void run() {
         updateScale();
-        while (iterations < steps && lambda < mostLambda && step()) iterations++;
+        while (iterations < steps && lambda < mostLambda && step()) ++iterations;
     }
 
     const Vector &parameters() const { return current.b; }
@@ -131,13 +139,13 @@ class Solver {
         const double length = std::sqrt(scaledProduct(scale, velocity, velocity));
         bool tooCurved = false;
         trial.b = current.b;
-        for (std::size_t j = 0; j < velocity.size(); j++) trial.b[j] += velocity[j];
+        for (std::size_t j = 0; j < velocity.size(); ++j) trial.b[j] += velocity[j];
         if (curved) {
             const Vector acceleration =
                 model.solveNormal(residuals.accelerationSide(current.b, velocity, reach));
             const double correction = std::sqrt(scaledProduct(scale, acceleration, acceleration));
             tooCurved = !(2 * correction <= mostCurvature * length);
-            for (std::size_t j = 0; j < velocity.size(); j++) trial.b[j] -= acceleration[j] / 2;
+            for (std::size_t j = 0; j < velocity.size(); ++j) trial.b[j] -= acceleration[j] / 2;
         }
 
         if (!tooCurved) trial.chiSquare = residuals.linearise(trial.b, trial.triangle);
@@ -167,7 +175,7 @@ class Solver {
     }
 
     void updateScale() {
-        for (std::size_t j = 0; j < scale.size(); j++) {
+        for (std::size_t j = 0; j < scale.size(); ++j) {
             const double column = current.triangle.length(static_cast<int>(j));
             scale[j] = std::max(column, strategy.memory * scale[j]);
             if (scale[j] == 0) scale[j] = 1;
@@ -227,7 +235,7 @@ template<class Real> class Polish {
             if (!stepIsFinite()) return false;
             advance(trial, fraction);
             evaluate(trial);
-            iterations++;
+            ++iterations;
             const Real ratio = trial.triangle.lengthOfQ() / best.triangle.lengthOfQ();
             if (std::isfinite(trial.chiSquare) && ratio < 1) {
                 if (iterations == 1) contraction = firstRatio = ratio;
@@ -237,7 +245,7 @@ template<class Real> class Polish {
             } else {
                 // too far where the residuals are large and the formula is strongly curved
                 fraction /= 2;
-                failures++;
+                ++failures;
             }
         }
         if (failures == 0) advance(best, 1);
@@ -257,22 +265,22 @@ template<class Real> class Polish {
         const RowReduction<Real> &triangle = best.triangle;
         const int p = triangle.columns();
         std::vector<bool> dependent(p), partner(p);
-        for (int j = 0; j < p; j++) {
+        for (int j = 0; j < p; ++j) {
             const Real length = triangle.length(j);
             dependent[j] = std::abs(triangle.R(j, j)) <= dependence * length;
             if (!dependent[j]) continue;
 
             std::vector<Real> share(j); // of the earlier columns in this one
-            for (int i = j - 1; i >= 0; i--) {
+            for (int i = j - 1; i >= 0; --i) {
                 if (dependent[i]) continue;
                 share[i] = triangle.R(i, j);
-                for (int k = i + 1; k < j; k++) share[i] -= triangle.R(i, k) * share[k];
+                for (int k = i + 1; k < j; ++k) share[i] -= triangle.R(i, k) * share[k];
                 share[i] /= triangle.R(i, i);
                 if (std::abs(share[i]) * triangle.length(i) > partnership * length)
                     partner[i] = true;
             }
         }
-        for (int j = 0; j < p; j++)
+        for (int j = 0; j < p; ++j)
             if (dependent[j] || partner[j]) found.push_back(j);
         return found;
     }
@@ -282,7 +290,7 @@ template<class Real> class Polish {
         minimum.b = parameters();
         minimum.chiSquare = static_cast<double>(best.chiSquare);
         minimum.deviations.resize(p);
-        for (int j = 0; j < p; j++) {
+        for (int j = 0; j < p; ++j) {
             std::vector<Real> unit(p);
             unit[j] = 1;
             const Real variance = best.triangle.solveNormal(unit)[j];
@@ -298,7 +306,7 @@ template<class Real> class Polish {
     }
 
     void advance(Iterate<Real> &iterate, Real fraction) const {
-        for (std::size_t j = 0; j < step.size(); j++) iterate.b[j] = best.b[j] + fraction * step[j];
+        for (std::size_t j = 0; j < step.size(); ++j) iterate.b[j] = best.b[j] + fraction * step[j];
     }
 
     // What is left to gain is negligible beside the residuals or the rounding of the data, and the
@@ -318,7 +326,7 @@ template<class Real> class Polish {
     // The largest relative error of a parameter that the next step leaves.
     Real remaining(Real contraction) const {
         Real most = 0;
-        for (std::size_t j = 0; j < best.b.size(); j++)
+        for (std::size_t j = 0; j < best.b.size(); ++j)
             if (step[j] != 0) most = std::max(most, contraction * std::abs(step[j] / best.b[j]));
         return stepIsFinite() ? most : 1;
     }

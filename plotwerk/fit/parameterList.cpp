@@ -31,7 +31,7 @@ std::vector<FitParameter> parametersNamed(const std::vector<std::string> &names,
 
 // scanEquation ends a value at every comma: those inside numbers become points first.
 static void decimalCommasToDots(std::string &text) {
-    for (std::size_t i = 1; i + 1 < text.size(); i++)
+    for (std::size_t i = 1; i + 1 < text.size(); ++i)
         if (text[i] == ',' && plw::isDigit(text[i - 1]) && plw::isDigit(text[i + 1])) text[i] = '.';
 }
 
@@ -84,7 +84,7 @@ void readParameterList(std::string_view text, char decimalSeparator,
         }
         if (*cursor == '!') {
             parameter->fixed = true;
-            cursor++;
+            ++cursor;
         }
     }
     parameters = std::move(read);

@@ -19,7 +19,7 @@ Residuals<Real>::Residuals(const Formula &formula, const FitPoints &fitted,
 
 template<class Real>
 void Residuals<Real>::setParameters(Evaluator<Real> &to, const std::vector<Real> &b) {
-    for (std::size_t j = 0; j < free.size(); j++) all[free[j]] = b[j];
+    for (std::size_t j = 0; j < free.size(); ++j) all[free[j]] = b[j];
     to.setParameters(all);
 }
 
@@ -38,17 +38,17 @@ Real Residuals<Real>::linearise(const std::vector<Real> &b, RowReduction<Real> &
         evaluator.differentiate();
 
         Real *r = triangle.column(p);
-        for (int k = 0; k < count; k++) r[k] = data.y[i + k] - f[k];
-        for (int j = 0; j < p; j++)
+        for (int k = 0; k < count; ++k) r[k] = data.y[i + k] - f[k];
+        for (int j = 0; j < p; ++j)
             std::copy_n(evaluator.derivative(free[j]), count, triangle.column(j));
         if (!data.weight.empty())
-            for (int j = 0; j <= p; j++)
-                for (int k = 0; k < count; k++) triangle.column(j)[k] *= data.weight[i + k];
+            for (int j = 0; j <= p; ++j)
+                for (int k = 0; k < count; ++k) triangle.column(j)[k] *= data.weight[i + k];
 
         chiSquare += sumOfSquares(r, count);
         triangle.absorb(count);
     }
-    for (int j = 0; j < p; j++) // NaN and infinities spread along their column
+    for (int j = 0; j < p; ++j) // NaN and infinities spread along their column
         if (!std::isfinite(triangle.R(j, j))) return std::numeric_limits<Real>::quiet_NaN();
     return std::isfinite(chiSquare) ? chiSquare : std::numeric_limits<Real>::quiet_NaN();
 }
@@ -59,7 +59,7 @@ std::vector<Real> Residuals<Real>::accelerationSide(const std::vector<Real> &b,
     const int n = points();
     const int p = parameters();
     std::vector<Real> further(b);
-    for (int j = 0; j < p; j++) further[j] += reach * v[j];
+    for (int j = 0; j < p; ++j) further[j] += reach * v[j];
     setParameters(ahead, further);
     setParameters(evaluator, b);
 
@@ -72,16 +72,16 @@ std::vector<Real> Residuals<Real>::accelerationSide(const std::vector<Real> &b,
         const Real *fAhead = ahead.values(data.x.data() + i, nullptr, count);
         evaluator.differentiate();
 
-        for (int k = 0; k < count; k++) second[k] = (fAhead[k] - f[k]) / reach;
-        for (int j = 0; j < p; j++) {
+        for (int k = 0; k < count; ++k) second[k] = (fAhead[k] - f[k]) / reach;
+        for (int j = 0; j < p; ++j) {
             const Real *slope = evaluator.derivative(free[j]);
-            for (int k = 0; k < count; k++) second[k] -= slope[k] * v[j];
+            for (int k = 0; k < count; ++k) second[k] -= slope[k] * v[j];
         }
-        for (int k = 0; k < count; k++) {
+        for (int k = 0; k < count; ++k) {
             const Real weight = data.weight.empty() ? 1 : Real(data.weight[i + k]);
             second[k] *= 2 / reach * weight * weight;
         }
-        for (int j = 0; j < p; j++)
+        for (int j = 0; j < p; ++j)
             side[j] += dot(evaluator.derivative(free[j]), second.data(), count);
     }
     return side;
@@ -89,7 +89,7 @@ std::vector<Real> Residuals<Real>::accelerationSide(const std::vector<Real> &b,
 
 template<class Real> Real Residuals<Real>::dataLength() const {
     Real sum = 0;
-    for (std::size_t i = 0; i < data.y.size(); i++) {
+    for (std::size_t i = 0; i < data.y.size(); ++i) {
         const Real weight = data.weight.empty() ? 1 : Real(data.weight[i]);
         sum += weight * data.y[i] * weight * data.y[i];
     }

@@ -11,10 +11,10 @@ template<class Real> Real dot(const Real *a, const Real *b, int n) {
     Real part[parts] = {};
     int i = 0;
     for (; i + parts <= n; i += parts)
-        for (int k = 0; k < parts; k++) part[k] += a[i + k] * b[i + k];
+        for (int k = 0; k < parts; ++k) part[k] += a[i + k] * b[i + k];
 
     Real rest = 0;
-    for (; i < n; i++) rest += a[i] * b[i];
+    for (; i < n; ++i) rest += a[i] * b[i];
     return ((part[0] + part[4]) + (part[2] + part[6])) +
            ((part[1] + part[5]) + (part[3] + part[7])) + rest;
 }
@@ -33,7 +33,7 @@ template<class Real> void RowReduction<Real>::clear() {
 
 // One Householder reflection per column; of the triangle, only row j takes part in the j-th.
 template<class Real> void RowReduction<Real>::absorb(int n) {
-    for (int j = 0; j < size; j++) {
+    for (int j = 0; j < size; ++j) {
         Real *v = column(j);
         const Real below = sumOfSquares(v, n);
         if (below == 0) continue;
@@ -43,41 +43,41 @@ template<class Real> void RowReduction<Real>::absorb(int n) {
         const Real beta = alpha > 0 ? -norm : norm;
         const Real first = alpha - beta;
         const Real tau = -first / beta;
-        for (int i = 0; i < n; i++) v[i] /= first;
+        for (int i = 0; i < n; ++i) v[i] /= first;
 
         triangle[index(j, j)] = beta;
-        for (int k = j + 1; k <= size; k++) {
+        for (int k = j + 1; k <= size; ++k) {
             Real *w = column(k);
             const Real along = tau * (triangle[index(j, k)] + dot(v, w, n));
             triangle[index(j, k)] -= along;
-            for (int i = 0; i < n; i++) w[i] -= along * v[i];
+            for (int i = 0; i < n; ++i) w[i] -= along * v[i];
         }
     }
 }
 
 template<class Real> Real RowReduction<Real>::length(int j) const {
     Real sum = 0;
-    for (int i = 0; i <= std::min(j, size - 1); i++) sum += R(i, j) * R(i, j);
+    for (int i = 0; i <= std::min(j, size - 1); ++i) sum += R(i, j) * R(i, j);
     return std::sqrt(sum);
 }
 
 template<class Real> void RowReduction<Real>::substituteBack(std::vector<Real> &d) const {
-    for (int i = size - 1; i >= 0; i--) {
-        for (int j = i + 1; j < size; j++) d[i] -= R(i, j) * d[j];
+    for (int i = size - 1; i >= 0; --i) {
+        for (int j = i + 1; j < size; ++j) d[i] -= R(i, j) * d[j];
         d[i] /= R(i, i);
     }
 }
 
 template<class Real> std::vector<Real> RowReduction<Real>::solve() const {
     std::vector<Real> d(size);
-    for (int i = 0; i < size; i++) d[i] = q(i);
+    for (int i = 0; i < size; ++i) d[i] = q(i);
     substituteBack(d);
     return d;
 }
 
 template<class Real> std::vector<Real> RowReduction<Real>::solveNormal(std::vector<Real> g) const {
-    for (int i = 0; i < size; i++) {
-        for (int k = 0; k < i; k++) g[i] -= R(k, i) * g[k];
+    for (int i = 0; i < size; ++i) {
+        for (int k = 0; k < i; ++k) g[i] -= R(k, i) * g[k];
         g[i] /= R(i, i);
     }
     substituteBack(g);

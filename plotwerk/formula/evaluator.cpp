@@ -20,7 +20,7 @@ Evaluator<Real>::Evaluator(const Tape &formula)
     for (int k = 0; const Instruction &instruction : tape->instructions) {
         if (instruction.operation == Operation::constant)
             std::fill_n(valueOf(k), block, static_cast<Real>(tape->constants[instruction.index]));
-        k++;
+        ++k;
     }
 }
 
@@ -63,13 +63,13 @@ template<class Real> void Evaluator<Real>::differentiate() {
     adjoints.assign(values_.size(), 0);
     std::fill_n(adjointOf(tape->result), points, Real(1));
 
-    for (int k = tape->result; k >= 0; k--) {
+    for (int k = tape->result; k >= 0; --k) {
         const Instruction &instruction = tape->instructions[k];
         if (!instruction.active || instruction.operation == Operation::parameter) continue;
 
         std::array<const Real *, 3> from{};
         std::array<Real *, 3> to{};
-        for (int o = 0; o < 3; o++) {
+        for (int o = 0; o < 3; ++o) {
             const int operand = instruction.operands[o];
             from[o] = valueOrNull(operand);
             if (operand >= 0 && tape->instructions[operand].active) to[o] = adjointOf(operand);

@@ -7,37 +7,33 @@
 
 namespace plotwerk {
 
-namespace {
-
-template<class Real> constexpr Real ln2 = std::numbers::ln2_v<Real>;
-template<class Real> constexpr Real ln10 = std::numbers::ln10_v<Real>;
+template<class Real> static constexpr Real ln2 = std::numbers::ln2_v<Real>;
+template<class Real> static constexpr Real ln10 = std::numbers::ln10_v<Real>;
 // 2 / sqrt(pi)
-template<class Real> constexpr Real erfScale = 2 * std::numbers::inv_sqrtpi_v<Real>;
+template<class Real> static constexpr Real erfScale = 2 * std::numbers::inv_sqrtpi_v<Real>;
 
-template<class Real> Real signOf(Real a) {
+template<class Real> static Real signOf(Real a) {
     return a > 0 ? 1 : a < 0 ? -1 : a;
 }
 
 // d pow(a, b) / da. Where a is 0 the quotient of the fast form has no value.
-template<class Real> Real powerSlope(Real a, Real b, Real power) {
+template<class Real> static Real powerSlope(Real a, Real b, Real power) {
     return a != 0 && std::isfinite(power) && power != 0 ? b * (power / a) : b * std::pow(a, b - 1);
 }
 
 // d pow(a, b) / db. At a = 0 the power stays 0 for every b > 0.
-template<class Real> Real powerGrowth(Real a, Real b, Real power) {
+template<class Real> static Real powerGrowth(Real a, Real b, Real power) {
     return a == 0 && b > 0 ? 0 : power * std::log(a);
 }
 
 // The logarithmic derivative of gamma; NaN at the poles 0, -1, -2, ... A double's is computed in
 // double precision, five times as fast as in extended.
-template<class Real> Real digamma(Real u) {
+template<class Real> static Real digamma(Real u) {
     using namespace boost::math::policies;
     using Quiet =
         policy<pole_error<ignore_error>, overflow_error<ignore_error>, promote_double<false>>;
     return boost::math::digamma(u, Quiet());
 }
-
-} // namespace
 
 template<class Real>
 void computeValues(Operation operation, std::array<const Real *, 3> from, Real *out, int n) {
@@ -45,10 +41,10 @@ void computeValues(Operation operation, std::array<const Real *, 3> from, Real *
     const Real *b = from[1];
     const Real *c = from[2];
     const auto unary = [&](auto f) {
-        for (int i = 0; i < n; i++) out[i] = f(a[i]);
+        for (int i = 0; i < n; ++i) out[i] = f(a[i]);
     };
     const auto binary = [&](auto f) {
-        for (int i = 0; i < n; i++) out[i] = f(a[i], b[i]);
+        for (int i = 0; i < n; ++i) out[i] = f(a[i], b[i]);
     };
 
     switch (operation) {
@@ -102,7 +98,7 @@ void computeValues(Operation operation, std::array<const Real *, 3> from, Real *
     case Operation::logicalOr: return binary([](Real u, Real v) { return Real(u != 0 || v != 0); });
 
     case Operation::choose:
-        for (int i = 0; i < n; i++) out[i] = std::isnan(a[i]) ? a[i] : a[i] != 0 ? b[i] : c[i];
+        for (int i = 0; i < n; ++i) out[i] = std::isnan(a[i]) ? a[i] : a[i] != 0 ? b[i] : c[i];
         return;
 
     case Operation::constant:
@@ -120,7 +116,7 @@ void propagateAdjoints(Operation operation, std::array<const Real *, 3> from, co
     // slope(k): derivative by one operand at point k
     const auto propagate = [&](Real *into, auto slope) {
         if (into == nullptr) return;
-        for (int i = 0; i < n; i++) {
+        for (int i = 0; i < n; ++i) {
             const Real part = adjoint[i] * slope(i);
             into[i] += adjoint[i] != 0 ? part : Real(0);
         }

@@ -22,7 +22,9 @@ struct Function {
     std::size_t arguments;
 };
 
-constexpr Function functions[] = {
+} // namespace
+
+static constexpr Function functions[] = {
     {"exp", Operation::exp, 1},     {"expm1", Operation::expm1, 1},
     {"log", Operation::log, 1},     {"ln", Operation::log, 1},
     {"log1p", Operation::log1p, 1}, {"log2", Operation::log2, 1},
@@ -41,18 +43,18 @@ constexpr Function functions[] = {
     {"if", Operation::choose, 3},
 };
 
-const Function *functionNamed(std::string_view name) {
+static const Function *functionNamed(std::string_view name) {
     const Function *found = std::ranges::find(functions, name, &Function::name);
     return found == std::end(functions) ? nullptr : found;
 }
 
-unsigned char byteAt(std::string_view text, std::size_t at) {
+static unsigned char byteAt(std::string_view text, std::size_t at) {
     return at < text.size() ? static_cast<unsigned char>(text[at]) : 0;
 }
 
 // Bytes of the letter (or _) at a position, 0 when there is none. Of what UTF-8 writes in two
 // bytes: U+00B5 (micro) and U+00C0..U+052F but for the signs of multiplication and division.
-std::size_t letterLength(std::string_view text, std::size_t at) {
+static std::size_t letterLength(std::string_view text, std::size_t at) {
     const unsigned char first = byteAt(text, at);
     if ((first >= 'a' && first <= 'z') || (first >= 'A' && first <= 'Z') || first == '_') return 1;
 
@@ -63,12 +65,12 @@ std::size_t letterLength(std::string_view text, std::size_t at) {
     return letter && code != 0xD7 && code != 0xF7 ? 2 : 0;
 }
 
-bool isContinuation(char c) {
+static bool isContinuation(char c) {
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
 // The character at a position as a message shows it.
-std::string shown(std::string_view text, std::size_t at) {
+static std::string shown(std::string_view text, std::size_t at) {
     if (byteAt(text, at) < ' ' || byteAt(text, at) == 127) return "a control character";
     std::string character = "'";
     do {
@@ -76,8 +78,6 @@ std::string shown(std::string_view text, std::size_t at) {
     } while (at < text.size() && isContinuation(text[at]));
     return character += "'";
 }
-
-} // namespace
 
 class Parser::Nested {
   public:
@@ -105,7 +105,7 @@ void Parser::refuse(const std::string &what, std::size_t at) const {
 }
 
 void Parser::skipBlanks() {
-    while (peek() == ' ' || peek() == '\t' || peek() == '\r') position++;
+    while (peek() == ' ' || peek() == '\t' || peek() == '\r') ++position;
 }
 
 bool Parser::take(std::string_view symbol) {
@@ -124,7 +124,7 @@ std::string_view Parser::name() {
     const std::size_t start = position;
     while (std::size_t length = letterLength(text, position)) {
         position += length;
-        while (plw::isDigit(peek())) position++;
+        while (plw::isDigit(peek())) ++position;
     }
     return text.substr(start, position - start);
 }
@@ -141,7 +141,7 @@ int Parser::apply(Operation operation, int a, int b, int c) {
 Tape Parser::parse() {
     while (position < text.size()) {
         line();
-        if (position < text.size()) position++;
+        if (position < text.size()) ++position;
     }
     if (result < 0) refuse("no expression", position);
     return builder.finish(result);
@@ -168,7 +168,7 @@ void Parser::line() {
         if (target == "x" || target == "pi" || functionNamed(target))
             refuse(target + " cannot be assigned to", targetAt);
         if (helpers.contains(target)) refuse(target + " has a value already", targetAt);
-        position++;
+        ++position;
     }
 
     result = expression();
@@ -282,7 +282,7 @@ int Parser::call(std::string_view word, std::size_t at) {
     if (function == nullptr) refuse("no function " + std::string(word), at);
 
     Operands operands{-1, -1, -1};
-    for (std::size_t k = 0; k < function->arguments; k++) {
+    for (std::size_t k = 0; k < function->arguments; ++k) {
         if (k > 0) expect(",");
         operands[k] = expression();
     }

@@ -11,14 +11,12 @@
 
 namespace plotwerk {
 
-namespace {
-
-bool contains(const Range &range, double x) {
+static bool contains(const Range &range, double x) {
     return !(x < range.min) && !(x > range.max) && x == x;
 }
 
 // The columns that aren't plotted, neither as curves nor as the errors of one.
-std::vector<bool> unplottedColumns(const Table &table) {
+static std::vector<bool> unplottedColumns(const Table &table) {
     std::vector<bool> unplotted(table.y.size());
     const std::vector<bool> holdsErrors = errorColumns(table);
     bool plotted = false;
@@ -31,7 +29,7 @@ std::vector<bool> unplottedColumns(const Table &table) {
 }
 
 // Leaves of a table the rows of which something is plotted.
-void cutRows(Table &table, const Range &xRange, const Range &upperXRange) {
+static void cutRows(Table &table, const Range &xRange, const Range &upperXRange) {
     const std::vector<bool> holdsErrors = errorColumns(table);
     std::vector<const Range *> ranges; // of the visible curves; null for the other columns
     for (std::size_t c = 0; c < table.y.size(); ++c) {
@@ -54,8 +52,6 @@ void cutRows(Table &table, const Range &xRange, const Range &upperXRange) {
     for (Column &column : table.y) column.values.resize(kept.size());
     setX(table, std::move(kept));
 }
-
-} // namespace
 
 Document duplicateAsPlotted(const Document &document) {
     Document duplicate = document;

@@ -22,10 +22,8 @@
 
 namespace plotwerk {
 
-namespace {
-
 // The rows in the order of the key, those without a key last.
-std::vector<int> sortedRows(std::vector<double> key) {
+static std::vector<int> sortedRows(std::vector<double> key) {
     std::vector<double> rows(key.size());
     std::iota(rows.begin(), rows.end(), 0.0);
     sortTogether(key, rows);
@@ -36,7 +34,7 @@ std::vector<int> sortedRows(std::vector<double> key) {
     return {rows.begin(), rows.end()};
 }
 
-void sortRows(Table &table, const std::vector<double> &key) {
+static void sortRows(Table &table, const std::vector<double> &key) {
     const std::vector<int> rows = sortedRows(key);
     const auto reordered = [&](const Column &column) {
         std::vector<double> sorted(rows.size());
@@ -48,7 +46,7 @@ void sortRows(Table &table, const std::vector<double> &key) {
 }
 
 // Derivatives of a curve at its n points, by the parabolas through three neighbours.
-std::vector<double> derivative(const ValidPoints &points) {
+static std::vector<double> derivative(const ValidPoints &points) {
     const int n = points.n;
     const double *x = points.x.get();
     const double *y = points.y.get();
@@ -58,10 +56,10 @@ std::vector<double> derivative(const ValidPoints &points) {
     for (int i = 1; i < n - 1; ++i) {
         const double before = x[i] - x[i - 1];
         const double after = x[i + 1] - x[i];
-        const double bend = (slope(i) - slope(i - 1)) / (before + after);
-        result[i] = slope(i - 1) + bend * before;
-        if (i == 1) result[0] = slope(0) - bend * before;
-        if (i == n - 2) result[n - 1] = slope(i) + bend * after;
+        const double curvature = (slope(i) - slope(i - 1)) / (before + after);
+        result[i] = slope(i - 1) + curvature * before;
+        if (i == 1) result[0] = slope(0) - curvature * before;
+        if (i == n - 2) result[n - 1] = slope(i) + curvature * after;
     }
     for (double &value : result)
         if (!std::isfinite(value)) value = unset;
@@ -69,7 +67,7 @@ std::vector<double> derivative(const ValidPoints &points) {
 }
 
 // For each point how low the curve gets before it rises above the point, going to the left.
-std::vector<double> lowestToTheLeft(const std::vector<double> &y) {
+static std::vector<double> lowestToTheLeft(const std::vector<double> &y) {
     struct Hill {
         double top;
         double low; // between the last higher one and this one
@@ -89,14 +87,14 @@ std::vector<double> lowestToTheLeft(const std::vector<double> &y) {
     return lows;
 }
 
-std::vector<double> lowestToTheRight(std::vector<double> y) {
+static std::vector<double> lowestToTheRight(std::vector<double> y) {
     std::reverse(y.begin(), y.end());
     std::vector<double> lows = lowestToTheLeft(y);
     std::reverse(lows.begin(), lows.end());
     return lows;
 }
 
-bool isAsWide(const std::vector<double> &y, int top, double level, int width) {
+static bool isAsWide(const std::vector<double> &y, int top, double level, int width) {
     const int n = static_cast<int>(y.size());
     int count = 1;
     for (int i = top - 1; i >= 0 && y[i] > level && count < width; --i) ++count;
@@ -106,10 +104,10 @@ bool isAsWide(const std::vector<double> &y, int top, double level, int width) {
 
 // A window of so many points is fine enough to look for peaks: beyond, the points are averaged in
 // blocks, so that the time doesn't go with the width.
-constexpr int pointsInWindow = 32;
+static constexpr int pointsInWindow = 32;
 
 // Where peaks of that width are, roughly: indexes of points.
-std::vector<int> peakCandidates(const std::vector<double> &y, int width) {
+static std::vector<int> peakCandidates(const std::vector<double> &y, int width) {
     const int block = std::max(1, width / pointsInWindow);
     std::vector<double> means;
     for (std::size_t i = 0; i + block <= y.size(); i += block) {
@@ -125,7 +123,7 @@ std::vector<int> peakCandidates(const std::vector<double> &y, int width) {
 }
 
 // Indexes of the maxima, ascending.
-std::vector<int> maximaOf(const std::vector<double> &y, int minWidth, double minHeight) {
+static std::vector<int> maximaOf(const std::vector<double> &y, int minWidth, double minHeight) {
     std::vector<int> maxima;
     const int n = static_cast<int>(y.size());
     if (n < 3) return maxima;
@@ -145,7 +143,7 @@ std::vector<int> maximaOf(const std::vector<double> &y, int minWidth, double min
 }
 
 // At least 0.
-int highestLayer(const Document &document, const std::vector<CurveRef> &curves) {
+static int highestLayer(const Document &document, const std::vector<CurveRef> &curves) {
     int highest = 0;
     for (const CurveRef &curve : curves)
         highest = std::max(highest, columnOf(document, curve).look.layer);
@@ -153,7 +151,7 @@ int highestLayer(const Document &document, const std::vector<CurveRef> &curves) 
 }
 
 // Makes the curves' layers 0, 1, 2, ... in their order.
-void renumberLayers(Document &document, const std::vector<CurveRef> &curves) {
+static void renumberLayers(Document &document, const std::vector<CurveRef> &curves) {
     std::map<int, int> numbers;
     for (const CurveRef &curve : curves) numbers[columnOf(document, curve).look.layer] = 0;
     int next = 0;
@@ -164,8 +162,9 @@ void renumberLayers(Document &document, const std::vector<CurveRef> &curves) {
     }
 }
 
-Table tableOfExtremes(const ValidPoints &points, const std::vector<int> &indexes,
-                      const std::string &xName, const std::string &name, const CurveLook &look) {
+static Table tableOfExtremes(const ValidPoints &points, const std::vector<int> &indexes,
+                             const std::string &xName, const std::string &name,
+                             const CurveLook &look) {
     Table table;
     table.x.name = xName;
     Column &column = table.y.emplace_back();
@@ -179,8 +178,6 @@ Table tableOfExtremes(const ValidPoints &points, const std::vector<int> &indexes
     }
     return table;
 }
-
-} // namespace
 
 void renameSelection(Document &document, const std::string &name) {
     // Of each table the columns of errors by name, from left to right: a column that has got the

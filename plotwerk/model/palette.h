@@ -22,7 +22,8 @@ inline constexpr std::array<Colour, 7> palette = {{{0, 0, 0, 1},
 // of the palette. From the second curve on its area has a transparent tint of that colour.
 inline CurveLook lookOfNewCurve(int curvesBefore) {
     CurveLook look;
-    const auto index = static_cast<size_t>(curvesBefore < 0 ? 0 : curvesBefore) % palette.size();
+    const auto index =
+        static_cast<std::size_t>(curvesBefore < 0 ? 0 : curvesBefore) % palette.size();
     look.lineColour = palette[index];
     if (curvesBefore > 0) {
         look.fillColour = palette[index];

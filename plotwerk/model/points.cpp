@@ -10,15 +10,13 @@
 
 namespace plotwerk {
 
-namespace {
-
 // The next row from i on, in steps of step, that has an x; there is one.
-int rowWithX(const std::vector<double> &x, int i, int step) {
+static int rowWithX(const std::vector<double> &x, int i, int step) {
     while (std::isnan(x[i])) i += step;
     return i;
 }
 
-double valueBetween(const Table &table, const Column &column, int a, int b, double x) {
+static double valueBetween(const Table &table, const Column &column, int a, int b, double x) {
     if (table.x.values[a] > table.x.values[b]) std::swap(a, b);
     const double xs[] = {table.x.values[a], table.x.values[b]};
     const double ys[] = {column.values[a], column.values[b]};
@@ -26,7 +24,7 @@ double valueBetween(const Table &table, const Column &column, int a, int b, doub
     return interpolated(xs, ys, x, hint);
 }
 
-double valueAcrossGaps(const Table &table, const Column &column, double x) {
+static double valueAcrossGaps(const Table &table, const Column &column, double x) {
     const XOrder &order = table.xOrder;
     const std::vector<double> &xs = table.x.values;
     if (x < xs[order.first] || x > xs[order.last]) return 0.0;
@@ -36,7 +34,7 @@ double valueAcrossGaps(const Table &table, const Column &column, double x) {
     return valueBetween(table, column, row, rowWithX(xs, row + 1, 1), x);
 }
 
-double valueInDataOrder(const Table &table, const Column &column, double x) {
+static double valueInDataOrder(const Table &table, const Column &column, double x) {
     const std::vector<double> &xs = table.x.values;
     int previous = table.xOrder.first;
     for (int row = previous + 1; row <= table.xOrder.last; ++row) {
@@ -48,14 +46,12 @@ double valueInDataOrder(const Table &table, const Column &column, double x) {
     return 0.0;
 }
 
-Column &columnWithPoint(Document &document, int index, int series) {
+static Column &columnWithPoint(Document &document, int index, int series) {
     Column &column = columnOf(document, curveOfSeries(document, series));
     if (index < 0 || index >= std::ssize(column.values))
         throw Refusal("no point " + std::to_string(index) + " in \"" + column.name + "\"");
     return column;
 }
-
-} // namespace
 
 double valueAtX(const Document &document, double x, int series) {
     const CurveRef curve = curveOfSeries(document, series);

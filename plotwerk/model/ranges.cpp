@@ -10,9 +10,7 @@
 
 namespace plotwerk {
 
-namespace {
-
-bool isDrawnAgainst(const CurveLook &look, AxisCode axis) {
+static bool isDrawnAgainst(const CurveLook &look, AxisCode axis) {
     switch (axis) {
     case xAxis: return !look.upperX;
     case upperXAxis: return look.upperX;
@@ -21,23 +19,23 @@ bool isDrawnAgainst(const CurveLook &look, AxisCode axis) {
     }
 }
 
-bool isXDirection(AxisCode axis) {
+static bool isXDirection(AxisCode axis) {
     return axis == xAxis || axis == upperXAxis;
 }
 
-bool isShowable(double value, bool logarithmic) {
+static bool isShowable(double value, bool logarithmic) {
     return std::isfinite(value) && !(logarithmic && value <= 0);
 }
 
-void include(double value, bool logarithmic, Range &range) {
+static void include(double value, bool logarithmic, Range &range) {
     if (!isShowable(value, logarithmic)) return;
     if (!(range.min <= value)) range.min = value;
     if (!(range.max >= value)) range.max = value;
 }
 
 // Widens range to the points of a curve, and to their error bars if there are errors.
-void include(const std::vector<double> &values, const std::vector<double> &others,
-             const Column *errors, bool logarithmic, Range &range) {
+static void include(const std::vector<double> &values, const std::vector<double> &others,
+                    const Column *errors, bool logarithmic, Range &range) {
     for (std::size_t i = 0; i < values.size(); ++i) {
         if (!isShowable(values[i], logarithmic) || !std::isfinite(others[i])) continue;
         include(values[i], logarithmic, range);
@@ -48,7 +46,8 @@ void include(const std::vector<double> &values, const std::vector<double> &other
 }
 
 // Widens range to what is drawn of a curve, if it is drawn against the axis.
-void include(const Document &document, const PlottedCurve &plotted, AxisCode axis, Range &range) {
+static void include(const Document &document, const PlottedCurve &plotted, AxisCode axis,
+                    Range &range) {
     const std::vector<double> &x = tableOf(document, plotted.curve).x.values;
     const Column &column = columnOf(document, plotted.curve);
     if (!isDrawnAgainst(column.look, axis)) return;
@@ -59,17 +58,17 @@ void include(const Document &document, const PlottedCurve &plotted, AxisCode axi
         include(column.values, x, plotted.yErrors, logarithmic, range);
 }
 
-Range dataRange(const Document &document, AxisCode axis) {
+static Range dataRange(const Document &document, AxisCode axis) {
     Range range;
     for (const PlottedCurve &curve : plottedCurves(document)) include(document, curve, axis, range);
     return range;
 }
 
-bool isUnset(double limit) {
+static bool isUnset(double limit) {
     return std::isnan(limit);
 }
 
-void change(Range &range, double min, double max) {
+static void change(Range &range, double min, double max) {
     if (std::isinf(min) || std::isinf(max)) throw Refusal("a range can't be infinite");
     Range changed = range;
     if (isUnset(min) && isUnset(max)) {
@@ -86,14 +85,12 @@ void change(Range &range, double min, double max) {
     range = changed;
 }
 
-Range withData(const Range &range, const Range &data) {
+static Range withData(const Range &range, const Range &data) {
     Range shown = range;
     if (isUnset(range.min) && !(data.min >= range.max)) shown.min = data.min;
     if (isUnset(range.max) && !(data.max <= range.min)) shown.max = data.max;
     return shown;
 }
-
-} // namespace
 
 bool hasBothLimits(const Range &range) {
     return !isUnset(range.min) && !isUnset(range.max);

@@ -13,20 +13,18 @@
 
 namespace plotwerk {
 
-namespace {
-
 using NameTest = std::function<bool(const std::string &)>;
 
-NameTest named(const std::string &name) {
+static NameTest named(const std::string &name) {
     if (name.empty()) return [](const std::string &) { return true; };
     return [name](const std::string &other) { return other == name; };
 }
 
 // In bytes. With both limits the longest search of a name takes milliseconds.
-constexpr std::size_t longest = 1000;
-constexpr int mostMemory = 1 << 18;
+static constexpr std::size_t longest = 1000;
+static constexpr int mostMemory = 1 << 18;
 
-NameTest matching(const std::string &pattern) {
+static NameTest matching(const std::string &pattern) {
     if (pattern.empty()) return named("");
     if (pattern.size() > longest) throw Refusal("pattern is too long");
     RE2::Options options;
@@ -40,8 +38,8 @@ NameTest matching(const std::string &pattern) {
     };
 }
 
-std::vector<CurveRef> curvesWith(const Document &document, const NameTest &source, int table,
-                                 const NameTest &column) {
+static std::vector<CurveRef> curvesWith(const Document &document, const NameTest &source, int table,
+                                        const NameTest &column) {
     std::vector<CurveRef> found;
     std::vector<char> sourceFits;
     for (const Source &each : document.sources) sourceFits.push_back(source(each.name));
@@ -52,7 +50,7 @@ std::vector<CurveRef> curvesWith(const Document &document, const NameTest &sourc
     return found;
 }
 
-int select(Document &document, const std::vector<CurveRef> &curves, bool append) {
+static int select(Document &document, const std::vector<CurveRef> &curves, bool append) {
     int selected = 0;
     int highest = 0;
     for (const CurveRef &curve : curvesOf(document)) {
@@ -76,7 +74,7 @@ int select(Document &document, const std::vector<CurveRef> &curves, bool append)
 }
 
 // A table's number is in range when any source has so many.
-void requireTable(const Document &document, int table) {
+static void requireTable(const Document &document, int table) {
     if (table == -1) return;
     for (const Source &source : document.sources)
         if (table >= 1 && table <= std::ssize(source.tables)) return;
@@ -84,7 +82,7 @@ void requireTable(const Document &document, int table) {
 }
 
 // Resolves -1 and checks limits that count from `lowest` to `highest`.
-IndexRange within(IndexRange range, int lowest, int highest, const char *what) {
+static IndexRange within(IndexRange range, int lowest, int highest, const char *what) {
     for (const int limit : {range.first, range.last})
         if (limit != -1 && (limit < lowest || limit > highest))
             throw Refusal(std::string("no ") + what + " " + std::to_string(limit));
@@ -97,11 +95,9 @@ IndexRange within(IndexRange range, int lowest, int highest, const char *what) {
     return range;
 }
 
-bool contains(IndexRange range, int index) {
+static bool contains(IndexRange range, int index) {
     return range.first <= index && index <= range.last;
 }
-
-} // namespace
 
 int selectByName(Document &document, const std::string &source, int table,
                  const std::string &column, bool append) {

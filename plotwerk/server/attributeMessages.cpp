@@ -9,9 +9,10 @@ namespace plotwerk {
 
 void ControlObject::
     setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_(
-        const std::string &name, const int32_t &line, const int32_t &stepped, const int32_t &yError,
-        const int32_t &xError, const int32_t &dashed, const int32_t &filled, const int32_t &upperX,
-        const int32_t &rightY, const int32_t &marker, const int32_t &symbols) {
+        const std::string &name, const std::int32_t &line, const std::int32_t &stepped,
+        const std::int32_t &yError, const std::int32_t &xError, const std::int32_t &dashed,
+        const std::int32_t &filled, const std::int32_t &upperX, const std::int32_t &rightY,
+        const std::int32_t &marker, const std::int32_t &symbols) {
     actOn(name, [&](Document &document) {
         const LookSwitches switches{
             .line = line,
@@ -30,13 +31,14 @@ void ControlObject::
 }
 
 void ControlObject::setAttributes2OfSelectionOf_(
-    const std::string &name, const int32_t &sum, const double &interpolationPoints,
-    const int32_t &interpolationType, const double &symbolSize, const int32_t &symbolInc,
-    const int32_t &symbol1, const int32_t &symbol2, const int32_t &symbol3, const int32_t &symbol4,
-    const double &lineThickness, const double &dash1, const double &dash2, const double &dash3,
-    const double &dash4, const double &lineRed, const double &lineGreen, const double &lineBlue,
-    const double &lineOpacity, const double &fillRed, const double &fillGreen,
-    const double &fillBlue, const double &fillOpacity) {
+    const std::string &name, const std::int32_t &sum, const double &interpolationPoints,
+    const std::int32_t &interpolationType, const double &symbolSize, const std::int32_t &symbolInc,
+    const std::int32_t &symbol1, const std::int32_t &symbol2, const std::int32_t &symbol3,
+    const std::int32_t &symbol4, const double &lineThickness, const double &dash1,
+    const double &dash2, const double &dash3, const double &dash4, const double &lineRed,
+    const double &lineGreen, const double &lineBlue, const double &lineOpacity,
+    const double &fillRed, const double &fillGreen, const double &fillBlue,
+    const double &fillOpacity) {
     actOn(name, [&](Document &document) {
         const LookValues values{
             .sum = sum,
@@ -64,7 +66,8 @@ void ControlObject::
     setDocAttributes_xAxisLength_yAxisLength_tickLength_axisThickness_yAxisPos_xAxisPos_multiDimFit_noLineOnRev_(
         const std::string &name, const double &xAxisLength, const double &yAxisLength,
         const double &tickLength, const double &axisThickness, const double &yAxisPos,
-        const double &xAxisPos, const int32_t &multiDimFit, const int32_t &noLineOnReverse) {
+        const double &xAxisPos, const std::int32_t &multiDimFit,
+        const std::int32_t &noLineOnReverse) {
     actOn(name, [&](Document &document) {
         const FrameChange change{
             .xAxisLength = xAxisLength,
@@ -82,13 +85,14 @@ void ControlObject::
 
 void ControlObject::
     setAxisOf_axisCode_inc_ticks_prec_log_insideticks_outsideticks_majorgrid_minorgrid_expnumbers_labelAngle_noline_numbersinside_nonumbers_arrow_logticksAt_lognumberAt_reverse_labelDensity_(
-        const std::string &name, const int32_t &axisNumber, const double &increment,
-        const int32_t &ticks, const int32_t &precision, const int32_t &logarithmic,
-        const int32_t &insideTicks, const int32_t &outsideTicks, const int32_t &majorGrid,
-        const int32_t &minorGrid, const int32_t &exponents, const double &labelAngle,
-        const int32_t &noLine, const int32_t &numbersInside, const int32_t &noNumbers,
-        const int32_t &arrow, const int32_t &logTicksAt, const int32_t &logNumbersAt,
-        const int32_t &reversed, const double &labelDensity) {
+        const std::string &name, const std::int32_t &axisNumber, const double &increment,
+        const std::int32_t &ticks, const std::int32_t &precision, const std::int32_t &logarithmic,
+        const std::int32_t &insideTicks, const std::int32_t &outsideTicks,
+        const std::int32_t &majorGrid, const std::int32_t &minorGrid, const std::int32_t &exponents,
+        const double &labelAngle, const std::int32_t &noLine, const std::int32_t &numbersInside,
+        const std::int32_t &noNumbers, const std::int32_t &arrow, const std::int32_t &logTicksAt,
+        const std::int32_t &logNumbersAt, const std::int32_t &reversed,
+        const double &labelDensity) {
     actOn(name, [&](Document &document) {
         const AxisChange change{
             .increment = increment,

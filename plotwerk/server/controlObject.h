@@ -28,11 +28,9 @@ namespace plotwerk {
 
 using Rectangle = sdbus::Struct<double, double, double, double>;
 
-// NaN as clients are to print it, "nan": arithmetic gives either sign (0/0 the negative one), and
-// data text may have "-nan".
+// NaN as clients are to print it, "nan": arithmetic gives either sign (0/0 the negative one).
 template<class Value> void dropSignOfNaN(Value &value) {
-    if constexpr (std::is_same_v<Value, double>)
-        if (std::isnan(value)) value = std::abs(value);
+    if constexpr (std::is_same_v<Value, double>) value = stored(value);
 }
 template<class... Values> void dropSignOfNaN(std::tuple<Values...> &values) {
     std::apply([](auto &...value) { (dropSignOfNaN(value), ...); }, values);

@@ -8,7 +8,7 @@
 
 namespace plotwerk {
 
-void ControlObject::setDeciSeparator_(const int32_t &code) {
+void ControlObject::setDeciSeparator_(const std::int32_t &code) {
     act([&] {
         if (code != 0 && code != 1) {
             throw Refusal("no decimal separator has the number " + std::to_string(code));
@@ -48,7 +48,7 @@ void ControlObject::appendDataAndDrawInFastMode_of_source_(const std::string &te
 std::string ControlObject::dataOfSelectedCurvesOf_(const std::string &name) {
     return answer(name, std::string(), [&](const Document &document) {
         // The bus takes messages of up to 128 MiB, and cuts off who sends a longer one.
-        constexpr size_t longest = 120 << 20;
+        constexpr std::size_t longest = 120 << 20;
         std::string text = dataTextOfSelection(document, true, application.decimalSeparator);
         if (text.size() > longest) throw Refusal("the data are too long for one answer");
         return text;
@@ -76,7 +76,7 @@ void ControlObject::duplicateAsPlottedOf_(const std::string &name) {
           [&](const Document &document) { application.create(duplicateAsPlotted(document)); });
 }
 
-std::tuple<int32_t, int32_t, int32_t>
+std::tuple<std::int32_t, std::int32_t, std::int32_t>
 ControlObject::inventoryOf_sources_tables_columns_justInSelTable_justInSelSource_(
     const std::string &name, const bool &justInTable, const bool &justInSource) {
     const Inventory held = answer(name, Inventory{}, [&](const Document &document) {

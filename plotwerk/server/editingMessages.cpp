@@ -6,10 +6,10 @@
 
 namespace plotwerk {
 
-std::tuple<std::string, int32_t, double, double, double, double, double>
+std::tuple<std::string, std::int32_t, double, double, double, double, double>
 ControlObject::statisticOfSelectionOf_name_dataPoints_min_max_sum_std_area_(
     const std::string &name) {
-    using Answer = std::tuple<std::string, int32_t, double, double, double, double, double>;
+    using Answer = std::tuple<std::string, std::int32_t, double, double, double, double, double>;
     return answer(name, Answer{"", 0, nan, nan, nan, nan, nan},
                   [](const Document &document) -> Answer {
                       const Statistic of = statisticOfSelection(document);
@@ -18,7 +18,7 @@ ControlObject::statisticOfSelectionOf_name_dataPoints_min_max_sum_std_area_(
 }
 
 void ControlObject::searchMaximaOfSelectionOf_searchMaxima_searchMinima_minwidth_minheight_(
-    const std::string &name, const bool &maxima, const bool &minima, const int32_t &minWidth,
+    const std::string &name, const bool &maxima, const bool &minima, const std::int32_t &minWidth,
     const double &minHeight) {
     actOn(name, [&](Document &document) {
         searchExtremes(document, maxima, minima, minWidth, minHeight);

@@ -7,7 +7,7 @@
 namespace plotwerk {
 
 // What a fit that failed found out is answered all the same.
-std::tuple<int32_t, int32_t, double, double>
+std::tuple<std::int32_t, std::int32_t, double, double>
 ControlObject::startFitOf_iterations_lambda_chiq_(const std::string &name) {
     FitOutcome outcome;
     outcome.status = fitImpossible;

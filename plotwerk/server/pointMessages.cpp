@@ -7,27 +7,30 @@
 namespace plotwerk {
 
 double ControlObject::YValueOfDoc_atX_indexSerie_(const std::string &name, const double &x,
-                                                  const int32_t &series) {
+                                                  const std::int32_t &series) {
     return answer(name, nan,
                   [&](const Document &document) { return valueAtX(document, x, series); });
 }
 
-double ControlObject::valueOfDoc_atIndex_indexSerie_(const std::string &name, const int32_t &index,
-                                                     const int32_t &series) {
+double ControlObject::valueOfDoc_atIndex_indexSerie_(const std::string &name,
+                                                     const std::int32_t &index,
+                                                     const std::int32_t &series) {
     return answer(name, nan,
                   [&](const Document &document) { return valueAtIndex(document, index, series); });
 }
 
-int32_t ControlObject::indexOfPointOfDoc_atX_indexSerie_(const std::string &name, const double &x,
-                                                         const int32_t &series) {
+std::int32_t ControlObject::indexOfPointOfDoc_atX_indexSerie_(const std::string &name,
+                                                              const double &x,
+                                                              const std::int32_t &series) {
     return answer(name, -1,
                   [&](const Document &document) { return indexAtX(document, x, series); });
 }
 
-std::tuple<int32_t, int32_t, double, double>
+std::tuple<std::int32_t, std::int32_t, double, double>
 ControlObject::indexOfPointOfDoc_atX_atY_curve_index_dataX_dataY_(const std::string &name,
                                                                   const double &x, const double &y,
-                                                                  const int32_t &, const int32_t &,
+                                                                  const std::int32_t &,
+                                                                  const std::int32_t &,
                                                                   const double &, const double &) {
     const NearestPoint point = answer(name, NearestPoint{}, [&](const Document &document) {
         return nearestPoint(document, x, y).value_or(NearestPoint{});
@@ -36,22 +39,22 @@ ControlObject::indexOfPointOfDoc_atX_atY_curve_index_dataX_dataY_(const std::str
 }
 
 void ControlObject::setValueOfDoc_atIndex_indexSerie_toValue_(const std::string &name,
-                                                              const int32_t &index,
-                                                              const int32_t &series,
+                                                              const std::int32_t &index,
+                                                              const std::int32_t &series,
                                                               const double &value) {
     actOn(name, [&](Document &document) { setValueAtIndex(document, index, series, value); });
 }
 
-int32_t ControlObject::indexOfSelectedCurveOf_(const std::string &name) {
+std::int32_t ControlObject::indexOfSelectedCurveOf_(const std::string &name) {
     return answer(name, -1, indexOfSelectedCurve);
 }
 
-int32_t ControlObject::indexOfFitCurveOf_(const std::string &name) {
+std::int32_t ControlObject::indexOfFitCurveOf_(const std::string &name) {
     return answer(name, -1, indexOfFitCurve);
 }
 
 // There is no mouse.
-std::tuple<double, double, double, double, int32_t>
+std::tuple<double, double, double, double, std::int32_t>
 ControlObject::mouseEventsShiftKeyDownOf_x1_y1_x2_y2_keyMode_(const std::string &name) {
     act([&] { application.document(name); });
     return {nan, nan, nan, nan, 0};

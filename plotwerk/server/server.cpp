@@ -32,7 +32,7 @@ static Answer askBus(sdbus::IConnection &bus, const char *method, const std::str
 static std::string ownerOfName(sdbus::IConnection &bus) {
     try {
         const auto owner = askBus<std::string>(bus, "GetNameOwner", busName);
-        const auto pid = askBus<uint32_t>(bus, "GetConnectionUnixProcessID", owner);
+        const auto pid = askBus<std::uint32_t>(bus, "GetConnectionUnixProcessID", owner);
         return owner + ", process " + std::to_string(pid);
     } catch (const sdbus::Error &error) {
         return "unknown: " + error.getMessage();
