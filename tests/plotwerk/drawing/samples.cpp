@@ -1,12 +1,13 @@
 #include "tests/plotwerk/drawing/samples.h"
 
+#include "plotwerk/drawing/picture.h"
 #include "tests/support/process.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <gtest/gtest.h>
-#include <random>
+#include <sstream>
 
 using namespace plotwerk;
 
@@ -36,16 +37,6 @@ Document sineDocument() {
     return documentWith(x, y);
 }
 
-Document cloudDocument(size_t points) {
-    std::mt19937 random(1);
-    std::normal_distribution<double> normal;
-    std::vector<double> x(points);
-    std::vector<double> y(points);
-    for (double &value : x) value = normal(random);
-    for (double &value : y) value = normal(random);
-    return documentWith(x, y);
-}
-
 std::string described(const Path &path) {
     std::string text;
     for (const Point &p : path) {
@@ -56,14 +47,22 @@ std::string described(const Path &path) {
     return text;
 }
 
-constexpr int perPoint = 2;
+void expectApart(const std::vector<Box> &boxes) {
+    for (size_t i = 0; i < boxes.size(); ++i)
+        for (size_t k = 0; k < i; ++k)
+            EXPECT_TRUE(boxes[i].left >= boxes[k].right || boxes[k].left >= boxes[i].right ||
+                        boxes[i].top >= boxes[k].bottom || boxes[k].top >= boxes[i].bottom)
+                << i << " and " << k;
+}
 
-Pixels::Pixels(const Document &document)
-    : width(document.frame.xAxisLength * pointsPerCm),
-      height(document.frame.yAxisLength * pointsPerCm) {
+static Point originOf(const Document &document, const Box &page) {
+    return {-page.left, document.frame.yAxisLength * pointsPerCm - page.top};
+}
+
+Pixels::Pixels(const Document &document) : perPoint(2) {
     const Picture picture(document);
     const Box &page = picture.page();
-    corner = {-page.left, -page.top};
+    origin = originOf(document, page);
     surface.reset(cairo_image_surface_create(CAIRO_FORMAT_RGB24,
                                              static_cast<int>(page.width() * perPoint),
                                              static_cast<int>(page.height() * perPoint)));
@@ -75,37 +74,43 @@ Pixels::Pixels(const Document &document)
     cairo_surface_flush(surface.get());
 }
 
-unsigned Pixels::pixel(int x, int y) const {
-    unsigned value = 0;
-    std::memcpy(&value,
-                cairo_image_surface_get_data(surface.get()) +
-                    ptrdiff_t{y} * cairo_image_surface_get_stride(surface.get()) + ptrdiff_t{4} * x,
-                sizeof value);
-    return value & 0xffffff;
+Pixels::Pixels(const Document &document, const std::string &tiff)
+    : origin(originOf(document, Picture(document).page())), perPoint(300.0 / 72) {
+    std::istringstream png(outputOf("tiff2pdf $f | pdftocairo -png -r 300 -singlefile - -", tiff));
+    const auto read = [](void *from, unsigned char *bytes, unsigned length) {
+        static_cast<std::istream *>(from)->read(reinterpret_cast<char *>(bytes), length);
+        return CAIRO_STATUS_SUCCESS;
+    };
+    surface.reset(
+        cairo_image_surface_create_from_png_stream(read, static_cast<std::istream *>(&png)));
 }
 
 char Pixels::at(double x, double y) const {
-    const unsigned value =
-        pixel(static_cast<int>((corner.x + x * pointsPerCm) * perPoint),
-              static_cast<int>((corner.y + height - y * pointsPerCm) * perPoint));
-    const int red = value >> 16;
+    const int row = static_cast<int>((origin.y - y * pointsPerCm) * perPoint);
+    const int column = static_cast<int>((origin.x + x * pointsPerCm) * perPoint);
+    unsigned value = 0;
+    std::memcpy(&value,
+                cairo_image_surface_get_data(surface.get()) +
+                    ptrdiff_t{row} * cairo_image_surface_get_stride(surface.get()) + 4 * column,
+                sizeof value);
+    const int red = value >> 16 & 255;
     const int green = value >> 8 & 255;
     const int blue = value & 255;
-    if (value == 0xffffff) return ' ';
+    if (red + green + blue == 3 * 255) return '_';
     if (red > std::max(green, blue) + 60) return 'r';
     if (green > std::max(red, blue) + 60) return 'g';
     if (blue > std::max(red, green) + 60) return 'b';
     return std::max({red, green, blue}) < 128 ? '#' : '.';
 }
 
-double Pixels::inkedPart() const {
-    constexpr double border = 8; // axes and ticks
-    int inked = 0;
-    int all = 0;
-    for (double y = border; y < height - border; y += 0.5)
-        for (double x = border; x < width - border; x += 0.5, ++all)
-            if (at(x / pointsPerCm, y / pointsPerCm) != ' ') ++inked;
-    return inked / static_cast<double>(all);
+void Pixels::expect(const std::string &list) const {
+    std::istringstream places(list);
+    std::string seen;
+    for (std::string place; places >> place;) {
+        place[0] = at(std::stod(place.substr(1)), std::stod(place.substr(place.find(',') + 1)));
+        seen += (seen.empty() ? "" : " ") + place;
+    }
+    EXPECT_EQ(seen, list);
 }
 
 std::string outputOf(const std::string &command, const std::string &bytes) {

