@@ -97,7 +97,9 @@ const MessageCase cases[] = {
      "doc\nnameOfNextMarkedCurveOf:doc",
      "'u' 'A' yes 1 0; 'w' 'B' yes 1 4; 1; 'v' 'A' yes 1 1; u marked false; v marked true; w "
      "marked false; markWalk 2"},
-    {"markSelectionAsFitDataOf:doc", "u fitData false; v fitData true"},
+    {"selectCurvesOf:doc indexFirst:4 indexLast:4 "
+     "appendSelection:yes\nmarkSelectionAsFitDataOf:doc",
+     "u fitData false; v fitData true; w place 2"},
     {"statisticOfSelectionOf:doc", "'v' 4 3 8 22 1.80278 16.5"},
     {selectW +
          "searchMaximaOfSelectionOf:doc searchMaxima:yes searchMinima:no minwidth:0 minheight:3",
@@ -240,9 +242,10 @@ const MessageCase cases[] = {
     {"dataOfSelectedCurvesOf:doc", "'t\tv\n0\t5\n1\t3\n2\t8\n3\t6\n'"},
     {"copySelectedCurvesOf:doc includeX:no\npasteDataOf:doc",
      "2/0/x name \"X\", values 0 1 2 3; 2/0/y/0 name \"v\", values 5 3 8 6; 2 name \"Clipboard\""},
-    {"selectCurvesOf:doc indexFirst:2 indexLast:2 appendSelection:no\ncopySelectedCurvesOf:doc "
-     "includeX:yes\nsetDeciSeparator:1\npasteDataOf:doc\ndataOfSelectedCurvesOf:doc",
-     "'t\t\"u error\"\n0\t0,1\n1\t0,2\n2\t0,1\n3\t0,2\n'; v place 0; u error place 1; 2/0/x name "
+    {"selectCurvesOf:doc indexFirst:2 indexLast:2 "
+     "appendSelection:no\nsetDeciSeparator:1\ncopySelectedCurvesOf:doc "
+     "includeX:yes\nsetDeciSeparator:0\npasteDataOf:doc\ndataOfSelectedCurvesOf:doc",
+     "'t\t\"u error\"\n0\t0.1\n1\t0.2\n2\t0.1\n3\t0.2\n'; v place 0; u error place 1; 2/0/x name "
      "\"t\", values 0 1 2 3; 2/0/y/0 name \"u error\", values 0.1 0.2 0.1 0.2; 2 name "
      "\"Clipboard\""},
     {"copyPDF:doc\npasteDataOf:doc",

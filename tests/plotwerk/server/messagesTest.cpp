@@ -14,13 +14,9 @@ TEST_F(MessagesTest, ToAnUnknownDocumentAreRefusedWithItsName) {
         "openFile_file_doRangeOverAll_",     "setDeciSeparator_", "newCompositionView_",
         "savePDFofCompositionView_openWith_"};
     const std::map<std::string, std::string> neutral{
-        {"", ""},
-        {"d", "nan"},
-        {"dd", "nan nan"},
-        {"i", "-1"},
-        {"b", "no"},
-        {"s", "''"},
-        {"iidd", "-1 -1 nan nan"},
+        {"", ""},    {"d", "nan"}, {"dd", "nan nan"},        {"i", "-1"},
+        {"b", "no"}, {"s", "''"},  {"iidd", "-1 -1 nan nan"}};
+    const std::map<std::string, std::string> special{
         {"nameOfNextMarkedCurveOf", "'' '' no 0 -1"},
         {"markSelectedCurvesOf", "0"},
         {"startFitOf", "1 0 nan nan"},
@@ -34,9 +30,9 @@ TEST_F(MessagesTest, ToAnUnknownDocumentAreRefusedWithItsName) {
         std::vector<std::string> arguments;
         for (const auto &argument : method.arguments) arguments.push_back(values.at(argument.type));
         plotwerk->actify_("Untitled"); // clears lastError
-        const auto special = neutral.find(method.keyword());
+        const auto found = special.find(method.keyword());
         const std::string &answer =
-            special == neutral.end() ? neutral.at(method.results) : special->second;
+            found == special.end() ? neutral.at(method.results) : found->second;
         EXPECT_EQ(answerTo(method, arguments), answer) << method.name;
         EXPECT_TRUE(lastError().starts_with(method.keyword() + ':')) << lastError();
         EXPECT_TRUE(holds(lastError(), ": no document \"nix\""));
