@@ -170,10 +170,8 @@ void modifySelection(Document &document, bool yData) {
     std::vector<Modified> modified;
     for (const CurveRef &curve : curves) {
         Modified each{validPoints(tableOf(document, curve), columnOf(document, curve)), {}};
-        const auto n = static_cast<std::size_t>(each.points.n);
-        each.values.resize(n);
-        formula.evaluate({each.points.x.get(), n}, {each.points.y.get(), n}, parameters,
-                         each.values);
+        each.values.resize(each.points.x.size());
+        formula.evaluate(each.points.x, each.points.y, parameters, each.values);
         modified.push_back(std::move(each));
     }
 

@@ -2,7 +2,6 @@
 
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/names.h"
-#include "util/arrays/missing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -246,15 +245,20 @@ const XOrder &orderOfX(const Table &table) {
 }
 
 ValidPoints validPoints(const Table &table, const Column &y) {
+    const auto isValid = [&](std::size_t row) {
+        return !std::isnan(table.x.values[row]) && !std::isnan(y.values[row]);
+    };
     ValidPoints points;
-    double *xs = nullptr;
-    double *ys = nullptr;
-    int *rows = nullptr;
-    plw::removeNAN(table.x.values.data(), y.values.data(), rowsOf(table), &xs, &ys, &points.n,
-                   &rows);
-    points.x.reset(xs);
-    points.y.reset(ys);
-    points.row.reset(rows);
+    for (std::size_t row = 0; row < y.values.size(); ++row) points.n += isValid(row);
+    points.x.reserve(points.n);
+    points.y.reserve(points.n);
+    points.row.reserve(points.n);
+    for (std::size_t row = 0; row < y.values.size(); ++row) {
+        if (!isValid(row)) continue;
+        points.x.push_back(table.x.values[row]);
+        points.y.push_back(y.values[row]);
+        points.row.push_back(static_cast<int>(row));
+    }
     return points;
 }
 

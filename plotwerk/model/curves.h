@@ -6,8 +6,6 @@
 
 #include "plotwerk/model/document.h"
 
-#include <cstdlib>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -75,16 +73,12 @@ void setX(Table &table, std::vector<double> values);
 // Brings table.xOrder up to date with rows that were added since, and returns it.
 const XOrder &orderOfX(const Table &table);
 
-struct FreeArray {
-    void operator()(void *array) const { std::free(array); }
-};
-
 // The points of a curve that have both x and y, in order, and the rows that they stand in.
 struct ValidPoints {
     int n = 0;
-    std::unique_ptr<double[], FreeArray> x;
-    std::unique_ptr<double[], FreeArray> y;
-    std::unique_ptr<int[], FreeArray> row;
+    std::vector<double> x;
+    std::vector<double> y;
+    std::vector<int> row;
 };
 
 ValidPoints validPoints(const Table &table, const Column &y);

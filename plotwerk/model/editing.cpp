@@ -48,8 +48,8 @@ static void sortRows(Table &table, const std::vector<double> &key) {
 // Derivatives of a curve at its n points, by the parabolas through three neighbours.
 static std::vector<double> derivative(const ValidPoints &points) {
     const int n = points.n;
-    const double *x = points.x.get();
-    const double *y = points.y.get();
+    const double *x = points.x.data();
+    const double *y = points.y.data();
     const auto slope = [&](int i) { return (y[i + 1] - y[i]) / (x[i + 1] - x[i]); };
     std::vector<double> result(n, unset);
     if (n == 2) result[0] = result[1] = slope(0);
@@ -331,7 +331,7 @@ void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, 
                              tableOfExtremes(points, indexes, table.x.name,
                                              column.name + std::string(suffix), look)});
         };
-        std::vector<double> y(points.y.get(), points.y.get() + points.n);
+        std::vector<double> y = points.y;
         if (maxima) search(y, maximaSuffix);
         for (double &value : y) value = -value;
         if (minima) search(y, minimaSuffix);

@@ -6,8 +6,10 @@
 #include "util/arrays/search.h"
 #include "util/arrays/sort.h"
 
+#include <cstdlib>
 #include <limits>
 #include <memory>
+#include <new>
 
 namespace plotwerk {
 
@@ -29,6 +31,13 @@ static plw::Fct linked(std::span<const double> x, std::span<const double> y, std
     f.lastIndex = hint;
     f.linked = 1;
     return f;
+}
+
+// Where the library finds no memory it ends the process; so that much is looked for before.
+static void requireFree(std::size_t bytes) {
+    void *volatile memory = std::malloc(bytes); // so that it isn't optimised away
+    if (memory == nullptr) throw std::bad_alloc();
+    std::free(memory);
 }
 
 double interpolated(std::span<const double> x, std::span<const double> y, double at, int &hint) {
@@ -54,11 +63,13 @@ double integral(std::span<double> x, std::span<double> y) {
 
 void sortTogether(std::span<double> key, std::span<double> other) {
     const int n = countOf(key, other, 0);
+    requireFree(6 * key.size_bytes());
     double *others[] = {other.data(), nullptr}; // sortN spends both
     plw::sortN(n, key.data(), others, 1);
 }
 
 std::vector<double> peakPositions(std::span<const double> y, double minStrength, double width) {
+    requireFree(8 * y.size_bytes());
     using Function = std::unique_ptr<plw::Fct, decltype(&plw::freeFct)>;
     const Function f(plw::newFctWith(y.data(), countOf(y, y, 0), 0, 1), plw::freeFct);
     const Function peaks(plw::peaksFct(f.get(), minStrength, width), plw::freeFct);

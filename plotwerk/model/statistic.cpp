@@ -45,8 +45,7 @@ Statistic statisticOfSelection(const Document &document) {
             sum.add(y);
         }
         statistic.points += points.n;
-        const auto n = static_cast<std::size_t>(points.n);
-        area.add(integral({points.x.get(), n}, {points.y.get(), n}));
+        area.add(integral(points.x, points.y));
         curves.push_back(std::move(points));
     }
     statistic.sum = sum.value();
