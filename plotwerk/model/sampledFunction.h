@@ -1,7 +1,8 @@
 // sampledFunction.h - the library's numerics on sampled functions, with its demands checked.
 //
 // The library ends the process when it is asked for what makes no sense, such as a value of an
-// empty function. Nothing else of Plotwerk calls these routines of it: here a Refusal is thrown.
+// empty function. Nothing else of Plotwerk calls these routines of it: here a Refusal is thrown, or
+// std::bad_alloc where there is no memory for what they take.
 //
 // x and y are the samples' positions and ordinates. Refused: two lengths, and more samples than an
 // int counts. Positions ascend unless something else is said.
