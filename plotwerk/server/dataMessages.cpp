@@ -1,4 +1,5 @@
 // The messages about data text, the clipboard and what a document holds.
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/data/exchange.h"
 #include "plotwerk/model/duplicate.h"
@@ -47,10 +48,9 @@ void ControlObject::appendDataAndDrawInFastMode_of_source_(const std::string &te
 
 std::string ControlObject::dataOfSelectedCurvesOf_(const std::string &name) {
     return answer(name, std::string(), [&](const Document &document) {
-        // The bus takes messages of up to 128 MiB, and cuts off who sends a longer one.
-        constexpr std::size_t longest = 120 << 20;
         std::string text = dataTextOfSelection(document, true, application.decimalSeparator);
-        if (text.size() > longest) throw Refusal("the data are too long for one answer");
+        if (static_cast<double>(text.size()) > longestAnswer())
+            throw Refusal("the data are too long for one answer");
         return text;
     });
 }
