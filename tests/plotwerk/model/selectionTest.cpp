@@ -96,10 +96,9 @@ TEST(Selection, PatternsAreUtf8AndEndInTimeOrAreRefused) {
         {"a(", "missing ): a("},
         {"(.)\\1", "invalid escape sequence: \\1"},
         {"\\pL{1000}", "pattern too large - compile failed"}};
-    for (const auto &[pattern, reason] : refused)
-        EXPECT_EQ(refusalOf(document, [&, &pattern = pattern](
-                                          auto &d) { selectByPattern(d, "", -1, pattern, false); }),
-                  "pattern \"" + pattern + "\" can't be read: " + reason);
+    for (const auto &c : refused)
+        EXPECT_EQ(refusalOf(document, [&](auto &d) { selectByPattern(d, "", -1, c.first, false); }),
+                  "pattern \"" + c.first + "\" can't be read: " + c.second);
     EXPECT_EQ(refusalOf(document,
                         [](auto &d) { indexOfCurveMatching(d, std::string(1001, 'a'), -1, ""); }),
               "pattern is too long");
