@@ -107,7 +107,7 @@ class SummingBuffer : public std::streambuf {
     }
     std::streamsize xsputn(const char *bytes, std::streamsize count) override {
         if (count < epptr() - pptr()) {
-            std::memcpy(pptr(), bytes, static_cast<std::size_t>(count));
+            std::copy_n(bytes, count, pptr());
             pbump(static_cast<int>(count));
             return count;
         }
