@@ -117,8 +117,12 @@ static std::vector<int> peakCandidates(const std::vector<double> &y, int width) 
     }
     std::vector<int> candidates;
     for (const double position : peakPositions(means, std::numeric_limits<double>::min(),
-                                               static_cast<double>(width) / block))
-        candidates.push_back(static_cast<int>((position + 0.5) * block));
+                                               static_cast<double>(width) / block)) {
+        const double index = (position + 0.5) * block;
+        // values whose differences overflow have peaks anywhere, or nowhere: NaN
+        if (index >= 0 && index < static_cast<double>(y.size()))
+            candidates.push_back(static_cast<int>(index));
+    }
     return candidates;
 }
 

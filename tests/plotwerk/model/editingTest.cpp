@@ -239,3 +239,12 @@ TEST(Extremes, BecomeCurvesAfterTheTableOnTheSameAxes) {
     EXPECT_EQ(refusalOf(document, [](auto &d) { searchExtremes(d, true, false, 10, 1e6); }),
               "the selected curves have no such extremes");
 }
+
+TEST(SearchExtremes, EndsWhereDifferencesOverflow) {
+    for (const double huge : {1e308, std::numeric_limits<double>::infinity()}) {
+        Document document = selectedOf(
+            table({0, 1, 2, 3, 4, 5, 6, 7}, {column("a", {0, 1, huge, huge, 1, 0, 5, 0})}));
+        refusalOf(document, [](auto &d) { searchExtremes(d, true, true, 2, 0); });
+        EXPECT_EQ(textOf(document.sources[0].tables[0].x), "x=0,1,2,3,4,5,6,7") << huge;
+    }
+}
