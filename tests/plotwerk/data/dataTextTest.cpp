@@ -56,7 +56,6 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"equals sign", "x y=2x\n1 2\n", "x=1 y=2x=2"},
         {"later line wins", "title of it\nx a\n\n1 2\n", "x=1 a=2"},
         {"names of one table only", "x a\n1 2\n\n3 4\n", "x=1 a=2; X=3 Y1=4"},
-        {"word in a row", "1 2 3\n4 b 6\n", "X=1,4 Y1=2,nan Y2=3,6"},
         {"words after a row", "1 2\n3 4 V \"m s\"\n5V 6\n", "X=1,3,nan Y1=2,4,6"},
     };
     for (const auto &c : cases) EXPECT_EQ(read(c.text, '.'), c.want) << c.what;

@@ -53,13 +53,12 @@ TEST(AppendData, ContinuesTheTablesOfAGrowingMeasurement) {
 
 TEST(AddData, TakesAFreeNameHoweverManyAreTaken) {
     Document document = sample();
+    const std::regex free("Clipboard( \\d\\d:\\d\\d:\\d\\d(#\\d+)?)?");
     std::set<std::string> names;
     for (int i = 0; i < 30; ++i) {
         addData(document, "Clipboard", "1 2\n", '.');
         const std::string &name = document.sources.back().name;
-        EXPECT_TRUE(names.insert(name).second) << name;
-        EXPECT_TRUE(std::regex_match(name, std::regex("Clipboard( \\d\\d:\\d\\d:\\d\\d(#\\d+)?)?")))
-            << name;
+        EXPECT_TRUE(names.insert(name).second && std::regex_match(name, free)) << name;
     }
 }
 

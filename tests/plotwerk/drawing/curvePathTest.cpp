@@ -3,7 +3,6 @@
 
 #include <cmath>
 #include <complex>
-#include <gtest/gtest.h>
 #include <random>
 
 using namespace plotwerk;

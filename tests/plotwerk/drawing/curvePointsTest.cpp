@@ -2,7 +2,6 @@
 #include "tests/plotwerk/drawing/samples.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 
 using namespace plotwerk;
 

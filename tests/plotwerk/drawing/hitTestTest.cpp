@@ -2,7 +2,6 @@
 
 #include "plotwerk/drawing/scaledFrame.h"
 #include "tests/plotwerk/drawing/samples.h"
-#include "tests/plotwerk/model/documents.h"
 
 #include <cmath>
 

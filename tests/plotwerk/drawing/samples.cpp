@@ -6,21 +6,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <gtest/gtest.h>
 #include <sstream>
 
 using namespace plotwerk;
 
 Document documentWith(const std::vector<double> &x, const std::vector<double> &y) {
-    Table table;
-    table.x.name = "x";
-    table.x.values = x;
-    table.y.resize(1);
-    table.y[0].name = "y";
-    table.y[0].values = y;
-    Document document;
-    document.sources.push_back({"Data", {table}});
-    return document;
+    return documentOf(table(x, {column("y", y)}));
 }
 
 Column &onlyCurve(Document &document) {

@@ -4,12 +4,9 @@
 
 #include "plotwerk/drawing/curvePath.h"
 #include "plotwerk/drawing/surface.h"
-#include "plotwerk/model/document.h"
+#include "tests/plotwerk/model/documents.h"
 
-#include <string>
-#include <vector>
-
-// A document with one source, one table and the curve "y" over "x".
+// A document of the curve "y" over "x".
 plotwerk::Document documentWith(const std::vector<double> &x, const std::vector<double> &y);
 
 // A sine from 0 to 10 in 200 points.

@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <complex>
-#include <gtest/gtest.h>
 
 using namespace plotwerk;
 
@@ -92,10 +91,9 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
         {{-0.3, 0.3}, linear, "\u22120.3 \u22120.2 \u22120.1 0.0 0.1 0.2 0.3"},
         {{0.13, 9.7}, linear, "2 4 6 8"},
         {{0, 4e6}, linear, "0 1\u00d7106 2\u00d7106 3\u00d7106 4\u00d7106"},
-        {{-1e-7, 1e-7},
+        {{-1e-7, 5e-8},
          linear,
-         "\u22121.0\u00d710\u22127 \u22120.5\u00d710\u22127 0 0.5\u00d710\u22127 "
-         "1.0\u00d710\u22127"},
+         "\u22121.0\u00d710\u22127 \u22120.5\u00d710\u22127 0 0.5\u00d710\u22127"},
         {{1e6 - 1e-6, 1e6 + 1e-6}, linear, "999999.999999 1000000.000000 1000000.000001"},
         {{5, 5}, linear, "4.6 4.8 5.0 5.2 5.4"},
         {{0.01, 1000}, logarithmic, "0.01 0.1 1 10 100 1000"},
@@ -105,9 +103,7 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
         {{0, 5}, [](Axis &axis) { axis.increment = 2.5, axis.precision = 3; }, "0.000 2.500 5.000"},
         {{-1.1, 1.1}, [](Axis &axis) { axis.precision = 0; }, "\u22121 0 1"},
         {{0, 0.1}, [](Axis &axis) { axis.precision = 0; }, "0.00 0.02 0.04 0.06 0.08 0.10"},
-        {{0, 15},
-         [](Axis &axis) { axis.exponents = true; },
-         "0 0.5\u00d7101 1.0\u00d7101 1.5\u00d7101"},
+        {{0, 15}, [](Axis &a) { a.exponents = true; }, "0 0.5\u00d7101 1.0\u00d7101 1.5\u00d7101"},
         {{0, 10}, [](Axis &axis) { axis.labelDensity = 0.4; }, "0 5 10"},
         // too many ticks for the paper; too many numbers
         {{0, 10}, [](Axis &axis) { axis.increment = 1e-9; }, "0 2 4 6 8 10"},
@@ -128,7 +124,9 @@ TEST(Ticks, HaveSmallOnesBetweenThem) {
     axis.logarithmic = true;
     EXPECT_EQ(marksFor(axis, {1, 1000}).smallTicks.size(), 24u); // 2..9 in three decades
     axis.logNumbersAt = 2;
+    axis.ticks = 0;
     EXPECT_EQ(joined(marksFor(axis, {1, 1e4})), "1 100 10000");
+    EXPECT_TRUE(marksFor(axis, {1, 1e4}).smallTicks.empty());
 }
 
 // Every axis has at least one number, few ticks, all within its limits, and none of its numbers

@@ -15,23 +15,19 @@ static double valueAt(const Formula &formula, double x, double y,
     return value;
 }
 
-TEST(Formula, FollowsThePrecedenceOfItsOperators) {
+TEST(Formula, FollowsThePrecedenceAndOrderOfOperands) {
     const double x = 3;
     const struct {
         const char *text;
         double want;
-    } cases[] = {{"1+2*x", 7},      {"-x^2", -9},
-                 {"(-x)^2", 9},     {"2^-x", 0.125},
-                 {"2^3^2", 512},    {"2^-x^2", std::pow(2, -9)},
-                 {"-2^-1", -0.5},   {"2*-x", -6},
-                 {"8/4/2", 1},      {"8-4-2", 2},
-                 {"1 - -x", 4},     {"+x", 3},
-                 {"12/2*x", 18},    {".5+1.e0+1e-1", 1.6},
-                 {"x>2 && x<4", 1}, {"x>=3||y", 1},
-                 {"1+1==2", 1},     {"!x + 1", 1},
-                 {"!0^2", 1},       {"x != 3 || x <= 2", 0},
-                 {"1||0&&0", 1},    {"2*pi", 2 * std::numbers::pi},
-                 {"x*y", 21}};
+    } cases[] = {{"1+2*x", 7},    {"-x^2", -9},          {"(-x)^2", 9},     {"2^-x", 0.125},
+                 {"2^3^2", 512},  {"2^-x^2", 1. / 512},  {"-2^-1", -0.5},   {"2*-x", -6},
+                 {"8/4/2", 1},    {"8-4-2", 2},          {"1 - -x", 4},     {"+x", 3},
+                 {"12/2*x", 18},  {".5+1.e0+1e-1", 1.6}, {"x>2 && x<4", 1}, {"x>=3||y", 1},
+                 {"1+1==2", 1},   {"!x + 1", 1},         {"!0^2", 1},       {"x!=3 || x<=2", 0},
+                 {"1||0&&0", 1},  {"cos(pi)", -1},       {"x*y", 21},       {"sign(-x)", -1},
+                 {"sign(0)", 0},  {"pow(x,2)", 9},       {"atan2(0,x)", 0}, {"min(x,4)", 3},
+                 {"max(x,4)", 4}, {"if(x<1,2,3)", 3},    {"if(x>1,2,3)", 2}};
     for (const auto &c : cases) EXPECT_EQ(valueAt(Formula(c.text), x, 7, {}), c.want) << c.text;
 }
 
@@ -55,15 +51,6 @@ TEST(Formula, KnowsItsFunctions) {
             EXPECT_TRUE(got == want || (std::isnan(got) && std::isnan(want))) << f.name << s;
         }
     }
-    const struct {
-        const char *text;
-        double want;
-    } cases[] = {{"sign(-x)+sign(x-x)", -1},
-                 {"pow(x,5)", std::pow(x, 5)},
-                 {"atan2(x,-1)", std::atan2(x, -1)},
-                 {"min(x,1)+max(x,1)", 1 + x},
-                 {"if(x<1,2,3)+if(x>1,20,30)", 32}};
-    for (const auto &c : cases) EXPECT_EQ(valueAt(Formula(c.text), x, 0, {}), c.want) << c.text;
 }
 
 TEST(Formula, MissingValuesStayMissing) {
