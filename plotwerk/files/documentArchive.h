@@ -73,7 +73,7 @@ class Reader {
     Reader(Tree &object, const Version &written) : tree(object), version(written) {}
 
     template<class T> void operator()(const char *key, T &member, Version since = {}) {
-        if (version < since) return;
+        if (since > version) return;
         const auto found = tree.find(key);
         if (found == tree.end()) throw Refusal(std::string("damaged: no \"") + key + '"');
         read(key, *found, member);

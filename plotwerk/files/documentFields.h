@@ -9,7 +9,6 @@
 
 #include "plotwerk/model/document.h"
 
-#include <compare>
 #include <cstdint>
 
 namespace plotwerk {
@@ -18,9 +17,11 @@ namespace plotwerk {
 struct Version {
     std::uint64_t major = 1;
     std::uint64_t minor = 0;
-
-    auto operator<=>(const Version &) const = default;
 };
+
+constexpr bool operator>(const Version &a, const Version &b) {
+    return a.major != b.major ? a.major > b.major : a.minor > b.minor;
+}
 
 constexpr Version currentVersion{2, 0};
 
