@@ -35,6 +35,15 @@ struct Scale {
         return reversed ? length - distance : distance;
     }
 
+    // The value at a distance from the beginning, the inverse of position: exact but for what
+    // doubles near that value can tell. NaN for NaN; beyond the largest double an infinity, on a
+    // logarithmic scale also 0.
+    double value(double position) const {
+        const double distance = (reversed ? length - position : position) / factor;
+        if (!logarithmic) return min + distance;
+        return narrow ? min * std::pow(10, distance) : std::pow(10, logMin + distance);
+    }
+
     // Whether the value lies on the axis, its ends included.
     bool shows(double value) const {
         const double tolerance = 1e-6 * length;

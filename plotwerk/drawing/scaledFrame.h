@@ -19,6 +19,11 @@ inline bool isHorizontal(AxisCode axis) {
 // Of the same direction, on the other side.
 AxisCode opposite(AxisCode axis);
 
+struct ValuePair {
+    double x = unset;
+    double y = unset;
+};
+
 // Arrays are indexed by AxisCode.
 struct ScaledFrame {
     double width = 0; // in points
@@ -33,6 +38,12 @@ struct ScaledFrame {
     // The place of a value pair; a break where one of them can't be shown.
     Point at(double x, double y, AxisCode horizontal = xAxis, AxisCode vertical = yAxis) const {
         return {scales[horizontal].position(x), height - scales[vertical].position(y)};
+    }
+
+    // The values at a place, also outside of the frame: the inverse of at. NaN for a break.
+    ValuePair valuesAt(const Point &place, AxisCode horizontal = xAxis,
+                       AxisCode vertical = yAxis) const {
+        return {scales[horizontal].value(place.x), scales[vertical].value(height - place.y)};
     }
 };
 
