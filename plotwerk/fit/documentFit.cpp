@@ -6,6 +6,7 @@
 #include "plotwerk/formula/formula.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/palette.h"
+#include "plotwerk/model/parameterText.h"
 #include "plotwerk/model/ranges.h"
 #include "plotwerk/model/structure.h"
 

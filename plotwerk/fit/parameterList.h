@@ -28,16 +28,6 @@ std::vector<FitParameter> parametersNamed(const std::vector<std::string> &names,
 void readParameterList(std::string_view text, char decimalSeparator,
                        std::vector<FitParameter> &parameters);
 
-// A line for each parameter, for readParameterList to read again: "name = value +- error" with the
-// digits that the error justifies, or "name = value" with all that it carries when there is no
-// error above 0; " !" behind fixed ones. Numbers have the decimal separator. No line feed at the
-// end.
-//   {a, 1.5, 0.02}, {b, 2, fixed} -> "a = 1.500 +- 0.020\nb = 2 !"
-std::string parameterList(const std::vector<FitParameter> &parameters, char decimalSeparator);
-
-// The shortest text that gives the same double again, with a decimal point; "NAN".
-std::string allDigits(double value);
-
 // Value of a variable of the fit, with all the digits that it carries and a decimal point: a
 // parameter's name, NAME.error, chiq, iterations, lambda, points. What isn't known (no fit yet, the
 // error of a fixed parameter) is "NAN". A parameter called like a variable hides it. Empty: there

@@ -1,7 +1,7 @@
 // The messages about variables, the formula and the fit.
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/fit/documentFit.h"
-#include "plotwerk/fit/parameterList.h"
+#include "plotwerk/model/parameterText.h"
 #include "plotwerk/server/controlObject.h"
 
 namespace plotwerk {

@@ -3,6 +3,7 @@
 #include "plotwerk/data/dataText.h"
 #include "plotwerk/fit/fit.h"
 #include "plotwerk/fit/parameterList.h"
+#include "plotwerk/model/parameterText.h"
 #include "tests/fuzz/fuzz.h"
 
 #include <algorithm>

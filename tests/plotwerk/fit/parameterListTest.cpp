@@ -1,5 +1,6 @@
 #include "plotwerk/fit/parameterList.h"
 
+#include "plotwerk/model/parameterText.h"
 #include "tests/plotwerk/model/documents.h"
 
 #include <cmath>
