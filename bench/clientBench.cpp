@@ -3,12 +3,12 @@
 // - one command as a whole process, beside the same message sent by busctl
 // - line mode through a pipe with each answer awaited, and 100,000 lines fed at once, beside a bare
 //   loop over libsystemd's sd-bus that makes the same calls
-// - that loop behind the same pipes (this program with the argument "lines"): what a client that
-// did
-//   nothing else would cost
+// - that loop behind the same pipes (this program with the argument "lines"): what a client would
+//   cost that did nothing else
 //
 // Pairs of runs alternate, and each ratio is the median over its pairs.
 
+#include "protocol/PlotwerkControlNames.h"
 #include "tests/support/privateBus.h"
 
 #include <algorithm>
@@ -23,8 +23,8 @@
 #include <systemd/sd-bus.h>
 #include <unistd.h>
 
-static const char name[] = "org.plotwerk.PlotwerkControl";
-static const char path[] = "/org/plotwerk/PlotwerkControl";
+static const char *const name = plotwerkControl::busName;
+static const char *const path = plotwerkControl::objectPath;
 static const char document[] = "Untitled";
 static const std::string yAtX = "-x YatX -a 1.5\n";
 
