@@ -1,6 +1,7 @@
 // plotwerkd - a Plotwerk without a window: opens files and answers the messages of the session bus.
 #include "plotwerk/application/application.h"
 #include "plotwerk/base/bounds.h"
+#include "plotwerk/base/ending.h"
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/server/mainLoop.h"
@@ -109,6 +110,7 @@ int main(int argc, char **argv) {
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     holdSignals();
+    endInTheMiddleOfWork();
 
     Application application;
     int status = 0;

@@ -1,6 +1,7 @@
 #include "plotwerk/base/child.h"
 
 #include "plotwerk/base/bounds.h"
+#include "plotwerk/base/ending.h"
 #include "plotwerk/base/refusal.h"
 
 #include <cerrno>
@@ -72,12 +73,6 @@ static void say(int descriptor, const char *text, std::size_t length) {
         say(answer, exception.what(), std::strlen(exception.what()));
     }
     _exit(1);
-}
-
-static bool endIsAskedFor() {
-    sigset_t pending;
-    return sigpending(&pending) == 0 &&
-           (sigismember(&pending, SIGTERM) == 1 || sigismember(&pending, SIGINT) == 1);
 }
 
 // What the child says until it ends.

@@ -1,70 +1,76 @@
 // documentArchive.h - what goes through the fields of a record in documentFields.h: out of it into
-// a tree, or out of a tree into it.
+// a file, or out of a file's tree into it.
 #ifndef PLOTWERK_FILES_DOCUMENTARCHIVE_H
 #define PLOTWERK_FILES_DOCUMENTARCHIVE_H
 
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/documentFields.h"
 #include "plotwerk/files/documentTree.h"
+#include "plotwerk/files/treeWriter.h"
 #include "util/text/utf8.h"
 
+#include <algorithm>
 #include <array>
-#include <cmath>
+#include <cstdint>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace plotwerk {
 
+// Writes a record's fields with their keys in alphabetical order.
 class Writer {
   public:
-    explicit Writer(bool binaryKind) : binary(binaryKind) {}
+    explicit Writer(TreeWriter &to) : tree(to) {}
 
-    template<class T> void operator()(const char *key, T &member, Version = {}) {
-        tree[key] = written(member);
-    }
-
-    template<class T> Tree written(T &record) {
-        Writer inner(binary);
-        fields(inner, record);
-        return std::move(inner.tree);
+    template<class T> void write(T &record) {
+        Keys keys;
+        fields(keys, record);
+        std::ranges::sort(keys.all);
+        tree.beginRecord(keys.all.size());
+        for (const std::string_view key : keys.all) {
+            Field field{*this, key};
+            fields(field, record);
+        }
+        tree.endRecord();
     }
 
   private:
-    Tree written(bool value) { return value; }
-    Tree written(int value) { return value; }
-    Tree written(double value) {
-        if (binary || !std::isinf(value)) return value; // a NaN is printed as null
-        return value > 0 ? plusInfinity : minusInfinity;
-    }
-    Tree written(std::string &text) { return plw::utf8Of(text); }
-
-    Tree written(std::vector<double> &values) {
-        if (binary) {
-            Tree::binary_t::container_type bytes;
-            bytes.reserve(values.size() * sizeof(double));
-            for (const double value : values) appendDouble(bytes, value);
-            return Tree::binary(std::move(bytes), doublesTag);
+    struct Keys {
+        std::vector<std::string_view> all;
+        template<class T> void operator()(const char *key, T &, Version = {}) {
+            all.push_back(key);
         }
-        Tree::array_t numbers;
-        numbers.reserve(values.size());
-        for (const double value : values) numbers.push_back(written(value));
-        return numbers;
-    }
+    };
 
-    template<class T> Tree writtenArray(T &records) {
-        Tree array = Tree::array();
-        for (auto &record : records) array.push_back(written(record));
-        return array;
-    }
-    template<class T> Tree written(std::vector<T> &records) { return writtenArray(records); }
-    template<class T, std::size_t n> Tree written(std::array<T, n> &records) {
-        return writtenArray(records);
-    }
+    // Of all fields the one with that key.
+    struct Field {
+        Writer &writer;
+        std::string_view wanted;
+        template<class T> void operator()(const char *key, T &member, Version = {}) {
+            if (key != wanted) return;
+            writer.tree.key(key);
+            writer.write(member);
+        }
+    };
 
-    bool binary;
-    Tree tree = Tree::object();
+    void write(bool &value) { tree.write(value); }
+    void write(int &value) { tree.write(value); }
+    void write(std::uint64_t &value) { tree.write(value); }
+    void write(double &value) { tree.write(value); }
+    void write(std::string &text) { tree.write(text); }
+    void write(std::vector<double> &values) { tree.write(values); }
+    template<class T> void writeArray(T &records) {
+        tree.beginArray(records.size());
+        for (auto &record : records) write(record);
+        tree.endArray();
+    }
+    template<class T> void write(std::vector<T> &records) { writeArray(records); }
+    template<class T, std::size_t n> void write(std::array<T, n> &records) { writeArray(records); }
+
+    TreeWriter &tree;
 };
 
 // Takes a tree of a file of that version apart: numbers are freed as soon as they are read.

@@ -91,18 +91,30 @@ Document documentOf(std::string bytes) {
     return document;
 }
 
+namespace {
+
+// A file as a record. What is written isn't changed, but the lists of fields serve reading, too.
+struct Whole {
+    std::string format;
+    Version version;
+    Document &document;
+};
+
+template<class Archive> void fields(Archive &archive, Whole &whole) {
+    archive("format", whole.format);
+    archive("version", whole.version.major);
+    archive("minor", whole.version.minor);
+    archive("document", whole.document);
+}
+
+} // namespace
+
 void writeDocument(std::ostream &stream, const Document &document, bool binary) {
-    Tree tree = {
-        {"format", formatName}, {"version", currentVersion.major}, {"minor", currentVersion.minor}};
-    // The list of fields serves reading as well and asks for a document that may be changed; the
-    // writer doesn't.
-    tree["document"] = Writer(binary).written(const_cast<Document &>(document));
-    if (binary) {
-        stream << cborMark;
-        Tree::to_cbor(tree, stream);
-    } else {
-        stream << tree << '\n';
-    }
+    Whole whole{formatName, currentVersion, const_cast<Document &>(document)};
+    if (binary) stream << cborMark;
+    TreeWriter tree(stream, binary);
+    Writer(tree).write(whole);
+    if (!binary) tree.endLine();
 }
 
 } // namespace plotwerk

@@ -1,6 +1,7 @@
 #include "plotwerk/base/bounds.h"
 
 #include "plotwerk/base/child.h"
+#include "plotwerk/base/ending.h"
 #include "plotwerk/base/refusal.h"
 
 #include <csignal>
@@ -91,6 +92,20 @@ TEST(InChild, HasItsShareOfMemoryAndNoMore) {
     setBound("memory=1000");
 }
 #endif
+
+TEST(EndingDeathTest, ComesInTheMiddleOfWork) {
+    const auto work = [] {
+        sigset_t ends;
+        sigemptyset(&ends);
+        sigaddset(&ends, SIGTERM);
+        sigprocmask(SIG_BLOCK, &ends, nullptr);
+        endInTheMiddleOfWork();
+        raise(SIGTERM);
+        for (volatile int forever = 1; forever;) {
+        }
+    };
+    EXPECT_EXIT(work(), testing::ExitedWithCode(0), "ended in the middle of a message");
+}
 
 TEST(InChild, IsGivenUpWhenTheProgramIsToEnd) {
     sigset_t ends;
