@@ -2,6 +2,7 @@
 // there; without, it treats every line of the standard input as a command line of its own.
 
 #include "client/execute.h"
+#include "client/failures.h"
 #include "util/text/copy.h"
 #include "util/text/word.h"
 
@@ -9,6 +10,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <getopt.h>
+#include <string>
+#include <vector>
 
 // The '+' makes getopt stop at the first argument that is not an option. Only a line can name its
 // target document (-d): commands given as arguments address the front document.
@@ -24,6 +27,7 @@ struct CommandLine {
     char fText[longTextSize];
     char pText[longTextSize];
     OptionSlots slots;
+    std::vector<std::string> faults; // that the next command has
 };
 
 static void clear(CommandLine &line) {
@@ -31,16 +35,43 @@ static void clear(CommandLine &line) {
     for (char *slot : line.slots) slot[0] = '\0';
 }
 
+static void addFault(CommandLine &line, const std::string &fault) {
+    if (failuresAreTold()) line.faults.push_back(fault);
+}
+
+static void tellFaults(CommandLine &line) {
+    for (const std::string &fault : line.faults) fail(line.command, fault);
+    line.faults.clear();
+}
+
 static void storeOption(CommandLine &line, int letter, const char *value) {
+    const auto store = [&](char *text, int size) {
+        plw::strMycpy(text, value, size);
+        if (std::strlen(value) >= static_cast<std::size_t>(size))
+            addFault(line, std::string("the value of -") + static_cast<char>(letter) +
+                               " is cut after " + std::to_string(size - 1) + " bytes");
+    };
     switch (letter) {
-    case 'x': plw::strMycpy(line.command, value, commandSize); break;
-    case 'f': plw::strMycpy(line.fText, value, longTextSize); break;
-    case 'p': plw::strMycpy(line.pText, value, longTextSize); break;
-    default: plw::strMycpy(line.slots[letter], value, slotSize);
+    case 'x': store(line.command, commandSize); break;
+    case 'f': store(line.fText, longTextSize); break;
+    case 'p': store(line.pText, longTextSize); break;
+    default: store(line.slots[letter], slotSize);
     }
 }
 
-static void execute(PlotwerkControl &plotwerk, const CommandLine &line) {
+// What getopt found wrong, and doesn't print itself where failures are told.
+static void addWrongOption(CommandLine &line, const char *options) {
+    const std::string option = std::string("-") + static_cast<char>(optopt);
+    addFault(line, std::strchr(options, optopt) ? "option " + option + " without a value"
+                                                : "wrong option " + option);
+}
+
+static void addIgnored(CommandLine &line, const char *word) {
+    addFault(line, '"' + std::string(word) + "\" and all behind it is ignored");
+}
+
+static void execute(PlotwerkControl &plotwerk, CommandLine &line) {
+    tellFaults(line);
     execute(plotwerk, line.command, line.slots, line.fText, line.pText);
 }
 
@@ -50,6 +81,9 @@ static int runArguments(PlotwerkControl &plotwerk, CommandLine &line, int argc, 
     clear(line);
     for (int letter; (letter = getopt(argc, argv, argumentOptions)) != -1;) {
         if (letter == '?') {
+            addWrongOption(line, argumentOptions);
+            tellFaults(line);
+            if (failuresAreTold()) return exitStatus();
             std::fprintf(stderr, "usage: %s \n", argv[0]);
             return EXIT_FAILURE;
         }
@@ -59,12 +93,14 @@ static int runArguments(PlotwerkControl &plotwerk, CommandLine &line, int argc, 
         }
         storeOption(line, letter, optarg);
     }
+    if (optind < argc) addIgnored(line, argv[optind]);
     execute(plotwerk, line);
-    return EXIT_SUCCESS;
+    return exitStatus();
 }
 
-// Cuts the text into words behind the program's name. Returns their count with that name.
-static int splitWords(char *text, char **words) {
+// Cuts the text into words behind the program's name. Returns their count with that name; `text`
+// moves to what is left of it.
+static int splitWords(char *&text, char **words) {
     static char programName[] = "callPlw";
     char ignored;
     int count = 1;
@@ -82,18 +118,38 @@ static void runLine(PlotwerkControl &plotwerk, CommandLine &line, char *text) {
 
     optind = 0; // unlike 1 this also forgets where within a word the last scan stopped
     for (int letter; (letter = getopt(count, words, lineOptions)) != -1;) {
+        if (letter == '?') addWrongOption(line, lineOptions);
         storeOption(line, letter, optarg ? optarg : ""); // '?' has a slot that nobody reads
     }
-    if (*line.command) execute(plotwerk, line);
+    if (!*line.command) return tellFaults(line);
+
+    char ignored;
+    char *beyond = count > maxWords ? plw::nextWord(&text, &ignored, &ignored) : nullptr;
+    if (optind < count)
+        addIgnored(line, words[optind]);
+    else if (beyond)
+        addIgnored(line, beyond);
+    execute(plotwerk, line);
+}
+
+// Whether more than an end of line follows what was read of one.
+static bool lineGoesOn() {
+    const int next = std::getc(stdin);
+    if (next != EOF) std::ungetc(next, stdin);
+    return next != EOF && next != '\n';
 }
 
 static int runLines(PlotwerkControl &plotwerk, CommandLine &line) {
     char text[lineSize];
-    while (std::fgets(text, lineSize, stdin)) {
+    char &last = text[lineSize - 2]; // written only when the buffer is filled
+    for (last = '\0'; std::fgets(text, lineSize, stdin); last = '\0') {
+        if (failuresAreTold() && last != '\0' && last != '\n' && lineGoesOn())
+            addFault(line, "the line is longer than " + std::to_string(lineSize - 1) +
+                               " bytes: its rest is read as a line of its own");
         text[std::strcspn(text, "\n")] = '\0';
         runLine(plotwerk, line, text);
     }
-    return EXIT_SUCCESS;
+    return exitStatus();
 }
 
 int main(int argc, char **argv) {
@@ -104,5 +160,6 @@ int main(int argc, char **argv) {
     }
     PlotwerkControl plotwerk(connection);
     CommandLine line;
+    if (failuresAreTold()) opterr = 0; // then our own words tell what getopt finds
     return argc == 1 ? runLines(plotwerk, line) : runArguments(plotwerk, line, argc, argv);
 }

@@ -15,6 +15,7 @@ struct CommandRow {
     const char *name;
     const char *synopsis; // of its options, as the manual page has it: "-a x [-s series]"
     Command *run;
+    bool settlesLastError = true; // done, it leaves Plotwerk's lastError empty
 };
 
 using CommandTable = std::span<const CommandRow>;

@@ -1,15 +1,16 @@
 #include "client/execute.h"
 
 #include "client/commandTable.h"
+#include "client/failures.h"
 
 #include <cstdio>
 #include <cstring>
 
 std::string documentName;
 
-static Command *find(const CommandTable &table, const char *name) {
+static const CommandRow *find(const CommandTable &table, const char *name) {
     for (const CommandRow &row : table) {
-        if (std::strcmp(row.name, name) == 0) return row.run;
+        if (std::strcmp(row.name, name) == 0) return &row;
     }
     return nullptr;
 }
@@ -25,6 +26,7 @@ static void settleDocument(PlotwerkControl &plotwerk, const Options &options) {
 }
 
 static void reportUnknown(const char *name, const Options &options) {
+    if (failuresAreTold()) return fail(name, "unknown command");
     std::fprintf(stderr, "unknown command: %s", name);
     for (char letter = 'a'; letter <= 'z'; ++letter) {
         if (*options[letter]) std::fprintf(stderr, " -%c %s", letter, options[letter]);
@@ -32,16 +34,28 @@ static void reportUnknown(const char *name, const Options &options) {
     std::fputc('\n', stderr);
 }
 
+void tellRefusal(PlotwerkControl &plotwerk, const char *command) {
+    if (!failuresAreTold()) return;
+    const std::string reason = plotwerk.getVarOf_varName_(documentName, "lastError");
+    if (!reason.empty()) fail(command, reason);
+}
+
 void execute(PlotwerkControl &plotwerk, const char *name, const OptionSlots &slots,
              const char *fText, const char *pText) {
     const Options options{slots, fText, pText};
-    if (Command *run = find(command::documentlessCommands, name)) return run(plotwerk, options);
+    // these are never refused
+    if (const CommandRow *row = find(command::documentlessCommands, name))
+        return row->run(plotwerk, options);
 
     settleDocument(plotwerk, options);
-    if (documentName.empty()) return;
+    if (documentName.empty()) return fail(name, "no document is open");
 
     for (const CommandTable *table : command::allTables) {
-        if (Command *run = find(*table, name)) return run(plotwerk, options);
+        if (const CommandRow *row = find(*table, name)) {
+            row->run(plotwerk, options);
+            if (row->settlesLastError) tellRefusal(plotwerk, name);
+            return;
+        }
     }
     reportUnknown(name, options);
 }

@@ -43,7 +43,10 @@ static void setYRange(PlotwerkControl &plotwerk, const Options &options) {
 
 static void getVar(PlotwerkControl &plotwerk, const Options &options) {
     const std::string variable = textOf(options['s']);
-    answer("%s\n", plotwerk.getVarOf_varName_(documentName, variable).c_str());
+    const std::string value = plotwerk.getVarOf_varName_(documentName, variable);
+    answer("%s\n", value.c_str());
+    // Answered or refused: lastError stays what it was unless this was refused.
+    if (value.empty() && variable != "lastError") tellRefusal(plotwerk, "getVar");
 }
 
 static void setFormula(PlotwerkControl &plotwerk, const Options &options) {
@@ -89,7 +92,7 @@ static constexpr CommandRow rows[] = {
     {"setXRange", "[-s min] [-e max]", setXRange},
     {"setFitRange", "[-s min] [-e max]", setFitRange},
     {"setYRange", "[-s min] [-e max]", setYRange},
-    {"getVar", "-s name", getVar},
+    {"getVar", "-s name", getVar, false},
     {"setFormula", "-f text", setFormula},
     {"setFormulaParameters", "-p text", setFormulaParameters},
     {"getFormula", "", getFormula},

@@ -100,7 +100,7 @@ static void openFiles(Application &application, char **files, int count) {
             log(LogLevel::error, error.what());
         }
     }
-    if (!application.front() && count == 0) application.add({});
+    if (!application.front()) application.add({});
 }
 
 int main(int argc, char **argv) {

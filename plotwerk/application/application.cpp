@@ -13,6 +13,7 @@
 #include "util/text/utf8.h"
 
 #include <algorithm>
+#include <climits>
 #include <utility>
 
 namespace plotwerk {
@@ -32,6 +33,10 @@ Document &Application::document(std::string_view name) {
         if (open->document.name == name) return open->document;
     }
     throw Refusal("no document " + inQuotes(name));
+}
+
+void Application::requireRead(const Document &document) const {
+    if (openOf(document).unread) throw Refusal("its file couldn't be opened");
 }
 
 void Application::activate(const Document &document) {
@@ -98,20 +103,31 @@ fs::path Application::given(const fs::path &path) {
     return fs::absolute(path);
 }
 
+void Application::takeIn(const fs::path &file) {
+    try {
+        const fs::path path = given(file);
+        add(documentIn(path, decimalSeparator));
+        log(LogLevel::info, "opened " + path.string() + " as " + inQuotes(front()->name));
+    } catch (...) {
+        Document empty;
+        if (file.filename().native().size() <= NAME_MAX) empty.name = nameAfter(file);
+        add(std::move(empty));
+        documents.back()->unread = true;
+        throw;
+    }
+}
+
 Document &Application::open(const fs::path &file, bool rangeOverAll) {
-    const fs::path path = given(file);
     const auto isIt = [&](const auto &open) {
         std::error_code none;
         const fs::path &own = open->document.path;
-        return !own.empty() && fs::equivalent(own, path, none);
+        return !own.empty() && fs::equivalent(own, file, none);
     };
     const auto found = std::find_if(documents.begin(), documents.end(), isIt);
-    if (found != documents.end()) {
+    if (found != documents.end())
         activate((*found)->document);
-    } else {
-        add(documentIn(path, decimalSeparator));
-        log(LogLevel::info, "opened " + path.string() + " as " + inQuotes(front()->name));
-    }
+    else
+        takeIn(file);
     Document &document = *front();
     if (rangeOverAll) {
         changeView(document, plotwerk::rangeOverAll);
@@ -130,16 +146,17 @@ Application::OpenDocument &Application::openOf(const Document &document) {
 }
 
 void Application::save(const Document &saved, const fs::path &path, bool binary, bool ownPath) {
-    auto &[document, succeeded, journal] = openOf(saved);
-    succeeded = false;
+    OpenDocument &open = openOf(saved);
+    Document &document = open.document;
+    open.lastSaveSucceeded = false;
     if (path.empty() && document.path.empty()) throw Refusal("no path of its own");
     const fs::path target = path.empty() ? document.path : given(path);
     writeWholeFile(target, [&](std::ostream &stream) { writeDocument(stream, saved, binary); });
-    succeeded = true;
+    open.lastSaveSucceeded = true;
     if (ownPath) document.path = target;
     if (document.path == target) {
         setSaved(document);
-        if (journal) journal->remove();
+        if (open.journal) open.journal->remove();
     }
     log(LogLevel::info, "saved " + inQuotes(saved.name) + " in " + target.string());
 }
@@ -156,13 +173,14 @@ void Application::close(const Document &document, bool keepChanges) {
     }
     if (auto &journal = openOf(document).journal) journal->remove();
     std::erase_if(documents, [&](const auto &open) { return &open->document == &document; });
+    if (documents.empty()) add({});
 }
 
 void Application::savePicture(const Document &document, const fs::path &file, PictureKind kind) {
     bool &succeeded = openOf(document).lastSaveSucceeded;
     succeeded = false;
     const fs::path path = given(file);
-    writePicture(path, document, kind);
+    writePicture(path, document, kindFor(path, kind));
     succeeded = true;
     log(LogLevel::info, "saved the picture of " + inQuotes(document.name) + " in " + path.string());
 }
@@ -181,7 +199,7 @@ void Application::newComposition(double width, double height) {
 }
 
 static Composition &required(std::optional<Composition> &composition) {
-    if (!composition) throw Refusal("there is no composition");
+    if (!composition) throw Refusal("there is no composition: newComposition begins one");
     return *composition;
 }
 
@@ -193,8 +211,10 @@ void Application::addToComposition(const Document &document, const PageRectangle
 void Application::saveComposition(const fs::path &file, const std::string &opener) {
     const fs::path path = given(file);
     const bool opens = !opener.empty() && opener != "none";
+    if (required(composition).empty()) throw Refusal("there is nothing in the composition");
     if (opens) requireProgram(opener);
-    writePage(path, required(composition));
+    writePage(path, *composition);
+    composition.reset();
     log(LogLevel::info, "saved the composition in " + path.string());
     if (opens) startProgram({opener, path.string()});
 }

@@ -34,13 +34,17 @@ class Application {
   public:
     char decimalSeparator = '.'; // or ',': of data text and parameter lists
     Clipboard clipboard;
-    std::string lastError; // the line of the last message that was refused, empty after a success
+    std::string lastError; // the reason of the last message that was refused, empty after a success
 
-    // Null when nothing is open.
+    // Null only before the first document: closing the last one leaves an empty "Untitled".
     Document *front();
 
     // Throws Refusal `no document "NAME"`.
     Document &document(std::string_view name);
+
+    // Throws Refusal when the document stands for a file that couldn't be read: there is nothing to
+    // be done with it but closing it.
+    void requireRead(const Document &document) const;
 
     void activate(const Document &document);
 
@@ -54,7 +58,9 @@ class Application {
     // both named after the file, and without a path of its own, so that saving never overwrites the
     // data. A saved document that is open already is not read again but comes to the front. With
     // rangeOverAll the ranges become those of all data.
-    // Throws Refusal: a file that can't be read, is damaged, or is neither.
+    // Throws Refusal: a file that can't be read, is damaged, or is neither. Then an empty document
+    // comes to the front that is named after the file and stands for it (requireRead): what is
+    // asked of the document in front next must not hit another one.
     Document &open(const std::filesystem::path &file, bool rangeOverAll);
 
     // Saves as JSON or, when binary, as CBOR; an empty path stands for the document's own. With
@@ -101,8 +107,8 @@ class Application {
     // As printPicture.
     void print(const Document &document);
 
-    // There is one composition at a time; a new one replaces it, saving doesn't end it. It has
-    // copies of its documents. The others throw Refusal when there is none.
+    // There is one composition at a time; a new one replaces it, and saving ends it. It has copies
+    // of its documents. The others throw Refusal when there is none, saving also when it is empty.
     void newComposition(double width, double height);
     void addToComposition(const Document &document, const PageRectangle &rectangle, double angle,
                           double shear);
@@ -115,10 +121,14 @@ class Application {
     struct OpenDocument {
         Document document;
         bool lastSaveSucceeded = false;
+        bool unread = false; // its file couldn't be
         std::optional<Journal> journal{};
     };
 
     Document broughtBack(LeftJournal &journal, const Repeat &repeat);
+
+    // The document in the file, or the one that stands for it, comes to the front.
+    void takeIn(const std::filesystem::path &file);
 
     // A path as a message gives it, made absolute. Throws Refusal for an empty one.
     static std::filesystem::path given(const std::filesystem::path &path);

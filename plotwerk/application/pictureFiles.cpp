@@ -5,6 +5,7 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/atomicFile.h"
 
+#include <cctype>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -18,10 +19,21 @@ namespace plotwerk {
 
 namespace fs = std::filesystem;
 
+PictureKind kindFor(const fs::path &path, PictureKind wanted) {
+    std::string end = path.extension().string();
+    for (char &letter : end)
+        letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+    if (wanted == PictureKind::pdf && end == ".svg") return PictureKind::svg;
+    if (wanted == PictureKind::tiff && end == ".png") return PictureKind::png;
+    return wanted;
+}
+
 static std::string bytesOf(const Document &document, PictureKind kind) {
     switch (kind) {
     case PictureKind::eps: return epsOfDocument(document);
+    case PictureKind::svg: return svgOfDocument(document);
     case PictureKind::tiff: return tiffOfDocument(document);
+    case PictureKind::png: return pngOfDocument(document);
     default: return pdfOfDocument(document);
     }
 }

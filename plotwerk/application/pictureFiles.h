@@ -9,7 +9,10 @@
 
 namespace plotwerk {
 
-enum class PictureKind { pdf, eps, tiff };
+enum class PictureKind { pdf, svg, eps, tiff, png };
+
+// SVG instead of PDF, and PNG instead of TIFF, for a path that ends in .svg or .png (or .SVG).
+PictureKind kindFor(const std::filesystem::path &path, PictureKind wanted);
 
 // The file is replaced as a whole or not at all. Throw Refusal: a picture that can't be drawn, a
 // file that can't be written.

@@ -146,6 +146,19 @@ void DenseImage::stamp(const std::vector<Point> &points, double radius,
     }
 }
 
+// As cairo_mask_surface at (0, 0), which cairo 1.16 misplaces in SVG: with an image in colour.
+static void paintThrough(cairo_t *target, cairo_surface_t *mask) {
+    const Surface coloured(cairo_surface_create_similar_image(
+        mask, CAIRO_FORMAT_ARGB32, cairo_image_surface_get_width(mask),
+        cairo_image_surface_get_height(mask)));
+    const Context cr(cairo_create(coloured.get()));
+    cairo_set_source(cr.get(), cairo_get_source(target));
+    cairo_mask_surface(cr.get(), mask, 0, 0);
+    requireDrawn(cairo_status(cr.get()));
+    cairo_set_source_surface(target, coloured.get(), 0, 0);
+    cairo_paint(target);
+}
+
 void DenseImage::paintOn(cairo_t *target) const {
     const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_A1, columns, rows));
     requireDrawn(cairo_surface_status(surface.get()));
@@ -165,7 +178,10 @@ void DenseImage::paintOn(cairo_t *target) const {
     cairo_save(target);
     cairo_translate(target, box.left, box.top);
     cairo_scale(target, 1 / scale, 1 / scale);
-    cairo_mask_surface(target, surface.get(), 0, 0);
+    if (cairo_surface_get_type(cairo_get_target(target)) == CAIRO_SURFACE_TYPE_SVG)
+        paintThrough(target, surface.get());
+    else
+        cairo_mask_surface(target, surface.get(), 0, 0);
     cairo_restore(target);
 }
 

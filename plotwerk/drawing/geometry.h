@@ -39,6 +39,12 @@ struct Box {
     }
 };
 
+// The smallest box that holds both.
+inline Box united(const Box &a, const Box &b) {
+    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+            std::max(a.bottom, b.bottom)};
+}
+
 // The value within low..high; the value for NaN.
 inline double limited(double value, double low, double high, double forNaN) {
     return std::isnan(value) ? forNaN : std::clamp(value, low, high);

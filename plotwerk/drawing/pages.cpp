@@ -1,18 +1,21 @@
 #include "plotwerk/drawing/pages.h"
 
 #include "plotwerk/drawing/picture.h"
+#include "plotwerk/drawing/png.h"
 #include "plotwerk/drawing/tiff.h"
 
 #include <algorithm>
 #include <cairo-pdf.h>
 #include <cairo-ps.h>
+#include <cairo-svg.h>
 #include <cmath>
+#include <deque>
+#include <limits>
 #include <numbers>
 
 namespace plotwerk {
 
-static constexpr double a4Width = 595;
-static constexpr double a4Height = 842;
+static constexpr double around = 10;         // what is on a page without a size, in points
 static constexpr double largestPage = 14400; // that PDF readers show
 
 static cairo_status_t appendBytes(void *bytes, const unsigned char *data, unsigned int length) {
@@ -51,6 +54,37 @@ std::string pdfOfDocument(const Document &document) {
     return bytes;
 }
 
+// The ids NAME12 of parts count all surfaces that the process has ever made: here those of the
+// file.
+static void numberAnew(std::string &svg, const std::string &name) {
+    std::vector<std::string> numbers; // by first appearance
+    for (std::size_t at = 0; (at = svg.find(name, at)) != std::string::npos;) {
+        const bool isId = at > 0 && (svg[at - 1] == '"' || svg[at - 1] == '#');
+        at += name.size();
+        const std::size_t end = svg.find_first_not_of("0123456789", at);
+        if (!isId || end == at || end == std::string::npos) continue;
+        const std::string number = svg.substr(at, end - at);
+        const auto known = std::find(numbers.begin(), numbers.end(), number);
+        const std::string anew = std::to_string(known - numbers.begin());
+        if (known == numbers.end()) numbers.push_back(number);
+        svg.replace(at, number.size(), anew);
+    }
+}
+
+std::string svgOfDocument(const Document &document) {
+    const Picture picture(document);
+    std::string bytes;
+    const Surface surface(cairo_svg_surface_create_for_stream(
+        appendBytes, &bytes, picture.page().width(), picture.page().height()));
+    const Context cr(cairo_create(surface.get()));
+    cairo_set_source_rgb(cr.get(), 1, 1, 1);
+    cairo_paint(cr.get());
+    picture.drawOn(cr.get());
+    finish(surface, cr);
+    for (const char *name : {"surface", "image"}) numberAnew(bytes, name);
+    return bytes;
+}
+
 // Replaces the line of the header that begins with the key; without a text it goes.
 static void replaceLine(std::string &eps, const std::string &key, const std::string &text) {
     const std::size_t begin = eps.find("\n" + key);
@@ -80,12 +114,16 @@ std::string tiffOfDocument(const Document &document) {
     return tiffOfPicture(Picture(document));
 }
 
-static double pageLength(double length, double standard) {
-    return length > 0 ? std::min(length, largestPage) : standard;
+std::string pngOfDocument(const Document &document) {
+    return pngOfPicture(Picture(document));
+}
+
+static double pageLength(double length) {
+    return length > 0 ? std::min(length, largestPage) : 0;
 }
 
 Composition::Composition(double width_, double height_)
-    : width(pageLength(width_, a4Width)), height(pageLength(height_, a4Height)) {
+    : width(pageLength(width_)), height(pageLength(height_)) {
 }
 
 void Composition::add(const Document &document, const PageRectangle &rectangle, double angle,
@@ -105,36 +143,76 @@ static double fittingScale(const PageRectangle &rectangle, double width, double 
     const double ofWidth = rectangle.width / width;
     const double ofHeight = rectangle.height / height;
     if (ofWidth > 0 && ofHeight > 0) return std::min(ofWidth, ofHeight);
-    if (ofWidth > 0) return ofWidth;
-    return ofHeight > 0 ? ofHeight : 1;
+    return ofWidth > 0 ? ofWidth : ofHeight;
 }
 
-// Moves the context's origin to the upper left corner of a picture of that size, in its place.
-static void moveTo(cairo_t *cr, double pageHeight, const PageRectangle &rectangle, double angle,
-                   double shear, double pictureWidth, double pictureHeight) {
-    cairo_translate(cr, rectangle.x, pageHeight - rectangle.y);
-    cairo_rotate(cr, -angle * std::numbers::pi / 180);
-    // y runs downwards here: what is above the lower edge has a negative y
-    const cairo_matrix_t sheared{1, 0, -shear, 1, 0, 0};
-    cairo_transform(cr, &sheared);
-
-    const double scale = fittingScale(rectangle, pictureWidth, pictureHeight);
+// From the picture, its upper left corner at (0, 0), to the place for it: x from the left edge of
+// the rectangle, y upwards (so negative here, where y runs downwards) from the lower one.
+static cairo_matrix_t fitted(const PageRectangle &rectangle, const Picture &picture) {
+    const double width = picture.page().width();
+    const double height = picture.page().height();
+    const double scale = fittingScale(rectangle, width, height);
+    if (scale == 0) return {1, 0, 0, 1, -picture.frameCorner().x, -picture.frameCorner().y};
     const auto spare = [](double room, double length) { return std::max(room - length, 0.0) / 2; };
-    cairo_translate(cr, spare(rectangle.width, scale * pictureWidth),
-                    -spare(rectangle.height, scale * pictureHeight) - scale * pictureHeight);
-    cairo_scale(cr, scale, scale);
+    return {scale,
+            0,
+            0,
+            scale,
+            spare(rectangle.width, scale * width),
+            -spare(rectangle.height, scale * height) - scale * height};
+}
+
+// From the picture to the page, whose lower left corner is at (0, 0) here.
+static cairo_matrix_t placeOf(const PageRectangle &rectangle, double angle, double shear,
+                              const Picture &picture) {
+    cairo_matrix_t place;
+    cairo_matrix_init_translate(&place, rectangle.x, -rectangle.y);
+    cairo_matrix_rotate(&place, -angle * std::numbers::pi / 180);
+    const cairo_matrix_t sheared{1, 0, -shear, 1, 0, 0}; // what is above has a negative y
+    cairo_matrix_multiply(&place, &sheared, &place);
+    const cairo_matrix_t inRectangle = fitted(rectangle, picture);
+    cairo_matrix_multiply(&place, &inRectangle, &place);
+    return place;
+}
+
+// Where the picture's marks lie, its margin left out.
+static Box marksOf(const Picture &picture, const cairo_matrix_t &place) {
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    Box marks{infinite, infinite, -infinite, -infinite};
+    const double margin = Picture::margin;
+    for (const double cornerX : {margin, picture.page().width() - margin})
+        for (const double cornerY : {margin, picture.page().height() - margin}) {
+            double x = cornerX;
+            double y = cornerY;
+            cairo_matrix_transform_point(&place, &x, &y);
+            marks = united(marks, {x, y, x, y});
+        }
+    return marks;
 }
 
 std::string Composition::pdf() const {
-    std::string bytes;
-    const Surface surface = newPdf(bytes, width, height);
-    const Context cr(cairo_create(surface.get()));
+    std::deque<Picture> drawn;
+    std::vector<cairo_matrix_t> places;
+    Box marks;
     for (const Placed &placed : pictures) {
-        const Picture picture(placed.document);
+        const Picture &picture = drawn.emplace_back(placed.document);
+        places.push_back(placeOf(placed.rectangle, placed.angle, placed.shear, picture));
+        const Box own = marksOf(picture, places.back());
+        marks = places.size() == 1 ? own : united(marks, own);
+    }
+    const Box fitting = marks.grownBy(around);
+    const Box page{width > 0 ? 0 : fitting.left, height > 0 ? -height : fitting.top,
+                   width > 0 ? width : fitting.right, height > 0 ? 0 : fitting.bottom};
+
+    std::string bytes;
+    const Surface surface =
+        newPdf(bytes, std::min(page.width(), largestPage), std::min(page.height(), largestPage));
+    const Context cr(cairo_create(surface.get()));
+    cairo_translate(cr.get(), -page.left, -page.top);
+    for (std::size_t i = 0; i < drawn.size(); ++i) {
         cairo_save(cr.get());
-        moveTo(cr.get(), height, placed.rectangle, placed.angle, placed.shear,
-               picture.page().width(), picture.page().height());
-        picture.drawOn(cr.get());
+        cairo_transform(cr.get(), &places[i]);
+        drawn[i].drawOn(cr.get());
         cairo_restore(cr.get());
     }
     finish(surface, cr);

@@ -8,7 +8,6 @@
 
 namespace plotwerk {
 
-static constexpr double margin = 3;      // around what is drawn, in points
 static constexpr double farthest = 1500; // from the frame that a page reaches
 
 Picture::Picture(const Document &document_)

@@ -20,9 +20,14 @@ class Picture {
   public:
     explicit Picture(const Document &document);
 
-    // What the picture marks, and a small margin around it; (0, 0) is the frame's upper left
-    // corner. Reaches 1500 points beyond the frame at most.
+    static constexpr double margin = 3; // around what is drawn, in points
+
+    // What the picture marks, and the margin around it; (0, 0) is the frame's upper left corner.
+    // Reaches 1500 points beyond the frame at most.
     const Box &page() const { return pageBox; }
+
+    // The frame's lower left corner, from the page's upper left one.
+    Point frameCorner() const { return {-pageBox.left, frame.height - pageBox.top}; }
 
     // Draws with the context's transformation, the page's upper left corner at (0, 0). What lies
     // beyond the page is cut.

@@ -51,13 +51,11 @@ static std::vector<CurveRef> curvesWith(const Document &document, const NameTest
 }
 
 static int select(Document &document, const std::vector<CurveRef> &curves, bool append) {
-    int selected = 0;
     int highest = 0;
     for (const CurveRef &curve : curvesOf(document)) {
         Column &column = columnOf(document, curve);
         if (!append) column.rank = 0;
         highest = std::max(highest, column.rank);
-        selected += column.rank > 0;
     }
     if (highest > mostCounted - std::ssize(curves)) {
         highest = 0;
@@ -66,11 +64,9 @@ static int select(Document &document, const std::vector<CurveRef> &curves, bool 
     }
     for (const CurveRef &curve : curves) {
         Column &column = columnOf(document, curve);
-        if (column.rank > 0) continue;
-        column.rank = ++highest;
-        ++selected;
+        if (column.rank == 0) column.rank = ++highest;
     }
-    return selected;
+    return static_cast<int>(curves.size());
 }
 
 // A table's number is in range when any source has so many.

@@ -9,7 +9,7 @@
 // The curves that are found are selected in the document's order. Without append they replace the
 // selection, with append they follow it, and what is selected already keeps its rank. Finding none
 // is no error: without append nothing is selected then; but a number of a table that no source has
-// is refused. Each selecting function returns how many curves are selected afterwards.
+// is refused. Each selecting function returns how many curves it has found.
 #ifndef PLOTWERK_MODEL_SELECTION_H
 #define PLOTWERK_MODEL_SELECTION_H
 

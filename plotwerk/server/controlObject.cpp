@@ -28,11 +28,6 @@ std::optional<std::string> ControlObject::messageAsData() const {
     return encodedMessage(message, application.decimalSeparator);
 }
 
-// A selector ends in its own colon, unless the message has no arguments.
-static std::string lineOf(std::string_view selector, const std::string &reason) {
-    return oneLine(std::string(selector) + (selector.ends_with(':') ? " " : ": ") + reason);
-}
-
 static std::string reasonOfCurrentException() {
     try {
         throw;
@@ -47,8 +42,8 @@ static std::string reasonOfCurrentException() {
 
 void ControlObject::refuse() noexcept {
     try {
-        application.lastError = lineOf(selector(), reasonOfCurrentException());
-        log(LogLevel::warning, application.lastError);
+        application.lastError = oneLine(reasonOfCurrentException());
+        log(LogLevel::warning, application.lastError + " [" + std::string(selector()) + ']');
     } catch (...) { // no memory for the line either: the neutral answer still goes out
         application.lastError.clear();
     }

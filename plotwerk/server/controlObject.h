@@ -1,8 +1,8 @@
 // controlObject.h - the object that clients send their messages to.
 //
-// A message that can't be done changes nothing, leaves a line in the log and in lastError (its
-// selector, the document's name and the reason), and gets its neutral answer: NaN, -1, 0, empty,
-// false. Nothing that a message says ends the server.
+// A message that can't be done changes nothing, leaves a line in lastError and in the log (the
+// reason, the document's name; in the log its selector, too), and gets its neutral answer: NaN, -1,
+// 0, empty, false. Nothing that a message says ends the server.
 #ifndef PLOTWERK_SERVER_CONTROLOBJECT_H
 #define PLOTWERK_SERVER_CONTROLOBJECT_H
 
@@ -73,14 +73,22 @@ class ControlObject final
         if (attempt(work)) application.lastError.clear();
     }
 
-    // Work with the document; a reason not to do it is told with the document's name.
-    template<class Work> void with(const std::string &name, Work work) {
+    // Work with any open document; a reason not to do it is told with the document's name.
+    template<class Work> void withOpen(const std::string &name, Work work) {
         Document &document = application.document(name);
         try {
             work(document);
         } catch (const Refusal &refusal) {
-            throw Refusal('"' + name + "\": " + refusal.what());
+            throw Refusal(std::string(refusal.what()) + " (\"" + name + "\")");
         }
+    }
+
+    // The same, but with none that stands for a file that couldn't be read.
+    template<class Work> void with(const std::string &name, Work work) {
+        withOpen(name, [&](Document &document) {
+            application.requireRead(document);
+            work(document);
+        });
     }
 
     // Work that asks for a document that it may change counts as a change: see change.h.
@@ -102,6 +110,16 @@ class ControlObject final
                 recorded(document, [&] { changeView(document, work); });
             });
         });
+    }
+
+    // actOnView of what selects, and tells how many curves it has found. None is refused with that
+    // reason, but only when none is selected: what follows must not hit the curves before.
+    template<class Select>
+    void selectIn(const std::string &name, const std::string &reasonForNone, Select select) {
+        int found = 1;
+        actOnView(name, [&](Document &document) { found = select(document); });
+        if (found > 0 || repeated) return; // it was refused when the journal recorded it
+        attempt([&] { withOpen(name, [&](const Document &) { throw Refusal(reasonForNone); }); });
     }
 
     // Makes a change, and adds it to the document's journal before it is answered.

@@ -26,7 +26,9 @@ void ControlObject::printDoc_(const std::string &name) {
 }
 
 void ControlObject::closeDocument_askForSave_(const std::string &name, const bool &askForSave) {
-    actOn(name, [&](const Document &document) { application.close(document, askForSave); });
+    act([&] {
+        withOpen(name, [&](const Document &document) { application.close(document, askForSave); });
+    });
 }
 
 void ControlObject::newDocumentWithName_(const std::string &name) {

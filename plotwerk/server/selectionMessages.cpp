@@ -4,18 +4,34 @@
 
 namespace plotwerk {
 
+static constexpr char noCurves[] = "there are no curves";
+
+// What was looked for, of a selection that finds no curve.
+static std::string noCurveOf(const std::string &source, std::int32_t table,
+                             const std::string &column) {
+    std::string text;
+    const auto add = [&](const char *what, const std::string &wanted) {
+        text += (text.empty() ? "no curve of " : ", ") + std::string(what) + ' ' + wanted;
+    };
+    if (!source.empty()) add("source", '"' + source + '"');
+    if (table != -1) add("table", std::to_string(table));
+    if (!column.empty()) add("column", '"' + column + '"');
+    return text.empty() ? noCurves : text;
+}
+
 void ControlObject::selectCurvesOf_sourceName_table_column_appendSelection_(
     const std::string &name, const std::string &source, const std::int32_t &table,
     const std::string &column, const bool &append) {
-    actOnView(name,
-              [&](Document &document) { selectByName(document, source, table, column, append); });
+    selectIn(name, noCurveOf(source, table, column), [&](Document &document) {
+        return selectByName(document, source, table, column, append);
+    });
 }
 
 void ControlObject::selectCurvesOf_regexSourceName_table_regexColumn_appendSelection_(
     const std::string &name, const std::string &source, const std::int32_t &table,
     const std::string &column, const bool &append) {
-    actOnView(name, [&](Document &document) {
-        selectByPattern(document, source, table, column, append);
+    selectIn(name, noCurveOf(source, table, column), [&](Document &document) {
+        return selectByPattern(document, source, table, column, append);
     });
 }
 
@@ -24,9 +40,9 @@ void ControlObject::
         const std::string &name, const std::int32_t &sourceFirst, const std::int32_t &sourceLast,
         const std::int32_t &tableFirst, const std::int32_t &tableLast,
         const std::int32_t &columnFirst, const std::int32_t &columnLast, const bool &append) {
-    actOnView(name, [&](Document &document) {
-        selectByPosition(document, {sourceFirst, sourceLast}, {tableFirst, tableLast},
-                         {columnFirst, columnLast}, append);
+    selectIn(name, noCurves, [&](Document &document) {
+        return selectByPosition(document, {sourceFirst, sourceLast}, {tableFirst, tableLast},
+                                {columnFirst, columnLast}, append);
     });
 }
 
@@ -34,7 +50,9 @@ void ControlObject::selectCurvesOf_indexFirst_indexLast_appendSelection_(const s
                                                                          const std::int32_t &first,
                                                                          const std::int32_t &last,
                                                                          const bool &append) {
-    actOnView(name, [&](Document &document) { selectByIndex(document, {first, last}, append); });
+    selectIn(name, noCurves, [&](Document &document) {
+        return selectByIndex(document, {first, last}, append);
+    });
 }
 
 std::int32_t ControlObject::indexOfCurveNameOf_source_table_column_(const std::string &name,

@@ -1,0 +1,28 @@
+// raster.h - a picture as rows of pixels.
+#ifndef PLOTWERK_DRAWING_RASTER_H
+#define PLOTWERK_DRAWING_RASTER_H
+
+#include "plotwerk/drawing/picture.h"
+
+#include <functional>
+
+namespace plotwerk {
+
+constexpr double rasterDpi = 300;
+
+struct RasterSize {
+    int width = 0; // in pixels
+    int height = 0;
+};
+
+// The page of the picture, a started pixel counted as one.
+RasterSize rasterSizeOf(const Picture &picture);
+
+// Draws the picture on white, and calls take(row) for each row from above: its pixels from the left
+// as red, green and blue, a byte each, which it may change. Memory stays small, however large the
+// page.
+void drawRows(const Picture &picture, const std::function<void(unsigned char *row)> &take);
+
+} // namespace plotwerk
+
+#endif
