@@ -67,7 +67,7 @@ Document &Application::create(Document document) {
 }
 
 static std::string nameAfter(const fs::path &path) {
-    return plw::utf8Of(path.filename().string());
+    return nameOf(plw::utf8Of(path.filename().string()));
 }
 
 static std::string withoutMark(std::string text) {

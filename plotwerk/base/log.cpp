@@ -1,5 +1,6 @@
 #include "plotwerk/base/log.h"
 
+#include "plotwerk/base/characters.h"
 #include "util/text/utf8.h"
 
 #include <array>
@@ -40,21 +41,15 @@ std::string oneLine(std::string_view text) {
 
     std::string line;
     line.reserve(whole.size());
-    const auto escape = [&](unsigned char byte) {
-        char hex[5];
-        std::snprintf(hex, sizeof hex, "\\x%02x", byte);
-        line += hex;
-    };
-    for (std::size_t i = 0; i < whole.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(whole[i]);
-        const auto next = static_cast<unsigned char>(i + 1 < whole.size() ? whole[i + 1] : 0);
-        if (byte < 0x20 || byte == 0x7f) {
-            escape(byte);
-        } else if (byte == 0xc2 && next < 0xa0) { // U+0080 to U+009F: a terminal obeys them too
-            escape(next);
-            ++i;
+    std::size_t length = 0;
+    for (std::string_view rest = whole; !rest.empty(); rest.remove_prefix(length)) {
+        const std::uint32_t code = plw::firstCodePoint(rest, &length);
+        if (isControl(code) || isFormat(code)) {
+            char escaped[12];
+            std::snprintf(escaped, sizeof escaped, code < 0x100 ? "\\x%02x" : "\\u%04x", code);
+            line += escaped;
         } else {
-            line += whole[i];
+            line += rest.substr(0, length);
         }
     }
     return line;

@@ -19,8 +19,9 @@ void setLogLevel(LogLevel level);
 // Writes "plotwerkd: LEVEL: TEXT" as oneLine makes it. A line that nobody takes is lost.
 void log(LogLevel level, std::string_view text);
 
-// A text from anywhere as one line of bounded length, in UTF-8 that the bus carries: control
-// characters become \xHH, and of a text of more than 800 bytes the middle is left out.
+// A text from anywhere as one line of bounded length, in UTF-8 that the bus carries: what can't be
+// seen (characters.h) becomes \xHH or \uHHHH, and of a text of more than 800 bytes the middle is
+// left out.
 //   "a\nb" -> "a\x0ab"
 std::string oneLine(std::string_view text);
 

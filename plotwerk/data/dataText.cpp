@@ -1,6 +1,7 @@
 #include "plotwerk/data/dataText.h"
 
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/model/names.h"
 #include "util/number/format.h"
 #include "util/text/charclass.h"
 #include "util/text/scanline.h"
@@ -238,8 +239,9 @@ class TableReader {
         result.table.y.resize(width - 1);
         for (std::size_t i = 0; i < width; ++i) {
             Column &column = i == 0 ? result.table.x : result.table.y[i - 1];
-            column.name =
-                names[i].value_or(i == 0 ? "X" : std::string("Y").append(std::to_string(i)));
+            column.name = nameOf(
+                names[i].value_or(i == 0 ? "X" : std::string("Y").append(std::to_string(i))));
+            requireName(column.name);
             columns[i].resize(rows, unset);
             column.values = std::move(columns[i]);
         }
@@ -323,13 +325,20 @@ std::vector<DataTable> readDataText(std::string text, char decimalSeparator) {
 }
 
 void writeDataText(const std::vector<const Column *> &columns, char decimalSeparator,
-                   std::string &text) {
+                   std::string &text, double longest) {
     if (columns.empty()) return;
+    const auto requireLength = [longest](double bytes) {
+        if (bytes > longest) throw Refusal("the data are too long as text");
+    };
+    const auto width = static_cast<double>(columns.size());
+    const auto rows = static_cast<double>(columns.front()->values.size());
+    requireLength(static_cast<double>(text.size()) + 2 * width * rows);
     if (!text.empty()) text += '\n';
     const auto writeLine = [&](auto writeField) {
         for (const Column *column : columns) {
             if (column != columns.front()) text += '\t';
             writeField(*column);
+            requireLength(static_cast<double>(text.size()));
         }
         text += '\n';
     };

@@ -24,6 +24,7 @@
 
 #include "plotwerk/model/document.h"
 
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -44,9 +45,10 @@ std::vector<DataTable> readDataText(std::string text, char decimalSeparator);
 // have the same number of rows. Numbers have the decimal separator, and as many digits as
 // stringOfDouble gives them, or, where these don't read back as the same number, as many as it
 // takes; NaN is NAN. In names, line ends become blanks, and a quoted name that would end in a
-// backslash gets a blank there.
+// backslash gets a blank there. Refused when the text would become longer than `longest` bytes: at
+// once where that is certain, else as soon as it is.
 void writeDataText(const std::vector<const Column *> &columns, char decimalSeparator,
-                   std::string &text);
+                   std::string &text, double longest = std::numeric_limits<double>::infinity());
 
 } // namespace plotwerk
 

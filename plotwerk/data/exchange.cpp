@@ -3,6 +3,7 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/data/dataText.h"
 #include "plotwerk/model/curves.h"
+#include "plotwerk/model/names.h"
 #include "plotwerk/model/palette.h"
 #include "plotwerk/model/structure.h"
 
@@ -14,6 +15,7 @@
 namespace plotwerk {
 
 static Source &sourceNamed(Document &document, const std::string &name) {
+    requireName(name);
     const std::string &wanted = name.empty() ? "Data" : name;
     for (Source &source : document.sources)
         if (source.name == wanted) return source;
@@ -121,7 +123,8 @@ void addData(Document &document, const std::string &source, std::string text,
               tablesOf(readDataText(std::move(text), decimalSeparator), numberOfCurves(document)));
 }
 
-std::string dataTextOfSelection(const Document &document, bool includeX, char decimalSeparator) {
+std::string dataTextOfSelection(const Document &document, bool includeX, char decimalSeparator,
+                                double longest) {
     std::vector<std::vector<const Column *>> blocks;
     std::unordered_map<const Table *, std::size_t> blockOf;
     for (const CurveRef &curve : requireSelection(document)) {
@@ -134,7 +137,7 @@ std::string dataTextOfSelection(const Document &document, bool includeX, char de
         blocks[block->second].push_back(&columnOf(document, curve));
     }
     std::string text;
-    for (const auto &columns : blocks) writeDataText(columns, decimalSeparator, text);
+    for (const auto &columns : blocks) writeDataText(columns, decimalSeparator, text, longest);
     return text;
 }
 

@@ -4,6 +4,7 @@
 
 #include "plotwerk/model/document.h"
 
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -29,8 +30,10 @@ void appendData(Document &document, const std::string &source, std::string text,
 void addData(Document &document, const std::string &name, std::string text, char decimalSeparator);
 
 // The selected curves as data text: one block for each of their tables, each with its columns in
-// the order of the selection, led by x if so asked. Refused without a selection.
-std::string dataTextOfSelection(const Document &document, bool includeX, char decimalSeparator);
+// the order of the selection, led by x if so asked. Refused without a selection, and where the text
+// would become longer than `longest` bytes.
+std::string dataTextOfSelection(const Document &document, bool includeX, char decimalSeparator,
+                                double longest = std::numeric_limits<double>::infinity());
 
 } // namespace plotwerk
 

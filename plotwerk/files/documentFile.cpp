@@ -5,6 +5,7 @@
 #include "plotwerk/files/documentArchive.h"
 #include "plotwerk/formula/formula.h"
 #include "plotwerk/model/limits.h"
+#include "plotwerk/model/names.h"
 
 #include <cstdint>
 #include <set>
@@ -80,6 +81,7 @@ Document documentOf(std::string bytes) {
 
     Document document;
     Reader(tree, version)("document", document);
+    visitNames(document, [](std::string &name) { name = nameOf(std::move(name)); });
     try {
         checkWhole(document);
     } catch (const Refusal &refusal) {

@@ -2,6 +2,7 @@
 
 #include "plotwerk/model/change.h"
 #include "plotwerk/model/curves.h"
+#include "plotwerk/model/names.h"
 #include "plotwerk/model/ranges.h"
 #include "plotwerk/model/structure.h"
 
@@ -57,6 +58,7 @@ Document duplicateAsPlotted(const Document &document) {
     Document duplicate = document;
     change(duplicate, [&](Document &copy) {
         copy.name += " copy";
+        requireName(copy.name);
         copy.path.clear();
         const Range xRange = rangeOf(document, xAxis);
         const Range upperXRange = rangeOf(document, upperXAxis);

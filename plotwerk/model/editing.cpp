@@ -169,6 +169,7 @@ static void renumberLayers(Document &document, const std::vector<CurveRef> &curv
 static Table tableOfExtremes(const ValidPoints &points, const std::vector<int> &indexes,
                              const std::string &xName, const std::string &name,
                              const CurveLook &look) {
+    requireName(name);
     Table table;
     table.x.name = xName;
     Column &column = table.y.emplace_back();
@@ -184,6 +185,7 @@ static Table tableOfExtremes(const ValidPoints &points, const std::vector<int> &
 }
 
 void renameSelection(Document &document, const std::string &name) {
+    requireName(errorNameOf(name)); // of the columns of errors that are renamed, too
     // Of each table the columns of errors by name, from left to right: a column that has got the
     // new name is one of them no more.
     struct Named {
@@ -269,7 +271,9 @@ void swapSelectionWithX(Document &document) {
 
 void differentiateSelection(Document &document) {
     int curvesBefore = numberOfCurves(document);
-    for (const CurveRef &curve : requireSelection(document)) {
+    const std::vector<CurveRef> selected = requireSelection(document);
+    for (const CurveRef &curve : selected) requireName(columnOf(document, curve).name + "'");
+    for (const CurveRef &curve : selected) {
         Table &table = tableOf(document, curve);
         const Column &original = columnOf(document, curve);
         const ValidPoints points = validPoints(table, original);

@@ -1,6 +1,7 @@
 #include "plotwerk/model/limits.h"
 
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/model/names.h"
 
 #include <cmath>
 #include <cstdio>
@@ -21,6 +22,12 @@ void requireWithin(const char *name, int value, const Limits &limits) {
 
 void requireWithin(const char *name, double value, const Limits &limits) {
     require(name, value, std::isnan(value), limits);
+}
+
+void requireLength(const char *what, const std::string &text, std::size_t most) {
+    if (text.size() > most)
+        throw Refusal(std::string(what) + " can't have more than " + std::to_string(most) +
+                      " bytes");
 }
 
 template<class Record> static void requireAll(const Record &record) {
@@ -49,13 +56,21 @@ void requireWithinLimits(const Axis &axis) {
     requireAll(axis);
 }
 
-void requireWithinLimits(const PlacedText &text) {
-    requireAll(text);
+void requireWithinLimits(const PlacedText &placed) {
+    requireAll(placed);
+    requireLength("a text", placed.text, longestText);
 }
 
 void requireWithinLimits(const Document &document) {
     requireAll(document);
-    for (const Axis &axis : document.axes) requireOrder(axis.range);
+    visitNames(document, requireName);
+    for (const Axis &axis : document.axes) {
+        requireOrder(axis.range);
+        requireLength("a title", axis.title, longestText);
+    }
+    for (const PlacedText &placed : document.texts)
+        requireLength("a text", placed.text, longestText);
+    requireLength("a formula", document.formula, longestText);
     requireOrder(document.fitRange);
 }
 

@@ -1,8 +1,9 @@
-// limits.h - the least and the most of every bounded number that a document keeps.
+// limits.h - the least and the most of every bounded number that a document keeps, and the lengths
+// of its texts.
 //
-// One list for all: messages are refused beyond these limits, a file with a number beyond them is
-// damaged, and drawing relies on them. What isn't listed may be any number: the values of columns,
-// and what a fit has found.
+// One list for all: messages are refused beyond these limits, a file with a number or a text beyond
+// them is damaged, and drawing relies on them. What isn't listed may be any number: the values of
+// columns, and what a fit has found. The limit of names is longestName (names.h).
 #ifndef PLOTWERK_MODEL_LIMITS_H
 #define PLOTWERK_MODEL_LIMITS_H
 
@@ -10,7 +11,9 @@
 
 #include <climits>
 #include <concepts>
+#include <cstddef>
 #include <limits>
+#include <string>
 #include <type_traits>
 
 namespace plotwerk {
@@ -104,16 +107,37 @@ template<class Visit, IsRecord<Document> Record> void limits(Visit &visit, Recor
     visit("markWalk", document.markWalk, Limits{0, INT_MAX});
 }
 
+// The most bytes of a formula, and of a title or text on paper, RTF included.
+constexpr std::size_t longestText = 100'000;
+
+// The most bytes of a list of parameters.
+constexpr std::size_t longestList = 1'000'000;
+
+// Calls visit(name) for every name in a document: its own, those of its sources and columns.
+template<IsRecord<Document> Record, class Visit> void visitNames(Record &document, Visit visit) {
+    visit(document.name);
+    for (auto &source : document.sources) {
+        visit(source.name);
+        for (auto &table : source.tables) {
+            visit(table.x.name);
+            for (auto &column : table.y) visit(column.name);
+        }
+    }
+}
+
+// Refused: "WHAT can't have more than MOST bytes".
+void requireLength(const char *what, const std::string &text, std::size_t most);
+
 // Refused: "NAME can't be VALUE".
 void requireWithin(const char *name, int value, const Limits &limits);
 void requireWithin(const char *name, double value, const Limits &limits);
 
-// As requireWithin, of the first number beyond its limits. A document is refused also for a range
-// whose minimum is above its maximum.
+// As requireWithin, of the first number or text beyond its limits. A document is refused also for a
+// range whose minimum is above its maximum, and for a name that can't be one.
 void requireWithinLimits(const CurveLook &look);
 void requireWithinLimits(const Frame &frame);
 void requireWithinLimits(const Axis &axis);
-void requireWithinLimits(const PlacedText &text);
+void requireWithinLimits(const PlacedText &placed);
 void requireWithinLimits(const Document &document);
 
 } // namespace plotwerk

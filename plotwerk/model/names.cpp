@@ -1,10 +1,40 @@
 #include "plotwerk/model/names.h"
 
+#include "plotwerk/base/characters.h"
+#include "plotwerk/base/refusal.h"
 #include "util/files/uniqueName.h"
+#include "util/text/utf8.h"
 
 #include <algorithm>
 
 namespace plotwerk {
+
+// Calls visit(begin, length) for every character of the text that a name can't have.
+template<class Visit> static void visitControls(std::string_view text, Visit visit) {
+    std::size_t length = 0;
+    for (std::size_t at = 0; at < text.size(); at += std::max<std::size_t>(length, 1)) {
+        const std::uint32_t code = plw::firstCodePoint(text.substr(at), &length);
+        if (length > 0 && isControl(code)) visit(at, length);
+    }
+}
+
+void requireName(std::string_view text) {
+    if (text.size() > longestName)
+        throw Refusal("a name can't have more than " + std::to_string(longestName) + " bytes");
+    visitControls(text, [](std::size_t, std::size_t) {
+        throw Refusal("a name can't have control characters or line ends");
+    });
+}
+
+std::string nameOf(std::string text) {
+    std::string name;
+    std::size_t end = 0;
+    visitControls(text, [&](std::size_t at, std::size_t length) {
+        name.append(text, end, at - end) += ' ';
+        end = at + length;
+    });
+    return end == 0 ? text : name.append(text, end);
+}
 
 std::string errorNameOf(std::string name) {
     return name.append(errorSuffix);
@@ -29,7 +59,9 @@ std::string freeName(const std::string &name, const std::vector<std::string> &ta
         plw::uniqueName(free.data(), names.data(), static_cast<int>(names.size()));
         free.resize(std::char_traits<char>::length(free.c_str()));
     } while (std::find(taken.begin(), taken.end(), free) != taken.end());
-    timesNamed += free != name;
+    if (free == name) return free;
+    requireName(free);
+    ++timesNamed;
     return free;
 }
 

@@ -2,6 +2,7 @@
 #ifndef PLOTWERK_MODEL_NAMES_H
 #define PLOTWERK_MODEL_NAMES_H
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +12,16 @@ namespace plotwerk {
 // How the name of a column ends that has the errors of another one: "NAME error" of "NAME".
 inline constexpr std::string_view errorSuffix = " error";
 
+// The most bytes of a name, of a document, a source or a column.
+inline constexpr std::size_t longestName = 1000;
+
+// Refused when the text can't be a name: too long, or with a control character or line end in it
+// (characters.h), which would forge a line where the name is printed.
+void requireName(std::string_view text);
+
+// The text with a space for each character that a name can't have; its length isn't looked at.
+std::string nameOf(std::string text);
+
 // "NAME error": the name of a column with the errors of the one called NAME.
 std::string errorNameOf(std::string name);
 
@@ -19,7 +30,7 @@ inline constexpr std::string_view maximaSuffix = " maxima";
 inline constexpr std::string_view minimaSuffix = " minima";
 
 // The name itself when it isn't among the taken ones, otherwise one that uniqueName makes of it
-// ("NAME 14:03:09", "NAME 14:03:09#1", ...).
+// ("NAME 14:03:09", "NAME 14:03:09#1", ...). Throws Refusal when that is too long.
 std::string freeName(const std::string &name, const std::vector<std::string> &taken);
 
 // How many names freeName has made of the time. What has made one has another effect next time.

@@ -2,6 +2,7 @@
 
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/limits.h"
+#include "plotwerk/model/names.h"
 #include "plotwerk/model/structure.h"
 
 #include <re2/re2.h>
@@ -20,22 +21,19 @@ static NameTest named(const std::string &name) {
     return [name](const std::string &other) { return other == name; };
 }
 
-// In bytes. With both limits the longest search of a name takes milliseconds.
-static constexpr std::size_t longest = 1000;
+// In bytes. With it and the length of names the longest search of a name takes milliseconds.
 static constexpr int mostMemory = 1 << 18;
 
 static NameTest matching(const std::string &pattern) {
     if (pattern.empty()) return named("");
-    if (pattern.size() > longest) throw Refusal("pattern is too long");
+    if (pattern.size() > longestName) throw Refusal("pattern is too long");
     RE2::Options options;
     options.set_log_errors(false);
     options.set_never_capture(true);
     options.set_max_mem(mostMemory);
     const auto regex = std::make_shared<const RE2>(pattern, options);
     if (!regex->ok()) throw Refusal("pattern \"" + pattern + "\" can't be read: " + regex->error());
-    return [regex](const std::string &name) {
-        return name.size() <= longest && RE2::FullMatch(name, *regex);
-    };
+    return [regex](const std::string &name) { return RE2::FullMatch(name, *regex); };
 }
 
 static std::vector<CurveRef> curvesWith(const Document &document, const NameTest &source, int table,

@@ -48,17 +48,15 @@ void ControlObject::appendDataAndDrawInFastMode_of_source_(const std::string &te
 
 std::string ControlObject::dataOfSelectedCurvesOf_(const std::string &name) {
     return answer(name, std::string(), [&](const Document &document) {
-        std::string text = dataTextOfSelection(document, true, application.decimalSeparator);
-        if (static_cast<double>(text.size()) > longestAnswer())
-            throw Refusal("the data are too long for one answer");
-        return text;
+        return dataTextOfSelection(document, true, application.decimalSeparator, longestAnswer());
     });
 }
 
 void ControlObject::copySelectedCurvesOf_includeX_(const std::string &name, const bool &includeX) {
     actOn(name, [&](const Document &document) {
         const char separator = application.decimalSeparator;
-        application.clipboard = {dataTextOfSelection(document, includeX, separator), separator, {}};
+        application.clipboard = {
+            dataTextOfSelection(document, includeX, separator, mostMemory()), separator, {}};
     });
 }
 

@@ -33,6 +33,7 @@ void ControlObject::closeDocument_askForSave_(const std::string &name, const boo
 
 void ControlObject::newDocumentWithName_(const std::string &name) {
     act([&] {
+        requireName(name);
         Document document;
         document.name = name;
         application.create(std::move(document));

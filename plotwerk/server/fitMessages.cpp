@@ -1,6 +1,7 @@
 // The messages about variables, the formula and the fit.
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/fit/documentFit.h"
+#include "plotwerk/model/limits.h"
 #include "plotwerk/model/parameterText.h"
 #include "plotwerk/server/controlObject.h"
 
@@ -37,7 +38,10 @@ std::string ControlObject::formulaTextOf_(const std::string &name) {
 }
 
 void ControlObject::setFormulaOf_formulaText_(const std::string &name, const std::string &text) {
-    actOn(name, [&](Document &document) { setFormula(document, text); });
+    actOn(name, [&](Document &document) {
+        requireLength("a formula", text, longestText);
+        setFormula(document, text);
+    });
 }
 
 std::string ControlObject::formulaParameterListOf_(const std::string &name) {
@@ -48,8 +52,10 @@ std::string ControlObject::formulaParameterListOf_(const std::string &name) {
 
 void ControlObject::readFormulaParameterOf_parameterList_(const std::string &name,
                                                           const std::string &list) {
-    actOn(name,
-          [&](Document &document) { setParameters(document, list, application.decimalSeparator); });
+    actOn(name, [&](Document &document) {
+        requireLength("a list of parameters", list, longestList);
+        setParameters(document, list, application.decimalSeparator);
+    });
 }
 
 } // namespace plotwerk

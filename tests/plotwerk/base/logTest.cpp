@@ -19,6 +19,8 @@ TEST(Log, MakesOneLineOfAnyText) {
         {"\x1b[2J", "\\x1b[2J"},
         {"K\u00e4se \u20ac", "K\u00e4se \u20ac"},
         {"\u009b2J", "\\x9b2J"},
+        {"a\u202eb\u2028c\u2066\ufeff\U000e0041", "a\\u202eb\\u2028c\\u2066\\ufeff\\ue0041"},
+        {"\u05d0\u0301 \u20ac \U0001F600", "\u05d0\u0301 \u20ac \U0001F600"},
         {"K\xe4se", "K\u00e4se"},
         {std::string("a\0b", 3), "ab"},
         {std::string(800, 'n'), std::string(800, 'n')},

@@ -66,6 +66,22 @@ TEST(DamagedDocument, NestedTooDeepIsRefused) {
               "nested too deep");
 }
 
+// Names of a file that would forge a line, or a terminal's command, where they are printed.
+TEST(DamagedDocument, HasItsNamesInOneLine) {
+    const Column column{.name = "a\tb", .values = {}, .look = {}};
+    const Document document{.name = "front\nforged \u2028",
+                            .sources = {{"\x1b]0;x\x7f\u0085", {Table{column, {column}}}}},
+                            .formula = "a = 1\na*x"};
+    for (const bool binary : {false, true}) {
+        const Document read = documentOf(saved(document, binary));
+        EXPECT_EQ(read.name, "front forged  ");
+        EXPECT_EQ(read.sources[0].name, " ]0;x  ");
+        EXPECT_EQ(read.sources[0].tables[0].x.name, "a b");
+        EXPECT_EQ(read.sources[0].tables[0].y[0].name, "a b");
+        EXPECT_EQ(read.formula, document.formula);
+    }
+}
+
 // One change to a sound text, and why it is refused then.
 TEST(DamagedDocument, IsRefusedWithTheReason) {
     Document document;
@@ -78,6 +94,8 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
     const std::string sound = saved(document, false);
     ASSERT_EQ(refusalOf(sound), "");
 
+    const auto quoted = [](std::size_t length) { return '"' + std::string(length, 'n') + '"'; };
+    const std::string longer = "damaged: a name can't have more than 1000 bytes";
     const std::string later = "saved by a later Plotwerk (version ";
     const struct {
         std::string key, from;
@@ -91,6 +109,9 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
         {"minor", "0", {"-1", "null"}, "damaged: no version"},
         {"document", "", {"1,\"d\":"}, ""},
         {"name", "\"doc\"", {"null", "\"a\\u0000b\""}, ""},
+        {"name", "\"doc\"", {quoted(1001)}, longer},
+        {"name", "\"source\"", {quoted(1001)}, longer},
+        {"title", "\"\"", {quoted(100'001)}, "damaged: a title can't have more than 100000 bytes"},
         {"xAxisLength", "12.0", {"\"12\"", "false"}, ""},
         {"multiDimFit", "false", {"0"}, ""},
         {"ticks", "-1", {"1.0", "2147483648", "-2147483649", "18446744073709551615"}, ""},

@@ -3,6 +3,7 @@
 #include "plotwerk/files/documentFields.h"
 #include "plotwerk/files/documentFile.h"
 #include "plotwerk/model/limits.h"
+#include "plotwerk/model/names.h"
 
 #include <algorithm>
 #include <bit>
@@ -73,6 +74,8 @@ Document filled(size_t elements) {
     Document document;
     Walk<Fill> fill{{}, elements};
     fields(fill, document);
+
+    visitNames(document, [](std::string &name) { name = nameOf(name); });
 
     // Numbers beyond their limits go to different places within.
     int count = 0;

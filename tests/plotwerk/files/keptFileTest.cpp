@@ -3,6 +3,7 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/files/documentFile.h"
+#include "plotwerk/model/names.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -24,7 +25,7 @@ class KeptFile : public testing::Test {
         Document document;
         document.name = name;
         const fs::path path = keepDocument(document);
-        EXPECT_EQ(documentOf(readWholeFile(path)).name, name);
+        EXPECT_EQ(documentOf(readWholeFile(path)).name, nameOf(name));
         return path;
     }
 

@@ -34,11 +34,11 @@ TEST_F(DocumentMessages, TheFrontOneIsTheLastOpenedCreatedOrActivated) {
     const std::pair<std::function<void()>, const char *> steps[] = {
         {[&] {}, "b"},
         {[&] { plotwerk->actify_("a"); }, "a"},
-        {[&] { plotwerk->newDocumentWithName_("c \u00e4\n"); }, "c \u00e4\n"},
+        {[&] { plotwerk->newDocumentWithName_("c \u00e4"); }, "c \u00e4"},
         {[&] { plotwerk->display_doRangeOverAll_("b", false); }, "b"},
-        {[&] { close("b", false); }, "c \u00e4\n"},
-        {[&] { close("a", false); }, "c \u00e4\n"},
-        {[&] { close("c \u00e4\n", false); }, ""},
+        {[&] { close("b", false); }, "c \u00e4"},
+        {[&] { close("a", false); }, "c \u00e4"},
+        {[&] { close("c \u00e4", false); }, ""},
         {[&] { plotwerk->newDocumentWithName_(""); }, "Untitled"}};
     for (const auto &[step, name] : steps) {
         step();

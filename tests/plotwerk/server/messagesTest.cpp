@@ -40,6 +40,69 @@ TEST_F(MessagesTest, ToAnUnknownDocumentAreRefusedWithItsName) {
     EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "Untitled");
 }
 
+// No name forges a line of what a client prints, and what is kept can be answered and saved.
+TEST_F(MessagesTest, RefuseTextsThatAreTooLongAndWhatIsNoName) {
+    start({"--limit", "answer=1"});
+    std::map<std::string, Method> methods;
+    for (const Method &method : methodsOf(*connection)) methods[method.name] = method;
+    const std::string n994(994, 'n'), n1000(1000, 'n'), text(100'001, 't'), doc = "Untitled";
+    const std::string longName = "a name can't have more than 1000 bytes",
+                      noName = "a name can't have control characters or line ends";
+    const auto longer = [](const std::string &what) { return what + " bytes"; };
+    const char *read = "replaceDataformText_of_source_doRangeOverAll_";
+    const char *setText = "setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_";
+    const struct {
+        std::string method;
+        std::vector<std::string> arguments;
+        std::string reason = "";
+    } cases[] = {
+        {"newDocumentWithName_", {n1000 + 'n'}, longName},
+        {"newDocumentWithName_", {"a\nb"}, noName},
+        {read, {"1 2\n", doc, n1000 + 'n', "no"}, longName},
+        {read, {"1 2\n", doc, "\x1b]0;b\a", "no"}, noName},
+        {read, {"x " + n1000 + "n\n1 2\n", doc, "", "no"}, longName},
+        {read, {"\"a\x1b\tb\" " + n1000 + "\n0 0\n1 0\n2 5\n3 0\n4 0\n", doc, "", "no"}},
+        {"selectCurvesOf_indexFirst_indexLast_appendSelection_", {doc, "0", "0", "no"}},
+        {"diffOf_", {doc}, longName},
+        {"searchMaximaOfSelectionOf_searchMaxima_searchMinima_minwidth_minheight_",
+         {doc, "yes", "no", "0", "3"},
+         longName},
+        {"changeNameOfSelectionOf_to_", {doc, n994 + 'n'}, longName},
+        {"changeNameOfSelectionOf_to_", {doc, "a\u2028b"}, noName},
+        {"changeNameOfSelectionOf_to_", {doc, "a\u0085b"}, noName},
+        {"changeNameOfSelectionOf_to_", {doc, "\u202e\u05d0\u200f"}},
+        {"changeNameOfSelectionOf_to_", {doc, n994}},
+        {"setXTitleOf_to_", {doc, text}, longer("a title can't have more than 100000")},
+        {setText,
+         {doc, text, "0", "0", "0", "0", "0"},
+         longer("a text can't have more than 100000")},
+        {"setFormulaOf_formulaText_", {doc, text}, longer("a formula can't have more than 100000")},
+        {"readFormulaParameterOf_parameterList_",
+         {doc, std::string(1'000'001, ' ')},
+         longer("a list of parameters can't have more than 1000000")},
+        {"newDocumentWithName_", {n1000}},
+        {"newDocumentWithName_", {n1000}, longName}, // with the time behind it
+        {"duplicateAsPlottedOf_", {n1000}, longName},
+        {"createCurveAtSelectionOf_minx_maxx_incx_miny_incy_", {doc, "1", "2e5", "1", "0", "0"}},
+        {"selectCurvesOf_indexFirst_indexLast_appendSelection_", {doc, "1", "1", "no"}},
+        {"dataOfSelectedCurvesOf_", {doc}, "the data are too long as text"}};
+    for (const auto &c : cases) {
+        const std::string before = contentsOf(doc);
+        answerTo(methods.at(c.method), c.arguments);
+        const std::string error = lastError(), method = c.method.substr(0, 40);
+        EXPECT_TRUE(c.reason.empty() ? error.empty() : error.ends_with(c.reason))
+            << method << ": " << error;
+        if (!c.reason.empty()) {
+            EXPECT_TRUE(contentsOf(doc) == before) << method;
+        }
+    }
+    const std::string saved = contentsOf(doc);
+    EXPECT_TRUE(holds(saved, "\"name\":\"a  b\""));
+    plotwerk->openFile_file_doRangeOverAll_("", pathOf("contents"), false);
+    EXPECT_EQ(lastError(), "");
+    EXPECT_EQ(plotwerk->dataOfSelectedCurvesOf_(doc), "");
+}
+
 TEST(Documentation, HasTheTablesOfMessagesThatTheProtocolGives) {
     const auto tables = [](const std::string &path) {
         std::istringstream text(bytesOf(path));
