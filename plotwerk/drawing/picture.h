@@ -24,6 +24,9 @@ class Picture {
     // corner. Reaches 1500 points beyond the frame at most.
     const Box &page() const { return pageBox; }
 
+    // The frame on it, with the scales of its axes.
+    const ScaledFrame &scaledFrame() const { return frame; }
+
     // Draws with the context's transformation, the page's upper left corner at (0, 0). What lies
     // beyond the page is cut.
     void drawOn(cairo_t *cr) const;
