@@ -44,6 +44,7 @@ void Application::activate(const Document &document) {
     const auto found = std::find_if(documents.begin(), documents.end(), isIt);
     std::rotate(found, found + 1, documents.end());
     if (auto &journal = documents.back()->journal) journal->setFront();
+    if (desktop) desktop->activated(documents.back()->document);
 }
 
 Document &Application::add(Document document) {
@@ -57,6 +58,7 @@ Document &Application::add(Document document) {
         documents.back()->journal.emplace(journals);
         documents.back()->journal->setFront();
     }
+    if (desktop) desktop->opened(documents.back()->document);
     return documents.back()->document;
 }
 
@@ -172,6 +174,7 @@ void Application::close(const Document &document, bool keepChanges) {
             "unsaved changes of " + inQuotes(document.name) + " kept in " + kept.string());
     }
     if (auto &journal = openOf(document).journal) journal->remove();
+    if (desktop) desktop->closing(document);
     std::erase_if(documents, [&](const auto &open) { return &open->document == &document; });
     if (documents.empty()) add({});
 }
@@ -187,6 +190,23 @@ void Application::savePicture(const Document &document, const fs::path &file, Pi
 
 void Application::copyPicture(const Document &document, PictureKind kind) {
     clipboard = {"", '.', writeClipboardPicture(document, kind)};
+    if (desktop) desktop->copyPicture(document);
+}
+
+void Application::copyText(const std::string &text) {
+    clipboard = {text, decimalSeparator, {}};
+    if (desktop) desktop->copyText(text);
+}
+
+Clipboard Application::pasted() const {
+    if (desktop) {
+        if (auto text = desktop->foreignText()) return {std::move(*text), decimalSeparator, {}};
+    }
+    return clipboard;
+}
+
+MouseSelection &Application::mouseSelection(const Document &document) {
+    return openOf(document).mouseSelection;
 }
 
 void Application::print(const Document &document) {

@@ -3,6 +3,7 @@
 #ifndef PLOTWERK_APPLICATION_APPLICATION_H
 #define PLOTWERK_APPLICATION_APPLICATION_H
 
+#include "plotwerk/application/desktop.h"
 #include "plotwerk/application/pictureFiles.h"
 #include "plotwerk/drawing/pages.h"
 #include "plotwerk/journal/journal.h"
@@ -27,6 +28,17 @@ struct Clipboard {
     std::filesystem::path picture;
 };
 
+// The corners, in values of the x and y axis, at which the last drag of the mouse on a document
+// began and ended, and the keys held: shift 1, control 2, alt 4, added. Unset: there was none, or a
+// click on nothing since.
+struct MouseSelection {
+    double x1 = unset;
+    double y1 = unset;
+    double x2 = unset;
+    double y2 = unset;
+    int keys = 0;
+};
+
 // A name is never empty and never that of two documents: a taken one is made unique by adding the
 // time. The front document is the one opened, created or activated last. Whatever throws a Refusal
 // has changed nothing.
@@ -34,6 +46,7 @@ class Application {
   public:
     char decimalSeparator = '.'; // or ',': of data text and parameter lists
     Clipboard clipboard;
+    Desktop *desktop = nullptr; // null: there is none
     std::string lastError; // the reason of the last message that was refused, empty after a success
 
     // Null only before the first document: closing the last one leaves an empty "Untitled".
@@ -104,6 +117,15 @@ class Application {
     // The clipboard's file (writeClipboardPicture) is its content from now on.
     void copyPicture(const Document &document, PictureKind kind);
 
+    // Becomes the clipboard's content.
+    void copyText(const std::string &text);
+
+    // The clipboard's content, which another program may have put there.
+    Clipboard pasted() const;
+
+    // Of an open document. Without a mouse it stays unset.
+    MouseSelection &mouseSelection(const Document &document);
+
     // As printPicture.
     void print(const Document &document);
 
@@ -123,6 +145,7 @@ class Application {
         bool lastSaveSucceeded = false;
         bool unread = false; // its file couldn't be
         std::optional<Journal> journal{};
+        MouseSelection mouseSelection{};
     };
 
     Document broughtBack(LeftJournal &journal, const Repeat &repeat);

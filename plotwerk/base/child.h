@@ -15,6 +15,10 @@ namespace plotwerk {
 // has blocked, asks this process to end.
 void inChild(const std::function<void()> &work);
 
+// From now on inChild does the work in this process, without bounds: one of several threads can't
+// be forked safely.
+void forkNoChildren();
+
 } // namespace plotwerk
 
 #endif

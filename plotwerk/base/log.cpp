@@ -13,12 +13,17 @@ namespace plotwerk {
 static constexpr std::array<std::string_view, 4> levelNames{"error", "warning", "info", "debug"};
 
 static LogLevel highestLevel = LogLevel::info;
+static std::string program = "plotwerkd";
 
 std::optional<LogLevel> logLevelNamed(std::string_view name) {
     for (std::size_t i = 0; i < levelNames.size(); ++i) {
         if (name == levelNames[i]) return static_cast<LogLevel>(i);
     }
     return std::nullopt;
+}
+
+void setLogProgram(std::string_view name) {
+    program = name;
 }
 
 void setLogLevel(LogLevel level) {
@@ -57,7 +62,7 @@ std::string oneLine(std::string_view text) {
 
 void log(LogLevel level, std::string_view text) {
     if (level > highestLevel) return;
-    std::string line = "plotwerkd: ";
+    std::string line = program + ": ";
     line += levelNames[static_cast<std::size_t>(level)];
     line += ": ";
     line += oneLine(text);

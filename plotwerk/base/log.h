@@ -16,7 +16,10 @@ std::optional<LogLevel> logLevelNamed(std::string_view name);
 // Lines beyond this level are dropped from now on. It starts as info.
 void setLogLevel(LogLevel level);
 
-// Writes "plotwerkd: LEVEL: TEXT" as oneLine makes it. A line that nobody takes is lost.
+// The program that lines begin with; "plotwerkd" unless set.
+void setLogProgram(std::string_view name);
+
+// Writes "PROGRAM: LEVEL: TEXT" as oneLine makes it. A line that nobody takes is lost.
 void log(LogLevel level, std::string_view text);
 
 // A text from anywhere as one line of bounded length, in UTF-8 that the bus carries: what can't be

@@ -99,7 +99,8 @@ std::optional<NearestPoint> nearestPoint(const Document &document, double x, dou
         if (std::isinf(hit.fromCurve) || hit.fromCurve > nearest.fromCurve + sameDistance) continue;
         const int row = nearestRow(place, rows, hit.fromPoint);
         if (row < 0) continue; // means on paper of rows that are not
-        hit.point = {curve.index, row, curve.table->x.values[row], curve.column->values[row]};
+        hit.point = {curve.index, row, curve.table->x.values[row], curve.column->values[row],
+                     hit.fromCurve};
         if (isNearer(hit, nearest)) nearest = hit;
     }
     if (nearest.point.index < 0) return std::nullopt;

@@ -13,6 +13,7 @@ struct NearestPoint {
     int index = -1;
     double x = unset;
     double y = unset;
+    double distance = unset; // of the place from the curve, in points on paper
 };
 
 // The drawn curve that comes nearest to the place where (x, y) lies on the x and y axes, and of

@@ -29,6 +29,9 @@ class Picture {
     // The frame's lower left corner, from the page's upper left one.
     Point frameCorner() const { return {-pageBox.left, frame.height - pageBox.top}; }
 
+    // The frame on it, with the scales of its axes.
+    const ScaledFrame &scaledFrame() const { return frame; }
+
     // Draws with the context's transformation, the page's upper left corner at (0, 0). What lies
     // beyond the page is cut.
     void drawOn(cairo_t *cr) const;

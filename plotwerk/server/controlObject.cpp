@@ -17,15 +17,29 @@ ControlObject::~ControlObject() {
 
 std::string_view ControlObject::selector() const {
     return plotwerkControl::selectorOf(
-        repeated ? repeated->member : getObject().getCurrentlyProcessedMessage()->getMemberName());
+        own ? own->member : getObject().getCurrentlyProcessedMessage()->getMemberName());
+}
+
+RecordedMessage ControlObject::message() const {
+    if (own) return *own;
+    // The arguments are read once more: that only moves where the message is read.
+    auto &brought = const_cast<sdbus::Message &>(*getObject().getCurrentlyProcessedMessage());
+    return recordedMessage(brought, application.decimalSeparator);
 }
 
 std::optional<std::string> ControlObject::messageAsData() const {
-    // The arguments are read once more: that only moves where the message is read.
-    auto &message = const_cast<sdbus::Message &>(*getObject().getCurrentlyProcessedMessage());
+    const RecordedMessage data = message();
     // The clipboard isn't recorded.
-    if (message.getMemberName() == "pasteDataOf_") return std::nullopt;
-    return encodedMessage(message, application.decimalSeparator);
+    if (data.member == "pasteDataOf_") return std::nullopt;
+    return encodedMessage(data);
+}
+
+void ControlObject::tellListener() const noexcept {
+    if (!listener) return;
+    try {
+        listener(message());
+    } catch (const std::exception &) { // there is nobody to tell
+    }
 }
 
 static std::string reasonOfCurrentException() {

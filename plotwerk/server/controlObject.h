@@ -16,6 +16,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <optional>
 #include <string>
@@ -45,9 +46,16 @@ class ControlObject final
     ControlObject(const ControlObject &) = delete;
     ControlObject &operator=(const ControlObject &) = delete;
 
-    // Does again what a journal has recorded (encodedMessage). Throws Refusal for damaged bytes; a
-    // message that is refused leaves lastError as ever.
+    // Does what the message asks for, as if the bus had brought it; it isn't answered. A message
+    // that is refused leaves lastError as ever. Throws Refusal when there is no such message.
+    void perform(const RecordedMessage &message);
+
+    // Does again what a journal has recorded (encodedMessage). Throws Refusal for damaged bytes.
     void repeat(std::string_view record);
+
+    // Hears of each message that was done, before it is answered; but not of one that is repeated,
+    // nor of one with an argument that can't be recorded. None unless set.
+    std::function<void(const RecordedMessage &)> listener;
 
   private:
     static constexpr double nan = std::numeric_limits<double>::quiet_NaN();
@@ -60,6 +68,7 @@ class ControlObject final
         try {
             log(LogLevel::debug, selector());
             work();
+            tellListener();
             return true;
         } catch (...) {
             refuse();
@@ -118,7 +127,7 @@ class ControlObject final
     void selectIn(const std::string &name, const std::string &reasonForNone, Select select) {
         int found = 1;
         actOnView(name, [&](Document &document) { found = select(document); });
-        if (found > 0 || repeated) return; // it was refused when the journal recorded it
+        if (found > 0 || repeating) return; // it was refused when the journal recorded it
         attempt([&] { withOpen(name, [&](const Document &) { throw Refusal(reasonForNone); }); });
     }
 
@@ -132,9 +141,13 @@ class ControlObject final
         });
     }
 
-    // The message that is being answered; none when its effect depends on more than what a journal
-    // records.
+    // The message that is being answered. Throws Refusal as recordedMessage does.
+    RecordedMessage message() const;
+
+    // The same for a journal; none when its effect depends on more than what a journal records.
     std::optional<std::string> messageAsData() const;
+
+    void tellListener() const noexcept;
 
     // The answer that work finds in the document, or the neutral one.
     template<class Answer, class Work>
@@ -155,7 +168,8 @@ class ControlObject final
 #include "messageDeclarations.h"
 
     Application &application;
-    const RecordedMessage *repeated = nullptr; // the message that is being answered
+    const RecordedMessage *own = nullptr; // this process's own message that is being done
+    bool repeating = false;               // it comes from a journal
 };
 
 } // namespace plotwerk

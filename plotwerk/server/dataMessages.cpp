@@ -54,15 +54,14 @@ std::string ControlObject::dataOfSelectedCurvesOf_(const std::string &name) {
 
 void ControlObject::copySelectedCurvesOf_includeX_(const std::string &name, const bool &includeX) {
     actOn(name, [&](const Document &document) {
-        const char separator = application.decimalSeparator;
-        application.clipboard = {
-            dataTextOfSelection(document, includeX, separator, mostMemory()), separator, {}};
+        application.copyText(
+            dataTextOfSelection(document, includeX, application.decimalSeparator, mostMemory()));
     });
 }
 
 void ControlObject::pasteDataOf_(const std::string &name) {
     actOn(name, [&](Document &document) {
-        const Clipboard &clipboard = application.clipboard;
+        const Clipboard clipboard = application.pasted();
         if (!clipboard.picture.empty()) throw Refusal("the clipboard holds a picture, no data");
         if (clipboard.dataText.empty()) throw Refusal("the clipboard is empty");
         addData(document, "Clipboard", clipboard.dataText, clipboard.decimalSeparator);

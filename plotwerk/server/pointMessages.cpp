@@ -53,11 +53,12 @@ std::int32_t ControlObject::indexOfFitCurveOf_(const std::string &name) {
     return answer(name, -1, indexOfFitCurve);
 }
 
-// There is no mouse.
 std::tuple<double, double, double, double, std::int32_t>
 ControlObject::mouseEventsShiftKeyDownOf_x1_y1_x2_y2_keyMode_(const std::string &name) {
-    act([&] { application.document(name); });
-    return {nan, nan, nan, nan, 0};
+    const MouseSelection mouse = answer(name, MouseSelection{}, [&](const Document &document) {
+        return application.mouseSelection(document);
+    });
+    return {mouse.x1, mouse.y1, mouse.x2, mouse.y2, mouse.keys};
 }
 
 } // namespace plotwerk

@@ -20,10 +20,12 @@ struct RecordedMessage {
     std::vector<Argument> arguments;
 };
 
-// The message with its arguments: doubles bit for bit, texts byte for byte. The arguments may have
-// been read before. Throws Refusal when one is of a type that no message which changes a document
-// has.
-std::string encodedMessage(sdbus::Message &message, char decimalSeparator);
+// The message with its arguments, which may have been read before. Throws Refusal when one is of a
+// type that no message which changes a document has.
+RecordedMessage recordedMessage(sdbus::Message &message, char decimalSeparator);
+
+// As bytes: doubles bit for bit, texts byte for byte.
+std::string encodedMessage(const RecordedMessage &message);
 
 // Throws Refusal "damaged: REASON".
 RecordedMessage decodedMessage(std::string_view bytes);

@@ -1,4 +1,5 @@
-// Messages of a journal, done again by the methods that answered them.
+// Messages that the bus hasn't brought, a journal's among them, done by the methods that answer
+// them.
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/server/controlObject.h"
 
@@ -33,23 +34,39 @@ static void repeatMessage(ControlObject &object,
     }
 }
 
-void ControlObject::repeat(std::string_view record) {
+void ControlObject::perform(const RecordedMessage &message) {
     static constexpr struct {
         std::string_view member;
         void (*repeat)(ControlObject &, const Arguments &);
     } repetitions[] = {
 #include "repetitions.h"
     };
-    const RecordedMessage message = decodedMessage(record);
     for (const auto &each : repetitions) {
         if (each.member != message.member) continue;
-        application.decimalSeparator = message.decimalSeparator;
-        repeated = &message;
-        each.repeat(*this, message.arguments);
-        repeated = nullptr;
+        own = &message;
+        try {
+            each.repeat(*this, message.arguments);
+        } catch (...) {
+            own = nullptr;
+            throw;
+        }
+        own = nullptr;
         return;
     }
     throw Refusal("damaged: there is no message " + message.member);
+}
+
+void ControlObject::repeat(std::string_view record) {
+    const RecordedMessage message = decodedMessage(record);
+    application.decimalSeparator = message.decimalSeparator;
+    repeating = true;
+    try {
+        perform(message);
+    } catch (...) {
+        repeating = false;
+        throw;
+    }
+    repeating = false;
 }
 
 } // namespace plotwerk

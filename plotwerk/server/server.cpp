@@ -5,6 +5,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace plotwerk {
 
@@ -59,7 +60,13 @@ template<class Work> static auto onLivingBus(Work work) {
 }
 
 void Server::recover() {
+    const auto listener = std::exchange(controlObject.listener, {});
     application.recover([this](std::string_view message) { controlObject.repeat(message); });
+    controlObject.listener = listener;
+}
+
+void Server::setListener(std::function<void(const RecordedMessage &)> listener) {
+    controlObject.listener = std::move(listener);
 }
 
 sdbus::IConnection::PollData Server::pollData() const {

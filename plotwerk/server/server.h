@@ -21,6 +21,12 @@ class Server {
     // Brings back the documents that were left behind. To be called before messages are answered.
     void recover();
 
+    // As ControlObject::perform.
+    void perform(const RecordedMessage &message) { controlObject.perform(message); }
+
+    // Hears of messages as ControlObject::listener does.
+    void setListener(std::function<void(const RecordedMessage &)> listener);
+
     // A descriptor, the events and the time to wait for. To be asked for again before every wait:
     // events and time change. When getPollTimeout() is 0, a message has been read already and no
     // event may come for it: that counts as ready.

@@ -18,7 +18,7 @@ TEST(RecordedMessage, IsTheMessageThatIsBeingAnswered) {
     std::string record;
     const auto keep = [&] {
         auto *message = const_cast<sdbus::Message *>(object->getCurrentlyProcessedMessage());
-        record = encodedMessage(*message, ',');
+        record = encodedMessage(recordedMessage(*message, ','));
     };
     object->registerMethod("mixed")
         .onInterface("org.plotwerk.Test")
