@@ -6,10 +6,6 @@
 
 namespace plotwerk {
 
-std::string errorNameOf(std::string name) {
-    return name.append(errorSuffix);
-}
-
 static int timesNamed = 0;
 
 int namesOfTheTime() {

@@ -8,12 +8,6 @@
 
 namespace plotwerk {
 
-// How the name of a column ends that has the errors of another one: "NAME error" of "NAME".
-inline constexpr std::string_view errorSuffix = " error";
-
-// "NAME error": the name of a column with the errors of the one called NAME.
-std::string errorNameOf(std::string name);
-
 // How the names of curves of extremes end.
 inline constexpr std::string_view maximaSuffix = " maxima";
 inline constexpr std::string_view minimaSuffix = " minima";
