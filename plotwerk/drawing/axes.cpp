@@ -135,8 +135,10 @@ void drawAxes(cairo_t *cr, const PlacedFrame &frame) {
         }
         drawLines(cr, frame);
     }
-    for (const PlacedAxis &axis : frame.axes)
+    for (const PlacedAxis &axis : frame.axes) {
         for (const PlacedNumber &number : axis.numbers) number.draw(cr);
+        if (axis.common) axis.common->draw(cr);
+    }
 }
 
 // The name of what a column shows: the extremes of a curve show what the curve does.
@@ -166,8 +168,14 @@ static void drawTitleBeside(cairo_t *cr, const PlacedFrame &frame, AxisCode code
                             const SetText &title) {
     const double away = titleGap + title.ink().height() / 2;
     Point middle{frame.width / 2, frame.height / 2};
+    double bottom = frame.outside.bottom;
+    if (const auto &common = frame.axes[xAxis].common) {
+        const bool besideTitle =
+            common->bounds().left > middle.x + title.ink().width() / 2 + titleGap;
+        if (!besideTitle) bottom = std::max(bottom, common->bounds().bottom);
+    }
     switch (code) {
-    case xAxis: middle.y = frame.outside.bottom + away; break;
+    case xAxis: middle.y = bottom + away; break;
     case upperXAxis: middle.y = frame.outside.top - away; break;
     case yAxis: middle.x = frame.outside.left - away; break;
     default: middle.x = frame.outside.right + away; break;

@@ -1,14 +1,16 @@
 #include "plotwerk/drawing/axisNumbers.h"
 
+#include "plotwerk/drawing/timeTicks.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace plotwerk {
 
-// From number to number where there is room for all, in points: 8 beside the default width of 12 cm
-// and as many above each other on its 8 cm.
-static constexpr double horizontalSpacing = 42;
-static constexpr double verticalSpacing = 28;
+// From number to number, in points: 5 to 11 beside the default width of 12 cm, and above each other
+// on its 8 cm.
+static constexpr NumberSpacing horizontalSpacing{30, 70};
+static constexpr NumberSpacing verticalSpacing{20, 50};
 
 // Between two numbers, in points: beside each other nearly two digits, so that they don't read as
 // one number; above each other half a line.
@@ -104,13 +106,24 @@ bool standApart(const std::vector<PlacedNumber> &numbers, Side side) {
     return true;
 }
 
-AxisMarks marksBeside(const Axis &axis, const Scale &scale, Side side,
+AxisMarks marksBeside(const Axis &axis, const Scale &scale, bool isTime, Side side,
                       const Typesetter &typesetter) {
     const auto fit = [&](const std::vector<AxisNumber> &numbers) {
         return standApart(placedNumbers(numbers, scale, side, axis.labelAngle, 0, typesetter),
                           side);
     };
-    return marksOf(axis, scale, isHorizontal(side) ? horizontalSpacing : verticalSpacing, fit);
+    const NumberSpacing &usual = isHorizontal(side) ? horizontalSpacing : verticalSpacing;
+    const double density = axis.labelDensity;
+    const NumberSpacing spacing{usual.closest / density, usual.widest / density,
+                                usual.fewest * std::min(density, 1.0)};
+    if (isTime && isTimeScale(scale)) return timeMarksOf(axis, scale, spacing, fit);
+    return marksOf(axis, scale, spacing, fit);
+}
+
+PlacedNumber commonNumber(const RichText &common, const Typesetter &typesetter) {
+    SetText text = typesetter.line(common, numberSize);
+    const Box ink = text.ink();
+    return {0, std::move(text), {}, ink.width(), -ink.top, 0};
 }
 
 } // namespace plotwerk

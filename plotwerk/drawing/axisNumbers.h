@@ -45,9 +45,13 @@ std::vector<PlacedNumber> placedNumbers(const std::vector<AxisNumber> &numbers, 
 // Whether they stand apart by what a reader needs.
 bool standApart(const std::vector<PlacedNumber> &numbers, Side side);
 
-// Marks for an axis on that side, whose numbers stand apart.
-AxisMarks marksBeside(const Axis &axis, const Scale &scale, Side side,
+// Marks for an axis on that side, whose numbers stand apart: dates and times where its values are
+// such, seconds since 1970-01-01 UTC.
+AxisMarks marksBeside(const Axis &axis, const Scale &scale, bool isTime, Side side,
                       const Typesetter &typesetter);
+
+// What the numbers have in common, without a place yet.
+PlacedNumber commonNumber(const RichText &common, const Typesetter &typesetter);
 
 } // namespace plotwerk
 

@@ -1,6 +1,8 @@
 #include "plotwerk/drawing/curveBars.h"
 
 #include "plotwerk/drawing/curveStrokes.h"
+#include "plotwerk/drawing/symbols.h"
+#include "plotwerk/model/shownPoints.h"
 
 #include <algorithm>
 #include <cmath>
@@ -75,47 +77,74 @@ void drawDropLines(cairo_t *cr, const Path &points, double base, const CurveLook
     strokeBars(cr, bars, {}, look, frame);
 }
 
-// Both ends of an error bar as positions on an axis. What reaches below the values of a logarithmic
-// axis goes far beyond its lower end.
-static void errorEnds(double value, double error, const Scale &scale, double &low, double &high) {
-    low = scale.position(value - error);
-    high = scale.position(value + error);
-    if (std::isnan(low)) low = scale.reversed ? 1e6 : -1e6;
+namespace {
+
+// The bars of all points in one direction, and the caps at their ends, across it.
+class ErrorBars {
+  public:
+    ErrorBars(const Scale &along_, double halfCap_) : along(along_), halfCap(halfCap_) {}
+
+    // Of a value at that place across the axis; `from` is where its axis begins on paper.
+    void add(double value, double above, double below, double at, double from, double direction) {
+        if (!(above > 0) && !(below > 0)) return;
+        const auto place = [&](double end) {
+            const double position = along.position(end);
+            // what reaches below the values of a logarithmic axis goes far beyond its lower end
+            return from +
+                   direction * (std::isnan(position) ? (along.reversed ? 1e6 : -1e6) : position);
+        };
+        const double middle = place(value);
+        double ends[] = {middle, middle};
+        if (above > 0) caps.push_back({ends[0] = place(value + above), at - halfCap, at + halfCap});
+        if (below > 0) caps.push_back({ends[1] = place(value - below), at - halfCap, at + halfCap});
+        bars.push_back(barBetween(at, ends[0], ends[1]));
+    }
+
+    std::vector<Bar> bars;
+    std::vector<Bar> caps;
+
+  private:
+    const Scale &along;
+    double halfCap;
+};
+
+} // namespace
+
+// As wide as the curve's symbols, so that the caps don't hide them.
+static double halfCapOf(const CurveLook &look) {
+    static constexpr double halfCapAlone = 2; // in points
+    if (!look.symbols) return halfCapAlone;
+    double half = halfWidthOfSymbol(look.symbol[0], look.symbolSize);
+    for (std::size_t i = 1; i < look.symbol.size(); ++i)
+        if (look.symbol[i] > 0)
+            half = std::max(half, halfWidthOfSymbol(look.symbol[i], look.symbolSize));
+    return half;
 }
 
 void drawErrorBars(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame) {
+    if (!curve.xErrors && !curve.yErrors) return;
     const CurveLook &look = curve.column->look;
-    const Column *yError = curve.yErrors;
-    const Column *xError = curve.xErrors;
-    if (!yError && !xError) return;
-
-    const double halfCap = std::max(look.symbolSize, 3.0) / 2;
+    const ShownPoints points =
+        shownPoints(*curve.table, *curve.column, curve.xErrors, curve.yErrors);
+    const double halfCap = halfCapOf(look);
     const Scale &horizontal = frame.scales[curve.horizontalAxis()];
     const Scale &vertical = frame.scales[curve.verticalAxis()];
-    const std::vector<double> &x = curve.table->x.values;
-    const std::vector<double> &y = curve.column->values;
     const Box near = frame.box().grownBy(halfCap);
-    std::vector<Bar> upright;
-    std::vector<Bar> level;
-    double low = 0;
-    double high = 0;
-    for (std::size_t i = 0; i < std::min(x.size(), y.size()); ++i) {
-        const Point at{horizontal.position(x[i]), frame.height - vertical.position(y[i])};
+    ErrorBars ofX(horizontal, halfCap);
+    ErrorBars ofY(vertical, halfCap);
+    for (std::size_t i = 0; i < points.y.size(); ++i) {
+        const double x = points.x[i];
+        const double y = points.y[i];
+        const Point at{horizontal.position(x), frame.height - vertical.position(y)};
         if (isBreak(at)) continue;
-        if (yError && yError->values[i] > 0 && at.x >= near.left && at.x <= near.right) {
-            errorEnds(y[i], yError->values[i], vertical, low, high);
-            upright.push_back(barBetween(at.x, frame.height - low, frame.height - high));
-            for (const double end : {frame.height - low, frame.height - high})
-                level.push_back({end, at.x - halfCap, at.x + halfCap});
-        }
-        if (xError && xError->values[i] > 0 && at.y >= near.top && at.y <= near.bottom) {
-            errorEnds(x[i], xError->values[i], horizontal, low, high);
-            level.push_back(barBetween(at.y, low, high));
-            for (const double end : {low, high})
-                upright.push_back({end, at.y - halfCap, at.y + halfCap});
-        }
+        if (curve.yErrors && at.x >= near.left && at.x <= near.right)
+            ofY.add(y, points.yBars.above[i], points.yBars.below[i], at.x, frame.height, -1);
+        if (curve.xErrors && at.y >= near.top && at.y <= near.bottom)
+            ofX.add(x, points.xBars.above[i], points.xBars.below[i], at.y, 0, 1);
     }
-    strokeBars(cr, upright, level, look, frame);
+    ofY.bars.insert(ofY.bars.end(), ofX.caps.begin(), ofX.caps.end());
+    ofX.bars.insert(ofX.bars.end(), ofY.caps.begin(), ofY.caps.end());
+    strokeBars(cr, ofY.bars, ofX.bars, look, frame);
 }
 
 } // namespace plotwerk

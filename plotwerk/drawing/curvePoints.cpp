@@ -1,33 +1,21 @@
 #include "plotwerk/drawing/curvePoints.h"
 
-#include "plotwerk/model/sampledFunction.h"
+#include "plotwerk/model/shownPoints.h"
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <utility>
 
 namespace plotwerk {
 
 static constexpr double mostInterpolatedPoints = 4e6; // 64 MB of path
 
-static Path meansOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
-    std::vector<double> x = curve.table->x.values;
-    std::vector<double> y = curve.column->values;
-    const int means = averageBlocks(x, y, curve.column->look.sum);
+static Path onPaper(std::span<const double> x, std::span<const double> y, const DrawnCurve &curve,
+                    const ScaledFrame &frame) {
     Path path;
-    path.reserve(static_cast<std::size_t>(means));
-    for (int i = 0; i < means; ++i)
-        path.push_back(frame.at(x[i], y[i], curve.horizontalAxis(), curve.verticalAxis()));
-    return path;
-}
-
-Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
-    const std::vector<double> &x = curve.table->x.values;
-    const std::vector<double> &y = curve.column->values;
-    const std::size_t rows = std::min(x.size(), y.size());
-    Path path;
-    path.reserve(rows);
-    for (std::size_t i = 0; i < rows; ++i) {
+    path.reserve(y.size());
+    for (std::size_t i = 0; i < y.size(); ++i) {
         const bool valid = std::isfinite(x[i]) && std::isfinite(y[i]);
         path.push_back(valid ? frame.at(x[i], y[i], curve.horizontalAxis(), curve.verticalAxis())
                              : pathBreak);
@@ -35,8 +23,13 @@ Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
     return path;
 }
 
+Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
+    return onPaper(curve.table->x.values, curve.column->values, curve, frame);
+}
+
 Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
-    return curve.column->look.sum > 1 ? meansOnPaper(curve, frame) : rowsOnPaper(curve, frame);
+    const ShownPoints points = shownPoints(*curve.table, *curve.column, {}, {});
+    return onPaper(points.x, points.y, curve, frame);
 }
 
 // Second derivatives at the points of a natural cubic spline y(x) (Press et al., tridiagonal

@@ -2,7 +2,7 @@
 #ifndef PLOTWERK_DRAWING_DRAWNCURVES_H
 #define PLOTWERK_DRAWING_DRAWNCURVES_H
 
-#include "plotwerk/model/document.h"
+#include "plotwerk/model/errorColumns.h"
 
 #include <vector>
 
@@ -11,8 +11,8 @@ namespace plotwerk {
 struct DrawnCurve {
     const Table *table = nullptr;
     const Column *column = nullptr;
-    const Column *xErrors = nullptr; // shown as bars; null for none
-    const Column *yErrors = nullptr;
+    Errors xErrors{}; // shown as bars
+    Errors yErrors{};
     int index = 0; // among all curves of the document
 
     AxisCode horizontalAxis() const { return column->look.upperX ? upperXAxis : xAxis; }

@@ -8,6 +8,7 @@ namespace plotwerk {
 // below, where all numbers of an axis turn their whole width to it.
 static constexpr double gapBeside = 5;
 static constexpr double gapBelow = 6.5;
+static constexpr double commonGap = 5; // from the numbers to what they have in common
 
 static Side numberSide(const PlacedAxis &axis) {
     const bool inside = axis.settings->numbersInside;
@@ -61,6 +62,40 @@ static void dropCrossedNumbers(PlacedFrame &frame) {
     }
 }
 
+static void widen(Box &box, const Box &by) {
+    box.left = std::min(box.left, by.left);
+    box.top = std::min(box.top, by.top);
+    box.right = std::max(box.right, by.right);
+    box.bottom = std::max(box.bottom, by.bottom);
+}
+
+// What the numbers of an axis have in common goes beyond them: of a horizontal axis to its right
+// end, of a vertical one above the frame, and above other numbers there.
+static void placeCommon(PlacedAxis &axis, const PlacedFrame &frame, const Typesetter &typesetter) {
+    if (axis.numbers.empty() || axis.marks.common.empty()) return;
+    Box numbers = axis.numbers.front().bounds();
+    for (const PlacedNumber &number : axis.numbers) widen(numbers, number.bounds());
+
+    PlacedNumber common = commonNumber(axis.marks.common, typesetter);
+    const Side side = numberSide(axis);
+    const double away = commonGap + common.height / 2;
+    switch (side) {
+    case Side::below: common.middle.y = numbers.bottom + away; break;
+    case Side::above: common.middle.y = numbers.top - away; break;
+    case Side::leftOf: common.middle.x = numbers.left + common.width / 2; break;
+    case Side::rightOf: common.middle.x = numbers.right - common.width / 2; break;
+    }
+    if (isHorizontal(side)) {
+        common.middle.x = frame.width - common.width / 2;
+    } else {
+        common.middle.y = std::min(numbers.top, 0.0) - away;
+        for (const PlacedNumber &number : frame.axes[upperXAxis].numbers)
+            if (boxesMeet(common.bounds(), number.bounds().grownBy(commonGap)))
+                common.middle.y = number.bounds().top - away;
+    }
+    axis.common = std::move(common);
+}
+
 static Box reachOf(const PlacedFrame &frame) {
     Box reach = frame.box();
     for (const PlacedAxis &axis : frame.axes) {
@@ -74,15 +109,17 @@ static Box reachOf(const PlacedFrame &frame) {
                 reach.right = std::max(reach.right, end);
             }
         }
-        for (const PlacedNumber &number : axis.numbers) {
-            const Box box = number.bounds();
-            reach.left = std::min(reach.left, box.left);
-            reach.top = std::min(reach.top, box.top);
-            reach.right = std::max(reach.right, box.right);
-            reach.bottom = std::max(reach.bottom, box.bottom);
-        }
+        for (const PlacedNumber &number : axis.numbers) widen(reach, number.bounds());
+        if (axis.common && axis.code != xAxis) widen(reach, axis.common->bounds());
     }
     return reach;
+}
+
+static bool showsTime(AxisCode code, const std::vector<DrawnCurve> &curves) {
+    return std::ranges::any_of(curves, [&](const DrawnCurve &curve) {
+        return (curve.horizontalAxis() == code && curve.table->x.isTime) ||
+               (curve.verticalAxis() == code && curve.column->isTime);
+    });
 }
 
 PlacedFrame frameOf(const Document &document, const std::vector<DrawnCurve> &curves,
@@ -98,8 +135,8 @@ PlacedFrame frameOf(const Document &document, const std::vector<DrawnCurve> &cur
         axis.settings = &document.axes[code];
         axis.drawn = !axis.settings->noLine && (frame.own[code] || frame.closed);
         if (frame.own[code])
-            axis.marks =
-                marksBeside(*axis.settings, frame.scales[code], numberSide(axis), typesetter);
+            axis.marks = marksBeside(*axis.settings, frame.scales[code], showsTime(code, curves),
+                                     numberSide(axis), typesetter);
     }
     for (PlacedAxis &axis : frame.axes) {
         if (frame.own[axis.code])
@@ -108,6 +145,7 @@ PlacedFrame frameOf(const Document &document, const std::vector<DrawnCurve> &cur
             axis.marks = frame.axes[opposite(axis.code)].marks;
     }
     dropCrossedNumbers(frame);
+    for (PlacedAxis &axis : frame.axes) placeCommon(axis, frame, typesetter);
     frame.outside = reachOf(frame);
     return frame;
 }

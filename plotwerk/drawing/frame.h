@@ -10,6 +10,7 @@
 #include "plotwerk/drawing/scaledFrame.h"
 
 #include <array>
+#include <optional>
 #include <vector>
 
 namespace plotwerk {
@@ -18,8 +19,9 @@ struct PlacedAxis {
     AxisCode code = xAxis;
     const Axis *settings = nullptr;
     bool drawn = false;
-    AxisMarks marks;                   // the opposite axis's where the axis repeats it
-    std::vector<PlacedNumber> numbers; // in the coordinates of the picture; none where it repeats
+    AxisMarks marks;                    // the opposite axis's where the axis repeats it
+    std::vector<PlacedNumber> numbers;  // in the coordinates of the picture; none where it repeats
+    std::optional<PlacedNumber> common; // to them, beside them at the axis's end
 
     bool horizontal() const { return isHorizontal(code); }
     // Towards the inside of the frame.
@@ -31,7 +33,8 @@ struct PlacedFrame : ScaledFrame {
     double thickness = 0;
     std::array<PlacedAxis, axisCount> axes{};
 
-    // How far ticks and numbers reach to each side.
+    // How far ticks and numbers reach to each side, but for what those below have in common: that
+    // stands in the title's line.
     Box outside{};
 };
 

@@ -59,33 +59,79 @@ bool needsPowers(double x) {
     return exponential != 0;
 }
 
-NumberFormat formatOfNumbers(double increment, double largest, int precision, bool exponents) {
+// More would have to be counted. Where the numbers differ by less than a thousandth, the first
+// three digits or more are the same for all.
+static constexpr int mostReadDigits = 7;
+static constexpr double leastShared = 1000;
+
+// The tick that is a multiple of the highest power of ten.
+static double roundest(const std::vector<double> &ticks) {
+    return *std::ranges::min_element(ticks, {}, placesOf);
+}
+
+static double largestFrom(double offset, const std::vector<double> &ticks) {
+    return ticks.empty()
+               ? 0
+               : std::max(std::abs(ticks.front() - offset), std::abs(ticks.back() - offset));
+}
+
+NumberFormat formatOfNumbers(double increment, const std::vector<double> &ticks, int precision,
+                             bool exponents) {
+    NumberFormat format;
     const int places = placesOf(increment);
-    const int exponent = largest > 0 ? plw::decimalExponent(largest) : 0;
+    const auto exponentOf = [](double x) { return x > 0 ? plw::decimalExponent(x) : 0; };
+    double largest = largestFrom(0, ticks);
+    const double span = std::max(largest > 0 ? ticks.back() - ticks.front() : 0, increment);
+    if (exponentOf(largest) + places + 1 > mostReadDigits && largest > leastShared * span) {
+        format.offset = roundest(ticks);
+        largest = largestFrom(format.offset, ticks);
+    }
+
+    const int exponent = exponentOf(largest);
     const int fixedDecimals = std::clamp(places, 0, mostDecimals);
     const int mantissaDecimals = std::clamp(places + exponent, 0, mostDecimals);
-
-    // "×10" and a small exponent take the room of some four digits
-    const int fixedLength = std::max(exponent, 0) + fixedDecimals + (places > 0);
-    const int mantissaLength = mantissaDecimals + (mantissaDecimals > 0) + 4;
-
-    NumberFormat format;
-    format.powers = exponents || (needsPowers(largest) &&
-                                  (places > mostDecimals || mantissaLength <= fixedLength));
-    if (exponent == 0) format.powers = false;
-    format.exponent = format.powers ? exponent : 0;
-    format.decimals = format.powers ? mantissaDecimals : fixedDecimals;
-    format.decimals = std::max(precision, format.decimals);
+    const auto lengthWith = [](int decimals) { return 1 + decimals + (decimals > 0); };
+    const bool shorter =
+        lengthWith(mantissaDecimals) < lengthWith(fixedDecimals) + std::max(exponent, 0);
+    const bool powers = exponents || (needsPowers(largest) && (places > mostDecimals || shorter));
+    format.exponent = powers ? exponent : 0;
+    format.eachPower = exponents;
+    format.decimals = std::max(precision, format.exponent != 0 ? mantissaDecimals : fixedDecimals);
     return format;
 }
 
-RichText numberText(double value, const NumberFormat &format) {
-    if (!format.powers || value == 0)
-        return plain(fixedText(value, format.powers ? 0 : format.decimals));
+static RichText withPower(const std::string &before, int exponent) {
+    RichText text = plain(before + "10");
+    appendSuperscript(text, integerText(exponent));
+    return text;
+}
 
-    const double mantissa = value / std::pow(10.0, format.exponent);
-    RichText text = plain(fixedText(mantissa, format.decimals) + "\u00d710");
-    appendSuperscript(text, integerText(format.exponent));
+RichText numberText(double value, const NumberFormat &format) {
+    const double difference = value - format.offset;
+    if (format.exponent == 0) return plain(fixedText(difference, format.decimals));
+
+    const double mantissa = difference / std::pow(10.0, format.exponent);
+    if (!format.eachPower) return plain(fixedText(mantissa, format.decimals));
+    if (difference == 0) return plain("0");
+    return withPower(fixedText(mantissa, format.decimals) + "\u00d7", format.exponent);
+}
+
+// In the shorter one of both notations.
+static RichText offsetText(double offset) {
+    const int exponent = plw::decimalExponent(offset);
+    const int places = std::clamp(placesOf(offset), 0, mostDecimals);
+    const int mantissaDecimals = std::max(placesOf(offset) + exponent, 0);
+    return logNumberText(offset, mantissaDecimals + 6 < std::max(exponent, 0) + places, -1);
+}
+
+RichText commonText(const NumberFormat &format) {
+    RichText text;
+    if (format.exponent != 0 && !format.eachPower) text = withPower("\u00d7", format.exponent);
+    if (format.offset == 0) return text;
+    const std::string sign = format.offset < 0 ? "\u2212 " : "+ ";
+    RichText offset = offsetText(std::abs(format.offset));
+    offset.front().text.insert(0, text.empty() ? sign : " " + sign);
+    text.insert(text.end(), offset.begin(), offset.end());
     return text;
 }
 
@@ -98,9 +144,7 @@ RichText logNumberText(double value, bool powers, int precision) {
     const double mantissa = value / std::pow(10.0, exponent);
     const int decimals = std::clamp(placesOf(mantissa), 0, mostDecimals);
     std::string before = fixedText(mantissa, decimals);
-    RichText text = plain(before == "1" ? "10" : before + "\u00d710");
-    appendSuperscript(text, integerText(exponent));
-    return text;
+    return withPower(before == "1" ? "" : before + "\u00d7", exponent);
 }
 
 } // namespace plotwerk

@@ -4,24 +4,36 @@
 
 #include "plotwerk/drawing/richText.h"
 
+#include <vector>
+
 namespace plotwerk {
 
-// How all numbers of an axis are written.
+// How all numbers of an axis are written: what is left of the value without the offset and the
+// common power of ten.
 struct NumberFormat {
-    int decimals = 0;    // of the number, or of what stands before the power of ten
-    bool powers = false; // as 1.5×10^exponent
-    int exponent = 0;    // the same for all
+    int decimals = 0;       // of the number, or of what stands before the power of ten
+    int exponent = 0;       // of the power of ten, the same for all; 0 for none
+    bool eachPower = false; // as 1.5×10^exponent; else the power stands once, beside the axis
+    double offset = 0;      // stands once, beside the axis
 };
 
-// The format in which numbers that are multiples of the increment, up to largest in magnitude, are
-// told apart: as many decimals as FormatOfReal finds in the increment, and powers of ten where it
-// takes the exponential notation for the largest, unless that were longer. Precision is the least
-// number of decimals; with exponents there are always powers of ten.
-//   0.25, 1 -> 0.00 0.25 ...    2e5, 1e6 -> 2×10^5 ... (exponent 6: 0.2×10^6)
-NumberFormat formatOfNumbers(double increment, double largest, int precision, bool exponents);
+// The format in which these ticks, multiples of the increment in ascending order, are told apart:
+//   with as many decimals as FormatOfReal finds in the increment;
+//   without the roundest of the ticks where more than seven digits would be needed and the first
+//   ones are the same for all;
+//   without a common power of ten where FormatOfReal takes the exponential notation for the largest
+//   and the numbers get shorter by that.
+// Precision is the least number of decimals; with exponents each number has its power of ten.
+//   0, 0.25, 0.5 -> 0.00 0.25 0.50                 0, 2e-12, 4e-12 -> 0 2 4, ×10^-12
+//   1234567000, 1234567020 -> 0 20, + 1234567000
+NumberFormat formatOfNumbers(double increment, const std::vector<double> &ticks, int precision,
+                             bool exponents);
 
 // Zero is written without a power of ten.
 RichText numberText(double value, const NumberFormat &format);
+
+// What the numbers have in common, as "×10^-6 + 1234567"; empty for nothing.
+RichText commonText(const NumberFormat &format);
 
 // Whether FormatOfReal takes the exponential notation: below 0.001 and from 1e6 on.
 bool needsPowers(double value);

@@ -7,8 +7,8 @@
 
 namespace plotwerk {
 
-// Between data and frame, as a part of the axis: 5 mm of 12 cm, so that a symbol or an error bar's
-// cap at the outermost point is not cut.
+// Between data and frame, as a part of the axis: 5 mm of 12 cm, so that a line doesn't run along
+// the frame, and a symbol or an error bar's cap at the outermost point is not cut.
 static constexpr double room = 0.04;
 
 AxisCode opposite(AxisCode code) {
@@ -35,23 +35,18 @@ static bool hasOwnScale(const Document &document, AxisCode code,
            !hasAnyLimit(document.axes[opposite(code)].range);
 }
 
-static bool hasMarks(AxisCode code, const std::vector<DrawnCurve> &curves) {
-    return std::any_of(curves.begin(), curves.end(), [&](const DrawnCurve &curve) {
+// Whether areas or drop lines rise against the axis.
+static bool hasBase(AxisCode code, const std::vector<DrawnCurve> &curves) {
+    return std::ranges::any_of(curves, [&](const DrawnCurve &curve) {
         const CurveLook &look = curve.column->look;
-        return curve.horizontalAxis() == code &&
-               (look.symbols || look.marker || look.yError || look.xError);
+        return curve.verticalAxis() == code && (look.marker || look.filled);
     });
 }
 
 // The limits of the data; those that aren't set take in where drop lines and areas begin.
-static Range drawnRange(const Document &document, AxisCode code,
-                        const std::vector<DrawnCurve> &curves) {
+static Range drawnRange(const Document &document, AxisCode code, bool fromBase) {
     const Axis &axis = document.axes[code];
     Range range = rangeOf(document, code);
-    const bool fromBase = std::any_of(curves.begin(), curves.end(), [&](const DrawnCurve &curve) {
-        const CurveLook &look = curve.column->look;
-        return curve.verticalAxis() == code && (look.marker || look.filled);
-    });
     if (!fromBase || axis.logarithmic) return range;
     const double base = baseValue(document.frame);
     if (std::isnan(axis.range.min)) range.min = std::min(range.min, base);
@@ -59,14 +54,14 @@ static Range drawnRange(const Document &document, AxisCode code,
     return range;
 }
 
-// That range with some room beyond the limits that aren't set, but none below or above zero for
-// data that end there.
+// That range with some room beyond the limits that aren't set, but none below or above a zero on
+// which areas or drop lines stand.
 static Range shownRange(const Document &document, AxisCode code,
                         const std::vector<DrawnCurve> &curves) {
     const Axis &axis = document.axes[code];
-    Range range = drawnRange(document, code, curves);
-    const bool horizontal = isHorizontal(code);
-    if ((horizontal && !hasMarks(code, curves)) || !(range.min < range.max)) return range;
+    const bool fromBase = hasBase(code, curves);
+    Range range = drawnRange(document, code, fromBase);
+    if (!(range.min < range.max)) return range;
 
     if (axis.logarithmic) {
         const double factor = std::pow(range.max / range.min, room);
@@ -75,8 +70,9 @@ static Range shownRange(const Document &document, AxisCode code,
         if (std::isnan(axis.range.max)) range.max *= factor;
     } else {
         const double margin = room * (range.max - range.min);
-        if (std::isnan(axis.range.min) && (horizontal || range.min != 0)) range.min -= margin;
-        if (std::isnan(axis.range.max) && (horizontal || range.max != 0)) range.max += margin;
+        const auto standOn = [&](double limit) { return fromBase && limit == 0; };
+        if (std::isnan(axis.range.min) && !standOn(range.min)) range.min -= margin;
+        if (std::isnan(axis.range.max) && !standOn(range.max)) range.max += margin;
     }
     return range;
 }

@@ -48,8 +48,8 @@ struct ScaledFrame {
 };
 
 // The frame for these curves of the document. Limits that are set are the ends of an axis. Others
-// follow the data and take in where areas and drop lines begin, with some room beyond for symbols
-// and bars, but none below or above zero for y that end there.
+// follow the data and take in where areas and drop lines begin, with some room beyond, but none
+// below or above a zero on which areas or drop lines stand.
 ScaledFrame scaledFrameOf(const Document &document, const std::vector<DrawnCurve> &curves);
 
 } // namespace plotwerk

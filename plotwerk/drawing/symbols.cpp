@@ -64,6 +64,19 @@ static Shape shapeOf(int code) {
     }
 }
 
+double halfWidthOfSymbol(int code, double size) {
+    const int symbol = code % symbolCount;
+    switch (shapeOf(symbol)) {
+    case Shape::square: return std::sqrt(0.5) * 0.64 * size;
+    case Shape::triangle:
+    case Shape::triangleDown: return std::sqrt(0.75) * 0.68 * size;
+    case Shape::diamond: return 0.68 * size;
+    case Shape::dot: return 0.2 * size;
+    case Shape::strokes: return symbol == 11 ? 0.48 * size : symbol == 13 ? 0 : 0.6 * size;
+    default: return 0.5 * size;
+    }
+}
+
 void setColour(cairo_t *cr, const Colour &colour) {
     cairo_set_source_rgba(cr, colour.red, colour.green, colour.blue, colour.opacity);
 }

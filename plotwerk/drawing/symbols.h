@@ -19,6 +19,9 @@ constexpr int symbolCount = 16;
 void drawSymbol(cairo_t *cr, int code, const Point &at, double size, double lineThickness,
                 const Colour &colour, bool whiteInside);
 
+// How far it reaches to either side.
+double halfWidthOfSymbol(int code, double size);
+
 void setColour(cairo_t *cr, const Colour &colour);
 
 } // namespace plotwerk

@@ -14,10 +14,10 @@ namespace plotwerk {
 static constexpr double mostTicks = 1000;
 
 // In points. Lines of 0.75 points, the default, are told apart from 2 points on, and don't look
-// crowded from 3 on; who asks for more gets it as long as ticks don't merge into a bar.
+// crowded from 3 on (leastSmallTickDistance); who asks for more gets it as long as ticks don't
+// merge into a bar. A tick beyond the axis by a quarter of its line is seen on it.
 static constexpr double leastTickDistance = 2;
-static constexpr double leastSmallTickDistance = 3;
-static constexpr double leastGivenTickDistance = 0.5;
+static constexpr double mostBeyond = 0.2;
 
 // Points per decade from which every decade has its tick, and those from which it also has small
 // ones at 2..9: the narrowest gap, from 9 to 10, is log10(10/9) = 0.046 of a decade, there 0.9
@@ -67,25 +67,21 @@ static RoundStep finestStepFrom(double least) {
     return step;
 }
 
-// The multiples of the step within the limits, or beside them by no more than rounding; none where
-// there are too many.
-static std::vector<double> multiplesOf(double step, const Scale &scale) {
-    const auto slack = [](double k) { return std::max(1e-9, std::abs(k) * 4e-16); };
-    const double low = scale.min / step;
-    const double high = scale.max / step;
-    const double first = std::ceil(low - slack(low));
-    const double last = std::floor(high + slack(high));
+bool isOnAxis(double value, const Scale &scale) {
+    const double at = scale.position(value);
+    return at >= -mostBeyond && at <= scale.length + mostBeyond;
+}
+
+std::vector<double> multiplesOf(double step, const Scale &scale) {
+    const double first = std::floor(scale.min / step);
+    const double last = std::ceil(scale.max / step);
     std::vector<double> values;
     if (!(last - first <= 2 * mostTicks)) return values;
     const int count = static_cast<int>(last - first) + 1;
-    for (int i = 0; i < count; ++i) values.push_back(multiple(first + i, step));
+    for (int i = 0; i < count; ++i)
+        if (const double value = multiple(first + i, step); isOnAxis(value, scale))
+            values.push_back(value);
     return values;
-}
-
-static double largestMagnitude(const std::vector<double> &values) {
-    double largest = 0;
-    for (const double value : values) largest = std::max(largest, std::abs(value));
-    return largest;
 }
 
 static std::vector<AxisNumber> numbersAt(const std::vector<double> &values,
@@ -96,10 +92,8 @@ static std::vector<AxisNumber> numbersAt(const std::vector<double> &values,
     return numbers;
 }
 
-// As many of the numbers as fit: all, or every second, fifth, tenth, ...; at last only one. Counts
-// so that the number with the index 0 stays, if there is one; firstIndex is that of the first.
-static std::vector<AxisNumber> thinned(const std::vector<AxisNumber> &numbers, double firstIndex,
-                                       const NumbersFit &fit) {
+std::vector<AxisNumber> thinned(const std::vector<AxisNumber> &numbers, double firstIndex,
+                                const NumbersFit &fit) {
     if (numbers.size() <= 1 || fit(numbers)) return numbers;
     for (RoundStep n{2, 0}; n.value() < static_cast<double>(numbers.size()); n = n.coarser()) {
         std::vector<AxisNumber> chosen;
@@ -134,7 +128,7 @@ static int smallTicksBetween(const Axis &axis, int digit, double tickDistance) {
     return tickDistance / (coarse + 1) >= leastSmallTickDistance ? coarse : 0;
 }
 
-static bool isUsableIncrement(double increment, const Scale &scale) {
+bool isUsableIncrement(double increment, const Scale &scale) {
     return increment > 0 && // false where it is unset
            (scale.max - scale.min) / increment <=
                std::min(mostTicks, scale.length / leastTickDistance) &&
@@ -148,7 +142,8 @@ static AxisMarks marksAtIncrement(const Axis &axis, const Scale &scale, const Nu
     AxisMarks marks;
     marks.ticks = multiplesOf(increment, scale);
     const NumberFormat format =
-        formatOfNumbers(increment, largestMagnitude(marks.ticks), axis.precision, axis.exponents);
+        formatOfNumbers(increment, marks.ticks, axis.precision, axis.exponents);
+    marks.common = commonText(format);
     marks.numbers =
         thinned(numbersAt(marks.ticks, format), std::round(marks.ticks.front() / increment), fit);
 
@@ -158,26 +153,33 @@ static AxisMarks marksAtIncrement(const Axis &axis, const Scale &scale, const Nu
     return marks;
 }
 
-static AxisMarks linearMarks(const Axis &axis, const Scale &scale, double spacing,
+static AxisMarks linearMarks(const Axis &axis, const Scale &scale, const NumberSpacing &spacing,
                              const NumbersFit &fit) {
     if (isUsableIncrement(axis.increment, scale) && !multiplesOf(axis.increment, scale).empty())
         return marksAtIncrement(axis, scale, fit);
 
     const double span = scale.max - scale.min;
-    const double most = std::clamp(scale.length / spacing, 2.0, mostTicks);
+    const double most = std::clamp(scale.length / spacing.closest, 2.0, mostTicks);
     RoundStep finest = finestStepFrom(span / most);
     while (multiplesOf(finest.value(), scale).size() < 2) finest = finest.finer();
 
+    RoundStep step = finest;
+    const auto isEnough = [&](const RoundStep &at) {
+        return static_cast<double>(multiplesOf(at.value(), scale).size()) >=
+               spacing.least(scale.length);
+    };
+    while (isEnough(step.coarser())) step = step.coarser();
+
     // a wider step until the numbers fit, in no more decimals than the axis asks for; but never
     // less than two numbers for want of that
-    RoundStep step = finest;
     AxisMarks marks;
     bool precise = true;
     const auto markAt = [&](const RoundStep &at) {
         marks.ticks = multiplesOf(at.value(), scale);
-        const NumberFormat format = formatOfNumbers(at.value(), largestMagnitude(marks.ticks),
-                                                    axis.precision, axis.exponents);
+        const NumberFormat format =
+            formatOfNumbers(at.value(), marks.ticks, axis.precision, axis.exponents);
         marks.numbers = numbersAt(marks.ticks, format);
+        marks.common = commonText(format);
         precise = axis.precision < 0 || format.decimals <= axis.precision;
     };
     markAt(step);
@@ -198,22 +200,23 @@ static AxisMarks linearMarks(const Axis &axis, const Scale &scale, double spacin
 // The multiples of the given digits in every decade that lie within the limits.
 static std::vector<double> digitsOfDecades(const Scale &scale, std::initializer_list<int> digits,
                                            int everyDecade = 1) {
-    const int first = static_cast<int>(std::floor(std::log10(scale.min) - 1e-9));
-    const int last = static_cast<int>(std::floor(std::log10(scale.max) + 1e-9));
+    const int first = static_cast<int>(std::floor(std::log10(scale.min))) - 1;
+    const int last = static_cast<int>(std::floor(std::log10(scale.max))) + 1;
     std::vector<double> values;
     for (int decade = first; decade <= last; ++decade) {
         if (decade % everyDecade != 0) continue;
         for (const int digit : digits) {
             const double value = multiple(digit, std::pow(10.0, decade));
-            if (value >= scale.min * (1 - 1e-12) && value <= scale.max * (1 + 1e-12))
-                values.push_back(value);
+            if (isOnAxis(value, scale)) values.push_back(value);
         }
     }
     return values;
 }
 
 static std::vector<AxisNumber> logNumbersAt(const std::vector<double> &values, const Axis &axis) {
-    const bool powers = axis.exponents || std::any_of(values.begin(), values.end(), needsPowers);
+    const bool wide = !values.empty() && values.back() > 1001 * values.front();
+    const bool powers = axis.exponents || (wide && axis.precision < 0) ||
+                        std::any_of(values.begin(), values.end(), needsPowers);
     std::vector<AxisNumber> numbers;
     numbers.reserve(values.size());
     for (const double value : values)
@@ -243,14 +246,14 @@ static std::vector<double> smallLogTicks(const Axis &axis, const Scale &scale,
 }
 
 // Numbers at every n-th decade, n as small as they fit.
-static AxisMarks decadeMarks(const Axis &axis, const Scale &scale, double spacing,
+static AxisMarks decadeMarks(const Axis &axis, const Scale &scale, double closest,
                              const NumbersFit &fit) {
     AxisMarks marks;
     int n = std::max(axis.logNumbersAt, 1);
     if (axis.logNumbersAt < 1) {
         for (const int step : {1, 2, 3, 5, 10, 20, 50, 100, 200}) {
             n = step;
-            if (n * scale.factor < spacing) continue;
+            if (n * scale.factor < closest) continue;
             if (fit(logNumbersAt(digitsOfDecades(scale, {1}, n), axis))) break;
         }
     }
@@ -281,21 +284,21 @@ static AxisMarks digitMarks(const Axis &axis, const Scale &scale, const NumbersF
     return marks;
 }
 
-static AxisMarks logarithmicMarks(const Axis &axis, const Scale &scale, double spacing,
-                                  const NumbersFit &fit) {
+static AxisMarks logarithmicMarks(const Axis &axis, const Scale &scale,
+                                  const NumberSpacing &spacing, const NumbersFit &fit) {
     const double decades = scale.length / scale.factor;
     if (decades < fewestDecades) return linearMarks(axis, scale, spacing, fit);
     if (decades < fewDecades && axis.logNumbersAt < 1 && axis.logTicksAt < 1) {
         AxisMarks marks = digitMarks(axis, scale, fit);
         if (marks.numbers.size() > 1) return marks;
     }
-    return decadeMarks(axis, scale, spacing, fit);
+    return decadeMarks(axis, scale, spacing.closest, fit);
 }
 
-AxisMarks marksOf(const Axis &axis, const Scale &scale, double spacing, const NumbersFit &fit) {
-    const double dense = spacing / axis.labelDensity;
-    return scale.logarithmic ? logarithmicMarks(axis, scale, dense, fit)
-                             : linearMarks(axis, scale, dense, fit);
+AxisMarks marksOf(const Axis &axis, const Scale &scale, const NumberSpacing &spacing,
+                  const NumbersFit &fit) {
+    return scale.logarithmic ? logarithmicMarks(axis, scale, spacing, fit)
+                             : linearMarks(axis, scale, spacing, fit);
 }
 
 } // namespace plotwerk

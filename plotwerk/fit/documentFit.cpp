@@ -58,12 +58,12 @@ static CurveRef curveToFit(const Document &document) {
     return *only;
 }
 
-static FitData dataOf(const Document &document, const CurveRef &curve) {
+// The errors may be held in `means`.
+static FitData dataOf(const Document &document, const CurveRef &curve,
+                      std::vector<double> &means) {
     const Table &table = tableOf(document, curve);
     const Column &column = columnOf(document, curve);
-    FitData data{table.x.values, column.values, {}, document.fitRange};
-    if (const Column *errors = yErrorOf(table, column)) data.errors = errors->values;
-    return data;
+    return {table.x.values, column.values, yErrorsOf(table, column, means), document.fitRange};
 }
 
 // The limits between which the formula is drawn: of the points where the fit range leaves them.
@@ -99,14 +99,15 @@ static std::vector<double> samplesOf(const Range &range, int points, bool logari
     return x;
 }
 
-static Table tableOfFit(const Document &document, const CurveRef &fitted, const Formula &formula,
-                        const std::vector<FitParameter> &parameters, int points) {
+static Table tableOfFit(const Document &document, const CurveRef &fitted, const FitData &data,
+                        const Formula &formula, const std::vector<FitParameter> &parameters,
+                        int points) {
     const CurveLook &look = columnOf(document, fitted).look;
     const AxisCode axis = look.upperX ? upperXAxis : xAxis;
     Table table;
     table.x.name = tableOf(document, fitted).x.name;
     table.x.values =
-        samplesOf(drawnRange(dataOf(document, fitted)), points, document.axes[axis].logarithmic);
+        samplesOf(drawnRange(data), points, document.axes[axis].logarithmic);
     Column &column = table.y.emplace_back();
     column.name = "Fit";
     column.drawnByFit = true;
@@ -145,10 +146,12 @@ FitOutcome fitDocument(Document &document) {
     const Formula formula = formulaOf(document);
     const CurveRef fitted = curveToFit(document);
     std::vector<FitParameter> parameters = document.parameters;
-    FitOutcome outcome = fit(formula, dataOf(document, fitted), parameters);
+    std::vector<double> means;
+    const FitData data = dataOf(document, fitted, means);
+    FitOutcome outcome = fit(formula, data, parameters);
     if (outcome.status != fitConverged) return outcome;
 
-    show(tableOfFit(document, fitted, formula, parameters, outcome.result.points), fitted,
+    show(tableOfFit(document, fitted, data, formula, parameters, outcome.result.points), fitted,
          document);
     document.parameters = std::move(parameters);
     document.fit = outcome.result;

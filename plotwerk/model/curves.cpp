@@ -1,15 +1,11 @@
 #include "plotwerk/model/curves.h"
 
 #include "plotwerk/base/refusal.h"
-#include "plotwerk/model/names.h"
 
 #include <algorithm>
 #include <cmath>
 #include <set>
 #include <string>
-#include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 namespace plotwerk {
@@ -116,58 +112,19 @@ std::optional<CurveRef> firstSelectedCurve(const Document &document) {
     return first;
 }
 
-namespace {
-
-// The columns of errors in a table, all looked up at once: a table may have very many columns.
-struct Errors {
-    std::unordered_map<std::string_view, const Column *> of; // by the name of what they belong to
-    std::vector<bool> columns;                               // for each y column whether it is one
-
-    explicit Errors(const Table &table) : columns(table.y.size()) {
-        for (const Column &column : table.y)
-            if (column.name.ends_with(errorSuffix)) of.emplace(nameOfErrors(column), &column);
-        if (of.empty()) return;
-
-        std::unordered_set<std::string_view> names{table.x.name, "X"};
-        for (const Column &column : table.y) names.insert(column.name);
-        for (std::size_t i = 0; i < table.y.size(); ++i)
-            columns[i] =
-                table.y[i].name.ends_with(errorSuffix) && names.contains(nameOfErrors(table.y[i]));
-    }
-
-    const Column *find(std::string_view name) const {
-        const auto found = of.find(name);
-        return found == of.end() ? nullptr : found->second;
-    }
-
-  private:
-    // of what the errors belong to
-    static std::string_view nameOfErrors(const Column &column) {
-        return std::string_view(column.name).substr(0, column.name.size() - errorSuffix.size());
-    }
-};
-
-} // namespace
-
-std::vector<bool> errorColumns(const Table &table) {
-    return Errors(table).columns;
-}
-
 std::vector<PlottedCurve> plottedCurves(const Document &document) {
     std::vector<PlottedCurve> curves;
     CurveRef curve;
     for (const Source &source : document.sources) {
         curve.table = 0;
         for (const Table &table : source.tables) {
-            const Errors errors(table);
-            const Column *ofX = errors.find(table.x.name);
-            if (ofX == nullptr) ofX = errors.find("X");
+            const ErrorColumns errors(table);
             curve.column = 0;
             for (const Column &column : table.y) {
                 const CurveLook &look = column.look;
-                if (look.visible && !errors.columns[curve.column])
-                    curves.push_back({curve, look.yError ? errors.find(column.name) : nullptr,
-                                      look.xError ? ofX : nullptr});
+                if (look.visible && !errors.holdsErrors(curve.column))
+                    curves.push_back({curve, look.yError ? errors.ofY(curve.column) : Errors(),
+                                      look.xError ? errors.ofX() : Errors()});
                 ++curve.column;
                 ++curve.index;
             }
@@ -182,8 +139,9 @@ std::optional<CurveRef> onlyCurve(const Document &document) {
     std::vector<bool> holdsErrors; // by index
     for (const Source &source : document.sources)
         for (const Table &table : source.tables) {
-            const std::vector<bool> columns = errorColumns(table);
-            holdsErrors.insert(holdsErrors.end(), columns.begin(), columns.end());
+            const ErrorColumns errors(table);
+            for (std::size_t i = 0; i < table.y.size(); ++i)
+                holdsErrors.push_back(errors.holdsErrors(i));
         }
     std::vector<CurveRef> curves = curvesOf(document);
     std::erase_if(curves, [&](const CurveRef &curve) { return holdsErrors[curve.index]; });
@@ -211,10 +169,15 @@ CurveRef curveOfSeries(const Document &document, int series) {
     throw Refusal("no curve is selected");
 }
 
-const Column *yErrorOf(const Table &table, const Column &curve) {
-    const std::string name = errorNameOf(curve.name);
-    const auto found = std::ranges::find(table.y, name, &Column::name);
-    return found == table.y.end() ? nullptr : &*found;
+std::span<const double> yErrorsOf(const Table &table, const Column &curve,
+                                  std::vector<double> &means) {
+    const Errors errors = ErrorColumns(table).ofY(&curve - table.y.data());
+    if (!errors) return {};
+    if (!errors.isPair()) return errors.above->values;
+    means.resize(curve.values.size());
+    for (std::size_t row = 0; row < means.size(); ++row)
+        means[row] = (errors.above->values[row] + std::abs(errors.below->values[row])) / 2;
+    return means;
 }
 
 int rowsOf(const Table &table) {

@@ -5,8 +5,10 @@
 #define PLOTWERK_MODEL_CURVES_H
 
 #include "plotwerk/model/document.h"
+#include "plotwerk/model/errorColumns.h"
 
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -37,14 +39,10 @@ std::vector<CurveRef> firstOfEachTable(std::vector<CurveRef> curves);
 
 std::optional<CurveRef> firstSelectedCurve(const Document &document);
 
-// For each y column whether it holds errors: its name is that of another column, or of x or a plain
-// X, and " error". Such a column is no curve of its own where a document is drawn or measured.
-std::vector<bool> errorColumns(const Table &table);
-
 struct PlottedCurve {
     CurveRef curve;
-    const Column *yErrors = nullptr; // drawn as bars; null for none
-    const Column *xErrors = nullptr;
+    Errors yErrors{}; // drawn as bars
+    Errors xErrors{};
 };
 
 // The visible curves, columns of errors aside.
@@ -61,8 +59,10 @@ std::optional<CurveRef> fitCurve(const Document &document);
 // or else the only one. Refused when there is no such curve.
 CurveRef curveOfSeries(const Document &document, int series);
 
-// The column with the errors of a curve. Null if there is none.
-const Column *yErrorOf(const Table &table, const Column &curve);
+// The errors of a curve, which is a column of the table: one for each row, for a pair of columns
+// the mean of both. They may be held in `means`. Empty without errors.
+std::span<const double> yErrorsOf(const Table &table, const Column &curve,
+                                  std::vector<double> &means);
 
 // Rows of a table.
 int rowsOf(const Table &table);

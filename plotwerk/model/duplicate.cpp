@@ -19,11 +19,11 @@ static bool contains(const Range &range, double x) {
 // The columns that aren't plotted, neither as curves nor as the errors of one.
 static std::vector<bool> unplottedColumns(const Table &table) {
     std::vector<bool> unplotted(table.y.size());
-    const std::vector<bool> holdsErrors = errorColumns(table);
+    const ErrorColumns errors(table);
     bool plotted = false;
     for (std::size_t c = 0; c < table.y.size(); ++c) {
-        unplotted[c] = !holdsErrors[c] && !table.y[c].look.visible;
-        plotted = plotted || (!holdsErrors[c] && !unplotted[c]);
+        unplotted[c] = !errors.holdsErrors(c) && !table.y[c].look.visible;
+        plotted = plotted || (!errors.holdsErrors(c) && !unplotted[c]);
     }
     if (!plotted) unplotted.assign(table.y.size(), true);
     return unplotted;
@@ -31,11 +31,11 @@ static std::vector<bool> unplottedColumns(const Table &table) {
 
 // Leaves of a table the rows of which something is plotted.
 static void cutRows(Table &table, const Range &xRange, const Range &upperXRange) {
-    const std::vector<bool> holdsErrors = errorColumns(table);
+    const ErrorColumns errors(table);
     std::vector<const Range *> ranges; // of the visible curves; null for the other columns
     for (std::size_t c = 0; c < table.y.size(); ++c) {
         const CurveLook &look = table.y[c].look;
-        const bool drawn = !holdsErrors[c] && look.visible;
+        const bool drawn = !errors.holdsErrors(c) && look.visible;
         ranges.push_back(!drawn ? nullptr : look.upperX ? &upperXRange : &xRange);
     }
 

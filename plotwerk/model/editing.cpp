@@ -3,6 +3,7 @@
 #include "plotwerk/base/bounds.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/curves.h"
+#include "plotwerk/model/errorColumns.h"
 #include "plotwerk/model/limits.h"
 #include "plotwerk/model/names.h"
 #include "plotwerk/model/palette.h"
@@ -185,31 +186,38 @@ static Table tableOfExtremes(const ValidPoints &points, const std::vector<int> &
 }
 
 void renameSelection(Document &document, const std::string &name) {
-    requireName(errorNameOf(name)); // of the columns of errors that are renamed, too
-    // Of each table the columns of errors by name, from left to right: a column that has got the
-    // new name is one of them no more.
+    requireName(name + " error"); // as long as any column of errors that is renamed, too
+    // Of each table the columns of errors by what they belong to and by name, from left to right:
+    // of equal ones each curve takes the next.
     struct Named {
         std::vector<std::size_t> columns;
         std::size_t next = 0;
     };
-    std::unordered_map<const Table *, std::unordered_map<std::string, Named>> tables;
+    struct TableErrors {
+        ErrorColumns errors;
+        std::unordered_map<std::size_t, std::map<std::string, Named>> named; // by their owner
+    };
+    std::unordered_map<const Table *, TableErrors> tables;
 
     for (const CurveRef &curve : requireSelection(document)) {
         Table &table = tableOf(document, curve);
-        std::unordered_map<std::string, Named> &errors = tables[&table];
-        if (errors.empty())
+        const auto [found, isNew] =
+            tables.try_emplace(&table, TableErrors{ErrorColumns(table), {}});
+        auto &[errors, named] = found->second;
+        if (isNew)
             for (std::size_t i = 0; i < table.y.size(); ++i)
-                errors[table.y[i].name].columns.push_back(i);
+                if (const auto owner = errors.namedOwner(i))
+                    named[*owner][table.y[i].name].columns.push_back(i);
 
         Column &column = columnOf(document, curve);
-        const std::string errorName = errorNameOf(column.name);
-        if (const auto found = errors.find(errorName); found != errors.end()) {
-            auto &[columns, next] = found->second;
-            while (next < columns.size() && table.y[columns[next]].name != errorName) ++next;
-            if (next < columns.size() && table.y[columns[next]].rank == 0)
-                table.y[columns[next]].name = errorNameOf(name);
+        const std::string oldName = std::exchange(column.name, name);
+        const auto owned = named.find(errors.firstNamed(curve.column));
+        if (owned == named.end()) continue;
+        for (auto &[errorName, group] : owned->second) {
+            if (group.next == group.columns.size()) continue;
+            Column &held = table.y[group.columns[group.next++]];
+            if (held.rank == 0) held.name = errorNameAlong(errorName, oldName, name);
         }
-        column.name = name;
     }
 }
 
@@ -281,6 +289,7 @@ void differentiateSelection(Document &document) {
         Column column;
         column.name = original.name + "'";
         column.look = lookOfNewCurve(curvesBefore++, original.look);
+        column.look.sum = original.look.sum;
         column.values.assign(rowsOf(table), unset);
         for (int i = 0; i < points.n; ++i) column.values[points.row[i]] = derivatives[i];
         addColumn(document, table, std::move(column));

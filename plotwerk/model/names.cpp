@@ -36,10 +36,6 @@ std::string nameOf(std::string text) {
     return end == 0 ? text : name.append(text, end);
 }
 
-std::string errorNameOf(std::string name) {
-    return name.append(errorSuffix);
-}
-
 static int timesNamed = 0;
 
 int namesOfTheTime() {

@@ -9,9 +9,6 @@
 
 namespace plotwerk {
 
-// How the name of a column ends that has the errors of another one: "NAME error" of "NAME".
-inline constexpr std::string_view errorSuffix = " error";
-
 // The most bytes of a name, of a document, a source or a column.
 inline constexpr std::size_t longestName = 1000;
 
@@ -21,9 +18,6 @@ void requireName(std::string_view text);
 
 // The text with a space for each character that a name can't have; its length isn't looked at.
 std::string nameOf(std::string text);
-
-// "NAME error": the name of a column with the errors of the one called NAME.
-std::string errorNameOf(std::string name);
 
 // How the names of curves of extremes end.
 inline constexpr std::string_view maximaSuffix = " maxima";

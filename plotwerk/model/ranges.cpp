@@ -2,9 +2,11 @@
 
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/curves.h"
+#include "plotwerk/model/shownPoints.h"
 #include "util/number/format.h"
 
 #include <cmath>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -33,34 +35,36 @@ static void include(double value, bool logarithmic, Range &range) {
     if (!(range.max >= value)) range.max = value;
 }
 
-// Widens range to the points of a curve, and to their error bars if there are errors.
-static void include(const std::vector<double> &values, const std::vector<double> &others,
-                    const Column *errors, bool logarithmic, Range &range) {
+// Widens range to the values where there are others, too, and to their bars.
+static void include(std::span<const double> values, std::span<const double> others,
+                    const BarLengths &bars, bool logarithmic, Range &range) {
     for (std::size_t i = 0; i < values.size(); ++i) {
         if (!isShowable(values[i], logarithmic) || !std::isfinite(others[i])) continue;
         include(values[i], logarithmic, range);
-        if (errors == nullptr || !(errors->values[i] > 0)) continue;
-        include(values[i] - errors->values[i], logarithmic, range);
-        include(values[i] + errors->values[i], logarithmic, range);
+        if (bars.above.empty()) continue;
+        if (bars.above[i] > 0) include(values[i] + bars.above[i], logarithmic, range);
+        if (bars.below[i] > 0) include(values[i] - bars.below[i], logarithmic, range);
     }
 }
 
-// Widens range to what is drawn of a curve, if it is drawn against the axis.
-static void include(const Document &document, const PlottedCurve &plotted, AxisCode axis,
-                    Range &range) {
-    const std::vector<double> &x = tableOf(document, plotted.curve).x.values;
+// Widens range to those points of a curve, if it is drawn against the axis.
+static void include(const Document &document, const PlottedCurve &plotted,
+                    decltype(shownPoints) *pointsOf, AxisCode axis, Range &range) {
     const Column &column = columnOf(document, plotted.curve);
     if (!isDrawnAgainst(column.look, axis)) return;
+    const ShownPoints points =
+        pointsOf(tableOf(document, plotted.curve), column, plotted.xErrors, plotted.yErrors);
     const bool logarithmic = document.axes[axis].logarithmic;
     if (isXDirection(axis))
-        include(x, column.values, plotted.xErrors, logarithmic, range);
+        include(points.x, points.y, points.xBars, logarithmic, range);
     else
-        include(column.values, x, plotted.yErrors, logarithmic, range);
+        include(points.y, points.x, points.yBars, logarithmic, range);
 }
 
-static Range dataRange(const Document &document, AxisCode axis) {
+static Range dataRange(const Document &document, AxisCode axis, decltype(shownPoints) *pointsOf) {
     Range range;
-    for (const PlottedCurve &curve : plottedCurves(document)) include(document, curve, axis, range);
+    for (const PlottedCurve &plotted : plottedCurves(document))
+        include(document, plotted, pointsOf, axis, range);
     return range;
 }
 
@@ -102,7 +106,7 @@ bool hasAnyLimit(const Range &range) {
 
 Range rangeOf(const Document &document, AxisCode axis) {
     const Range &range = document.axes[axis].range;
-    return hasBothLimits(range) ? range : withData(range, dataRange(document, axis));
+    return hasBothLimits(range) ? range : withData(range, dataRange(document, axis, shownPoints));
 }
 
 void setRange(Document &document, AxisCode axis, double min, double max) {
@@ -118,12 +122,12 @@ void setLocalRange(Document &document, bool xDirection) {
     const AxisCode axes[] = {xDirection ? xAxis : yAxis, xDirection ? upperXAxis : rightYAxis};
     Range ranges[2];
     const std::vector<PlottedCurve> plotted = plottedCurves(document);
-    for (int i = 0; i < 2; ++i) {
-        for (const CurveRef &curve : selected) include(document, {curve}, axes[i], ranges[i]);
-        for (const PlottedCurve &curve : plotted)
-            if (columnOf(document, curve.curve).rank > 0)
-                include(document, curve, axes[i], ranges[i]);
-    }
+    std::vector<PlottedCurve> shown;
+    for (const CurveRef &curve : selected) shown.push_back({curve});
+    for (const PlottedCurve &curve : plotted)
+        if (columnOf(document, curve.curve).rank > 0) shown.push_back(curve);
+    for (const PlottedCurve &curve : shown)
+        for (int i = 0; i < 2; ++i) include(document, curve, shownPoints, axes[i], ranges[i]);
     if (!hasBothLimits(ranges[0]) && !hasBothLimits(ranges[1]))
         throw Refusal("the selected curves have no points");
     for (int i = 0; i < 2; ++i)
@@ -133,9 +137,9 @@ void setLocalRange(Document &document, bool xDirection) {
 Range fitRangeOf(const Document &document) {
     if (hasBothLimits(document.fitRange)) return document.fitRange;
     const auto fitted = fitCurve(document);
-    if (!fitted) return withData(document.fitRange, dataRange(document, xAxis));
+    if (!fitted) return withData(document.fitRange, dataRange(document, xAxis, rowPoints));
     Range data;
-    include(tableOf(document, *fitted).x.values, columnOf(document, *fitted).values, nullptr, false,
+    include(tableOf(document, *fitted).x.values, columnOf(document, *fitted).values, {}, false,
             data);
     return withData(document.fitRange, data);
 }

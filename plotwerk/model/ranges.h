@@ -1,9 +1,9 @@
 // ranges.h - the ranges of the four axes and of the fit.
 //
-// A limit is either set, or unset (NaN) and then follows the data: all points, with x and y, of the
-// plotted curves (see plottedCurves) that are drawn against the axis, and the ends of their error
-// bars where these are drawn; on a logarithmic axis only positive values. Infinite values don't
-// count.
+// A limit is either set, or unset (NaN) and then follows the data: all points, with x and y, that
+// are shown (see shownPoints) of the plotted curves (see plottedCurves) that are drawn against the
+// axis, and the ends of their error bars where these are drawn; on a logarithmic axis only positive
+// values. Infinite values don't count.
 #ifndef PLOTWERK_MODEL_RANGES_H
 #define PLOTWERK_MODEL_RANGES_H
 
@@ -30,7 +30,8 @@ void rangeOverAll(Document &document);
 // a point in it.
 void setLocalRange(Document &document, bool xDirection);
 
-// Unset limits are those of the fit data's x, or, without fit data, of the data of the x axis.
+// Unset limits are those of the fit data's x, or, without fit data, of all rows that are drawn
+// against the x axis, each by itself.
 Range fitRangeOf(const Document &document);
 
 // As setRange.
