@@ -23,7 +23,7 @@ constexpr bool operator>(const Version &a, const Version &b) {
     return a.major != b.major ? a.major > b.major : a.minor > b.minor;
 }
 
-constexpr Version currentVersion{2, 0};
+constexpr Version currentVersion{2, 1};
 
 template<class Archive> void fields(Archive &archive, Colour &colour) {
     archive("red", colour.red);
@@ -157,6 +157,7 @@ template<class Archive> void fields(Archive &archive, Document &document) {
     archive("sources", document.sources);
     archive("frame", document.frame);
     archive("axes", document.axes);
+    archive("title", document.title, {2, 1});
     archive("texts", document.texts);
     archive("formula", document.formula);
     archive("parameters", document.parameters);

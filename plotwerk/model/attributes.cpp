@@ -124,7 +124,7 @@ void changeAxis(Document &document, int axisNumber, const AxisChange &change) {
 }
 
 void setTitle(Document &document, AxisCode axis, const std::string &title) {
-    document.axes[axis].title = title;
+    (axis == axisCount ? document.title : document.axes[axis].title) = title;
 }
 
 void placeText(Document &document, const PlacedText &text) {
