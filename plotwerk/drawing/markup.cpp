@@ -201,7 +201,11 @@ class MarkupReader {
                 break;
             default: break;
             }
-            if (after == i) add(from(i).substr(0, 1), i, style), after = i + 1;
+            if (after == i) {
+                after = i + 1;
+                while (source[i] == '*' && after < end && source[after] == '*') ++after;
+                add(from(i).substr(0, after - i), i, style);
+            }
             i = after;
         }
     }
