@@ -1,5 +1,6 @@
 #include "plotwerk/drawing/axes.h"
 
+#include "plotwerk/drawing/textFields.h"
 #include "plotwerk/model/names.h"
 
 #include <algorithm>
@@ -9,9 +10,8 @@
 
 namespace plotwerk {
 
-static constexpr double titleSize = 10; // in points, a little larger than the numbers
-static constexpr double titleGap = 7;   // from the numbers to the title: about a digit's height
-static constexpr int titleLines = 3;    // a longer one would squeeze the plot on a page
+static constexpr double titleGap = 7; // from the numbers to the title: about a digit's height
+static constexpr int titleLines = 3;  // a longer one would squeeze the plot on a page
 
 static void strokeLine(cairo_t *cr, Point from, Point to) {
     cairo_move_to(cr, from.x, from.y);
@@ -184,33 +184,51 @@ static void drawTitleBeside(cairo_t *cr, const PlacedFrame &frame, AxisCode code
     title.draw(cr, middle, upright ? 0 : 90, title.middleOfInk());
 }
 
-// A title beyond the right or upper end of an axis that stands inside the frame.
-static void drawTitleAtEnd(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &axis,
-                           const SetText &title) {
+// A title beyond the right or upper end of an axis that stands inside the frame. Gives how far up
+// it reaches.
+static double drawTitleAtEnd(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &axis,
+                             const SetText &title) {
     const double away = 2 * arrowHeadLength(frame) + titleGap / 2;
     const double line = frame.line[axis.code];
     const Point middle = axis.horizontal()
                              ? Point{frame.width + away + title.ink().width() / 2, line}
                              : Point{line, -away - title.ink().height() / 2};
     title.draw(cr, middle, 0, title.middleOfInk());
+    return middle.y - title.ink().height() / 2;
 }
 
-void drawTitles(cairo_t *cr, const PlacedFrame &frame, const std::vector<DrawnCurve> &curves,
-                const Typesetter &typesetter) {
+static void drawDocumentTitle(cairo_t *cr, const PlacedFrame &frame, const RichText &text,
+                              double top, const Typesetter &typesetter) {
+    const SetText title = typesetter.paragraph(text, textSize, frame.width, titleLines);
+    const Point middle{frame.width / 2, top - titleGap - title.ink().height() / 2};
+    title.draw(cr, middle, 0, title.middleOfInk());
+}
+
+void drawTitles(cairo_t *cr, const PlacedFrame &frame, const Document &document,
+                const std::vector<DrawnCurve> &curves, const Typesetter &typesetter) {
     setGrey(cr, 0);
+    const auto filled = [&](const std::string &text) {
+        return filledText(text, document, curves, titleLines);
+    };
+    double top = frame.outside.top;
     for (const PlacedAxis &axis : frame.axes) {
         const std::string &given = axis.settings->title;
-        const RichText text = richTextOf(given.empty() ? commonName(axis, curves) : given);
+        const RichText text = given.empty() ? nameText(commonName(axis, curves)) : filled(given);
         if (text.empty()) continue;
         const double width = axis.horizontal() ? frame.width : frame.height;
-        const SetText title = typesetter.paragraph(text, titleSize, width, titleLines);
+        const SetText title = typesetter.paragraph(text, textSize, width, titleLines);
         const double line = frame.line[axis.code];
         const bool inside = line > 0 && line < (axis.horizontal() ? frame.height : frame.width);
-        if (inside)
-            drawTitleAtEnd(cr, frame, axis, title);
-        else
-            drawTitleBeside(cr, frame, axis.code, title);
+        if (inside) {
+            top = std::min(top, drawTitleAtEnd(cr, frame, axis, title));
+            continue;
+        }
+        drawTitleBeside(cr, frame, axis.code, title);
+        if (axis.code == upperXAxis)
+            top = std::min(top, frame.outside.top - titleGap - title.ink().height());
     }
+    const RichText text = filled(document.title);
+    if (!text.empty()) drawDocumentTitle(cr, frame, text, top, typesetter);
 }
 
 } // namespace plotwerk

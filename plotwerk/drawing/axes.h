@@ -13,10 +13,11 @@ void drawGrid(cairo_t *cr, const PlacedFrame &frame);
 // Lines, ticks, arrows and numbers.
 void drawAxes(cairo_t *cr, const PlacedFrame &frame);
 
-// An axis without a title gets the name of what is drawn against it, if that is one name: that of
-// the x column, or that of the only curve.
-void drawTitles(cairo_t *cr, const PlacedFrame &frame, const std::vector<DrawnCurve> &curves,
-                const Typesetter &typesetter);
+// The titles of the axes and, above all else, that of the document. An axis without a title gets
+// the name of what is drawn against it, if that is one name: that of the x column, or that of the
+// only curve.
+void drawTitles(cairo_t *cr, const PlacedFrame &frame, const Document &document,
+                const std::vector<DrawnCurve> &curves, const Typesetter &typesetter);
 
 } // namespace plotwerk
 

@@ -33,25 +33,28 @@ static std::vector<Point> symbolPoints(const Path &points, int increment,
     return chosen;
 }
 
+void drawSymbolOf(cairo_t *cr, const CurveLook &look, const Point &at, const Colour &colour,
+                  bool whiteInside) {
+    const double thickness = std::max(look.lineThickness, 0.25);
+    for (std::size_t i = 0; i < look.symbol.size(); ++i)
+        if (i == 0 || look.symbol[i] > 0)
+            drawSymbol(cr, look.symbol[i], at, look.symbolSize, thickness, colour, whiteInside);
+}
+
 void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look, const ScaledFrame &frame) {
     const double size = look.symbolSize;
     if (size == 0) return;
-    const double thickness = std::max(look.lineThickness, 0.25);
     const std::vector<Point> chosen = symbolPoints(points, look.symbolInc, frame);
     const bool asImage = chosen.size() > mostSymbols;
-    // the second to fourth symbol are drawn over the first
-    const auto drawAt = [&](cairo_t *target, const Point &at, const Colour &colour) {
-        for (std::size_t i = 0; i < look.symbol.size(); ++i)
-            if (i == 0 || look.symbol[i] > 0)
-                drawSymbol(target, look.symbol[i], at, size, thickness, colour, !asImage);
-    };
     if (!asImage) {
-        for (const Point &p : chosen) drawAt(cr, p, look.lineColour);
+        for (const Point &p : chosen) drawSymbolOf(cr, look, p, look.lineColour, true);
         return;
     }
-    const double radius = size + thickness;
+    const double radius = size + std::max(look.lineThickness, 0.25);
     DenseImage image(frame.box().grownBy(radius + 10), finestDpi);
-    image.stamp(chosen, radius, [&](cairo_t *stamp) { drawAt(stamp, {0, 0}, Colour{}); });
+    image.stamp(chosen, radius, [&](cairo_t *stamp) {
+        drawSymbolOf(stamp, look, {0, 0}, Colour{}, false);
+    });
     setColour(cr, look.lineColour);
     image.paintOn(cr);
 }

@@ -9,6 +9,10 @@
 
 namespace plotwerk {
 
+// One symbol of the curve: the second to fourth are drawn over the first.
+void drawSymbolOf(cairo_t *cr, const CurveLook &look, const Point &at, const Colour &colour,
+                  bool whiteInside);
+
 // At every symbolInc-th point that lies in the frame.
 void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look, const ScaledFrame &frame);
 

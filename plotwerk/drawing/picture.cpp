@@ -2,7 +2,6 @@
 
 #include "plotwerk/drawing/axes.h"
 #include "plotwerk/drawing/curves.h"
-#include "plotwerk/drawing/placedTexts.h"
 
 #include <cmath>
 
@@ -13,7 +12,8 @@ static constexpr double farthest = 1500; // from the frame that a page reaches
 Picture::Picture(const Document &document_)
     : document(document_),
       curves(drawnCurvesOf(document)),
-      frame(frameOf(document, curves, typesetter)) {
+      frame(frameOf(document, curves, typesetter)),
+      texts(laidTextsOf(document, curves, frame, typesetter)) {
     const Surface recording(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
     const Context cr(cairo_create(recording.get()));
     drawAnnotations(cr.get());
@@ -37,8 +37,8 @@ Picture::Picture(const Document &document_)
 
 void Picture::drawAnnotations(cairo_t *cr) const {
     drawAxes(cr, frame);
-    drawTitles(cr, frame, curves, typesetter);
-    drawTexts(cr, document.texts, frame, typesetter);
+    drawTitles(cr, frame, document, curves, typesetter);
+    drawTexts(cr, texts);
 }
 
 void Picture::drawOn(cairo_t *cr) const {
@@ -48,6 +48,7 @@ void Picture::drawOn(cairo_t *cr) const {
     cairo_clip(cr);
     drawGrid(cr, frame);
     for (const DrawnCurve &curve : curves) drawCurve(cr, curve, frame, document.frame);
+    drawGrounds(cr, texts, frame);
     drawAnnotations(cr);
     cairo_restore(cr);
 }

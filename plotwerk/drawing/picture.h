@@ -8,6 +8,7 @@
 
 #include "plotwerk/drawing/drawnCurves.h"
 #include "plotwerk/drawing/frame.h"
+#include "plotwerk/drawing/placedTexts.h"
 #include "plotwerk/drawing/surface.h"
 
 #include <vector>
@@ -43,6 +44,7 @@ class Picture {
     std::vector<DrawnCurve> curves;
     Typesetter typesetter;
     PlacedFrame frame;
+    std::vector<LaidText> texts;
     Box pageBox;
 };
 

@@ -12,6 +12,7 @@ namespace plotwerk {
 
 static constexpr std::size_t longestText = 4096;
 static constexpr std::size_t deepestGroup = 200;
+static constexpr std::size_t mostColours = 1000;
 static constexpr double smallestSize = 1;
 static constexpr double largestSize = 200;
 
@@ -78,6 +79,8 @@ class RtfReader {
                 closeGroup();
             else if (c == '\\')
                 readControl();
+            else if (group.colourTable)
+                addColour(c);
             else if (c != '\n' && c != '\r')
                 addByte(c);
         }
@@ -89,6 +92,7 @@ class RtfReader {
     struct Group {
         TextRun look; // without text
         bool hidden = false;
+        bool colourTable = false;
         int unicodeFallback = 1; // characters that stand for \u in readers without Unicode
     };
 
@@ -171,11 +175,32 @@ class RtfReader {
         } else if (std::find(std::begin(hiddenDestinations), std::end(hiddenDestinations), word) !=
                    std::end(hiddenDestinations)) {
             group.hidden = true;
+            group.colourTable = word == "colortbl";
+        } else if (group.colourTable) {
+            changeColour(word, number);
         } else {
             for (const auto &named : namedCharacters)
                 if (named.word == word) addCode(named.code);
             changeLook(word, number, hasNumber);
         }
+    }
+
+    void changeColour(std::string_view word, int number) {
+        const double part = std::clamp(number, 0, 255) / 255.0;
+        if (!colour) colour = Colour{};
+        if (word == "red")
+            colour->red = part;
+        else if (word == "green")
+            colour->green = part;
+        else if (word == "blue")
+            colour->blue = part;
+    }
+
+    // An entry of the colour table ends; one without a colour is that of the surrounding.
+    void addColour(char c) {
+        if (c != ';') return;
+        if (colours.size() < mostColours) colours.push_back(colour);
+        colour.reset();
     }
 
     void changeLook(std::string_view word, int number, bool hasNumber) {
@@ -202,12 +227,19 @@ class RtfReader {
             look.rise = halfPoints;
         else if (word == "dn")
             look.rise = -halfPoints;
+        else if (word == "cf")
+            look.colour = colourAt(number);
         else if (word == "fs" && hasNumber)
             look.size = std::clamp(number / 2.0, smallestSize, largestSize);
         else
             return;
         flush();
         group.look = look;
+    }
+
+    std::optional<Colour> colourAt(int number) const {
+        if (number < 0 || static_cast<std::size_t>(number) >= colours.size()) return std::nullopt;
+        return colours[static_cast<std::size_t>(number)];
     }
 
     void addByte(char c) {
@@ -272,6 +304,8 @@ class RtfReader {
     std::size_t length = 0;
     Group group;
     std::vector<Group> outer;
+    std::vector<std::optional<Colour>> colours;
+    std::optional<Colour> colour; // of the table's entry that is being read
     std::size_t tooDeep = 0;
     int skip = 0; // characters that a \u before them replaces
     std::uint32_t highSurrogate = 0;

@@ -4,6 +4,7 @@
 
 #include "plotwerk/model/document.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,8 +17,12 @@ struct TextRun {
     bool italic = false;
     bool underline = false;
     int script = 0;      // 1 superscript, -1 subscript
+    int innerScript = 0; // the same, within that one
     double size = unset; // in points; unset: that of the surrounding picture
     double rise = 0;     // of the base line, in points
+    std::optional<Colour> colour{};
+    const CurveLook *sample = nullptr; // a piece of a curve, drawn in the text's place
+    double sampleWidth = 0;            // in points
 };
 
 using RichText = std::vector<TextRun>;

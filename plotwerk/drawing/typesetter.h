@@ -10,15 +10,22 @@
 
 namespace plotwerk {
 
+constexpr double textSize = 9; // of all texts of a picture, in points
+
 struct GObjectUnref {
     void operator()(gpointer object) const { g_object_unref(object); }
 };
 
-// One text, ready to be drawn. Its box is that of the ink, relative to the beginning of its first
-// base line; empty for a text that shows nothing.
+// The height of a line of text, from base line to base line.
+constexpr double lineHeight = 1.2 * textSize;
+
+// One text, ready to be drawn. Characters that no font has are named on the log, each once. Its box
+// is that of the ink, relative to the beginning of its first base line; empty for a text that shows
+// nothing.
 class SetText {
   public:
-    SetText(PangoContext *context, const RichText &text, double size, double wrapWidth, int lines);
+    SetText(PangoContext *context, const RichText &text, double size, double wrapWidth, int lines,
+            PangoAlignment alignment = PANGO_ALIGN_LEFT);
 
     const Box &ink() const { return inkBox; }
 
@@ -41,8 +48,10 @@ class Typesetter {
     // On one line, size in points.
     SetText line(const RichText &text, double size) const;
 
-    // Centred lines, broken at the width; what doesn't fit into so many lines ends in an ellipsis.
-    SetText paragraph(const RichText &text, double size, double width, int lines) const;
+    // Lines broken at the width; what of a paragraph doesn't fit into so many lines ends in an
+    // ellipsis.
+    SetText paragraph(const RichText &text, double size, double width, int lines,
+                      PangoAlignment alignment = PANGO_ALIGN_CENTER) const;
 
   private:
     std::unique_ptr<PangoContext, GObjectUnref> context;

@@ -159,6 +159,7 @@ template<class Archive> void fields(Archive &archive, Document &document) {
     archive("sources", document.sources);
     archive("frame", document.frame);
     archive("axes", document.axes);
+    archive("title", document.title, {2, 1});
     archive("texts", document.texts);
     archive("formula", document.formula);
     archive("parameters", document.parameters);

@@ -125,7 +125,7 @@ void changeAxis(Document &document, int axisNumber, const AxisChange &change) {
 
 void setTitle(Document &document, AxisCode axis, const std::string &title) {
     requireLength("a title", title, longestText);
-    document.axes[axis].title = title;
+    (axis == axisCount ? document.title : document.axes[axis].title) = title;
 }
 
 void placeText(Document &document, const PlacedText &text) {

@@ -83,7 +83,7 @@ struct AxisChange {
 // Axes are numbered from 1 here: x, y, upper x, right y.
 void changeAxis(Document &document, int axisNumber, const AxisChange &change);
 
-// Text that begins with "{\rtf" is RTF.
+// Text that begins with "{\rtf" is RTF. axisCount stands for the title of the document.
 void setTitle(Document &document, AxisCode axis, const std::string &title);
 
 // Adds a text. One that is placed just where another is takes its place, and an empty one takes it

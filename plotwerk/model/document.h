@@ -178,6 +178,7 @@ struct Document {
     std::vector<Source> sources{};
     Frame frame{};
     std::array<Axis, axisCount> axes{};
+    std::string title{}; // above the frame; RTF or plain text
     std::vector<PlacedText> texts{};
     std::string formula{};
     std::vector<FitParameter> parameters{}; // in order of appearance in the formula

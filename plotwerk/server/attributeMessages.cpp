@@ -3,7 +3,9 @@
 #include "plotwerk/model/attributes.h"
 #include "plotwerk/server/controlObject.h"
 
+#include <algorithm>
 #include <cmath>
+#include <string_view>
 
 namespace plotwerk {
 
@@ -122,10 +124,35 @@ static bool isYes(double flag) {
     return flag != 0 && !std::isnan(flag);
 }
 
+// How a text begins that is no text on the plot, but the title of an axis, or of all.
+static constexpr struct {
+    std::string_view tag;
+    AxisCode axis; // axisCount: the document's own title
+} titleTags[] = {{"<x title>", xAxis},
+                 {"<y title>", yAxis},
+                 {"<upper x title>", upperXAxis},
+                 {"<right y title>", rightYAxis},
+                 {"<title>", axisCount}};
+
+// Whether the text, RTF or plain, was a title.
+static bool setTaggedTitle(Document &document, std::string text) {
+    for (const auto &[tag, axis] : titleTags) {
+        const std::size_t at = text.find(tag);
+        if (at == std::string::npos || !plainTextOf(richTextOf(text)).starts_with(tag)) continue;
+        const std::size_t end = text.find_first_not_of(' ', at + tag.size());
+        text.erase(at, std::min(end, text.size()) - at);
+        if (plainTextOf(richTextOf(text)).empty()) text.clear();
+        setTitle(document, axis, text);
+        return true;
+    }
+    return false;
+}
+
 void ControlObject::setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_(
     const std::string &name, const std::string &text, const double &x, const double &y,
     const double &angle, const double &xFloating, const double &yFloating) {
     actOn(name, [&](Document &document) {
+        if (setTaggedTitle(document, text)) return;
         const bool showsNothing = plainTextOf(richTextOf(text)).empty();
         const PlacedText placed{
             .text = showsNothing ? "" : text,

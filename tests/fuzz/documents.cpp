@@ -1,8 +1,8 @@
 // Documents and texts in them: read from any bytes, or with any numbers in them.
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/drawing/hitTest.h"
+#include "plotwerk/drawing/markup.h"
 #include "plotwerk/drawing/pages.h"
-#include "plotwerk/drawing/richText.h"
 #include "plotwerk/files/documentFields.h"
 #include "plotwerk/files/documentFile.h"
 #include "plotwerk/model/editing.h"
@@ -55,6 +55,7 @@ struct Fill {
         for (T &value : values) (*this)(key, value);
     }
     template<class T> void operator()(const char *, T &record) { fields(*this, record); }
+    template<class T> void operator()(const char *key, T &value, Version) { (*this)(key, value); }
 };
 
 } // namespace
@@ -106,13 +107,17 @@ void richText(const std::string &input) {
     for (const std::string &text : {input, "{\\rtf1 " + input}) {
         const std::vector<char> block(text.begin(), text.end());
         const RichText runs = richTextOf({block.data(), block.size()});
-        for (const TextRun &run : runs) {
-            require(!run.text.empty());
-            require(
-                g_utf8_validate(run.text.data(), static_cast<gssize>(run.text.size()), nullptr));
-            for (const unsigned char c : run.text) require(c >= 0x20 || c == '\n' || c == '\t');
+        const RichText marked = readMarkup(runs);
+        for (const RichText &each : {runs, marked}) {
+            for (const TextRun &run : each) {
+                require(!run.text.empty());
+                require(g_utf8_validate(run.text.data(), static_cast<gssize>(run.text.size()),
+                                        nullptr));
+                for (const unsigned char c : run.text) require(c >= 0x20 || c == '\n' || c == '\t');
+            }
         }
         require(plainTextOf(runs).size() <= 3 * 4096 + 16);
+        require(plainTextOf(marked).size() <= 3 * 4096 + 16);
     }
 }
 

@@ -1,4 +1,4 @@
-#include "plotwerk/drawing/richText.h"
+#include "plotwerk/drawing/markup.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -13,7 +13,12 @@ std::string described(const RichText &text) {
     for (const TextRun &run : text) {
         std::string look = (run.bold ? "b" : "") + std::string(run.italic ? "i" : "");
         if (run.underline) look += 'u';
-        if (run.script != 0) look += run.script > 0 ? '^' : '_';
+        for (const int script : {run.script, run.innerScript})
+            if (script != 0) look += script > 0 ? '^' : '_';
+        if (run.colour) {
+            for (const double part : {run.colour->red, run.colour->green, run.colour->blue})
+                look += "#" + std::to_string(std::lround(255 * part));
+        }
         if (!std::isnan(run.size)) look += std::to_string(std::lround(2 * run.size));
         if (run.rise > 0) look += '+';
         if (run.rise != 0) look += std::to_string(std::lround(2 * run.rise));
@@ -42,7 +47,9 @@ TEST(RichText, ReadsRtf) {
         {"{\\rtf1 a\nb\r\nc\\\nd}", "abc\nd"}, // line ends are blank, an escaped one is a paragraph
         {R"({\rtf1{\fonttbl{\f0 Times;}}{\colortbl;\red1;}{\*\generator x;{y}}{\info{\title t}}z})",
          "z"},
-        {R"({\rtf1\frobnicate12 a\qc0\cf1 b\bin3 {}}c})", "abc"},
+        {R"({\rtf1\frobnicate12 a\qc0\cf1 b\bin3 {}}c})", "a<>bc"},
+        {R"({\rtf1{\colortbl;\red255\green0\blue300;\red1;}a\cf1 b{\cf2 c}\cf0 d\cf3 e\cf-1 f})",
+         "a<#255#0#255>b<#1#0#0>c<>d<>e<>f"},
         {R"({\rtf1 \emdash\endash\bullet\lquote\rdblquote x})", "\u2014\u2013\u2022\u2018\u201dx"},
         {R"({\rtf1 a{\b b)", "a<b>b"}, // not closed
         {R"({\rtf1 a}}}b\)", "a<>b"},  // closed too often, ends in an escape
@@ -69,4 +76,47 @@ TEST(RichText, IsPlainTextAsItIsAndNeverTooLong) {
     };
     for (const auto &c : cases)
         EXPECT_EQ(plainTextOf(richTextOf(c.text)), c.want) << c.text.substr(0, 20);
+}
+
+TEST(Markup, SpellsOutSignsScriptsAndEmphasis) {
+    const struct {
+        const char *text, *want;
+    } cases[] = {
+        {R"(\alpha\beta{}m \Omega \pm\times\cdot\degree\AA\infty\to)", "αβm Ω ±×·°Å∞→"},
+        {R"(\_\^\*\{\}\<5\,mm\\2 \foo \)", "_^*{}<5\u2009mm\n2 \\foo \\"},
+        {"x_1 x_12 x_123 *T*_c \\alpha_s (p)_x",
+         "x<_>1<> x<_>12<> x_123 <i>T<_>c<> α<_>s<> (p)<_>x"},
+        {"T_c my_column pos_x T_x_1 run_2024 _1", "T<_>c<> my_column pos_x T_x_1 run_2024 _1"},
+        {"H_2O (NH_4)_2SO_4 V_{out}", "H<_>2<>O (NH<_>4<>)<_>2<>SO<_>4<> V<_>out"},
+        {"10^6 m^2 10^-6 s^-1.5 e^-x 2^nd K^+ x^* 0^\\degree",
+         "10<^>6<> m<^>2<> 10<^>−6<> s<^>−1.5<> e<^>−x<> 2^nd K<^>+<> x<^>*<> 0<^>°"},
+        {"e^{-x_{i^2}} x_{} a_{b x^{c", "e<^>−x<^_>i<^^>2<> x a_{b x^{c"},
+        {"a*b 2*x*y *a* **b** ***c*** *d **e***", "a*b 2*x*y <i>a<> <b>b<> <bi>c<> <i>d <bi>e"},
+        {"* a * (*x*) *m*v *a\nb* **c*", "* a * (<i>x<>) <i>m<>v *a\nb* **c*"},
+        {R"({\rtf1 a_{\b b\'5c'}c})", "a<b_>b<b>\\'<>c"},
+        {R"({\rtf1 x\super y_\{z\}})", "x<^>y<^_>z"},
+        {"<name> <B> *<name>* \\<name>", "1<b>2<_>3<> <B> <i>1<bi>2<i_>3<> <name>"},
+    };
+    const auto field = [](std::string_view name) -> std::optional<RichText> {
+        if (name != "name") return std::nullopt;
+        RichText text(3);
+        text[0].text = "1";
+        text[1].text = "2";
+        text[1].bold = true;
+        text[2].text = "3";
+        text[2].script = -1;
+        return text;
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(described(readMarkup(richTextOf(c.text), field)), c.want) << c.text;
+}
+
+TEST(Markup, IsBounded) {
+    std::string nested, braces(4096, '{'), stars(4096, '*'), fields;
+    for (int i = 0; i < 2000; ++i) nested += "_{";
+    for (int i = 0; i < 600; ++i) fields += "<name>";
+    const std::string closed = nested.substr(0, 2040) + std::string(1020, '}');
+    for (const std::string &text : {nested, closed, braces, stars, '_' + braces, fields})
+        EXPECT_LE(plainTextOf(readMarkup(richTextOf(text))).size(), 4096u) << text.substr(0, 20);
+    EXPECT_TRUE(plainTextOf(readMarkup(richTextOf(closed))).starts_with("_{_{"));
 }
