@@ -1,5 +1,6 @@
 #include "plotwerk/application/application.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/programs.h"
 #include "plotwerk/base/refusal.h"
@@ -10,6 +11,7 @@
 #include "plotwerk/model/change.h"
 #include "plotwerk/model/names.h"
 #include "plotwerk/model/ranges.h"
+#include "plotwerk/model/structure.h"
 #include "util/text/utf8.h"
 
 #include <algorithm>
@@ -21,6 +23,26 @@ namespace fs = std::filesystem;
 
 static std::string inQuotes(std::string_view name) {
     return '"' + std::string(name) + '"';
+}
+
+Application::Application() {
+    setBytesHeld([this] { return bytesHeld(); });
+}
+
+Application::~Application() {
+    setBytesHeld(nullptr);
+}
+
+double Application::bytesHeld() {
+    double bytes = composition ? composition->bytes() : 0;
+    for (const auto &open : documents) {
+        if (open->countedAt != open->document.revision) {
+            open->bytes = bytesOf(open->document);
+            open->countedAt = open->document.revision;
+        }
+        bytes += open->bytes;
+    }
+    return bytes + static_cast<double>(clipboard.dataText.size());
 }
 
 Document *Application::front() {
@@ -43,6 +65,7 @@ void Application::activate(const Document &document) {
 
 Document &Application::add(Document document) {
     if (document.name.empty()) document.name = "Untitled";
+    requireRoom(bytesOf(document));
     std::vector<std::string> taken;
     for (const auto &open : documents) taken.push_back(open->document.name);
     document.name = freeName(document.name, taken);
@@ -130,16 +153,17 @@ Application::OpenDocument &Application::openOf(const Document &document) {
 }
 
 void Application::save(const Document &saved, const fs::path &path, bool binary, bool ownPath) {
-    auto &[document, succeeded, journal] = openOf(saved);
-    succeeded = false;
+    OpenDocument &open = openOf(saved);
+    Document &document = open.document;
+    open.lastSaveSucceeded = false;
     if (path.empty() && document.path.empty()) throw Refusal("no path of its own");
     const fs::path target = path.empty() ? document.path : given(path);
     writeWholeFile(target, [&](std::ostream &stream) { writeDocument(stream, saved, binary); });
-    succeeded = true;
+    open.lastSaveSucceeded = true;
     if (ownPath) document.path = target;
     if (document.path == target) {
         setSaved(document);
-        if (journal) journal->remove();
+        if (open.journal) open.journal->remove();
     }
     log(LogLevel::info, "saved " + inQuotes(saved.name) + " in " + target.string());
 }

@@ -9,6 +9,7 @@
 #include "plotwerk/model/document.h"
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -32,6 +33,11 @@ struct Clipboard {
 // has changed nothing.
 class Application {
   public:
+    Application();
+    ~Application();
+    Application(const Application &) = delete;
+    Application &operator=(const Application &) = delete;
+
     char decimalSeparator = '.'; // or ',': of data text and parameter lists
     Clipboard clipboard;
     std::string lastError; // the line of the last message that was refused, empty after a success
@@ -116,7 +122,12 @@ class Application {
         Document document;
         bool lastSaveSucceeded = false;
         std::optional<Journal> journal{};
+        double bytes = 0;                // that it takes, counted
+        std::uint64_t countedAt = ~0ULL; // at that revision
     };
+
+    // Of memory, what the documents and the composition take.
+    double bytesHeld();
 
     Document broughtBack(LeftJournal &journal, const Repeat &repeat);
 

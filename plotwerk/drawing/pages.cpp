@@ -1,7 +1,9 @@
 #include "plotwerk/drawing/pages.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/drawing/picture.h"
 #include "plotwerk/drawing/tiff.h"
+#include "plotwerk/model/structure.h"
 
 #include <algorithm>
 #include <cairo-pdf.h>
@@ -91,6 +93,7 @@ Composition::Composition(double width_, double height_)
 void Composition::add(const Document &document, const PageRectangle &rectangle, double angle,
                       double shear) {
     const auto place = [](double length) { return limited(length, -largestPage, largestPage, 0); };
+    requireRoom(bytesOf(document));
     Placed placed;
     placed.document = document;
     placed.rectangle = {place(rectangle.x), place(rectangle.y), std::abs(place(rectangle.width)),
@@ -123,6 +126,12 @@ static void moveTo(cairo_t *cr, double pageHeight, const PageRectangle &rectangl
     cairo_translate(cr, spare(rectangle.width, scale * pictureWidth),
                     -spare(rectangle.height, scale * pictureHeight) - scale * pictureHeight);
     cairo_scale(cr, scale, scale);
+}
+
+double Composition::bytes() const {
+    double bytes = 0;
+    for (const Placed &placed : pictures) bytes += bytesOf(placed.document);
+    return bytes;
 }
 
 std::string Composition::pdf() const {

@@ -40,11 +40,13 @@ class Composition {
     // of 0 doesn't limit it, both 0 give the picture's own size. Then all is sheared (x grows by
     // `shear` times the height above the rectangle's lower edge) and turned counter-clockwise by
     // the angle in degrees, both about the rectangle's lower left corner. Lengths are limited to
-    // 14400 points, the shear to 10; NaN counts as 0.
+    // 14400 points, the shear to 10; NaN counts as 0. Refused for want of room (requireRoom).
     void add(const Document &document, const PageRectangle &rectangle, double angle, double shear);
 
     // Vectors, with fonts embedded, on one page.
     std::string pdf() const;
+
+    double bytes() const; // about the memory that it takes
 
   private:
     struct Placed {

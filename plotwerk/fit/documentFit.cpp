@@ -145,6 +145,7 @@ FitOutcome fitDocument(Document &document) {
     const Formula formula = formulaOf(document);
     const CurveRef fitted = curveToFit(document);
     std::vector<FitParameter> parameters = document.parameters;
+    requireMemory(4.5 * sizeof(double) * rowsOf(tableOf(document, fitted)));
     FitOutcome outcome = fit(formula, dataOf(document, fitted), parameters);
     if (outcome.status != fitConverged) return outcome;
 
@@ -162,24 +163,27 @@ void modifySelection(Document &document, bool yData) {
     const std::vector<double> parameters = valuesOf(document.parameters);
     double rows = 0;
     for (const CurveRef &curve : curves) rows += rowsOf(tableOf(document, curve));
-    requireTime(rows * nanosecondsPerPoint(formula.tape()));
+    requireTime(rows * (20 + nanosecondsPerPoint(formula.tape())));
+    requireMemory(4.5 * sizeof(double) * rows);
 
     struct Modified {
         ValidPoints points;
         std::vector<double> values;
+        std::vector<double> x; // as it will be
     };
     std::vector<Modified> modified;
     for (const CurveRef &curve : curves) {
-        Modified each{validPoints(tableOf(document, curve), columnOf(document, curve)), {}};
+        Modified each{validPoints(tableOf(document, curve), columnOf(document, curve)), {}, {}};
         each.values.resize(each.points.x.size());
         formula.evaluate(each.points.x, each.points.y, parameters, each.values);
+        if (!yData) each.x = tableOf(document, curve).x.values;
         modified.push_back(std::move(each));
     }
 
     for (std::size_t i = 0; i < curves.size(); ++i) {
         Table &table = tableOf(document, curves[i]);
         Column &column = columnOf(document, curves[i]);
-        std::vector<double> values = yData ? std::move(column.values) : table.x.values;
+        std::vector<double> values = std::move(yData ? column.values : modified[i].x);
         for (std::size_t k = 0; k < modified[i].values.size(); ++k)
             values[modified[i].points.row[k]] = stored(modified[i].values[k]);
         if (yData)

@@ -15,6 +15,7 @@
 #include <map>
 #include <memory>
 #include <numeric>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -34,15 +35,45 @@ static std::vector<int> sortedRows(std::vector<double> key) {
     return {rows.begin(), rows.end()};
 }
 
-static void sortRows(Table &table, const std::vector<double> &key) {
-    const std::vector<int> rows = sortedRows(key);
-    const auto reordered = [&](const Column &column) {
-        std::vector<double> sorted(rows.size());
-        for (std::size_t i = 0; i < rows.size(); ++i) sorted[i] = column.values[rows[i]];
-        return sorted;
-    };
-    setX(table, reordered(table.x));
-    for (Column &column : table.y) column.values = reordered(column);
+// Brings values into the order of the rows, without taking memory: each cycle of the order is
+// walked once, and rows that have been on one bear their complement until the outer walk comes by.
+static void permute(std::vector<double> &values, std::vector<int> &rows) {
+    for (int begin = 0; begin < static_cast<int>(rows.size()); ++begin) {
+        if (rows[begin] < 0) {
+            rows[begin] = ~rows[begin];
+            continue;
+        }
+        const double first = values[begin];
+        int at = begin;
+        for (int from = rows[at]; from != begin; from = rows[at]) {
+            values[at] = values[from];
+            if (at != begin) rows[at] = ~from;
+            at = from;
+        }
+        values[at] = first;
+        if (at != begin) rows[at] = ~begin;
+    }
+}
+
+static void sortRows(Table &table, std::vector<int> rows) {
+    permute(table.x.values, rows);
+    table.xOrder = {};
+    for (Column &column : table.y) permute(column.values, rows);
+}
+
+static void requireSorting(const std::vector<CurveRef> &curves, const Document &document) {
+    double orders = 0;
+    double largest = 0;
+    double time = 0;
+    for (const CurveRef &curve : curves) {
+        const Table &table = tableOf(document, curve);
+        const double rows = rowsOf(table);
+        orders += sizeof(int) * rows;
+        largest = std::max(largest, 9 * sizeof(double) * rows);
+        time += rows * (300 + 30 * static_cast<double>(table.y.size()));
+    }
+    requireMemory(orders + largest);
+    requireTime(time);
 }
 
 // Derivatives of a curve at its n points, by the parabolas through three neighbours.
@@ -183,32 +214,69 @@ static Table tableOfExtremes(const ValidPoints &points, const std::vector<int> &
     return table;
 }
 
-void renameSelection(Document &document, const std::string &name) {
-    // Of each table the columns of errors by name, from left to right: a column that has got the
-    // new name is one of them no more.
+namespace {
+
+// How the columns of a table are renamed.
+class Renaming {
+  public:
+    explicit Renaming(const Table &of) : table(of), becomes(of.y.size(), nullptr) {
+        for (std::size_t i = 0; i < table.y.size(); ++i)
+            named[table.y[i].name].columns.push_back(i);
+    }
+
+    // The first column, from left to right, of that name; nothing where it has another already.
+    std::optional<std::size_t> find(const std::string &name) {
+        const auto found = named.find(name);
+        if (found == named.end()) return std::nullopt;
+        auto &[columns, next] = found->second;
+        while (next < columns.size() && nameNow(columns[next]) != name) ++next;
+        if (next == columns.size()) return std::nullopt;
+        return columns[next];
+    }
+
+    void rename(std::size_t column, const std::string &name) { becomes[column] = &name; }
+
+    const std::string &nameNow(std::size_t column) const {
+        return becomes[column] ? *becomes[column] : table.y[column].name;
+    }
+
+    // The names that the columns get, null for those that keep theirs.
+    const std::vector<const std::string *> &names() const { return becomes; }
+
+  private:
     struct Named {
         std::vector<std::size_t> columns;
-        std::size_t next = 0;
+        std::size_t next = 0; // those before it have another name now
     };
-    std::unordered_map<const Table *, std::unordered_map<std::string, Named>> tables;
+    const Table &table;
+    std::vector<const std::string *> becomes;
+    std::unordered_map<std::string_view, Named> named;
+};
 
-    for (const CurveRef &curve : requireSelection(document)) {
+} // namespace
+
+void renameSelection(Document &document, const std::string &name) {
+    const std::vector<CurveRef> selected = requireSelection(document);
+    const std::string errorName = errorNameOf(name);
+    const double room = 2.0 * static_cast<double>(selected.size() * errorName.size());
+    requireRoom(room);
+    requireMemory(room + 200.0 * numberOfCurves(document));
+
+    std::unordered_map<Table *, Renaming> renamings;
+    for (const CurveRef &curve : selected) {
         Table &table = tableOf(document, curve);
-        std::unordered_map<std::string, Named> &errors = tables[&table];
-        if (errors.empty())
-            for (std::size_t i = 0; i < table.y.size(); ++i)
-                errors[table.y[i].name].columns.push_back(i);
-
-        Column &column = columnOf(document, curve);
-        const std::string errorName = errorNameOf(column.name);
-        if (const auto found = errors.find(errorName); found != errors.end()) {
-            auto &[columns, next] = found->second;
-            while (next < columns.size() && table.y[columns[next]].name != errorName) ++next;
-            if (next < columns.size() && table.y[columns[next]].rank == 0)
-                table.y[columns[next]].name = errorNameOf(name);
-        }
-        column.name = name;
+        Renaming &renaming = renamings.try_emplace(&table, table).first->second;
+        const auto errors = renaming.find(errorNameOf(renaming.nameNow(curve.column)));
+        if (errors && table.y[*errors].rank == 0) renaming.rename(*errors, errorName);
+        renaming.rename(curve.column, name);
     }
+
+    std::vector<std::pair<std::string *, std::string>> names;
+    for (const auto &[table, renaming] : renamings)
+        for (std::size_t i = 0; i < table->y.size(); ++i)
+            if (const std::string *becomes = renaming.names()[i])
+                names.emplace_back(&table->y[i].name, *becomes);
+    for (auto &[column, becomes] : names) column->swap(becomes);
 }
 
 void showSelection(Document &document) {
@@ -242,18 +310,22 @@ void deleteAllCurves(Document &document) {
 }
 
 void sortByX(Document &document) {
-    for (const CurveRef &curve : firstOfEachTable(requireSelection(document))) {
-        Table &table = tableOf(document, curve);
-        sortRows(table, table.x.values);
-    }
+    const std::vector<CurveRef> curves = firstOfEachTable(requireSelection(document));
+    requireSorting(curves, document);
+    std::vector<std::vector<int>> orders;
+    for (const CurveRef &curve : curves)
+        orders.push_back(sortedRows(tableOf(document, curve).x.values));
+    for (std::size_t i = 0; i < curves.size(); ++i)
+        sortRows(tableOf(document, curves[i]), std::move(orders[i]));
 }
 
 void sortBySelection(Document &document, bool ascending) {
     const CurveRef first = requireSelection(document).front();
+    requireSorting({first}, document);
     std::vector<double> key = columnOf(document, first).values;
     if (!ascending)
         for (double &value : key) value = -value;
-    sortRows(tableOf(document, first), key);
+    sortRows(tableOf(document, first), sortedRows(std::move(key)));
 }
 
 void swapSelectionWithX(Document &document) {
@@ -268,19 +340,31 @@ void swapSelectionWithX(Document &document) {
 }
 
 void differentiateSelection(Document &document) {
+    const std::vector<CurveRef> selected = requireSelection(document);
+    double room = 0;
+    double largest = 0;
+    for (const CurveRef &curve : selected) {
+        room += bytesOf(columnOf(document, curve)) + 1;
+        largest = std::max(largest, 4.5 * sizeof(double) * rowsOf(tableOf(document, curve)));
+    }
+    requireRoom(room);
+    requireMemory(room + largest + sizeof(Column) * numberOfCurves(document));
+
     int curvesBefore = numberOfCurves(document);
-    for (const CurveRef &curve : requireSelection(document)) {
+    std::vector<NewColumn> derivatives;
+    derivatives.reserve(selected.size());
+    for (const CurveRef &curve : selected) {
         Table &table = tableOf(document, curve);
         const Column &original = columnOf(document, curve);
         const ValidPoints points = validPoints(table, original);
-        const std::vector<double> derivatives = derivative(points);
-        Column column;
+        const std::vector<double> ofPoints = derivative(points);
+        Column &column = derivatives.emplace_back(NewColumn{&table, {}}).column;
         column.name = original.name + "'";
         column.look = lookOfNewCurve(curvesBefore++, original.look);
         column.values.assign(rowsOf(table), unset);
-        for (int i = 0; i < points.n; ++i) column.values[points.row[i]] = derivatives[i];
-        addColumn(document, table, std::move(column));
+        for (int i = 0; i < points.n; ++i) column.values[points.row[i]] = ofPoints[i];
     }
+    addColumns(document, std::move(derivatives));
 }
 
 void createCurve(Document &document, double minX, double maxX, double incX, double minY,
@@ -293,7 +377,7 @@ void createCurve(Document &document, double minX, double maxX, double incX, doub
     if (!(steps < 1e8)) throw Refusal("a curve can't have more than 1e8 points");
 
     const int n = static_cast<int>(steps) + 1;
-    requireMemory(2.0 * sizeof(double) * n);
+    requireRoom(2.0 * sizeof(double) * n + sizeof(Table) + sizeof(Column));
     Table table;
     table.x.name = "X";
     table.y.resize(1);
@@ -307,19 +391,33 @@ void createCurve(Document &document, double minX, double maxX, double incX, doub
         column.values[i] = std::fma(i, incY, minY);
     }
 
+    std::vector<Table> tables;
+    tables.push_back(std::move(table));
+    if (document.sources.empty()) {
+        addSource(document, "Data", std::move(tables));
+        return restartMarkWalk(document);
+    }
     const auto first = firstSelectedCurve(document);
-    if (!first && document.sources.empty()) addSource(document, "Data", {});
     const int source = first ? first->source : static_cast<int>(document.sources.size()) - 1;
     const int last = static_cast<int>(document.sources[source].tables.size()) - 1;
-    std::vector<NewTable> tables;
-    tables.push_back({source, first ? first->table : last, std::move(table)});
-    insertTables(document, std::move(tables));
+    std::vector<NewTable> added;
+    added.push_back({source, first ? first->table : last, std::move(tables.front())});
+    insertTables(document, std::move(added));
 }
 
 void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, double minHeight) {
     std::vector<CurveRef> selected = requireSelection(document);
     if (!maxima && !minima) return;
 
+    double rows = 0;
+    double largest = 0;
+    for (const CurveRef &curve : selected) {
+        rows += rowsOf(tableOf(document, curve));
+        largest = std::max<double>(largest, rowsOf(tableOf(document, curve)));
+    }
+    requireMemory(120 * largest);
+    requireTime(400 * rows);
+    double room = 0; // what has been found
     std::vector<NewTable> found;
     const int curvesBefore = numberOfCurves(document);
     for (const CurveRef &curve : selected) {
@@ -334,6 +432,8 @@ void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, 
             found.push_back({curve.source, curve.table,
                              tableOfExtremes(points, indexes, table.x.name,
                                              column.name + std::string(suffix), look)});
+            room += bytesOf(found.back().table);
+            requireRoom(room);
         };
         std::vector<double> y = points.y;
         if (maxima) search(y, maximaSuffix);
