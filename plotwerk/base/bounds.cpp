@@ -14,7 +14,7 @@ enum { seconds, memory, documents, answer, boundCount };
 
 std::array<Bound, boundCount> table = {{
     {"seconds", "CPU time of one message, in seconds", 10, 1, 1e6},
-    {"memory", "memory that one message takes, in MB", 1000, 100, 1e6},
+    {"memory", "memory that one message takes, in MB", 1000, 10, 1e6},
     {"documents", "memory that all open documents hold, in MB", 2000, 1, 1e6},
     // the bus takes messages of up to 128 MiB, and cuts off who sends a longer one
     {"answer", "length of one answer, in MB", 120, 1, 120},
