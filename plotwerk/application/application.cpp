@@ -1,5 +1,6 @@
 #include "plotwerk/application/application.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/programs.h"
 #include "plotwerk/base/refusal.h"
@@ -10,6 +11,7 @@
 #include "plotwerk/model/change.h"
 #include "plotwerk/model/names.h"
 #include "plotwerk/model/ranges.h"
+#include "plotwerk/model/structure.h"
 #include "util/text/utf8.h"
 
 #include <algorithm>
@@ -22,6 +24,26 @@ namespace fs = std::filesystem;
 
 static std::string inQuotes(std::string_view name) {
     return '"' + std::string(name) + '"';
+}
+
+Application::Application() {
+    setBytesHeld([this] { return bytesHeld(); });
+}
+
+Application::~Application() {
+    setBytesHeld(nullptr);
+}
+
+double Application::bytesHeld() {
+    double bytes = composition ? composition->bytes() : 0;
+    for (const auto &open : documents) {
+        if (open->countedAt != open->document.revision) {
+            open->bytes = bytesOf(open->document);
+            open->countedAt = open->document.revision;
+        }
+        bytes += open->bytes;
+    }
+    return bytes + static_cast<double>(clipboard.dataText.size());
 }
 
 Document *Application::front() {
@@ -49,6 +71,7 @@ void Application::activate(const Document &document) {
 
 Document &Application::add(Document document) {
     if (document.name.empty()) document.name = "Untitled";
+    requireRoom(bytesOf(document));
     std::vector<std::string> taken;
     for (const auto &open : documents) taken.push_back(open->document.name);
     document.name = freeName(document.name, taken);

@@ -10,6 +10,7 @@
 #include "plotwerk/model/document.h"
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -44,6 +45,11 @@ struct MouseSelection {
 // has changed nothing.
 class Application {
   public:
+    Application();
+    ~Application();
+    Application(const Application &) = delete;
+    Application &operator=(const Application &) = delete;
+
     char decimalSeparator = '.'; // or ',': of data text and parameter lists
     Clipboard clipboard;
     Desktop *desktop = nullptr; // null: there is none
@@ -146,7 +152,12 @@ class Application {
         bool unread = false; // its file couldn't be
         std::optional<Journal> journal{};
         MouseSelection mouseSelection{};
+        double bytes = 0;                // that it takes, counted
+        std::uint64_t countedAt = ~0ULL; // at that revision
     };
+
+    // Of memory, what the documents and the composition take.
+    double bytesHeld();
 
     Document broughtBack(LeftJournal &journal, const Repeat &repeat);
 

@@ -1,5 +1,6 @@
 // The journals of the open documents, and what was left behind by a process that has ended.
 #include "plotwerk/application/application.h"
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/stateDirectory.h"
@@ -89,6 +90,7 @@ Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat) {
 
 void Application::recover(const Repeat &repeat) {
     if (journals.empty()) return;
+    const WithoutBounds unbounded;
     for (LeftJournal &journal : leftJournals(journals)) {
         try {
             journal.beginAttempt();

@@ -4,21 +4,26 @@
 
 #include <array>
 #include <charconv>
+#include <utility>
 
 namespace plotwerk {
 
 namespace {
 
-enum { seconds, memory, answer, boundCount };
+enum { seconds, memory, documents, answer, boundCount };
 
 std::array<Bound, boundCount> table = {{
     {"seconds", "CPU time of one message, in seconds", 10, 1, 1e6},
-    {"memory", "memory that one message takes, in MB", 1000, 100, 1e6},
+    {"memory", "memory that one message takes, in MB", 1000, 10, 1e6},
+    {"documents", "memory that all open documents hold, in MB", 2000, 1, 1e6},
     // the bus takes messages of up to 128 MiB, and cuts off who sends a longer one
     {"answer", "length of one answer, in MB", 120, 1, 120},
 }};
 
 constexpr double megabyte = 1e6;
+
+std::function<double()> bytesHeld;
+bool unbounded = false;
 
 } // namespace
 
@@ -56,12 +61,33 @@ double longestAnswer() {
     return table[answer].value * megabyte;
 }
 
+WithoutBounds::WithoutBounds() {
+    unbounded = true;
+}
+
+WithoutBounds::~WithoutBounds() {
+    unbounded = false;
+}
+
+void setBytesHeld(std::function<double()> count) {
+    bytesHeld = std::move(count);
+}
+
 void requireTime(double nanoseconds) {
-    if (!(nanoseconds <= mostSeconds() * 1e9)) throw Refusal("would take too long (limit seconds)");
+    if (!unbounded && !(nanoseconds <= mostSeconds() * 1e9))
+        throw Refusal("would take too long (limit seconds)");
 }
 
 void requireMemory(double bytes) {
-    if (!(bytes <= mostMemory())) throw Refusal("would take too much memory (limit memory)");
+    if (!unbounded && !(bytes <= mostMemory()))
+        throw Refusal("would take too much memory (limit memory)");
+}
+
+void requireRoom(double bytes) {
+    requireMemory(bytes);
+    if (unbounded || !bytesHeld) return;
+    if (!(bytesHeld() + bytes <= table[documents].value * megabyte))
+        throw Refusal("the open documents would take too much memory (limit documents)");
 }
 
 } // namespace plotwerk

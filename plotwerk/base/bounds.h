@@ -7,7 +7,7 @@
 #ifndef PLOTWERK_BASE_BOUNDS_H
 #define PLOTWERK_BASE_BOUNDS_H
 
-#include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -45,6 +45,23 @@ void requireTime(double nanoseconds);
 // Refused "would take too much memory (limit memory)" if so many bytes are more than one message
 // may take.
 void requireMemory(double bytes);
+
+// As requireMemory, of what is to stay in a document. Refused also "the open documents would take
+// too much memory (limit documents)".
+void requireRoom(double bytes);
+
+// Has the function tell, from here on, how many bytes the open documents hold; none: nothing.
+void setBytesHeld(std::function<double()> count);
+
+// While it lives nothing is refused by what is above: for work that was within bounds when it was
+// first done.
+class WithoutBounds {
+  public:
+    WithoutBounds();
+    ~WithoutBounds();
+    WithoutBounds(const WithoutBounds &) = delete;
+    WithoutBounds &operator=(const WithoutBounds &) = delete;
+};
 
 } // namespace plotwerk
 

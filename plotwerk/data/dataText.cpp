@@ -1,5 +1,6 @@
 #include "plotwerk/data/dataText.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/names.h"
 #include "util/number/format.h"
@@ -219,6 +220,7 @@ class TableReader {
     void requireRoom(std::size_t width, std::size_t height) const {
         if (columnsInUse + width > mostColumns) throw Refusal("data text has too many columns");
         if (values + width * height > mostValues) throw Refusal("data text has too many values");
+        requireMemory(16.0 * static_cast<double>(values + width * height)); // as they grow
     }
 
     void finishTable() {
@@ -343,9 +345,11 @@ void writeDataText(const std::vector<const Column *> &columns, char decimalSepar
         text += '\n';
     };
     writeLine([&](const Column &column) { writeName(column.name, text); });
-    for (std::size_t row = 0; row < columns.front()->values.size(); ++row)
+    for (std::size_t row = 0; row < columns.front()->values.size(); ++row) {
         writeLine(
             [&](const Column &column) { writeNumber(column.values[row], decimalSeparator, text); });
+        requireMemory(4.0 * static_cast<double>(text.size())); // while it grows there are two
+    }
 }
 
 } // namespace plotwerk

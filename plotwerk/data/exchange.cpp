@@ -1,5 +1,6 @@
 #include "plotwerk/data/exchange.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/data/dataText.h"
 #include "plotwerk/model/curves.h"
@@ -14,12 +15,15 @@
 
 namespace plotwerk {
 
-static Source &sourceNamed(Document &document, const std::string &name) {
+static std::string nameOr(const std::string &name, const char *otherwise) {
+    return name.empty() ? otherwise : name;
+}
+
+// Null when there is none.
+static Source *sourceNamed(Document &document, const std::string &name) {
     requireName(name);
-    const std::string &wanted = name.empty() ? "Data" : name;
-    for (Source &source : document.sources)
-        if (source.name == wanted) return source;
-    return document.sources.emplace_back(Source{wanted, {}});
+    const auto found = std::ranges::find(document.sources, nameOr(name, "Data"), &Source::name);
+    return found == document.sources.end() ? nullptr : &*found;
 }
 
 // Curves that come after so many others.
@@ -54,11 +58,21 @@ static bool continues(const DataTable &more, const Table &table) {
     return more.table.y.size() == table.y.size() && (!more.countedX || countsItsRows(table));
 }
 
-// Makes room so that appending can't fail, and growth by single rows stays cheap.
-static void reserveRows(Column &column, std::size_t more) {
+// The rows that a column has room for when so many are added: growth by single rows stays cheap.
+static std::size_t capacityWith(const Column &column, std::size_t more) {
     const std::size_t needed = column.values.size() + more;
-    if (needed > column.values.capacity())
-        column.values.reserve(std::max(needed, 2 * column.values.capacity()));
+    const std::size_t capacity = column.values.capacity();
+    return needed <= capacity ? capacity : std::max(needed, capacity + capacity / 4);
+}
+
+// Makes room so that appending can't fail.
+static void reserveRows(Table &table, std::size_t more) {
+    if (table.x.values.size() + more > std::numeric_limits<int>::max())
+        throw Refusal("a table can't have so many rows");
+    const auto columns = static_cast<double>(table.y.size() + 1);
+    requireMemory(columns * sizeof(double) * static_cast<double>(capacityWith(table.x, more)));
+    table.x.values.reserve(capacityWith(table.x, more));
+    for (Column &column : table.y) column.values.reserve(capacityWith(column, more));
 }
 
 static void appendRows(const DataTable &more, Table &table) {
@@ -71,56 +85,70 @@ static void appendRows(const DataTable &more, Table &table) {
     }
 }
 
+void addData(Document &document, const std::string &source, std::string text,
+             char decimalSeparator) {
+    std::vector<Table> tables =
+        tablesOf(readDataText(std::move(text), decimalSeparator), numberOfCurves(document));
+    requireRoom(bytesOf(tables));
+    addSource(document, source, std::move(tables));
+}
+
 void replaceData(Document &document, const std::string &source, std::string text,
                  char decimalSeparator) {
+    Source *into = sourceNamed(document, source);
+    if (into == nullptr) {
+        addData(document, nameOr(source, "Data"), std::move(text), decimalSeparator);
+        return restartMarkWalk(document);
+    }
+
     std::vector<DataTable> read = readDataText(std::move(text), decimalSeparator);
-    Source &into = sourceNamed(document, source);
-    const std::vector<Table> &old = into.tables;
+    const std::vector<Table> &old = into->tables;
     int others = numberOfCurves(document);
     for (const Table &table : old) others -= static_cast<int>(table.y.size());
     std::vector<Table> tables = tablesOf(std::move(read), others);
+    requireRoom(bytesOf(tables));
     for (std::size_t t = 0; t < std::min(tables.size(), old.size()); ++t)
         for (std::size_t c = 0; c < std::min(tables[t].y.size(), old[t].y.size()); ++c)
             takeOver(old[t].y[c], tables[t].y[c]);
-    replaceTables(document, into, std::move(tables));
+    replaceTables(document, *into, std::move(tables));
 }
 
 void appendData(Document &document, const std::string &source, std::string text,
                 char decimalSeparator) {
+    Source *into = sourceNamed(document, source);
+    if (into == nullptr) {
+        addData(document, nameOr(source, "Data"), std::move(text), decimalSeparator);
+        return restartMarkWalk(document);
+    }
+
     std::vector<DataTable> read = readDataText(std::move(text), decimalSeparator);
-    Source &into = sourceNamed(document, source);
-    const int index = static_cast<int>(&into - document.sources.data());
-    std::vector<Table> &tables = into.tables;
+    double room = 0;
+    for (const DataTable &each : read) room += bytesOf(each.table);
+    requireRoom(room);
 
     // the text's tables stand beside the last ones of the source
+    const int index = static_cast<int>(into - document.sources.data());
+    std::vector<Table> &tables = into->tables;
     const std::size_t first = tables.size() - std::min(tables.size(), read.size());
     const std::size_t beside = tables.size() - first;
-    for (std::size_t i = 0; i < beside; ++i) {
-        Table &table = tables[first + i];
-        if (!continues(read[i], table)) continue;
-        const std::size_t more = read[i].table.x.values.size();
-        if (table.x.values.size() + more > std::numeric_limits<int>::max())
-            throw Refusal("a table can't have so many rows");
-        reserveRows(table.x, more);
-        for (Column &column : table.y) reserveRows(column, more);
-    }
+    std::vector<DataTable *> below; // what continues the tables from the first on, or null
     std::vector<NewTable> added;
     int curvesBefore = numberOfCurves(document);
     for (std::size_t i = 0; i < read.size(); ++i) {
         if (i < beside && continues(read[i], tables[first + i])) {
-            appendRows(read[i], tables[first + i]);
-        } else {
-            giveLooks(read[i].table, curvesBefore);
-            added.push_back({index, static_cast<int>(tables.size()) - 1, std::move(read[i].table)});
+            below.push_back(&read[i]);
+            continue;
         }
+        below.push_back(nullptr);
+        giveLooks(read[i].table, curvesBefore);
+        added.push_back({index, static_cast<int>(tables.size()) - 1, std::move(read[i].table)});
+    }
+    for (std::size_t i = 0; i < beside; ++i) {
+        if (below[i] != nullptr) reserveRows(tables[first + i], below[i]->table.x.values.size());
     }
     if (!added.empty()) insertTables(document, std::move(added));
-}
-
-void addData(Document &document, const std::string &source, std::string text,
-             char decimalSeparator) {
-    addSource(document, source,
-              tablesOf(readDataText(std::move(text), decimalSeparator), numberOfCurves(document)));
+    for (std::size_t i = 0; i < beside; ++i)
+        if (below[i] != nullptr) appendRows(*below[i], tables[first + i]);
 }
 
 std::string dataTextOfSelection(const Document &document, bool includeX, char decimalSeparator,

@@ -95,16 +95,29 @@ static void appendStraight(Path &path, const Point *p, std::size_t n, int points
     path.push_back(p[n - 1]);
 }
 
+// How many are drawn between any two of so many points.
+static int pointsBetween(const DrawnCurve &curve, const ScaledFrame &frame, std::size_t points) {
+    const CurveLook &look = curve.column->look;
+    const bool logarithmic = frame.scales[curve.horizontalAxis()].logarithmic ||
+                             frame.scales[curve.verticalAxis()].logarithmic;
+    if (look.interpolationType != 1 && !logarithmic) return 0;
+    const double most =
+        mostInterpolatedPoints / static_cast<double>(std::max<std::size_t>(points, 1));
+    return static_cast<int>(std::min(look.interpolationPoints, most));
+}
+
+double pointsOfLine(const DrawnCurve &curve, const ScaledFrame &frame) {
+    const std::size_t rows = curve.column->values.size();
+    return static_cast<double>(rows) * (1 + pointsBetween(curve, frame, rows));
+}
+
 static Path interpolatedPath(Path path, const DrawnCurve &curve, const ScaledFrame &frame) {
     const CurveLook &look = curve.column->look;
     const Scale &horizontal = frame.scales[curve.horizontalAxis()];
     const Scale &vertical = frame.scales[curve.verticalAxis()];
-    const double most =
-        mostInterpolatedPoints / static_cast<double>(std::max<std::size_t>(path.size(), 1));
-    const int points = static_cast<int>(std::min(look.interpolationPoints, most));
+    const int points = pointsBetween(curve, frame, path.size());
     const bool spline = look.interpolationType == 1;
-    const bool logarithmic = horizontal.logarithmic || vertical.logarithmic;
-    if (points < 1 || !(spline || logarithmic)) return path;
+    if (points < 1) return path;
 
     Path result;
     result.reserve(path.size() * static_cast<std::size_t>(points + 1));

@@ -1,8 +1,10 @@
 #include "plotwerk/drawing/hitTest.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/drawing/curvePoints.h"
 #include "plotwerk/drawing/scaledFrame.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -86,9 +88,22 @@ static int nearestRow(const Point &p, const Path &rows, double &squared) {
     return nearest;
 }
 
+static void requireBounded(const std::vector<DrawnCurve> &curves, const ScaledFrame &frame) {
+    double time = 0;
+    double largest = 0;
+    for (const DrawnCurve &curve : curves) {
+        const double points = pointsOfLine(curve, frame);
+        time += 60 * points;
+        largest = std::max(largest, 6 * sizeof(Point) * points);
+    }
+    requireTime(time);
+    requireMemory(largest);
+}
+
 std::optional<NearestPoint> nearestPoint(const Document &document, double x, double y) {
     const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
     const ScaledFrame frame = scaledFrameOf(document, curves);
+    requireBounded(curves, frame);
     const Point place = frame.at(x, y);
     if (!std::isfinite(x) || !std::isfinite(y) || isBreak(place)) return std::nullopt;
 

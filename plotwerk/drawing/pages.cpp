@@ -1,8 +1,10 @@
 #include "plotwerk/drawing/pages.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/drawing/picture.h"
 #include "plotwerk/drawing/png.h"
 #include "plotwerk/drawing/tiff.h"
+#include "plotwerk/model/structure.h"
 
 #include <algorithm>
 #include <cairo-pdf.h>
@@ -129,6 +131,7 @@ Composition::Composition(double width_, double height_)
 void Composition::add(const Document &document, const PageRectangle &rectangle, double angle,
                       double shear) {
     const auto place = [](double length) { return limited(length, -largestPage, largestPage, 0); };
+    requireRoom(bytesOf(document));
     Placed placed;
     placed.document = document;
     placed.rectangle = {place(rectangle.x), place(rectangle.y), std::abs(place(rectangle.width)),
@@ -188,6 +191,12 @@ static Box marksOf(const Picture &picture, const cairo_matrix_t &place) {
             marks = united(marks, {x, y, x, y});
         }
     return marks;
+}
+
+double Composition::bytes() const {
+    double bytes = 0;
+    for (const Placed &placed : pictures) bytes += bytesOf(placed.document);
+    return bytes;
 }
 
 std::string Composition::pdf() const {

@@ -46,13 +46,15 @@ class Composition {
     // lies at (x, y): so the frames of several pictures align. Then all is sheared (x grows by
     // `shear` times the height above the rectangle's lower edge) and turned counter-clockwise by
     // the angle in degrees, both about the rectangle's lower left corner. Lengths are limited to
-    // 14400 points, the shear to 10; NaN counts as 0.
+    // 14400 points, the shear to 10; NaN counts as 0. Refused for want of room (requireRoom).
     void add(const Document &document, const PageRectangle &rectangle, double angle, double shear);
 
     bool empty() const { return pictures.empty(); }
 
     // Vectors, with fonts embedded, on one page.
     std::string pdf() const;
+
+    double bytes() const; // about the memory that it takes
 
   private:
     struct Placed {

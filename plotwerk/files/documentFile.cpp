@@ -1,11 +1,13 @@
 #include "plotwerk/files/documentFile.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/documentArchive.h"
 #include "plotwerk/formula/formula.h"
 #include "plotwerk/model/limits.h"
 #include "plotwerk/model/names.h"
+#include "plotwerk/model/structure.h"
 
 #include <cstdint>
 #include <set>
@@ -112,6 +114,7 @@ template<class Archive> void fields(Archive &archive, Whole &whole) {
 } // namespace
 
 void writeDocument(std::ostream &stream, const Document &document, bool binary) {
+    if (!binary) requireTime(70 * bytesOf(document) / sizeof(double));
     Whole whole{formatName, currentVersion, const_cast<Document &>(document)};
     if (binary) stream << cborMark;
     TreeWriter tree(stream, binary);

@@ -23,7 +23,8 @@ bool beginsAsDocument(std::string_view bytes);
 // beyond the limits of limits.h, columns of unequal length.
 Document documentOf(std::string bytes);
 
-// Writes what documentOf reads. Names that aren't UTF-8 are written as utf8Of makes them.
+// Writes what documentOf reads. Names that aren't UTF-8 are written as utf8Of makes them. Refused:
+// a document whose text would take too long (requireTime).
 void writeDocument(std::ostream &stream, const Document &document, bool binary);
 
 } // namespace plotwerk

@@ -1,5 +1,6 @@
 #include "plotwerk/files/documentTree.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/refusal.h"
 
 #include <limits>
@@ -9,6 +10,10 @@ namespace plotwerk {
 
 // A document's own nesting is ten; what lies deeper could only exhaust the stack.
 static constexpr std::size_t deepest = 16;
+
+// About what a node of the tree takes, and in JSON, where bytes are gathered one by one, a number.
+static constexpr double nodeBytes = 170;
+static constexpr double numberBytes = 16;
 
 namespace {
 
@@ -76,6 +81,7 @@ class TreeBuilder final : public nlohmann::json_sax<Tree> {
     // The node's place in the tree, null where only numbers may stand.
     Tree *place(Tree node) {
         if (inValues) return nullptr;
+        requireMemory(memory += nodeBytes);
         if (open_.empty()) return &(root = std::move(node));
         Tree &parent = *open_.back();
         if (parent.is_object()) return &(parent[member] = std::move(node));
@@ -88,6 +94,7 @@ class TreeBuilder final : public nlohmann::json_sax<Tree> {
     }
 
     bool addNumber(double value) {
+        requireMemory(memory += numberBytes);
         appendDouble(values, value);
         return true;
     }
@@ -109,6 +116,7 @@ class TreeBuilder final : public nlohmann::json_sax<Tree> {
     std::vector<Tree *> open_; // objects and arrays not yet ended, outermost first
     std::string member;        // the key that was read last
     binary_t::container_type values;
+    double memory = 0; // about what has been taken
     bool inValues = false;
 };
 
@@ -156,12 +164,14 @@ static bool isPlainCbor(std::string_view bytes) {
     enum Kind { byteString = 2, text, array, map, tag };
     Head head{};
     std::vector<std::uint64_t> missing{1}; // items still to come at each level
+    double memory = 0;                     // about what the tree of those so far takes
     while (!missing.empty()) {
         if (missing.back() == 0) {
             missing.pop_back();
             continue;
         }
         --missing.back();
+        requireMemory(memory += nodeBytes);
 
         if (!takeHead(bytes, head)) return false;
         if (head.kind == tag) {
@@ -170,6 +180,7 @@ static bool isPlainCbor(std::string_view bytes) {
         }
         if (head.kind == byteString || head.kind == text) {
             if (head.argument > bytes.size()) return false;
+            memory += static_cast<double>(head.argument);
             bytes.remove_prefix(head.argument);
         } else if (head.kind == array || head.kind == map) {
             if (head.argument > bytes.size() || missing.size() > deepest) return false;

@@ -59,8 +59,7 @@ static CurveRef curveToFit(const Document &document) {
 }
 
 // The errors may be held in `means`.
-static FitData dataOf(const Document &document, const CurveRef &curve,
-                      std::vector<double> &means) {
+static FitData dataOf(const Document &document, const CurveRef &curve, std::vector<double> &means) {
     const Table &table = tableOf(document, curve);
     const Column &column = columnOf(document, curve);
     return {table.x.values, column.values, yErrorsOf(table, column, means), document.fitRange};
@@ -106,8 +105,7 @@ static Table tableOfFit(const Document &document, const CurveRef &fitted, const 
     const AxisCode axis = look.upperX ? upperXAxis : xAxis;
     Table table;
     table.x.name = tableOf(document, fitted).x.name;
-    table.x.values =
-        samplesOf(drawnRange(data), points, document.axes[axis].logarithmic);
+    table.x.values = samplesOf(drawnRange(data), points, document.axes[axis].logarithmic);
     Column &column = table.y.emplace_back();
     column.name = "Fit";
     column.drawnByFit = true;
@@ -146,6 +144,7 @@ FitOutcome fitDocument(Document &document) {
     const Formula formula = formulaOf(document);
     const CurveRef fitted = curveToFit(document);
     std::vector<FitParameter> parameters = document.parameters;
+    requireMemory(4.5 * sizeof(double) * rowsOf(tableOf(document, fitted)));
     std::vector<double> means;
     const FitData data = dataOf(document, fitted, means);
     FitOutcome outcome = fit(formula, data, parameters);
@@ -165,24 +164,27 @@ void modifySelection(Document &document, bool yData) {
     const std::vector<double> parameters = valuesOf(document.parameters);
     double rows = 0;
     for (const CurveRef &curve : curves) rows += rowsOf(tableOf(document, curve));
-    requireTime(rows * nanosecondsPerPoint(formula.tape()));
+    requireTime(rows * (20 + nanosecondsPerPoint(formula.tape())));
+    requireMemory(4.5 * sizeof(double) * rows);
 
     struct Modified {
         ValidPoints points;
         std::vector<double> values;
+        std::vector<double> x; // as it will be
     };
     std::vector<Modified> modified;
     for (const CurveRef &curve : curves) {
-        Modified each{validPoints(tableOf(document, curve), columnOf(document, curve)), {}};
+        Modified each{validPoints(tableOf(document, curve), columnOf(document, curve)), {}, {}};
         each.values.resize(each.points.x.size());
         formula.evaluate(each.points.x, each.points.y, parameters, each.values);
+        if (!yData) each.x = tableOf(document, curve).x.values;
         modified.push_back(std::move(each));
     }
 
     for (std::size_t i = 0; i < curves.size(); ++i) {
         Table &table = tableOf(document, curves[i]);
         Column &column = columnOf(document, curves[i]);
-        std::vector<double> values = yData ? std::move(column.values) : table.x.values;
+        std::vector<double> values = std::move(yData ? column.values : modified[i].x);
         for (std::size_t k = 0; k < modified[i].values.size(); ++k)
             values[modified[i].points.row[k]] = stored(modified[i].values[k]);
         if (yData)

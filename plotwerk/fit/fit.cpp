@@ -9,6 +9,9 @@ namespace plotwerk {
 
 static FitPoints pointsOf(const FitData &data) {
     FitPoints points;
+    points.x.reserve(data.x.size());
+    points.y.reserve(data.x.size());
+    points.weight.reserve(data.errors.size());
     for (std::size_t i = 0; i < data.x.size(); ++i) {
         const double x = data.x[i];
         if (!std::isfinite(x) || !std::isfinite(data.y[i])) continue;

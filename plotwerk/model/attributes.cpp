@@ -1,5 +1,6 @@
 #include "plotwerk/model/attributes.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/limits.h"
@@ -142,7 +143,10 @@ void placeText(Document &document, const PlacedText &text) {
         return other.x == placed.x && other.y == placed.y && other.xFloating == placed.xFloating &&
                other.yFloating == placed.yFloating;
     };
-    if (!placed.text.empty()) document.texts.push_back(placed);
+    if (!placed.text.empty()) {
+        requireRoom(static_cast<double>(sizeof placed + placed.text.size()));
+        document.texts.push_back(placed);
+    }
     const auto kept = document.texts.end() - (placed.text.empty() ? 0 : 1);
     document.texts.erase(std::remove_if(document.texts.begin(), kept, isThere), kept);
 }

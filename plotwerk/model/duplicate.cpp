@@ -1,5 +1,6 @@
 #include "plotwerk/model/duplicate.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/model/change.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/names.h"
@@ -50,11 +51,16 @@ static void cutRows(Table &table, const Range &xRange, const Range &upperXRange)
         }
         kept.push_back(x);
     }
-    for (Column &column : table.y) column.values.resize(kept.size());
+    for (Column &column : table.y) {
+        column.values.resize(kept.size());
+        column.values.shrink_to_fit();
+    }
+    kept.shrink_to_fit();
     setX(table, std::move(kept));
 }
 
 Document duplicateAsPlotted(const Document &document) {
+    requireRoom(bytesOf(document));
     Document duplicate = document;
     change(duplicate, [&](Document &copy) {
         copy.name += " copy";

@@ -14,7 +14,6 @@
 #include <cmath>
 #include <limits>
 #include <map>
-#include <memory>
 #include <numeric>
 #include <string_view>
 #include <unordered_map>
@@ -35,15 +34,45 @@ static std::vector<int> sortedRows(std::vector<double> key) {
     return {rows.begin(), rows.end()};
 }
 
-static void sortRows(Table &table, const std::vector<double> &key) {
-    const std::vector<int> rows = sortedRows(key);
-    const auto reordered = [&](const Column &column) {
-        std::vector<double> sorted(rows.size());
-        for (std::size_t i = 0; i < rows.size(); ++i) sorted[i] = column.values[rows[i]];
-        return sorted;
-    };
-    setX(table, reordered(table.x));
-    for (Column &column : table.y) column.values = reordered(column);
+// Brings values into the order of the rows, without taking memory: each cycle of the order is
+// walked once, and rows that have been on one bear their complement until the outer walk comes by.
+static void permute(std::vector<double> &values, std::vector<int> &rows) {
+    for (int begin = 0; begin < static_cast<int>(rows.size()); ++begin) {
+        if (rows[begin] < 0) {
+            rows[begin] = ~rows[begin];
+            continue;
+        }
+        const double first = values[begin];
+        int at = begin;
+        for (int from = rows[at]; from != begin; from = rows[at]) {
+            values[at] = values[from];
+            if (at != begin) rows[at] = ~from;
+            at = from;
+        }
+        values[at] = first;
+        if (at != begin) rows[at] = ~begin;
+    }
+}
+
+static void sortRows(Table &table, std::vector<int> rows) {
+    permute(table.x.values, rows);
+    table.xOrder = {};
+    for (Column &column : table.y) permute(column.values, rows);
+}
+
+static void requireSorting(const std::vector<CurveRef> &curves, const Document &document) {
+    double orders = 0;
+    double largest = 0;
+    double time = 0;
+    for (const CurveRef &curve : curves) {
+        const Table &table = tableOf(document, curve);
+        const double rows = rowsOf(table);
+        orders += sizeof(int) * rows;
+        largest = std::max(largest, 9 * sizeof(double) * rows);
+        time += rows * (300 + 30 * static_cast<double>(table.y.size()));
+    }
+    requireMemory(orders + largest);
+    requireTime(time);
 }
 
 // Derivatives of a curve at its n points, by the parabolas through three neighbours.
@@ -186,7 +215,13 @@ static Table tableOfExtremes(const ValidPoints &points, const std::vector<int> &
 }
 
 void renameSelection(Document &document, const std::string &name) {
+    const std::vector<CurveRef> selected = requireSelection(document);
+    const std::size_t longest = name.size() + std::string_view(" error").size();
     requireName(name + " error"); // as long as any column of errors that is renamed, too
+    const double room = 2.0 * static_cast<double>(selected.size() * longest);
+    requireRoom(room);
+    requireMemory(room + 200.0 * numberOfCurves(document));
+
     // Of each table the columns of errors by what they belong to and by name, from left to right:
     // of equal ones each curve takes the next.
     struct Named {
@@ -199,7 +234,8 @@ void renameSelection(Document &document, const std::string &name) {
     };
     std::unordered_map<const Table *, TableErrors> tables;
 
-    for (const CurveRef &curve : requireSelection(document)) {
+    std::vector<std::pair<std::string *, std::string>> names;
+    for (const CurveRef &curve : selected) {
         Table &table = tableOf(document, curve);
         const auto [found, isNew] =
             tables.try_emplace(&table, TableErrors{ErrorColumns(table), {}});
@@ -209,16 +245,19 @@ void renameSelection(Document &document, const std::string &name) {
                 if (const auto owner = errors.namedOwner(i))
                     named[*owner][table.y[i].name].columns.push_back(i);
 
-        Column &column = columnOf(document, curve);
-        const std::string oldName = std::exchange(column.name, name);
+        std::string &oldName = columnOf(document, curve).name;
+        names.emplace_back(&oldName, name);
         const auto owned = named.find(errors.firstNamed(curve.column));
         if (owned == named.end()) continue;
         for (auto &[errorName, group] : owned->second) {
             if (group.next == group.columns.size()) continue;
             Column &held = table.y[group.columns[group.next++]];
-            if (held.rank == 0) held.name = errorNameAlong(errorName, oldName, name);
+            if (held.rank == 0)
+                names.emplace_back(&held.name, errorNameAlong(errorName, oldName, name));
         }
     }
+
+    for (auto &[old, becomes] : names) old->swap(becomes);
 }
 
 void showSelection(Document &document) {
@@ -252,18 +291,22 @@ void deleteAllCurves(Document &document) {
 }
 
 void sortByX(Document &document) {
-    for (const CurveRef &curve : firstOfEachTable(requireSelection(document))) {
-        Table &table = tableOf(document, curve);
-        sortRows(table, table.x.values);
-    }
+    const std::vector<CurveRef> curves = firstOfEachTable(requireSelection(document));
+    requireSorting(curves, document);
+    std::vector<std::vector<int>> orders;
+    for (const CurveRef &curve : curves)
+        orders.push_back(sortedRows(tableOf(document, curve).x.values));
+    for (std::size_t i = 0; i < curves.size(); ++i)
+        sortRows(tableOf(document, curves[i]), std::move(orders[i]));
 }
 
 void sortBySelection(Document &document, bool ascending) {
     const CurveRef first = requireSelection(document).front();
+    requireSorting({first}, document);
     std::vector<double> key = columnOf(document, first).values;
     if (!ascending)
         for (double &value : key) value = -value;
-    sortRows(tableOf(document, first), key);
+    sortRows(tableOf(document, first), sortedRows(std::move(key)));
 }
 
 void swapSelectionWithX(Document &document) {
@@ -278,22 +321,33 @@ void swapSelectionWithX(Document &document) {
 }
 
 void differentiateSelection(Document &document) {
-    int curvesBefore = numberOfCurves(document);
     const std::vector<CurveRef> selected = requireSelection(document);
+    double room = 0;
+    double largest = 0;
+    for (const CurveRef &curve : selected) {
+        room += bytesOf(columnOf(document, curve)) + 1;
+        largest = std::max(largest, 4.5 * sizeof(double) * rowsOf(tableOf(document, curve)));
+    }
+    requireRoom(room);
+    requireMemory(room + largest + sizeof(Column) * numberOfCurves(document));
+
+    int curvesBefore = numberOfCurves(document);
     for (const CurveRef &curve : selected) requireName(columnOf(document, curve).name + "'");
+    std::vector<NewColumn> derivatives;
+    derivatives.reserve(selected.size());
     for (const CurveRef &curve : selected) {
         Table &table = tableOf(document, curve);
         const Column &original = columnOf(document, curve);
         const ValidPoints points = validPoints(table, original);
-        const std::vector<double> derivatives = derivative(points);
-        Column column;
+        const std::vector<double> ofPoints = derivative(points);
+        Column &column = derivatives.emplace_back(NewColumn{&table, {}}).column;
         column.name = original.name + "'";
         column.look = lookOfNewCurve(curvesBefore++, original.look);
         column.look.sum = original.look.sum;
         column.values.assign(rowsOf(table), unset);
-        for (int i = 0; i < points.n; ++i) column.values[points.row[i]] = derivatives[i];
-        addColumn(document, table, std::move(column));
+        for (int i = 0; i < points.n; ++i) column.values[points.row[i]] = ofPoints[i];
     }
+    addColumns(document, std::move(derivatives));
 }
 
 void createCurve(Document &document, double minX, double maxX, double incX, double minY,
@@ -306,7 +360,7 @@ void createCurve(Document &document, double minX, double maxX, double incX, doub
     if (!(steps < 1e8)) throw Refusal("a curve can't have more than 1e8 points");
 
     const int n = static_cast<int>(steps) + 1;
-    requireMemory(2.0 * sizeof(double) * n);
+    requireRoom(2.0 * sizeof(double) * n + sizeof(Table) + sizeof(Column));
     Table table;
     table.x.name = "X";
     table.y.resize(1);
@@ -320,19 +374,33 @@ void createCurve(Document &document, double minX, double maxX, double incX, doub
         column.values[i] = std::fma(i, incY, minY);
     }
 
+    std::vector<Table> tables;
+    tables.push_back(std::move(table));
+    if (document.sources.empty()) {
+        addSource(document, "Data", std::move(tables));
+        return restartMarkWalk(document);
+    }
     const auto first = firstSelectedCurve(document);
-    if (!first && document.sources.empty()) addSource(document, "Data", {});
     const int source = first ? first->source : static_cast<int>(document.sources.size()) - 1;
     const int last = static_cast<int>(document.sources[source].tables.size()) - 1;
-    std::vector<NewTable> tables;
-    tables.push_back({source, first ? first->table : last, std::move(table)});
-    insertTables(document, std::move(tables));
+    std::vector<NewTable> added;
+    added.push_back({source, first ? first->table : last, std::move(tables.front())});
+    insertTables(document, std::move(added));
 }
 
 void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, double minHeight) {
     std::vector<CurveRef> selected = requireSelection(document);
     if (!maxima && !minima) return;
 
+    double rows = 0;
+    double largest = 0;
+    for (const CurveRef &curve : selected) {
+        rows += rowsOf(tableOf(document, curve));
+        largest = std::max<double>(largest, rowsOf(tableOf(document, curve)));
+    }
+    requireMemory(120 * largest);
+    requireTime(400 * rows);
+    double room = 0; // what has been found
     std::vector<NewTable> found;
     const int curvesBefore = numberOfCurves(document);
     for (const CurveRef &curve : selected) {
@@ -347,6 +415,8 @@ void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, 
             found.push_back({curve.source, curve.table,
                              tableOfExtremes(points, indexes, table.x.name,
                                              column.name + std::string(suffix), look)});
+            room += bytesOf(found.back().table);
+            requireRoom(room);
         };
         std::vector<double> y = points.y;
         if (maxima) search(y, maximaSuffix);

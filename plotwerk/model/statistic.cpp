@@ -1,5 +1,6 @@
 #include "plotwerk/model/statistic.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/sampledFunction.h"
 
@@ -33,7 +34,17 @@ Statistic statisticOfSelection(const Document &document) {
     Statistic statistic;
     statistic.name = columnOf(document, selected.front()).name;
 
-    std::vector<ValidPoints> curves;
+    double rows = 0;
+    double memory = 0;
+    for (const CurveRef &curve : selected) {
+        const Table &table = tableOf(document, curve);
+        rows += rowsOf(table);
+        memory = std::max(memory,
+                          (orderOfX(table).ascending ? 2.5 : 9) * sizeof(double) * rowsOf(table));
+    }
+    requireMemory(memory);
+    requireTime(100 * rows);
+
     Sum sum;
     Sum area;
     for (const CurveRef &curve : selected) {
@@ -46,7 +57,6 @@ Statistic statisticOfSelection(const Document &document) {
         }
         statistic.points += points.n;
         area.add(integral(points.x, points.y));
-        curves.push_back(std::move(points));
     }
     statistic.sum = sum.value();
     statistic.area = area.value();
@@ -56,12 +66,16 @@ Statistic statisticOfSelection(const Document &document) {
     const double mean = statistic.sum / statistic.points;
     Sum deviations;
     Sum squares;
-    for (const ValidPoints &points : curves)
-        for (int i = 0; i < points.n; ++i) {
-            const double deviation = points.y[i] - mean;
+    for (const CurveRef &curve : selected) {
+        const std::vector<double> &x = tableOf(document, curve).x.values;
+        const std::vector<double> &y = columnOf(document, curve).values;
+        for (std::size_t row = 0; row < y.size(); ++row) {
+            if (std::isnan(x[row]) || std::isnan(y[row])) continue;
+            const double deviation = y[row] - mean;
             deviations.add(deviation);
             squares.add(deviation * deviation);
         }
+    }
     const double rest = deviations.value();
     const double variance = (squares.value() - rest * rest / statistic.points) / statistic.points;
     statistic.deviation = std::sqrt(std::max(variance, 0.0));

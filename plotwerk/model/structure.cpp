@@ -3,6 +3,7 @@
 #include "plotwerk/model/names.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 namespace plotwerk {
@@ -10,6 +11,33 @@ namespace plotwerk {
 void restartMarkWalk(Document &document) {
     document.markWalk = 0;
     document.markHint = {};
+}
+
+double bytesOf(const Column &column) {
+    return static_cast<double>(sizeof column + column.name.size() +
+                               column.values.capacity() * sizeof(double));
+}
+
+double bytesOf(const Table &table) {
+    double bytes = sizeof table + bytesOf(table.x);
+    for (const Column &column : table.y) bytes += bytesOf(column);
+    return bytes;
+}
+
+double bytesOf(const std::vector<Table> &tables) {
+    double bytes = 0;
+    for (const Table &table : tables) bytes += bytesOf(table);
+    return bytes;
+}
+
+double bytesOf(const Document &document) {
+    double bytes = sizeof document + static_cast<double>(document.formula.size());
+    for (const Source &source : document.sources)
+        bytes += static_cast<double>(sizeof source + source.name.size()) + bytesOf(source.tables);
+    for (const PlacedText &placed : document.texts)
+        bytes += static_cast<double>(sizeof placed + placed.text.size());
+    bytes += static_cast<double>(document.parameters.size() * sizeof(FitParameter));
+    return bytes;
 }
 
 void addSource(Document &document, const std::string &name, std::vector<Table> tables) {
@@ -20,21 +48,28 @@ void addSource(Document &document, const std::string &name, std::vector<Table> t
 }
 
 void insertTables(Document &document, std::vector<NewTable> tables) {
+    std::vector<std::size_t> added(document.sources.size());
+    for (const NewTable &each : tables) ++added[each.source];
+    for (std::size_t i = 0; i < added.size(); ++i)
+        document.sources[i].tables.reserve(document.sources[i].tables.size() + added[i]);
+
     const auto position = [](const NewTable &each) { return std::pair(each.source, each.after); };
     std::stable_sort(tables.begin(), tables.end(), [&](const NewTable &a, const NewTable &b) {
         return position(a) < position(b);
     });
-    for (auto each = tables.begin(); each != tables.end();) {
+    // each source from its last table on: what stands behind a new one moves up
+    for (auto each = tables.rbegin(); each != tables.rend();) {
         const int source = each->source;
-        std::vector<Table> &old = document.sources[source].tables;
-        std::vector<Table> all;
-        all.reserve(old.size() + static_cast<std::size_t>(tables.end() - each));
-        for (int i = -1; i < std::ssize(old); ++i) {
-            if (i >= 0) all.push_back(std::move(old[i]));
-            for (; each != tables.end() && each->source == source && each->after == i; ++each)
-                all.push_back(std::move(each->table));
+        std::vector<Table> &all = document.sources[source].tables;
+        std::size_t old = all.size();
+        all.resize(old + added[source]);
+        for (std::size_t at = all.size(); at > old;) {
+            if (each != tables.rend() && each->source == source &&
+                each->after == static_cast<int>(old) - 1)
+                all[--at] = std::move((each++)->table);
+            else
+                all[--at] = std::move(all[--old]);
         }
-        old = std::move(all);
     }
     restartMarkWalk(document);
 }
@@ -44,19 +79,25 @@ void replaceTables(Document &document, Source &source, std::vector<Table> tables
     restartMarkWalk(document);
 }
 
-void addColumn(Document &document, Table &table, Column column) {
-    table.y.push_back(std::move(column));
+void addColumns(Document &document, std::vector<NewColumn> columns) {
+    std::unordered_map<Table *, std::size_t> added;
+    for (const NewColumn &each : columns) ++added[each.table];
+    for (const auto &[table, count] : added) table->y.reserve(table->y.size() + count);
+    for (NewColumn &each : columns) each.table->y.push_back(std::move(each.column));
     restartMarkWalk(document);
 }
 
 void eraseColumns(Document &document, const std::function<std::vector<bool>(const Table &)> &goes) {
+    std::vector<std::vector<bool>> going; // of each table
+    for (const Source &source : document.sources)
+        for (const Table &table : source.tables) going.push_back(goes(table));
+
+    auto ofTable = going.begin();
     for (Source &source : document.sources) {
         for (Table &table : source.tables) {
-            const std::vector<bool> going = goes(table);
-            std::vector<Column> kept;
-            for (std::size_t i = 0; i < table.y.size(); ++i)
-                if (!going[i]) kept.push_back(std::move(table.y[i]));
-            table.y = std::move(kept);
+            const std::vector<bool> &ofColumn = *ofTable++;
+            const Column *first = table.y.data();
+            std::erase_if(table.y, [&](const Column &each) { return ofColumn[&each - first]; });
         }
         std::erase_if(source.tables, [](const Table &table) { return table.y.empty(); });
     }

@@ -1,7 +1,8 @@
 // structure.h - how tables and curves come into a document and go.
 //
 // What follows the numbering of the curves is looked after here: each of these functions but
-// addSource starts the walk of marks over.
+// addSource starts the walk of marks over. Where memory runs out they throw std::bad_alloc, and the
+// document is as it was; what is to be added must have found room before (requireRoom).
 #ifndef PLOTWERK_MODEL_STRUCTURE_H
 #define PLOTWERK_MODEL_STRUCTURE_H
 
@@ -14,6 +15,12 @@
 namespace plotwerk {
 
 void restartMarkWalk(Document &document);
+
+// About the bytes of memory that it takes.
+double bytesOf(const Column &column);
+double bytesOf(const Table &table);
+double bytesOf(const std::vector<Table> &tables);
+double bytesOf(const Document &document);
 
 // Adds a last source of that name, made free with freeName, with these tables. The curves that are
 // there keep their numbers, and the walk of marks goes on.
@@ -30,8 +37,12 @@ void insertTables(Document &document, std::vector<NewTable> tables);
 
 void replaceTables(Document &document, Source &source, std::vector<Table> tables);
 
-// As the last column of one of the document's tables.
-void addColumn(Document &document, Table &table, Column column);
+struct NewColumn {
+    Table *table; // of the document; this is its last column then
+    Column column;
+};
+
+void addColumns(Document &document, std::vector<NewColumn> columns);
 
 // Erases those y columns of each table that `goes` says yes for, the tables without y columns then,
 // and the sources without tables.

@@ -1,0 +1,157 @@
+// What would take more than a message may take is refused before it begins.
+#include "plotwerk/application/application.h"
+#include "plotwerk/base/bounds.h"
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/data/dataText.h"
+#include "plotwerk/data/exchange.h"
+#include "plotwerk/drawing/hitTest.h"
+#include "plotwerk/files/atomicFile.h"
+#include "plotwerk/files/documentFile.h"
+#include "plotwerk/fit/documentFit.h"
+#include "plotwerk/model/change.h"
+#include "plotwerk/model/duplicate.h"
+#include "plotwerk/model/editing.h"
+#include "plotwerk/model/statistic.h"
+#include "plotwerk/model/structure.h"
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+
+using namespace plotwerk;
+
+namespace {
+
+class BoundedWork : public testing::Test {
+  protected:
+    void SetUp() override {
+        setBound("memory=10");
+        setBound("seconds=1");
+    }
+    void TearDown() override {
+        setBound("memory=1000");
+        setBound("seconds=10");
+        setBound("documents=2000");
+    }
+
+    static std::string refusalOf(const std::function<void()> &work) {
+        try {
+            work();
+        } catch (const Refusal &refusal) {
+            return refusal.what();
+        }
+        return "";
+    }
+
+    // Of a selected curve with so many rows.
+    static Document documentWith(int rows) {
+        Table table;
+        table.x.values.assign(rows, 1);
+        Column &curve = table.y.emplace_back();
+        curve.values.assign(rows, 1);
+        curve.rank = 1;
+        Document document;
+        document.sources.push_back({"Data", {}});
+        document.sources.front().tables.push_back(std::move(table));
+        return document;
+    }
+
+    static std::string repeated(const std::string &text, int times) {
+        std::string all;
+        for (int i = 0; i < times; ++i) all += text;
+        return all;
+    }
+};
+
+} // namespace
+
+TEST_F(BoundedWork, IsRefusedByItsMemory) {
+    constexpr int rows = 700'000; // two columns of 5.6 MB
+    Document large = documentWith(rows);
+    large.formula = "a*x";
+    large.parameters = {{"a"}};
+    const double before = bytesOf(large);
+    const std::filesystem::path file =
+        std::filesystem::temp_directory_path() / ("plotwerk bounds " + std::to_string(getpid()));
+    std::ofstream(file).close();
+    std::filesystem::resize_file(file, 6'000'000);
+    const std::string cbor = "\xd9\xd9\xf7\x9a" + std::string("\0\1\x86\xa0", 4);
+    const struct {
+        const char *what;
+        std::function<void()> work;
+    } cases[] = {
+        {"create", [&] { createCurve(large, 1, rows, 1, 0, 0); }},
+        {"differentiate", [&] { differentiateSelection(large); }},
+        {"sort by x", [&] { sortByX(large); }},
+        {"sort by y", [&] { sortBySelection(large, true); }},
+        {"extremes", [&] { searchExtremes(large, true, true, 2, 0); }},
+        {"statistic", [&] { statisticOfSelection(large); }},
+        {"duplicate", [&] { duplicateAsPlotted(large); }},
+        {"modify", [&] { modifySelection(large, true); }},
+        {"fit", [&] { fitDocument(large); }},
+        {"copy", [&] { dataTextOfSelection(large, true, '.'); }},
+        {"append", [&] { appendData(large, "Data", "1 2\n", '.'); }},
+        {"hit test", [&] { nearestPoint(large, 1, 1); }},
+        {"page", [&] { Composition(0, 0).add(large, {}, 0, 0); }},
+        {"data text", [&] { readDataText(repeated("1\n", rows), '.'); }},
+        {"empty maps in CBOR", [&] { documentOf(cbor + std::string(100'000, '\xa0')); }},
+        {"empty arrays in JSON", [&] { documentOf("{\"a\":[" + repeated("[],", 100'000)); }},
+        {"numbers in JSON", [&] { documentOf("{\"values\":[" + repeated("1,", rows)); }},
+        {"file", [&] { readWholeFile(file); }},
+    };
+    for (const auto &c : cases) {
+        EXPECT_EQ(refusalOf(c.work), "would take too much memory (limit memory)") << c.what;
+        EXPECT_EQ(bytesOf(large), before) << c.what;
+    }
+    std::filesystem::remove(file);
+    const WithoutBounds unbounded;
+    EXPECT_EQ(refusalOf([&] { appendData(large, "Data", "1 2\n", '.'); }), "");
+}
+
+TEST_F(BoundedWork, IsRefusedByItsTime) {
+    setBound("memory=1000");
+    Document large = documentWith(11'000'000);
+    Document interpolated = documentWith(3);
+    Table &table = interpolated.sources[0].tables[0];
+    table.x.values = {1, 2, 3};
+    table.y[0].look.interpolationType = 1;
+    table.y[0].look.interpolationPoints = 1e6;
+    table.y.resize(9, table.y[0]);
+    std::ostringstream text;
+    const struct {
+        const char *what;
+        std::function<void()> work;
+    } cases[] = {
+        {"sort", [&] { sortByX(large); }},
+        {"statistic", [&] { statisticOfSelection(large); }},
+        {"JSON", [&] { writeDocument(text, large, false); }},
+        {"hit test", [&] { nearestPoint(interpolated, 1, 1); }},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(refusalOf(c.work), "would take too long (limit seconds)") << c.what;
+}
+
+// However small the messages are that make them grow.
+TEST_F(BoundedWork, IsRefusedByWhatTheDocumentsTakeInAll) {
+    setBound("documents=5");
+    Application application;
+    const std::string full = "the open documents would take too much memory (limit documents)";
+    const auto grow = [&] {
+        change(application.create({}), [](Document &d) { createCurve(d, 1, 50'000, 1, 0, 0); });
+    };
+    for (int i = 0; i < 6; ++i) EXPECT_EQ(refusalOf(grow), "");
+    EXPECT_EQ(refusalOf(grow), full);
+    application.newComposition(0, 0);
+    const Document copied = *application.front();
+    EXPECT_EQ(refusalOf([&] {
+                  for (int i = 0; i < 3000; ++i) application.addToComposition(copied, {}, 0, 0);
+              }),
+              full);
+    application.newComposition(0, 0);
+    application.close(application.document("Untitled"), false);
+    EXPECT_EQ(refusalOf(grow), "");
+}
