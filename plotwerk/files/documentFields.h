@@ -23,7 +23,7 @@ constexpr bool operator>(const Version &a, const Version &b) {
     return a.major != b.major ? a.major > b.major : a.minor > b.minor;
 }
 
-constexpr Version currentVersion{2, 0};
+constexpr Version currentVersion{2, 1};
 
 template<class Archive> void fields(Archive &archive, Colour &colour) {
     archive("red", colour.red);
@@ -60,6 +60,7 @@ template<class Archive> void fields(Archive &archive, CurveLook &look) {
 template<class Archive> void fields(Archive &archive, Column &column) {
     archive("name", column.name);
     archive("values", column.values);
+    archive("isTime", column.isTime, {2, 1});
     archive("look", column.look);
     archive("marked", column.marked);
     archive("fitData", column.fitData);
@@ -67,7 +68,7 @@ template<class Archive> void fields(Archive &archive, Column &column) {
     archive("place", column.rank);
 }
 
-// An x column is no curve: it has nothing but a name and values.
+// An x column is no curve: it has nothing but a name, values and what they are.
 struct XColumn {
     Column &column;
 };
@@ -75,6 +76,7 @@ struct XColumn {
 template<class Archive> void fields(Archive &archive, XColumn &x) {
     archive("name", x.column.name);
     archive("values", x.column.values);
+    archive("isTime", x.column.isTime, {2, 1});
 }
 
 template<class Archive> void fields(Archive &archive, Table &table) {

@@ -63,6 +63,7 @@ struct CurveLook {
 struct Column {
     std::string name{};
     std::vector<double> values{};
+    bool isTime = false; // the values are points in time: seconds since 1970-01-01 UTC
     CurveLook look{};
     bool marked = false;
     bool fitData = false;    // at most one column of a document

@@ -1,5 +1,6 @@
 // Bytes that are no document are refused, whatever they are.
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/files/documentFields.h"
 #include "plotwerk/files/documentFile.h"
 #include "tests/plotwerk/files/fullDocument.h"
 
@@ -88,7 +89,7 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
         {"version", "2", {"3"}, later + "3.0 of the format)"},
         {"version", "2", {"18446744073709551615"}, later + "18446744073709551615.0 of the format)"},
         {"version", "2", {"0", "\"2\"", "2.0"}, "damaged: no version"},
-        {"minor", "0", {"-1", "null"}, "damaged: no version"},
+        {"minor", std::to_string(currentVersion.minor), {"-1", "null"}, "damaged: no version"},
         {"document", "", {"1,\"d\":"}, ""},
         {"name", "\"doc\"", {"null", "\"a\\u0000b\""}, ""},
         {"xAxisLength", "12.0", {"\"12\"", "false"}, ""},
