@@ -121,6 +121,12 @@ void addData(Document &document, const std::string &source, std::string text,
               tablesOf(readDataText(std::move(text), decimalSeparator), numberOfCurves(document)));
 }
 
+void addDataFile(Document &document, const std::string &source, std::string bytes,
+                 char decimalSeparator) {
+    addSource(document, source,
+              tablesOf(readDataFile(std::move(bytes), decimalSeparator), numberOfCurves(document)));
+}
+
 std::string dataTextOfSelection(const Document &document, bool includeX, char decimalSeparator) {
     std::vector<std::vector<const Column *>> blocks;
     std::unordered_map<const Table *, std::size_t> blockOf;
