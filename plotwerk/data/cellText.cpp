@@ -133,11 +133,13 @@ bool meansMissing(std::string_view text) {
 
 static bool isUnitSymbol(std::string_view symbol) {
     static constexpr std::string_view plain[] = {
-        "%",      "\u2030",  "\u00b0", "deg",    "rad",     "min",  "h",       "d",
-        "a.u.",   "arb.",    "u.",     "units",  "counts",  "cts",  "cps",     "rpm",
-        "sccm",   "dB",      "dBm",    "dBV",    "ppm",     "ppb",  "px",      "pts",
-        "\u00c5", "\u00b0C", "degC",   "\u2103", "\u00b0F", "degF", "1",       "AU",
-        "arb",    "sec",     "secs",   "hrs",    "hours",   "days", "seconds", "minutes"};
+        "%",      "\u2030",  "\u00b0",  "deg",     "rad",    "min",    "h",      "d",       "a.u.",
+        "arb.",   "u.",      "units",   "counts",  "cts",    "cps",    "rpm",    "sccm",    "dB",
+        "dBm",    "dBV",     "ppm",     "ppb",     "px",     "pts",    "\u00c5", "\u00b0C", "degC",
+        "\u2103", "\u00b0F", "degF",    "1",       "AU",     "arb",    "sec",    "secs",    "hrs",
+        "hours",  "days",    "seconds", "minutes", "second", "Second", "volt",   "Volt",    "Volts",
+        "amp",    "Amp",     "Ampere",  "hertz",   "Hertz",  "kelvin", "Kelvin", "watt",    "Watt",
+        "pascal", "Pascal",  "tesla",   "Tesla",   "Counts"};
     static constexpr std::string_view prefixed[] = {
         "m",   "s",   "g",    "A",    "K",   "V",  "W",  "Hz",  "\u03a9", "\u2126", "Ohm",
         "ohm", "T",   "G",    "Pa",   "bar", "J",  "N",  "F",   "H",      "C",      "S",

@@ -16,6 +16,7 @@ struct Evidence {
     bool decimal = true;     // each comma may be decimal
     bool group = true;       // each may group
     bool others = false;     // beside them something else separates
+    bool without = false;    // there are lines of one number, without a comma
     bool split = false;      // a line of names is split by as many commas as the rows are
     std::ptrdiff_t last = 0; // commas in the last line of words, if nothing else separates there
 
@@ -77,7 +78,11 @@ static Evidence evidenceIn(std::string_view text) {
         std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(line.size() + 1, text.size()));
         line = line.substr(0, line.find('#'));
-        if (line.find(',') != std::string_view::npos) weigh(line, evidence);
+        if (line.find(',') != std::string_view::npos)
+            weigh(line, evidence);
+        else
+            evidence.without =
+                evidence.without || isNumeric(line.substr(0, line.find_last_not_of(' ') + 1));
     }
     return evidence;
 }
@@ -93,13 +98,24 @@ CommaUse commaUseOf(std::string_view text, char decimalSeparator) {
 
 CommaUse commaUseOfFile(std::string_view text, char decimalSeparator) {
     const Evidence evidence = evidenceIn(text);
-    const Commas given = decimalSeparator == ',' ? Commas::decimal : Commas::separate;
+    const bool wantsDecimal = decimalSeparator == ',';
+    const Commas given = wantsDecimal ? Commas::decimal : Commas::separate;
     if (!evidence.any) return {given};
-    if (canOnlyGroup(evidence)) return {Commas::group};
-    if (!evidence.decimal || evidence.split) return {Commas::separate};
-    if (!evidence.others) return {given, true};
-    if (!evidence.group) return {Commas::decimal};
-    return {given == Commas::decimal ? given : Commas::group, true};
+    if (evidence.group && !evidence.decimal) {
+        if (evidence.others || evidence.without) return {Commas::group, "commas group digits"};
+        return {Commas::separate, "commas separate columns, though they could group digits"};
+    }
+    if (!evidence.decimal || evidence.split)
+        return {Commas::separate, wantsDecimal ? "commas can only separate columns" : ""};
+    if (evidence.others && !evidence.group)
+        return {Commas::decimal, wantsDecimal ? "" : "commas can only be decimal"};
+    if (wantsDecimal)
+        return {given, "commas are decimal, as setDecimalSeparator says, though they needn't be"};
+    if (!evidence.others)
+        return {given, "commas separate columns, as setDecimalSeparator says, though they could be "
+                       "decimal"};
+    return {Commas::group,
+            "commas group digits, as setDecimalSeparator says, though they could be decimal"};
 }
 
 } // namespace plotwerk

@@ -10,7 +10,7 @@ namespace plotwerk {
 
 struct CommaUse {
     Commas commas;
-    bool ambiguous = false; // the decimal separator alone decided
+    std::string_view remark{}; // on what a file's commas are taken for, where that isn't plain
 };
 
 // Of a text whose lines end in LF. Commas are decimal, where that is the decimal separator.

@@ -391,6 +391,7 @@ class TableReader {
             joinNames(found, joined);
             return found;
         };
+        if (*plw::skipSpaces(line.text) == ';' && separator != ';') return {}; // others' comment
         const bool isSplit = separator == ' ' || std::strchr(line.text, separator) != nullptr;
         Names found = split(separator);
         // the row labels of a table have no name
@@ -419,8 +420,7 @@ class TableReader {
             found = read(at);
             if (head[at].isComment) {
                 const bool isTried = first - at > 2; // names stand close above their columns
-                const bool fit =
-                    found.size() == width && !isTried && !isNumbersAlone(head[at].text);
+                const bool fit = found.size() == width && !isTried && !hasNumber(head[at].text);
                 if (fit) break;
                 found.clear();
             } else if (!found.empty()) {
@@ -449,11 +449,13 @@ class TableReader {
         return found;
     }
 
-    // Whether a comment is but a row that doesn't count.
-    bool isNumbersAlone(const char *text) const {
+    // Whether a comment has a number in it: rather a remark, or a row that doesn't count, than
+    // names.
+    bool hasNumber(const char *text) const {
         std::vector<Field> found;
         readFields(text, separator, commas, found);
-        return !hasWord(found);
+        return std::any_of(found.begin(), found.end(),
+                           [](const Field &field) { return isNumeric(field.kind); });
     }
 
     void noteStop(const std::vector<Field> &line) {
@@ -805,7 +807,7 @@ static std::vector<DataTable> readTables(std::string text, Commas commas) {
     tables = secondReader.takeTables();
     if (tables.empty())
         throw Refusal("data text has no numbers" + (reader.whereReadingStopped.empty()
-                                                        ? std::string()
+                                                        ? ", nothing but empty lines and comments"
                                                         : ": " + reader.whereReadingStopped));
     secondReader.remarks.write();
     return tables;
@@ -824,16 +826,7 @@ std::vector<DataTable> readDataFile(std::string bytes, char decimalSeparator) {
     unifyLineEnds(text);
     const CommaUse use = commaUseOfFile(text, decimalSeparator);
     std::vector<DataTable> tables = readTables(std::move(text), use.commas);
-    const char *const role = use.commas == Commas::decimal ? "decimal"
-                             : use.commas == Commas::group ? "those of thousands"
-                                                           : "separators of columns";
-    const bool asSet = (use.commas == Commas::decimal) == (decimalSeparator == ',');
-    if (use.ambiguous)
-        log(LogLevel::info, std::string("data text: commas can be decimal or not; as "
-                                        "setDecimalSeparator says they are ") +
-                                role);
-    else if (!asSet)
-        log(LogLevel::info, std::string("data text: commas can only be ") + role);
+    if (!use.remark.empty()) log(LogLevel::info, "data text: " + std::string(use.remark));
     return tables;
 }
 

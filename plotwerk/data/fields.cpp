@@ -190,7 +190,7 @@ class FieldReader {
     // Reads a date, with a time of day if one follows, even in the next cell.
     bool readTimeField(const char *&p, Field &field) const {
         bool isDate;
-        const char *end = readTime(p, &field.value, &isDate);
+        const char *end = readTime(p, commas == Commas::decimal, &field.value, &isDate);
         if (end == nullptr || !endsField(end)) return false;
         field.kind = FieldKind::time;
         field.joined = !isDate && std::find(p, end, ' ') != end;
@@ -198,7 +198,7 @@ class FieldReader {
             const char *next = plw::skipSpaces(end);
             if (isSeparator(*next)) next = plw::skipSpaces(next + 1);
             double sinceMidnight;
-            const char *behind = readTimeOfDay(next, &sinceMidnight);
+            const char *behind = readTimeOfDay(next, commas == Commas::decimal, &sinceMidnight);
             if (behind != nullptr && endsField(behind)) {
                 field.value += sinceMidnight;
                 field.joined = true;
@@ -240,7 +240,7 @@ class FieldReader {
         Field field{.quoted = true, .text = trimmed({begin + 1, end})};
         bool isDate;
         const std::string text(field.text);
-        const char *behind = readTime(text.c_str(), &field.value, &isDate);
+        const char *behind = readTime(text.c_str(), true, &field.value, &isDate);
         if (behind != nullptr && *behind == '\0')
             field.kind = FieldKind::time;
         else

@@ -68,7 +68,7 @@ static const char *readZone(const char *p, int *seconds) {
     return behind;
 }
 
-const char *readTimeOfDay(const char *p, double *seconds) {
+const char *readTimeOfDay(const char *p, bool decimalComma, double *seconds) {
     int hour, minute, second = 0, zone;
     double fraction = 0;
     p = readDigits(p, 2, &hour);
@@ -78,7 +78,8 @@ const char *readTimeOfDay(const char *p, double *seconds) {
     if (*p == ':') {
         p = readDigits(p + 1, 2, &second);
         if (p == nullptr) return nullptr;
-        if ((*p == '.' || *p == ',') && plw::isDigit(p[1])) p = readFraction(p + 1, &fraction);
+        if ((*p == '.' || (*p == ',' && decimalComma)) && plw::isDigit(p[1]))
+            p = readFraction(p + 1, &fraction);
     }
     const bool midnight = hour == 24 && minute == 0 && second == 0 && fraction == 0;
     if ((hour > 23 && !midnight) || minute > 59 || second > 60) return nullptr;
@@ -87,7 +88,7 @@ const char *readTimeOfDay(const char *p, double *seconds) {
     return p;
 }
 
-const char *readTime(const char *p, double *seconds, bool *isDate) {
+const char *readTime(const char *p, bool decimalComma, double *seconds, bool *isDate) {
     p = readDate(p, seconds);
     if (p == nullptr) return nullptr;
     *isDate = true;
@@ -97,7 +98,7 @@ const char *readTime(const char *p, double *seconds, bool *isDate) {
     else
         while (*time == ' ') ++time;
     double sinceMidnight;
-    const char *end = time == p ? nullptr : readTimeOfDay(time, &sinceMidnight);
+    const char *end = time == p ? nullptr : readTimeOfDay(time, decimalComma, &sinceMidnight);
     if (end == nullptr) return p;
     *isDate = false;
     *seconds += sinceMidnight;
