@@ -37,11 +37,6 @@ static bool isNumeric(FieldKind kind) {
     return kind == FieldKind::number || kind == FieldKind::time;
 }
 
-static bool hasWord(const std::vector<Field> &fields) {
-    return std::any_of(fields.begin(), fields.end(),
-                       [](const Field &field) { return field.kind == FieldKind::word; });
-}
-
 // Whether a line begins a table wherever it stands: it has a number, and no words, quotes aside.
 static bool isPlainRow(const std::vector<Field> &fields) {
     bool number = false, empty = true;
