@@ -248,7 +248,7 @@ class TableReader {
 
     std::vector<Field> fields;
     std::vector<double> row;
-    std::vector<char> scratch;
+    std::string scratch;
 
     // --- before the first row ---
 
@@ -511,44 +511,33 @@ class TableReader {
     // The usual row: as many numbers as there are columns, and nothing else but separators. False
     // for any other row.
     bool readPlainRow(const char *line) {
-        const std::size_t width = columns.size();
-        row.resize(width);
-        if (separator == ';' || separator == ',' || commas == Commas::decimal) {
-            line = withBlanks(line);
-            if (line == nullptr) return false;
-        } else if (hasEmptyField(line)) {
-            return false;
-        }
-        int count;
-        const char *end = plw::scanline(line, row.data(), static_cast<int>(width), &count);
-        return count == static_cast<int>(width) && *end == '\0';
+        row.resize(columns.size());
+        if (commas == Commas::decimal) line = withDecimalPoints(line);
+        const bool usesCells = separator == ';' || separator == ',';
+        return usesCells
+                   ? readPlainCells(line)
+                   : !hasEmptyField(line) && readNumbers(line, row.data(), row.size()) == '\0';
     }
 
-    // The line with blanks for separators and points for decimal commas; null when its cells aren't
-    // as many as the columns, or one is empty.
-    const char *withBlanks(const char *line) {
-        const std::size_t length = std::strlen(line);
-        if (scratch.size() <= length) scratch.resize(2 * length + 1);
-        char *to = scratch.data();
-        std::size_t cells = 1;
-        bool empty = true;
-        const bool usesCells = separator == ';' || separator == ',';
-        for (const char *p = line; *p != '\0'; ++p, ++to) {
-            *to = *p;
-            if (usesCells && *p == separator) {
-                if (empty) return nullptr;
-                *to = ' ';
-                empty = true;
-                ++cells;
-            } else if (*p == ',' && commas == Commas::decimal) {
-                *to = '.';
-            } else if (!plw::isBlank(*p)) {
-                empty = false;
-            }
-        }
-        *to = '\0';
-        if (usesCells ? cells != columns.size() || empty : hasEmptyField(line)) return nullptr;
-        return scratch.data();
+    bool readPlainCells(const char *line) {
+        const std::size_t last = row.size() - 1;
+        for (std::size_t i = 0; i < last; ++i)
+            if (readNumbers(line, &row[i], 1) != separator || *line++ != separator) return false;
+        return readNumbers(line, &row[last], 1) == '\0';
+    }
+
+    // Reads so many numbers and moves p behind them and the blanks that follow. What stands there,
+    // and a line end where there were fewer.
+    static char readNumbers(const char *&p, double *to, std::size_t wanted) {
+        int count;
+        p = plw::scanline(p, to, static_cast<int>(wanted), &count);
+        return static_cast<std::size_t>(count) == wanted ? *p : '\n';
+    }
+
+    const char *withDecimalPoints(const char *line) {
+        scratch = line;
+        std::replace(scratch.begin(), scratch.end(), ',', '.');
+        return scratch.c_str();
     }
 
     void appendRow() {
@@ -730,16 +719,18 @@ static void writeNumber(double value, char decimalSeparator, std::string &text) 
     if (point != std::string::npos) text[point] = decimalSeparator;
 }
 
+// The end of the text where there is none.
+static char *nextLineFeed(char *p, char *end) {
+    auto *found = static_cast<char *>(std::memchr(p, '\n', end - p));
+    return found == nullptr ? end : found;
+}
+
 // Where the line ends that begins there: a cell in quotes may hold line ends, which become blanks.
 // Quotes that nothing closes soon belong to a line of their own. *lines becomes how many were
 // joined.
 static char *endOfLine(char *line, char *const end, std::size_t *lines) {
     constexpr std::ptrdiff_t longestCell = 4096;
-    const auto next = [&](char *from) {
-        auto *found = static_cast<char *>(std::memchr(from, '\n', end - from));
-        return found == nullptr ? end : found;
-    };
-    char *lineEnd = next(line);
+    char *lineEnd = nextLineFeed(line, end);
     const auto *quote = static_cast<char *>(std::memchr(line, '"', lineEnd - line));
     if (quote == nullptr) return lineEnd;
 
@@ -777,11 +768,12 @@ static char *endOfLine(char *line, char *const end, std::size_t *lines) {
 
 // The text has its lines ended by NUL then.
 static void readLines(std::string &text, TableReader &reader) {
+    const bool hasQuotes = text.find('"') != std::string::npos;
     std::size_t number = 1;
     char *const end = text.data() + text.size();
     for (char *line = text.data(); line < end;) {
         std::size_t lines = 1;
-        char *lineEnd = endOfLine(line, end, &lines);
+        char *lineEnd = hasQuotes ? endOfLine(line, end, &lines) : nextLineFeed(line, end);
         *lineEnd = '\0';
         reader.readLine(line, number);
         number += lines;

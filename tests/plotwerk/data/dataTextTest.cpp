@@ -44,10 +44,10 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"CR LF", "1 2\r\n3 4\r\n\r\n5 6\r\n", "X=1,3 Y1=2,4; X=5 Y1=6"},
         {"CR", "1 2\r3 4\r\r5 6", "X=1,3 Y1=2,4; X=5 Y1=6"},
         {"empty lines", "\n\n1 2\n \t\n\n3\n\n", "X=1 Y1=2; X=0 Y1=3"},
-        {"comments", "# a b\n1 2 # c\n#\n3 4#5\n  # d\n5 6\n", "X=1,3,5 Y1=2,4,6"},
+        {"comments", "# a b c\n1 2 # c\n#\n3 4#5\n  # d\n% 1 2\n5 6\n", "X=1,3,5 Y1=2,4,6"},
         {"byte order mark", "\xEF\xBB\xBF\x31 2\n", "X=1 Y1=2"},
         // words: names before the first row, NaN after
-        {"quoted", "\"t / s\";'it''s'\n1 2\n", "t / s=1 it=2 s=nan"},
+        {"quoted", "\"t / s\";'it''s'\n1 2\n", "t / s=1 it's=2"},
         {"escaped quote", "x \"a \\\" b\" 'c\\'\\d'\n1 2 3\n", "x=1 a \" b=2 c'\\d=3"},
         {"open quote", "x \"a b\n1 2\n", "x=1 a b=2"},
         {"begins like a number", "2theta 5V\n1 2\n", "2theta=1 5V=2"},
