@@ -27,9 +27,11 @@ static constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
 
 // True when two tabs of a line have nothing but blanks between them.
 static bool hasEmptyField(const char *line) {
-    for (const char *tab = std::strchr(line, '\t'); tab != nullptr;
-         tab = std::strchr(tab + 1, '\t'))
-        if (tab[1 + std::strspn(tab + 1, " ")] == '\t') return true;
+    for (const char *tab = std::strchr(line, '\t'); tab != nullptr; tab = std::strchr(tab, '\t')) {
+        do ++tab;
+        while (*tab == ' ');
+        if (*tab == '\t') return true;
+    }
     return false;
 }
 
@@ -393,7 +395,8 @@ class TableReader {
         if (separator == '\t' && found.size() > width && !found.front()) found.erase(found.begin());
         if (found.size() == width) return found;
         for (const char by : {'\t', ';', ',', ' '}) {
-            if (by == separator || (isSplit && separator != ' ')) continue;
+            const bool isUsed = std::strchr(line.text, by) != nullptr;
+            if (!isUsed || by == separator || (isSplit && separator != ' ')) continue;
             Names other = split(by);
             if (other.size() == width) return other;
         }
