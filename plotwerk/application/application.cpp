@@ -95,12 +95,6 @@ static std::string nameAfter(const fs::path &path) {
     return nameOf(plw::utf8Of(path.filename().string()));
 }
 
-static std::string withoutMark(std::string text) {
-    constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-    if (text.starts_with(byteOrderMark)) text.erase(0, byteOrderMark.size());
-    return text;
-}
-
 // The document in a file of any kind. Its name may be taken.
 static Document documentIn(const fs::path &path, char decimalSeparator) {
     std::string bytes = readWholeFile(path);
@@ -110,11 +104,7 @@ static Document documentIn(const fs::path &path, char decimalSeparator) {
             document = documentOf(std::move(bytes));
             document.path = path;
         } else {
-            if (bytes.find('\0') != std::string::npos) {
-                throw Refusal("neither a saved document nor data text");
-            }
-            addData(document, nameAfter(path), withoutMark(plw::utf8Of(std::move(bytes))),
-                    decimalSeparator);
+            addDataFile(document, nameAfter(path), std::move(bytes), decimalSeparator);
         }
     } catch (const Refusal &refusal) {
         throw Refusal("can't open " + path.string() + ": " + refusal.what());

@@ -85,12 +85,20 @@ static void appendRows(const DataTable &more, Table &table) {
     }
 }
 
-void addData(Document &document, const std::string &source, std::string text,
-             char decimalSeparator) {
-    std::vector<Table> tables =
-        tablesOf(readDataText(std::move(text), decimalSeparator), numberOfCurves(document));
+static void addTables(Document &document, const std::string &source, std::vector<DataTable> read) {
+    std::vector<Table> tables = tablesOf(std::move(read), numberOfCurves(document));
     requireRoom(bytesOf(tables));
     addSource(document, source, std::move(tables));
+}
+
+void addData(Document &document, const std::string &source, std::string text,
+             char decimalSeparator) {
+    addTables(document, source, readDataText(std::move(text), decimalSeparator));
+}
+
+void addDataFile(Document &document, const std::string &source, std::string bytes,
+                 char decimalSeparator) {
+    addTables(document, source, readDataFile(std::move(bytes), decimalSeparator));
 }
 
 void replaceData(Document &document, const std::string &source, std::string text,

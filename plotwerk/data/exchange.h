@@ -29,6 +29,10 @@ void appendData(Document &document, const std::string &source, std::string text,
 // Reads data text into a new last source of that name: see addSource.
 void addData(Document &document, const std::string &name, std::string text, char decimalSeparator);
 
+// As addData, of the bytes of a file: see readDataFile.
+void addDataFile(Document &document, const std::string &name, std::string bytes,
+                 char decimalSeparator);
+
 // The selected curves as data text: one block for each of their tables, each with its columns in
 // the order of the selection, led by x if so asked. Refused without a selection, and where the text
 // would become longer than `longest` bytes.

@@ -105,9 +105,11 @@ static Table tableOfFit(const Document &document, const CurveRef &fitted, const 
     const AxisCode axis = look.upperX ? upperXAxis : xAxis;
     Table table;
     table.x.name = tableOf(document, fitted).x.name;
+    table.x.isTime = tableOf(document, fitted).x.isTime;
     table.x.values = samplesOf(drawnRange(data), points, document.axes[axis].logarithmic);
     Column &column = table.y.emplace_back();
     column.name = "Fit";
+    column.isTime = columnOf(document, fitted).isTime;
     column.drawnByFit = true;
     column.look = lookOfNewCurve(numberOfCurves(document), look);
     for (const CurveRef &curve : curvesOf(document))
@@ -187,6 +189,7 @@ void modifySelection(Document &document, bool yData) {
         std::vector<double> values = std::move(yData ? column.values : modified[i].x);
         for (std::size_t k = 0; k < modified[i].values.size(); ++k)
             values[modified[i].points.row[k]] = stored(modified[i].values[k]);
+        (yData ? column : table.x).isTime = false;
         if (yData)
             column.values = std::move(values);
         else

@@ -197,13 +197,15 @@ static void renumberLayers(Document &document, const std::vector<CurveRef> &curv
 }
 
 static Table tableOfExtremes(const ValidPoints &points, const std::vector<int> &indexes,
-                             const std::string &xName, const std::string &name,
+                             const Column &x, const Column &y, const std::string &name,
                              const CurveLook &look) {
     requireName(name);
     Table table;
-    table.x.name = xName;
+    table.x.name = x.name;
+    table.x.isTime = x.isTime;
     Column &column = table.y.emplace_back();
     column.name = name;
+    column.isTime = y.isTime;
     column.look = look;
     column.look.line = false;
     column.look.marker = true;
@@ -314,6 +316,7 @@ void swapSelectionWithX(Document &document) {
         Table &table = tableOf(document, curve);
         Column &column = columnOf(document, curve);
         column.name.swap(table.x.name);
+        std::swap(column.isTime, table.x.isTime);
         std::vector<double> x = std::move(table.x.values);
         setX(table, std::move(column.values));
         column.values = std::move(x);
@@ -413,7 +416,7 @@ void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, 
             const CurveLook look =
                 lookOfNewCurve(curvesBefore + static_cast<int>(found.size()), column.look);
             found.push_back({curve.source, curve.table,
-                             tableOfExtremes(points, indexes, table.x.name,
+                             tableOfExtremes(points, indexes, table.x, column,
                                              column.name + std::string(suffix), look)});
             room += bytesOf(found.back().table);
             requireRoom(room);

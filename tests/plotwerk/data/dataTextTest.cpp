@@ -44,10 +44,10 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"CR LF", "1 2\r\n3 4\r\n\r\n5 6\r\n", "X=1,3 Y1=2,4; X=5 Y1=6"},
         {"CR", "1 2\r3 4\r\r5 6", "X=1,3 Y1=2,4; X=5 Y1=6"},
         {"empty lines", "\n\n1 2\n \t\n\n3\n\n", "X=1 Y1=2; X=0 Y1=3"},
-        {"comments", "# a b\n1 2 # c\n#\n3 4#5\n  # d\n5 6\n", "X=1,3,5 Y1=2,4,6"},
+        {"comments", "# a b c\n1 2 # c\n#\n3 4#5\n  # d\n% 1 2\n5 6\n", "X=1,3,5 Y1=2,4,6"},
         {"byte order mark", "\xEF\xBB\xBF\x31 2\n", "X=1 Y1=2"},
         // words: names before the first row, NaN after
-        {"quoted", "\"t / s\";'it''s'\n1 2\n", "t / s=1 it=2 s=nan"},
+        {"quoted", "\"t / s\";'it''s'\n1 2\n", "t / s=1 it's=2"},
         {"escaped quote", "x \"a \\\" b\" 'c\\'\\d'\n1 2 3\n", "x=1 a \" b=2 c'\\d=3"},
         {"open quote", "x \"a b\n1 2\n", "x=1 a b=2"},
         {"begins like a number", "2theta 5V\n1 2\n", "2theta=1 5V=2"},
@@ -67,13 +67,148 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
     for (const auto &[text, want] : withCommas) EXPECT_EQ(read(text, ','), want) << text;
 }
 
+TEST(DataText, IsReadAsProgramsExportIt) {
+    const struct {
+        const char *what, *text, *want;
+    } cases[] = {
+        // lines of names
+        {"split where rows are", "Time (s),U (V),U (V) error\n0,1,2\n",
+         "Time (s)=0 U (V)=1 U (V) error=2"},
+        {"tabs beside blanks", "x y\n1\t2\n", "x=1 y=2"},
+        {"units behind blanks", "Time (s)  U [V]\n1 2\n", "Time (s)=1 U [V]=2"},
+        {"quotes", "\"t, s\",\"a \"\"b\"\"\"\n1,2\n", "t, s=1 a \"b\"=2"},
+        {"line ends in quotes", "\"t\n(s)\",\"U\r\n(V)\"\n1,2\n", "t (s)=1 U  (V)=2"},
+        {"inches", "5\",3\" wide\n1,2\n", "5\"=1 3\" wide=2"},
+        {"title", "Run of Monday\nt,U\n\n1,2\n", "t=1 U=2"},
+        {"title alone", "Run of Monday\n1,2\n", "X=1 Y1=2"},
+        {"numbers", "nm,300,310\n400,1,2\n", "nm=400 300=1 310=2"},
+        {"behind #", "# made by hand\n# x y err\n0 1 2\n", "x=0 y=1 err=2"},
+        {"behind # with numbers", "# 7 runs\n0 1\n", "X=0 Y1=1"},
+        {"behind # in each block", "%x,y\n1,2\n\n# a b c\n3,4\n", "x=1 y=2; X=3 Y1=4"},
+        {"units", "t,U,I,\ns,V,,\n1,2,3,\n", "t (s)=1 U (V)=2 I=3"},
+        {"units, then remarks", "t\tU\n[s]\tm/s^2\nfirst\tsecond run\n1\t2\n",
+         "t [s]=1 U (m/s^2)=2"},
+        {"no units", "Volt Sweep\nx y\n1 2\n", "x=1 y=2"},
+        {"empty lines of spreadsheets", "Title,,\n,,\nx,y,z\n1,2,3\n", "x=1 y=2 z=3"},
+        // values
+        {"quoted", "\"a\",\"b\"\n\"1\",\"2,5\"\n\"3\",\"1,234.5\"\n", "a=1,3 b=2.5,1234.5"},
+        {"quoted in part", "a,b\n1,\"2\"\n3,4\n", "a=1,3 b=2,4"},
+        {"names like numbers", "\"1\"\t\"2\"\n3\t4\n", "1=3 2=4"},
+        {"Fortran", "1.5D-3 1d2\n-2.5-101 ****\n", "X=0.0015,-2.5e-101 Y1=100,nan"},
+        {"digits grouped", "a;b\n1;1,234.5\n2;12,345,678\n", "a=1,2 b=1234.5,12345678"},
+        {"missing",
+         "a,b,c\n1,NA,#N/A\n2,n.a.,--\n3,\xE2\x88\x92"
+         "4,5\n",
+         "a=1,2,3 b=nan,nan,-4 c=nan,nan,5"},
+        // words
+        {"column of words", "T,state,R\n1,OK,2\n3,\"too hot, really\",4\n", "T=1,3 R=2,4"},
+        {"first column", "a;b;c\nA;1;2\nB;3;4\n", "b=1,3 c=2,4"},
+        {"labels without a name", "\ta\tb\nA\t1\t2\nB\t3\t4\n", "a=1,3 b=2,4"},
+        {"only one other", "name,b\nA,1\nB,2\n", "X=0,1 b=1,2"},
+        {"with gaps", "1,2,OK\n3,4,\n", "X=1,3 Y1=2,4"},
+        {"beside data",
+         "Points,3,,1,2\nSource,CH1,,3,4\n,,,5,6\n,,,7,8\n,,,9,10\n,,,1,2\n,,,1,2\n"
+         ",,,1,2\n,,,1,2\n,,,1,2\n,,,1,2\n",
+         "X=1,3,5,7,9,1,1,1,1,1,1 Y1=2,4,6,8,10,2,2,2,2,2,2"},
+        {"settings above", "Device,X 2\nPoints,2\nRange,10\n\nt,U\n0,1\n1,2\n", "t=0,1 U=1,2"},
+        {"words below", "t,U\n0,1\n1,2\nEnd of data\n", "t=0,1 U=1,2"},
+        {"a value with its unit", "t,U,I\n1,2 V,3\n2,3 V,4\n", "t=1,2 I=3,4"},
+    };
+    for (const auto &c : cases) EXPECT_EQ(read(c.text, '.'), c.want) << c.what;
+}
+
+TEST(DataText, ReadsTimesAsSecondsSince1970) {
+    const std::pair<const char *, double> times[] = {
+        {"1970-01-01", 0},
+        {"1970-01-02T00:00", 86400},
+        {"2024-02-29T12:34:56.25Z", 1709210096.25},
+        {"2024-02-29 12:34:56.25", 1709210096.25},
+        {"2024/02/29t13:34:56.25+01:00", 1709210096.25},
+        {"2024-02-29T07:04:56.25-0530", 1709210096.25},
+        {"\"2024-02-29 12:34:56.25\"", 1709210096.25},
+        {"1969-12-31T23:59:59.5", -0.5},
+        {"2016-12-31T23:59:60Z", 1483228800},
+        {"2000-01-01T24:00", 946771200},
+        {"0001-01-01", -62135596800},
+        {"9999-12-31T23:59:59", 253402300799}};
+    for (const char separator : {',', ';', '\t', ' '})
+        for (const auto &[text, want] : times) {
+            const Table table = readDataText(text + (separator + std::string("7\n")), '.')[0].table;
+            EXPECT_TRUE(table.x.isTime && !table.y[0].isTime) << text;
+            EXPECT_EQ(table.x.values[0], want) << text;
+            EXPECT_EQ(table.y[0].values[0], 7) << text;
+        }
+    for (const char *text : {"2023-02-29", "1900-02-29", "2024-13-01", "0000-01-01", "2024-1-1",
+                             "2024-01/01", "2024-01-01T25:00", "2024-01-01T10:60", "10:00:00"})
+        EXPECT_EQ(read(text + std::string(",1,2\n3,4,5\n"), '.'), text + std::string("=3 1=4 2=5"));
+
+    const std::vector<DataTable> tables =
+        readDataText("Date,Time,T\n2024-01-02,10:00:00,5\n2024-01-02,10:00:01,6\n", '.');
+    EXPECT_EQ(tables[0].table.x.name, "Date Time");
+    EXPECT_EQ(tables[0].table.x.values[1], 1704189601);
+}
+
+TEST(DataFile, SaysItselfWhatItsCommasAre) {
+    const struct {
+        const char *text, *withPoint, *withComma;
+    } cases[] = {{"1,5;2,5\n", "X=1.5 Y1=2.5", "X=1.5 Y1=2.5"},
+                 {"a\tb\n1\t2,5e3\n", "a=1 b=2500", "a=1 b=2500"},
+                 {"0,50 1,50\n", "X=0.5 Y1=1.5", "X=0.5 Y1=1.5"},
+                 {"1;1.234,5\n", "X=1 Y1=1234.5", "X=1 Y1=1234.5"},
+                 {"1;1,234.5\n", "X=1 Y1=1234.5", "X=1 Y1=1234.5"},
+                 {"1;1,234\n", "X=1 Y1=1234", "X=1 Y1=1.234"},
+                 {"1,5\n2,25\n", "X=1,2 Y1=5,25", "X=0,1 Y1=1.5,2.25"},
+                 {"1,5,7\n", "X=1 Y1=5 Y2=7", "X=1 Y1=5 Y2=7"},
+                 {"1.5,7\n", "X=1.5 Y1=7", "X=1.5 Y1=7"},
+                 {"a,b\n1,5\n", "a=1 b=5", "a=1 b=5"},
+                 {"1, 5\n", "X=1 Y1=5", "X=1 Y1=5"},
+                 {"1,234.5\n999.5\n", "X=0,1 Y1=1234.5,999.5", "X=0,1 Y1=1234.5,999.5"},
+                 {"2024-01-02T10:00:00,5;1,5\n", "X=1704189600.5 Y1=1.5", "X=1704189600.5 Y1=1.5"}};
+    for (const auto &c : cases) {
+        EXPECT_EQ(textOf(readDataFile(c.text, '.')[0].table), c.withPoint) << c.text;
+        EXPECT_EQ(textOf(readDataFile(c.text, ',')[0].table), c.withComma) << c.text;
+    }
+    EXPECT_EQ(read("1,5;2,5\n", '.'), "X=1 Y1=5 Y2=2 Y3=5") << "a text, not a file";
+}
+
+TEST(DataFile, IsReadInTheEncodingsOfSpreadsheets) {
+    using namespace std::string_literals;
+    const std::pair<std::string, const char *> cases[] = {
+        {"\xEF\xBB\xBF\xC2\xB5 b\n1 2\n", "\u00b5=1 b=2"},
+        {"\xB5 b\n1 2\n", "\u00b5=1 b=2"},
+        {"\xFF\xFE\xB5\0\t\0b\0\r\0\n\0001\0\t\0002\0"s, "\u00b5=1 b=2"},
+        {"\xFE\xFF\xD8\x34\xDD\x1E\0\t\xD8\x34\0\n\0001\0\t\0002"s, "\U0001D11E=1 \uFFFD=2"},
+        {"\xC3\xA4\xEF\xBF\xBE\xEF\xB7\x90\xF0\x9F\xBF\xBF b\n1 2\n",
+         "\u00e4\uFFFD\uFFFD\uFFFD=1 b=2"}};
+    for (const auto &[bytes, want] : cases)
+        EXPECT_EQ(textOf(readDataFile(bytes, '.')[0].table), want);
+    EXPECT_THROW(readDataFile("1\0 2\n"s, '.'), Refusal);
+}
+
+TEST(DataText, NamesOnTheLogWhatItDidNotRead) {
+    const std::pair<const char *, const char *> cases[] = {
+        {"T,state\n1,OK\n2,OK\n", "left out, since they hold words: \"state\""},
+        {"1 2\n3 x4\n5 6\n",
+         "1 word read as missing values, the first is \"x4\" in line 2, column 2"},
+        {"1 2\n2024-01-01 5\n2 3\n", "both times and numbers in column 1"},
+        {"1,5\n", "though they could be decimal"}};
+    for (const auto &[text, want] : cases) {
+        testing::internal::CaptureStderr();
+        readDataFile(text, '.');
+        const std::string logged = testing::internal::GetCapturedStderr();
+        EXPECT_NE(logged.find(want), std::string::npos) << text << logged;
+    }
+}
+
 TEST(DataText, RefusesWhatHoldsNoNumbersOrTooMany) {
     const std::string wide(20'000, ',');
     std::string many;
     for (int i = 0; i < 6'000; ++i) many += "1\n";
     const std::pair<std::string, const char *> cases[] = {
-        {"", "data text has no numbers"},
-        {"no numbers\n# 1 2\n", "data text has no numbers"},
+        {"\n# 1 2\n", "data text has no numbers, nothing but empty lines and comments"},
+        {"no numbers\n", "data text has no numbers: line 1, cell 1: \"no\" is no number"},
+        {"x,y\n# 1\n\n,five,six\n",
+         "data text has no numbers: line 4, cell 2: \"five\" is no number"},
         {std::string("1 2\n\0", 5), "data text has a NUL byte"},
         {many + wide + "1\n", "data text has too many values"},
         {std::string(600'000, ';') + "1\n\n" + std::string(400'000, ';') + "1",
@@ -105,8 +240,10 @@ TEST(DataText, ReadsBackWhatItWroteBitForBit) {
     }
     for (const char separator : {'.', ','}) {
         Table written{column("\xEF\xBB\xBFz", numbers), {}, {}};
-        for (const char *name : {"", "a b", "-", "nan", "1e5", "say \"a\"", "it's 'b'", "\"'\\.",
-                                 "#1", "x;y,", "2b", "µ", "'", "a\\b c"})
+        for (const char *name :
+             {"",       "a b", "-",    "nan", "1e5",        "say \"a\"", "it's 'b'",
+              "\"'\\.", "#1",  "%",    "//a", "2024-01-01", "1.5D3",     "NA",
+              "**",     "(s)", "x;y,", "2b",  "µ",          "'",         "a\\b c"})
             written.y.push_back(column(name, numbers));
         std::vector<const Column *> columns{&written.x};
         for (const Column &y : written.y) columns.push_back(&y);

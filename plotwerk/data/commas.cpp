@@ -1,0 +1,121 @@
+#include "plotwerk/data/commas.h"
+
+#include "util/text/charclass.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+namespace plotwerk {
+
+namespace {
+
+// What the numbers with commas of a text allow.
+struct Evidence {
+    bool any = false;
+    bool decimal = true;     // each comma may be decimal
+    bool group = true;       // each may group
+    bool others = false;     // beside them something else separates
+    bool without = false;    // there are lines of one number, without a comma
+    bool split = false;      // a line of names is split by as many commas as the rows are
+    std::ptrdiff_t last = 0; // commas in the last line of words, if nothing else separates there
+
+    bool isSettled() const { return any && !decimal && !group; }
+};
+
+} // namespace
+
+static bool isNumeric(std::string_view token) {
+    return !token.empty() &&
+           token.find_first_not_of("0123456789+-.,eEdD") == std::string_view::npos &&
+           std::any_of(token.begin(), token.end(), plw::isDigit);
+}
+
+// Calls `take` for each token of a line. In a line with tabs or semicolons blanks are part of them.
+template<class Take> static int forEachToken(std::string_view line, Take take) {
+    const bool hasCells = line.find_first_of("\t;") != std::string_view::npos;
+    const std::string_view separators = hasCells ? "\t;" : " ";
+    int tokens = 0;
+    while (true) {
+        const std::size_t begin = line.find_first_not_of(hasCells ? "\t; " : " ");
+        if (begin == std::string_view::npos) return tokens;
+        line.remove_prefix(begin);
+        std::string_view token = line.substr(0, line.find_first_of(separators));
+        line.remove_prefix(token.size());
+        while (token.back() == ' ') token.remove_suffix(1);
+        take(token);
+        ++tokens;
+    }
+}
+
+static void weigh(std::string_view line, Evidence &evidence) {
+    std::ptrdiff_t commas = std::count(line.begin(), line.end(), ',');
+    bool hasNumbers = false, hasWords = false;
+    const int tokens = forEachToken(line, [&](std::string_view token) {
+        const bool hasComma = token.find(',') != std::string_view::npos;
+        if (!isNumeric(token)) {
+            // a comma behind a quoted or plain word separates
+            hasWords = hasWords || plw::isLetter(token.front()) || token.front() == '"';
+        } else if (hasComma) {
+            hasNumbers = true;
+            evidence.decimal = evidence.decimal && hasDecimalComma(token);
+            evidence.group = evidence.group && hasGroupCommas(token);
+        }
+    });
+    if (hasNumbers) {
+        evidence.any = true;
+        evidence.others = evidence.others || tokens > 1;
+        evidence.split = evidence.split || (tokens == 1 && commas == evidence.last);
+    } else if (hasWords) {
+        evidence.last = line.find_first_of("\t;") == std::string_view::npos ? commas : 0;
+    }
+}
+
+static Evidence evidenceIn(std::string_view text) {
+    Evidence evidence;
+    if (text.find(',') == std::string_view::npos) return evidence;
+    while (!text.empty() && !evidence.isSettled()) {
+        std::string_view line = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+        line = line.substr(0, line.find('#'));
+        if (line.find(',') != std::string_view::npos)
+            weigh(line, evidence);
+        else
+            evidence.without =
+                evidence.without || isNumeric(line.substr(0, line.find_last_not_of(' ') + 1));
+    }
+    return evidence;
+}
+
+static bool canOnlyGroup(const Evidence &evidence) {
+    return evidence.any && evidence.group && !evidence.decimal && evidence.others;
+}
+
+CommaUse commaUseOf(std::string_view text, char decimalSeparator) {
+    if (decimalSeparator == ',') return {Commas::decimal};
+    return {canOnlyGroup(evidenceIn(text)) ? Commas::group : Commas::separate};
+}
+
+CommaUse commaUseOfFile(std::string_view text, char decimalSeparator) {
+    const Evidence evidence = evidenceIn(text);
+    const bool wantsDecimal = decimalSeparator == ',';
+    const Commas given = wantsDecimal ? Commas::decimal : Commas::separate;
+    if (!evidence.any) return {given};
+    if (evidence.group && !evidence.decimal) {
+        if (evidence.others || evidence.without) return {Commas::group, "commas group digits"};
+        return {Commas::separate, "commas separate columns, though they could group digits"};
+    }
+    if (!evidence.decimal || evidence.split)
+        return {Commas::separate, wantsDecimal ? "commas can only separate columns" : ""};
+    if (evidence.others && !evidence.group)
+        return {Commas::decimal, wantsDecimal ? "" : "commas can only be decimal"};
+    if (wantsDecimal)
+        return {given, "commas are decimal, as setDecimalSeparator says, though they needn't be"};
+    if (!evidence.others)
+        return {given, "commas separate columns, as setDecimalSeparator says, though they could be "
+                       "decimal"};
+    return {Commas::group,
+            "commas group digits, as setDecimalSeparator says, though they could be decimal"};
+}
+
+} // namespace plotwerk

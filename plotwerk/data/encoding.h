@@ -1,0 +1,17 @@
+// encoding.h - the bytes of a file as text.
+#ifndef PLOTWERK_DATA_ENCODING_H
+#define PLOTWERK_DATA_ENCODING_H
+
+#include <string>
+
+namespace plotwerk {
+
+// The text of a file, in UTF-8 that the bus carries and without its byte order mark. Bytes behind a
+// mark of UTF-16, of either order, are read so; others as UTF-8 if they are that, and else as
+// ISO 8859-1. Noncharacters, and halves of surrogate pairs, become U+FFFD. Throws Refusal for a
+// NUL, which no text has.
+std::string textOfFile(std::string bytes);
+
+} // namespace plotwerk
+
+#endif

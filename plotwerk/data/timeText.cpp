@@ -1,0 +1,108 @@
+#include "plotwerk/data/timeText.h"
+
+#include "util/text/charclass.h"
+
+#include <chrono>
+
+namespace plotwerk {
+
+// Reads so many digits; null when there are fewer.
+static const char *readDigits(const char *p, int count, int *value) {
+    *value = 0;
+    for (; count > 0; --count, ++p) {
+        if (!plw::isDigit(*p)) return nullptr;
+        *value = 10 * *value + (*p - '0');
+    }
+    return p;
+}
+
+static const char *readDate(const char *p, double *seconds) {
+    int year, month, day;
+    p = readDigits(p, 4, &year);
+    if (p == nullptr || (*p != '-' && *p != '/')) return nullptr;
+    const char separator = *p;
+    p = readDigits(p + 1, 2, &month);
+    if (p == nullptr || *p != separator) return nullptr;
+    p = readDigits(p + 1, 2, &day);
+    if (p == nullptr || year == 0) return nullptr;
+
+    const std::chrono::year_month_day date{std::chrono::year(year),
+                                           std::chrono::month(static_cast<unsigned>(month)),
+                                           std::chrono::day(static_cast<unsigned>(day))};
+    if (!date.ok()) return nullptr;
+    *seconds =
+        std::chrono::duration<double>(std::chrono::sys_days(date).time_since_epoch()).count();
+    return p;
+}
+
+// Reads the fraction at p, and returns where it ends.
+static const char *readFraction(const char *p, double *fraction) {
+    double digits = 0, scale = 1;
+    for (; plw::isDigit(*p); ++p) {
+        if (scale >= 1e15) continue; // beyond what a double holds
+        digits = 10 * digits + (*p - '0');
+        scale *= 10;
+    }
+    *fraction = digits / scale;
+    return p;
+}
+
+// Reads a zone at p, if there is one, and returns where it ends.
+static const char *readZone(const char *p, int *seconds) {
+    *seconds = 0;
+    if (*p == 'Z' || *p == 'z') return p + 1;
+    const char *sign = p;
+    while (*sign == ' ') ++sign;
+    if (*sign != '+' && (*sign != '-' || sign != p)) return p; // " -5" is the next number
+    int hours, minutes = 0;
+    const char *end = readDigits(sign + 1, 2, &hours);
+    if (end == nullptr) return p;
+    const char *behind = readDigits(end + (*end == ':'), 2, &minutes);
+    if (behind == nullptr) {
+        minutes = 0;
+        behind = end;
+    }
+    if (hours > 23 || minutes > 59 || plw::isDigit(*behind) || *behind == '.') return p;
+    if (sign != p && behind == end) return p; // " +5" likewise
+    *seconds = (*sign == '-' ? -60 : 60) * (60 * hours + minutes);
+    return behind;
+}
+
+const char *readTimeOfDay(const char *p, bool decimalComma, double *seconds) {
+    int hour, minute, second = 0, zone;
+    double fraction = 0;
+    p = readDigits(p, 2, &hour);
+    if (p == nullptr || *p != ':') return nullptr;
+    p = readDigits(p + 1, 2, &minute);
+    if (p == nullptr) return nullptr;
+    if (*p == ':') {
+        p = readDigits(p + 1, 2, &second);
+        if (p == nullptr) return nullptr;
+        if ((*p == '.' || (*p == ',' && decimalComma)) && plw::isDigit(p[1]))
+            p = readFraction(p + 1, &fraction);
+    }
+    const bool midnight = hour == 24 && minute == 0 && second == 0 && fraction == 0;
+    if ((hour > 23 && !midnight) || minute > 59 || second > 60) return nullptr;
+    p = readZone(p, &zone);
+    *seconds = 3600 * hour + 60 * minute + second - zone + fraction;
+    return p;
+}
+
+const char *readTime(const char *p, bool decimalComma, double *seconds, bool *isDate) {
+    p = readDate(p, seconds);
+    if (p == nullptr) return nullptr;
+    *isDate = true;
+    const char *time = p;
+    if (*time == 'T' || *time == 't')
+        ++time;
+    else
+        while (*time == ' ') ++time;
+    double sinceMidnight;
+    const char *end = time == p ? nullptr : readTimeOfDay(time, decimalComma, &sinceMidnight);
+    if (end == nullptr) return p;
+    *isDate = false;
+    *seconds += sinceMidnight;
+    return end;
+}
+
+} // namespace plotwerk
