@@ -85,10 +85,10 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
         std::string why; // empty: of the wrong kind
     } cases[] = {
         {"format", "\"plotwerk document\"", {"\"other\"", "1"}, "not a document of Plotwerk"},
-        {"version", "2", {"3"}, later + "3.0 of the format)"},
-        {"version", "2", {"18446744073709551615"}, later + "18446744073709551615.0 of the format)"},
+        {"version", "2", {"3"}, later + "3.1 of the format)"},
+        {"version", "2", {"18446744073709551615"}, later + "18446744073709551615.1 of the format)"},
         {"version", "2", {"0", "\"2\"", "2.0"}, "damaged: no version"},
-        {"minor", "0", {"-1", "null"}, "damaged: no version"},
+        {"minor", "1", {"-1", "null"}, "damaged: no version"},
         {"document", "", {"1,\"d\":"}, ""},
         {"name", "\"doc\"", {"null", "\"a\\u0000b\""}, ""},
         {"xAxisLength", "12.0", {"\"12\"", "false"}, ""},
