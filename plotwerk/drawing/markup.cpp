@@ -196,8 +196,9 @@ class MarkupReader {
             case '*': after = readEmphasis(i, end, style, depth); break;
             case '^':
             case '_': after = readScript(i, end, style, depth); break;
-            case '-': // as numbers have it
-                if (i == begin && style.script != 0) add("\u2212", i, style), after = i + 1;
+            case '-': // in a power, and where a sign stands
+                if (style.script > 0 || (style.script < 0 && i == begin))
+                    add("\u2212", i, style), after = i + 1;
                 break;
             default: break;
             }
@@ -321,10 +322,11 @@ class MarkupReader {
         return open;
     }
 
+    // Behind the letter there; its own place if there is none, or more than one.
     std::size_t endOfLetter(std::size_t i) const {
         if (!isLetter(at(i))) return i;
         const std::size_t end = i + lengthOfCharacter(from(i));
-        return isOfWord(at(end)) ? i : end;
+        return isLetter(at(end)) || isDigit(at(end)) ? i : end;
     }
 
     std::size_t endOfPlainSuperscript(std::size_t begin) const {
@@ -340,7 +342,7 @@ class MarkupReader {
         while (isDigit(at(end))) ++end;
         if (end > i && at(end) == '.' && isDigit(at(end + 1)))
             for (++end; isDigit(at(end));) ++end;
-        return end > i || !isOfWord(at(end)) ? end : begin;
+        return end > i || !isLetter(at(end)) ? end : begin;
     }
 
     std::size_t endOfPlainSubscript(std::size_t underscore) const {
@@ -364,7 +366,7 @@ class MarkupReader {
             return digits > 2 || g_ascii_islower(next) || next == '_' ? underscore : begin + digits;
         }
         const std::size_t end = endOfLetter(begin);
-        return end > begin && isSingleBefore(underscore) ? end : underscore;
+        return end > begin && at(end) != '_' && isSingleBefore(underscore) ? end : underscore;
     }
 
     // Whether one letter, a sign or a bracket stands there, perhaps in italics.

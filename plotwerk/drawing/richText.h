@@ -21,8 +21,8 @@ struct TextRun {
     double size = unset; // in points; unset: that of the surrounding picture
     double rise = 0;     // of the base line, in points
     std::optional<Colour> colour{};
-    const CurveLook *sample = nullptr; // a piece of a curve, drawn in the text's place
-    double sampleWidth = 0;            // in points
+    double width = unset;              // in points; unset: that of its characters, else these
+    const CurveLook *sample = nullptr; // aren't drawn, but a piece of a curve if there is one
 };
 
 using RichText = std::vector<TextRun>;

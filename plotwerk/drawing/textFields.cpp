@@ -138,7 +138,7 @@ static RichText legendText(const Document &document, const std::vector<DrawnCurv
         TextRun sample;
         sample.text = "\ufffc"; // a character that stands for an object
         sample.sample = &column.look;
-        sample.sampleWidth = width;
+        sample.width = width;
         text.push_back(std::move(sample));
         append(text, plain("\u2002"));
         append(text, nameText(column.name));

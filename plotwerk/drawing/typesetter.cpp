@@ -51,11 +51,12 @@ static void addRun(PangoAttrList *list, const TextRun &run, double usualSize, st
     }
 
     addAttribute(list, pango_attr_size_new_absolute(pangoUnits(drawnSize)), begin, end);
-    if (run.sample != nullptr) {
-        const PangoRectangle room{0, pangoUnits(-sampleHeight), pangoUnits(run.sampleWidth),
+    if (!std::isnan(run.width)) {
+        const PangoRectangle room{0, pangoUnits(-sampleHeight), pangoUnits(run.width),
                                   pangoUnits(sampleHeight)};
+        const PangoRectangle ink = run.sample == nullptr ? PangoRectangle{} : room;
         auto *look = const_cast<CurveLook *>(run.sample); // handed on to drawSampleOf
-        addAttribute(list, pango_attr_shape_new_with_data(&room, &room, look, nullptr, nullptr),
+        addAttribute(list, pango_attr_shape_new_with_data(&ink, &room, look, nullptr, nullptr),
                      begin, end);
     }
     if (run.colour) {
@@ -75,6 +76,7 @@ static void addRun(PangoAttrList *list, const TextRun &run, double usualSize, st
 }
 
 static void drawSampleOf(cairo_t *cr, PangoAttrShape *shape, gboolean, gpointer) {
+    if (shape->data == nullptr) return;
     Point at;
     cairo_get_current_point(cr, &at.x, &at.y);
     drawSample(cr, *static_cast<const CurveLook *>(shape->data), at,
@@ -125,19 +127,68 @@ static void logMissingGlyphs(PangoLayout *layout) {
     if (!list.empty()) log(LogLevel::warning, "no font that is installed has " + list);
 }
 
-SetText::SetText(PangoContext *context, const RichText &text, double size, double wrapWidth,
-                 int lines, PangoAlignment alignment)
-    : layout(pango_layout_new(context)) {
+static void setText(PangoLayout *layout, const RichText &text, double size) {
     PangoAttrList *attributes = pango_attr_list_new();
     std::string characters;
     for (const TextRun &run : text) {
         addRun(attributes, run, size, characters.size());
         characters += run.text;
     }
-    pango_layout_set_text(layout.get(), characters.data(), static_cast<int>(characters.size()));
-    pango_layout_set_attributes(layout.get(), attributes);
+    pango_layout_set_text(layout, characters.data(), static_cast<int>(characters.size()));
+    pango_layout_set_attributes(layout, attributes);
     pango_attr_list_unref(attributes);
+}
 
+// Goes that far on, or back, without a line end.
+static TextRun step(double width) {
+    TextRun run;
+    run.text = "\u2060";
+    run.width = width;
+    return run;
+}
+
+// A subscript with a superscript right behind it, or the other way round, stand above each other.
+static RichText withScriptsStacked(PangoContext *context, const RichText &text, double size) {
+    const auto endOfScript = [&](std::size_t i) {
+        const int script = i < text.size() ? text[i].script : 0;
+        while (script != 0 && i < text.size() && text[i].script == script) ++i;
+        return i;
+    };
+    const auto part = [&](std::size_t begin, std::size_t end) {
+        return RichText(text.begin() + static_cast<std::ptrdiff_t>(begin),
+                        text.begin() + static_cast<std::ptrdiff_t>(end));
+    };
+    const auto widthOf = [&](const RichText &runs) {
+        const std::unique_ptr<PangoLayout, GObjectUnref> layout(pango_layout_new(context));
+        setText(layout.get(), runs, size);
+        PangoRectangle logical;
+        pango_layout_get_extents(layout.get(), nullptr, &logical);
+        return pointsOf(logical.width);
+    };
+    RichText result;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t middle = endOfScript(i);
+        const std::size_t end = endOfScript(middle);
+        if (middle == i || end == middle) {
+            result.push_back(text[i++]);
+            continue;
+        }
+        const RichText first = part(i, middle);
+        const RichText second = part(middle, end);
+        const double width = widthOf(first);
+        result.insert(result.end(), first.begin(), first.end());
+        result.push_back(step(-width));
+        result.insert(result.end(), second.begin(), second.end());
+        result.push_back(step(std::max(width - widthOf(second), 0.0)));
+        i = end;
+    }
+    return result;
+}
+
+SetText::SetText(PangoContext *context, const RichText &text, double size, double wrapWidth,
+                 int lines, PangoAlignment alignment)
+    : layout(pango_layout_new(context)) {
+    setText(layout.get(), withScriptsStacked(context, text, size), size);
     pango_layout_set_alignment(layout.get(), alignment);
     // lines with scripts stand no farther apart than others
     constexpr auto spacing = static_cast<float>(lineHeight / textSize / fontHeight);

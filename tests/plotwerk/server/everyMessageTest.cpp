@@ -192,6 +192,16 @@ const MessageCase cases[] = {
      "texts/0 text \"here\", x 0.25, xFloating true, y 0.5"},
     {"setRTFTextOf:doc to:'{\\rtf1 }' at_X:0.25 at_Y:0.5 angle:0 xFloating:0 yFloating:0",
      "unsaved"},
+    {"setRTFTextOf:doc to:'{\\rtf1\\ansi <x title>  \\u945?\\\\beta}' at_X:0.5 at_Y:0.5 angle:0 "
+     "xFloating:0 "
+     "yFloating:0",
+     "axes/0 title \"{\\\\rtf1\\\\ansi \\\\u945?\\\\\\\\beta}\""},
+    {"setRTFTextOf:doc to:'<right y title>r' at_X:0.5 at_Y:0.5 angle:0 xFloating:0 yFloating:0",
+     "axes/3 title \"r\""},
+    {"setRTFTextOf:doc to:'<title> all' at_X:0.5 at_Y:0.5 angle:0 xFloating:0 yFloating:0",
+     "title \"all\""},
+    {"setRTFTextOf:doc to:'{\\rtf1 <title> }' at_X:0.5 at_Y:0.5 angle:0 xFloating:0 yFloating:0",
+     "unsaved"},
     {"setXTitleOf:doc to:'title'", "axes/0 title \"title\""},
     {"setYTitleOf:doc to:'title'", "axes/1 title \"title\""},
     {"setRTFxTitleOf:doc to:'title'", "axes/0 title \"title\""},

@@ -1,0 +1,175 @@
+#include "plotwerk/drawing/placedTexts.h"
+
+#include "plotwerk/base/child.h"
+#include "plotwerk/drawing/pages.h"
+#include "plotwerk/drawing/textFields.h"
+#include "tests/plotwerk/drawing/samples.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <regex>
+
+using namespace plotwerk;
+
+static std::string filled(const std::string &text, const Document &document) {
+    return plainTextOf(filledText(text, document, drawnCurvesOf(document), 3));
+}
+
+static LaidText laid(const PlacedText &placed, Document document = sineDocument()) {
+    document.texts = {placed};
+    const Typesetter typesetter;
+    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+    std::vector<LaidText> texts =
+        laidTextsOf(document, curves, frameOf(document, curves, typesetter), typesetter);
+    return std::move(texts.at(0));
+}
+
+static Document fitted() {
+    Document document = sineDocument();
+    document.name = "my_2*file*";
+    document.formula = "A_1*x*y+a";
+    document.parameters = {{.name = "A_1", .value = -1.23456, .error = 0.02},
+                           {.name = "a", .value = 1.5e-7, .fixed = true}};
+    document.fit.done = true;
+    document.fit.points = 12;
+    document.fit.chiSquare = 10.978;
+    return document;
+}
+
+TEST(TextFields, AreFilledWithWhatTheDocumentHolds) {
+    const struct {
+        const char *text, *want;
+    } cases[] = {
+        {"<name>: <formula>", "my_2*file*: A_1*x*y+a"},
+        {"<parameters>", "A1 = \u22121.235 \u00b1 0.020\na = 1.5\u00d710\u22127"},
+        {"<chi>, <date>", "\u03c72/ndf = 0.998, 2001-09-09"},
+        {"<x> <> <date\\\\<chi>", "<x> <> <date\n\u03c72/ndf = 0.998"},
+    };
+    setenv("SOURCE_DATE_EPOCH", "1000000000", 1);
+    for (const auto &c : cases) EXPECT_EQ(filled(c.text, fitted()), c.want) << c.text;
+    unsetenv("SOURCE_DATE_EPOCH");
+    EXPECT_TRUE(std::regex_match(filled("<date>", {}), std::regex("20\\d\\d-[01]\\d-[0-3]\\d")));
+
+    Document exact = fitted();
+    exact.fit.points = 1; // as many as parameters that aren't fixed
+    for (const Document &document : {Document(), exact}) EXPECT_EQ(filled("<chi>", document), "");
+}
+
+TEST(Legend, ListsTheCurvesThatAreDrawn) {
+    Document document = sineDocument();
+    std::vector<Column> &columns = document.sources[0].tables[0].y;
+    columns[0].name = "x_1";
+    columns.push_back(columns[0]);
+    columns[1].name = "x_1 error";
+    EXPECT_EQ(filled("<legend>", document), "\ufffc\u2002x1");
+
+    document.sources[0].name = "a_1";
+    document.sources.push_back(document.sources[0]);
+    document.sources[1].name = "b";
+    columns[0].look.layer = 5; // drawn last, listed first
+    EXPECT_EQ(filled("<legend>", document), "\ufffc\u2002x1 (a_1)\n\ufffc\u2002x1 (b)");
+    for (int i = 0; i < 3; ++i) document.sources.push_back(document.sources[1]);
+    EXPECT_EQ(filled("<legend>", document), "\ufffc\u2002x1 (a_1)\n\ufffc\u2002x1 (b)\n\u2026");
+
+    for (Source &source : document.sources) source.tables[0].y[0].look.line = false;
+    document.sources[1].tables[0].y[0].look.visible = false;
+    EXPECT_EQ(filled("<legend>", document), "");
+}
+
+TEST(Legend, ShowsWhatCurvesLookLike) {
+    Document document = documentWith({0, 12}, {-9, -9});
+    for (const AxisCode axis : {xAxis, yAxis}) document.axes[axis].range = {0, axis ? 8.0 : 12.0};
+    document.texts = {{.text = "<legend>", .x = 0, .y = 0}};
+    onlyCurve(document).name = "";
+    const double left = (0.2 * pointsPerCm + 3 + 4.5) / pointsPerCm; // tick, gap and padding
+    const auto place = [&](char seen, double x, double y) {
+        return std::string(1, seen) + std::to_string(left + x) + ',' + std::to_string(left + y);
+    };
+    CurveLook &look = onlyCurve(document).look;
+    look.lineColour = {0, 0, 1, 1};
+    look.lineThickness = 2;
+    Pixels(document).expect(place('b', 0.1, 0.11) + ' ' + place('b', 0.7, 0.11) + ' ' +
+                            place('_', 0.1, 0.2) + ' ' + place('_', 0.9, 0.11));
+    look.filled = true;
+    look.fillColour = {1, 0, 0, 1};
+    Pixels(document).expect(place('b', 0.1, 0.11) + ' ' + place('r', 0.1, 0.2));
+    look.filled = look.line = false;
+    look.symbols = true;
+    look.symbolSize = 8;
+    Pixels(document).expect(place('b', 0.39, 0.11) + ' ' + place('_', 0.1, 0.11));
+}
+
+TEST(Legend, WithoutAPlaceGoesToTheCornerThatHidesLeast) {
+    const struct {
+        std::vector<double> x, y;
+        bool line, right, upper;
+    } cases[] = {
+        {{0, 1}, {0, 0}, true, true, true},  // nothing anywhere near
+        {{0, 1}, {0, 1}, true, false, true}, // a line without points in the corners
+        {{0.1, 0.9, 0.9}, {0.9, 0.1, 0.9}, false, false, false},
+        {{0.1, 0.9, 0.1}, {0.9, 0.9, 0.1}, false, true, false},
+    };
+    for (const auto &c : cases) {
+        Document document = documentWith(c.x, c.y);
+        for (Axis &axis : document.axes) axis.range = {0, 1};
+        onlyCurve(document).look.line = c.line;
+        onlyCurve(document).look.symbols = !c.line;
+        const LaidText legend = laid({.text = "<legend>"}, document);
+        EXPECT_EQ(legend.middle.x > 170, c.right) << testing::PrintToString(c.x);
+        EXPECT_EQ(legend.middle.y < 113, c.upper) << testing::PrintToString(c.x);
+        EXPECT_TRUE(legend.framed);
+        const LaidText placed = laid({.text = "<legend>", .x = 0.5, .y = 0.4}, document);
+        EXPECT_NEAR(placed.middle.x, document.frame.xAxisLength * pointsPerCm / 2, 1);
+    }
+}
+
+TEST(PlacedTexts, AreAnchoredInProportionAndHaveAGroundOverData) {
+    const double width = 12 * pointsPerCm;
+    const double inset = 0.2 * pointsPerCm + 3;
+    for (const double x : {0.0, 0.25, 1.0}) {
+        const LaidText text = laid({.text = "longer line\\\\i", .x = x, .y = 0.9});
+        const double length = text.text.ink().width();
+        EXPECT_NEAR(text.middle.x, inset + length / 2 + x * (width - length - 2 * inset), 1e-6);
+    }
+    EXPECT_TRUE(laid({.text = "right across the sine, to both sides"}).overData);
+    EXPECT_FALSE(laid({.text = "x", .x = 0.5, .y = 1.2}).overData);
+    EXPECT_FALSE(laid({.text = "<legend> and more", .x = 1}).framed);
+}
+
+TEST(PlacedTexts, KeepTheCurvesUnderThemFaint) {
+    Document document = documentWith({0, 12}, {4, 4});
+    for (const AxisCode axis : {xAxis, yAxis}) document.axes[axis].range = {0, axis ? 8.0 : 12.0};
+    onlyCurve(document).look.lineThickness = 30;
+    document.texts = {{.text = "i          i"}}; // ink at both ends
+    Pixels(document).expect("#2,4 .6,4 #10,4");
+    EXPECT_EQ(outputOf("pdftotext $f - | grep -c '^i *i$'", pdfOfDocument(document)), "1\n");
+    EXPECT_EQ(epsOfDocument(document).find("colorimage"), std::string::npos);
+}
+
+TEST(Titles, StandAboveEachOther) {
+    Document document = sineDocument();
+    document.title = "<name>";
+    document.name = "Title";
+    document.axes[upperXAxis].title = "Upper";
+    const std::string boxes = outputOf("pdftotext -bbox $f -", pdfOfDocument(document));
+    const auto topOf = [&](const std::string &word) {
+        std::smatch match;
+        EXPECT_TRUE(std::regex_search(
+            boxes, match, std::regex("yMin=\"([0-9.]+)\"[^>]*yMax=\"([0-9.]+)\">" + word)))
+            << boxes;
+        return match.empty() ? std::pair(0.0, 0.0)
+                             : std::pair(std::stod(match[1]), std::stod(match[2]));
+    };
+    EXPECT_LT(topOf("Title").second, topOf("Upper").first + 1);
+    EXPECT_GT(topOf("Title").first, 0);
+}
+
+TEST(MissingGlyphs, AreNamedOnceByAllChildren) {
+    Document document;
+    document.texts = {{.text = "\U00012000 \U00012000"}};
+    pdfOfDocument({});
+    testing::internal::CaptureStderr();
+    for (int i = 0; i < 2; ++i) inChild([&] { pdfOfDocument(document); });
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "plotwerkd: warning: no font that is installed has \U00012000 (U+12000)\n");
+}
