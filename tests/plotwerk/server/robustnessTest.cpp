@@ -29,8 +29,7 @@ class RobustnessTest : public ServerTest {
 
     // Documents as they are at the beginning, so that every message can be done.
     void startOver() {
-        for (std::string name; !(name = plotwerk->documentNameOfFrontWindow()).empty();)
-            plotwerk->closeDocument_askForSave_(name, false);
+        closeAll();
         plotwerk->setDeciSeparator_(0);
         plotwerk->newDocumentWithName_("doc");
         plotwerk->replaceDataformText_of_source_doRangeOverAll_(
@@ -51,7 +50,7 @@ class RobustnessTest : public ServerTest {
         const std::string reason = lastError();
         if (reason.empty()) return true;
         EXPECT_LT(reason.size(), 4000U);
-        EXPECT_TRUE(contentsOf("doc") == was) << reason;
+        EXPECT_TRUE(hasSelectedNone(reason) || contentsOf("doc") == was) << reason;
         return false;
     }
 
