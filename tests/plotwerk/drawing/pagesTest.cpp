@@ -453,17 +453,17 @@ TEST(Composition, PlacesScalesTurnsAndShears) {
     }
 }
 
-// Where the PDF's rectangles of that size are drawn: x and y of their lower left corners, upwards.
+// Where the PDF's frames of that size are drawn: their lower left corners, y upwards.
 static std::vector<Point> framesOf(const std::string &pdf, double width, double height) {
     const std::string svg = outputOf("pdftocairo -svg $f -", pdf);
     const double pageHeight = pageSizeOf(pdf).at(1);
-    static const std::regex rectangle(
-        "d=\"M 0 0 L (\\S+) 0 L \\S+ (\\S+) L 0 \\S+ Z[^>]*matrix\\(1,0,0,1,(\\S+),(\\S+)\\)");
+    static const std::regex rectangle("d=\"M (\\S+) (\\S+) L (\\S+) \\2 L \\3 (\\S+) L \\1 \\4 Z");
     std::vector<Point> frames;
     for (std::sregex_iterator at(svg.begin(), svg.end(), rectangle), end; at != end; ++at) {
         const auto number = [&](int i) { return std::stod((*at)[i]); };
-        if (std::abs(number(1) - width) < 0.1 && std::abs(number(2) - height) < 0.1)
-            frames.push_back({number(3), pageHeight - number(4) - height});
+        if (std::abs(number(3) - number(1) - width) < 0.1 &&
+            std::abs(number(4) - number(2) - height) < 0.1)
+            frames.push_back({number(1), pageHeight - number(4)});
     }
     return frames;
 }
