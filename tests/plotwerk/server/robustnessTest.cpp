@@ -48,9 +48,9 @@ class RobustnessTest : public ServerTest {
         plotwerk->actify_("doc"); // clears lastError
         EXPECT_NO_THROW(send(method.name, values));
         const std::string reason = lastError();
-        if (reason.empty()) return true;
+        if (reason.empty() || hasSelectedNone(reason)) return true;
         EXPECT_LT(reason.size(), 4000U);
-        EXPECT_TRUE(hasSelectedNone(reason) || contentsOf("doc") == was) << reason;
+        EXPECT_TRUE(contentsOf("doc") == was) << reason;
         return false;
     }
 
