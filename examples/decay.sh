@@ -7,20 +7,14 @@ here=$(cd "$(dirname "$0")" && pwd)
 . "$here/session.sh"
 folder=$(cd "${1:-$(mktemp -d)}" && pwd)
 
-echo "# Line mode: a new document."
-session <<END
--x newDocument -d ultrasonic
--x activeDoc
-END
+echo "# Argument mode: a file of data becomes a document, and comes to the front."
+echo 'callPlw -x open -f data/ultrasonic.txt -x activeDoc'
+callPlw -x open -f "$here/data/ultrasonic.txt" -x activeDoc
 
-echo "# Argument mode: data given as text, 64 KB at most, go into the document in front."
-echo 'callPlw -x readData -s block -r yes -p "$(cat data/ultrasonic.txt)"'
-callPlw -x readData -s block -r yes -p "$(cat "$here/data/ultrasonic.txt")"
-
-echo "# Curves, values, the inventory, and the document saved, closed and opened."
+echo "# Line mode: curves, values, the inventory, and the document saved, closed and opened."
 session <<END
 -x inventory
--x selectCurve -s block -c response
+-x selectCurve -c response
 -x selectedIndex
 -x statistic
 -x getXRange

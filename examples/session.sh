@@ -1,4 +1,6 @@
-# session.sh - sourced by the examples: lines fed to one callPlw, each shown with its answer.
+# session.sh - sourced by the examples: lines fed to one callPlw, each shown with its answer. Commands
+# that fail tell why, and end the example with status 2 (see callPlw's manual page).
+export CALLPLW_ERRORS=report
 
 # Reads command lines from the standard input. "sync" answers when all earlier work is done, so it
 # tells where the answers to a line end.

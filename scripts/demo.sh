@@ -24,6 +24,6 @@ until grep -q " owns " "$folder/plotwerkd.log"; do
 done
 
 examples/decay.sh "$folder"
-echo "# A page of four plots."
+echo "# A page of four panels."
 examples/page.sh "$folder" >/dev/null
 echo "# The pictures: $folder/decay.pdf, decay.eps, decay.tiff, page.pdf"

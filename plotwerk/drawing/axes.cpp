@@ -148,8 +148,10 @@ static std::string_view shownBy(std::string_view column) {
     return column;
 }
 
-// The only name of what the columns show; empty if there are several, or none.
+// The only name of what the columns show; empty if there are several, or none, and for an x axis
+// without numbers: the panel below has both.
 static std::string commonName(const PlacedAxis &axis, const std::vector<DrawnCurve> &curves) {
+    if (axis.horizontal() && axis.settings->noNumbers) return {};
     std::optional<std::string_view> common;
     for (const DrawnCurve &curve : curves) {
         if (curve.horizontalAxis() != axis.code && curve.verticalAxis() != axis.code) continue;

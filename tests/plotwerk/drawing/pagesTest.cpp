@@ -128,6 +128,18 @@ TEST(Pages, AreCutToThePlotWithFontsEmbedded) {
         for (const double margin : {ink[0], ink[1], page[0] - ink[2], page[1] - ink[3]})
             EXPECT_TRUE(margin >= 0 && margin < 5) << margin;
 
+        // the page of the SVG is that of the PDF: at 72 dpi a pixel is a point
+        const std::string svg = svgOfDocument(document);
+        const std::string seen = outputOf("rsvg-convert --dpi-x 72 --dpi-y 72 $f | file -", svg);
+        EXPECT_TRUE(contains(seen, std::to_string(std::lround(page[0])) + " x " +
+                                       std::to_string(std::lround(page[1])) + ", 8-bit"))
+            << seen;
+
+        const std::string png = pngOfDocument(document);
+        const std::string checked = outputOf("pngcheck -v $f", png);
+        EXPECT_TRUE(contains(checked, "No errors detected")) << checked;
+        EXPECT_TRUE(contains(checked, "(300 dpi)")) << checked;
+
         const std::string tiff = tiffOfDocument(document);
         const std::string info = outputOf("tiffinfo -D $f", tiff);
         EXPECT_EQ(numbersAfter(info, "Image Width:").at(0), std::ceil(page[0] * 300 / 72)) << info;
@@ -139,11 +151,18 @@ TEST(Pages, AreCutToThePlotWithFontsEmbedded) {
         EXPECT_EQ(pdf, pdfOfDocument(document));
         EXPECT_EQ(eps, epsOfDocument(document));
         EXPECT_EQ(tiff, tiffOfDocument(document));
+        EXPECT_EQ(svg, svgOfDocument(document));
+        EXPECT_EQ(png, pngOfDocument(document));
         EXPECT_FALSE(contains(pdf, "CreationDate") || contains(eps, "CreationDate"));
     }
 }
 
-TEST(Tiff, ShowsWhatTheDocumentSaysInAllItsParts) {
+// By somebody else's program.
+static std::string pngOfSvg(const std::string &svg) {
+    return outputOf("rsvg-convert --dpi-x 300 --dpi-y 300 $f", svg);
+}
+
+TEST(Raster, ShowsWhatTheDocumentSaysInAllItsParts) {
     Document document = centimetres();
     document.frame.yAxisLength = 45; // drawn in two parts, the second below 4.5 cm
     document.axes[yAxis].range = {0, 45};
@@ -151,8 +170,12 @@ TEST(Tiff, ShowsWhatTheDocumentSaysInAllItsParts) {
     look.filled = true;
     look.lineColour = {0, 0, 1, 1};
     look.lineThickness = 6;
-    Pixels(document, tiffOfDocument(document))
-        .expect("r4,1 r3,3.5 b3,4 _3,4.5 _8,1 r4,5 b4,6 _4,7");
+    const char *seen = "r4,1 r3,3.5 b3,4 _3,4.5 _8,1 r4,5 b4,6 _4,7";
+    Pixels(document, pngOfDocument(document)).expect(seen);
+    Pixels(document, outputOf("tiff2pdf $f | pdftocairo -png -r 300 -singlefile - -",
+                              tiffOfDocument(document)))
+        .expect(seen);
+    Pixels(document, pngOfSvg(svgOfDocument(document))).expect(seen);
 }
 
 // 120000 points between 2 and 5 in both directions and, after a gap, a line from (7, 6) to (9, 6).
@@ -194,6 +217,7 @@ TEST(Pictures, OfManyPointsStaySmallAsImagesOrMergedLines) {
         Document document = cloudAndLine();
         c.change(onlyCurve(document).look);
         Pixels(document).expect(c.seen);
+        Pixels(document, pngOfSvg(svgOfDocument(document))).expect(c.seen);
         const std::string pdf = pdfOfDocument(document);
         EXPECT_EQ(contains(outputOf("pdfimages -list $f", pdf), "stencil"), c.image);
         EXPECT_LT(pdf.size(), 1'000'000u);
@@ -429,10 +453,73 @@ TEST(Composition, PlacesScalesTurnsAndShears) {
     }
 }
 
+// Where the PDF's frames of that size are drawn: their lower left corners, y upwards.
+static std::vector<Point> framesOf(const std::string &pdf, double width, double height) {
+    const std::string svg = outputOf("pdftocairo -svg $f -", pdf);
+    const double pageHeight = pageSizeOf(pdf).at(1);
+    static const std::regex rectangle("d=\"M (\\S+) (\\S+) L (\\S+) \\2 L \\3 (\\S+) L \\1 \\4 Z");
+    std::vector<Point> frames;
+    for (std::sregex_iterator at(svg.begin(), svg.end(), rectangle), end; at != end; ++at) {
+        const auto number = [&](int i) { return std::stod((*at)[i]); };
+        if (std::abs(number(3) - number(1) - width) < 0.1 &&
+            std::abs(number(4) - number(2) - height) < 0.1)
+            frames.push_back({number(1), pageHeight - number(4)});
+    }
+    return frames;
+}
+
+TEST(Composition, AlignsFramesOfPicturesInTheirOwnSizeOnAPageThatFits) {
+    Document upper = sineDocument();
+    Document lower = sineDocument();
+    for (double &y : onlyCurve(lower).values) y *= 1e5; // wider numbers
+    lower.axes[xAxis].title = "below";
+    for (Document *each : {&upper, &lower}) each->frame.xAxisLength = 6;
+    const double width = 6 * pointsPerCm;
+    const double height = 8 * pointsPerCm;
+    for (const double pageWidth : {0.0, 260.0}) {
+        Composition composition(pageWidth, 0);
+        EXPECT_TRUE(composition.empty());
+        composition.add(lower, {60, -500, 0, 0}, 0, 0);
+        composition.add(upper, {60, -500 + height, 0, 0}, 0, 0);
+        const std::string pdf = composition.pdf();
+        const std::vector<double> page = pageSizeOf(pdf);
+        const std::vector<double> ink = inkBoxOf(pdf);
+        const std::vector<Point> frames = framesOf(pdf, width, height);
+        ASSERT_EQ(frames.size(), 2u);
+        EXPECT_NEAR(frames[0].x, pageWidth > 0 ? 60 : frames[1].x, 0.01);
+        EXPECT_NEAR(frames[1].x, frames[0].x, 0.01);
+        EXPECT_NEAR(frames[1].y - frames[0].y, height, 0.01);
+        if (pageWidth == 0) {
+            for (const double room : {ink[0], ink[1], page[0] - ink[2], page[1] - ink[3]})
+                EXPECT_NEAR(room, 10.75, 0.75);
+        } else {
+            EXPECT_EQ(page[0], pageWidth);
+        }
+        // the type isn't scaled
+        const std::string alone =
+            outputOf("pdftotext -bbox $f - | grep below", pdfOfDocument(lower));
+        const std::string placed = outputOf("pdftotext -bbox $f - | grep below", pdf);
+        const auto sizeIn = [](const std::string &line) {
+            double xMin = 0, yMin = 0, xMax = 0, yMax = 0;
+            std::sscanf(line.c_str(), " <word xMin=\"%lf\" yMin=\"%lf\" xMax=\"%lf\" yMax=\"%lf\"",
+                        &xMin, &yMin, &xMax, &yMax);
+            return Point{xMax - xMin, yMax - yMin};
+        };
+        EXPECT_NEAR(sizeIn(placed).x, sizeIn(alone).x, 0.01);
+        EXPECT_NEAR(sizeIn(placed).y, sizeIn(alone).y, 0.01);
+    }
+    Composition turned(0, 0); // by its frame's corner
+    turned.add(upper, {0, 0, 0, 0}, 90, 0);
+    const std::vector<double> own = pageSizeOf(pdfOfDocument(upper));
+    const std::vector<double> page = pageSizeOf(turned.pdf());
+    EXPECT_NEAR(page[0], own[1] + 14, 1.5);
+    EXPECT_NEAR(page[1], own[0] + 14, 1.5);
+}
+
 TEST(Composition, KeepsPicturesAsTheyWereAndAsText) {
     Document document = sineDocument();
     document.axes[xAxis].title = "before";
-    Composition composition(0, -1);
+    Composition composition(595, 842);
     composition.add(document, {50, 500, 0, 0}, 0, 0);
     document.axes[xAxis].title = "after";
     composition.add(document, {50, 100, 300, 200}, unset, unset);

@@ -65,9 +65,9 @@ Pixels::Pixels(const Document &document) : perPoint(2) {
     cairo_surface_flush(surface.get());
 }
 
-Pixels::Pixels(const Document &document, const std::string &tiff)
+Pixels::Pixels(const Document &document, const std::string &file)
     : origin(originOf(document, Picture(document).page())), perPoint(300.0 / 72) {
-    std::istringstream png(outputOf("tiff2pdf $f | pdftocairo -png -r 300 -singlefile - -", tiff));
+    std::istringstream png(file);
     const auto read = [](void *from, unsigned char *bytes, unsigned length) {
         static_cast<std::istream *>(from)->read(reinterpret_cast<char *>(bytes), length);
         return CAIRO_STATUS_SUCCESS;

@@ -26,8 +26,8 @@ class Pixels {
     // Two pixels per point.
     explicit Pixels(const plotwerk::Document &document);
 
-    // Those of its TIFF file.
-    Pixels(const plotwerk::Document &document, const std::string &tiff);
+    // Those of its picture in a PNG file of 300 dpi.
+    Pixels(const plotwerk::Document &document, const std::string &png);
 
     // What is seen at a place, in cm from the frame's lower left corner: '_' white, '#' dark, 'r',
     // 'g' or 'b' where that colour stands out, '.' anything else.

@@ -48,7 +48,7 @@ const MessageCase cases[] = {
     {"documentNameOfFrontWindow", "'other'"},
     {"waitForEmptyReply"},
     {"actify:doc", "front doc"},
-    {"printDoc:doc", "printDoc: \"doc\": can't start lp: No such file or directory"},
+    {"printDoc:doc", "can't start lp: No such file or directory (\"doc\")"},
     {"closeDocument:doc askForSave:yes"},
     {"showCurveOf:doc\ncloseDocument:doc askForSave:no"},
     {"showCurveOf:doc\nselectCurvesOf:doc indexFirst:4 indexLast:4 "
@@ -66,7 +66,7 @@ const MessageCase cases[] = {
     {"display:doc doRangeOverAll:yes", "front doc; axes/0/range max null, min null"},
     {"didSaveSucceed:doc\nsavePicturePDF:doc as:'DIR/a'\ndidSaveSucceed:doc", "yes; yes; a %PD"},
     {"savePicturePDF:doc as:'DIR/no/a'\ndidSaveSucceed:doc",
-     "no; savePicturePDF:as: \"doc\": can't write DIR/no/a: No such file or directory"},
+     "no; can't write DIR/no/a: No such file or directory (\"doc\")"},
     {"YValueOfDoc:doc atX:1.5 indexSerie:4", "2.5"},
     {"valueOfDoc:doc atIndex:2 indexSerie:0", "2"},
     {"indexOfPointOfDoc:doc atX:1.5 indexSerie:1", "1"},
@@ -227,8 +227,8 @@ const MessageCase cases[] = {
      "4; parameters/0 error 0.667756, value 0.0689655; parameters/1 error 1.07672, value 1.51724"},
     {"getVarOf:doc varName:'xmax'", "'2.5'"},
     {"setFormulaOf:doc formulaText:'(a+b)*x'\nstartFitOf:doc",
-     "3 22 1.23457e-05 nan; startFitOf:iterations:lambda:chiq: \"doc\": the data do not determine "
-     "a and b independently; formula \"(a+b)*x\""},
+     "3 22 1.23457e-05 nan; the data do not determine a and b independently (\"doc\"); "
+     "formula \"(a+b)*x\""},
     {"formulaTextOf:doc", "'a*x+b'"},
     {"setFormulaOf:doc formulaText:'c*x'",
      "formula \"c*x\"; parameters/0 name \"c\"; parameters/1 name gone"},
@@ -259,7 +259,7 @@ const MessageCase cases[] = {
      "\"t\", values 0 1 2 3; 2/0/y/0 name \"u error\", values 0.1 0.2 0.1 0.2; 2 name "
      "\"Clipboard\""},
     {"copyPDF:doc\npasteDataOf:doc",
-     "pasteDataOf: \"doc\": the clipboard holds a picture, no data; plotwerk/clipboard.pdf %PD"},
+     "the clipboard holds a picture, no data (\"doc\"); plotwerk/clipboard.pdf %PD"},
     {"duplicateAsPlottedOf:doc", "front doc copy"},
     {"inventoryOf:doc justInSelTable:no justInSelSource:no", "2 3 5"},
     {"inventoryOf:doc justInSelTable:yes justInSelSource:no", "1 1 3"},
@@ -267,11 +267,18 @@ const MessageCase cases[] = {
     {"copyTIFF:doc", "plotwerk/clipboard.tiff II*"},
     {"savePictureEPS:doc as:'DIR/a'", "a %!P"},
     {"savePictureTIFF:doc as:'DIR/a'", "a II*"},
+    {"savePicturePDF:doc as:'DIR/a.svg'\nsavePictureTIFF:doc as:'DIR/b.PNG'",
+     "a.svg <?x; b.PNG \x89PN"},
+    {"savePicturePDF:doc as:'DIR/a.png'\nsavePictureEPS:doc as:'DIR/b.svg'",
+     "a.png %PD; b.svg %!P"},
     {"newCompositionView:{10 20 500 400}\nsavePDFofCompositionView:'DIR/page' openWith:'none'",
+     "there is nothing in the composition"},
+    {"addPDFtoCompositionView:doc inRect:{10 20 0 0} angle:0 sheer:0\n"
+     "savePDFofCompositionView:'DIR/page' openWith:'none'",
      "page %PD"},
     {"addPDFtoCompositionView:doc inRect:{10 20 100 100} angle:30 "
      "sheer:0.5\nsavePDFofCompositionView:'DIR/page' openWith:'no viewer'",
-     "savePDFofCompositionView:openWith: can't start no viewer: No such file or directory"},
+     "can't start no viewer: No such file or directory"},
 };
 
 std::string shown(const json &value) {
@@ -364,8 +371,7 @@ class EveryMessage : public ServerTest {
     }
 
     void startOver() {
-        for (std::string name; !(name = plotwerk->documentNameOfFrontWindow()).empty();)
-            plotwerk->closeDocument_askForSave_(name, false);
+        closeAll();
         for (const fs::path &entry : files()) fs::remove(entry);
         file("text", "1 2\n3 4\n");
         const std::set<std::string> triedByCases = tried;

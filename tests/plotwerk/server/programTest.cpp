@@ -77,11 +77,11 @@ TEST_F(ProgramTest, OpensTheFilesThatItCan) {
     EXPECT_TRUE(holds(log, "error: can't read " + directory.string() + ": Is a directory\n"));
 
     start({pathOf("none")});
-    EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "");
+    EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "none") << "and nothing can be done with it";
 }
 
 TEST_F(ProgramTest, LogsWhatItIsAskedTo) {
-    const std::string lines[] = {"warning: valueOfDoc:atIndex:indexSerie: no document \"nix\"\n",
+    const std::string lines[] = {"warning: no document \"nix\" [valueOfDoc:atIndex:indexSerie:]\n",
                                  "info: owns ", "debug: valueOfDoc:atIndex:indexSerie:\n"};
     for (int most = 0; const char *level : {"error", "warning", "info", "debug"}) {
         start({std::string("--log-level=") + level});

@@ -29,8 +29,7 @@ class RobustnessTest : public ServerTest {
 
     // Documents as they are at the beginning, so that every message can be done.
     void startOver() {
-        for (std::string name; !(name = plotwerk->documentNameOfFrontWindow()).empty();)
-            plotwerk->closeDocument_askForSave_(name, false);
+        closeAll();
         plotwerk->setDeciSeparator_(0);
         plotwerk->newDocumentWithName_("doc");
         plotwerk->replaceDataformText_of_source_doRangeOverAll_(
@@ -49,7 +48,7 @@ class RobustnessTest : public ServerTest {
         plotwerk->actify_("doc"); // clears lastError
         EXPECT_NO_THROW(send(method.name, values));
         const std::string reason = lastError();
-        if (reason.empty()) return true;
+        if (reason.empty() || hasSelectedNone(reason)) return true;
         EXPECT_LT(reason.size(), 4000U);
         EXPECT_TRUE(contentsOf("doc") == was) << reason;
         return false;

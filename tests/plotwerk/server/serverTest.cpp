@@ -90,6 +90,15 @@ std::string ServerTest::contentsOf(const std::string &document) {
     return bytesOf(copy);
 }
 
+void ServerTest::closeAll(const std::function<void(const std::string &)> &visit) {
+    std::string name;
+    do {
+        name = plotwerk->documentNameOfFrontWindow();
+        visit(name);
+        plotwerk->closeDocument_askForSave_(name, false);
+    } while (name != "Untitled" || plotwerk->documentNameOfFrontWindow() != name);
+}
+
 static void append(sdbus::MethodCall &call, char type, const std::string &text) {
     switch (type) {
     case 's': call << text; break;
@@ -138,6 +147,10 @@ std::string bytesOf(const fs::path &path) {
     std::ifstream stream(path, std::ios::binary);
     EXPECT_TRUE(stream) << path;
     return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+bool hasSelectedNone(const std::string &reason) {
+    return reason.starts_with("no curve of ") || reason.starts_with("there are no curves");
 }
 
 testing::AssertionResult holds(const std::string &text, const std::string &part) {

@@ -8,6 +8,7 @@
 #include "tests/support/process.h"
 
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
@@ -57,6 +58,10 @@ class ServerTest : public testing::Test {
     // All that the document holds, as it would be saved.
     std::string contentsOf(const std::string &document);
 
+    // Closes all documents: a new "Untitled" is left. Calls visit(name) before each is closed.
+    void closeAll(const std::function<void(const std::string &)> &visit = [](const std::string &) {
+    });
+
     // Sends a message, its arguments as texts: "1.5", "nan", "-7", "yes", "a name", "0 0 300 200".
     // Returns the line of what is answered, with strings in quotes; "" for nothing.
     std::string answerTo(const Method &method, const std::vector<std::string> &arguments);
@@ -77,6 +82,9 @@ class ServerTest : public testing::Test {
 
 // Whole files, for the tests' own use.
 std::string bytesOf(const std::filesystem::path &path);
+
+// Whether a refused message has changed the selection all the same: one that finds no curve has.
+bool hasSelectedNone(const std::string &reason);
 
 testing::AssertionResult holds(const std::string &text, const std::string &part);
 

@@ -1,0 +1,156 @@
+// What is told of commands that fail, when CALLPLW_ERRORS asks for it, and what is sent then.
+#include "tests/client/clientTest.h"
+
+#include <cstdlib>
+
+class FailuresTest : public ClientTest {
+  protected:
+    ~FailuresTest() override { unsetenv("CALLPLW_ERRORS"); }
+
+    // What is printed of the answers to getVar: its variable's value, or lastError.
+    void answer(const std::vector<std::string> &texts) {
+        std::vector<Answer> answers;
+        for (const std::string &text : texts) answers.push_back(reply({text}));
+        startPlotwerk({{"getVarOf", answers}});
+    }
+    static void ask(const char *how) { setenv("CALLPLW_ERRORS", how, 1); }
+};
+
+static const std::string front = "documentNameOfFrontWindow\n", show = "showCurveOf:'doc'\n";
+
+static std::string getVar(const std::string &variable, const std::string &document = "doc") {
+    return "getVarOf:'" + document + "' varName:'" + variable + "'\n";
+}
+
+TEST_F(FailuresTest, LastErrorIsAskedForAfterEachCommandThatPlotwerkCanRefuse) {
+    const std::string lastError = getVar("lastError");
+    const struct {
+        const char *how;
+        std::string lines;
+        std::vector<std::string> answers;
+        std::string messages, out, err;
+        int status;
+    } cases[] = {
+        {"report",
+         "-x show\n-x show\n-x show\n",
+         {"no a", "", "no b"},
+         front + show + lastError + show + lastError + show + lastError,
+         "",
+         "callPlw: show: no a\ncallPlw: show: no b\n",
+         2},
+        {"stop",
+         "-x show\n-x show\n-x show\n",
+         {"", "no b"},
+         front + show + lastError + show + lastError,
+         "",
+         "callPlw: show: no b\n",
+         2},
+        {"report", "-x show\n", {""}, front + show + lastError, "", "", 0},
+        {"", "-x show\n-x foo\n", {"no a"}, front + show, "", "unknown command: foo\n", 0},
+        {"yes",
+         "-x show\n-x show\n",
+         {"no a"},
+         front + show + lastError + show + lastError,
+         "",
+         "callPlw: CALLPLW_ERRORS is neither report nor stop: taken as report\n"
+         "callPlw: show: no a\ncallPlw: show: no a\n",
+         2},
+        // these leave an old lastError as it is
+        {"report",
+         "-x sync\n-x activeDoc\n-x getVar -s chiq\n-x getVar -s lastError\n",
+         {"1.5", ""},
+         "waitForEmptyReply\n" + front + front + getVar("chiq") + lastError,
+         "synced\ndoc\n1.5\n\n",
+         "",
+         0},
+        {"report",
+         "-x getVar -s nix\n",
+         {"", "no nix"},
+         front + getVar("nix") + lastError,
+         "\n",
+         "callPlw: getVar: no nix\n",
+         2},
+        {"report",
+         "-x close\n",
+         {"no a"},
+         front + "closeDocument:'doc' askForSave:no\n" + getVar("lastError", ""),
+         "",
+         "callPlw: close: no a\n",
+         2},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.how + (' ' + c.lines));
+        answer(c.answers);
+        ask(c.how);
+        expectOutput(runLines(c.lines), c.out, c.err, c.status);
+        EXPECT_EQ(takeMessages(), c.messages);
+    }
+    startPlotwerk({{"documentNameOfFrontWindow", {reply({""})}}});
+    ask("report");
+    expectOutput(runLines("-x show\n"), "", "callPlw: show: no document is open\n", 2);
+}
+
+TEST_F(FailuresTest, ALineThatIsNotSentAsItWasWrittenHasFailedAndWithStopIsNotSent) {
+    const std::string cut =
+        ": the line is longer than 511 bytes: its rest is read as a line of its own\n";
+    const std::string sync = "-x sync -s ";
+    std::string words = "-x sync";
+    for (int i = 0; i < 30; ++i) words += " -a 1";
+    const std::pair<std::string, std::string> cases[] = {
+        {"-x foo -a 1\n", "foo: unknown command\n"},
+        {"-x sync -z\n", "sync: wrong option -z\n"},
+        {"-z -x sync -s\n", "sync: wrong option -z\ncallPlw: sync: option -s without a value\n"},
+        {"-x sync stray -s 1\n", "sync: \"stray\" and all behind it is ignored\n"},
+        {words + "\n", ""},
+        {words + " -b 2\n", "sync: \"-b\" and all behind it is ignored\n"},
+        {"# -z\n\n-s 1\nstray\n", ""},
+        {sync + std::string(511 - sync.size(), 'a') + "\n", ""},
+        {sync + std::string(511 - sync.size(), 'a'), ""},
+        {sync + std::string(512 - sync.size(), 'a') + "\n", "sync" + cut},
+        {std::string(1500, 'a') + "\n", cut.substr(2) + "callPlw" + cut}, // two of its three pieces
+    };
+    for (const auto &[lines, reasons] : cases) {
+        SCOPED_TRACE(lines);
+        const std::string first = reasons.substr(0, reasons.find('\n') + 1);
+        for (const char *how : {"report", "stop"}) {
+            startPlotwerk();
+            ask(how);
+            const Output output = runLines(lines);
+            const bool stop = how[0] == 's';
+            const std::string err = reasons.empty() ? "" : "callPlw: " + (stop ? first : reasons);
+            EXPECT_EQ(output.err, err);
+            EXPECT_EQ(output.status, reasons.empty() ? 0 : 2);
+            const bool synced = lines.find("sync") != std::string::npos;
+            EXPECT_EQ(output.out, synced && (reasons.empty() || !stop) ? "synced\n" : "");
+        }
+    }
+}
+
+TEST_F(FailuresTest, ArgumentsThatAreCutOrWrongFailTheirCommandAndStatusIsTwo) {
+    const std::string longest(65535, 'p'), slot(1023, 's');
+    const struct {
+        std::vector<std::string> words;
+        std::string err;
+    } cases[] = {
+        {{"-x", "sync", "-p", longest, "-s", slot}, ""},
+        {{"-x", "sync", "-p", longest + 'p', "-x", "sync"},
+         "callPlw: sync: the value of -p is cut after 65535 bytes\n"},
+        {{"-s", slot + 's', "-x", "sync"},
+         "callPlw: sync: the value of -s is cut after 1023 bytes\n"},
+        {{"-x", "sync", "stray"}, "callPlw: sync: \"stray\" and all behind it is ignored\n"},
+        {{"-x", "sync", "-d", "doc"}, "callPlw: sync: wrong option -d\n"},
+        {{"-x", "sync", "-x"}, "callPlw: sync: option -x without a value\n"},
+        {{"-z"}, "callPlw: wrong option -z\n"},
+    };
+    startPlotwerk();
+    ask("report");
+    for (const auto &c : cases) {
+        const Output output = runArguments(c.words);
+        EXPECT_EQ(output.err, c.err);
+        EXPECT_EQ(output.status, c.err.empty() ? 0 : 2) << c.err;
+    }
+    takeMessages();
+    ask("stop");
+    EXPECT_EQ(runArguments({"-x", "readData", "-p", longest + 'p'}).status, 2);
+    EXPECT_EQ(takeMessages(), "") << "rows would be lost, and the last value made up";
+}
