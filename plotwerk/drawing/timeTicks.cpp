@@ -287,6 +287,18 @@ static std::vector<double> smallTicks(const Axis &axis, const TimeStep &step, co
     return small;
 }
 
+// The widest step with enough ticks, no finer than they may be close.
+static std::size_t chosenStep(const Scale &scale, const NumberSpacing &spacing) {
+    const double least = spacing.closest * (scale.max - scale.min) / scale.length;
+    std::size_t chosen = 0;
+    while (chosen + 1 < std::size(steps) && steps[chosen].meanSeconds() < least) ++chosen;
+    while (chosen + 1 < std::size(steps) &&
+           static_cast<double>(ticksAt(steps[chosen + 1], scale).size()) >=
+               spacing.least(scale.length))
+        ++chosen;
+    return chosen;
+}
+
 AxisMarks timeMarksOf(const Axis &axis, const Scale &scale, const NumberSpacing &spacing,
                       const NumbersFit &fit) {
     AxisMarks marks;
@@ -302,32 +314,21 @@ AxisMarks timeMarksOf(const Axis &axis, const Scale &scale, const NumberSpacing 
         }
     }
 
-    const double secondsPerPoint = (scale.max - scale.min) / scale.length;
-    std::size_t chosen = 0;
-    while (chosen + 1 < std::size(steps) &&
-           steps[chosen].meanSeconds() < spacing.closest * secondsPerPoint)
-        ++chosen;
-    const std::size_t finest = chosen;
-    const auto isEnough = [&](std::size_t index) {
-        return static_cast<double>(ticksAt(steps[index], scale).size()) >=
-               spacing.least(scale.length);
-    };
-    while (chosen + 1 < std::size(steps) && isEnough(chosen + 1)) ++chosen;
-
+    const std::size_t chosen = chosenStep(scale, spacing);
     const auto markAt = [&](std::size_t index) {
         marks.ticks = ticksAt(steps[index], scale);
         setNumbers(steps[index], axis.precision, marks);
     };
-    markAt(chosen);
-    while (marks.numbers.size() > 1 && !fit(marks.numbers) && chosen + 1 < std::size(steps))
-        markAt(++chosen);
-    // finer steps, rather than none or a single number
-    for (std::size_t index = finest; marks.numbers.size() < 2 && index-- > 0;) {
-        chosen = index;
-        markAt(chosen);
+    std::size_t step = chosen;
+    for (markAt(step); marks.numbers.size() > 1 && !fit(marks.numbers);) markAt(++step);
+    if (marks.numbers.size() < 3) {
+        // times are long: rather a part of them, or those of a finer step
+        step = chosen;
+        for (markAt(step); marks.ticks.size() < 2 && step > 0;) markAt(--step);
+        const double first = steps[step].months > 0 ? 0 : marks.ticks.front() / steps[step].seconds;
+        marks.numbers = thinned(marks.numbers, std::round(first), fit);
     }
-    marks.numbers = thinned(marks.numbers, 0, fit);
-    marks.smallTicks = smallTicks(axis, steps[chosen], scale, marks.ticks);
+    marks.smallTicks = smallTicks(axis, steps[step], scale, marks.ticks);
     return marks;
 }
 

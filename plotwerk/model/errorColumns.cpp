@@ -150,7 +150,6 @@ void ErrorColumns::findNamed(const Table &table) {
 }
 
 void ErrorColumns::findBehind(const Table &table) {
-    std::vector<std::size_t> ofX; // that are x's only beside a curve
     std::size_t before = 0;
     for (std::size_t i = 0; i < table.y.size(); ++i) {
         if (owners[i] != noOwner) continue;
@@ -163,15 +162,15 @@ void ErrorColumns::findBehind(const Table &table) {
                             std::ranges::find(wordsBehind, word) != std::end(wordsBehind);
         if (isWord && (unit.empty() || ownerUnit.empty() || unit == ownerUnit)) {
             owners[i] = ownerInFront;
-            if (owner == 0) ofX.push_back(i);
             if (Errors &errors = behind[owner]; !errors) errors = {&column, &column};
         } else {
             before = i + 1;
         }
     }
     if (before > 0) return;
-    for (const std::size_t column : ofX) owners[column] = noOwner;
-    behind[0] = {};
+    owners.assign(owners.size(), noOwner);
+    named.assign(named.size(), {});
+    behind.assign(behind.size(), {});
 }
 
 std::string errorNameAlong(const std::string &errorName, const std::string &oldName,

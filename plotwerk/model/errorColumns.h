@@ -9,7 +9,7 @@
 //
 // A column that is called err, error, ±, sigma, σ or dy and no more, a unit aside, belongs to the
 // nearest column before it that holds no errors, dx to x. That is x only for the first y columns,
-// not for dy, and not where no curve would be left.
+// and not for dy. A table without a column that holds no errors has only curves.
 #ifndef PLOTWERK_MODEL_ERRORCOLUMNS_H
 #define PLOTWERK_MODEL_ERRORCOLUMNS_H
 

@@ -26,7 +26,7 @@ Box turnedBack(const PlacedNumber &number) {
 }
 
 AxisMarks marksFor(const Axis &axis, Range range) {
-    return marksBeside(axis, scaleOf(axis, range, 340), Side::below, Typesetter());
+    return marksBeside(axis, scaleOf(axis, range, 340), false, Side::below, Typesetter());
 }
 
 } // namespace
@@ -151,7 +151,7 @@ TEST(Ticks, StandApartOnNastyRanges) {
                      << range.min << ".." << range.max << " log " << axis.logarithmic << " length "
                      << length << " angle " << axis.labelAngle << " increment " << axis.increment);
         const Scale scale = scaleOf(axis, range, length);
-        const AxisMarks marks = marksBeside(axis, scale, side, typesetter);
+        const AxisMarks marks = marksBeside(axis, scale, false, side, typesetter);
         std::vector<Box> boxes;
         for (const PlacedNumber &number :
              placedNumbers(marks.numbers, scale, side, axis.labelAngle, 0, typesetter))

@@ -33,22 +33,6 @@ TEST(Curves, SeriesMinusOneIsTheFirstSelectedOrTheOnlyCurve) {
     EXPECT_EQ(curveOfSeries(documentOf(lone), -1).index, 0);
 }
 
-TEST(Curves, HaveTheErrorsOfTheColumnsNamedAfterThem) {
-    Table t = table({1}, {column("a", {1}), column("X error", {1}), column("a error", {1}),
-                          column("b error", {1}), column("x error", {1}), column("a error", {2})});
-    t.y[0].look.xError = t.y[0].look.yError = true;
-    EXPECT_EQ(errorColumns(t), (std::vector{false, true, true, false, true, true}));
-    Document document = documentOf(t);
-    const std::vector<Column> &y = document.sources[0].tables[0].y;
-    ASSERT_EQ(plottedCurves(document).size(), 2u);
-    EXPECT_EQ(plottedCurves(document)[0].yErrors, &y[2]);
-    EXPECT_EQ(plottedCurves(document)[0].xErrors, &y[4]);
-    document.sources[0].tables[0].y[4].name = "c";
-    EXPECT_EQ(plottedCurves(document)[0].xErrors, &y[1]) << "of a plain X";
-    EXPECT_TRUE(orderOfX(table({1, nan_, 1, 2}, {})).ascending);
-    EXPECT_FALSE(orderOfX(table({1, nan_, 0.5, 2}, {})).ascending);
-}
-
 TEST(Selection, FindsByNameAndByPattern) {
     const struct {
         const char *source;
