@@ -9,13 +9,15 @@ namespace plotwerk {
 
 namespace {
 
-enum { seconds, memory, answer, boundCount };
+enum { seconds, memory, answer, unread, boundCount };
 
 std::array<Bound, boundCount> table = {{
     {"seconds", "CPU time of one message, in seconds", 10, 1, 1e6},
     {"memory", "memory that one message takes, in MB", 1000, 100, 1e6},
     // the bus takes messages of up to 128 MiB, and cuts off who sends a longer one
     {"answer", "length of one answer, in MB", 120, 1, 120},
+    // of 1000 MB that a bus holds back for all it reads nothing more from the one who sends
+    {"unread", "answers that one client leaves unread, in MB", 200, 1, 800},
 }};
 
 constexpr double megabyte = 1e6;
@@ -54,6 +56,10 @@ double mostMemory() {
 
 double longestAnswer() {
     return table[answer].value * megabyte;
+}
+
+double mostUnread() {
+    return table[unread].value * megabyte;
 }
 
 void requireTime(double nanoseconds) {

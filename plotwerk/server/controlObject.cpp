@@ -6,26 +6,14 @@
 
 namespace plotwerk {
 
-ControlObject::ControlObject(sdbus::IConnection &bus, Application &served)
-    : AdaptorInterfaces(bus, plotwerkControl::objectPath), application(served) {
-    registerAdaptor();
-}
-
-ControlObject::~ControlObject() {
-    unregisterAdaptor();
-}
-
 std::string_view ControlObject::selector() const {
-    return plotwerkControl::selectorOf(
-        repeated ? repeated->member : getObject().getCurrentlyProcessedMessage()->getMemberName());
+    return plotwerkControl::selectorOf(answered.member);
 }
 
 std::optional<std::string> ControlObject::messageAsData() const {
-    // The arguments are read once more: that only moves where the message is read.
-    auto &message = const_cast<sdbus::Message &>(*getObject().getCurrentlyProcessedMessage());
     // The clipboard isn't recorded.
-    if (message.getMemberName() == "pasteDataOf_") return std::nullopt;
-    return encodedMessage(message, application.decimalSeparator);
+    if (std::string_view(answered.member) == "pasteDataOf_") return std::nullopt;
+    return answered.asData(answered, application.decimalSeparator);
 }
 
 // A selector ends in its own colon, unless the message has no arguments.

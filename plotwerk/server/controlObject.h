@@ -1,4 +1,4 @@
-// controlObject.h - the object that clients send their messages to.
+// controlObject.h - what plotwerkd does for each message.
 //
 // A message that can't be done changes nothing, leaves a line in the log and in lastError (its
 // selector, the document's name and the reason), and gets its neutral answer: NaN, -1, 0, empty,
@@ -12,7 +12,8 @@
 #include "plotwerk/model/change.h"
 #include "plotwerk/model/names.h"
 #include "plotwerk/server/recordedMessage.h"
-#include "protocol/PlotwerkControlAdaptor.h"
+
+#include <sdbus-c++/sdbus-c++.h>
 
 #include <chrono>
 #include <cmath>
@@ -36,18 +37,34 @@ template<class... Values> void dropSignOfNaN(std::tuple<Values...> &values) {
     std::apply([](auto &...value) { (dropSignOfNaN(value), ...); }, values);
 }
 
-class ControlObject final
-    : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkControl_adaptor> {
+class ControlObject {
   public:
-    // Answers on the bus from here on.
-    ControlObject(sdbus::IConnection &bus, Application &application);
-    ~ControlObject();
+    explicit ControlObject(Application &served) : application(served) {}
     ControlObject(const ControlObject &) = delete;
     ControlObject &operator=(const ControlObject &) = delete;
+
+    // Answers a message by the method that has its name.
+    template<class Answer, class... Parameters>
+    Answer answerTo(const char *member, Answer (ControlObject::*method)(const Parameters &...),
+                    const Parameters &...arguments) {
+        const std::tuple<const Parameters &...> held(arguments...);
+        answered = {member, &held, [](const Message &message, char decimalSeparator) {
+                        std::optional<std::string> data;
+                        if constexpr ((isArgument<Parameters> && ...))
+                            data = encodedMessage(decimalSeparator, message.member,
+                                                  *static_cast<decltype(&held)>(message.arguments));
+                        return data;
+                    }};
+        return (this->*method)(arguments...);
+    }
 
     // Does again what a journal has recorded (encodedMessage). Throws Refusal for damaged bytes; a
     // message that is refused leaves lastError as ever.
     void repeat(std::string_view record);
+
+    // The methods of the protocol, a message each; *Messages.cpp define them. To be called by
+    // answerTo.
+#include "messageDeclarations.h"
 
   private:
     static constexpr double nan = std::numeric_limits<double>::quiet_NaN();
@@ -133,11 +150,14 @@ class ControlObject final
     // Logs the exception that is being handled, and keeps its line as lastError.
     void refuse() noexcept;
 
-    // The methods of the protocol, a message each; *Messages.cpp define them.
-#include "messageDeclarations.h"
+    struct Message {
+        const char *member;
+        const void *arguments;
+        std::optional<std::string> (*asData)(const Message &, char decimalSeparator);
+    };
 
     Application &application;
-    const RecordedMessage *repeated = nullptr; // the message that is being answered
+    Message answered{}; // that is being answered
 };
 
 } // namespace plotwerk

@@ -1,43 +1,8 @@
 #include "plotwerk/server/recordedMessage.h"
 
 #include "plotwerk/base/refusal.h"
-#include "plotwerk/journal/bytes.h"
 
 namespace plotwerk {
-
-// Each argument stands behind the letter of its type on the bus.
-std::string encodedMessage(sdbus::Message &message, char decimalSeparator) {
-    std::string bytes;
-    bytes += decimalSeparator;
-    putText(bytes, message.getMemberName());
-    message.rewind(true);
-    std::string type, contents;
-    for (message.peekType(type, contents); message && !type.empty() && type[0] != '\0';
-         message.peekType(type, contents)) {
-        bytes += type;
-        if (type == "s") {
-            char *text = nullptr;
-            message >> text;
-            putText(bytes, text);
-        } else if (type == "i") {
-            std::int32_t number = 0;
-            message >> number;
-            putNumber(bytes, number);
-        } else if (type == "d") {
-            double number = 0;
-            message >> number;
-            putNumber(bytes, number);
-        } else if (type == "b") {
-            bool yes = false;
-            message >> yes;
-            putNumber(bytes, static_cast<std::uint8_t>(yes));
-        } else {
-            throw Refusal("an argument of type " + type + " can't be recorded");
-        }
-    }
-    message.clearFlags();
-    return bytes;
-}
 
 RecordedMessage decodedMessage(std::string_view bytes) {
     ByteReader reader(bytes);
