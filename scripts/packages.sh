@@ -26,7 +26,7 @@ need_packages() {
 # What the programs and the library are built of.
 build_packages=(g++ cmake ninja-build pkg-config libsdbus-c++-dev libsdbus-c++-bin libsystemd-dev
     nlohmann-json3-dev libboost-dev libre2-dev libcairo2-dev libpango1.0-dev libtiff-dev libpng-dev
-    zlib1g-dev
+    libdeflate-dev zlib1g-dev
     fonts-dejavu-core)
 # A message bus of one's own.
 bus_packages=(dbus-daemon)

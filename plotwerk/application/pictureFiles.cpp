@@ -44,15 +44,19 @@ static void loadFontsOnce() {
 }
 
 // What a picture costs can't be told beforehand, so a child process draws it.
-static void writeFromChild(const fs::path &path, const std::function<std::string()> &bytes) {
+static void writeFromChild(const fs::path &path, const std::function<std::string()> &bytes,
+                           mode_t ofNew = 0666) {
     loadFontsOnce();
-    writeWholeFile(path, [&](std::ostream &stream) {
-        inChild([&] {
-            stream << bytes() << std::flush;
-            if (!stream)
-                throw Refusal("can't write " + path.string() + ": " + std::strerror(errno));
-        });
-    });
+    writeWholeFile(
+        path,
+        [&](std::ostream &stream) {
+            inChild([&] {
+                stream << bytes() << std::flush;
+                if (!stream)
+                    throw Refusal("can't write " + path.string() + ": " + std::strerror(errno));
+            });
+        },
+        ofNew);
 }
 
 void writePicture(const fs::path &path, const Document &document, PictureKind kind) {
@@ -80,7 +84,8 @@ static fs::path runtimeDirectory() {
 fs::path writeClipboardPicture(const Document &document, PictureKind kind) {
     const bool tiff = kind == PictureKind::tiff;
     fs::path path = runtimeDirectory() / (tiff ? "clipboard.tiff" : "clipboard.pdf");
-    writePicture(path, document, kind);
+    writeFromChild(
+        path, [&] { return bytesOf(document, kind); }, userOnly);
     return path;
 }
 

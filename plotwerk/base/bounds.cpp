@@ -10,7 +10,7 @@ namespace plotwerk {
 
 namespace {
 
-enum { seconds, memory, documents, answer, boundCount };
+enum { seconds, memory, documents, answer, unread, boundCount };
 
 std::array<Bound, boundCount> table = {{
     {"seconds", "CPU time of one message, in seconds", 10, 1, 1e6},
@@ -18,6 +18,8 @@ std::array<Bound, boundCount> table = {{
     {"documents", "memory that all open documents hold, in MB", 2000, 1, 1e6},
     // the bus takes messages of up to 128 MiB, and cuts off who sends a longer one
     {"answer", "length of one answer, in MB", 120, 1, 120},
+    // of 1000 MB that a bus holds back for all it reads nothing more from the one who sends
+    {"unread", "answers that one client leaves unread, in MB", 200, 1, 800},
 }};
 
 constexpr double megabyte = 1e6;
@@ -59,6 +61,10 @@ double mostMemory() {
 
 double longestAnswer() {
     return table[answer].value * megabyte;
+}
+
+double mostUnread() {
+    return table[unread].value * megabyte;
 }
 
 WithoutBounds::WithoutBounds() {

@@ -38,6 +38,9 @@ double mostMemory();
 // The bytes of one answer on the bus.
 double longestAnswer();
 
+// The bytes of answers that a client may leave unread before it gets no more.
+double mostUnread();
+
 // Refused "would take too long (limit seconds)" if so many nanoseconds are more than one message
 // may take.
 void requireTime(double nanoseconds);

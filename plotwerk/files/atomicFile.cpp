@@ -173,7 +173,7 @@ std::string readWholeFile(const fs::path &path) {
 }
 
 // The permissions that the new file gets, once it is sure that the old one may be replaced.
-static mode_t permissionsOf(const fs::path &path) {
+static mode_t permissionsOf(const fs::path &path, mode_t ofNew) {
     struct stat status {};
     if (stat(path.c_str(), &status) == 0) {
         if (S_ISDIR(status.st_mode)) refuse("write", path, std::strerror(EISDIR));
@@ -183,7 +183,7 @@ static mode_t permissionsOf(const fs::path &path) {
     }
     const mode_t mask = umask(0);
     umask(mask);
-    return 0666 & ~mask;
+    return ofNew & ~mask;
 }
 
 // In a folder that everybody can write to, a link may be somebody's trap: only links of the user's
@@ -215,10 +215,11 @@ static void syncDirectory(const fs::path &directory) {
     if (opened.number >= 0) fsync(opened.number);
 }
 
-void writeWholeFile(const fs::path &path, const std::function<void(std::ostream &)> &write) {
+void writeWholeFile(const fs::path &path, const std::function<void(std::ostream &)> &write,
+                    mode_t ofNew) {
     if (path.empty()) refuse("write", path, std::strerror(ENOENT));
     const fs::path target = withoutLinks(path);
-    const mode_t permissions = permissionsOf(target);
+    const mode_t permissions = permissionsOf(target, ofNew);
 
     removeLeftovers(target.parent_path());
     Replacement replacement(target);

@@ -28,7 +28,8 @@ fs::path keepDocument(const Document &document) {
     for (int number = 2; fs::exists(path); ++number) {
         path = directory / (fileName + ' ' + std::to_string(number) + ".json");
     }
-    writeWholeFile(path, [&](std::ostream &stream) { writeDocument(stream, document, false); });
+    writeWholeFile(
+        path, [&](std::ostream &stream) { writeDocument(stream, document, false); }, userOnly);
     return path;
 }
 

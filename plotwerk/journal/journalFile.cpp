@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <libdeflate.h>
 #include <ostream>
 #include <random>
 #include <streambuf>
@@ -20,7 +21,6 @@
 #include <sys/uio.h>
 #include <unistd.h>
 #include <utility>
-#include <zlib.h>
 
 namespace plotwerk {
 
@@ -32,7 +32,7 @@ constexpr std::array<char, 16> magic{'p', 'l', 'o', 't', 'w', 'e', 'r', 'k',
                                      ' ', 'j', 'o', 'u', 'r', 'n', 'a', 'l'};
 constexpr std::uint32_t version = 1;
 constexpr int mostAttempts = 3;
-constexpr std::uint64_t leastRecords = 64 << 10;
+constexpr std::uint64_t leastRecords = 4 << 20;
 constexpr auto suffix = ".journal";
 constexpr auto unfinishedSuffix = ".journal.new";
 
@@ -54,15 +54,12 @@ struct RecordHead {
     RecordHead() = default;
     RecordHead(std::uint64_t payloadLength, std::uint32_t sum)
         : length(payloadLength), payloadSum(sum), headSum(sumOfHead()) {}
-    std::uint32_t sumOfHead() const {
-        return static_cast<std::uint32_t>(crc32_z(0, reinterpret_cast<const Bytef *>(this), 12));
-    }
+    std::uint32_t sumOfHead() const { return libdeflate_crc32(0, this, 12); }
 };
 static_assert(sizeof(RecordHead) == 16);
 
 std::uint32_t sumOf(std::string_view bytes, std::uint32_t before = 0) {
-    return static_cast<std::uint32_t>(
-        crc32_z(before, reinterpret_cast<const Bytef *>(bytes.data()), bytes.size()));
+    return libdeflate_crc32(before, bytes.data(), bytes.size());
 }
 
 [[noreturn]] void refuseToWrite(const fs::path &path) {
@@ -251,7 +248,7 @@ void JournalFile::append(std::string_view message) {
 }
 
 bool JournalFile::isOutgrown() const {
-    return size - documentSize > std::max(documentSize, leastRecords);
+    return size - documentSize > std::max(4 * documentSize, leastRecords);
 }
 
 // What can't be noted in the head is no reason to lose the rest.

@@ -49,8 +49,8 @@ class JournalFile {
     // Adds a message in one write. Throws Refusal as above; nothing may be added after that.
     void append(std::string_view message);
 
-    // The messages take more room than the document, so that it is time for a new file. A small
-    // document waits until they take 64 KB.
+    // The messages take more than four times the room of the document, and more than 4 MB: it is
+    // time for a new file. More often, writing documents would cost more than writing messages.
     bool isOutgrown() const;
 
     void setStamp(std::int64_t stamp);

@@ -6,38 +6,21 @@
 
 namespace plotwerk {
 
-ControlObject::ControlObject(sdbus::IConnection &bus, Application &served)
-    : AdaptorInterfaces(bus, plotwerkControl::objectPath), application(served) {
-    registerAdaptor();
-}
-
-ControlObject::~ControlObject() {
-    unregisterAdaptor();
-}
-
 std::string_view ControlObject::selector() const {
-    return plotwerkControl::selectorOf(
-        own ? own->member : getObject().getCurrentlyProcessedMessage()->getMemberName());
-}
-
-RecordedMessage ControlObject::message() const {
-    if (own) return *own;
-    // The arguments are read once more: that only moves where the message is read.
-    auto &brought = const_cast<sdbus::Message &>(*getObject().getCurrentlyProcessedMessage());
-    return recordedMessage(brought, application.decimalSeparator);
+    return plotwerkControl::selectorOf(answered.member);
 }
 
 std::optional<std::string> ControlObject::messageAsData() const {
-    const RecordedMessage data = message();
     // The clipboard isn't recorded.
-    if (data.member == "pasteDataOf_") return std::nullopt;
-    return encodedMessage(data);
+    if (std::string_view(answered.member) == "pasteDataOf_") return std::nullopt;
+    return answered.asData(answered, application.decimalSeparator);
 }
 
 void ControlObject::tellListener() const noexcept {
     if (!listener) return;
     try {
-        listener(message());
+        if (const auto data = answered.asData(answered, application.decimalSeparator))
+            listener(decodedMessage(*data));
     } catch (const std::exception &) { // there is nobody to tell
     }
 }

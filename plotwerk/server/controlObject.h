@@ -1,4 +1,4 @@
-// controlObject.h - the object that clients send their messages to.
+// controlObject.h - what plotwerkd does for each message.
 //
 // A message that can't be done changes nothing, leaves a line in lastError and in the log (the
 // reason, the document's name; in the log its selector, too), and gets its neutral answer: NaN, -1,
@@ -12,7 +12,8 @@
 #include "plotwerk/model/change.h"
 #include "plotwerk/model/names.h"
 #include "plotwerk/server/recordedMessage.h"
-#include "protocol/PlotwerkControlAdaptor.h"
+
+#include <sdbus-c++/sdbus-c++.h>
 
 #include <chrono>
 #include <cmath>
@@ -37,14 +38,26 @@ template<class... Values> void dropSignOfNaN(std::tuple<Values...> &values) {
     std::apply([](auto &...value) { (dropSignOfNaN(value), ...); }, values);
 }
 
-class ControlObject final
-    : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkControl_adaptor> {
+class ControlObject {
   public:
-    // Answers on the bus from here on.
-    ControlObject(sdbus::IConnection &bus, Application &application);
-    ~ControlObject();
+    explicit ControlObject(Application &served) : application(served) {}
     ControlObject(const ControlObject &) = delete;
     ControlObject &operator=(const ControlObject &) = delete;
+
+    // Answers a message by the method that has its name.
+    template<class Answer, class... Parameters>
+    Answer answerTo(const char *member, Answer (ControlObject::*method)(const Parameters &...),
+                    const Parameters &...arguments) {
+        const std::tuple<const Parameters &...> held(arguments...);
+        answered = {member, &held, [](const Message &message, char decimalSeparator) {
+                        std::optional<std::string> data;
+                        if constexpr ((isArgument<Parameters> && ...))
+                            data = encodedMessage(decimalSeparator, message.member,
+                                                  *static_cast<decltype(&held)>(message.arguments));
+                        return data;
+                    }};
+        return (this->*method)(arguments...);
+    }
 
     // Does what the message asks for, as if the bus had brought it; it isn't answered. A message
     // that is refused leaves lastError as ever. Throws Refusal when there is no such message.
@@ -56,6 +69,10 @@ class ControlObject final
     // Hears of each message that was done, before it is answered; but not of one that is repeated,
     // nor of one with an argument that can't be recorded. None unless set.
     std::function<void(const RecordedMessage &)> listener;
+
+    // The methods of the protocol, a message each; *Messages.cpp define them. To be called by
+    // answerTo.
+#include "messageDeclarations.h"
 
   private:
     static constexpr double nan = std::numeric_limits<double>::quiet_NaN();
@@ -141,10 +158,8 @@ class ControlObject final
         });
     }
 
-    // The message that is being answered. Throws Refusal as recordedMessage does.
-    RecordedMessage message() const;
-
-    // The same for a journal; none when its effect depends on more than what a journal records.
+    // The message that is being answered, for a journal; none when its effect depends on more than
+    // what a journal records.
     std::optional<std::string> messageAsData() const;
 
     void tellListener() const noexcept;
@@ -164,12 +179,15 @@ class ControlObject final
     // Logs the exception that is being handled, and keeps its line as lastError.
     void refuse() noexcept;
 
-    // The methods of the protocol, a message each; *Messages.cpp define them.
-#include "messageDeclarations.h"
+    struct Message {
+        const char *member;
+        const void *arguments;
+        std::optional<std::string> (*asData)(const Message &, char decimalSeparator);
+    };
 
     Application &application;
-    const RecordedMessage *own = nullptr; // this process's own message that is being done
-    bool repeating = false;               // it comes from a journal
+    Message answered{};     // that is being answered
+    bool repeating = false; // it comes from a journal
 };
 
 } // namespace plotwerk

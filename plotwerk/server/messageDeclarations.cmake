@@ -1,7 +1,21 @@
-# Writes OUTPUT: for every message that the generated ADAPTOR declares, the declaration of an
-# override.
+# For every message that the generated ADAPTOR declares, writes to DECLARATIONS the method of
+# ControlObject that answers it, and to RECEIVERS the override that passes it on.
 file(READ ${ADAPTOR} adaptor)
-string(REGEX MATCHALL "virtual [^;]* = 0" declarations "${adaptor}")
-list(TRANSFORM declarations REPLACE "^virtual (.*) = 0$" "\\1 override")
-list(JOIN declarations ";\n" declarations)
-file(WRITE ${OUTPUT} "${declarations};\n")
+string(REGEX MATCHALL "virtual [^;]* = 0" methods "${adaptor}")
+set(declarations "")
+set(receivers "")
+foreach(method IN LISTS methods)
+  string(REGEX MATCH "^virtual (.*[ >])([A-Za-z0-9_]+)\\((.*)\\) = 0$" matched "${method}")
+  set(answer ${CMAKE_MATCH_1})
+  set(member ${CMAKE_MATCH_2})
+  set(parameters "${CMAKE_MATCH_3}")
+  string(REGEX REPLACE "const [^&]*& ([A-Za-z0-9_]+)" "\\1" arguments ", ${parameters}")
+  if(NOT parameters)
+    set(arguments "")
+  endif()
+  string(APPEND declarations "${answer}${member}(${parameters});\n")
+  string(APPEND receivers "${answer}${member}(${parameters}) override {\n"
+         "    return this->receive(\"${member}\", &ControlObject::${member}${arguments});\n}\n")
+endforeach()
+file(WRITE ${DECLARATIONS} "${declarations}")
+file(WRITE ${RECEIVERS} "${receivers}")

@@ -3,7 +3,6 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/server/controlObject.h"
 
-#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -11,13 +10,8 @@ namespace plotwerk {
 
 using Arguments = std::vector<Argument>;
 
-template<class T, class... Ts> constexpr bool isAmong(const std::variant<Ts...> *) {
-    return (std::is_same_v<T, Ts> || ...);
-}
-template<class T> constexpr bool isArgument = isAmong<T>(static_cast<const Argument *>(nullptr));
-
 template<class Answer, class... Parameters>
-static void repeatMessage(ControlObject &object,
+static void repeatMessage(ControlObject &object, const char *member,
                           Answer (ControlObject::*method)(const Parameters &...),
                           const Arguments &arguments) {
     if constexpr ((isArgument<Parameters> && ...)) {
@@ -26,7 +20,7 @@ static void repeatMessage(ControlObject &object,
                 !(std::holds_alternative<Parameters>(arguments[i]) && ...)) {
                 throw Refusal("damaged: the arguments are not those of the message");
             }
-            (object.*method)(std::get<Parameters>(arguments[i])...);
+            object.answerTo(member, method, std::get<Parameters>(arguments[i])...);
         }
         (std::index_sequence_for<Parameters...>());
     } else {
@@ -43,14 +37,7 @@ void ControlObject::perform(const RecordedMessage &message) {
     };
     for (const auto &each : repetitions) {
         if (each.member != message.member) continue;
-        own = &message;
-        try {
-            each.repeat(*this, message.arguments);
-        } catch (...) {
-            own = nullptr;
-            throw;
-        }
-        own = nullptr;
+        each.repeat(*this, message.arguments);
         return;
     }
     throw Refusal("damaged: there is no message " + message.member);

@@ -5,6 +5,6 @@ include(${PROTOCOL}/messages.cmake)
 set(rows "")
 foreach(member IN LISTS MEMBERS)
   string(APPEND rows "{\"${member}\", [](ControlObject &object, const Arguments &arguments) {\n"
-         "     repeatMessage(object, &ControlObject::${member}, arguments);\n }},\n")
+         "     repeatMessage(object, \"${member}\", &ControlObject::${member}, arguments);\n }},\n")
 endforeach()
 file(WRITE ${HEADER} "${rows}")

@@ -41,7 +41,7 @@ static std::string ownerOfName(sdbus::IConnection &bus) {
 }
 
 Server::Server(Application &served)
-    : application(served), bus(connect()), controlObject(*bus, served) {
+    : application(served), bus(connect()), controlObject(served), busObject(*bus, controlObject) {
     try {
         bus->requestName(busName);
     } catch (const sdbus::Error &) {

@@ -3,6 +3,7 @@
 #define PLOTWERK_SERVER_SERVER_H
 
 #include "plotwerk/application/application.h"
+#include "plotwerk/server/busObject.h"
 #include "plotwerk/server/controlObject.h"
 
 #include <memory>
@@ -39,6 +40,7 @@ class Server {
     Application &application;
     std::unique_ptr<sdbus::IConnection> bus;
     ControlObject controlObject;
+    BusObject busObject;
 };
 
 } // namespace plotwerk

@@ -71,8 +71,11 @@ TEST_F(AtomicFile, KeepsPermissionsAndLinks) {
     EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0640)) << "a new file";
 
     fs::permissions(file, static_cast<fs::perms>(0604));
+    fs::create_hard_link(file, directory / "other");
     write(directory / "link", "new\n");
     EXPECT_EQ(readWholeFile(file), "new\n");
+    EXPECT_EQ(readWholeFile(directory / "other"), "old") << "the file is replaced, not written to";
+    fs::remove(directory / "other");
     EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0604));
     EXPECT_TRUE(fs::is_symlink(directory / "link") && fs::is_symlink(directory / "second"));
     EXPECT_EQ(listing(), "file link second ");

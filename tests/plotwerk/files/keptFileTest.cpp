@@ -26,6 +26,7 @@ class KeptFile : public testing::Test {
         document.name = name;
         const fs::path path = keepDocument(document);
         EXPECT_EQ(documentOf(readWholeFile(path)).name, nameOf(name));
+        EXPECT_EQ(fs::status(path).permissions(), static_cast<fs::perms>(0600));
         return path;
     }
 

@@ -222,13 +222,13 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
         journal.add(document, {}, [&]() -> std::optional<std::string> {
             if (i % 1000 == 7) return std::nullopt;
             ++repeated;
-            return std::string(100, 'm');
+            return std::string(10'000, 'm');
         });
         largest = std::max(largest, fs::file_size(journalPaths(directory).at(0)));
     }
     EXPECT_GT(repeated, 2900U);
-    EXPECT_GT(largest, 64U << 10);
-    EXPECT_LT(largest, 80U << 10);
+    EXPECT_GT(largest, 4U << 20);
+    EXPECT_LT(largest, 5U << 20);
     path = journalPaths(directory).at(0);
     ++document.fit.chiSquare;
     journal.add(document, std::chrono::seconds(11), [] { return std::string("too long ago"); });

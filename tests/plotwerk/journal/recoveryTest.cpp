@@ -173,40 +173,76 @@ TEST_F(RecoveryTest, LeavesAloneWhatItCannotBringBack) {
     EXPECT_EQ(both.status, 2);
 }
 
+namespace {
+
+struct Message {
+    std::string method;
+    Values values;
+};
+
+const std::vector<Message> beginning{
+    {"setDeciSeparator_", {0}},
+    {"newDocumentWithName_", {"doc"}},
+    {"replaceDataformText_of_source_doRangeOverAll_",
+     {"x a b \"a error\"\n0 1 5 0.1\n1 3 4 0.2\n2 5 6 0.1\n3 6.5 4 0.3\n", "doc", "Data", false}},
+    {"selectCurvesOf_indexFirst_indexLast_appendSelection_", {"doc", 0, 0, false}},
+    {"copySelectedCurvesOf_includeX_", {"doc", true}},
+    {"setFormulaOf_formulaText_", {"doc", "a*x+b"}}};
+
+const std::set<std::string> others{"actify",
+                                   "addPDFtoCompositionView",
+                                   "closeDocument",
+                                   "copyPDF",
+                                   "copyTIFF",
+                                   "display",
+                                   "newCompositionView",
+                                   "openFile",
+                                   "printDoc",
+                                   "saveDocument",
+                                   "savePDFofCompositionView",
+                                   "savePictureEPS",
+                                   "savePicturePDF",
+                                   "savePictureTIFF"};
+
+// Random messages about the document "doc" and few others.
+class Messages {
+  public:
+    Messages(const std::vector<Method> &all, Random &source) : methods(all), random(source) {}
+
+    // None where one was drawn that isn't sent.
+    std::optional<Message> next() {
+        const Method &method = methods[random.below(methods.size())];
+        Message message{method.name, random.arguments(method)};
+        const std::string keyword = method.keyword();
+        if (others.contains(keyword) && random.below(50) != 0) return std::nullopt;
+        if (keyword == "newDocumentWithName")
+            message.values = {"new " + std::to_string(++unique)};
+        else if (keyword == "closeDocument")
+            message.values = {"new " + std::to_string(1 + random.below(9)), false};
+        else if (keyword == "actify" || keyword == "display")
+            message.values[0] = "new " + std::to_string(1 + random.below(9));
+        else if (others.contains(keyword) ||
+                 ((keyword == "pasteDataOf" || keyword == "duplicateAsPlottedOf") &&
+                  !once.insert(keyword).second))
+            return std::nullopt;
+        return message;
+    }
+
+  private:
+    const std::vector<Method> &methods;
+    Random &random;
+    int unique = 0;
+    std::set<std::string> once; // their names are the clock's when they are sent again
+};
+
+} // namespace
+
 // PLOTWERK_KILLS says how many: for 1,000
 //   PLOTWERK_KILLS=1000 plotwerkJournalTests --gtest_filter='RecoveryTest.*Random*'
 // Of the messages the last, which was not answered, may have been done or not.
 TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
     const char *wanted = std::getenv("PLOTWERK_KILLS");
     const int deaths = wanted ? std::atoi(wanted) : 20;
-    const std::set<std::string> others{"actify",
-                                       "addPDFtoCompositionView",
-                                       "closeDocument",
-                                       "copyPDF",
-                                       "copyTIFF",
-                                       "display",
-                                       "newCompositionView",
-                                       "openFile",
-                                       "printDoc",
-                                       "saveDocument",
-                                       "savePDFofCompositionView",
-                                       "savePictureEPS",
-                                       "savePicturePDF",
-                                       "savePictureTIFF"};
-    struct Message {
-        std::string method;
-        Values values;
-    };
-    const std::vector<Message> beginning{
-        {"setDeciSeparator_", {0}},
-        {"newDocumentWithName_", {"doc"}},
-        {"replaceDataformText_of_source_doRangeOverAll_",
-         {"x a b \"a error\"\n0 1 5 0.1\n1 3 4 0.2\n2 5 6 0.1\n3 6.5 4 0.3\n", "doc", "Data",
-          false}},
-        {"selectCurvesOf_indexFirst_indexLast_appendSelection_", {"doc", 0, 0, false}},
-        {"copySelectedCurvesOf_includeX_", {"doc", true}},
-        {"setFormulaOf_formulaText_", {"doc", "a*x+b"}}};
-
     start({"--log-level=warning"});
     documents();
     const std::vector<Method> methods = methodsOf(*connection);
@@ -236,26 +272,10 @@ TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
             std::this_thread::sleep_for(pause);
             program->sendSignal(signal);
         });
-        int unique = 0;
-        std::set<std::string> once; // their names are the clock's when they are sent again
+        Messages messages(methods, random);
         try {
             for (;;) {
-                const Method &method = methods[random.below(methods.size())];
-                Message message{method.name, random.arguments(method)};
-                const std::string keyword = method.keyword();
-                if (others.contains(keyword) && random.below(50) != 0) continue;
-                if (keyword == "newDocumentWithName")
-                    message.values = {"new " + std::to_string(++unique)};
-                else if (keyword == "closeDocument")
-                    message.values = {"new " + std::to_string(1 + random.below(9)), false};
-                else if (keyword == "actify" || keyword == "display")
-                    message.values[0] = "new " + std::to_string(1 + random.below(9));
-                else if (others.contains(keyword) ||
-                         ((keyword == "pasteDataOf" || keyword == "duplicateAsPlottedOf") &&
-                          !once.insert(keyword).second)) {
-                    continue;
-                }
-                sendMessage(std::move(message));
+                if (auto message = messages.next()) sendMessage(std::move(*message));
             }
         } catch (const sdbus::Error &) {
         }
@@ -285,5 +305,48 @@ TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
     RecordProperty("answered", std::to_string(answered));
     std::printf("%d deaths, %zu messages answered; the last was not done %zu times, done %zu\n",
                 deaths, answered, unanswered, done);
+    stop();
+}
+
+// Of the address space that it has left, and how many sizes: PLOTWERK_SIZES.
+TEST_F(RecoveryTest, KeepsWhatItAnswersAndLivesWithAnyMemory) {
+    const char *wanted = std::getenv("PLOTWERK_SIZES");
+    const int sizes = wanted ? std::atoi(wanted) : 12;
+    start({"--log-level=error"});
+    const std::vector<Method> methods = methodsOf(*connection);
+    Random random(static_cast<unsigned>(sizes));
+    int refused = 0;
+    for (int i = 0; i < sizes; ++i) {
+        SCOPED_TRACE(i);
+        documents();
+        const auto limitTo = [&](rlim_t most) {
+            const rlimit limit{most, RLIM_INFINITY};
+            ASSERT_EQ(prlimit(program->pid(), RLIMIT_AS, &limit, nullptr), 0);
+        };
+        std::vector<Message> done;
+        const auto sendMessage = [&](const Message &message) {
+            ASSERT_NO_THROW(send(*control, message.method, message.values)) << message.method;
+            const std::string error = lastError();
+            if (error.empty()) done.push_back(message);
+            refused += error.find("memory") != std::string::npos;
+        };
+        for (const Message &message : beginning) sendMessage(message);
+        const rlim_t has = std::stoul(program->procStatus("VmSize")) * 1024;
+        limitTo(has + (rlim_t{16} << 10) * static_cast<rlim_t>(i * i));
+        Messages messages(methods, random);
+        for (int count = 0; count < 150 && !HasFatalFailure();) {
+            const auto message = messages.next();
+            if (!message) continue;
+            sendMessage(*message);
+            ++count;
+        }
+        if (HasFatalFailure()) return;
+        limitTo(RLIM_INFINITY);
+        const auto kept = documents();
+        for (const Message &message : done) send(*control, message.method, message.values);
+        const auto expected = documents();
+        EXPECT_TRUE(kept == expected) << differenceOf(kept, expected);
+    }
+    std::printf("%d sizes, %d messages refused for lack of memory\n", sizes, refused);
     stop();
 }

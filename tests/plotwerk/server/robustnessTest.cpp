@@ -177,6 +177,43 @@ TEST_F(RobustnessTest, OutlivesClientsThatAreKilledInACall) {
     stop();
 }
 
+// One that doesn't read is answered up to the limit, which others don't notice; once it reads, it
+// is served again.
+TEST_F(RobustnessTest, CutsOffAClientThatDoesNotReadItsAnswers) {
+    stop();
+    start({"--limit=unread=2", "--log-level=warning"});
+    plotwerk->newDocumentWithName_("doc");
+    plotwerk->createCurveAtSelectionOf_minx_maxx_incx_miny_incy_("doc", 1, 40'000, 1, 0, 0.125);
+    plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_("doc", 0, 0, false);
+    const size_t length = plotwerk->dataOfSelectedCurvesOf_("doc").size();
+
+    const auto own = sdbus::createSessionBusConnection();
+    const auto deaf = sdbus::createProxy(*own, busName, objectPath);
+    constexpr int calls = 60;
+    int answered = 0, refused = 0;
+    const auto count = [&](sdbus::MethodReply &, const sdbus::Error *error) {
+        ++(error ? refused : answered);
+        EXPECT_EQ(error ? error->getName() : "org.freedesktop.DBus.Error.LimitsExceeded",
+                  "org.freedesktop.DBus.Error.LimitsExceeded");
+    };
+    for (int i = 0; i < calls; ++i) {
+        sdbus::MethodCall call = deaf->createMethodCall(busName, "dataOfSelectedCurvesOf_");
+        call << "doc";
+        deaf->callMethod(call, count, deadline);
+        EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "doc"); // others are served
+    }
+    waitUntil("all answers", [&] {
+        while (own->processPendingRequest()) {
+        }
+        return answered + refused == calls;
+    });
+    EXPECT_GE(answered, 2e6 / static_cast<double>(length));
+    EXPECT_LE(answered, 2 + 3e6 / static_cast<double>(length));
+    Plotwerk again(*own);
+    EXPECT_EQ(again.dataOfSelectedCurvesOf_("doc").size(), length);
+    EXPECT_TRUE(holds(stop().err, " doesn't read its answers (limit unread)\n"));
+}
+
 TEST_F(RobustnessTest, TakesDataOfAnyLength) {
     connection->setMethodCallTimeout(5 * deadline); // as a client waits
     plotwerk->selectCurvesOf_sourceName_table_column_appendSelection_("doc", "Data", 1, "a", false);
