@@ -122,12 +122,13 @@ static Table tableOfFit(const Document &document, const CurveRef &fitted, const 
 // Replaces the curve that the last fit has drawn, or adds a source.
 static void show(Table table, const CurveRef &fitted, Document &document) {
     Column &drawn = table.y.front();
+    Column *own = nullptr;
     for (const CurveRef &curve : curvesOf(document)) {
         Column &old = columnOf(document, curve);
         if (!old.drawnByFit) continue;
         Table &last = tableOf(document, curve);
         if (curve == fitted || last.y.size() > 1) {
-            old.drawnByFit = false; // the user's own from now on
+            own = &old; // the user's from now on
             continue;
         }
         drawn.name = old.name;
@@ -140,6 +141,7 @@ static void show(Table table, const CurveRef &fitted, Document &document) {
     std::vector<Table> tables;
     tables.push_back(std::move(table));
     addSource(document, "Fit", std::move(tables));
+    if (own != nullptr) own->drawnByFit = false;
 }
 
 FitOutcome fitDocument(Document &document) {
