@@ -1,6 +1,5 @@
 #include "plotwerk/drawing/coveredCurves.h"
 
-#include "plotwerk/drawing/curvePath.h"
 #include "plotwerk/drawing/curvePoints.h"
 
 #include <algorithm>
@@ -8,24 +7,34 @@
 namespace plotwerk {
 
 static constexpr double lengthOfPoint = 5; // of a line that weighs as much as a symbol
+static constexpr std::size_t enoughPoints = 20000;
 
-std::vector<double> coveredBy(const std::vector<Box> &boxes, const std::vector<DrawnCurve> &curves,
-                              const ScaledFrame &frame) {
-    std::vector<double> covered(boxes.size(), 0);
-    if (boxes.empty()) return covered;
+std::vector<CurveInk> inkOf(const std::vector<DrawnCurve> &curves, const ScaledFrame &frame) {
+    std::vector<CurveInk> inks;
     for (const DrawnCurve &curve : curves) {
         const CurveLook &look = curve.column->look;
         Path points = pointsOnPaper(curve, frame);
-        if (look.symbols || !look.line) {
-            for (std::size_t i = 0; i < boxes.size(); ++i)
-                covered[i] += static_cast<double>(std::ranges::count_if(
-                    points, [&](const Point &p) { return boxes[i].contains(p); }));
-        }
-        if (!look.line && !look.filled) continue;
-        const Path path = reducedPath(
-            clippedPath(linePath(std::move(points), curve, frame), frame.box().grownBy(1)));
-        for (std::size_t i = 0; i < boxes.size(); ++i)
-            covered[i] += lengthOf(clippedPath(path, boxes[i])) / lengthOfPoint;
+        const std::size_t step = points.size() / enoughPoints + 1;
+        for (std::size_t i = 0; i * step < points.size(); ++i) points[i] = points[i * step];
+        points.resize((points.size() + step - 1) / step);
+
+        CurveInk &ink = inks.emplace_back();
+        ink.pointsPerMark = static_cast<double>(step);
+        if (look.symbols || !look.line) ink.marks = points;
+        if (look.line || look.filled)
+            ink.line = reducedPath(
+                clippedPath(linePath(std::move(points), curve, frame), frame.box().grownBy(1)));
+    }
+    return inks;
+}
+
+double coveredBy(const Box &box, const std::vector<CurveInk> &inks) {
+    double covered = 0;
+    for (const CurveInk &ink : inks) {
+        const auto marks =
+            std::ranges::count_if(ink.marks, [&](const Point &p) { return box.contains(p); });
+        covered += static_cast<double>(marks) * ink.pointsPerMark;
+        covered += lengthOf(clippedPath(ink.line, box)) / lengthOfPoint;
     }
     return covered;
 }

@@ -2,6 +2,7 @@
 #ifndef PLOTWERK_DRAWING_COVEREDCURVES_H
 #define PLOTWERK_DRAWING_COVEREDCURVES_H
 
+#include "plotwerk/drawing/curvePath.h"
 #include "plotwerk/drawing/drawnCurves.h"
 #include "plotwerk/drawing/scaledFrame.h"
 
@@ -9,10 +10,18 @@
 
 namespace plotwerk {
 
-// For each box how many points of the curves lie in it. A line counts by its length there: what a
-// reader sees of it doesn't depend on how densely it is sampled.
-std::vector<double> coveredBy(const std::vector<Box> &boxes, const std::vector<DrawnCurve> &curves,
-                              const ScaledFrame &frame);
+// Where a curve lies. Of one with very many points it holds every so many.
+struct CurveInk {
+    Path marks; // its points; empty where only the line is drawn
+    Path line;
+    double pointsPerMark = 1;
+};
+
+std::vector<CurveInk> inkOf(const std::vector<DrawnCurve> &curves, const ScaledFrame &frame);
+
+// How many points lie in the box. Lines count by their length there: what a reader sees of them
+// doesn't depend on how densely they are sampled.
+double coveredBy(const Box &box, const std::vector<CurveInk> &inks);
 
 } // namespace plotwerk
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <optional>
 
 namespace plotwerk {
@@ -72,22 +73,21 @@ static double sharedArea(const Box &a, const Box &b) {
 
 // Into the upper right corner, or another one where it hides less.
 static void placeInCorner(LaidText &laid, const std::vector<LaidText> &others,
-                          const std::vector<DrawnCurve> &curves, const PlacedFrame &frame) {
+                          const std::vector<CurveInk> &inks, const PlacedFrame &frame) {
     constexpr Point corners[] = {{1, 1}, {0, 1}, {1, 0}, {0, 0}};
-    std::vector<LaidText>::size_type best = 0;
-    std::vector<Point> middles;
-    std::vector<Box> boxes;
+    double leastHidden = std::numeric_limits<double>::infinity();
+    Point best;
     for (const Point &corner : corners) {
-        middles.push_back(middleOf(laid, {.x = corner.x, .y = corner.y}, frame));
-        boxes.push_back(boxOf(laid, middles.back()));
+        const Point middle = middleOf(laid, {.x = corner.x, .y = corner.y}, frame);
+        const Box box = boxOf(laid, middle);
+        double hidden = coveredBy(box, inks);
+        for (const LaidText &other : others) hidden += sharedArea(box, boxOf(other, other.middle));
+        if (hidden < leastHidden) {
+            leastHidden = hidden;
+            best = middle;
+        }
     }
-    std::vector<double> hidden = coveredBy(boxes, curves, frame);
-    for (std::size_t i = 0; i < boxes.size(); ++i) {
-        for (const LaidText &other : others)
-            hidden[i] += sharedArea(boxes[i], boxOf(other, other.middle));
-        if (hidden[i] < hidden[best]) best = i;
-    }
-    laid.middle = middles[best];
+    laid.middle = best;
 }
 
 static std::optional<LaidText> laidText(const PlacedText &placed, const Document &document,
@@ -118,14 +118,12 @@ std::vector<LaidText> laidTextsOf(const Document &document, const std::vector<Dr
         std::optional<LaidText> text = laidText(placed, document, curves, frame, typesetter);
         if (text && (text->cornered || !isBreak(text->middle))) laid.push_back(std::move(*text));
     }
+    if (laid.empty()) return laid;
+    const std::vector<CurveInk> inks = inkOf(curves, frame);
     for (LaidText &text : laid)
-        if (text.cornered) placeInCorner(text, laid, curves, frame);
-
-    std::vector<Box> boxes;
-    for (const LaidText &text : laid)
-        boxes.push_back(boxOf(text, text.middle).grownBy(groundPadding));
-    const std::vector<double> covered = coveredBy(boxes, curves, frame);
-    for (std::size_t i = 0; i < laid.size(); ++i) laid[i].overData = covered[i] > 0;
+        if (text.cornered) placeInCorner(text, laid, inks, frame);
+    for (LaidText &text : laid)
+        text.overData = coveredBy(boxOf(text, text.middle).grownBy(groundPadding), inks) > 0;
     return laid;
 }
 
