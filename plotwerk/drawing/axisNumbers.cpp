@@ -7,10 +7,10 @@
 
 namespace plotwerk {
 
-// From number to number, in points: 5 to 11 beside the default width of 12 cm, and above each other
-// on its 8 cm.
-static constexpr NumberSpacing horizontalSpacing{30, 70};
-static constexpr NumberSpacing verticalSpacing{20, 50};
+// From number to number, in points: at least 5 on the default width of 12 cm, and on its 8 cm above
+// each other; a line and a half of type is the closest there.
+static constexpr NumberSpacing horizontalSpacing{24, 70};
+static constexpr NumberSpacing verticalSpacing{16, 50};
 
 // Between two numbers, in points: beside each other nearly two digits, so that they don't read as
 // one number; above each other half a line.

@@ -160,15 +160,14 @@ static AxisMarks linearMarks(const Axis &axis, const Scale &scale, const NumberS
 
     const double span = scale.max - scale.min;
     const double most = std::clamp(scale.length / spacing.closest, 2.0, mostTicks);
-    RoundStep finest = finestStepFrom(span / most);
-    while (multiplesOf(finest.value(), scale).size() < 2) finest = finest.finer();
-
-    RoundStep step = finest;
+    RoundStep step = finestStepFrom(span / most);
+    while (multiplesOf(step.value(), scale).size() < 2) step = step.finer();
     const auto isEnough = [&](const RoundStep &at) {
         return static_cast<double>(multiplesOf(at.value(), scale).size()) >=
                spacing.least(scale.length);
     };
     while (isEnough(step.coarser())) step = step.coarser();
+    const RoundStep wanted = step;
 
     // a wider step until the numbers fit, in no more decimals than the axis asks for; but never
     // less than two numbers for want of that
@@ -188,7 +187,7 @@ static AxisMarks linearMarks(const Axis &axis, const Scale &scale, const NumberS
         markAt(step);
     }
     if (marks.numbers.size() < 2) {
-        step = finest;
+        step = wanted;
         markAt(step);
         marks.numbers = thinned(marks.numbers, 0, fit);
     }

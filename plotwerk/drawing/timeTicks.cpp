@@ -261,7 +261,8 @@ static std::optional<TimeStep> divided(const TimeStep &step, double mostParts, d
     return std::nullopt;
 }
 
-// The finest step of the calendar, or so many parts of each step as the axis asks for.
+// The finest step of the calendar (days or Mondays in months), or so many parts of each step as the
+// axis asks for.
 static std::vector<double> smallTicks(const Axis &axis, const TimeStep &step, const Scale &scale,
                                       const std::vector<double> &ticks) {
     const double distance = scale.length * step.meanSeconds() / (scale.max - scale.min);
@@ -278,8 +279,9 @@ static std::vector<double> smallTicks(const Axis &axis, const TimeStep &step, co
                     std::lerp(around[i - 1], around[i], double(part) / (axis.ticks + 1)));
     } else if (const auto finer = divided(step, 12, distance)) {
         small = ticksAt(*finer, scale);
-    } else if (step.months == 1 && distance >= 31 * leastSmallTickDistance) {
-        small = ticksAt({day}, scale);
+    } else if (step.months == 1) {
+        const bool roomForDays = distance >= 31 * leastSmallTickDistance;
+        small = ticksAt(roomForDays ? TimeStep{day} : TimeStep{7 * day, 0, firstMonday}, scale);
     }
     std::erase_if(small, [&](double value) {
         return !isOnAxis(value, scale) || std::ranges::binary_search(ticks, value);

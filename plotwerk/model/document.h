@@ -39,8 +39,8 @@ struct CurveLook {
     int layer = 0; // drawn from the lowest layer up, within a layer in the curves' order
     bool line = true;
     bool stepped = false; // a value holds until the next point
-    bool yError = false;  // bars from the table's column "NAME error"
-    bool xError = false; // bars from the column with the x column's name and " error", or "X error"
+    bool yError = false;  // bars from the columns of its errors (errorColumns.h)
+    bool xError = false;  // bars from those of x
     bool dashed = false;
     bool filled = false;
     bool upperX = false; // drawn against the upper x axis

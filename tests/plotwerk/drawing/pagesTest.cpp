@@ -388,8 +388,10 @@ static void expectLimits(const char *what, AxisCode axis, double min, double max
 }
 
 TEST(Frame, LeavesRoomAroundDataAndBeginsWhereAreasDo) {
-    expectLimits("x of symbols", xAxis, 0.92, 3.08, [](D, L look) { look.symbols = true; });
-    expectLimits("y from zero", yAxis, 0, 78, [](D d, L) { onlyCurve(d).values[0] = 0; });
+    expectLimits("x", xAxis, 0.92, 3.08, [](D, L) {});
+    expectLimits("means of two", xAxis, 1.44, 3.06, [](D, L look) { look.sum = 2; });
+    expectLimits("their y", yAxis, 54.2, 75.8, [](D, L look) { look.sum = 2; });
+    expectLimits("y from zero", yAxis, -3, 78, [](D d, L) { onlyCurve(d).values[0] = 0; });
     expectLimits("area", yAxis, 0, 78, [](D, L look) { look.filled = true; });
     expectLimits("drop lines", yAxis, 0, 78, [](D, L look) { look.marker = true; });
     expectLimits("area from the x axis", yAxis, 48, 102,

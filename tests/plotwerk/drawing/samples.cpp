@@ -4,6 +4,7 @@
 #include "tests/support/process.h"
 
 #include <algorithm>
+#include <cairo-svg.h>
 #include <cmath>
 #include <cstring>
 #include <sstream>
@@ -102,6 +103,40 @@ void Pixels::expect(const std::string &list) const {
         seen += (seen.empty() ? "" : " ") + place;
     }
     EXPECT_EQ(seen, list);
+}
+
+std::vector<Drawn> drawnBy(const std::function<void(cairo_t *)> &draw) {
+    std::string svg;
+    const auto append = [](void *to, const unsigned char *bytes, unsigned length) {
+        static_cast<std::string *>(to)->append(reinterpret_cast<const char *>(bytes), length);
+        return CAIRO_STATUS_SUCCESS;
+    };
+    const Surface surface(cairo_svg_surface_create_for_stream(append, &svg, 1000, 1000));
+    {
+        const Context cr(cairo_create(surface.get()));
+        draw(cr.get());
+    }
+    cairo_surface_finish(surface.get());
+    std::vector<Drawn> all;
+    const std::string key = "<path style=\"";
+    for (size_t at = svg.find(key); at != std::string::npos; at = svg.find(key, at + 1)) {
+        const std::string element = svg.substr(at, svg.find("/>", at) - at);
+        if (element.find("transform") != std::string::npos) continue;
+        Drawn drawn;
+        if (const size_t width = element.find("stroke-width:"); width != std::string::npos)
+            drawn.thickness = std::stod(element.substr(width + 13));
+        std::istringstream data(element.substr(element.find(" d=\"") + 4));
+        double x = 0;
+        double y = 0;
+        for (std::string command; data >> command && command != "\"";) {
+            if (command == "C") data >> x >> y >> x >> y; // the ends of curves are enough
+            if (command == "Z" || !(data >> x >> y)) break;
+            if (command == "M" && !drawn.path.empty()) drawn.path.push_back(pathBreak);
+            drawn.path.push_back({x, y});
+        }
+        all.push_back(drawn);
+    }
+    return all;
 }
 
 std::string outputOf(const std::string &command, const std::string &bytes) {

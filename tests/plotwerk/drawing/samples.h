@@ -6,6 +6,9 @@
 #include "plotwerk/drawing/surface.h"
 #include "tests/plotwerk/model/documents.h"
 
+#include <cairo.h>
+#include <functional>
+
 // A document of the curve "y" over "x".
 plotwerk::Document documentWith(const std::vector<double> &x, const std::vector<double> &y);
 
@@ -41,6 +44,14 @@ class Pixels {
     plotwerk::Point origin; // that corner, in points
     double perPoint;
 };
+
+// Vectors as they are drawn, in points from the upper left corner of the frame.
+struct Drawn {
+    plotwerk::Path path;  // with a break before each part but the first
+    double thickness = 0; // 0: filled
+};
+
+std::vector<Drawn> drawnBy(const std::function<void(cairo_t *)> &draw);
 
 // What a shell command prints, given the bytes as the file $f. A failure fails the test.
 std::string outputOf(const std::string &command, const std::string &bytes);

@@ -1,0 +1,211 @@
+#include "plotwerk/drawing/axes.h"
+
+#include "plotwerk/drawing/curveBars.h"
+#include "plotwerk/drawing/symbols.h"
+#include "tests/plotwerk/drawing/samples.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+using namespace plotwerk;
+
+// Straight lines as "x,y x,y" in tenths of points, the nearer end first.
+static std::string lineOf(Point a, Point b) {
+    if (b.x < a.x || (b.x == a.x && b.y < a.y)) std::swap(a, b);
+    char text[80];
+    std::snprintf(text, sizeof text, "%ld,%ld %ld,%ld", std::lround(10 * a.x),
+                  std::lround(10 * a.y), std::lround(10 * b.x), std::lround(10 * b.y));
+    return text;
+}
+
+// Of all paths of that thickness which have two points.
+static std::multiset<std::string> linesIn(const std::vector<Drawn> &drawn, double thickness) {
+    std::multiset<std::string> lines;
+    for (const Drawn &each : drawn)
+        for (size_t i = 1; each.thickness == thickness && i < each.path.size(); ++i)
+            if (!isBreak(each.path[i - 1]) && !isBreak(each.path[i]))
+                lines.insert(lineOf(each.path[i - 1], each.path[i]));
+    return lines;
+}
+
+// A frame of 200 by 100 points with x from 0 to 10 and y from 0 to 4, ticks of 8 points at every
+// second number and small ones between.
+static Document plain() {
+    Document document = documentWith({1, 3}, {1, 3});
+    document.frame.xAxisLength = 200 / pointsPerCm;
+    document.frame.yAxisLength = 100 / pointsPerCm;
+    document.frame.tickLength = 8 / pointsPerCm;
+    for (const AxisCode code : {xAxis, yAxis}) {
+        document.axes[code].range = {0, code == xAxis ? 10.0 : 4.0};
+        document.axes[code].increment = 2;
+        document.axes[code].ticks = 1;
+    }
+    return document;
+}
+
+static std::vector<Drawn> axesOf(const Document &document, bool grid = false) {
+    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+    const PlacedFrame frame = frameOf(document, curves, Typesetter());
+    return drawnBy([&](cairo_t *cr) { grid ? drawGrid(cr, frame) : drawAxes(cr, frame); });
+}
+
+TEST(Axes, HaveTicksOfTheirLengthsAtTheirPlacesOnAllSides) {
+    for (const bool outside : {false, true})
+        for (const bool reversed : {false, true}) {
+            Document document = plain();
+            document.axes[xAxis].reversed = reversed;
+            for (Axis &axis : document.axes) {
+                axis.insideTicks = !outside;
+                axis.outsideTicks = outside;
+            }
+            std::multiset<std::string> want = {lineOf({0, 0}, {200, 0}),
+                                               lineOf({200, 0}, {200, 100}),
+                                               lineOf({200, 100}, {0, 100})};
+            const double side = outside ? -1 : 1;
+            for (int value = 0; value <= 10; ++value) {
+                const double x = reversed ? 200 - 20 * value : 20 * value;
+                const double length = side * (value % 2 == 0 ? 8 : 4);
+                want.insert(lineOf({x, 100}, {x, 100 - length}));
+                want.insert(lineOf({x, 0}, {x, length}));
+                if (value > 4) continue;
+                const double y = 100 - 25 * value;
+                want.insert(lineOf({0, y}, {length, y}));
+                want.insert(lineOf({200, y}, {200 - length, y}));
+            }
+            std::multiset<std::string> got = linesIn(axesOf(document), 0.75);
+            got.erase(lineOf({0, 0}, {0, 100})); // the frame may be closed by itself
+            EXPECT_EQ(got, want) << outside << reversed;
+        }
+}
+
+TEST(Axes, HaveGridsBetweenTheSidesAndLinesWhereTheyCross) {
+    Document document = plain();
+    document.axes[xAxis].majorGrid = document.axes[yAxis].minorGrid = true;
+    const std::vector<Drawn> grid = axesOf(document, true);
+    std::multiset<std::string> coarse;
+    for (int value = 2; value <= 8; value += 2)
+        coarse.insert(lineOf({20.0 * value, 0}, {20.0 * value, 100}));
+    EXPECT_EQ(linesIn(grid, 0.5), coarse);
+    EXPECT_EQ(linesIn(grid, 0.35),
+              (std::multiset<std::string>{lineOf({0, 25}, {200, 25}), lineOf({0, 75}, {200, 75})}));
+
+    document.frame.xAxisPos = 1;
+    document.frame.yAxisPos = 2.5;
+    for (Axis &axis : document.axes) axis.insideTicks = false;
+    EXPECT_EQ(linesIn(axesOf(document), 0.75),
+              (std::multiset<std::string>{lineOf({0, 75}, {200, 75}), lineOf({50, 0}, {50, 100})}));
+    document.axes[xAxis].noLine = true;
+    EXPECT_EQ(linesIn(axesOf(document), 0.75),
+              (std::multiset<std::string>{lineOf({50, 0}, {50, 100})}));
+}
+
+// The number that a text shows, of characters that C reads.
+static double shownBy(std::string text) {
+    for (size_t at; (at = text.find("\u2212")) != std::string::npos;) text.replace(at, 3, "-");
+    return std::stod(text);
+}
+
+// A number of an axis, with what all have in common, is its value, within its last digit, and
+// stands at its value's place.
+TEST(Axes, HaveNumbersThatTellTheirValuesAtTheirPlaces) {
+    const Range ranges[] = {{0, 99.9999},
+                            {0.1, 3.95},
+                            {1e-13, 1.05e-12},
+                            {-4e6, 4.2e6},
+                            {1e6 - 1e-5, 1e6 + 1e-5},
+                            {1234567000, 1234567100},
+                            {12345.678, 12345.679},
+                            {-1e-7, 5e-8},
+                            {1e9, 1.001e9},
+                            {-1234567890, -1234567800}};
+    for (const Range &range : ranges)
+        for (const double length : {5.0, 8.0, 12.0}) {
+            SCOPED_TRACE(testing::Message() << range.min << ".." << range.max << ' ' << length);
+            Document document = documentWith({}, {});
+            document.frame.xAxisLength = document.frame.yAxisLength = length;
+            document.axes[xAxis].range = document.axes[yAxis].range = range;
+            const PlacedFrame frame = frameOf(document, {}, Typesetter());
+            for (const AxisCode code : {xAxis, yAxis}) {
+                const PlacedAxis &axis = frame.axes[code];
+                double power = 1;
+                double offset = 0;
+                for (const TextRun &run : axis.marks.common) {
+                    if (run.script > 0) power = std::pow(10, shownBy(run.text));
+                    const size_t sign = run.text.find_first_of("+\u2212");
+                    if (run.script == 0 && sign != std::string::npos)
+                        offset = (run.text[sign] == '+' ? 1 : -1) *
+                                 shownBy(run.text.substr(run.text.find(' ', sign) + 1));
+                }
+                EXPECT_GE(axis.numbers.size(), code == yAxis || length > 8 ? 5u : 3u);
+                ASSERT_EQ(axis.numbers.size(), axis.marks.numbers.size());
+                std::set<std::string> texts;
+                for (size_t i = 0; i < axis.numbers.size(); ++i) {
+                    const std::string text = plainTextOf(axis.marks.numbers[i].text);
+                    const double value = axis.numbers[i].value;
+                    EXPECT_NEAR(offset + power * shownBy(text), value,
+                                2e-15 * std::abs(offset) + 1e-12 * std::abs(value));
+                    EXPECT_LE(text.size(), 9u) << text;
+                    texts.insert(text);
+                    const Point &at = axis.numbers[i].middle;
+                    EXPECT_NEAR(code == xAxis ? at.x : frame.height - at.y,
+                                frame.scales[code].position(value), code == xAxis ? 0.01 : 2);
+                    EXPECT_TRUE(code == xAxis ? at.y > frame.height : at.x < 0);
+                }
+                EXPECT_EQ(texts.size(), axis.numbers.size()) << "told apart";
+                EXPECT_EQ(axis.common.has_value(), !axis.marks.common.empty());
+            }
+        }
+}
+
+// The bars and caps of the only curve: those that stand upright, then the level ones.
+static std::multiset<std::string> barsOf(const Document &document) {
+    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+    const ScaledFrame frame = scaledFrameOf(document, curves);
+    return linesIn(drawnBy([&](cairo_t *cr) { drawErrorBars(cr, curves[0], frame); }), 1);
+}
+
+TEST(ErrorBars, ReachAsFarAsTheErrorsWithCapsAcross) {
+    Document document = plain(); // 20 points for 1 of x, 25 for 1 of y
+    std::vector<Column> &y = document.sources[0].tables[0].y;
+    y.push_back(column("y +", {0.4, 0}));
+    y.push_back(column("y -", {-0.8, 1}));
+    y.push_back(column("dx", {0, 2}));
+    y[0].look.xError = y[0].look.yError = true;
+    std::multiset<std::string> want = {lineOf({20, 65}, {20, 95}), lineOf({18, 65}, {22, 65}),
+                                       lineOf({18, 95}, {22, 95}), lineOf({60, 25}, {60, 50}),
+                                       lineOf({58, 50}, {62, 50}), lineOf({20, 25}, {100, 25}),
+                                       lineOf({20, 23}, {20, 27}), lineOf({100, 23}, {100, 27})};
+    EXPECT_EQ(barsOf(document), want);
+
+    // the mean (2, 2) of both, with errors of a half of the root of the sum of squares
+    y[0].look.sum = 2;
+    want = {lineOf({20, 50}, {60, 50}), lineOf({20, 48}, {20, 52}), lineOf({60, 48}, {60, 52})};
+    y[0].look.yError = false;
+    EXPECT_EQ(barsOf(document), want);
+}
+
+TEST(ErrorBars, HaveCapsNoWiderThanTheSymbol) {
+    Document document = plain();
+    std::vector<Column> &y = document.sources[0].tables[0].y;
+    y.push_back(column("y error", {0.4, 0}));
+    y[0].look.yError = y[0].look.symbols = true;
+    y[0].look.symbolSize = 2;
+    y[0].look.lineThickness = 0.1;
+    for (int code = 0; code < symbolCount; ++code) {
+        y[0].look.symbol[0] = code;
+        const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+        const ScaledFrame frame = scaledFrameOf(document, curves);
+        double half = 0;
+        for (const Drawn &each : drawnBy([&](cairo_t *cr) { drawErrorBars(cr, curves[0], frame); }))
+            for (const Point &p : each.path)
+                if (!isBreak(p)) half = std::max(half, p.x - 20);
+        double symbol = 0;
+        for (const Drawn &each : drawnBy([&](cairo_t *cr) {
+                 drawSymbol(cr, code, {20, 75}, 200, 1, Colour{}, true);
+             }))
+            for (const Point &p : each.path)
+                if (!isBreak(p)) symbol = std::max(symbol, (p.x - 20) / 100);
+        EXPECT_NEAR(half, symbol, 0.01) << code;
+    }
+}

@@ -1,0 +1,79 @@
+#include "plotwerk/drawing/axisNumbers.h"
+#include "tests/plotwerk/drawing/samples.h"
+
+#include <chrono>
+#include <cmath>
+
+using namespace plotwerk;
+
+static double secondsAt(int year, unsigned month, unsigned day, double seconds = 0) {
+    const std::chrono::sys_days date{std::chrono::year(year) / std::chrono::month(month) /
+                                     std::chrono::day(day)};
+    return static_cast<double>(date.time_since_epoch().count()) * 86400 + seconds;
+}
+
+// All numbers, and after a bar what they have in common.
+static std::string told(const AxisMarks &marks) {
+    std::string all;
+    for (const AxisNumber &number : marks.numbers) all += plainTextOf(number.text) + ' ';
+    return all + "| " + plainTextOf(marks.common);
+}
+
+TEST(TimeTicks, TellDatesAndTimesOnce) {
+    const double noon = secondsAt(2024, 3, 5, 43200);
+    const struct {
+        Range range;
+        double increment;
+        size_t smallTicks;
+        const char *want;
+    } cases[] = {
+        {{noon, noon + 0.004},
+         unset,
+         36,
+         "12:00:00.000 12:00:00.001 12:00:00.002 12:00:00.003 12:00:00.004 | 2024-03-05"},
+        {{noon + 0.1, noon + 1.3}, unset, 55, "12:00:00.4 12:00:00.8 12:00:01.2 | 2024-03-05"},
+        {{noon, noon + 60}, unset, 8, "12:00:00 12:00:15 12:00:30 12:00:45 12:01:00 | 2024-03-05"},
+        {{noon, noon + 4 * 3600}, unset, 44, "12:00 13:00 14:00 15:00 16:00 | 2024-03-05"},
+        {{noon, noon + 2 * 86400}, unset, 44, "12:00 Mar 6 12:00 Mar 7 12:00 | 2024"},
+        {{secondsAt(2024, 12, 31, 43200), secondsAt(2025, 1, 1, 43200)},
+         unset,
+         44,
+         "12:00 18:00 2025-01-01 06:00 12:00 | "},
+        {{secondsAt(2024, 2, 28), secondsAt(2024, 3, 3)},
+         unset,
+         44,
+         "Feb 28 Feb 29 Mar 1 Mar 2 Mar 3 | 2024"},
+        {{secondsAt(2023, 2, 28), secondsAt(2023, 4, 5)},
+         unset,
+         32,
+         "Mar 6 Mar 13 Mar 20 Mar 27 Apr 3 | 2023"}, // Mondays
+        {{secondsAt(2024, 1, 1), secondsAt(2024, 5, 1)}, unset, 16, "Jan Feb Mar Apr May | 2024"},
+        {{secondsAt(2023, 7, 1), secondsAt(2024, 7, 1)},
+         unset,
+         8,
+         "2023-07 2023-10 2024-01 2024-04 2024-07 | "},
+        {{secondsAt(1968, 1, 1), secondsAt(1972, 1, 1)}, unset, 44, "1968 1969 1970 1971 1972 | "},
+        {{secondsAt(1600, 1, 1), secondsAt(2000, 1, 1)}, unset, 36, "1600 1700 1800 1900 2000 | "},
+        {{-3600, 3600}, 1800, 20, "23:00 23:30 1970-01-01 00:30 01:00 | "},
+        {{0, 1e30}, unset, 15, "0.0 0.2 0.4 0.6 0.8 1.0 | \u00d71030"},
+    };
+    for (const auto &c : cases) {
+        Axis axis;
+        axis.increment = c.increment;
+        const Scale scale = scaleOf(axis, c.range, 340);
+        const AxisMarks marks = marksBeside(axis, scale, true, Side::below, Typesetter());
+        EXPECT_EQ(told(marks), c.want);
+        EXPECT_EQ(marks.smallTicks.size(), c.smallTicks) << c.want;
+        for (const AxisNumber &number : marks.numbers) EXPECT_TRUE(isOnAxis(number.value, scale));
+        // between two ticks there are as many small ones everywhere, Mondays in months aside
+        for (size_t i = 2; i < marks.ticks.size(); ++i) {
+            const auto between = [&](double low, double high) {
+                return std::ranges::count_if(marks.smallTicks,
+                                             [&](double v) { return v > low && v < high; });
+            };
+            EXPECT_NEAR(double(between(marks.ticks[i - 2], marks.ticks[i - 1])),
+                        double(between(marks.ticks[i - 1], marks.ticks[i])), 1)
+                << c.want;
+        }
+    }
+}
