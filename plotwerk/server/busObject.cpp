@@ -1,5 +1,6 @@
 #include "plotwerk/server/busObject.h"
 
+#include "plotwerk/base/memoryReserve.h"
 #include "protocol/PlotwerkControlNames.h"
 
 namespace plotwerk {
@@ -11,6 +12,13 @@ BusObject::BusObject(sdbus::IConnection &bus, ControlObject &answering)
 
 BusObject::~BusObject() {
     unregisterAdaptor();
+}
+
+// The work is done: that must be said whatever memory it took.
+void BusObject::answered(const std::string &client, std::size_t length) {
+    constexpr std::size_t overhead = 1 << 16;
+    makeRoomFor(2 * length + overhead);
+    unread.add(client, length);
 }
 
 } // namespace plotwerk

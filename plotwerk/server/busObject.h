@@ -28,6 +28,8 @@ class BusObject final : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkC
         return std::apply([](const auto &...each) { return (lengthOf(each) + ...); }, values);
     }
 
+    void answered(const std::string &client, std::size_t length);
+
     template<class Answer, class... Parameters>
     Answer receive(const char *member, Answer (ControlObject::*method)(const Parameters &...),
                    const Parameters &...arguments) {
@@ -35,10 +37,10 @@ class BusObject final : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkC
         unread.require(client);
         if constexpr (std::is_void_v<Answer>) {
             control.answerTo(member, method, arguments...);
-            unread.add(client, 0);
+            answered(client, 0);
         } else {
             Answer answer = control.answerTo(member, method, arguments...);
-            unread.add(client, lengthOf(answer));
+            answered(client, lengthOf(answer));
             return answer;
         }
     }

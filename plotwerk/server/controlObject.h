@@ -8,6 +8,7 @@
 
 #include "plotwerk/application/application.h"
 #include "plotwerk/base/log.h"
+#include "plotwerk/base/memoryReserve.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/change.h"
 #include "plotwerk/model/names.h"
@@ -83,6 +84,7 @@ class ControlObject {
     // Does the work of a message. True when it was done; otherwise it has been refused.
     template<class Work> bool attempt(Work work) {
         try {
+            const WithoutReserve withoutReserve;
             log(LogLevel::debug, selector());
             work();
             tellListener();

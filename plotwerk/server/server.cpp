@@ -1,10 +1,13 @@
 #include "plotwerk/server/server.h"
 
 #include "plotwerk/base/log.h"
+#include "plotwerk/base/memoryReserve.h"
 #include "protocol/PlotwerkControlNames.h"
 
+#include <chrono>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <utility>
 
 namespace plotwerk {
@@ -47,16 +50,13 @@ Server::Server(Application &served)
     } catch (const sdbus::Error &) {
         throw std::runtime_error("can't own " + busName + ", its owner is " + ownerOfName(*bus));
     }
+    setReserveAside();
     log(LogLevel::info, "owns " + busName + " as " + bus->getUniqueName());
 }
 
 // What is asked of a connection that no longer is one fails.
-template<class Work> static auto onLivingBus(Work work) {
-    try {
-        return work();
-    } catch (const sdbus::Error &error) {
-        throw std::runtime_error("the bus has gone: " + error.getMessage());
-    }
+[[noreturn]] static void throwBusHasGone(const sdbus::Error &error) {
+    throw std::runtime_error("the bus has gone: " + error.getMessage());
 }
 
 void Server::recover() {
@@ -70,11 +70,25 @@ void Server::setListener(std::function<void(const RecordedMessage &)> listener) 
 }
 
 sdbus::IConnection::PollData Server::pollData() const {
-    return onLivingBus([&] { return bus->getEventLoopPollData(); });
+    try {
+        return bus->getEventLoopPollData();
+    } catch (const sdbus::Error &error) {
+        throwBusHasGone(error);
+    }
 }
 
+// Without memory for a message it stays with the bus until there is some.
 bool Server::processPending() {
-    return onLivingBus([&] { return bus->processPendingRequest(); });
+    constexpr std::chrono::milliseconds pause{10};
+    try {
+        const bool more = bus->processPendingRequest();
+        setReserveAside();
+        return more;
+    } catch (const sdbus::Error &error) {
+        if (error.getName() != "org.freedesktop.DBus.Error.NoMemory") throwBusHasGone(error);
+        if (!giveReserveUp()) std::this_thread::sleep_for(pause);
+        return true;
+    }
 }
 
 } // namespace plotwerk

@@ -25,6 +25,9 @@ case $2 in install) program=$root/usr/bin/plotwerkd ;; package) program=/usr/bin
 unit=$root/usr/lib/systemd/user/plotwerkd.service
 service=$root/usr/share/dbus-1/services/org.plotwerk.PlotwerkControl.service
 grep -qx "ExecStart=$program --recover" "$unit" || { echo "wrong unit:"; cat "$unit"; exit 1; }
+for setting in Restart=on-failure NoNewPrivileges=yes OOMPolicy=continue; do
+    grep -qx "$setting" "$unit" || { echo "not in the unit: $setting"; exit 1; }
+done
 grep -qx "Exec=$program" "$service" || { echo "wrong service:"; cat "$service"; exit 1; }
 grep -qx "SystemdService=$(basename "$unit")" "$service"
 

@@ -340,7 +340,7 @@ TEST_F(RecoveryTest, KeepsWhatItAnswersAndLivesWithAnyMemory) {
             sendMessage(*message);
             ++count;
         }
-        if (HasFatalFailure()) return;
+        if (HasFatalFailure()) FAIL() << program->finish().err;
         limitTo(RLIM_INFINITY);
         const auto kept = documents();
         for (const Message &message : done) send(*control, message.method, message.values);

@@ -1,0 +1,38 @@
+// memoryReserve.h - address space that is set aside for taking a message in and sending its answer.
+//
+// Where a process may have no more memory (RLIMIT_AS), work that asks for it fails and is refused.
+// The libraries that talk to the bus couldn't go on then: for them the reserve is given up, and set
+// aside again when memory has become free. It is never touched, so that it takes none. For a
+// process of one thread.
+#ifndef PLOTWERK_BASE_MEMORYRESERVE_H
+#define PLOTWERK_BASE_MEMORYRESERVE_H
+
+#include <cstddef>
+
+namespace plotwerk {
+
+// Sets the reserve aside, if it isn't and if that can be done. From the first time on an operator
+// new that finds no memory gives it up, but not within WithoutReserve.
+void setReserveAside();
+
+// False when there is none.
+bool giveReserveUp() noexcept;
+
+// Gives the reserve up when so many bytes could not be allocated without it.
+void makeRoomFor(std::size_t bytes) noexcept;
+
+// While it lives, operator new leaves the reserve alone.
+class WithoutReserve {
+  public:
+    WithoutReserve();
+    ~WithoutReserve();
+    WithoutReserve(const WithoutReserve &) = delete;
+    WithoutReserve &operator=(const WithoutReserve &) = delete;
+
+  private:
+    const bool before;
+};
+
+} // namespace plotwerk
+
+#endif
