@@ -327,7 +327,7 @@ TEST_F(RecoveryTest, KeepsWhatItAnswersAndLivesWithAnyMemory) {
         const auto sendMessage = [&](const Message &message) {
             ASSERT_NO_THROW(send(*control, message.method, message.values)) << message.method;
             const std::string error = lastError();
-            if (error.empty()) done.push_back(message);
+            if (error.empty() || hasSelectedNone(error)) done.push_back(message);
             refused += error.find("memory") != std::string::npos;
         };
         for (const Message &message : beginning) sendMessage(message);
