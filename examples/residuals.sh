@@ -16,7 +16,7 @@ session <<END
 -x setFormulaParameters -p 'A=800, tau=100, B=50'
 -x fit
 -x getFormulaParameters
--x setDocAttributes -w 6.6 -h 4.5
+-x setDocAttributes -w 6.4 -h 4.5
 -x setXRange -s 0 -e 400
 -x setAxis -k yes
 -x selectCurve -c Residuals/σ
@@ -27,7 +27,7 @@ session <<END
 -x changeNameOfSelection -t Δ/σ
 -x setAttributes -l no -S yes
 -x setAttributes2 -y 3
--x setDocAttributes -w 6.6 -h 2
+-x setDocAttributes -w 6.4 -h 2
 -x setXRange -s 0 -e 400
 -x setYRange -s -3.5 -e 3.5
 -x setAxis -a 2 -i 2 -m yes
