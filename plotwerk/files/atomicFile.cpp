@@ -10,6 +10,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <fstream>
+#include <optional>
 #include <random>
 #include <set>
 #include <string_view>
@@ -54,6 +55,12 @@ fs::path temporaryName(const fs::path &directory) {
     return directory / (std::string(temporaryPrefix) + random);
 }
 
+// Who may do what with a file.
+struct Access {
+    mode_t permissions;
+    std::optional<gid_t> group{}; // of the file that was there before
+};
+
 // What is to take a file's place. Until then it has no name, so that nothing of it stays behind
 // whenever the process is killed; where the file system can't do that, it has a temporary one. It
 // is locked as long as its writer lives.
@@ -74,8 +81,9 @@ class Replacement {
     std::string link() const { return "/proc/self/fd/" + std::to_string(descriptor.number); }
 
     // Synced, it takes the place. False, with the reason in errno, when that can't be done.
-    bool moveIntoPlace(mode_t permissions) {
-        if (fchmod(descriptor.number, permissions) != 0 || fsync(descriptor.number) != 0)
+    bool moveIntoPlace(const Access &access) {
+        if (fchmod(descriptor.number, permissionsWithGroup(access)) != 0 ||
+            fsync(descriptor.number) != 0)
             return false;
         if (name.empty() && !takeName()) return false;
         if (std::rename(name.c_str(), target.c_str()) != 0) return false;
@@ -84,6 +92,16 @@ class Replacement {
     }
 
   private:
+    // Where the old file's group can't be kept, another one gets none of its rights.
+    mode_t permissionsWithGroup(const Access &access) const {
+        struct stat status {};
+        const bool kept =
+            !access.group ||
+            (fstat(descriptor.number, &status) == 0 &&
+             (status.st_gid == *access.group || fchown(descriptor.number, -1, *access.group) == 0));
+        return kept ? access.permissions : access.permissions & ~0070;
+    }
+
     static constexpr int mostTries = 100; // for a name that is free
 
     static int opened(const fs::path &directory, fs::path &name) {
@@ -172,18 +190,18 @@ std::string readWholeFile(const fs::path &path) {
     return bytes;
 }
 
-// The permissions that the new file gets, once it is sure that the old one may be replaced.
-static mode_t permissionsOf(const fs::path &path, mode_t ofNew) {
+// What the new file gets, once it is sure that the old one may be replaced.
+static Access accessOf(const fs::path &path, mode_t ofNew) {
     struct stat status {};
     if (stat(path.c_str(), &status) == 0) {
         if (S_ISDIR(status.st_mode)) refuse("write", path, std::strerror(EISDIR));
         if (!S_ISREG(status.st_mode)) refuse("write", path, "not a regular file");
         if (access(path.c_str(), W_OK) != 0) refuse("write", path, textOfErrno());
-        return status.st_mode & 0777;
+        return {status.st_mode & 0777, status.st_gid};
     }
     const mode_t mask = umask(0);
     umask(mask);
-    return ofNew & ~mask;
+    return {ofNew & ~mask};
 }
 
 // In a folder that everybody can write to, a link may be somebody's trap: only links of the user's
@@ -219,14 +237,14 @@ void writeWholeFile(const fs::path &path, const std::function<void(std::ostream 
                     mode_t ofNew) {
     if (path.empty()) refuse("write", path, std::strerror(ENOENT));
     const fs::path target = withoutLinks(path);
-    const mode_t permissions = permissionsOf(target, ofNew);
+    const Access access = accessOf(target, ofNew);
 
     removeLeftovers(target.parent_path());
     Replacement replacement(target);
     std::ofstream stream(replacement.link(), std::ios::binary);
     write(stream);
     stream.close();
-    if (!stream || !replacement.moveIntoPlace(permissions)) refuse("write", path, textOfErrno());
+    if (!stream || !replacement.moveIntoPlace(access)) refuse("write", path, textOfErrno());
     syncDirectory(target.parent_path());
 }
 

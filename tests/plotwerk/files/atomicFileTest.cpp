@@ -81,6 +81,18 @@ TEST_F(AtomicFile, KeepsPermissionsAndLinks) {
     EXPECT_EQ(listing(), "file link second ");
 }
 
+TEST_F(AtomicFile, GivesNothingToAnotherGroup) {
+    if (geteuid() != 0) return; // only root can give a file to any group
+    write(file, "old");
+    ASSERT_EQ(chown(file.c_str(), static_cast<uid_t>(-1), 4), 0);
+    fs::permissions(file, static_cast<fs::perms>(0640));
+    write(file, "new");
+    struct stat status {};
+    ASSERT_EQ(stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_gid, 4U);
+    EXPECT_EQ(status.st_mode & 0777, 0640U);
+}
+
 TEST_F(AtomicFile, IsARegularOneOrRefusedWithoutWaiting) {
     mkfifo((directory / "pipe").c_str(), 0600);
     fs::create_symlink("loop", directory / "loop");
