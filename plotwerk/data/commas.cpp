@@ -27,7 +27,7 @@ struct Evidence {
 
 static bool isNumeric(std::string_view token) {
     return !token.empty() &&
-           token.find_first_not_of("0123456789+-.,eEdD") == std::string_view::npos &&
+           token.find_first_not_of("0123456789+-.,eEdD ") == std::string_view::npos &&
            std::any_of(token.begin(), token.end(), plw::isDigit);
 }
 
