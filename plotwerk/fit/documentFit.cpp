@@ -59,8 +59,7 @@ static CurveRef curveToFit(const Document &document) {
 }
 
 // The errors may be held in `means`.
-static FitData dataOf(const Document &document, const CurveRef &curve,
-                      std::vector<double> &means) {
+static FitData dataOf(const Document &document, const CurveRef &curve, std::vector<double> &means) {
     const Table &table = tableOf(document, curve);
     const Column &column = columnOf(document, curve);
     return {table.x.values, column.values, yErrorsOf(table, column, means), document.fitRange};
@@ -106,8 +105,7 @@ static Table tableOfFit(const Document &document, const CurveRef &fitted, const 
     const AxisCode axis = look.upperX ? upperXAxis : xAxis;
     Table table;
     table.x.name = tableOf(document, fitted).x.name;
-    table.x.values =
-        samplesOf(drawnRange(data), points, document.axes[axis].logarithmic);
+    table.x.values = samplesOf(drawnRange(data), points, document.axes[axis].logarithmic);
     Column &column = table.y.emplace_back();
     column.name = "Fit";
     column.drawnByFit = true;
