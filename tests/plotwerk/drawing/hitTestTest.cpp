@@ -215,7 +215,7 @@ TEST(NearestPoint, IsMeasuredOnPaper) {
         {"right axis", right, 0, 900, {1, 0}},
         {"right axis beside a reversed one", reversed, 0, 100, {1, 0}},
         {"the first of equals", equals, 1, 1, {0, 1}},
-        {"nearer to the line", line, 5, 1, {0, 0}},
+        {"nearer to the line", line, 4.9, 1, {0, 0}},
         {"nearer to the point", noLine, 5, 1, {1, 3}},
         {"beside the end of a very long line", far, 0.9, 2, {1, 3}},
         {"within the step", steps, 6, 4.9, {1, 3}},
