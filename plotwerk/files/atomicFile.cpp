@@ -171,8 +171,11 @@ std::string readWholeFile(const fs::path &path) {
     if (!S_ISREG(status.st_mode)) refuse("read", path, "not a regular file");
     if (static_cast<std::size_t>(status.st_size) > largestFile) refuse("read", path, "too large");
 
-    // for the bytes, and for what is made of them
-    requireMemory(2 * static_cast<double>(status.st_size));
+    try { // for the bytes, and for what is made of them
+        requireMemory(2 * static_cast<double>(status.st_size));
+    } catch (const Refusal &refusal) {
+        refuse("read", path, refusal.what());
+    }
 
     // One byte more than the file has shows its end at once; a file that grows is read on.
     std::string bytes(static_cast<std::size_t>(status.st_size) + 1, '\0');

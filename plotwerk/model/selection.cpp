@@ -1,5 +1,6 @@
 #include "plotwerk/model/selection.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/limits.h"
 #include "plotwerk/model/names.h"
@@ -22,18 +23,24 @@ static NameTest named(const std::string &name) {
 }
 
 // In bytes. With it and the length of names the longest search of a name takes milliseconds.
-static constexpr int mostMemory = 1 << 18;
+static constexpr int patternMemory = 1 << 18;
 
-static NameTest matching(const std::string &pattern) {
+// time: what all tests that share it may have taken at worst, in nanoseconds; refused beyond
+// requireTime.
+static NameTest matching(const std::string &pattern, double &time) {
     if (pattern.empty()) return named("");
     if (pattern.size() > longestName) throw Refusal("pattern is too long");
     RE2::Options options;
     options.set_log_errors(false);
     options.set_never_capture(true);
-    options.set_max_mem(mostMemory);
+    options.set_max_mem(patternMemory);
     const auto regex = std::make_shared<const RE2>(pattern, options);
     if (!regex->ok()) throw Refusal("pattern \"" + pattern + "\" can't be read: " + regex->error());
-    return [regex](const std::string &name) { return RE2::FullMatch(name, *regex); };
+    constexpr double perByte = 6; // and instruction of the pattern's program
+    return [regex, &time](const std::string &name) {
+        requireTime(time += perByte * regex->ProgramSize() * static_cast<double>(name.size()));
+        return RE2::FullMatch(name, *regex);
+    };
 }
 
 static std::vector<CurveRef> curvesWith(const Document &document, const NameTest &source, int table,
@@ -46,6 +53,12 @@ static std::vector<CurveRef> curvesWith(const Document &document, const NameTest
             column(columnOf(document, curve).name))
             found.push_back(curve);
     return found;
+}
+
+static std::vector<CurveRef> curvesMatching(const Document &document, const std::string &source,
+                                            int table, const std::string &column) {
+    double time = 0;
+    return curvesWith(document, matching(source, time), table, matching(column, time));
 }
 
 static int select(Document &document, const std::vector<CurveRef> &curves, bool append) {
@@ -102,8 +115,7 @@ int selectByName(Document &document, const std::string &source, int table,
 int selectByPattern(Document &document, const std::string &source, int table,
                     const std::string &column, bool append) {
     requireTable(document, table);
-    return select(document, curvesWith(document, matching(source), table, matching(column)),
-                  append);
+    return select(document, curvesMatching(document, source, table, column), append);
 }
 
 int selectByPosition(Document &document, IndexRange sources, IndexRange tables, IndexRange columns,
@@ -139,7 +151,7 @@ int indexOfCurveNamed(const Document &document, const std::string &source, int t
 
 int indexOfCurveMatching(const Document &document, const std::string &source, int table,
                          const std::string &column) {
-    const auto found = curvesWith(document, matching(source), table, matching(column));
+    const auto found = curvesMatching(document, source, table, column);
     return found.empty() ? -1 : found.front().index;
 }
 

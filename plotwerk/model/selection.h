@@ -3,8 +3,9 @@
 // Tables and columns count from 1 here, as messages number them, curves from 0. -1 stands for any
 // table, or for no limit on that side of a range, an empty name or pattern for any name. Patterns
 // are RE2's regular expressions and match whole names in UTF-8. Refused: one that RE2 can't read
-// (it has neither lookahead nor back references), that takes too much memory, or that is longer
-// than 1000 bytes. No pattern matches a name longer than that.
+// (it has neither lookahead nor back references), that takes too much memory, that is longer than
+// 1000 bytes, or that could take too long over the names that there are. No pattern matches a name
+// longer than that.
 //
 // The curves that are found are selected in the document's order. Without append they replace the
 // selection, with append they follow it, and what is selected already keeps its rank. Finding none
