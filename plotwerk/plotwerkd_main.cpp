@@ -24,7 +24,7 @@ static constexpr char help[] =
     "document \"Untitled\", and answers the messages of the session bus until SIGTERM or SIGINT.\n"
     "\n"
     "      --help       print this and end\n"
-    "      --limit      what one message may take: seconds, memory (MB), answer (MB)\n"
+    "      --limit      what one message may take: seconds, memory, answer, unread (MB)\n"
     "      --log-level  lines on standard error up to this level; info unless given\n"
     "      --no-journal unsaved changes don't outlive a crash\n"
     "      --recover    first bring back the documents that others left with unsaved changes\n"
