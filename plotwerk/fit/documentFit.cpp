@@ -155,18 +155,6 @@ FitOutcome fitDocument(Document &document) {
     return outcome;
 }
 
-// About the time that one point takes: functions and powers take some 25 ns, all else 1 ns.
-static double nanosecondsPerPoint(const Tape &tape) {
-    double time = 0;
-    for (const Instruction &each : tape.instructions) {
-        const bool isFunction =
-            (each.operation >= Operation::exp && each.operation <= Operation::lgamma) ||
-            each.operation == Operation::power || each.operation == Operation::atan2;
-        if (each.varying) time += isFunction ? 25 : 1;
-    }
-    return time;
-}
-
 void modifySelection(Document &document, bool yData) {
     std::vector<CurveRef> curves = requireSelection(document);
     if (!yData) curves = firstOfEachTable(curves);

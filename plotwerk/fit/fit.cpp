@@ -71,8 +71,8 @@ static std::string failingPoint(const Formula &formula, const FitPoints &points,
 }
 
 FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParameter> &parameters,
-               std::chrono::seconds limit) {
-    const FitDeadline deadline = std::chrono::steady_clock::now() + limit;
+               double seconds) {
+    FitWork work(seconds * 1e9);
     const FitPoints points = pointsOf(data);
     std::vector<double> values;
     std::vector<int> free;
@@ -97,14 +97,14 @@ FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParam
         obstacle(formula, points, free.size(), parameters, !data.errors.empty());
     if (!reason.empty()) return failed(fitImpossible, reason);
 
-    Residuals<double> residuals(formula, points, values, free, deadline);
-    Residuals<long double> extended(formula, points, values, free, deadline);
+    Residuals<double> residuals(formula, points, values, free, work);
+    Residuals<long double> extended(formula, points, values, free, work);
     Minimum minimum;
     try {
         minimum = minimise(residuals, extended, start);
     } catch (const FitTooLong &) {
         return failed(fitNotConverged,
-                      "no minimum found within " + std::to_string(limit.count()) + " seconds");
+                      "no minimum found in the time of one message (limit seconds)");
     }
     outcome.result.iterations = minimum.iterations;
     outcome.result.lambda = minimum.lambda;

@@ -2,10 +2,10 @@
 #ifndef PLOTWERK_FIT_FIT_H
 #define PLOTWERK_FIT_FIT_H
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/formula/formula.h"
 #include "plotwerk/model/document.h"
 
-#include <chrono>
 #include <span>
 #include <string>
 #include <vector>
@@ -50,10 +50,9 @@ struct FitOutcome {
 // parameters as points. If all parameters are fixed only chiSquare is computed.
 //
 // parameters: one for each of formula.parameterNames(), in that order. At most 500 may be free.
-// limit: the fit is given up as not converged when it has taken so long; only millions of points
-// come near that.
+// seconds: the fit is given up as not converged when by estimate it has taken so long.
 FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParameter> &parameters,
-               std::chrono::seconds limit = std::chrono::seconds(120));
+               double seconds = mostSeconds());
 
 } // namespace plotwerk
 

@@ -26,7 +26,7 @@ struct Strategy {
 static constexpr Strategy strategies[] = {{1, false, 1000}, {0.5, true, 4000}};
 
 // Points times steps that a strategy may take, so that a hopeless problem with many points ends
-// long before the deadline. So many steps are allowed in any case.
+// long before its time is over. So many steps are allowed in any case.
 static constexpr double mostWork = 1e8;
 static constexpr int leastSteps = 200;
 

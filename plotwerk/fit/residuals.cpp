@@ -2,19 +2,32 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <type_traits>
 
 namespace plotwerk {
+
+// About the time of a step: the formula and its derivatives at the points, their reduction, and the
+// damping of the triangle.
+template<class Real>
+static double timeOfStep(const Tape &tape, std::size_t points, std::size_t parameters) {
+    constexpr double slowness = std::is_same_v<Real, double> ? 1 : 15;
+    const auto p = static_cast<double>(parameters + 1);
+    const double onePoint = nanosecondsPerPoint(tape) + 0.1 * p * p + 3;
+    return slowness * onePoint * static_cast<double>(points) + 6 * p * p * p;
+}
 
 template<class Real>
 Residuals<Real>::Residuals(const Formula &formula, const FitPoints &fitted,
                            const std::vector<double> &parameters,
-                           const std::vector<int> &freeParameters, FitDeadline deadline)
+                           const std::vector<int> &freeParameters, FitWork &fitWork)
     : data(fitted),
       free(freeParameters),
       all(parameters.begin(), parameters.end()),
       evaluator(formula.tape()),
       ahead(formula.tape()),
-      end(deadline) {
+      work(fitWork),
+      nanosecondsPerStep(timeOfStep<Real>(formula.tape(), data.x.size(), free.size())) {
 }
 
 template<class Real>
@@ -27,12 +40,12 @@ template<class Real>
 Real Residuals<Real>::linearise(const std::vector<Real> &b, RowReduction<Real> &triangle) {
     const int n = points();
     const int p = parameters();
+    work.take(nanosecondsPerStep);
     triangle.clear();
     setParameters(evaluator, b);
 
     Real chiSquare = 0;
     for (int i = 0; i < n; i += evaluator.blockSize()) {
-        checkDeadline();
         const int count = std::min(evaluator.blockSize(), n - i);
         const Real *f = evaluator.values(data.x.data() + i, nullptr, count);
         evaluator.differentiate();
@@ -58,6 +71,7 @@ std::vector<Real> Residuals<Real>::accelerationSide(const std::vector<Real> &b,
                                                     const std::vector<Real> &v, Real reach) {
     const int n = points();
     const int p = parameters();
+    work.take(nanosecondsPerStep);
     std::vector<Real> further(b);
     for (int j = 0; j < p; ++j) further[j] += reach * v[j];
     setParameters(ahead, further);
@@ -66,7 +80,6 @@ std::vector<Real> Residuals<Real>::accelerationSide(const std::vector<Real> &b,
     std::vector<Real> side(p);
     std::vector<Real> second(evaluator.blockSize());
     for (int i = 0; i < n; i += evaluator.blockSize()) {
-        checkDeadline();
         const int count = std::min(evaluator.blockSize(), n - i);
         const Real *f = evaluator.values(data.x.data() + i, nullptr, count);
         const Real *fAhead = ahead.values(data.x.data() + i, nullptr, count);

@@ -6,15 +6,26 @@
 #include "plotwerk/formula/evaluator.h"
 #include "plotwerk/formula/formula.h"
 
-#include <chrono>
 #include <vector>
 
 namespace plotwerk {
 
-using FitDeadline = std::chrono::steady_clock::time_point;
-
-// Thrown by Residuals when the deadline has passed.
+// Thrown by FitWork when it is used up.
 struct FitTooLong {};
+
+// How much a fit may still do, in nanoseconds. What it does is estimated, not measured, so that its
+// result doesn't depend on the load of the machine.
+class FitWork {
+  public:
+    explicit FitWork(double nanoseconds) : left(nanoseconds) {}
+    void take(double nanoseconds) {
+        left -= nanoseconds;
+        if (left < 0) throw FitTooLong{};
+    }
+
+  private:
+    double left;
+};
 
 // The points of a fit: all finite, the vectors of one length; weight is empty (all 1) or 1 / error.
 struct FitPoints {
@@ -25,13 +36,12 @@ struct FitPoints {
 
 // The residuals r = weight * (y - f(x; b)) as a function of the free parameters b, and J, the
 // derivatives of weight * f by them. Takes memory for one block of points, however many there are.
-// Real is double or long double. Formula and points must outlive it.
+// Real is double or long double. Formula, points and work must outlive it.
 template<class Real> class Residuals {
   public:
     // parameters: all of the formula's; free: the indexes of those that b holds.
     Residuals(const Formula &formula, const FitPoints &fitted,
-              const std::vector<double> &parameters, const std::vector<int> &free,
-              FitDeadline deadline);
+              const std::vector<double> &parameters, const std::vector<int> &free, FitWork &work);
 
     int points() const { return static_cast<int>(data.x.size()); }
     int parameters() const { return static_cast<int>(free.size()); }
@@ -53,9 +63,6 @@ template<class Real> class Residuals {
     Real dataLength() const;
 
   private:
-    void checkDeadline() const {
-        if (std::chrono::steady_clock::now() > end) throw FitTooLong{};
-    }
     void setParameters(Evaluator<Real> &to, const std::vector<Real> &b);
 
     const FitPoints &data;
@@ -63,7 +70,8 @@ template<class Real> class Residuals {
     std::vector<Real> all; // parameters, the free ones overwritten by b
     Evaluator<Real> evaluator;
     Evaluator<Real> ahead; // at b + reach * v
-    FitDeadline end;
+    FitWork &work;
+    double nanosecondsPerStep;
 };
 
 } // namespace plotwerk
