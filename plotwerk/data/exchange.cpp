@@ -65,7 +65,6 @@ static void appendRows(const DataTable &more, Table &table) {
     for (std::size_t i = 0; i < table.y.size(); ++i) {
         const std::vector<double> &values = more.table.y[i].values;
         table.y[i].values.insert(table.y[i].values.end(), values.begin(), values.end());
-        table.y[i].drawnByFit = false; // the user's own from now on
     }
 }
 
@@ -102,6 +101,7 @@ void appendData(Document &document, const std::string &source, std::string text,
         reserveRows(table.x, more);
         for (Column &column : table.y) reserveRows(column, more);
     }
+    giveToUser(into);
     std::vector<NewTable> added;
     int curvesBefore = numberOfCurves(document);
     for (std::size_t i = 0; i < read.size(); ++i) {

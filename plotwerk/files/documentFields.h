@@ -23,7 +23,7 @@ constexpr bool operator>(const Version &a, const Version &b) {
     return a.major != b.major ? a.major > b.major : a.minor > b.minor;
 }
 
-constexpr Version currentVersion{2, 0};
+constexpr Version currentVersion{2, 1};
 
 template<class Archive> void fields(Archive &archive, Colour &colour) {
     archive("red", colour.red);
@@ -64,6 +64,7 @@ template<class Archive> void fields(Archive &archive, Column &column) {
     archive("marked", column.marked);
     archive("fitData", column.fitData);
     archive("drawnByFit", column.drawnByFit);
+    archive("residuals", column.residuals, {2, 1});
     archive("place", column.rank);
 }
 
@@ -141,6 +142,12 @@ template<class Archive> void fields(Archive &archive, FitParameter &parameter) {
     archive("value", parameter.value);
     archive("error", parameter.error);
     archive("fixed", parameter.fixed);
+    archive("bounds", parameter.bounds, {2, 1});
+    archive("atBound", parameter.atBound, {2, 1});
+}
+
+template<class Archive> void fields(Archive &archive, CovarianceMatrix &covariance) {
+    archive("values", covariance.values);
 }
 
 template<class Archive> void fields(Archive &archive, FitResult &fit) {
@@ -149,9 +156,16 @@ template<class Archive> void fields(Archive &archive, FitResult &fit) {
     archive("lambda", fit.lambda);
     archive("chiSquare", fit.chiSquare);
     archive("points", fit.points);
+    archive("formula", fit.formula, {2, 1});
+    archive("parameters", fit.parameters, {2, 1});
+    archive("weighted", fit.weighted, {2, 1});
+    archive("absoluteErrors", fit.absoluteErrors, {2, 1});
+    archive("freedom", fit.freedom, {2, 1});
+    archive("rSquared", fit.rSquared, {2, 1});
+    archive("covariance", fit.covariance, {2, 1});
 }
 
-// Its path, and what belongs to this run (revisions), stay out.
+// Its path, and what belongs to this run (revisions, the status of the last fit), stay out.
 template<class Archive> void fields(Archive &archive, Document &document) {
     archive("name", document.name);
     archive("sources", document.sources);
@@ -160,6 +174,7 @@ template<class Archive> void fields(Archive &archive, Document &document) {
     archive("texts", document.texts);
     archive("formula", document.formula);
     archive("parameters", document.parameters);
+    archive("absoluteErrors", document.absoluteErrors, {2, 1});
     archive("fitRange", document.fitRange);
     archive("fit", document.fit);
     archive("markWalk", document.markWalk);

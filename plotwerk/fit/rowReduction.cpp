@@ -61,6 +61,13 @@ template<class Real> Real RowReduction<Real>::length(int j) const {
     return std::sqrt(sum);
 }
 
+template<class Real> std::vector<Real> RowReduction<Real>::descent() const {
+    std::vector<Real> g(size);
+    for (int i = 0; i < size; ++i)
+        for (int j = i; j < size; ++j) g[j] += R(i, j) * q(i);
+    return g;
+}
+
 template<class Real> void RowReduction<Real>::substituteBack(std::vector<Real> &d) const {
     for (int i = size - 1; i >= 0; --i) {
         for (int j = i + 1; j < size; ++j) d[i] -= R(i, j) * d[j];

@@ -104,6 +104,7 @@ void computeValues(Operation operation, std::array<const Real *, 3> from, Real *
     case Operation::constant:
     case Operation::variableX:
     case Operation::variableY:
+    case Operation::variableColumn:
     case Operation::parameter: return;
     }
 }

@@ -57,6 +57,8 @@ void requireWithinLimits(const Document &document) {
     requireAll(document);
     for (const Axis &axis : document.axes) requireOrder(axis.range);
     requireOrder(document.fitRange);
+    for (const FitParameter &parameter : document.parameters) requireOrder(parameter.bounds);
+    for (const FitParameter &parameter : document.fit.parameters) requireOrder(parameter.bounds);
 }
 
 } // namespace plotwerk

@@ -1,7 +1,7 @@
 // structure.h - how tables and curves come into a document and go.
 //
-// What follows the numbering of the curves is looked after here: each of these functions but
-// addSource starts the walk of marks over.
+// What follows the numbering of the curves is looked after here: each of these functions starts the
+// walk of marks over unless it says something else.
 #ifndef PLOTWERK_MODEL_STRUCTURE_H
 #define PLOTWERK_MODEL_STRUCTURE_H
 
@@ -19,6 +19,9 @@ void restartMarkWalk(Document &document);
 // there keep their numbers, and the walk of marks goes on.
 void addSource(Document &document, const std::string &name, std::vector<Table> tables);
 
+// No fit replaces curves of the source from now on.
+void giveToUser(Source &source);
+
 struct NewTable {
     int source;
     int after; // the table that it follows; -1 for none
@@ -29,6 +32,9 @@ struct NewTable {
 void insertTables(Document &document, std::vector<NewTable> tables);
 
 void replaceTables(Document &document, Source &source, std::vector<Table> tables);
+
+// In the place of one of the document's tables. The walk of marks goes on where it was.
+void replaceTable(Document &document, int source, int place, Table table);
 
 // As the last column of one of the document's tables.
 void addColumn(Document &document, Table &table, Column column);

@@ -1,7 +1,6 @@
 // The messages about variables, the formula and the fit.
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/fit/documentFit.h"
-#include "plotwerk/model/parameterText.h"
 #include "plotwerk/server/controlObject.h"
 
 namespace plotwerk {
@@ -42,7 +41,7 @@ void ControlObject::setFormulaOf_formulaText_(const std::string &name, const std
 
 std::string ControlObject::formulaParameterListOf_(const std::string &name) {
     return answer(name, std::string(), [&](const Document &document) {
-        return parameterList(document.parameters, application.decimalSeparator);
+        return parametersOf(document, application.decimalSeparator);
     });
 }
 

@@ -44,7 +44,7 @@ TEST(DocumentFit, DrawsTheFormulaAsACurveOfItsOwn) {
     document.fitRange = {-1, unset};
     fitDocument(document);
     EXPECT_EQ(document.sources.back().name, "Fit");
-    const Table &drawn = document.sources.back().tables.back();
+    const Table &drawn = document.sources.back().tables.front();
     const Column &fit = drawn.y.front();
     EXPECT_EQ(fit.name + drawn.x.name, "Fitx");
     EXPECT_EQ(drawn.x.values.front(), -1) << "as far as the fit range goes";
@@ -94,12 +94,12 @@ TEST(DocumentFit, IsReplacedByTheNextOneThatSucceeds) {
     document.fitRange = {unset, 2};
 
     EXPECT_EQ(fitDocument(document).status, fitConverged);
-    ASSERT_EQ(numberOfCurves(document), 3);
+    ASSERT_EQ(numberOfCurves(document), 4);
     const Column &drawn = columnOf(document, *curveAt(document, 1));
     EXPECT_EQ(drawn.name, "mine");
     EXPECT_TRUE(drawn.look.lineThickness == 5 && drawn.rank == 1 && drawn.marked);
     EXPECT_NEAR(drawn.values.back(), 5, 1e-12);
-    EXPECT_EQ(columnOf(document, *curveAt(document, 2)).values, std::vector<double>{2});
+    EXPECT_EQ(columnOf(document, *curveAt(document, 3)).values, std::vector<double>{2});
 
     const std::string before = textOf(document);
     document.fitRange = {1.5, 2};
@@ -110,16 +110,20 @@ TEST(DocumentFit, IsReplacedByTheNextOneThatSucceeds) {
 // What the user has added to, replaced or fits himself is not the fit's to overwrite.
 TEST(DocumentFit, LeavesWhatTheUserHasMadeHisOwn) {
     void (*const takenOver[])(Document &) = {
-        [](Document &d) { d.sources[1].tables[0].y.push_back(d.sources[1].tables[0].y[0]); },
+        [](Document &d) {
+            selectByName(d, "Fit", -1, "Fit", false);
+            differentiateSelection(d);
+        },
         [](Document &d) { appendData(d, "Fit", "5 6\n", '.'); },
         [](Document &d) { replaceData(d, "Fit", "5 6\n", '.'); },
         [](Document &d) { d.sources[1].tables[0].y[0].fitData = true; },
+        [](Document &d) { d.sources[1].tables[1].y[0].fitData = true; },
     };
     for (const auto takeOver : takenOver) {
         Document document = line();
         fitDocument(document);
-        document.sources[0].tables[0].y[0].rank = 1;
         takeOver(document);
+        selectByIndex(document, {0, 0}, false);
         const std::string before = textOf(document);
         ASSERT_EQ(fitDocument(document).status, fitConverged);
         ASSERT_EQ(document.sources.size(), 3U);
@@ -127,6 +131,41 @@ TEST(DocumentFit, LeavesWhatTheUserHasMadeHisOwn) {
         document.sources.pop_back();
         EXPECT_EQ(textOf(document), before);
     }
+}
+
+TEST(DocumentFit, LeavesResidualsAtThePointsHidden) {
+    Document document = documentOf(table({3, nan_, 1, 2}, {column("y", {9, 5, 1, 5})}));
+    document.sources[0].tables[0].y[0].fitData = true;
+    setFormula(document, "2*x");
+    document.fitRange = {unset, 2.5};
+    fitDocument(document);
+    EXPECT_EQ(textOf(document.sources[1].tables[1].x), "x=1,2");
+    const auto residuals = [&] {
+        std::string text;
+        for (const Column &each : document.sources[1].tables[1].y) text += textOf(each) + ' ';
+        return text;
+    };
+    EXPECT_EQ(residuals(), "Residuals=-1,1 ");
+
+    // a walk of marks goes on behind, whether there are errors or not
+    addData(document, "Later", "1 2\n", '.');
+    for (const int curve : {0, 3}) columnOf(document, *curveAt(document, curve)).rank = 1 + curve;
+    markSelection(document);
+    nextMarkedCurve(document);
+    selectByName(document, "Fit", -1, "Residuals", false);
+    showSelection(document);
+    document.sources[0].tables[0].y.push_back(column("y error", {1, 1, 0.5, 0.25}));
+    fitDocument(document);
+    EXPECT_EQ(residuals(), "Residuals=-1,1 Residuals/\u03c3=-2,4 ");
+    EXPECT_EQ(nextMarkedCurve(document)->source, 2);
+    const std::vector<Column> &shown = document.sources[1].tables[1].y;
+    EXPECT_TRUE(shown[0].look.visible && shown[0].rank == 1 && !shown[1].look.visible);
+
+    selectByName(document, "", -1, "Fit", false);
+    deleteSelection(document);
+    EXPECT_EQ(fitDocument(document).status, fitConverged) << "residuals are no data to fit";
+    EXPECT_EQ(document.sources[1].tables[0].y[0].name, "Fit");
+    EXPECT_EQ(document.sources[1].tables.size(), 2U);
 }
 
 TEST(DocumentFit, FitsTheFitDataOrTheSelectionOrTheOnlyCurve) {
