@@ -50,7 +50,8 @@ static Range drawnRange(const Document &document, AxisCode code,
     Range range = rangeOf(document, code);
     const bool fromBase = std::any_of(curves.begin(), curves.end(), [&](const DrawnCurve &curve) {
         const CurveLook &look = curve.column->look;
-        return curve.verticalAxis() == code && (look.marker || look.filled);
+        return curve.verticalAxis() == code &&
+               (look.marker || (look.filled && !curve.column->drawnByFit));
     });
     if (!fromBase || axis.logarithmic) return range;
     const double base = baseValue(document.frame);

@@ -72,18 +72,21 @@ constexpr std::size_t mostFree = 500;
 static std::string obstacle(const Formula &formula, const FitPoints &points, std::size_t free,
                             const std::vector<FitParameter> &parameters, bool weighted) {
     const std::size_t n = points.x.size();
-    if (formula.usesY()) return "a formula that is fitted may not use y";
+    if (formula.usesY()) return "a formula that is fitted may not use y, which it is to give";
     if (n == 0)
-        return weighted ? "no data with an error above 0 in the fit range"
-                        : "no data in the fit range";
+        return weighted ? "no data with an error above 0 in the fit range; widen it, or check the "
+                          "column of errors"
+                        : "no data in the fit range; widen it";
     if (n < free)
         return std::to_string(free) + " parameters for only " + std::to_string(n) +
-               (n == 1 ? " point" : " points");
+               (n == 1 ? " point" : " points") +
+               "; hold some fixed (a = 1!), or widen the fit range";
     if (free > mostFree)
         return std::to_string(free) + " free parameters, which is more than " +
-               std::to_string(mostFree);
+               std::to_string(mostFree) + "; hold some fixed (a = 1!)";
     for (const FitParameter &parameter : parameters)
-        if (!std::isfinite(parameter.value)) return "parameter " + parameter.name + " has no value";
+        if (!std::isfinite(parameter.value))
+            return "parameter " + parameter.name + " has no value; set one";
     return "";
 }
 
@@ -100,6 +103,23 @@ static std::string failingPoint(const Formula &formula, const FitPoints &points,
         return text;
     }
     return "the formula's derivatives or the residuals have no finite value at the start";
+}
+
+// What the status means, and what a user can do about it.
+static std::string explained(FitStatus status, const std::string &why) {
+    switch (status) {
+    case fitWithoutValue:
+        return "fit status 2, no start: " + why +
+               "; try other first values, bounds (a = 1 [0, 5]) or another fit range";
+    case fitUndetermined:
+        return "fit status 3, undetermined: " + why +
+               "; hold one of them fixed (a = 1!) or simplify the formula";
+    case fitNotConverged:
+        return "fit status 4, not converged: " + why +
+               "; try first values closer to the data, bounds (a = 1 [0, 5]), or a fixed "
+               "parameter (a = 1!)";
+    default: return "fit status 1, impossible: " + why;
+    }
 }
 
 FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParameter> &parameters,
@@ -121,9 +141,9 @@ FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParam
     }
 
     FitOutcome outcome;
-    const auto failed = [&](FitStatus status, std::string reason) {
+    const auto failed = [&](FitStatus status, const std::string &why) {
         outcome.status = status;
-        outcome.reason = std::move(reason);
+        outcome.reason = explained(status, why);
         return outcome;
     };
     outcome.result.points = static_cast<int>(points.x.size());

@@ -38,7 +38,7 @@ enum FitStatus : int {
 
 struct FitOutcome {
     FitStatus status = fitConverged;
-    std::string reason; // one line, unless it converged
+    std::string reason; // unless it converged: one line with the status, why, and what may help
     FitResult result;   // done when it converged; without that chiSquare is unset
 };
 

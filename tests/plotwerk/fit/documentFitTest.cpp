@@ -103,8 +103,11 @@ TEST(DocumentFit, IsReplacedByTheNextOneThatSucceeds) {
 
     const std::string before = textOf(document);
     document.fitRange = {1.5, 2};
-    EXPECT_EQ(fitDocument(document).reason, "2 parameters for only 1 point");
+    EXPECT_EQ(fitDocument(document).reason,
+              "fit status 1, impossible: 2 parameters for only 1 point; hold some fixed (a = 1!), "
+              "or widen the fit range");
     EXPECT_EQ(textOf(document), before);
+    EXPECT_EQ(variableOf(document, "status"), "1");
 }
 
 // What the user has added to, replaced or fits himself is not the fit's to overwrite.
@@ -251,4 +254,59 @@ TEST(DocumentVariables, AreParametersTheFitAndTheLimits) {
     document.parameters[1].error = 0.25;
     for (const auto &[name, value] : limits) EXPECT_EQ(variableOf(document, name), value) << name;
     EXPECT_EQ(refusalOf(document, [](Document &d) { variableOf(d, "z"); }), "no variable \"z\"");
+}
+
+// A straight line through (0, 1), (1, 2), (2, 4), (3, 4) with errors of 1/2: by hand,
+// a = 1.1, b = 1.1, sum of squares 0.7, J'J = ((14, 6), (6, 4)).
+TEST(DocumentVariables, TellWhatAPaperTells) {
+    Document document = documentOf(
+        table({0, 1, 2, 3}, {column("y", {1, 2, 4, 4}), column("y error", {.5, .5, .5, .5})}));
+    EXPECT_EQ(variableOf(document, "report"), "no fit");
+    for (const char *name : {"status", "redchi", "ndf", "rsquared"})
+        EXPECT_EQ(variableOf(document, name), "NAN") << name;
+    setFormula(document, "slope = a*x\nslope+b+c");
+    setParameters(document, "c = 0!", '.');
+    fitDocument(document);
+    const auto expect = [&](const char *name, double value) {
+        EXPECT_NEAR(parameter(document, name), value, 1e-12) << name;
+    };
+    const double scatter = 2.8 / 2;
+    expect("status", 0);
+    expect("ndf", 2);
+    expect("redchi", scatter);
+    expect("rsquared", 1 - 0.7 / 6.75);
+    expect("a.error", std::sqrt(scatter / 4 * 4 / 20));
+    expect("covariance.a.a", scatter / 4 * 4 / 20);
+    expect("covariance.b.a", scatter / 4 * -6 / 20);
+    expect("correlation.a.b", -6 / std::sqrt(14 * 4.));
+    EXPECT_EQ(variableOf(document, "covariance.a.c"), "NAN");
+    for (const char *name : {"covariance.a.d", "covariance.a", "correlation..", "redchi.a"})
+        EXPECT_EQ(refusalOf(document, [&](Document &d) { variableOf(d, name); }),
+                  "no variable \"" + std::string(name) + '"');
+    EXPECT_EQ(variableOf(document, "report"), "formula: slope = a*x; slope+b+c\n"
+                                              "points: 4\n"
+                                              "degrees of freedom: 2\n"
+                                              "chi-square: 2.8\n"
+                                              "reduced chi-square: 1.4\n"
+                                              "p value: 0.247\n"
+                                              "R-squared: 0.896296\n"
+                                              "errors of the parameters: scaled by the scatter of "
+                                              "the data\n"
+                                              "a = 1.10 +- 0.26 (24 %)\n"
+                                              "b = 1.1 +- 0.5 (45 %)\n"
+                                              "c = 0 (fixed)");
+
+    setParameters(document, "absolute, b = 2 [2, 3], c = -1!", '.');
+    EXPECT_EQ(parametersOf(document, ','), "a = 1,10 +- 0,26\nb = 2 [2; 3]\nc = -1 !\nabsolute");
+    fitDocument(document);
+    expect("a.error", std::sqrt(1 / 4. / 14));
+    EXPECT_EQ(variableOf(document, "ndf"), "3");
+    const std::string report = variableOf(document, "report");
+    EXPECT_NE(report.find("b = 2 (at its bound)"), std::string::npos) << report;
+    EXPECT_NE(report.find("(absolute)"), std::string::npos) << report;
+    const std::string fitted = parametersOf(document, '.');
+    EXPECT_NE(fitted.find("b = 2 [2; 3] |\n"), std::string::npos) << fitted;
+    setParameters(document, fitted, '.');
+    EXPECT_EQ(document.parameters[1].bounds.max, 3);
+    EXPECT_EQ(variableOf(document, "report"), report) << "of the fit, not of what is set since";
 }

@@ -193,7 +193,7 @@ TEST(Fit, FailuresSayWhyAndLeaveTheParameters) {
         std::string text;
         FitData data;
         FitStatus status;
-        std::string reason;
+        std::string why;
     } cases[] = {
         {"a*y", {x, y, {}, {}}, fitImpossible, "a formula that is fitted may not use y"},
         {"a*x", {x, y, {}, {10, 20}}, fitImpossible, "no data in the fit range"},
@@ -206,14 +206,15 @@ TEST(Fit, FailuresSayWhyAndLeaveTheParameters) {
         {"a*exp(b)+c*x", {x, y, {}, {}}, fitUndetermined, "a and b independently"},
         {"a*b*x+c*d", {x, y, {}, {}}, fitUndetermined, "a, b, c and d independently"},
         {"a*sin(x)^2+b*cos(x)^2+c", {x, y, {}, {}}, fitUndetermined, "a, b and c independently"}};
+    const std::string begins[] = {"", "fit status 1, impossible: ", "fit status 2, no start: ",
+                                  "fit status 3, undetermined: the data do not determine "};
     for (const auto &c : cases) {
         const Formula formula(c.text);
         std::vector<FitParameter> parameters = ones(formula);
         parameters[0].error = 0.25;
         const FitOutcome outcome = fit(formula, c.data, parameters);
         EXPECT_EQ(outcome.status, c.status) << c.text;
-        const bool undetermined = c.status == fitUndetermined;
-        EXPECT_EQ(outcome.reason, (undetermined ? "the data do not determine " : "") + c.reason);
+        EXPECT_TRUE(outcome.reason.starts_with(begins[c.status] + c.why)) << outcome.reason;
         EXPECT_FALSE(outcome.result.done) << c.text;
         for (const FitParameter &parameter : parameters) EXPECT_EQ(parameter.value, 1) << c.text;
         EXPECT_EQ(parameters[0].error, 0.25) << c.text;
@@ -225,6 +226,8 @@ TEST(Fit, IsGivenUpWhenItsWorkIsUsedUp) {
     std::vector<FitParameter> parameters{{"a", 3}, {"b", 4}};
     const FitOutcome outcome = fit(formula, {x, y, {}, {}}, parameters, 1e-9);
     EXPECT_EQ(outcome.status, fitNotConverged);
-    EXPECT_EQ(outcome.reason, "no minimum found in the time of one message (limit seconds)");
+    EXPECT_TRUE(outcome.reason.starts_with("fit status 4, not converged: no minimum found in the "
+                                           "time of one message (limit seconds); try "))
+        << outcome.reason;
     EXPECT_EQ(parameters[0].value, 3);
 }
