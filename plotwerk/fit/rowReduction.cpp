@@ -42,14 +42,14 @@ template<class Real> void RowReduction<Real>::absorb(int n) {
         const Real norm = std::sqrt(alpha * alpha + below);
         const Real beta = alpha > 0 ? -norm : norm;
         const Real first = alpha - beta;
-        const Real tau = -first / beta;
-        for (int i = 0; i < n; ++i) v[i] /= first;
+        const Real halfSquare = -beta * first; // of the length of first | v
 
         triangle[index(j, j)] = beta;
         for (int k = j + 1; k <= size; ++k) {
             Real *w = column(k);
-            const Real along = tau * (triangle[index(j, k)] + dot(v, w, n));
-            triangle[index(j, k)] -= along;
+            Real &above = triangle[index(j, k)];
+            const Real along = (first * above + dot(v, w, n)) / halfSquare;
+            above -= along * first;
             for (int i = 0; i < n; ++i) w[i] -= along * v[i];
         }
     }

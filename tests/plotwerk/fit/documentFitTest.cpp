@@ -238,6 +238,56 @@ TEST(DocumentFormula, ModifiesValidPointsOfTheSelection) {
               "would take too long (limit seconds)");
 }
 
+// The error of sqrt(y) is that of y by 2 sqrt(y).
+TEST(DocumentFormula, ScalesErrorsByItsDerivative) {
+    Document document =
+        documentOf(table({1, 2, nan_}, {column("y", {4, 25, 1}), column("y error", {1, 2, 3})}));
+    selectByName(document, "", -1, "y", false);
+    setFormula(document, "-sqrt(y)*x");
+    modifySelection(document, true);
+    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=-2,-10,1 y error=0.25,0.4,3");
+    setFormula(document, "x");
+    modifySelection(document, true);
+    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=1,2,1 y error=0.25,0.4,3") << "without y";
+    selectByIndex(document, {0, 1}, false);
+    setFormula(document, "2*y");
+    modifySelection(document, true);
+    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=2,4,1 y error=0.5,0.8,3") << "selected itself";
+}
+
+TEST(DocumentFormula, TakesTheColumnsOfTheTableForVariables) {
+    // y = 2 x + 3 T, where all three are there
+    Document document = documentOf(
+        table({0, 1, 2, 3, 4}, {column("T (K)", {1, 1, 2, 5, nan_}),
+                                column("y", {3, 5, 10, nan_, 8}), column("T", {1, 1, 2, 5, 0})}));
+    selectByName(document, "", -1, "y", false);
+    const std::string text = "a*x + b*'T (K)' + 0*T";
+    EXPECT_EQ(refusalOf(document, [&](Document &d) { setFormula(d, text); }),
+              "formula, line 1, column 9: expected a value, not '''");
+    setFormula(document, "a*x + b*T + 0*x");
+    EXPECT_EQ(document.parameters.size(), 3U) << "T is a parameter";
+    changeFrameWithFormula(document, {.multiDimFit = 1});
+    EXPECT_EQ(document.parameters.size(), 2U);
+
+    EXPECT_EQ(refusalOf(document, [](Document &d) { setFormula(d, "a*'T'*'V'"); }),
+              "formula, line 1, column 7: no column 'V'");
+    setFormula(document, text);
+    EXPECT_EQ(fitDocument(document).reason, "");
+    EXPECT_NEAR(parameter(document, "a"), 2, 1e-12);
+    EXPECT_NEAR(parameter(document, "b"), 3, 1e-12);
+    EXPECT_EQ(textOf(document.sources[1].tables[0].x), "x=0,1,2") << "at the points";
+    setFormula(document, "a*y");
+    EXPECT_TRUE(fitDocument(document).reason.find("may not use y") != std::string::npos);
+
+    setFormula(document, "T + 10*'T (K)' + 100*y + 1000*'x'");
+    modifySelection(document, true);
+    EXPECT_EQ(textOf(document.sources[0].tables[0].y[1]), "y=311,1511,3022,nan,nan");
+
+    changeFrameWithFormula(document, {.multiDimFit = 0});
+    EXPECT_EQ(refusalOf(document, [](Document &d) { fitDocument(d); }),
+              "formula, line 1, column 8: expected a value, not '''");
+}
+
 TEST(DocumentVariables, AreParametersTheFitAndTheLimits) {
     Document document = line();
     document.fitRange = {unset, 2.5};
@@ -296,17 +346,17 @@ TEST(DocumentVariables, TellWhatAPaperTells) {
                                               "b = 1.1 +- 0.5 (45 %)\n"
                                               "c = 0 (fixed)");
 
-    setParameters(document, "absolute, b = 2 [2, 3], c = -1!", '.');
-    EXPECT_EQ(parametersOf(document, ','), "a = 1,10 +- 0,26\nb = 2 [2; 3]\nc = -1 !\nabsolute");
+    setParameters(document, "absolute, b = 3 [3, 4], c = -1!", '.');
+    EXPECT_EQ(parametersOf(document, ','), "a = 1,10 +- 0,26\nb = 3 [3; 4]\nc = -1 !\nabsolute");
     fitDocument(document);
     expect("a.error", std::sqrt(1 / 4. / 14));
     EXPECT_EQ(variableOf(document, "ndf"), "3");
     const std::string report = variableOf(document, "report");
-    EXPECT_NE(report.find("b = 2 (at its bound)"), std::string::npos) << report;
+    EXPECT_NE(report.find("b = 3 (at its bound)"), std::string::npos) << report;
     EXPECT_NE(report.find("(absolute)"), std::string::npos) << report;
     const std::string fitted = parametersOf(document, '.');
-    EXPECT_NE(fitted.find("b = 2 [2; 3] |\n"), std::string::npos) << fitted;
+    EXPECT_NE(fitted.find("b = 3 [3; 4] |\n"), std::string::npos) << fitted;
     setParameters(document, fitted, '.');
-    EXPECT_EQ(document.parameters[1].bounds.max, 3);
+    EXPECT_EQ(document.parameters[1].bounds.max, 4);
     EXPECT_EQ(variableOf(document, "report"), report) << "of the fit, not of what is set since";
 }
