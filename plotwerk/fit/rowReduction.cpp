@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <type_traits>
 
 namespace plotwerk {
 
-// The processor adds the parts side by side.
+// The processor adds the parts side by side, as many as it has registers for.
 template<class Real> Real dot(const Real *a, const Real *b, int n) {
-    constexpr int parts = 8;
+    constexpr int parts = std::is_same_v<Real, double> ? 8 : 4;
     Real part[parts] = {};
     int i = 0;
     for (; i + parts <= n; i += parts)
@@ -15,8 +16,9 @@ template<class Real> Real dot(const Real *a, const Real *b, int n) {
 
     Real rest = 0;
     for (; i < n; ++i) rest += a[i] * b[i];
-    return ((part[0] + part[4]) + (part[2] + part[6])) +
-           ((part[1] + part[5]) + (part[3] + part[7])) + rest;
+    for (int half = parts / 2; half > 0; half /= 2)
+        for (int k = 0; k < half; ++k) part[k] += part[k + half];
+    return part[0] + rest;
 }
 
 template<class Real>

@@ -62,7 +62,11 @@ template<class Real> const Real *Evaluator<Real>::values(const Inputs &inputs, i
 }
 
 template<class Real> void Evaluator<Real>::differentiate() {
-    adjoints.assign(values_.size(), 0);
+    adjoints.resize(values_.size());
+    for (int k = 0; const Instruction &instruction : tape->instructions) {
+        if (instruction.active) std::fill_n(adjointOf(k), points, Real(0));
+        ++k;
+    }
     std::fill_n(adjointOf(tape->result), points, Real(1));
 
     for (int k = tape->result; k >= 0; --k) {

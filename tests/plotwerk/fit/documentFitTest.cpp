@@ -241,18 +241,18 @@ TEST(DocumentFormula, ModifiesValidPointsOfTheSelection) {
 // The error of sqrt(y) is that of y by 2 sqrt(y).
 TEST(DocumentFormula, ScalesErrorsByItsDerivative) {
     Document document =
-        documentOf(table({1, 2, nan_}, {column("y", {4, 25, 1}), column("y error", {1, 2, 3})}));
+        documentOf(table({1, 2, nan_}, {column("y", {4, 16, 1}), column("y error", {1, 2, 3})}));
     selectByName(document, "", -1, "y", false);
     setFormula(document, "-sqrt(y)*x");
     modifySelection(document, true);
-    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=-2,-10,1 y error=0.25,0.4,3");
+    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=-2,-8,1 y error=0.25,0.5,3");
     setFormula(document, "x");
     modifySelection(document, true);
-    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=1,2,1 y error=0.25,0.4,3") << "without y";
+    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=1,2,1 y error=0.25,0.5,3") << "without y";
     selectByIndex(document, {0, 1}, false);
     setFormula(document, "2*y");
     modifySelection(document, true);
-    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=2,4,1 y error=0.5,0.8,3") << "selected itself";
+    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=2,4,1 y error=0.5,1,3") << "selected itself";
 }
 
 TEST(DocumentFormula, TakesTheColumnsOfTheTableForVariables) {
