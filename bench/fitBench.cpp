@@ -119,7 +119,7 @@ void evaluatePeak(benchmark::State &state) {
     const Formula formula(peak);
     std::vector<double> out(points.x.size());
     for (auto _ : state) {
-        formula.evaluate(points.x, {}, truth, out);
+        formula.evaluate({points.x}, truth, out);
         benchmark::DoNotOptimize(out.data());
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));

@@ -81,7 +81,6 @@ static void appendRows(const DataTable &more, Table &table) {
     for (std::size_t i = 0; i < table.y.size(); ++i) {
         const std::vector<double> &values = more.table.y[i].values;
         table.y[i].values.insert(table.y[i].values.end(), values.begin(), values.end());
-        table.y[i].drawnByFit = false; // the user's own from now on
     }
 }
 
@@ -155,6 +154,7 @@ void appendData(Document &document, const std::string &source, std::string text,
         if (below[i] != nullptr) reserveRows(tables[first + i], below[i]->table.x.values.size());
     }
     if (!added.empty()) insertTables(document, std::move(added));
+    giveToUser(*into);
     for (std::size_t i = 0; i < beside; ++i)
         if (below[i] != nullptr) appendRows(*below[i], tables[first + i]);
 }

@@ -5,6 +5,7 @@
 #include "plotwerk/drawing/curveStrokes.h"
 #include "plotwerk/drawing/curveSymbols.h"
 #include "plotwerk/drawing/denseImage.h"
+#include "plotwerk/drawing/fittedCurve.h"
 #include "plotwerk/drawing/symbols.h"
 
 #include <algorithm>
@@ -28,9 +29,8 @@ static double baseOf(const DrawnCurve &curve, const ScaledFrame &frame, const Fr
     return frame.height - limited(scale.position(baseValue(settings)), 0, scale.length, lowest);
 }
 
-static void fillArea(cairo_t *cr, const Path &path, double base, const CurveLook &look,
-                     const ScaledFrame &frame) {
-    std::vector<Path> rings = areasBetween(path, base, frame.box());
+static void fillRings(cairo_t *cr, std::vector<Path> rings, const CurveLook &look,
+                      const ScaledFrame &frame) {
     std::size_t size = 0;
     double length = 0;
     for (Path &ring : rings) {
@@ -57,14 +57,21 @@ double reachOf(const DrawnCurve &curve) {
 }
 
 void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
-               const Frame &settings) {
+               const Document &document) {
     const CurveLook &look = curve.column->look;
+    const Frame &settings = document.frame;
     cairo_save(cr);
     cairo_rectangle(cr, 0, 0, frame.width, frame.height);
     cairo_clip(cr);
     if (look.line || look.filled) {
-        Path path = linePath(pointsOnPaper(curve, frame), curve, frame);
-        if (look.filled) fillArea(cr, path, baseOf(curve, frame, settings), look, frame);
+        const auto fitted = FittedCurve::of(document, curve);
+        Path path = fitted ? fitted->line(curve, frame)
+                           : linePath(pointsOnPaper(curve, frame), curve, frame);
+        if (look.filled)
+            fillRings(cr,
+                      fitted ? fitted->band(curve, frame)
+                             : areasBetween(path, baseOf(curve, frame, settings), frame.box()),
+                      look, frame);
         if (look.line) {
             if (settings.noLineOnReverse)
                 path = brokenOnReverse(path, frame.scales[curve.horizontalAxis()].reversed);

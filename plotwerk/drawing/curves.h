@@ -9,10 +9,11 @@
 
 namespace plotwerk {
 
-// Area, line, drop lines, error bars and symbols of one curve, in this order, cut at the frame;
-// symbols whose point is inside stay whole. Points that fall on the same spot are drawn once.
+// Area (of a fitted curve its 95 % band), line, drop lines, error bars and symbols of one curve, in
+// this order, cut at the frame; symbols whose point is inside stay whole. Points that fall on the
+// same spot are drawn once.
 void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
-               const Frame &settings);
+               const Document &document);
 
 // How far the curve's symbols may reach beyond the frame, in points.
 double reachOf(const DrawnCurve &curve);

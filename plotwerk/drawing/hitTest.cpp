@@ -2,6 +2,7 @@
 
 #include "plotwerk/base/bounds.h"
 #include "plotwerk/drawing/curvePoints.h"
+#include "plotwerk/drawing/fittedCurve.h"
 #include "plotwerk/drawing/scaledFrame.h"
 
 #include <algorithm>
@@ -48,13 +49,14 @@ static double squaredDistance(const Point &p, const Path &path, bool joined) {
 
 // From what is drawn of the curve with these rows.
 static double distanceFrom(const Point &p, const DrawnCurve &curve, const Path &rows,
-                           const ScaledFrame &frame, const Frame &settings) {
+                           const ScaledFrame &frame, const Document &document) {
     const CurveLook &look = curve.column->look;
     const Path means = look.sum > 1 ? pointsOnPaper(curve, frame) : Path();
     const Path &points = look.sum > 1 ? means : rows;
     if (!look.line) return std::sqrt(squaredDistance(p, points, false));
-    Path path = linePath(points, curve, frame);
-    if (settings.noLineOnReverse)
+    const auto fitted = FittedCurve::of(document, curve);
+    Path path = fitted ? fitted->line(curve, frame) : linePath(points, curve, frame);
+    if (document.frame.noLineOnReverse)
         path = brokenOnReverse(path, frame.scales[curve.horizontalAxis()].reversed);
     return std::sqrt(squaredDistance(p, path, true));
 }
@@ -110,7 +112,7 @@ std::optional<NearestPoint> nearestPoint(const Document &document, double x, dou
     Hit nearest;
     for (const DrawnCurve &curve : curves) {
         const Path rows = rowsOnPaper(curve, frame);
-        Hit hit{distanceFrom(place, curve, rows, frame, document.frame), infinity, {}};
+        Hit hit{distanceFrom(place, curve, rows, frame, document), infinity, {}};
         if (std::isinf(hit.fromCurve) || hit.fromCurve > nearest.fromCurve + sameDistance) continue;
         const int row = nearestRow(place, rows, hit.fromPoint);
         if (row < 0) continue; // means on paper of rows that are not

@@ -39,7 +39,8 @@ static bool hasOwnScale(const Document &document, AxisCode code,
 static bool hasBase(AxisCode code, const std::vector<DrawnCurve> &curves) {
     return std::ranges::any_of(curves, [&](const DrawnCurve &curve) {
         const CurveLook &look = curve.column->look;
-        return curve.verticalAxis() == code && (look.marker || look.filled);
+        return curve.verticalAxis() == code &&
+               (look.marker || (look.filled && !curve.column->drawnByFit));
     });
 }
 

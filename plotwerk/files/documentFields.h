@@ -65,6 +65,7 @@ template<class Archive> void fields(Archive &archive, Column &column) {
     archive("marked", column.marked);
     archive("fitData", column.fitData);
     archive("drawnByFit", column.drawnByFit);
+    archive("residuals", column.residuals, {2, 1});
     archive("place", column.rank);
 }
 
@@ -143,6 +144,12 @@ template<class Archive> void fields(Archive &archive, FitParameter &parameter) {
     archive("value", parameter.value);
     archive("error", parameter.error);
     archive("fixed", parameter.fixed);
+    archive("bounds", parameter.bounds, {2, 1});
+    archive("atBound", parameter.atBound, {2, 1});
+}
+
+template<class Archive> void fields(Archive &archive, CovarianceMatrix &covariance) {
+    archive("values", covariance.values);
 }
 
 template<class Archive> void fields(Archive &archive, FitResult &fit) {
@@ -151,9 +158,16 @@ template<class Archive> void fields(Archive &archive, FitResult &fit) {
     archive("lambda", fit.lambda);
     archive("chiSquare", fit.chiSquare);
     archive("points", fit.points);
+    archive("formula", fit.formula, {2, 1});
+    archive("parameters", fit.parameters, {2, 1});
+    archive("weighted", fit.weighted, {2, 1});
+    archive("absoluteErrors", fit.absoluteErrors, {2, 1});
+    archive("freedom", fit.freedom, {2, 1});
+    archive("rSquared", fit.rSquared, {2, 1});
+    archive("covariance", fit.covariance, {2, 1});
 }
 
-// Its path, and what belongs to this run (revisions), stay out.
+// Its path, and what belongs to this run (revisions, the status of the last fit), stay out.
 template<class Archive> void fields(Archive &archive, Document &document) {
     archive("name", document.name);
     archive("sources", document.sources);
@@ -163,6 +177,7 @@ template<class Archive> void fields(Archive &archive, Document &document) {
     archive("texts", document.texts);
     archive("formula", document.formula);
     archive("parameters", document.parameters);
+    archive("absoluteErrors", document.absoluteErrors, {2, 1});
     archive("fitRange", document.fitRange);
     archive("fit", document.fit);
     archive("markWalk", document.markWalk);

@@ -5,6 +5,7 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/documentArchive.h"
 #include "plotwerk/formula/formula.h"
+#include "plotwerk/model/fitResult.h"
 #include "plotwerk/model/limits.h"
 #include "plotwerk/model/names.h"
 #include "plotwerk/model/structure.h"
@@ -16,8 +17,9 @@ namespace plotwerk {
 
 static const std::string formatName = "plotwerk document";
 
-// The parameters are those of the formula, in its order.
+// The parameters are those of the formula, in its order, unless names of columns may be among them.
 static void checkFormula(const Document &document) {
+    if (document.frame.multiDimFit || document.formula.find('\'') != std::string::npos) return;
     std::vector<std::string> names;
     for (const FitParameter &parameter : document.parameters) names.push_back(parameter.name);
     const bool none = document.formula.empty() && names.empty();
@@ -46,6 +48,10 @@ static void checkWhole(const Document &document) {
     if (fitCurves > 1) throw Refusal("more than one curve is the fit data");
     if (drawnCurves > 1) throw Refusal("more than one curve is drawn by the fit");
     checkFormula(document);
+    const std::vector<double> &covariance = document.fit.covariance.values;
+    const std::size_t varied = variedParameters(document.fit).size();
+    if (!covariance.empty() && covariance.size() != varied * (varied + 1) / 2)
+        throw Refusal("the covariance is not that of the fit's parameters");
 }
 
 bool beginsAsDocument(std::string_view bytes) {

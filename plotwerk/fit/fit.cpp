@@ -1,29 +1,58 @@
 #include "plotwerk/fit/fit.h"
 
 #include "plotwerk/fit/levenbergMarquardt.h"
+#include "plotwerk/model/fitResult.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 namespace plotwerk {
 
-static FitPoints pointsOf(const FitData &data) {
-    FitPoints points;
-    points.x.reserve(data.x.size());
-    points.y.reserve(data.x.size());
-    points.weight.reserve(data.errors.size());
+std::vector<int> rowsOfFit(const FitData &data) {
+    std::vector<int> rows;
     for (std::size_t i = 0; i < data.x.size(); ++i) {
         const double x = data.x[i];
         if (!std::isfinite(x) || !std::isfinite(data.y[i])) continue;
         if (x < data.range.min || x > data.range.max) continue; // false for unset limits
-        if (!data.errors.empty()) {
-            if (!(data.errors[i] > 0) || !std::isfinite(data.errors[i])) continue;
-            points.weight.push_back(1 / data.errors[i]);
-        }
-        points.x.push_back(x);
-        points.y.push_back(data.y[i]);
+        if (!data.errors.empty() && (!(data.errors[i] > 0) || !std::isfinite(data.errors[i])))
+            continue;
+        const auto isFinite = [&](const auto &column) { return std::isfinite(column[i]); };
+        if (std::ranges::all_of(data.columns, isFinite)) rows.push_back(static_cast<int>(i));
     }
+    return rows;
+}
+
+static FitPoints pointsOf(const FitData &data) {
+    const std::vector<int> rows = rowsOfFit(data);
+    const auto taken = [&](std::span<const double> column) {
+        std::vector<double> values;
+        values.reserve(rows.size());
+        for (const int row : rows) values.push_back(column[row]);
+        return values;
+    };
+    FitPoints points{taken(data.x), taken(data.y), {}, {}};
+    for (const auto &column : data.columns) points.columns.push_back(taken(column));
+    if (!data.errors.empty()) points.weight = taken(data.errors);
+    for (double &weight : points.weight) weight = 1 / weight;
     return points;
+}
+
+// The weighted sum of squares about the data's weighted mean. NaN for data without any scatter.
+static double scatterOf(const FitPoints &points) {
+    const auto weightOf = [&](std::size_t i) {
+        return points.weight.empty() ? 1 : points.weight[i] * points.weight[i];
+    };
+    double weights = 0;
+    double mean = 0;
+    for (std::size_t i = 0; i < points.y.size(); ++i) {
+        weights += weightOf(i);
+        mean += weightOf(i) / weights * (points.y[i] - mean);
+    }
+    double scatter = 0;
+    for (std::size_t i = 0; i < points.y.size(); ++i)
+        scatter += weightOf(i) * (points.y[i] - mean) * (points.y[i] - mean);
+    return scatter > 0 ? scatter : unset;
 }
 
 // Of parameters in a row: `a`, `a and b`, `a, b and c`.
@@ -43,18 +72,21 @@ constexpr std::size_t mostFree = 500;
 static std::string obstacle(const Formula &formula, const FitPoints &points, std::size_t free,
                             const std::vector<FitParameter> &parameters, bool weighted) {
     const std::size_t n = points.x.size();
-    if (formula.usesY()) return "a formula that is fitted may not use y";
+    if (formula.usesY()) return "a formula that is fitted may not use y, which it is to give";
     if (n == 0)
-        return weighted ? "no data with an error above 0 in the fit range"
-                        : "no data in the fit range";
+        return weighted ? "no data with an error above 0 in the fit range; widen it, or check the "
+                          "column of errors"
+                        : "no data in the fit range; widen it";
     if (n < free)
         return std::to_string(free) + " parameters for only " + std::to_string(n) +
-               (n == 1 ? " point" : " points");
+               (n == 1 ? " point" : " points") +
+               "; hold some fixed (a = 1!), or widen the fit range";
     if (free > mostFree)
         return std::to_string(free) + " free parameters, which is more than " +
-               std::to_string(mostFree);
+               std::to_string(mostFree) + "; hold some fixed (a = 1!)";
     for (const FitParameter &parameter : parameters)
-        if (!std::isfinite(parameter.value)) return "parameter " + parameter.name + " has no value";
+        if (!std::isfinite(parameter.value))
+            return "parameter " + parameter.name + " has no value; set one";
     return "";
 }
 
@@ -62,7 +94,7 @@ static std::string obstacle(const Formula &formula, const FitPoints &points, std
 static std::string failingPoint(const Formula &formula, const FitPoints &points,
                                 const std::vector<double> &values) {
     std::vector<double> f(points.x.size());
-    formula.evaluate(points.x, {}, values, f);
+    formula.evaluate(points.inputs(), values, f);
     for (std::size_t i = 0; i < f.size(); ++i) {
         if (std::isfinite(f[i])) continue;
         char text[80];
@@ -73,6 +105,23 @@ static std::string failingPoint(const Formula &formula, const FitPoints &points,
     return "the formula's derivatives or the residuals have no finite value at the start";
 }
 
+// What the status means, and what a user can do about it.
+static std::string explained(FitStatus status, const std::string &why) {
+    switch (status) {
+    case fitWithoutValue:
+        return "fit status 2, no start: " + why +
+               "; try other first values, bounds (a = 1 [0, 5]) or another fit range";
+    case fitUndetermined:
+        return "fit status 3, undetermined: " + why +
+               "; hold one of them fixed (a = 1!) or simplify the formula";
+    case fitNotConverged:
+        return "fit status 4, not converged: " + why +
+               "; try first values closer to the data, bounds (a = 1 [0, 5]), or a fixed "
+               "parameter (a = 1!)";
+    default: return "fit status 1, impossible: " + why;
+    }
+}
+
 FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParameter> &parameters,
                double seconds) {
     FitWork work(seconds * 1e9);
@@ -80,19 +129,21 @@ FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParam
     std::vector<double> values;
     std::vector<int> free;
     std::vector<double> start;
+    std::vector<Range> bounds;
     for (int j = 0; const FitParameter &parameter : parameters) {
         values.push_back(parameter.value);
         if (!parameter.fixed) {
             free.push_back(j);
             start.push_back(parameter.value);
+            bounds.push_back(parameter.bounds);
         }
         ++j;
     }
 
     FitOutcome outcome;
-    const auto failed = [&](FitStatus status, std::string reason) {
+    const auto failed = [&](FitStatus status, const std::string &why) {
         outcome.status = status;
-        outcome.reason = std::move(reason);
+        outcome.reason = explained(status, why);
         return outcome;
     };
     outcome.result.points = static_cast<int>(points.x.size());
@@ -104,7 +155,7 @@ FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParam
     Residuals<long double> extended(formula, points, values, free, work);
     Minimum minimum;
     try {
-        minimum = minimise(residuals, extended, start);
+        minimum = minimise(residuals, extended, start, bounds);
     } catch (const FitTooLong &) {
         return failed(fitNotConverged,
                       "no minimum found in the time of one message (limit seconds)");
@@ -127,16 +178,35 @@ FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParam
     }
     }
 
-    outcome.result.done = true;
-    outcome.result.chiSquare = minimum.chiSquare;
-    const auto freedom = static_cast<double>(points.x.size() - free.size());
-    for (FitParameter &parameter : parameters) parameter.error = unset;
+    for (FitParameter &parameter : parameters) {
+        parameter.error = unset;
+        parameter.atBound = false;
+    }
+    int varied = 0;
     for (std::size_t k = 0; k < free.size(); ++k) {
         parameters[free[k]].value = minimum.b[k];
-        if (freedom > 0)
-            parameters[free[k]].error =
-                minimum.deviations[k] * std::sqrt(minimum.chiSquare / freedom);
+        parameters[free[k]].atBound = minimum.atBound[k];
+        varied += !minimum.atBound[k];
     }
+    FitResult &result = outcome.result;
+    result.done = true;
+    result.chiSquare = minimum.chiSquare;
+    result.weighted = !data.errors.empty();
+    result.absoluteErrors = result.weighted && data.absoluteErrors;
+    result.freedom = result.points - varied;
+    result.rSquared = 1 - minimum.chiSquare / scatterOf(points);
+    if (result.freedom > 0 || result.absoluteErrors) {
+        const double variance =
+            result.absoluteErrors ? 1 : minimum.chiSquare / static_cast<double>(result.freedom);
+        result.covariance.values = std::move(minimum.covariance);
+        for (double &each : result.covariance.values) each *= variance;
+    }
+    result.parameters = parameters;
+    for (int k = 0; const int j : variedParameters(result)) {
+        parameters[j].error = std::sqrt(covarianceOf(result, k, k));
+        ++k;
+    }
+    result.parameters = parameters;
     return outcome;
 }
 

@@ -13,13 +13,19 @@
 namespace plotwerk {
 
 // x and y are of one length, and so are the errors, the standard deviations of y, unless they are
-// empty: then all points weigh the same. Unset limits of the range are none.
+// empty: then all points weigh the same. Unset limits of the range are none. absoluteErrors: the
+// errors are known as such, not only up to a common factor.
 struct FitData {
     std::span<const double> x;
     std::span<const double> y;
     std::span<const double> errors;
     Range range;
+    bool absoluteErrors = false;
+    std::vector<std::span<const double>> columns{}; // that the formula reads
 };
+
+// The rows that take part in a fit: see fit.
+std::vector<int> rowsOfFit(const FitData &data);
 
 // As `startFit...` answers it.
 enum FitStatus : int {
@@ -32,7 +38,7 @@ enum FitStatus : int {
 
 struct FitOutcome {
     FitStatus status = fitConverged;
-    std::string reason; // one line, unless it converged
+    std::string reason; // unless it converged: one line with the status, why, and what may help
     FitResult result;   // done when it converged; without that chiSquare is unset
 };
 
@@ -41,13 +47,17 @@ struct FitOutcome {
 // errors are set, and the errors of fixed ones are unset; otherwise the parameters stay as they
 // were.
 //
-// A point takes part when x and y are finite and its error, if there are errors, is finite and
-// above 0: without a known error it has no known weight.
+// A point takes part when x, y and the columns are finite and its error, if there are errors, is
+// finite and above 0: without a known error it has no known weight.
 //
-// A parameter's error is its standard deviation, the scatter being estimated from the residuals:
-// sqrt(chiSquare / (points - free parameters) * diagonal of the inverse of J'J). Given errors don't
-// change that: they are relative weights. The errors are unset when there are as many free
-// parameters as points. If all parameters are fixed only chiSquare is computed.
+// Parameters keep to their bounds; one that ends at a bound has no error, and counts as fixed in
+// what follows.
+//
+// A parameter's error is its standard deviation: the root of the diagonal of the inverse of J'J,
+// times the scatter, estimated from the residuals as chiSquare / (points - free parameters). Given
+// errors don't change that, being relative weights, unless they are absolute: then there is no such
+// factor. Errors and covariance are unset when the scatter is to be estimated from as many points
+// as free parameters. If all parameters are fixed only chiSquare is computed.
 //
 // parameters: one for each of formula.parameterNames(), in that order. At most 500 may be free.
 // seconds: the fit is given up as not converged when by estimate it has taken so long.

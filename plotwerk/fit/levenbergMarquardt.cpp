@@ -54,6 +54,14 @@ static constexpr double straight = 0.1;
 static constexpr double smallOffset = 1e-12;
 static constexpr double smallDecrease = 1e-20;
 
+// Exact data leave residuals that are nothing but rounding: so much of the data's length.
+static constexpr double dataRounding = 1e-14;
+
+// A bound is let go of when the residuals' descent away from it is more than this part of what they
+// and the parameter's derivatives allow; solver and polish go on so often.
+static constexpr double smallRelease = 1e-8;
+static constexpr int mostRounds = 20;
+
 namespace {
 
 // An iterate: parameters, the triangle of J | r there, and the sum of squares.
@@ -71,17 +79,26 @@ static double scaledProduct(const Vector &scale, const Vector &u, const Vector &
     return sum;
 }
 
-// The triangle of J | r with the rows sqrt(lambda) * scale | 0 below.
-static RowReduction<double> damped(const RowReduction<double> &triangle, double lambda,
-                                   const Vector &scale) {
+// The triangle of J | r, less the columns that aren't varied, with the rows sqrt(lambda) * scale |
+// 0 below. The others are moved as `moved` says.
+static RowReduction<double> damped(const RowReduction<double> &triangle,
+                                   const std::vector<int> &varied, const Vector &moved,
+                                   double lambda, const Vector &scale) {
     const int p = triangle.columns();
-    RowReduction<double> result(p, 2 * p);
-    for (int j = 0; j < p; ++j) {
-        for (int i = 0; i <= j; ++i) result.column(j)[i] = triangle.R(i, j);
-        result.column(j)[p + j] = std::sqrt(lambda) * scale[j];
-        result.column(p)[j] = triangle.q(j);
+    const int n = static_cast<int>(varied.size());
+    RowReduction<double> result(n, p + n);
+    std::vector<bool> isVaried(p);
+    for (int k = 0; k < n; ++k) {
+        const int j = varied[k];
+        isVaried[j] = true;
+        for (int i = 0; i <= j; ++i) result.column(k)[i] = triangle.R(i, j);
+        result.column(k)[p + k] = std::sqrt(lambda) * scale[j];
     }
-    result.absorb(2 * p);
+    for (int i = 0; i < p; ++i) result.column(n)[i] = triangle.q(i);
+    for (int j = 0; j < p; ++j)
+        if (!isVaried[j])
+            for (int i = 0; i <= j; ++i) result.column(n)[i] -= triangle.R(i, j) * moved[j];
+    result.absorb(p + n);
     return result;
 }
 
@@ -97,14 +114,32 @@ static double predictedDecrease(const RowReduction<double> &triangle, const Vect
     return decrease;
 }
 
+static double within(const Range &bounds, double value) {
+    return std::fmin(std::fmax(value, bounds.min), bounds.max);
+}
+
+// Which parameters stand at a bound beyond which the sum of squares would fall. It falls along
+// `descent`.
+template<class Real>
+static std::vector<bool> heldBack(const Vector &b, const std::vector<Real> &descent,
+                                  const std::vector<Range> &bounds) {
+    std::vector<bool> held(b.size());
+    for (std::size_t j = 0; j < b.size(); ++j)
+        held[j] = (b[j] == bounds[j].min && descent[j] <= 0) ||
+                  (b[j] == bounds[j].max && descent[j] >= 0);
+    return held;
+}
+
 namespace {
 
 // The damped steps.
 class Solver {
   public:
-    Solver(Residuals<double> &r, const Strategy &s, const Vector &start)
+    Solver(Residuals<double> &r, const Strategy &s, const Vector &start,
+           const std::vector<Range> &parameterBounds)
         : residuals(r),
           strategy(s),
+          bounds(parameterBounds),
           steps(std::min(s.steps, leastSteps + static_cast<int>(mostWork / r.points()))),
           current{start, r.newTriangle(), 0},
           trial{start, r.newTriangle(), 0},
@@ -117,10 +152,16 @@ class Solver {
     // Until the residuals hardly change, or the steps are used up.
     void run() {
         updateScale();
+        updateVaried();
         while (iterations < steps && lambda < mostLambda && step()) ++iterations;
     }
 
     const Vector &parameters() const { return current.b; }
+
+    // Those at a bound that holds them back.
+    std::vector<bool> held() const {
+        return heldBack(current.b, current.triangle.descent(), bounds);
+    }
 
     double lastLambda = firstLambda; // of the last step taken
     int iterations = 0;
@@ -128,25 +169,27 @@ class Solver {
   private:
     // False when there is nothing left to gain.
     bool step() {
-        const double undamped = current.triangle.lengthOfQ();
+        const double undamped = lengthOfUndamped();
         if (undamped * undamped <= smallOffset * current.chiSquare) return false;
 
-        const RowReduction<double> model = damped(current.triangle, lambda, scale);
-        const Vector velocity = model.solve();
+        const DampedStep next = dampedStep();
+        const Vector &velocity = next.velocity;
         const double predicted = predictedDecrease(current.triangle, velocity);
-        if (predicted <= smallDecrease * current.chiSquare && lambda <= firstLambda) return false;
+        const bool promising = predicted > smallDecrease * current.chiSquare;
+        if (!promising && !next.meetsBound && lambda <= firstLambda) return false;
 
         const double length = std::sqrt(scaledProduct(scale, velocity, velocity));
-        bool tooCurved = false;
+        bool tooCurved = next.meetsBound && !promising;
         trial.b = current.b;
         for (std::size_t j = 0; j < velocity.size(); ++j) trial.b[j] += velocity[j];
-        if (curved) {
-            const Vector acceleration =
-                model.solveNormal(residuals.accelerationSide(current.b, velocity, reach));
+        if (curved && !next.meetsBound) {
+            const Vector acceleration = accelerationBeside(next);
             const double correction = std::sqrt(scaledProduct(scale, acceleration, acceleration));
             tooCurved = !(2 * correction <= mostCurvature * length);
             for (std::size_t j = 0; j < velocity.size(); ++j) trial.b[j] -= acceleration[j] / 2;
         }
+        for (std::size_t j = 0; j < velocity.size(); ++j)
+            trial.b[j] = within(bounds[j], trial.b[j]);
 
         if (!tooCurved) trial.chiSquare = residuals.linearise(trial.b, trial.triangle);
         if (tooCurved || !acceptable(velocity, length)) {
@@ -163,7 +206,59 @@ class Solver {
         lastVelocity = velocity;
         lastLength = length;
         updateScale();
+        updateVaried();
         return true;
+    }
+
+    struct DampedStep {
+        RowReduction<double> model;
+        std::vector<int> varied; // the columns of the model
+        Vector velocity;
+        bool meetsBound;
+    };
+
+    // Parameters that would cross a bound are put on it, and the others' step is found anew.
+    DampedStep dampedStep() const {
+        std::vector<int> rest = varied;
+        Vector velocity(scale.size());
+        for (;;) {
+            RowReduction<double> model = damped(current.triangle, rest, velocity, lambda, scale);
+            const Vector step = model.solve();
+            std::vector<int> inside;
+            for (std::size_t k = 0; k < rest.size(); ++k) {
+                const int j = rest[k];
+                const double end = current.b[j] + step[k];
+                const double kept = within(bounds[j], end);
+                velocity[j] = kept == end ? step[k] : kept - current.b[j];
+                if (kept == end || std::isnan(end)) inside.push_back(j);
+            }
+            if (inside.size() == rest.size())
+                return {std::move(model), rest, velocity, rest.size() < varied.size()};
+            rest = std::move(inside);
+        }
+    }
+
+    Vector accelerationBeside(const DampedStep &next) {
+        const Vector side = residuals.accelerationSide(current.b, next.velocity, reach);
+        Vector ofVaried;
+        for (const int j : next.varied) ofVaried.push_back(side[j]);
+        const Vector solved = next.model.solveNormal(std::move(ofVaried));
+        Vector acceleration(side.size());
+        for (std::size_t k = 0; k < solved.size(); ++k) acceleration[next.varied[k]] = solved[k];
+        return acceleration;
+    }
+
+    // By how much an undamped step of what is varied shortens the residuals, in the linear model.
+    double lengthOfUndamped() const {
+        if (varied.size() == scale.size()) return current.triangle.lengthOfQ();
+        return damped(current.triangle, varied, Vector(scale.size()), 0, scale).lengthOfQ();
+    }
+
+    void updateVaried() {
+        const std::vector<bool> isHeld = held();
+        varied.clear();
+        for (int j = 0; j < std::ssize(isHeld); ++j)
+            if (!isHeld[j]) varied.push_back(j);
     }
 
     // Downhill, or uphill by no more than arXiv:1201.5885 accepts with the exponent 2.
@@ -184,10 +279,12 @@ class Solver {
 
     Residuals<double> &residuals;
     Strategy strategy;
+    const std::vector<Range> &bounds;
     int steps;
     Iterate<double> current;
-    Iterate<double> trial; // where the step being tried leads
-    Vector scale;          // of the parameters: lengths of J's columns
+    Iterate<double> trial;   // where the step being tried leads
+    Vector scale;            // of the parameters: lengths of J's columns
+    std::vector<int> varied; // parameters that no bound holds back
     double lambda = firstLambda;
     Vector lastVelocity; // of the last step taken
     double lastLength = 0;
@@ -203,10 +300,9 @@ template<class Real> class Polish {
     static constexpr int mostFailures = 4;
 
     // At the minimum the relative offset is at most this, a thousandth of what the solver leaves.
-    // Exact data leave residuals that are nothing but rounding: so much of the data's length. And
-    // the factor by which the residual may have grown on the way: rounding, but no other valley.
+    // And the factor by which the residual may have grown on the way: rounding, but no other
+    // valley.
     static constexpr Real stationaryOffset = Real(1e-9L);
-    static constexpr Real dataRounding = Real(1e-14L);
     static constexpr Real mostGrowth = Real(1.000001L);
 
     // Of the length of a column that depends on earlier ones some 1e-19, the rounding of a long
@@ -287,14 +383,13 @@ template<class Real> class Polish {
 
     void report(Minimum &minimum) const {
         const int p = best.triangle.columns();
-        minimum.b = parameters();
         minimum.chiSquare = static_cast<double>(best.chiSquare);
-        minimum.deviations.resize(p);
-        for (int j = 0; j < p; ++j) {
+        minimum.covariance.clear();
+        for (int i = 0; i < p; ++i) {
             std::vector<Real> unit(p);
-            unit[j] = 1;
-            const Real variance = best.triangle.solveNormal(unit)[j];
-            minimum.deviations[j] = static_cast<double>(std::sqrt(variance));
+            unit[i] = 1;
+            const std::vector<Real> row = best.triangle.solveNormal(unit);
+            for (int j = 0; j <= i; ++j) minimum.covariance.push_back(static_cast<double>(row[j]));
         }
     }
 
@@ -341,31 +436,99 @@ template<class Real> class Polish {
 
 } // namespace
 
+// Both polishes of the parameters that aren't held, b being what the solver has found, and what is
+// the minimum then. False when they don't lead to one.
+static bool polished(Residuals<double> &residuals, Residuals<long double> &extended, Vector &b,
+                     const std::vector<bool> &held, Minimum &minimum) {
+    std::vector<int> varied;
+    Vector start;
+    for (int j = 0; j < std::ssize(b); ++j) {
+        if (held[j]) continue;
+        varied.push_back(j);
+        start.push_back(b[j]);
+    }
+    Polish<double> rough(residuals, start);
+    rough.run(1e-14, 1); // some fifty roundings
+    Polish<long double> polish(extended, rough.parameters());
+    const bool stationary = polish.run(1e-16L, rough.contractionSeen()); // below half of one
+    minimum.iterations += rough.iterations + polish.iterations;
+    const Vector end = polish.parameters();
+    for (std::size_t k = 0; k < varied.size(); ++k) b[varied[k]] = end[k];
+
+    minimum.undetermined.clear();
+    for (const int k : polish.undetermined()) minimum.undetermined.push_back(varied[k]);
+    if (!stationary || !minimum.undetermined.empty()) return false;
+    polish.report(minimum);
+    return true;
+}
+
+// Lets go of bounds that the sum of squares falls away from, by more than rounding and what the
+// polish leaves. False when there are none.
+static bool release(Residuals<double> &residuals, const Vector &b, const std::vector<Range> &bounds,
+                    std::vector<bool> &held) {
+    RowReduction<double> triangle = residuals.newTriangle();
+    const double length = std::sqrt(residuals.linearise(b, triangle));
+    const double small = std::max(smallRelease * length, dataRounding * residuals.dataLength());
+    const Vector descent = triangle.descent();
+    const std::vector<bool> needed = heldBack(b, descent, bounds);
+    bool any = false;
+    for (int j = 0; j < std::ssize(b); ++j) {
+        if (!held[j] || needed[j] || std::abs(descent[j]) <= small * triangle.length(j)) continue;
+        held[j] = false;
+        any = true;
+    }
+    return any;
+}
+
+// Puts parameters that have left their bounds on them. False when all keep to them.
+static bool putBack(Vector &b, const std::vector<Range> &bounds, std::vector<bool> &held) {
+    bool any = false;
+    for (std::size_t j = 0; j < b.size(); ++j) {
+        const double inside = within(bounds[j], b[j]);
+        if (inside == b[j] || std::isnan(b[j])) continue;
+        b[j] = inside;
+        held[j] = any = true;
+    }
+    return any;
+}
+
 Minimum minimise(Residuals<double> &residuals, Residuals<long double> &extended,
-                 const Vector &start) {
+                 const Vector &start, const std::vector<Range> &bounds) {
     Minimum minimum;
     for (const Strategy &strategy : strategies) {
-        Solver solver(residuals, strategy, start);
-        if (!solver.hasStart()) {
-            minimum.termination = Termination::noStart;
-            return minimum;
-        }
-        solver.run();
-        Polish<double> rough(residuals, solver.parameters());
-        rough.run(1e-14, 1); // some fifty roundings
-        Polish<long double> polish(extended, rough.parameters());
-        const bool stationary = polish.run(1e-16L, rough.contractionSeen()); // below half of one
-        minimum.iterations += solver.iterations + rough.iterations + polish.iterations;
-        minimum.lambda = solver.lastLambda;
+        Vector b = start;
+        for (int round = 0; round < mostRounds; ++round) {
+            Solver solver(residuals, strategy, b, bounds);
+            if (!solver.hasStart()) {
+                minimum.termination = Termination::noStart;
+                return minimum;
+            }
+            solver.run();
+            minimum.iterations += solver.iterations;
+            minimum.lambda = solver.lastLambda;
+            b = solver.parameters();
+            std::vector<bool> held = solver.held();
 
-        minimum.undetermined = polish.undetermined();
-        if (stationary && minimum.undetermined.empty()) {
+            bool found = false;
+            do {
+                if (std::ranges::find(held, true) == held.end()) {
+                    found = polished(residuals, extended, b, held, minimum);
+                } else {
+                    Residuals<double> less = residuals.holding(b, held);
+                    Residuals<long double> lessExtended = extended.holding(b, held);
+                    found = polished(less, lessExtended, b, held, minimum);
+                }
+            } while (putBack(b, bounds, held));
+            minimum.termination = minimum.undetermined.empty() ? Termination::notConverged
+                                                               : Termination::undetermined;
+            if (!found) break;
+            if (release(residuals, b, bounds, held)) continue;
+
             minimum.termination = Termination::converged;
-            polish.report(minimum);
+            minimum.b = std::move(b);
+            minimum.atBound = std::move(held);
             return minimum;
         }
-        minimum.termination =
-            minimum.undetermined.empty() ? Termination::notConverged : Termination::undetermined;
     }
     return minimum;
 }

@@ -3,6 +3,7 @@
 #define PLOTWERK_FIT_LEVENBERGMARQUARDT_H
 
 #include "plotwerk/fit/residuals.h"
+#include "plotwerk/model/document.h"
 
 #include <vector>
 
@@ -18,7 +19,9 @@ enum class Termination {
 struct Minimum {
     Termination termination = Termination::notConverged;
     std::vector<double> b;
-    std::vector<double> deviations; // standard deviation of b per unit of residual variance
+    std::vector<bool> atBound; // for each of b
+    // Of the others, per unit of residual variance: the lower triangle, row by row.
+    std::vector<double> covariance;
     double chiSquare = 0;
     double lambda = 0;             // damping of the last step that was taken
     int iterations = 0;            // steps tried
@@ -33,10 +36,17 @@ struct Minimum {
 // decayed to nothing, a rational function that has become flat), both stages are run once more from
 // the start with a bolder strategy: scales may shrink again, and a step may go uphill.
 //
-// The two Residuals are those of the same problem. Needs at least as many points as parameters.
-// Without parameters it converges at once.
+// Bounds hold at every step: parameters at a bound beyond which the sum would fall are left out of
+// the next step (the active set of Bertsekas' projected Newton method, SIAM J. Control Optim. 20,
+// 1982), and one whose step would lead over its bound goes there, while the others take the best
+// step beside it. The polish holds the former fixed; a bound that turns out to hold nothing back is
+// let go of, and both stages go on from there.
+//
+// The two Residuals are those of the same problem. bounds: one for each of b, unset limits are
+// none, and `start` keeps to them. Needs at least as many points as parameters. Without parameters
+// it converges at once.
 Minimum minimise(Residuals<double> &residuals, Residuals<long double> &extended,
-                 const std::vector<double> &start);
+                 const std::vector<double> &start, const std::vector<Range> &bounds);
 
 } // namespace plotwerk
 

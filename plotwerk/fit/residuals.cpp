@@ -22,12 +22,25 @@ Residuals<Real>::Residuals(const Formula &formula, const FitPoints &fitted,
                            const std::vector<double> &parameters,
                            const std::vector<int> &freeParameters, FitWork &fitWork)
     : data(fitted),
+      inputs(fitted.inputs()),
       free(freeParameters),
       all(parameters.begin(), parameters.end()),
       evaluator(formula.tape()),
       ahead(formula.tape()),
       work(fitWork),
       nanosecondsPerStep(timeOfStep<Real>(formula.tape(), data.x.size(), free.size())) {
+}
+
+template<class Real>
+Residuals<Real> Residuals<Real>::holding(const std::vector<double> &b,
+                                         const std::vector<bool> &held) const {
+    Residuals less = *this;
+    less.free.clear();
+    for (std::size_t j = 0; j < free.size(); ++j) {
+        less.all[free[j]] = b[j];
+        if (!held[j]) less.free.push_back(free[j]);
+    }
+    return less;
 }
 
 template<class Real>
@@ -47,7 +60,7 @@ Real Residuals<Real>::linearise(const std::vector<Real> &b, RowReduction<Real> &
     Real chiSquare = 0;
     for (int i = 0; i < n; i += evaluator.blockSize()) {
         const int count = std::min(evaluator.blockSize(), n - i);
-        const Real *f = evaluator.values(data.x.data() + i, nullptr, count);
+        const Real *f = evaluator.values(inputs, i, count);
         evaluator.differentiate();
 
         Real *r = triangle.column(p);
@@ -81,8 +94,8 @@ std::vector<Real> Residuals<Real>::accelerationSide(const std::vector<Real> &b,
     std::vector<Real> second(evaluator.blockSize());
     for (int i = 0; i < n; i += evaluator.blockSize()) {
         const int count = std::min(evaluator.blockSize(), n - i);
-        const Real *f = evaluator.values(data.x.data() + i, nullptr, count);
-        const Real *fAhead = ahead.values(data.x.data() + i, nullptr, count);
+        const Real *f = evaluator.values(inputs, i, count);
+        const Real *fAhead = ahead.values(inputs, i, count);
         evaluator.differentiate();
 
         for (int k = 0; k < count; ++k) second[k] = (fAhead[k] - f[k]) / reach;

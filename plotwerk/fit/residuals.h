@@ -27,11 +27,15 @@ class FitWork {
     double left;
 };
 
-// The points of a fit: all finite, the vectors of one length; weight is empty (all 1) or 1 / error.
+// The points of a fit: all finite, the vectors of one length; columns are those that the formula
+// reads, weight is empty (all 1) or 1 / error.
 struct FitPoints {
     std::vector<double> x;
     std::vector<double> y;
+    std::vector<std::vector<double>> columns;
     std::vector<double> weight;
+
+    Inputs inputs() const { return {x, {}, {columns.begin(), columns.end()}}; }
 };
 
 // The residuals r = weight * (y - f(x; b)) as a function of the free parameters b, and J, the
@@ -42,6 +46,9 @@ template<class Real> class Residuals {
     // parameters: all of the formula's; free: the indexes of those that b holds.
     Residuals(const Formula &formula, const FitPoints &fitted,
               const std::vector<double> &parameters, const std::vector<int> &free, FitWork &work);
+
+    // The same with parameters held at their values in b: those that are left are its b.
+    Residuals holding(const std::vector<double> &b, const std::vector<bool> &held) const;
 
     int points() const { return static_cast<int>(data.x.size()); }
     int parameters() const { return static_cast<int>(free.size()); }
@@ -66,6 +73,7 @@ template<class Real> class Residuals {
     void setParameters(Evaluator<Real> &to, const std::vector<Real> &b);
 
     const FitPoints &data;
+    Inputs inputs;
     std::vector<int> free;
     std::vector<Real> all; // parameters, the free ones overwritten by b
     Evaluator<Real> evaluator;

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <type_traits>
 
 namespace plotwerk {
 
-// The processor adds the parts side by side.
+// The processor adds the parts side by side, as many as it has registers for.
 template<class Real> Real dot(const Real *a, const Real *b, int n) {
-    constexpr int parts = 8;
+    constexpr int parts = std::is_same_v<Real, double> ? 8 : 4;
     Real part[parts] = {};
     int i = 0;
     for (; i + parts <= n; i += parts)
@@ -15,8 +16,9 @@ template<class Real> Real dot(const Real *a, const Real *b, int n) {
 
     Real rest = 0;
     for (; i < n; ++i) rest += a[i] * b[i];
-    return ((part[0] + part[4]) + (part[2] + part[6])) +
-           ((part[1] + part[5]) + (part[3] + part[7])) + rest;
+    for (int half = parts / 2; half > 0; half /= 2)
+        for (int k = 0; k < half; ++k) part[k] += part[k + half];
+    return part[0] + rest;
 }
 
 template<class Real>
@@ -42,14 +44,14 @@ template<class Real> void RowReduction<Real>::absorb(int n) {
         const Real norm = std::sqrt(alpha * alpha + below);
         const Real beta = alpha > 0 ? -norm : norm;
         const Real first = alpha - beta;
-        const Real tau = -first / beta;
-        for (int i = 0; i < n; ++i) v[i] /= first;
+        const Real halfSquare = -beta * first; // of the length of first | v
 
         triangle[index(j, j)] = beta;
         for (int k = j + 1; k <= size; ++k) {
             Real *w = column(k);
-            const Real along = tau * (triangle[index(j, k)] + dot(v, w, n));
-            triangle[index(j, k)] -= along;
+            Real &above = triangle[index(j, k)];
+            const Real along = (first * above + dot(v, w, n)) / halfSquare;
+            above -= along * first;
             for (int i = 0; i < n; ++i) w[i] -= along * v[i];
         }
     }
@@ -59,6 +61,13 @@ template<class Real> Real RowReduction<Real>::length(int j) const {
     Real sum = 0;
     for (int i = 0; i <= std::min(j, size - 1); ++i) sum += R(i, j) * R(i, j);
     return std::sqrt(sum);
+}
+
+template<class Real> std::vector<Real> RowReduction<Real>::descent() const {
+    std::vector<Real> g(size);
+    for (int i = 0; i < size; ++i)
+        for (int j = i; j < size; ++j) g[j] += R(i, j) * q(i);
+    return g;
 }
 
 template<class Real> void RowReduction<Real>::substituteBack(std::vector<Real> &d) const {

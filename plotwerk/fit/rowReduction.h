@@ -33,6 +33,10 @@ template<class Real> class RowReduction {
     Real length(int j) const;
     Real lengthOfQ() const { return length(size); }
 
+    // Derivative of the sum of squares along each parameter, halved and with the sign changed: J'
+    // r.
+    std::vector<Real> descent() const;
+
     // d of R d = q, and of R' R d = g. Division by zero where R is singular.
     std::vector<Real> solve() const;
     std::vector<Real> solveNormal(std::vector<Real> g) const;

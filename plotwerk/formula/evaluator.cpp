@@ -45,14 +45,16 @@ template<class Real> void Evaluator<Real>::setParameters(std::span<const Real> p
     }
 }
 
-template<class Real> const Real *Evaluator<Real>::values(const double *x, const double *y, int n) {
+template<class Real> const Real *Evaluator<Real>::values(const Inputs &inputs, int first, int n) {
     points = n;
     for (int k = 0; const Instruction &instruction : tape->instructions) {
         Real *out = valueOf(k++);
         if (instruction.operation == Operation::variableX)
-            std::copy_n(x, n, out);
+            std::copy_n(inputs.x.data() + first, n, out);
         else if (instruction.operation == Operation::variableY)
-            std::copy_n(y, n, out);
+            std::copy_n(inputs.y.data() + first, n, out);
+        else if (instruction.operation == Operation::variableColumn)
+            std::copy_n(inputs.columns[instruction.index].data() + first, n, out);
         else if (instruction.varying)
             compute(instruction, out, n);
     }
@@ -60,12 +62,16 @@ template<class Real> const Real *Evaluator<Real>::values(const double *x, const 
 }
 
 template<class Real> void Evaluator<Real>::differentiate() {
-    adjoints.assign(values_.size(), 0);
+    adjoints.resize(values_.size());
+    for (int k = 0; const Instruction &instruction : tape->instructions) {
+        if (instruction.active) std::fill_n(adjointOf(k), points, Real(0));
+        ++k;
+    }
     std::fill_n(adjointOf(tape->result), points, Real(1));
 
     for (int k = tape->result; k >= 0; --k) {
         const Instruction &instruction = tape->instructions[k];
-        if (!instruction.active || instruction.operation == Operation::parameter) continue;
+        if (!instruction.active || instruction.operation <= Operation::parameter) continue;
 
         std::array<const Real *, 3> from{};
         std::array<Real *, 3> to{};

@@ -9,9 +9,16 @@
 
 namespace plotwerk {
 
-// Values, and exact derivatives by all parameters in one backward run (reverse accumulation), at up
-// to blockSize() points at a time. Nothing is allocated after construction. Real is double or
-// long double. The tape must outlive the evaluator.
+// What a formula reads, one element per point: y and columns only where it does.
+struct Inputs {
+    std::span<const double> x;
+    std::span<const double> y{};
+    std::vector<std::span<const double>> columns{};
+};
+
+// Values, and exact derivatives by all parameters and by y in one backward run (reverse
+// accumulation), at up to blockSize() points at a time. Nothing is allocated after construction.
+// Real is double or long double. The tape must outlive the evaluator.
 template<class Real> class Evaluator {
   public:
     explicit Evaluator(const Tape &formula);
@@ -21,15 +28,17 @@ template<class Real> class Evaluator {
     // To be called before values(). One number per parameter of the tape.
     void setParameters(std::span<const Real> parameters);
 
-    // The formula at n <= blockSize() points; valid until the next call. y may be null when the
-    // formula does not use it.
-    const Real *values(const double *x, const double *y, int n);
+    // The formula at n <= blockSize() points from the first one on; valid until the next call.
+    const Real *values(const Inputs &inputs, int first, int n);
 
     // Derivatives at the points of the last values(), to be had by derivative(j).
     void differentiate();
 
     // The derivatives by parameter j, one for each point.
     const Real *derivative(int j) const { return adjointOf(tape->parameters[j]); }
+
+    // Those by y, which the formula must use.
+    const Real *derivativeByY() const { return adjointOf(tape->y); }
 
   private:
     void compute(const Instruction &instruction, Real *out, int n);

@@ -1,32 +1,41 @@
 #include "plotwerk/formula/formula.h"
 
-#include "plotwerk/formula/evaluator.h"
 #include "plotwerk/formula/parser.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace plotwerk {
 
-Formula::Formula(std::string_view text) {
-    Parser parser(text);
+Formula::Formula(std::string_view text, std::span<const Variable> variables) {
+    Parser parser(text, variables);
     compiled = parser.parse();
     names = parser.parameterNames();
-    readsY = std::ranges::any_of(compiled.instructions, [](const Instruction &instruction) {
-        return instruction.operation == Operation::variableY;
-    });
+    columnsRead = parser.columns();
 }
 
-void Formula::evaluate(std::span<const double> x, std::span<const double> y,
-                       std::span<const double> parameters, std::span<double> out) const {
+void Formula::evaluate(const Inputs &inputs, std::span<const double> parameters,
+                       std::span<double> out) const {
     Evaluator<double> evaluator(compiled);
     evaluator.setParameters(parameters);
-    const int n = static_cast<int>(x.size());
+    const int n = static_cast<int>(inputs.x.size());
     for (int i = 0; i < n; i += evaluator.blockSize()) {
         const int count = std::min(evaluator.blockSize(), n - i);
-        const double *values =
-            evaluator.values(x.data() + i, readsY ? y.data() + i : nullptr, count);
-        std::copy_n(values, count, out.data() + i);
+        std::copy_n(evaluator.values(inputs, i, count), count, out.data() + i);
+    }
+}
+
+void Formula::differentiateByY(const Inputs &inputs, std::span<const double> parameters,
+                               std::span<double> out) const {
+    std::ranges::fill(out, 0);
+    if (!usesY()) return;
+    Evaluator<double> evaluator(compiled);
+    evaluator.setParameters(parameters);
+    const int n = static_cast<int>(inputs.x.size());
+    for (int i = 0; i < n; i += evaluator.blockSize()) {
+        const int count = std::min(evaluator.blockSize(), n - i);
+        evaluator.values(inputs, i, count);
+        evaluator.differentiate();
+        std::copy_n(evaluator.derivativeByY(), count, out.data() + i);
     }
 }
 

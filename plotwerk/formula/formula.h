@@ -10,7 +10,9 @@
 //
 // Names are letters, digits and _, and begin with no digit; letters are those of the Latin, Greek
 // and Cyrillic alphabets in UTF-8; case counts. `x` and `y` are the point's, `pi` is a constant.
-// Every other name that is neither a helper nor a function is a parameter. Numbers are 1, 1.5, .5,
+// Every other name that is neither a helper nor a function is a parameter, or one of the variables
+// that the formula is given beside; such a name may stand in quotes, 'T (K)', and must if it is
+// none of these names. Numbers are 1, 1.5, .5,
 // 1e-3, with a point whatever the decimal separator.
 //
 // Operators, the tightest first:
@@ -31,6 +33,7 @@
 #ifndef PLOTWERK_FORMULA_FORMULA_H
 #define PLOTWERK_FORMULA_FORMULA_H
 
+#include "plotwerk/formula/evaluator.h"
 #include "plotwerk/formula/tape.h"
 
 #include <span>
@@ -40,30 +43,44 @@
 
 namespace plotwerk {
 
+// Another name of x or y, or that of a column.
+struct Variable {
+    std::string name;
+    Operation operation; // variableX, variableY or variableColumn
+    int column = -1;
+};
+
 class Formula {
   public:
-    // Throws a Refusal that says what is wrong and where, lines and characters counted from 1:
+    // Of variables with the same name the first counts. Throws a Refusal that says what is wrong
+    // and where, lines and characters counted from 1:
     //   "a*(x" -> `formula, line 1, column 5: expected ')'`
     // Refused as well: no expression at all, nesting deeper than 200, more than 10000 operations.
-    explicit Formula(std::string_view text);
+    explicit Formula(std::string_view text, std::span<const Variable> variables = {});
 
     // In the order in which they first appear in the text.
     const std::vector<std::string> &parameterNames() const { return names; }
 
-    bool usesY() const { return readsY; }
+    bool usesY() const { return compiled.y >= 0; }
 
-    // The formula at the points (x[i], y[i]); NaN where it has no value. All spans but the
-    // parameters' are of one length, but y may be empty when the formula doesn't use it; out may be
-    // x or y. The parameters are in the order of parameterNames().
-    void evaluate(std::span<const double> x, std::span<const double> y,
-                  std::span<const double> parameters, std::span<double> out) const;
+    // The columns that it reads, by their numbers: those of Inputs, in that order.
+    const std::vector<int> &columns() const { return columnsRead; }
+
+    // The formula at the points; NaN where it has no value. out is as long as x and may be x or y.
+    // The parameters are in the order of parameterNames().
+    void evaluate(const Inputs &inputs, std::span<const double> parameters,
+                  std::span<double> out) const;
+
+    // Its derivatives by y there, all 0 when it doesn't use y.
+    void differentiateByY(const Inputs &inputs, std::span<const double> parameters,
+                          std::span<double> out) const;
 
     const Tape &tape() const { return compiled; }
 
   private:
     std::vector<std::string> names;
+    std::vector<int> columnsRead;
     Tape compiled;
-    bool readsY = false;
 };
 
 } // namespace plotwerk

@@ -104,6 +104,7 @@ void computeValues(Operation operation, std::array<const Real *, 3> from, Real *
     case Operation::constant:
     case Operation::variableX:
     case Operation::variableY:
+    case Operation::variableColumn:
     case Operation::parameter: return;
     }
 }
@@ -121,6 +122,13 @@ void propagateAdjoints(Operation operation, std::array<const Real *, 3> from, co
             into[i] += adjoint[i] != 0 ? part : Real(0);
         }
     };
+    // the same where the slope is 1 or -1
+    const auto pass = [&](Real *into, auto part) {
+        if (into == nullptr) return;
+        for (int i = 0; i < n; ++i) into[i] += part(adjoint[i]);
+    };
+    const auto plus = [](Real u) { return u; };
+    const auto minus = [](Real u) { return -u; };
     const auto unary = [&](auto slope) { propagate(to[0], [&](int i) { return slope(a[i]); }); };
     const auto outOnly = [&](auto slope) {
         propagate(to[0], [&](int i) { return slope(out[i]); });
@@ -131,7 +139,7 @@ void propagateAdjoints(Operation operation, std::array<const Real *, 3> from, co
     };
 
     switch (operation) {
-    case Operation::negate: return unary([](Real) { return Real(-1); });
+    case Operation::negate: return pass(to[0], minus);
     case Operation::exp: return outOnly([](Real o) { return o; });
     case Operation::expm1: return unary([](Real u) { return std::exp(u); });
     case Operation::log: return unary([](Real u) { return 1 / u; });
@@ -158,12 +166,8 @@ void propagateAdjoints(Operation operation, std::array<const Real *, 3> from, co
     case Operation::gamma: return propagate(to[0], [&](int i) { return out[i] * digamma(a[i]); });
     case Operation::lgamma: return unary([](Real u) { return digamma(u); });
 
-    case Operation::add:
-        return binary([](Real, Real, Real) { return Real(1); },
-                      [](Real, Real, Real) { return Real(1); });
-    case Operation::subtract:
-        return binary([](Real, Real, Real) { return Real(1); },
-                      [](Real, Real, Real) { return Real(-1); });
+    case Operation::add: pass(to[0], plus); return pass(to[1], plus);
+    case Operation::subtract: pass(to[0], plus); return pass(to[1], minus);
     case Operation::multiply:
         return binary([](Real, Real v, Real) { return v; }, [](Real u, Real, Real) { return u; });
     case Operation::divide:

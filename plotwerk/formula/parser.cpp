@@ -248,6 +248,7 @@ int Parser::primary() {
     }
     if (plw::isDigit(peek()) || (peek() == '.' && plw::isDigit(peek(1)))) return number();
     if (letterLength(text, position) > 0) return named();
+    if (peek() == '\'' && !variables.empty()) return quoted();
     if (atLineEnd()) refuse("expected a value", position);
     refuse("expected a value, not " + shown(text, position), position);
 }
@@ -273,7 +274,33 @@ int Parser::named() {
     if (word == "pi") return builder.constant(std::numbers::pi_v<long double>);
     if (const auto helper = helpers.find(word); helper != helpers.end()) return helper->second;
     if (functionNamed(word)) refuse(std::string(word) + " needs its arguments in parentheses", at);
+    if (const Variable *which = variableNamed(word)) return variable(*which);
     return parameter(word);
+}
+
+// 'a name with any signs'
+int Parser::quoted() {
+    const std::size_t at = position++;
+    const std::size_t end = text.find_first_of("'\n", position);
+    if (end == std::string_view::npos || text[end] == '\n') refuse("expected \"'\"", end);
+    const std::string_view word = text.substr(position, end - position);
+    position = end + 1;
+    const Variable *which = variableNamed(word);
+    if (which == nullptr) refuse("no column '" + std::string(word) + "'", at);
+    return variable(*which);
+}
+
+const Variable *Parser::variableNamed(std::string_view word) const {
+    const auto found = std::ranges::find(variables, word, &Variable::name);
+    return found == variables.end() ? nullptr : &*found;
+}
+
+int Parser::variable(const Variable &which) {
+    checkLength();
+    if (which.operation != Operation::variableColumn) return builder.variable(which.operation);
+    auto read = std::ranges::find(columnsRead, which.column);
+    if (read == columnsRead.end()) read = columnsRead.insert(read, which.column);
+    return builder.variable(which.operation, static_cast<int>(read - columnsRead.begin()));
 }
 
 // The arguments, from behind the opening parenthesis.

@@ -2,10 +2,12 @@
 #ifndef PLOTWERK_FORMULA_PARSER_H
 #define PLOTWERK_FORMULA_PARSER_H
 
+#include "plotwerk/formula/formula.h"
 #include "plotwerk/formula/tape.h"
 
 #include <cstddef>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,13 +17,15 @@ namespace plotwerk {
 // A recursive descent that writes the tape as it reads. Used once: construct, parse().
 class Parser {
   public:
-    explicit Parser(std::string_view formulaText) : text(formulaText) {}
+    Parser(std::string_view formulaText, std::span<const Variable> formulaVariables)
+        : text(formulaText), variables(formulaVariables) {}
 
     // Throws a Refusal with the position.
     Tape parse();
 
     // In order of appearance; after parse().
     const std::vector<std::string> &parameterNames() const { return names; }
+    const std::vector<int> &columns() const { return columnsRead; }
 
   private:
     class Nested; // counts the depth while it lives
@@ -38,6 +42,9 @@ class Parser {
     int number();
     int named();
     int call(std::string_view name, std::size_t at);
+    int quoted();
+    const Variable *variableNamed(std::string_view name) const;
+    int variable(const Variable &which);
     int parameter(std::string_view name);
 
     char peek(std::size_t ahead = 0) const {
@@ -53,6 +60,7 @@ class Parser {
     [[noreturn]] void refuse(const std::string &what, std::size_t at) const;
 
     std::string_view text;
+    std::span<const Variable> variables;
     std::size_t position = 0;
     int depth = 0;
     int result = -1;    // of the last line so far
@@ -62,6 +70,7 @@ class Parser {
     std::map<std::string, int, std::less<>> helpers;
     std::map<std::string, int, std::less<>> parameters;
     std::vector<std::string> names;
+    std::vector<int> columnsRead;
 };
 
 } // namespace plotwerk

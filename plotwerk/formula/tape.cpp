@@ -26,10 +26,14 @@ int TapeBuilder::constant(long double value) {
     return append(leaf);
 }
 
-int TapeBuilder::variable(Operation which) {
+int TapeBuilder::variable(Operation which, int column) {
     Instruction leaf{which};
+    leaf.index = column;
     leaf.varying = true;
-    return append(leaf);
+    leaf.active = which == Operation::variableY;
+    const int k = append(leaf);
+    if (leaf.active) tape.y = k;
+    return k;
 }
 
 int TapeBuilder::newParameter() {

@@ -12,7 +12,7 @@ namespace plotwerk {
 // clang-format off
 enum class Operation : unsigned char {
     // leaves
-    constant, variableX, variableY, parameter,
+    constant, variableX, variableY, variableColumn, parameter,
     // of one value
     negate, logicalNot, exp, expm1, log, log1p, log2, log10, sqrt, sin, cos, tan, asin, acos, atan,
     sinh, cosh, tanh, abs, erf, erfc, gamma, lgamma, floor, ceil, round, sign,
@@ -29,9 +29,9 @@ using Operands = std::array<int, 3>; // instructions whose values are taken; -1:
 struct Instruction {
     Operation operation;
     Operands operands{-1, -1, -1};
-    int index = -1;       // of the constant or of the parameter
-    bool varying = false; // differs from point to point: depends on x or y
-    bool active = false;  // depends on a parameter
+    int index = -1;       // of the constant, of the parameter or of the column
+    bool varying = false; // differs from point to point: depends on x, y or a column
+    bool active = false;  // depends on a parameter or on y
 };
 
 // Instruction k computes value k. The formula's value is that of `result`.
@@ -39,6 +39,7 @@ struct Tape {
     std::vector<Instruction> instructions;
     std::vector<long double> constants;
     std::vector<int> parameters; // parameters[j]: the instruction that holds parameter j
+    int y = -1;                  // the instruction that holds y; -1: the formula doesn't use it
     int result = -1;
 };
 
@@ -51,7 +52,7 @@ double nanosecondsPerPoint(const Tape &tape);
 class TapeBuilder {
   public:
     int constant(long double value);
-    int variable(Operation which);
+    int variable(Operation which, int column = -1);
     int newParameter();
     int apply(Operation operation, Operands operands);
 

@@ -147,6 +147,9 @@ std::optional<CurveRef> onlyCurve(const Document &document) {
     std::erase_if(curves, [&](const CurveRef &curve) { return holdsErrors[curve.index]; });
     if (curves.size() > 1)
         std::erase_if(curves,
+                      [&](const CurveRef &curve) { return columnOf(document, curve).residuals; });
+    if (curves.size() > 1)
+        std::erase_if(curves,
                       [&](const CurveRef &curve) { return columnOf(document, curve).drawnByFit; });
     if (curves.size() != 1) return std::nullopt;
     return curves.front();

@@ -48,8 +48,8 @@ struct PlottedCurve {
 // The visible curves, columns of errors aside.
 std::vector<PlottedCurve> plottedCurves(const Document &document);
 
-// The only curve of the document, columns of errors aside and, beside others, the one that a fit
-// has drawn.
+// The only curve of the document, columns of errors aside and, beside others, those that a fit has
+// drawn.
 std::optional<CurveRef> onlyCurve(const Document &document);
 
 // The fit data; at most one curve.

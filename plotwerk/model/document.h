@@ -68,6 +68,7 @@ struct Column {
     bool marked = false;
     bool fitData = false;    // at most one column of a document
     bool drawnByFit = false; // the next fit replaces it; at most one column of a document
+    bool residuals = false;  // of the last fit: the next one replaces them, too
     int rank = 0;            // in the selection: 1 for the first selected curve, 0 for none
 };
 
@@ -151,16 +152,32 @@ struct Frame {
 struct FitParameter {
     std::string name{};
     double value = 1;
-    double error = unset; // unset before a fit and for a fixed parameter
+    double error = unset; // unset before a fit, for a fixed parameter and for one at its bound
     bool fixed = false;
+    Range bounds{};       // an unset limit is none
+    bool atBound = false; // the last fit ended there
 };
 
+// Of the parameters that a fit has varied, in their order: the lower triangle, row by row.
+struct CovarianceMatrix {
+    std::vector<double> values{};
+};
+
+// The last fit that converged. It describes the curve that it has drawn, whatever has become of the
+// document's formula and parameters since.
 struct FitResult {
-    bool done = false;
+    bool done = false; // and the document has that formula still
     int iterations = 0;
     double lambda = unset;
     double chiSquare = unset;
     int points = 0;
+    std::string formula{};
+    std::vector<FitParameter> parameters{};
+    bool weighted = false;       // the data had errors
+    bool absoluteErrors = false; // which were taken for standard deviations
+    int freedom = 0;             // points less varied parameters
+    double rSquared = unset;
+    CovarianceMatrix covariance{}; // empty where the scatter of the data isn't known
 };
 
 struct CurveRef {
@@ -182,10 +199,14 @@ struct Document {
     std::vector<PlacedText> texts{};
     std::string formula{};
     std::vector<FitParameter> parameters{}; // in order of appearance in the formula
+    bool absoluteErrors = false; // errors of data are standard deviations, else relative weights
     Range fitRange{};
     FitResult fit{};
     int markWalk = 0;    // the curve at which the next marked one is looked for
     CurveRef markHint{}; // that curve or one before it: where the search for it begins
+
+    // Of the last attempt in this run, -1 before: not saved, and no change of the document.
+    int fitStatus = -1;
 
     // See change.h.
     std::uint64_t revision = 0;

@@ -72,6 +72,8 @@ void requireWithinLimits(const Document &document) {
         requireLength("a text", placed.text, longestText);
     requireLength("a formula", document.formula, longestText);
     requireOrder(document.fitRange);
+    for (const FitParameter &parameter : document.parameters) requireOrder(parameter.bounds);
+    for (const FitParameter &parameter : document.fit.parameters) requireOrder(parameter.bounds);
 }
 
 } // namespace plotwerk

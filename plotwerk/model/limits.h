@@ -101,9 +101,12 @@ template<class Visit, IsRecord<Document> Record> void limits(Visit &visit, Recor
     limits(visit, document.frame);
     for (auto &axis : document.axes) limits(visit, axis);
     for (auto &text : document.texts) limits(visit, text);
+    for (auto &parameter : document.parameters) limits(visit, parameter.bounds);
+    for (auto &parameter : document.fit.parameters) limits(visit, parameter.bounds);
     limits(visit, document.fitRange);
     visit("iterations", document.fit.iterations, Limits{0, INT_MAX});
     visit("points", document.fit.points, Limits{0, INT_MAX});
+    visit("freedom", document.fit.freedom, Limits{0, INT_MAX});
     visit("markWalk", document.markWalk, Limits{0, INT_MAX});
 }
 

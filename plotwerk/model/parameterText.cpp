@@ -15,24 +15,37 @@ std::string allDigits(double value) {
     return {text, end};
 }
 
+static std::string localized(std::string number, char decimalSeparator) {
+    std::ranges::replace(number, '.', decimalSeparator);
+    return number;
+}
+
+std::string valueText(const FitParameter &parameter, char decimalSeparator) {
+    const double value = parameter.value;
+    const double error = parameter.error;
+    if (!(error > 0) || !std::isfinite(error))
+        return parameter.name + " = " + localized(allDigits(value), decimalSeparator);
+    const auto rounded = [&](int ofError) {
+        return localized(plw::stringOfDoubleConsideringError(value, error, ofError),
+                         decimalSeparator);
+    };
+    return parameter.name + " = " + rounded(0) + " +- " + rounded(1);
+}
+
 std::string parameterList(const std::vector<FitParameter> &parameters, char decimalSeparator) {
-    const auto localized = [&](std::string number) {
-        std::ranges::replace(number, '.', decimalSeparator);
-        return number;
+    const auto limit = [&](double value) {
+        return std::isnan(value) ? "" : localized(allDigits(value), decimalSeparator);
     };
     std::string list;
     for (const FitParameter &parameter : parameters) {
         if (!list.empty()) list += '\n';
-        list += parameter.name + " = ";
-        if (parameter.error > 0 && std::isfinite(parameter.error)) {
-            list +=
-                localized(plw::stringOfDoubleConsideringError(parameter.value, parameter.error, 0));
-            list += " +- ";
-            list +=
-                localized(plw::stringOfDoubleConsideringError(parameter.value, parameter.error, 1));
-        } else {
-            list += localized(allDigits(parameter.value));
-        }
+        list += valueText(parameter, decimalSeparator);
+        // not by a comma, which may be a decimal one
+        const std::string least = limit(parameter.bounds.min);
+        const std::string most = limit(parameter.bounds.max);
+        if (!least.empty() || !most.empty())
+            list += " [" + least + (most.empty() ? ";" : "; ") + most + "]";
+        if (parameter.atBound) list += " |";
         if (parameter.fixed) list += " !";
     }
     return list;

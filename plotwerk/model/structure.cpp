@@ -79,6 +79,25 @@ void replaceTables(Document &document, Source &source, std::vector<Table> tables
     restartMarkWalk(document);
 }
 
+void replaceTable(Document &document, int source, int place, Table table) {
+    int first = 0; // the table's first curve
+    for (int s = 0; s <= source; ++s) {
+        const std::vector<Table> &tables = document.sources[s].tables;
+        const std::size_t end = s < source ? tables.size() : static_cast<std::size_t>(place);
+        for (std::size_t t = 0; t < end; ++t) first += static_cast<int>(tables[t].y.size());
+    }
+    Table &old = document.sources[source].tables[place];
+    const auto more = static_cast<int>(std::ssize(table.y) - std::ssize(old.y));
+    if (document.markWalk > first) document.markWalk = std::max(first, document.markWalk + more);
+    document.markHint = {};
+    old = std::move(table);
+}
+
+void giveToUser(Source &source) {
+    for (Table &table : source.tables)
+        for (Column &column : table.y) column.drawnByFit = column.residuals = false;
+}
+
 void addColumns(Document &document, std::vector<NewColumn> columns) {
     std::unordered_map<Table *, std::size_t> added;
     for (const NewColumn &each : columns) ++added[each.table];

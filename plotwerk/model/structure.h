@@ -1,8 +1,9 @@
 // structure.h - how tables and curves come into a document and go.
 //
-// What follows the numbering of the curves is looked after here: each of these functions but
-// addSource starts the walk of marks over. Where memory runs out they throw std::bad_alloc, and the
-// document is as it was; what is to be added must have found room before (requireRoom).
+// What follows the numbering of the curves is looked after here: each of these functions
+// starts the walk of marks over unless it says something else. Where memory runs out they throw
+// std::bad_alloc, and the document is as it was; what is to be added must have found room before
+// (requireRoom).
 #ifndef PLOTWERK_MODEL_STRUCTURE_H
 #define PLOTWERK_MODEL_STRUCTURE_H
 
@@ -26,6 +27,9 @@ double bytesOf(const Document &document);
 // there keep their numbers, and the walk of marks goes on.
 void addSource(Document &document, const std::string &name, std::vector<Table> tables);
 
+// No fit replaces curves of the source from now on.
+void giveToUser(Source &source);
+
 struct NewTable {
     int source;
     int after; // the table that it follows; -1 for none
@@ -36,6 +40,9 @@ struct NewTable {
 void insertTables(Document &document, std::vector<NewTable> tables);
 
 void replaceTables(Document &document, Source &source, std::vector<Table> tables);
+
+// In the place of one of the document's tables. The walk of marks goes on where it was.
+void replaceTable(Document &document, int source, int place, Table table);
 
 struct NewColumn {
     Table *table; // of the document; this is its last column then

@@ -1,5 +1,6 @@
 // The messages about the look of curves, axes and texts.
 #include "plotwerk/drawing/richText.h"
+#include "plotwerk/fit/documentFit.h"
 #include "plotwerk/model/attributes.h"
 #include "plotwerk/server/controlObject.h"
 
@@ -81,7 +82,7 @@ void ControlObject::
             .multiDimFit = multiDimFit,
             .noLineOnReverse = noLineOnReverse,
         };
-        changeFrame(document, change);
+        changeFrameWithFormula(document, change);
     });
 }
 

@@ -2,7 +2,6 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/fit/documentFit.h"
 #include "plotwerk/model/limits.h"
-#include "plotwerk/model/parameterText.h"
 #include "plotwerk/server/controlObject.h"
 
 namespace plotwerk {
@@ -46,7 +45,7 @@ void ControlObject::setFormulaOf_formulaText_(const std::string &name, const std
 
 std::string ControlObject::formulaParameterListOf_(const std::string &name) {
     return answer(name, std::string(), [&](const Document &document) {
-        return parameterList(document.parameters, application.decimalSeparator);
+        return parametersOf(document, application.decimalSeparator);
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include "plotwerk/files/documentFields.h"
 #include "plotwerk/files/documentFile.h"
+#include "plotwerk/model/fitResult.h"
 #include "plotwerk/model/limits.h"
 #include "plotwerk/model/names.h"
 
@@ -92,6 +93,10 @@ Document filled(size_t elements) {
     };
     for (Axis &axis : document.axes) order(axis.range);
     order(document.fitRange);
+    for (std::vector<FitParameter> *list : {&document.parameters, &document.fit.parameters})
+        for (FitParameter &parameter : *list) order(parameter.bounds);
+    const std::size_t varied = variedParameters(document.fit).size();
+    document.fit.covariance.values.assign(varied * (varied + 1) / 2, 0.1);
 
     // Only one curve of a document is its fit data, and one the fit's.
     for (Source &source : document.sources)

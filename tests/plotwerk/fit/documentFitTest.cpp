@@ -44,7 +44,7 @@ TEST(DocumentFit, DrawsTheFormulaAsACurveOfItsOwn) {
     document.fitRange = {-1, unset};
     fitDocument(document);
     EXPECT_EQ(document.sources.back().name, "Fit");
-    const Table &drawn = document.sources.back().tables.back();
+    const Table &drawn = document.sources.back().tables.front();
     const Column &fit = drawn.y.front();
     EXPECT_EQ(fit.name + drawn.x.name, "Fitx");
     EXPECT_EQ(drawn.x.values.front(), -1) << "as far as the fit range goes";
@@ -94,32 +94,39 @@ TEST(DocumentFit, IsReplacedByTheNextOneThatSucceeds) {
     document.fitRange = {unset, 2};
 
     EXPECT_EQ(fitDocument(document).status, fitConverged);
-    ASSERT_EQ(numberOfCurves(document), 3);
+    ASSERT_EQ(numberOfCurves(document), 4);
     const Column &drawn = columnOf(document, *curveAt(document, 1));
     EXPECT_EQ(drawn.name, "mine");
     EXPECT_TRUE(drawn.look.lineThickness == 5 && drawn.rank == 1 && drawn.marked);
     EXPECT_NEAR(drawn.values.back(), 5, 1e-12);
-    EXPECT_EQ(columnOf(document, *curveAt(document, 2)).values, std::vector<double>{2});
+    EXPECT_EQ(columnOf(document, *curveAt(document, 3)).values, std::vector<double>{2});
 
     const std::string before = textOf(document);
     document.fitRange = {1.5, 2};
-    EXPECT_EQ(fitDocument(document).reason, "2 parameters for only 1 point");
+    EXPECT_EQ(fitDocument(document).reason,
+              "fit status 1, impossible: 2 parameters for only 1 point; hold some fixed (a = 1!), "
+              "or widen the fit range");
     EXPECT_EQ(textOf(document), before);
+    EXPECT_EQ(variableOf(document, "status"), "1");
 }
 
 // What the user has added to, replaced or fits himself is not the fit's to overwrite.
 TEST(DocumentFit, LeavesWhatTheUserHasMadeHisOwn) {
     void (*const takenOver[])(Document &) = {
-        [](Document &d) { d.sources[1].tables[0].y.push_back(d.sources[1].tables[0].y[0]); },
+        [](Document &d) {
+            selectByName(d, "Fit", -1, "Fit", false);
+            differentiateSelection(d);
+        },
         [](Document &d) { appendData(d, "Fit", "5 6\n", '.'); },
         [](Document &d) { replaceData(d, "Fit", "5 6\n", '.'); },
         [](Document &d) { d.sources[1].tables[0].y[0].fitData = true; },
+        [](Document &d) { d.sources[1].tables[1].y[0].fitData = true; },
     };
     for (const auto takeOver : takenOver) {
         Document document = line();
         fitDocument(document);
-        document.sources[0].tables[0].y[0].rank = 1;
         takeOver(document);
+        selectByIndex(document, {0, 0}, false);
         const std::string before = textOf(document);
         ASSERT_EQ(fitDocument(document).status, fitConverged);
         ASSERT_EQ(document.sources.size(), 3U);
@@ -127,6 +134,41 @@ TEST(DocumentFit, LeavesWhatTheUserHasMadeHisOwn) {
         document.sources.pop_back();
         EXPECT_EQ(textOf(document), before);
     }
+}
+
+TEST(DocumentFit, LeavesResidualsAtThePointsHidden) {
+    Document document = documentOf(table({3, nan_, 1, 2}, {column("y", {9, 5, 1, 5})}));
+    document.sources[0].tables[0].y[0].fitData = true;
+    setFormula(document, "2*x");
+    document.fitRange = {unset, 2.5};
+    fitDocument(document);
+    EXPECT_EQ(textOf(document.sources[1].tables[1].x), "x=1,2");
+    const auto residuals = [&] {
+        std::string text;
+        for (const Column &each : document.sources[1].tables[1].y) text += textOf(each) + ' ';
+        return text;
+    };
+    EXPECT_EQ(residuals(), "Residuals=-1,1 ");
+
+    // a walk of marks goes on behind, whether there are errors or not
+    addData(document, "Later", "1 2\n", '.');
+    for (const int curve : {0, 3}) columnOf(document, *curveAt(document, curve)).rank = 1 + curve;
+    markSelection(document);
+    nextMarkedCurve(document);
+    selectByName(document, "Fit", -1, "Residuals", false);
+    showSelection(document);
+    document.sources[0].tables[0].y.push_back(column("y error", {1, 1, 0.5, 0.25}));
+    fitDocument(document);
+    EXPECT_EQ(residuals(), "Residuals=-1,1 Residuals/\u03c3=-2,4 ");
+    EXPECT_EQ(nextMarkedCurve(document)->source, 2);
+    const std::vector<Column> &shown = document.sources[1].tables[1].y;
+    EXPECT_TRUE(shown[0].look.visible && shown[0].rank == 1 && !shown[1].look.visible);
+
+    selectByName(document, "", -1, "Fit", false);
+    deleteSelection(document);
+    EXPECT_EQ(fitDocument(document).status, fitConverged) << "residuals are no data to fit";
+    EXPECT_EQ(document.sources[1].tables[0].y[0].name, "Fit");
+    EXPECT_EQ(document.sources[1].tables.size(), 2U);
 }
 
 TEST(DocumentFit, FitsTheFitDataOrTheSelectionOrTheOnlyCurve) {
@@ -196,6 +238,56 @@ TEST(DocumentFormula, ModifiesValidPointsOfTheSelection) {
               "would take too long (limit seconds)");
 }
 
+// The error of sqrt(y) is that of y by 2 sqrt(y).
+TEST(DocumentFormula, ScalesErrorsByItsDerivative) {
+    Document document =
+        documentOf(table({1, 2, nan_}, {column("y", {4, 16, 1}), column("y error", {1, 2, 3})}));
+    selectByName(document, "", -1, "y", false);
+    setFormula(document, "-sqrt(y)*x");
+    modifySelection(document, true);
+    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=-2,-8,1 y error=0.25,0.5,3");
+    setFormula(document, "x");
+    modifySelection(document, true);
+    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=1,2,1 y error=0.25,0.5,3") << "without y";
+    selectByIndex(document, {0, 1}, false);
+    setFormula(document, "2*y");
+    modifySelection(document, true);
+    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=2,4,1 y error=0.5,1,3") << "selected itself";
+}
+
+TEST(DocumentFormula, TakesTheColumnsOfTheTableForVariables) {
+    // y = 2 x + 3 T, where all three are there
+    Document document = documentOf(
+        table({0, 1, 2, 3, 4}, {column("T (K)", {1, 1, 2, 5, nan_}),
+                                column("y", {3, 5, 10, nan_, 8}), column("T", {1, 1, 2, 5, 0})}));
+    selectByName(document, "", -1, "y", false);
+    const std::string text = "a*x + b*'T (K)' + 0*T";
+    EXPECT_EQ(refusalOf(document, [&](Document &d) { setFormula(d, text); }),
+              "formula, line 1, column 9: expected a value, not '''");
+    setFormula(document, "a*x + b*T + 0*x");
+    EXPECT_EQ(document.parameters.size(), 3U) << "T is a parameter";
+    changeFrameWithFormula(document, {.multiDimFit = 1});
+    EXPECT_EQ(document.parameters.size(), 2U);
+
+    EXPECT_EQ(refusalOf(document, [](Document &d) { setFormula(d, "a*'T'*'V'"); }),
+              "formula, line 1, column 7: no column 'V'");
+    setFormula(document, text);
+    EXPECT_EQ(fitDocument(document).reason, "");
+    EXPECT_NEAR(parameter(document, "a"), 2, 1e-12);
+    EXPECT_NEAR(parameter(document, "b"), 3, 1e-12);
+    EXPECT_EQ(textOf(document.sources[1].tables[0].x), "x=0,1,2") << "at the points";
+    setFormula(document, "a*y");
+    EXPECT_TRUE(fitDocument(document).reason.find("may not use y") != std::string::npos);
+
+    setFormula(document, "T + 10*'T (K)' + 100*y + 1000*'x'");
+    modifySelection(document, true);
+    EXPECT_EQ(textOf(document.sources[0].tables[0].y[1]), "y=311,1511,3022,nan,nan");
+
+    changeFrameWithFormula(document, {.multiDimFit = 0});
+    EXPECT_EQ(refusalOf(document, [](Document &d) { fitDocument(d); }),
+              "formula, line 1, column 8: expected a value, not '''");
+}
+
 TEST(DocumentVariables, AreParametersTheFitAndTheLimits) {
     Document document = line();
     document.fitRange = {unset, 2.5};
@@ -212,4 +304,59 @@ TEST(DocumentVariables, AreParametersTheFitAndTheLimits) {
     document.parameters[1].error = 0.25;
     for (const auto &[name, value] : limits) EXPECT_EQ(variableOf(document, name), value) << name;
     EXPECT_EQ(refusalOf(document, [](Document &d) { variableOf(d, "z"); }), "no variable \"z\"");
+}
+
+// A straight line through (0, 1), (1, 2), (2, 4), (3, 4) with errors of 1/2: by hand,
+// a = 1.1, b = 1.1, sum of squares 0.7, J'J = ((14, 6), (6, 4)).
+TEST(DocumentVariables, TellWhatAPaperTells) {
+    Document document = documentOf(
+        table({0, 1, 2, 3}, {column("y", {1, 2, 4, 4}), column("y error", {.5, .5, .5, .5})}));
+    EXPECT_EQ(variableOf(document, "report"), "no fit");
+    for (const char *name : {"status", "redchi", "ndf", "rsquared"})
+        EXPECT_EQ(variableOf(document, name), "NAN") << name;
+    setFormula(document, "slope = a*x\nslope+b+c");
+    setParameters(document, "c = 0!", '.');
+    fitDocument(document);
+    const auto expect = [&](const char *name, double value) {
+        EXPECT_NEAR(parameter(document, name), value, 1e-12) << name;
+    };
+    const double scatter = 2.8 / 2;
+    expect("status", 0);
+    expect("ndf", 2);
+    expect("redchi", scatter);
+    expect("rsquared", 1 - 0.7 / 6.75);
+    expect("a.error", std::sqrt(scatter / 4 * 4 / 20));
+    expect("covariance.a.a", scatter / 4 * 4 / 20);
+    expect("covariance.b.a", scatter / 4 * -6 / 20);
+    expect("correlation.a.b", -6 / std::sqrt(14 * 4.));
+    EXPECT_EQ(variableOf(document, "covariance.a.c"), "NAN");
+    for (const char *name : {"covariance.a.d", "covariance.a", "correlation..", "redchi.a"})
+        EXPECT_EQ(refusalOf(document, [&](Document &d) { variableOf(d, name); }),
+                  "no variable \"" + std::string(name) + '"');
+    EXPECT_EQ(variableOf(document, "report"), "formula: slope = a*x; slope+b+c\n"
+                                              "points: 4\n"
+                                              "degrees of freedom: 2\n"
+                                              "chi-square: 2.8\n"
+                                              "reduced chi-square: 1.4\n"
+                                              "p value: 0.247\n"
+                                              "R-squared: 0.896296\n"
+                                              "errors of the parameters: scaled by the scatter of "
+                                              "the data\n"
+                                              "a = 1.10 +- 0.26 (24 %)\n"
+                                              "b = 1.1 +- 0.5 (45 %)\n"
+                                              "c = 0 (fixed)");
+
+    setParameters(document, "absolute, b = 3 [3, 4], c = -1!", '.');
+    EXPECT_EQ(parametersOf(document, ','), "a = 1,10 +- 0,26\nb = 3 [3; 4]\nc = -1 !\nabsolute");
+    fitDocument(document);
+    expect("a.error", std::sqrt(1 / 4. / 14));
+    EXPECT_EQ(variableOf(document, "ndf"), "3");
+    const std::string report = variableOf(document, "report");
+    EXPECT_NE(report.find("b = 3 (at its bound)"), std::string::npos) << report;
+    EXPECT_NE(report.find("(absolute)"), std::string::npos) << report;
+    const std::string fitted = parametersOf(document, '.');
+    EXPECT_NE(fitted.find("b = 3 [3; 4] |\n"), std::string::npos) << fitted;
+    setParameters(document, fitted, '.');
+    EXPECT_EQ(document.parameters[1].bounds.max, 4);
+    EXPECT_EQ(variableOf(document, "report"), report) << "of the fit, not of what is set since";
 }

@@ -3,11 +3,20 @@
 #include "plotwerk/model/parameterText.h"
 #include "tests/plotwerk/model/documents.h"
 
+#include <algorithm>
 #include <cmath>
 
 using namespace plotwerk;
 
 static const std::vector<FitParameter> known{{"a", 1, 0.5}, {"b", 2, 0.25, true}};
+
+// The list that comes of `known` and the text, with "absolute" at its end where that is set.
+static std::string afterReading(std::string_view text, char separator = '.') {
+    std::vector<FitParameter> parameters = known;
+    bool absolute = false;
+    readParameterList(text, separator, parameters, absolute);
+    return parameterList(parameters, '.') + (absolute ? "\nabsolute" : "");
+}
 
 TEST(ParameterList, IsReadInTheWaysThatPeopleWriteIt) {
     const std::string unchanged = "\nb = 2.00 +- 0.25 !";
@@ -19,12 +28,12 @@ TEST(ParameterList, IsReadInTheWaysThatPeopleWriteIt) {
         {"a = 1.50 +- 0.02\nb = 2.5 +- 0.1 !\n", "a = 1.5\nb = 2.5 !"},
         {"a = 7 +- 0.02, b = 8", "a = 7\nb = 8"},
         {"a = \"7\" b = 8", "a = 7\nb = 8"},
-        {"a=1 a=2", "a = 2" + unchanged}};
-    for (const auto &[text, want] : cases) {
-        std::vector<FitParameter> read = known;
-        readParameterList(text, '.', read);
-        EXPECT_EQ(parameterList(read, '.'), want) << text;
-    }
+        {"a=1 a=2", "a = 2" + unchanged},
+        {"a = 1 [0, 5], b=2[,3]!", "a = 1 [0; 5]\nb = 2 [; 3] !"},
+        {"a = 1.0 +- 0.5 [ 0;]\nb = -1 [-1;2] | !", "a = 1 [0;]\nb = -1 [-1; 2] !"},
+        {"a = 1 [;]  absolute\nb=3", "a = 1\nb = 3\nabsolute"},
+        {"absolute, scaled", "a = 1.0 +- 0.5" + unchanged}};
+    for (const auto &[text, want] : cases) EXPECT_EQ(afterReading(text), want) << text;
 }
 
 TEST(ParameterList, ChangesNothingWhenItIsRefused) {
@@ -33,6 +42,13 @@ TEST(ParameterList, ChangesNothingWhenItIsRefused) {
     } cases[] = {{"a=3, c=4", "no parameter \"c\""},
                  {"a=3\nfoo\n", "parameter list: no \"name = value\" at \"foo\""},
                  {"a=3 4", "parameter list: no \"name = value\" at \"4\""},
+                 {"a=3 [4, 5]", "parameter list: a begins outside of its bounds"},
+                 {"a=3 [3; 3]", "parameter list: the bounds of a leave nothing between them"},
+                 {"a=3 [2\n]", "parameter list: the bounds of a are not [least; most]"},
+                 {"a=3 [2 ", "parameter list: the bounds of a are not [least; most]"},
+                 {"a=3 [x;]", "parameter list: a = \"x\" is not a number"},
+                 {"absolutely", "parameter list: no \"name = value\" at \"absolutely\""},
+                 {"absolute = 1", "no parameter \"absolute\""},
                  {"a=3 = 4", "parameter list: no \"name = value\" at \"= 4\""},
                  {"b=3, a=", "parameter list: a = \"\" is not a number"},
                  {"a=!", "parameter list: a = \"!\" is not a number"},
@@ -40,10 +56,14 @@ TEST(ParameterList, ChangesNothingWhenItIsRefused) {
                  {"a=nan", "parameter list: a = \"nan\" is not a number"}};
     for (const auto &c : cases) {
         std::vector<FitParameter> parameters = known;
+        bool absolute = false;
         Document none;
-        EXPECT_EQ(refusalOf(none, [&](auto &) { readParameterList(c.text, '.', parameters); }),
-                  c.want);
+        const auto read = [&](auto &) {
+            readParameterList(std::string("absolute ") + c.text, '.', parameters, absolute);
+        };
+        EXPECT_EQ(refusalOf(none, read), c.want);
         EXPECT_EQ(parameterList(parameters, '.'), parameterList(known, '.')) << c.text;
+        EXPECT_FALSE(absolute);
     }
 }
 
@@ -64,12 +84,21 @@ TEST(ParameterList, IsWrittenToTheDigitsThatTheErrorsJustify) {
         "a = 1,235 +- 0,020\nb = 2,5 !\nc = 1");
 }
 
+// Whole, and as clients print it: on one line, with points.
 TEST(ParameterList, ReadsWhatItWroteWithADecimalComma) {
-    std::vector<FitParameter> parameters = known;
-    readParameterList("a=1,5!,b=2,25,", ',', parameters);
-    EXPECT_EQ(parameterList(parameters, '.'), "a = 1.5 !\nb = 2.25")
+    EXPECT_EQ(afterReading("a=1,5!,b=2,25,", ','), "a = 1.5 !\nb = 2.25")
         << "a comma that is no decimal one separates all the same";
-    readParameterList(parameterList({{"a", 1.25, 0.05}, {"b", 0.1 + 0.2, unset, true}}, ','), ',',
-                      parameters);
-    EXPECT_EQ(parameterList(parameters, '.'), "a = 1.25\nb = 0.30000000000000004 !");
+    const std::string written =
+        parameterList({{"a", 1.25, 0.05, false, {0.5, unset}},
+                       {"b", 0.1 + 0.2, unset, true, {-0.25, 0.1 + 0.2}, true}},
+                      ',');
+    EXPECT_EQ(written,
+              "a = 1,25 +- 0,05 [0,5;]\nb = 0,30000000000000004 [-0,25; 0,30000000000000004] | !");
+    std::string printed = written;
+    std::ranges::replace(printed, '\n', ' ');
+    std::ranges::replace(printed, ',', '.');
+    for (const std::string &text : {written, printed})
+        EXPECT_EQ(afterReading(text, ','), "a = 1.25 [0.5;]\nb = 0.30000000000000004 [-0.25; "
+                                           "0.30000000000000004] !");
+    EXPECT_EQ(afterReading("a = 1,5 [0, 2]", ','), "a = 1.5 [0; 2]\nb = 2.00 +- 0.25 !");
 }

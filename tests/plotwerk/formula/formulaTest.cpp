@@ -11,7 +11,7 @@ using namespace plotwerk;
 static double valueAt(const Formula &formula, double x, double y,
                       const std::vector<double> &parameters) {
     double value = 0;
-    formula.evaluate({&x, 1}, {&y, 1}, parameters, {&value, 1});
+    formula.evaluate({{&x, 1}, {&y, 1}}, parameters, {&value, 1});
     return value;
 }
 
@@ -127,7 +127,7 @@ TEST(Formula, EvaluatesAnyNumberOfPointsInPlace) {
         y[i] = 3 * i;
         want[i] = 2 * x[i] + (i < 300 ? y[i] : 0);
     }
-    formula.evaluate(x, y, std::vector<double>{2}, y);
+    formula.evaluate({x, y}, std::vector<double>{2}, y);
     EXPECT_EQ(y, want);
 }
 
@@ -142,7 +142,7 @@ static double slopeBy(const std::string &name, const Formula &formula, double x,
         values.push_back(each == "a" ? a : b);
     }
     evaluator.setParameters(values);
-    evaluator.values(&x, nullptr, 1);
+    evaluator.values({{&x, 1}}, 0, 1);
     evaluator.differentiate();
     return evaluator.derivative(wanted)[0];
 }

@@ -1,0 +1,101 @@
+#include "plotwerk/drawing/fittedCurve.h"
+
+#include "tests/plotwerk/drawing/samples.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+using namespace plotwerk;
+
+namespace {
+
+// The curve that a fit of two parameters has drawn from 1 to 10000, of a few points.
+Document fitted(const std::string &formula, double (*f)(double)) {
+    std::vector<double> x{1, 30, 500, 10000};
+    std::vector<double> y;
+    for (const double at : x) y.push_back(f(at));
+    Document document = documentWith(x, y);
+    onlyCurve(document).drawnByFit = true;
+    document.fit.formula = formula;
+    document.fit.parameters = {{"a", 2, 0.1}, {"b", 3, 0.2}};
+    document.fit.freedom = 4; // Student's factor 2.776
+    document.fit.covariance.values = {0.01, -0.005, 0.04};
+    return document;
+}
+
+Path lineOf(const Document &document, std::vector<Path> *band = nullptr) {
+    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+    const auto curve = FittedCurve::of(document, curves.front());
+    if (!curve) return {};
+    const ScaledFrame frame = scaledFrameOf(document, curves);
+    if (band) *band = curve->band(curves.front(), frame);
+    return curve->line(curves.front(), frame);
+}
+
+} // namespace
+
+TEST(FittedCurve, IsTheFormulaWhateverTheAxesShow) {
+    Document document = fitted("a*log(x)+b", [](double x) { return 2 * std::log(x) + 3; });
+    for (const bool logarithmic : {false, true})
+        for (const Range &range : {Range{}, Range{2, 40}, Range{0.5, 1e5}}) {
+            document.axes[xAxis].logarithmic = logarithmic;
+            document.axes[xAxis].range = range;
+            const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+            const Path line = lineOf(document);
+            ASSERT_GT(line.size(), 100U);
+            for (std::size_t i = 1; i < line.size(); ++i)
+                EXPECT_LE(line[i].x - line[i - 1].x, pathResolution);
+            for (const Point &point : line) {
+                const auto [x, y] = frame.valuesAt(point);
+                ASSERT_NEAR(y, 2 * std::log(x) + 3, 1e-9 * 30);
+            }
+            EXPECT_NEAR(frame.valuesAt(line.front()).x, std::fmax(range.min, 1), 1e-6);
+            EXPECT_NEAR(frame.valuesAt(line.back()).x, std::fmin(range.max, 10000), 1e-5);
+        }
+}
+
+// y = a x + b: the variance at x is 0.01 x^2 - 2 * 0.005 x + 0.04.
+TEST(FittedCurve, HasABandThatHolds95Percent) {
+    Document document = fitted("a*x+b", [](double x) { return 2 * x + 3; });
+    for (const bool absolute : {false, true}) {
+        document.fit.absoluteErrors = absolute;
+        std::vector<Path> band;
+        const Path line = lineOf(document, &band);
+        const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+        ASSERT_EQ(band.size(), 1U);
+        ASSERT_EQ(band[0].size(), 2 * line.size());
+        for (std::size_t i = 0; i < line.size(); i += 100) {
+            const double x = frame.valuesAt(line[i]).x;
+            const double half = frame.valuesAt(band[0][i]).y - (2 * x + 3);
+            const double deviation = std::sqrt(0.01 * x * x - 0.01 * x + 0.04);
+            EXPECT_NEAR(half / deviation, absolute ? 1.95996 : 2.77645, 1e-3) << x;
+            const Point &below = band[0][band[0].size() - 1 - i];
+            EXPECT_NEAR(below.y - line[i].y, line[i].y - band[0][i].y, 1e-6);
+        }
+    }
+    document.fit.freedom = 0;
+    document.fit.absoluteErrors = false;
+    std::vector<Path> band;
+    lineOf(document, &band);
+    EXPECT_TRUE(band.empty()) << "the scatter isn't known";
+}
+
+TEST(FittedCurve, IsNoneOnceThePointsAreOthers) {
+    const Document drawn = fitted("a*x+b", [](double x) { return 2 * x + 3; });
+    EXPECT_FALSE(lineOf(drawn).empty());
+    void (*const changes[])(Document &) = {
+        [](Document &d) { onlyCurve(d).values[2] += 1; },
+        [](Document &d) { onlyCurve(d).values[2] = unset; },
+        [](Document &d) { d.sources[0].tables[0].x.values[1] = 31; },
+        [](Document &d) { onlyCurve(d).drawnByFit = false; },
+        [](Document &d) { onlyCurve(d).look.stepped = true; },
+        [](Document &d) { d.fit.formula = "a*'T (K)'+b"; },
+        [](Document &d) { d.fit.formula = "a*x+b+0*T"; },
+        [](Document &d) { d.fit.formula.clear(); }};
+    for (const auto change : changes) {
+        Document document = drawn;
+        change(document);
+        EXPECT_TRUE(lineOf(document).empty()) << &change - changes;
+    }
+}
