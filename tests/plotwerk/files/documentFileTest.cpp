@@ -120,8 +120,7 @@ TEST(DocumentFile, OfALaterMinorVersionOpensWithALineOnTheLog) {
 // all of one document, which saved anew is what the newest file gives.
 TEST(DocumentFile, OfEveryVersionOpensWithEverythingInIt) {
     const std::string directory = TEST_DATA_DIR "/documents/";
-    const std::string newest =
-        saved(documentOf(readWholeFile(directory + "version2.json")), false);
+    const std::string newest = saved(documentOf(readWholeFile(directory + "version2.json")), false);
     for (const char *name : {"version1.json", "version1.cbor", "version2.json", "version2.cbor"}) {
         const Document document = documentOf(readWholeFile(directory + name));
         EXPECT_EQ(saved(document, false), newest) << name;
