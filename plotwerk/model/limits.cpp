@@ -68,6 +68,7 @@ void requireWithinLimits(const Document &document) {
         requireOrder(axis.range);
         requireLength("a title", axis.title, longestText);
     }
+    requireLength("a title", document.title, longestText);
     for (const PlacedText &placed : document.texts)
         requireLength("a text", placed.text, longestText);
     requireLength("a formula", document.formula, longestText);

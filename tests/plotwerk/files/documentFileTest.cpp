@@ -32,7 +32,8 @@ template<class T> static int membersNotSaved() {
 }
 
 TEST(DocumentFile, SavesEveryMemberOfEveryRecord) {
-    EXPECT_EQ(membersNotSaved<Document>(), 4) << "path, markHint, revision, savedRevision";
+    EXPECT_EQ(membersNotSaved<Document>(), 5)
+        << "path, markHint, fitStatus, revision, savedRevision";
     EXPECT_EQ(membersNotSaved<Table>(), 1) << "xOrder";
     for (const int count :
          {membersNotSaved<Source>(), membersNotSaved<Column>(), membersNotSaved<CurveLook>(),

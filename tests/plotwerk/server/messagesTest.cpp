@@ -89,7 +89,7 @@ TEST_F(MessagesTest, RefuseTextsThatAreTooLongAndWhatIsNoName) {
         const std::string before = contentsOf(doc);
         answerTo(methods.at(c.method), c.arguments);
         const std::string error = lastError(), method = c.method.substr(0, 40);
-        EXPECT_TRUE(c.reason.empty() ? error.empty() : error.ends_with(c.reason))
+        EXPECT_TRUE(c.reason.empty() ? error.empty() : error.starts_with(c.reason))
             << method << ": " << error;
         if (!c.reason.empty()) {
             EXPECT_TRUE(contentsOf(doc) == before) << method;
@@ -113,7 +113,10 @@ TEST(Documentation, HasTheTablesOfMessagesThatTheProtocolGives) {
     const auto written = tables(PLOTWERK_SOURCE "/docs/plotwerkd.md");
     const auto wanted = tables(MESSAGE_TABLES);
     for (const std::string &line : wanted) EXPECT_TRUE(written.contains(line)) << line;
-    for (const std::string &line : written) EXPECT_TRUE(wanted.contains(line)) << line;
+    for (const std::string &line : written) {
+        const bool isMessage = line.starts_with("| `") && line.find(":`") != std::string::npos;
+        EXPECT_TRUE(!isMessage || wanted.contains(line)) << line;
+    }
 }
 
 // A new client asks for the front document before it can ask for lastError.
