@@ -5,6 +5,7 @@
 #include "plotwerk/base/refusal.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cmath>
 #include <csignal>
 #include <cstdlib>
@@ -16,7 +17,10 @@
 #include <string>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
+#include <time.h>
 #include <unistd.h>
 
 namespace plotwerk {
@@ -75,15 +79,41 @@ static void say(int descriptor, const char *text, std::size_t length) {
     _exit(1);
 }
 
-// What the child says until it ends.
+// A fork copies the calling thread alone: what another one has locked stays locked in the child.
+// Those that look for fonts end by themselves.
+static void waitForOtherThreads() {
+    for (int i = 0; i < 1000; ++i) {
+        struct stat tasks {};
+        if (stat("/proc/self/task", &tasks) != 0 || tasks.st_nlink <= 3) return; // ., .. and this
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+static double cpuSecondsOf(pid_t process) {
+    clockid_t clock{};
+    timespec time{};
+    if (clock_getcpuclockid(process, &clock) != 0 || clock_gettime(clock, &time) != 0) return 0;
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+// What the child says until it ends. It is ended when it does nothing for long, which no limit of
+// its CPU time would do.
 static std::string heardFrom(int descriptor, pid_t child) {
-    constexpr int look = 100; // for signals, in ms
+    constexpr int look = 100;     // for signals, in ms
+    constexpr int mostIdle = 100; // looks in a row
+    int idle = 0;
+    double worked = 0;
     std::string heard;
     char part[4096];
     for (bool ended = false; !ended;) {
         pollfd waited{descriptor, POLLIN, 0};
         const int ready = poll(&waited, 1, look);
-        if (ready == 0 && endIsAskedFor()) kill(child, SIGKILL);
+        if (ready == 0) {
+            const double now = cpuSecondsOf(child);
+            idle = now > worked ? 0 : idle + 1;
+            worked = now;
+            if (idle == mostIdle || endIsAskedFor()) kill(child, SIGKILL);
+        }
         if (ready != 1) continue;
         const ssize_t count = read(descriptor, part, sizeof part);
         if (count > 0) heard.append(part, static_cast<std::size_t>(count));
@@ -110,6 +140,7 @@ void inChild(const std::function<void()> &work) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
         throw Refusal(std::string("can't start a process: ") + std::strerror(errno));
+    waitForOtherThreads();
     const pid_t parent = getpid();
     const pid_t child = fork();
     if (child == 0) workInChild(work, parent, ends[1]);
