@@ -54,9 +54,7 @@ struct RecordHead {
     RecordHead() = default;
     RecordHead(std::uint64_t payloadLength, std::uint32_t sum)
         : length(payloadLength), payloadSum(sum), headSum(sumOfHead()) {}
-    std::uint32_t sumOfHead() const {
-        return libdeflate_crc32(0, this, 12);
-    }
+    std::uint32_t sumOfHead() const { return libdeflate_crc32(0, this, 12); }
 };
 static_assert(sizeof(RecordHead) == 16);
 
