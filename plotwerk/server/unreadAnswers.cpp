@@ -4,6 +4,7 @@
 #include "plotwerk/base/log.h"
 
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <map>
@@ -35,9 +36,12 @@ double UnreadAnswers::heldFor(const std::string &client) const {
 void UnreadAnswers::require(const std::string &client) {
     const auto found = left.find(client);
     if (found == left.end() || found->second > 0) return;
+    const bool isCutOff = std::isinf(found->second);
     found->second = mostUnread() - heldFor(client);
     if (found->second > 0) return;
-    log(LogLevel::warning, "client " + client + " doesn't read its answers (limit unread)");
+    found->second = -std::numeric_limits<double>::infinity();
+    if (!isCutOff)
+        log(LogLevel::warning, "client " + client + " doesn't read its answers (limit unread)");
     throw sdbus::Error("org.freedesktop.DBus.Error.LimitsExceeded",
                        "too many answers wait to be read (limit unread)");
 }
