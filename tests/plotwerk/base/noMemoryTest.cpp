@@ -17,12 +17,13 @@
 
 static long allocationsLeft = std::numeric_limits<long>::max();
 
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
+    if (allocationsLeft == 0) return nullptr;
+    --allocationsLeft;
+    return std::malloc(size > 0 ? size : 1);
+}
 void *operator new(std::size_t size) {
-    if (allocationsLeft > 0)
-        if (void *memory = std::malloc(size > 0 ? size : 1)) {
-            --allocationsLeft;
-            return memory;
-        }
+    if (void *memory = operator new(size, std::nothrow)) return memory;
     throw std::bad_alloc();
 }
 void operator delete(void *memory) noexcept {
