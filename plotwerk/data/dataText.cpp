@@ -179,11 +179,12 @@ class TableReader {
     TableReader(Commas ofText, bool everywhere) : commas(ofText), wordsEverywhere(everywhere) {}
 
     // Lines stay where they are, as they are, until the tables are taken.
-    void readLine(const char *line, std::size_t number) {
+    void readLine(const char *line, std::size_t number, const char *textEnd) {
         lineNumber = number;
         if (rows > 0 && unusualRows < mostUnusualRows) {
             if (readPlainRow(line)) {
                 unusualRows = 0;
+                if (rows == rowsOfLongTable) reserveRows(line, textEnd);
                 appendRow();
                 return;
             }
@@ -228,6 +229,9 @@ class TableReader {
 
     // Head lines that are looked at together; a text of nothing else is looked at in such pieces.
     static constexpr std::size_t mostHeadLines = 256;
+
+    // A table of so many rows may well go on to the end of the text.
+    static constexpr std::size_t rowsOfLongTable = 1024;
 
     // After so many readPlainRow isn't tried any more.
     static constexpr int mostUnusualRows = 8;
@@ -312,7 +316,7 @@ class TableReader {
         for (std::size_t i = begin; i < head.size(); ++i) {
             if (head[i].isComment) continue;
             readFields(head[i].text, separator, commas, fields);
-            if (fits(fields, kinds, separator)) return lastWasQuoted ? i - 1 : i;
+            if (fits(fields, kinds, separator)) return i;
             const bool isQuoted = isAllQuotedNumbers(fields);
             if (isQuoted && lastWasQuoted) return i - 1;
             lastWasQuoted = isQuoted;
@@ -342,6 +346,7 @@ class TableReader {
             joined = joinedFields();
         }
         std::vector<FieldKind> kinds;
+        kinds.reserve(balance.size());
         for (const int each : balance)
             kinds.push_back(each > 0 ? FieldKind::number : FieldKind::missing);
         const auto numeric = std::count(kinds.begin(), kinds.end(), FieldKind::number);
@@ -557,6 +562,13 @@ class TableReader {
         ++rows;
     }
 
+    // Makes room for rows as long as this line up to the end of the text.
+    void reserveRows(const char *line, const char *textEnd) {
+        const std::size_t more = (textEnd - line) / (std::strlen(line) + 1) + 1;
+        if (columns.size() * (rows + more) > mostValues) return;
+        for (std::vector<double> &column : columns) column.reserve(rows + more);
+    }
+
     void requireRoom(std::size_t width, std::size_t height) const {
         if (columnsInUse + width > mostColumns) throw Refusal("data text has too many columns");
         if (values + width * height > mostValues) throw Refusal("data text has too many values");
@@ -666,6 +678,7 @@ class TableReader {
                 names[i].value_or(i == 0 ? "X" : std::string("Y").append(std::to_string(i))));
             requireName(column.name);
             columns[i].resize(rows, unset);
+            if (columns[i].capacity() / 2 > rows) columns[i].shrink_to_fit();
             column.values = std::move(columns[i]);
         }
         tables.push_back(std::move(result));
@@ -782,7 +795,7 @@ static void readLines(std::string &text, TableReader &reader) {
         std::size_t lines = 1;
         char *lineEnd = hasQuotes ? endOfLine(line, end, &lines) : nextLineFeed(line, end);
         *lineEnd = '\0';
-        reader.readLine(line, number);
+        reader.readLine(line, number, end);
         number += lines;
         line = lineEnd + 1;
     }

@@ -1,4 +1,5 @@
 // What Plotwerk reads from others: data, formulas and lists of parameters.
+#include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/data/dataText.h"
 #include "plotwerk/fit/fit.h"
@@ -33,12 +34,14 @@ static bool isSameParameter(const FitParameter &a, const FitParameter &b) {
 
 namespace fuzz {
 
-// The tables of a text are rectangular, and written they are read as they were.
+// The tables of a text or a file are rectangular, and written they are read as they were.
 void dataText(const std::string &input) {
     const char separator = separatorOf(input);
+    const auto read = (firstByte(input) & 2) != 0 ? readDataFile : readDataText;
+    setLogLevel(LogLevel::error);
     std::vector<DataTable> tables;
     try {
-        tables = readDataText(afterFirstByte(input), separator);
+        tables = read(afterFirstByte(input), separator);
     } catch (const Refusal &) {
         return;
     }
