@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <ctime>
 #include <poll.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -14,16 +15,23 @@ bool endIsAskedFor() {
            (sigismember(&pending, SIGTERM) == 1 || sigismember(&pending, SIGINT) == 1);
 }
 
-// Every tenth of a second of CPU time. A signal handler: it may call little, and not log().
+static double now() {
+    timespec time{};
+    clock_gettime(CLOCK_MONOTONIC, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+// Every 20 ms of CPU time. A signal handler: it may call little, and not log().
 static void look(int) {
-    static volatile std::sig_atomic_t wasAskedFor = 0;
     static constexpr char line[] = "plotwerkd: warning: ended in the middle of a message\n";
+    static constexpr double patience = 0.2; // seconds
+    static double askedSince = 0;           // 0: it isn't asked for
     const int before = errno;
     if (!endIsAskedFor()) {
-        wasAskedFor = 0;
-    } else if (!wasAskedFor) {
-        wasAskedFor = 1;
-    } else {
+        askedSince = 0;
+    } else if (askedSince == 0) {
+        askedSince = now();
+    } else if (now() - askedSince > patience) {
         pollfd ready{STDERR_FILENO, POLLOUT, 0};
         if (poll(&ready, 1, 0) == 1) {
             [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line, sizeof line - 1);
@@ -38,7 +46,7 @@ void endInTheMiddleOfWork() {
     action.sa_handler = look;
     action.sa_flags = SA_RESTART;
     sigaction(SIGPROF, &action, nullptr);
-    constexpr timeval tick{0, 100'000};
+    constexpr timeval tick{0, 20'000};
     const itimerval timer{tick, tick};
     setitimer(ITIMER_PROF, &timer, nullptr);
 }

@@ -9,8 +9,8 @@ namespace plotwerk {
 // Whether one of the signals has come that nobody has taken yet.
 bool endIsAskedFor();
 
-// From here on such a signal ends the process with status 0 when it works on for another 0.1 s to
-// 0.2 s of CPU time: as a kill would, but with a line on the log. A child has no part in it.
+// From here on such a signal ends the process with status 0 when it works on for another 0.2 s:
+// as a kill would, but with a line on the log. A child has no part in it.
 void endInTheMiddleOfWork();
 
 } // namespace plotwerk

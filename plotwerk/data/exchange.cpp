@@ -113,7 +113,7 @@ void replaceData(Document &document, const std::string &source, std::string text
     int others = numberOfCurves(document);
     for (const Table &table : old) others -= static_cast<int>(table.y.size());
     std::vector<Table> tables = tablesOf(std::move(read), others);
-    requireRoom(bytesOf(tables));
+    requireRoom(bytesOf(tables) - bytesOf(old));
     for (std::size_t t = 0; t < std::min(tables.size(), old.size()); ++t)
         for (std::size_t c = 0; c < std::min(tables[t].y.size(), old[t].y.size()); ++c)
             takeOver(old[t].y[c], tables[t].y[c]);

@@ -40,23 +40,25 @@ static void cutRows(Table &table, const Range &xRange, const Range &upperXRange)
         ranges.push_back(!drawn ? nullptr : look.upperX ? &upperXRange : &xRange);
     }
 
-    std::vector<double> kept;
-    for (std::size_t row = 0; row < table.x.values.size(); ++row) {
-        const double x = table.x.values[row];
+    std::vector<double> xs = std::move(table.x.values);
+    std::size_t kept = 0;
+    for (std::size_t row = 0; row < xs.size(); ++row) {
+        const double x = xs[row];
         const auto shows = [&](const Range *range) { return range && contains(*range, x); };
         if (std::none_of(ranges.begin(), ranges.end(), shows)) continue;
         for (std::size_t c = 0; c < table.y.size(); ++c) {
             std::vector<double> &values = table.y[c].values;
-            values[kept.size()] = !ranges[c] || shows(ranges[c]) ? values[row] : unset;
+            values[kept] = !ranges[c] || shows(ranges[c]) ? values[row] : unset;
         }
-        kept.push_back(x);
+        xs[kept++] = x;
     }
-    for (Column &column : table.y) {
-        column.values.resize(kept.size());
-        column.values.shrink_to_fit();
-    }
-    kept.shrink_to_fit();
-    setX(table, std::move(kept));
+    const auto cut = [&](std::vector<double> &values) {
+        values.resize(kept);
+        values.shrink_to_fit();
+    };
+    cut(xs);
+    for (Column &column : table.y) cut(column.values);
+    setX(table, std::move(xs));
 }
 
 Document duplicateAsPlotted(const Document &document) {

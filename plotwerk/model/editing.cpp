@@ -34,30 +34,15 @@ static std::vector<int> sortedRows(std::vector<double> key) {
     return {rows.begin(), rows.end()};
 }
 
-// Brings values into the order of the rows, without taking memory: each cycle of the order is
-// walked once, and rows that have been on one bear their complement until the outer walk comes by.
-static void permute(std::vector<double> &values, std::vector<int> &rows) {
-    for (int begin = 0; begin < static_cast<int>(rows.size()); ++begin) {
-        if (rows[begin] < 0) {
-            rows[begin] = ~rows[begin];
-            continue;
-        }
-        const double first = values[begin];
-        int at = begin;
-        for (int from = rows[at]; from != begin; from = rows[at]) {
-            values[at] = values[from];
-            if (at != begin) rows[at] = ~from;
-            at = from;
-        }
-        values[at] = first;
-        if (at != begin) rows[at] = ~begin;
-    }
-}
-
-static void sortRows(Table &table, std::vector<int> rows) {
-    permute(table.x.values, rows);
+// With a place for as many values as the table has rows: so no memory is taken once it changes.
+static void sortRows(Table &table, const std::vector<int> &rows, std::vector<double> &place) {
+    const auto sort = [&](std::vector<double> &values) {
+        for (std::size_t i = 0; i < rows.size(); ++i) place[i] = values[rows[i]];
+        std::copy_n(place.begin(), rows.size(), values.begin());
+    };
+    sort(table.x.values);
     table.xOrder = {};
-    for (Column &column : table.y) permute(column.values, rows);
+    for (Column &column : table.y) sort(column.values);
 }
 
 static void requireSorting(const std::vector<CurveRef> &curves, const Document &document) {
@@ -296,10 +281,14 @@ void sortByX(Document &document) {
     const std::vector<CurveRef> curves = firstOfEachTable(requireSelection(document));
     requireSorting(curves, document);
     std::vector<std::vector<int>> orders;
-    for (const CurveRef &curve : curves)
+    std::size_t mostRows = 0;
+    for (const CurveRef &curve : curves) {
         orders.push_back(sortedRows(tableOf(document, curve).x.values));
+        mostRows = std::max(mostRows, orders.back().size());
+    }
+    std::vector<double> place(mostRows);
     for (std::size_t i = 0; i < curves.size(); ++i)
-        sortRows(tableOf(document, curves[i]), std::move(orders[i]));
+        sortRows(tableOf(document, curves[i]), orders[i], place);
 }
 
 void sortBySelection(Document &document, bool ascending) {
@@ -308,7 +297,9 @@ void sortBySelection(Document &document, bool ascending) {
     std::vector<double> key = columnOf(document, first).values;
     if (!ascending)
         for (double &value : key) value = -value;
-    sortRows(tableOf(document, first), sortedRows(std::move(key)));
+    const std::vector<int> rows = sortedRows(std::move(key));
+    std::vector<double> place(rows.size());
+    sortRows(tableOf(document, first), rows, place);
 }
 
 void swapSelectionWithX(Document &document) {
