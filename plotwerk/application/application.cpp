@@ -73,6 +73,12 @@ static std::string withoutMark(std::string text) {
     return text;
 }
 
+std::string dataTextOf(std::string bytes) {
+    if (bytes.find('\0') != std::string::npos)
+        throw Refusal("neither a saved document nor data text");
+    return withoutMark(plw::utf8Of(std::move(bytes)));
+}
+
 // The document in a file of any kind. Its name may be taken.
 static Document documentIn(const fs::path &path, char decimalSeparator) {
     std::string bytes = readWholeFile(path);
@@ -82,11 +88,7 @@ static Document documentIn(const fs::path &path, char decimalSeparator) {
             document = documentOf(std::move(bytes));
             document.path = path;
         } else {
-            if (bytes.find('\0') != std::string::npos) {
-                throw Refusal("neither a saved document nor data text");
-            }
-            addData(document, nameAfter(path), withoutMark(plw::utf8Of(std::move(bytes))),
-                    decimalSeparator);
+            addData(document, nameAfter(path), dataTextOf(std::move(bytes)), decimalSeparator);
         }
     } catch (const Refusal &refusal) {
         throw Refusal("can't open " + path.string() + ": " + refusal.what());
@@ -152,6 +154,7 @@ bool Application::lastSaveSucceeded(const Document &document) const {
 
 void Application::close(const Document &document, bool keepChanges) {
     if (keepChanges && hasUnsavedChanges(document)) {
+        if (desktop && desktop->asksToSave(document)) return;
         const fs::path kept = keepDocument(document);
         log(LogLevel::info,
             "unsaved changes of " + inQuotes(document.name) + " kept in " + kept.string());

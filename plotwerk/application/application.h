@@ -39,6 +39,10 @@ struct MouseSelection {
     int keys = 0;
 };
 
+// The text in the bytes of a file of data text, in UTF-8 without a mark of the byte order. Throws
+// Refusal when they are no text.
+std::string dataTextOf(std::string bytes);
+
 // A name is never empty and never that of two documents: a taken one is made unique by adding the
 // time. The front document is the one opened, created or activated last. Whatever throws a Refusal
 // has changed nothing.
@@ -80,15 +84,17 @@ class Application {
     // Of the document itself or of its picture; false before the first.
     bool lastSaveSucceeded(const Document &document) const;
 
-    // With keepChanges a document with unsaved changes is first kept under
-    // $XDG_STATE_HOME/plotwerk/, and the log says where. Throws Refusal when that can't be done.
+    // With keepChanges the desktop is left to ask what becomes of unsaved changes, or, without one,
+    // they are first kept under $XDG_STATE_HOME/plotwerk/, and the log says where. Throws Refusal
+    // when that can't be done.
     void close(const Document &document, bool keepChanges);
 
     // From here on the documents have journals (journal.h), under
     // $XDG_STATE_HOME/plotwerk/journal/. Removes old ones. To be called before there are documents.
     void keepJournals();
 
-    // Logs what recover would bring back.
+    // What recover would bring back, a line for each document; and logs it.
+    std::vector<std::string> leftDocuments() const;
     void tellLeftJournals() const;
 
     // Brings back the documents of the journals that nobody uses, each in front of the one before,
