@@ -133,6 +133,17 @@ Application::OpenDocument &Application::openOf(const Document &document) {
     return const_cast<OpenDocument &>(std::as_const(*this).openOf(document));
 }
 
+void Application::restore(Document &document, Document version, bool isSaved) {
+    change(document, [&](Document &changed) {
+        version.path = changed.path;
+        version.revision = changed.revision;
+        version.savedRevision = changed.savedRevision;
+        changed = std::move(version);
+    });
+    if (isSaved) setSaved(document);
+    record(document, {}, [] { return std::nullopt; });
+}
+
 void Application::save(const Document &saved, const fs::path &path, bool binary, bool ownPath) {
     auto &[document, succeeded, journal, mouse] = openOf(saved);
     succeeded = false;

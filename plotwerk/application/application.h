@@ -74,6 +74,10 @@ class Application {
     // Throws Refusal: a file that can't be read, is damaged, or is neither.
     Document &open(const std::filesystem::path &file, bool rangeOverAll);
 
+    // The document becomes as `version` is, but for its path. With isSaved that is what its file
+    // holds.
+    void restore(Document &document, Document version, bool isSaved);
+
     // Saves as JSON or, when binary, as CBOR; an empty path stands for the document's own. With
     // ownPath the path becomes the document's own; its name stays, since clients address it by
     // that. What is saved in the document's own file counts as changed no more. Throws Refusal: no

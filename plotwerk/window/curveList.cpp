@@ -2,6 +2,7 @@
 
 #include "plotwerk/model/curves.h"
 
+#include <numbers>
 #include <utility>
 
 namespace plotwerk {
@@ -18,6 +19,8 @@ struct Row {
     bool marked = false;
     bool fitData = false;
     bool hidden = false;
+    bool line = false;
+    bool symbols = false;
     double red = 0;
     double green = 0;
     double blue = 0;
@@ -48,6 +51,8 @@ static Row rowOf(const Column &column, int index) {
             column.marked,
             column.fitData,
             !column.look.visible,
+            column.look.line,
+            column.look.symbols,
             colour.red,
             colour.green,
             colour.blue};
@@ -130,7 +135,9 @@ void CurveList::bind(const Glib::RefPtr<Gtk::ListItem> &listItem) {
     swatch->set_visible(row.kind == Row::curve);
     swatch->set_draw_func([row](const Cairo::RefPtr<Cairo::Context> &cr, int width, int height) {
         cr->set_source_rgba(row.red, row.green, row.blue, row.hidden ? 0.3 : 1);
-        cr->rectangle(0, height / 2.0 - 1.5, width, 3);
+        const double middle = height / 2.0;
+        if (row.line) cr->rectangle(0, middle - 1, width, 2);
+        if (row.symbols) cr->arc(width / 2.0, middle, 3.5, 0, 2 * std::numbers::pi);
         cr->fill();
     });
     name->set_text(row.text);

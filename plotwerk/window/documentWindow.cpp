@@ -20,6 +20,7 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
     : Gtk::ApplicationWindow(app),
       application(*app),
       document(shown),
+      versions(shown),
       curves(shown, [this](const std::vector<int> &chosen) { selectCurves(chosen); }),
       plot(shown, {.select =
                        [this](const MouseSelection &selection) {
@@ -106,6 +107,14 @@ void DocumentWindow::addActions() {
     add_action("print", [this] { printByDialog(*this, document, [](const std::string &) {}); });
     add_action("close", [this] { closeAfterAsking(); });
 
+    undo = add_action("undo", [this] {
+        endStep();
+        if (versions.canUndo() && !application.isBusy()) restore(versions.undo());
+    });
+    redo = add_action("redo", [this] {
+        endStep();
+        if (versions.canRedo() && !application.isBusy()) restore(versions.redo());
+    });
     forSelection.push_back(
         add_action("copy-data", [this] { send("copySelectedCurvesOf_includeX_", {true}); }));
     add_action("copy-picture", [this] { send("copyPDF_"); });
@@ -177,8 +186,38 @@ void DocumentWindow::send(const char *member, std::vector<Argument> arguments) {
     isDone(member, std::move(arguments));
 }
 
+void DocumentWindow::hear(const MessageLine &message) {
+    journalPane.add(message);
+    const auto kind = message.selects            ? Versions::Change::ofView
+                      : !message.setting.empty() ? Versions::Change::ofSetting
+                                                 : Versions::Change::ofData;
+    change = std::max(change, kind);
+}
+
+void DocumentWindow::endStep() {
+    // What nobody has told of may be anything.
+    const auto kind = change == Versions::Change::none ? Versions::Change::ofData : change;
+    versions.keep(document, kind, journalPane.numberOfLines());
+    change = Versions::Change::none;
+}
+
+void DocumentWindow::restore(const Versions::Version &version) {
+    application.restore(document, version);
+    versions.setRestored(document);
+    journalPane.showLines(version.lines);
+    picture().refreshNow();
+}
+
 void DocumentWindow::refresh() {
     if (retired) return;
+    if (!std::exchange(stepIsDue, true)) {
+        add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock> &) {
+            stepIsDue = false;
+            endStep();
+            updateActions();
+            return false;
+        });
+    }
     updateTitle();
     updateActions();
     plot.refresh(application.mouseSelection(document));
@@ -202,6 +241,8 @@ void DocumentWindow::updateActions() {
     setState(symbols, first && columnOf(document, *first).look.symbols);
     setState(logarithmicX, document.axes[xAxis].logarithmic);
     setState(logarithmicY, document.axes[yAxis].logarithmic);
+    undo->set_enabled(versions.canUndo());
+    redo->set_enabled(versions.canRedo());
     back->set_enabled(history.hasEarlier());
     forward->set_enabled(history.hasLater());
 }
@@ -401,6 +442,7 @@ void DocumentWindow::closeAfterAsking() {
     auto asking = std::make_unique<Gtk::MessageDialog>(
         *this, Glib::ustring::sprintf("Save changes to “%s” before closing?", document.name), false,
         Gtk::MessageType::QUESTION, Gtk::ButtonsType::NONE, true);
+    asking->set_title("Save Changes");
     asking->set_secondary_text("Changes that are not saved will be lost.");
     constexpr int discard = 1;
     auto *discarding = asking->add_button("_Discard", discard);

@@ -5,6 +5,7 @@
 #include "plotwerk/window/curveList.h"
 #include "plotwerk/window/journalPane.h"
 #include "plotwerk/window/plotArea.h"
+#include "plotwerk/window/versions.h"
 #include "plotwerk/window/viewHistory.h"
 
 #include <gtkmm.h>
@@ -21,10 +22,16 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     DocumentWindow(const Glib::RefPtr<WindowedApplication> &application, Document &document);
 
     PictureArea &picture() { return plot.picture(); }
-    JournalPane &journal() { return journalPane; }
+
+    // A message of that line was done to the document.
+    void hear(const MessageLine &line);
 
     // To be called when the document may have changed.
     void refresh();
+
+    // What was done until now is a step of its own, to be undone alone. Messages of one frame are
+    // one step otherwise.
+    void endStep();
 
     // A line for the user, until the next one; empty: none.
     void tell(const Glib::ustring &line);
@@ -42,6 +49,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     void send(const char *member, std::vector<Argument> arguments = {});
     bool isDone(const char *member, std::vector<Argument> arguments);
 
+    void restore(const Versions::Version &version);
     void selectCurves(const std::vector<int> &curves);
     void setRanges(const std::vector<AxisRange> &ranges);
     void showView(const View &view);
@@ -67,6 +75,9 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     WindowedApplication &application;
     Document &document;
     ViewHistory history;
+    Versions versions;
+    Versions::Change change = Versions::Change::none; // since the last version
+    bool stepIsDue = false;
     std::string readOutText;
 
     CurveList curves;
@@ -80,6 +91,8 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     Glib::RefPtr<Gio::SimpleAction> line;
     Glib::RefPtr<Gio::SimpleAction> symbols;
     std::vector<Glib::RefPtr<Gio::SimpleAction>> forSelection; // need one
+    Glib::RefPtr<Gio::SimpleAction> undo;
+    Glib::RefPtr<Gio::SimpleAction> redo;
     Glib::RefPtr<Gio::SimpleAction> back;
     Glib::RefPtr<Gio::SimpleAction> forward;
     Glib::RefPtr<Gtk::FileChooserNative> chooser;

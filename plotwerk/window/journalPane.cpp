@@ -18,30 +18,52 @@ JournalPane::JournalPane() {
     set_min_content_height(96);
 }
 
-void JournalPane::add(const MessageLine &line) {
-    const auto buffer = view.get_buffer();
-    const auto eraseLine = [&](std::size_t from, std::size_t count) {
-        auto begin = buffer->get_iter_at_line(static_cast<int>(from));
-        auto end = buffer->get_iter_at_line(static_cast<int>(from + count));
-        buffer->erase(begin, end);
-    };
-    const auto rowsOf = [](const MessageLine &of) {
-        return static_cast<std::size_t>(std::count(of.text.begin(), of.text.end(), '\n')) + 1;
-    };
-    if (!line.setting.empty()) {
-        std::size_t row = static_cast<std::size_t>(buffer->get_line_count()) - 1;
-        for (std::size_t i = lines.size(); i-- > 0 && !lines[i].setting.empty();) {
-            row -= rowsOf(lines[i]);
-            if (lines[i].setting != line.setting) continue;
-            eraseLine(row, rowsOf(lines[i]));
-            lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(i));
-            break;
-        }
-    }
+static std::size_t rowsOf(const MessageLine &line) {
+    return static_cast<std::size_t>(std::count(line.text.begin(), line.text.end(), '\n')) + 1;
+}
+
+void JournalPane::insert(const MessageLine &line) {
     lines.push_back(line);
+    const auto buffer = view.get_buffer();
     buffer->insert(buffer->end(), line.text + '\n');
     auto end = buffer->end();
     view.scroll_to(end);
+}
+
+void JournalPane::erase(std::size_t from, std::size_t count) {
+    const auto buffer = view.get_buffer();
+    std::size_t row = 0;
+    for (std::size_t i = 0; i < from; ++i) row += rowsOf(lines[i]);
+    std::size_t last = row;
+    for (std::size_t i = from; i < from + count; ++i) last += rowsOf(lines[i]);
+    auto begin = buffer->get_iter_at_line(static_cast<int>(row));
+    auto end = buffer->get_iter_at_line(static_cast<int>(last));
+    buffer->erase(begin, end);
+    const auto first = lines.begin() + static_cast<std::ptrdiff_t>(from);
+    lines.erase(first, first + static_cast<std::ptrdiff_t>(count));
+}
+
+void JournalPane::add(const MessageLine &line) {
+    takenBack.clear();
+    if (!line.setting.empty()) {
+        for (std::size_t i = lines.size(); i-- > 0 && !lines[i].setting.empty();) {
+            if (lines[i].setting != line.setting) continue;
+            erase(i, 1);
+            break;
+        }
+    }
+    insert(line);
+}
+
+void JournalPane::showLines(std::size_t count) {
+    if (count < lines.size()) {
+        for (std::size_t i = lines.size(); i-- > count;) takenBack.push_back(lines[i]);
+        erase(count, lines.size() - count);
+    }
+    while (count > lines.size() && !takenBack.empty()) {
+        insert(takenBack.back());
+        takenBack.pop_back();
+    }
 }
 
 std::string JournalPane::script() const {

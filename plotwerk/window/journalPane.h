@@ -14,14 +14,24 @@ class JournalPane final : public Gtk::ScrolledWindow {
   public:
     JournalPane();
 
-    // Adds a line. Of lines that set the same, one after the other, the last one stays.
+    // Adds a line. Of lines that set the same, one after the other, the last one stays. Lines that
+    // were taken back are forgotten.
     void add(const MessageLine &line);
+
+    std::size_t numberOfLines() const { return lines.size(); }
+
+    // Takes lines back, or puts back what was taken back, so that there are so many.
+    void showLines(std::size_t count);
 
     // The lines as a script for a shell.
     std::string script() const;
 
   private:
+    void insert(const MessageLine &line);
+    void erase(std::size_t from, std::size_t count);
+
     std::vector<MessageLine> lines;
+    std::vector<MessageLine> takenBack; // the next one last
     Gtk::TextView view;
 };
 

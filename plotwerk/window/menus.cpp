@@ -32,6 +32,9 @@ static constexpr Entry entries[] = {
     {"_Quit", "app.quit", "<Control>q"},
 
     {"_Edit", menu},
+    {"_Undo", "win.undo", "<Control>z"},
+    {"_Redo", "win.redo", "<Control><Shift>z"},
+    {"", section},
     {"_Copy Data", "win.copy-data", "<Control>c"},
     {"Copy P_icture", "win.copy-picture", "<Control><Shift>c"},
     {"Copy _Read-Out", "win.copy-read-out", "<Control><Shift>r"},

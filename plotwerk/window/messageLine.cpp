@@ -74,6 +74,7 @@ static constexpr Row rows[] = {
     {"setDeciSeparator_", "setDecimalSeparator", "s"},
     {"replaceDataformText_of_source_doRangeOverAll_", "replaceData", "p d s r"},
     {"readDataformText_of_source_doRangeOverAll_appendToExistingData_", "readData", "p d s r a"},
+    {"appendDataAndDrawInFastMode_of_source_", "readData -a yes", "p d s"},
     {"copySelectedCurvesOf_includeX_", "copy", "d i"},
     {"pasteDataOf_", "pasteData", "d"},
     {"duplicateAsPlottedOf_", "duplicateAsPlotted", "d"},
@@ -217,6 +218,7 @@ std::optional<MessageLine> messageLine(const RecordedMessage &message) {
             if (row.member != message.member) continue;
             MessageLine line = lineOf(row);
             if (row.sets && setsAll(message)) line.setting = message.member;
+            line.selects = message.member.starts_with("selectCurvesOf_");
             return line;
         }
         return std::nullopt;

@@ -16,6 +16,8 @@ struct MessageLine {
     // The setting that it gives a value of its own, so that it makes a line before it with the same
     // one superfluous, if only lines with such settings stand between; empty for other messages.
     std::string setting;
+
+    bool selects = false; // curves, and nothing else
 };
 
 // Without the document's name: the line is for the document in front. A message for which there is

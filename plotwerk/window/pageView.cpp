@@ -4,11 +4,14 @@
 
 namespace plotwerk {
 
+static constexpr double margin = 8; // around the page, in pixels
+
 PageView fittedView(const Picture &picture, int width, int height) {
     PageView view;
     view.frame = picture.scaledFrame();
     view.page = picture.page();
-    view.scale = std::min(width / view.page.width(), height / view.page.height());
+    view.scale = std::max(0.01, std::min((width - 2 * margin) / view.page.width(),
+                                         (height - 2 * margin) / view.page.height()));
     view.corner = {(width - view.scale * view.page.width()) / 2,
                    (height - view.scale * view.page.height()) / 2};
     return view;

@@ -89,11 +89,17 @@ void WindowedApplication::openFile(const std::string &path) {
 
 bool WindowedApplication::perform(const char *member, std::vector<Argument> arguments) {
     if (busy || !server) return false;
+    for (const auto &[document, window] : windows) window->endStep();
     served.lastError.clear();
     server->perform({served.decimalSeparator, member, std::move(arguments)});
     if (DocumentWindow *window = frontWindow()) window->tell(served.lastError);
     refresh();
     return served.lastError.empty();
+}
+
+void WindowedApplication::restore(Document &document, const Versions::Version &version) {
+    served.restore(document, version.document, version.isSaved);
+    refresh();
 }
 
 // Messages that come one after the other would leave no time for the picture.
@@ -107,7 +113,7 @@ void WindowedApplication::refresh() {
 void WindowedApplication::hear(const RecordedMessage &message) {
     const auto line = messageLine(message);
     if (!line) return;
-    if (DocumentWindow *window = windowOf(line->document)) window->journal().add(*line);
+    if (DocumentWindow *window = windowOf(line->document)) window->hear(*line);
 }
 
 DocumentWindow *WindowedApplication::frontWindow() {
@@ -195,6 +201,7 @@ void WindowedApplication::offerLeftDocuments() {
                                                   Gtk::MessageType::QUESTION,
                                                   Gtk::ButtonsType::NONE, true);
     if (DocumentWindow *window = frontWindow()) dialog->set_transient_for(*window);
+    dialog->set_title("Plotwerk");
     dialog->set_secondary_text("Plotwerk ended before they were saved.\n\n" + list);
     dialog->add_button("_Not Now", Gtk::ResponseType::CANCEL);
     auto *bringing = dialog->add_button("_Bring Back", Gtk::ResponseType::ACCEPT);
@@ -214,6 +221,7 @@ void WindowedApplication::fail(const std::string &reason) {
     dialog = std::make_unique<Gtk::MessageDialog>("Plotwerk can't answer messages", false,
                                                   Gtk::MessageType::ERROR, Gtk::ButtonsType::CLOSE,
                                                   true);
+    dialog->set_title("Plotwerk");
     dialog->set_secondary_text(reason);
     dialog->signal_response().connect([this](int) { end(); });
     dialog->show();

@@ -38,6 +38,12 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     }
     char decimalSeparator() const { return served.decimalSeparator; }
 
+    // While a message lets the main loop run, nothing else may be done to a document.
+    bool isBusy() const { return busy; }
+
+    // As plotwerk::Application::restore.
+    void restore(Document &document, const Versions::Version &version);
+
     void openFile(const std::string &path);
 
     // The window's document is closed by the user: with the last window the program ends.
@@ -76,8 +82,7 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     std::map<const Document *, std::unique_ptr<DocumentWindow>> windows;
     std::vector<std::unique_ptr<DocumentWindow>> retired; // until the loop is idle
     std::unique_ptr<Gtk::MessageDialog> dialog;
-    bool busy = false;     // with a message that lets the main loop run
-    bool quitting = false; // as soon as no window is left
+    bool busy = false; // with a message that lets the main loop run
     int exitStatus = 0;
 };
 

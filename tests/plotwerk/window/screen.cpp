@@ -1,10 +1,12 @@
 #include "tests/plotwerk/window/screen.h"
 
+#include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
-#include <thread>
+#include <utility>
 
 static constexpr int screenWidth = 1280;
 static constexpr int screenHeight = 900;
