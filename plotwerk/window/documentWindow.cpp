@@ -6,9 +6,11 @@
 #include "plotwerk/model/change.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/window/clipboard.h"
+#include "plotwerk/window/menus.h"
 #include "plotwerk/window/printing.h"
 #include "plotwerk/window/windowedApplication.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -39,7 +41,24 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
                            history.leave(viewOf(document));
                            send("display_doRangeOverAll_", {true});
                        },
-                   .readOut = [this](const ReadOut &readOut) { showReadOut(readOut); }}) {
+                   .setFitRange =
+                       [this](double min, double max) {
+                           send("setFitRangeOf_xmin_xmax_", {min, max});
+                       },
+                   .readOut = [this](const ReadOut &readOut) { showReadOut(readOut); }}),
+      fitPane(
+          shown,
+          {.setFormula =
+               [this](const std::string &text) {
+                   return isDone("setFormulaOf_formulaText_", {document.name, text});
+               },
+           .setParameters =
+               [this](std::string list) {
+                   std::replace(list.begin(), list.end(), '.', application.decimalSeparator());
+                   return isDone("readFormulaParameterOf_parameterList_", {document.name, list});
+               },
+           .fit =
+               [this] { return isDone("startFitOf_iterations_lambda_chiq_", {document.name}); }}) {
     set_default_size(960, 640);
     set_show_menubar();
 
@@ -48,7 +67,15 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
     auto *across = Gtk::make_managed<Gtk::Paned>(Gtk::Orientation::HORIZONTAL);
     curves.set_size_request(160, -1);
     across->set_start_child(curves);
-    across->set_end_child(plot);
+    auto *plotAndFit = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL);
+    plotAndFit->append(plot);
+    plotAndFit->append(fitPane);
+    fitPane.set_visible(false);
+    fitPane.property_visible().signal_changed().connect([this] {
+        plot.showFitRange(fitPane.get_visible());
+        fitPane.refresh();
+    });
+    across->set_end_child(*plotAndFit);
     across->set_resize_start_child(false);
     across->set_shrink_start_child(false);
     across->set_shrink_end_child(false);
@@ -86,6 +113,7 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
 
     addActions();
     addDropTarget();
+    add_controller(yieldingKeys());
     signal_close_request().connect(
         [this] {
             closeAfterAsking();
@@ -143,6 +171,7 @@ void DocumentWindow::addActions() {
         add_action_bool("logarithmic-y", [this] { toggleLogarithmic(yAxis, *logarithmicY); });
     add_action(Gio::PropertyAction::create("show-curves", curves.property_visible()));
     add_action(Gio::PropertyAction::create("show-journal", journalPane.property_visible()));
+    add_action(Gio::PropertyAction::create("show-fit", fitPane.property_visible()));
     add_action("save-script", [this] { saveScript(); });
 
     line = add_action_bool("toggle-line", [this] { setLooks("line", 0); });
@@ -222,6 +251,7 @@ void DocumentWindow::refresh() {
     updateActions();
     plot.refresh(application.mouseSelection(document));
     curves.refresh();
+    if (fitPane.get_visible()) fitPane.refresh();
 }
 
 void DocumentWindow::updateTitle() {

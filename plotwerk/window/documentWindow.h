@@ -3,6 +3,7 @@
 #define PLOTWERK_WINDOW_DOCUMENTWINDOW_H
 
 #include "plotwerk/window/curveList.h"
+#include "plotwerk/window/fitPane.h"
 #include "plotwerk/window/journalPane.h"
 #include "plotwerk/window/plotArea.h"
 #include "plotwerk/window/versions.h"
@@ -83,6 +84,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     CurveList curves;
     PlotArea plot;
     JournalPane journalPane;
+    FitPane fitPane;
     Gtk::Label placeLabel;
     Gtk::Label pointLabel;
     Gtk::Label messageLabel;

@@ -10,6 +10,7 @@ struct Entry {
     const char *label;
     const char *action;
     const char *key = "";
+    bool yields = false; // its key, to a text that is being written
 };
 
 } // namespace
@@ -32,16 +33,16 @@ static constexpr Entry entries[] = {
     {"_Quit", "app.quit", "<Control>q"},
 
     {"_Edit", menu},
-    {"_Undo", "win.undo", "<Control>z"},
-    {"_Redo", "win.redo", "<Control><Shift>z"},
+    {"_Undo", "win.undo", "<Control>z", true},
+    {"_Redo", "win.redo", "<Control><Shift>z", true},
     {"", section},
-    {"_Copy Data", "win.copy-data", "<Control>c"},
+    {"_Copy Data", "win.copy-data", "<Control>c", true},
     {"Copy P_icture", "win.copy-picture", "<Control><Shift>c"},
     {"Copy _Read-Out", "win.copy-read-out", "<Control><Shift>r"},
-    {"_Paste Data", "win.paste-data", "<Control>v"},
+    {"_Paste Data", "win.paste-data", "<Control>v", true},
     {"", section},
-    {"Select _All Curves", "win.select-all", "<Control>a"},
-    {"_Delete Curves", "win.delete", "Delete"},
+    {"Select _All Curves", "win.select-all", "<Control>a", true},
+    {"_Delete Curves", "win.delete", "Delete", true},
 
     {"_View", menu},
     {"Zoom _In", "win.zoom-in", "<Control>plus"},
@@ -54,6 +55,7 @@ static constexpr Entry entries[] = {
     {"L_ogarithmic y", "win.logarithmic-y"},
     {"", section},
     {"_Curves", "win.show-curves", "F9"},
+    {"_Fit", "win.show-fit", "F7"},
     {"_Journal", "win.show-journal", "F8"},
     {"Save Journal as Script…", "win.save-script"},
 
@@ -88,10 +90,24 @@ void addMenus(Gtk::Application &application) {
             opened->append_section(part);
             continue;
         }
-        part->append(entry.label, entry.action);
-        if (*entry.key) application.set_accel_for_action(entry.action, entry.key);
+        const auto item = Gio::MenuItem::create(entry.label, entry.action);
+        if (entry.yields)
+            item->set_attribute_value("accel", Glib::Variant<Glib::ustring>::create(entry.key));
+        else if (*entry.key)
+            application.set_accel_for_action(entry.action, entry.key);
+        part->append_item(item);
     }
     application.set_menubar(bar);
+}
+
+Glib::RefPtr<Gtk::ShortcutController> yieldingKeys() {
+    auto keys = Gtk::ShortcutController::create();
+    for (const Entry &entry : entries) {
+        if (!entry.yields) continue;
+        keys->add_shortcut(Gtk::Shortcut::create(Gtk::ShortcutTrigger::parse_string(entry.key),
+                                                 Gtk::NamedAction::create(entry.action)));
+    }
+    return keys;
 }
 
 } // namespace plotwerk

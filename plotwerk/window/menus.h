@@ -10,6 +10,9 @@ namespace plotwerk {
 // there.
 void addMenus(Gtk::Application &application);
 
+// For a window: the keys that also mean something where a text is written, and yield to that.
+Glib::RefPtr<Gtk::ShortcutController> yieldingKeys();
+
 } // namespace plotwerk
 
 #endif

@@ -197,9 +197,15 @@ static std::string signatureOf(const RecordedMessage &message) {
 static MessageLine lineOfBusctl(const RecordedMessage &message) {
     MessageLine line;
     line.document = std::get<std::string>(message.arguments.front());
-    line.text = std::string("busctl --user call ") + plotwerkControl::busName + ' ' +
-                plotwerkControl::objectPath + ' ' + plotwerkControl::busName + ' ' +
-                message.member + ' ' + signatureOf(message);
+    line.text = "busctl --user call";
+    const std::string signature = signatureOf(message);
+    for (const std::string_view word :
+         {std::string_view(plotwerkControl::busName), std::string_view(plotwerkControl::objectPath),
+          std::string_view(plotwerkControl::busName), std::string_view(message.member),
+          std::string_view(signature)}) {
+        line.text += ' ';
+        line.text += word;
+    }
     for (const Argument &argument : message.arguments)
         line.text += ' ' + std::visit([](const auto &value) { return wordOf(value); }, argument);
     return line;

@@ -1,6 +1,7 @@
 #include "plotwerk/window/plotArea.h"
 
 #include "plotwerk/model/curves.h"
+#include "plotwerk/model/ranges.h"
 
 #include <cmath>
 #include <utility>
@@ -9,6 +10,7 @@ namespace plotwerk {
 
 static constexpr double dragThreshold = 4; // pixels that a hand may tremble in a click
 static constexpr double clickDistance = 8; // pixels from a curve
+static constexpr double handleDistance = 6;
 static constexpr double wheelFactor = 0.8; // of what is shown, for each click of the wheel
 static constexpr double keyFactor = 0.8;
 static constexpr double keyPan = 0.1;             // of the frame
@@ -24,7 +26,7 @@ PlotArea::PlotArea(const Document &shown, PlotWishes heard)
     add_overlay(marksArea);
     set_focusable();
     set_focus_on_click();
-    set_cursor(Gdk::Cursor::create("crosshair"));
+    set_cursor("crosshair");
     addMouse();
     addKeys();
 }
@@ -99,8 +101,67 @@ void PlotArea::refresh(const MouseSelection &selection) {
     const bool had = marks.selection.has_value();
     marks.selection = box;
     if (had || box) redrawMarks();
+    placeFitRange();
     pictureArea.refresh();
     if (pointer && readOutRevision != document.revision) move(pointer->x, pointer->y);
+}
+
+void PlotArea::showFitRange(bool shown) {
+    showsFitRange = shown;
+    placeFitRange();
+}
+
+// Limits beyond the frame, and those that nothing sets, are its edges.
+void PlotArea::placeFitRange() {
+    if (handle || (!showsFitRange && !marks.fitRange)) return;
+    marks.fitRange.reset();
+    if (showsFitRange) {
+        const ScaledFrame &frame = pictureArea.view().frame;
+        const Range range = fitRangeOf(document);
+        const auto edge = [&](double value, double other) {
+            return limited(frame.scales[xAxis].position(value), 0, frame.width, other);
+        };
+        const bool reversed = frame.scales[xAxis].reversed;
+        const auto [left, right] = std::minmax({edge(range.min, reversed ? frame.width : 0),
+                                                edge(range.max, reversed ? 0 : frame.width)});
+        marks.fitRange = Box{left, 0, right, frame.height};
+    }
+    redrawMarks();
+}
+
+// Of a place in the widget. Null where there is none.
+double *PlotArea::handleAt(const Point &place) {
+    if (!marks.fitRange) return nullptr;
+    const PageView &view = pictureArea.view();
+    const Point onPaper = view.onPaper(place);
+    if (onPaper.y < 0 || onPaper.y > view.frame.height) return nullptr;
+    for (double *edge : {&marks.fitRange->left, &marks.fitRange->right})
+        if (std::abs(onPaper.x - *edge) * view.scale <= handleDistance) return edge;
+    return nullptr;
+}
+
+void PlotArea::moveHandle(double x) {
+    const PageView &view = pictureArea.view();
+    const double least = 2 / view.scale;
+    const double place = view.onPaper({dragBegin.x + x, 0}).x;
+    Box &range = *marks.fitRange;
+    if (handle == &range.left)
+        range.left = limited(place, 0, std::max(range.right - least, 0.0), 0);
+    else
+        range.right = limited(place, std::min(range.left + least, view.frame.width),
+                              view.frame.width, view.frame.width);
+    redrawMarks();
+}
+
+void PlotArea::endHandle() {
+    const Scale &scale = pictureArea.view().frame.scales[xAxis];
+    const auto valueAt = [&](double place) {
+        return roundedTo(scale.value(place), scale.value(place + 0.1) - scale.value(place));
+    };
+    const auto [min, max] =
+        std::minmax({valueAt(marks.fitRange->left), valueAt(marks.fitRange->right)});
+    handle = nullptr;
+    wishes.setFitRange(min, max);
 }
 
 // The nearest point is looked for once a frame, however often the mouse moves.
@@ -115,6 +176,9 @@ void PlotArea::move(double x, double y) {
 }
 
 void PlotArea::readOut() {
+    const bool atHandle = pointer && handleAt(*pointer);
+    if (std::exchange(pointsAtHandle, atHandle) != atHandle)
+        set_cursor(atHandle ? "ew-resize" : "crosshair");
     std::optional<Point> ring;
     ReadOut text;
     readOutRevision = document.revision;
@@ -150,6 +214,7 @@ void PlotArea::beginDrag(double x, double y) {
     grab_focus();
     dragBegin = {x, y};
     dragged = false;
+    handle = spaceIsHeld ? nullptr : handleAt(dragBegin);
     if (spaceIsHeld) beginPan();
 }
 
@@ -157,6 +222,7 @@ void PlotArea::updateDrag(double x, double y) {
     if (spaceIsHeld) return updatePan(x, y);
     if (!dragged && std::hypot(x, y) < dragThreshold) return;
     dragged = true;
+    if (handle) return moveHandle(x);
     marks.band = bandTo(x, y);
     redrawMarks();
 }
@@ -171,6 +237,8 @@ static int codeOf(Gdk::ModifierType keys) {
 void PlotArea::endDrag(double x, double y) {
     if (spaceIsHeld) return;
     const Gdk::ModifierType keys = drag->get_current_event_state();
+    if (handle && dragged) return endHandle();
+    handle = nullptr;
     if (!dragged) return click(dragBegin, keys);
 
     marks.band.reset();

@@ -1,12 +1,11 @@
 // plotArea.h - the plot of a document in a window, and what mouse and keys do on it.
 //
-//   move                 the place and the nearest point are read out
-//   click                on a curve selects it, with control it is added; elsewhere takes away what
-//                        the mouse has selected
-//   drag                 selects a rectangle, which messages can ask for; with control also zooms
-//   to it wheel                zooms at the pointer; beside an axis only that axis middle button,
-//   space pans double click, Home   all data
-//   + - arrows           zoom and pan
+// Moving the mouse reads out the place and the nearest point. A click on a curve selects it, with
+// control it is added to the selection; a click elsewhere takes away what the mouse has selected. A
+// drag selects a rectangle, which messages can ask for; with control it is also zoomed to. The
+// wheel zooms at the pointer, beside an axis only that axis. The middle button, or space with the
+// first one, pans. A double click shows all data, as Home does; + and - zoom, arrows pan. Where the
+// range of the fit is shown, its edges can be dragged.
 //
 // It changes nothing itself: whoever has it hears what the user wants.
 #ifndef PLOTWERK_WINDOW_PLOTAREA_H
@@ -30,6 +29,7 @@ struct PlotWishes {
     std::function<void(const std::vector<AxisRange> &)> setRanges;
     std::function<void()> beginView; // other ranges follow, which are one step of the history
     std::function<void()> rangeOverAll;
+    std::function<void(double min, double max)> setFitRange;
     std::function<void(const ReadOut &)> readOut; // empty: the mouse is elsewhere
 };
 
@@ -41,6 +41,9 @@ class PlotArea final : public Gtk::Overlay {
 
     // To be called when the document may have changed, or what the mouse has selected there.
     void refresh(const MouseSelection &selection);
+
+    // Whether the range of the fit is shown, with handles.
+    void showFitRange(bool shown);
 
     // About the middle of the frame, as the keys do.
     void zoom(double factor);
@@ -61,6 +64,10 @@ class PlotArea final : public Gtk::Overlay {
     bool scroll(double x, double y);
     bool press(guint key);
     void pan(double right, double down);
+    void placeFitRange();
+    double *handleAt(const Point &place);
+    void moveHandle(double x);
+    void endHandle();
     Box bandTo(double x, double y);
     void redrawMarks() { marksArea.queue_draw(); }
 
@@ -77,6 +84,9 @@ class PlotArea final : public Gtk::Overlay {
     Point dragBegin; // in the widget
     bool dragged = false;
     bool spaceIsHeld = false;
+    bool showsFitRange = false;
+    double *handle = nullptr; // the edge of marks.fitRange that is dragged
+    bool pointsAtHandle = false;
     ScaledFrame panned; // the frame when panning began
     double pannedScale = 1;
     gint64 lastScroll = 0;

@@ -30,9 +30,33 @@ static void drawBox(const Cairo::RefPtr<Cairo::Context> &cr, const Box &box, con
     cr->stroke();
 }
 
+// Shades what the fit leaves out, and gives each edge a grip.
+static void drawFitRange(const Cairo::RefPtr<Cairo::Context> &cr, const Box &range,
+                         const PageView &view) {
+    const Box frame = view.frame.box();
+    const Point corner = view.inWidget({frame.left, frame.top});
+    const Point opposite = view.inWidget({frame.right, frame.bottom});
+    const double left = std::floor(view.inWidget({range.left, 0}).x) + 0.5;
+    const double right = std::floor(view.inWidget({range.right, 0}).x) + 0.5;
+    const double height = opposite.y - corner.y;
+    cr->set_source_rgba(0.5, 0.5, 0.5, 0.12);
+    cr->rectangle(corner.x, corner.y, left - corner.x, height);
+    cr->rectangle(right, corner.y, opposite.x - right, height);
+    cr->fill();
+    cr->set_source_rgb(0.15, 0.55, 0.25);
+    for (const double x : {left, right}) {
+        cr->move_to(x, corner.y);
+        cr->line_to(x, opposite.y);
+        cr->stroke();
+        cr->rectangle(x - 3.5, corner.y + height / 2 - 12, 7, 24);
+        cr->fill();
+    }
+}
+
 void drawMarks(const Cairo::RefPtr<Cairo::Context> &cr, const PlotMarks &marks,
                const PageView &view) {
     cr->set_line_width(1);
+    if (marks.fitRange) drawFitRange(cr, *marks.fitRange, view);
     if (marks.band)
         drawBox(cr, *marks.band, view, 1);
     else if (marks.selection)

@@ -227,3 +227,83 @@ TEST_F(WindowTest, CopiesDataAndPicturesAndPastesData) {
         return plotwerk->indexOfCurveNameOf_source_table_column_(name, "Clipboard 2", 1, "b") == 2;
     });
 }
+
+// All that is done in the window is in its journal, and doing that again makes the same document.
+TEST_F(WindowTest, JournalIsAScriptThatMakesTheSameDocument) {
+    const std::string programs = std::filesystem::path(CALLPLW).parent_path().string();
+    startWithLine();
+    const ShownFrame frame = screen.frame();
+    screen.wheel(frame.at(0.3, 0.3), 2);
+    screen.drag(frame.at(0.2, 0.2), frame.at(0.9, 0.8), 1, "ctrl");
+    screen.drag(frame.at(0.5, 0.5), frame.at(0.6, 0.4), 2);
+    screen.type("alt+Left");
+    screen.type("plus");
+    screen.type("Up");
+    screen.type("ctrl+a");
+    screen.type("F2");
+    waitUntil("a dialog", [&] { return screen.titles().size() == 2; });
+    screen.type("ctrl+a");
+    screen.type("N");
+    screen.type("Return");
+    waitUntil("another name", [&] {
+        return plotwerk->indexOfCurveNameOf_source_table_column_(name, "Data", 1, "N") == 0;
+    });
+    plotwerk->setXTitleOf_to_(name, "it's x");
+    plotwerk->diffOf_(name);
+    plotwerk->setFormulaOf_formulaText_(name, "a*x\n+b");
+    plotwerk->startFitOf_iterations_lambda_chiq_(name);
+    screen.type("ctrl+z");
+    screen.type("ctrl+shift+z");
+    screen.type("Home");
+    waitUntil("all data", [&] { return ranges()[3] == 100; });
+
+    screen.type("F8");
+    const Shot shown = screen.stillShot();
+    screen.click({frame.at(0.5, 0).x, shown.height}); // the window is as high as the screen or less
+    screen.click({300, 560});
+    screen.type("ctrl+a");
+    screen.type("ctrl+c");
+    std::string script;
+    waitUntil("the journal's text", [&] {
+        script = runProgram({"xclip", "-selection", "clipboard", "-o"}).out;
+        return script.find("callPlw -x fit") != std::string::npos;
+    });
+    const std::string made = contentsOf(name);
+    stop();
+
+    start({"--no-journal"});
+    setenv("PATH", (programs + ':' + std::getenv("PATH")).c_str(), 1);
+    EXPECT_EQ(runProgram({"sh"}, script).err, "") << script;
+    EXPECT_EQ(contentsOf(name), made) << script;
+    stop();
+}
+
+TEST_F(WindowTest, UndoesWhatMessagesDidToTheSameBytes) {
+    startWithLine();
+    screen.frame();
+    const std::string first = contentsOf(name);
+    plotwerk->deleteAllCurvesOf_(name);
+    screen.stillShot();
+    const std::string last = contentsOf(name);
+    screen.type("ctrl+z");
+    waitUntil("the curves", [&] { return contentsOf(name) == first; });
+    screen.type("ctrl+shift+z");
+    waitUntil("no curves", [&] { return contentsOf(name) == last; });
+    stop();
+}
+
+TEST_F(WindowTest, OffersWhatAKilledOneHadNotSaved) {
+    start();
+    plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
+    const std::string made = contentsOf(name);
+    program->sendSignal(SIGKILL);
+    program->finish();
+    start();
+    waitUntil("the question", [&] { return screen.titles().size() == 2; });
+    screen.stillShot();
+    screen.type("Return");
+    waitUntil("two documents", [&] {
+        return screen.titles().size() == 2 && plotwerk->documentNameOfFrontWindow() != name;
+    });
+    stop();
+}
