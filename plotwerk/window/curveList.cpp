@@ -110,6 +110,7 @@ CurveList::CurveList(const Document &shown, std::function<void(const std::vector
     gtk_accessible_update_property(GTK_ACCESSIBLE(view.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    "Curves", -1);
     set_child(view);
+    signal_map().connect([this] { update(); });
     set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     update();
 }
@@ -152,10 +153,10 @@ void CurveList::bind(const Glib::RefPtr<Gtk::ListItem> &listItem) {
 }
 
 void CurveList::refresh() {
-    if (revision == document.revision || std::exchange(updateIsDue, true)) return;
+    if (!get_mapped() || revision == document.revision || std::exchange(updateIsDue, true)) return;
     add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock> &) {
         updateIsDue = false;
-        update();
+        if (get_mapped()) update(); // else its document may be gone
         return false;
     });
 }

@@ -207,7 +207,7 @@ void DocumentWindow::addDropTarget() {
 }
 
 bool DocumentWindow::isDone(const char *member, std::vector<Argument> arguments) {
-    return application.perform(member, std::move(arguments));
+    return !retired && application.perform(member, std::move(arguments));
 }
 
 void DocumentWindow::send(const char *member, std::vector<Argument> arguments) {
@@ -242,6 +242,7 @@ void DocumentWindow::refresh() {
     if (!std::exchange(stepIsDue, true)) {
         add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock> &) {
             stepIsDue = false;
+            if (retired) return false;
             endStep();
             updateActions();
             return false;

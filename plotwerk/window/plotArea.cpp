@@ -170,7 +170,7 @@ void PlotArea::move(double x, double y) {
     if (std::exchange(readOutIsDue, true)) return;
     add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock> &) {
         readOutIsDue = false;
-        readOut();
+        if (get_mapped()) readOut(); // else its document may be gone
         return false;
     });
 }

@@ -26,7 +26,7 @@ Screen::Screen() {
     const std::string size =
         std::to_string(screenWidth) + 'x' + std::to_string(screenHeight) + "x24";
     server = std::make_unique<ChildProcess>(std::vector<std::string>{
-        "Xvfb", "-displayfd", "1", "-screen", "0", size, "-nolisten", "tcp", "-noreset"});
+        "Xvfb", "-wr", "-displayfd", "1", "-screen", "0", size, "-nolisten", "tcp", "-noreset"});
     std::string number = server->readLine();
     if (number.empty()) throw std::runtime_error("no Xvfb: " + server->finish().err);
     number.pop_back();
