@@ -25,6 +25,7 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
       fitButton("_Fit", true) {
     set_margin(12);
     set_size_request(260, -1);
+    set_hexpand(false); // whatever its entries do
 
     auto *formulaHeading = heading("Form_ula");
     formulaHeading->set_mnemonic_widget(formula);

@@ -78,8 +78,13 @@ void WindowedApplication::on_activate() {
 
 void WindowedApplication::on_open(const type_vec_files &files, const Glib::ustring &) {
     if (!server) return;
-    for (const auto &file : files) openFile(file->get_path());
+    std::string refused;
+    for (const auto &file : files) {
+        openFile(file->get_path());
+        if (!served.lastError.empty()) refused = served.lastError;
+    }
     if (!served.front()) served.add({});
+    frontWindow()->tell(refused);
 }
 
 void WindowedApplication::openFile(const std::string &path) {
