@@ -6,8 +6,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 . scripts/steps.sh
-need_packages "${build_packages[@]}" "${bus_packages[@]}" "${test_packages[@]}" \
-    "${sanitizer_packages[@]}" "${check_packages[@]}"
+need_packages "${build_packages[@]}" "${window_packages[@]}" "${bus_packages[@]}" \
+    "${test_packages[@]}" "${screen_packages[@]}" "${sanitizer_packages[@]}" "${check_packages[@]}"
 
 folders=(bench client fct plotwerk tests util)
 mapfile -t sources < <(find "${folders[@]}" -name '*.cpp' | sort)

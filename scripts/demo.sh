@@ -27,3 +27,5 @@ examples/decay.sh "$folder"
 echo "# A page of four panels."
 examples/page.sh "$folder" >/dev/null
 echo "# The pictures: $folder/decay.pdf, decay.eps, decay.tiff, page.pdf"
+echo "# With windows (package libgtkmm-4.0-dev): cmake --preset release -DPLOTWERK_WINDOW=ON &&"
+echo "# cmake --build --preset release --target plotwerk && build/release/plotwerk/plotwerk examples/data/ultrasonic.txt"

@@ -26,13 +26,16 @@ need_packages() {
 # What the programs and the library are built of.
 build_packages=(g++ cmake ninja-build pkg-config libsdbus-c++-dev libsdbus-c++-bin libsystemd-dev
     nlohmann-json3-dev libboost-dev libre2-dev libcairo2-dev libpango1.0-dev libtiff-dev libpng-dev
-    libdeflate-dev zlib1g-dev
-    fonts-dejavu-core)
+    libdeflate-dev fonts-dejavu-core)
+# plotwerk, the program with windows.
+window_packages=(libgtkmm-4.0-dev)
 # A message bus of one's own.
 bus_packages=(dbus-daemon)
 # What the tests and benchmarks are built of; packing, and tools that look into pictures.
 test_packages=(libgtest-dev libbenchmark-dev libgsl-dev dpkg-dev file poppler-utils ghostscript
     librsvg2-bin libtiff-tools pngcheck)
+# A screen that nobody sees, its mouse and clipboard, and pictures of it.
+screen_packages=(xvfb xdotool xclip imagemagick)
 # Sanitizers and fuzzers.
 sanitizer_packages=(clang llvm libclang-rt-14-dev)
 # What looks at the sources.

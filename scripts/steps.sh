@@ -17,7 +17,8 @@ step() {
 build() {
     local preset=$1
     shift
-    cmake --preset "$preset" -DBUILD_TESTING=ON -DCMAKE_COMPILE_WARNING_AS_ERROR=ON >/dev/null
+    cmake --preset "$preset" -DBUILD_TESTING=ON -DPLOTWERK_WINDOW=ON \
+        -DCMAKE_COMPILE_WARNING_AS_ERROR=ON >/dev/null
     cmake --build --preset "$preset" -j "$jobs" --target "${@:-all}" -- --quiet
 }
 

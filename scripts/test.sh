@@ -4,7 +4,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 . scripts/steps.sh
-need_packages "${build_packages[@]}" "${bus_packages[@]}" "${test_packages[@]}"
+need_packages "${build_packages[@]}" "${window_packages[@]}" "${bus_packages[@]}" \
+    "${test_packages[@]}" "${screen_packages[@]}"
 
 step "Include rules" scripts/includeRules.sh
 step "Build" build release

@@ -160,6 +160,17 @@ Application::OpenDocument &Application::openOf(const Document &document) {
     return const_cast<OpenDocument &>(std::as_const(*this).openOf(document));
 }
 
+void Application::restore(Document &document, Document version, bool isSaved) {
+    change(document, [&](Document &changed) {
+        version.path = changed.path;
+        version.revision = changed.revision;
+        version.savedRevision = changed.savedRevision;
+        changed = std::move(version);
+    });
+    if (isSaved) setSaved(document);
+    record(document, {}, [] { return std::nullopt; });
+}
+
 void Application::save(const Document &saved, const fs::path &path, bool binary, bool ownPath) {
     OpenDocument &open = openOf(saved);
     Document &document = open.document;
@@ -182,6 +193,7 @@ bool Application::lastSaveSucceeded(const Document &document) const {
 
 void Application::close(const Document &document, bool keepChanges) {
     if (keepChanges && hasUnsavedChanges(document)) {
+        if (desktop && desktop->asksToSave(document)) return;
         const fs::path kept = keepDocument(document);
         log(LogLevel::info,
             "unsaved changes of " + inQuotes(document.name) + " kept in " + kept.string());

@@ -82,6 +82,10 @@ class Application {
     // asked of the document in front next must not hit another one.
     Document &open(const std::filesystem::path &file, bool rangeOverAll);
 
+    // The document becomes as `version` is, but for its path. With isSaved that is what its file
+    // holds.
+    void restore(Document &document, Document version, bool isSaved);
+
     // Saves as JSON or, when binary, as CBOR; an empty path stands for the document's own. With
     // ownPath the path becomes the document's own; its name stays, since clients address it by
     // that. What is saved in the document's own file counts as changed no more. Throws Refusal: no
@@ -92,15 +96,17 @@ class Application {
     // Of the document itself or of its picture; false before the first.
     bool lastSaveSucceeded(const Document &document) const;
 
-    // With keepChanges a document with unsaved changes is first kept under
-    // $XDG_STATE_HOME/plotwerk/, and the log says where. Throws Refusal when that can't be done.
+    // With keepChanges the desktop is left to ask what becomes of unsaved changes, or, without one,
+    // they are first kept under $XDG_STATE_HOME/plotwerk/, and the log says where. Throws Refusal
+    // when that can't be done.
     void close(const Document &document, bool keepChanges);
 
     // From here on the documents have journals (journal.h), under
     // $XDG_STATE_HOME/plotwerk/journal/. Removes old ones. To be called before there are documents.
     void keepJournals();
 
-    // Logs what recover would bring back.
+    // What recover would bring back, a line for each document; and logs it.
+    std::vector<std::string> leftDocuments() const;
     void tellLeftJournals() const;
 
     // Brings back the documents of the journals that nobody uses, each in front of the one before,

@@ -56,10 +56,17 @@ static std::string descriptionOf(const LeftJournal &journal) {
     return text;
 }
 
-void Application::tellLeftJournals() const {
-    if (journals.empty()) return;
+std::vector<std::string> Application::leftDocuments() const {
+    std::vector<std::string> left;
+    if (journals.empty()) return left;
     for (const LeftJournal &journal : leftJournals(journals))
-        log(LogLevel::info, descriptionOf(journal) + " can be brought back by plotwerkd --recover");
+        left.push_back(descriptionOf(journal));
+    return left;
+}
+
+void Application::tellLeftJournals() const {
+    for (const std::string &document : leftDocuments())
+        log(LogLevel::info, document + " can be brought back by plotwerkd --recover");
 }
 
 // The document of the journal. While it is made it is the only one, under the name by which its

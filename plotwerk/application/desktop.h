@@ -19,6 +19,10 @@ class Desktop {
     virtual void closing(const Document &document) = 0;
     virtual void activated(const Document &document) = 0;
 
+    // A document with unsaved changes is to be closed. True: the user will be asked, and the
+    // document stays open until he has answered.
+    virtual bool asksToSave(const Document &document) = 0;
+
     // Data text, or the document's picture, is to be the content of the clipboard.
     virtual void copyText(const std::string &text) = 0;
     virtual void copyPicture(const Document &document) = 0;

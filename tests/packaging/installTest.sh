@@ -11,6 +11,10 @@ package)
     (cd "$root" && cpack --config "$build/CPackConfig.cmake" -B "$root/package" >/dev/null)
     dpkg-deb --extract "$root"/package/callplw_*.deb "$root"
     dpkg-deb --field "$root"/package/callplw_*.deb Depends | grep -q 'libsdbus-c++1'
+    if dpkg-deb --field "$root"/package/callplw_*.deb Depends | grep gtk; then exit 1; fi
+    for package in "$root"/package/plotwerk_*.deb; do # none when it isn't built
+        [ ! -e "$package" ] || dpkg-deb --extract "$package" "$root"
+    done
     ;;
 esac
 
@@ -19,6 +23,17 @@ for file in bin/callPlw bin/plotwerkd share/man/man1/callPlw.1 share/man/man1/pl
     [ -s "$root/usr/$file" ] || { echo "not installed: $file"; exit 1; }
 done
 "$root/usr/bin/plotwerkd" --version
+
+# The program with windows is found by a desktop, if it is built.
+if grep -q '^PLOTWERK_WINDOW:BOOL=ON' "$build/CMakeCache.txt"; then
+    for file in bin/plotwerk share/applications/org.plotwerk.Plotwerk.desktop \
+        share/icons/hicolor/scalable/apps/org.plotwerk.Plotwerk.svg share/man/man1/plotwerk.1 \
+        share/metainfo/org.plotwerk.Plotwerk.metainfo.xml \
+        share/mime/packages/org.plotwerk.Plotwerk.xml; do
+        [ -s "$root/usr/$file" ] || { echo "not installed: $file"; exit 1; }
+    done
+    "$root/usr/bin/plotwerk" --version
+fi
 
 # The services start the program that was installed.
 case $2 in install) program=$root/usr/bin/plotwerkd ;; package) program=/usr/bin/plotwerkd ;; esac

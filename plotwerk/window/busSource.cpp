@@ -1,0 +1,93 @@
+#include "plotwerk/window/busSource.h"
+
+#include <utility>
+
+namespace plotwerk {
+
+// GLib allocates it and knows its beginning.
+struct BusSource::Source {
+    GSource source;
+    GPollFD waited;
+    Server *server;
+    std::function<void()> answered;
+    std::function<void(const std::string &)> gone;
+    bool more; // messages may be there that the descriptor doesn't tell of
+    bool ended;
+};
+
+namespace {
+
+// What is done when the bus has gone is done from dispatch, where it may end the loop.
+template<class Source, class Work> void onBus(Source &bus, Work work) {
+    try {
+        work();
+    } catch (const std::exception &exception) {
+        bus.ended = true;
+        bus.gone(exception.what());
+    }
+}
+
+template<class Source> gboolean prepare(GSource *base, gint *timeout) {
+    auto &bus = *reinterpret_cast<Source *>(base);
+    *timeout = -1;
+    if (bus.ended) return FALSE;
+    if (bus.more) return TRUE;
+    onBus(bus, [&] {
+        const auto data = bus.server->pollData();
+        bus.waited.events = static_cast<gushort>(data.events);
+        *timeout = data.getPollTimeout();
+    });
+    return *timeout == 0;
+}
+
+template<class Source> gboolean check(GSource *base) {
+    auto &bus = *reinterpret_cast<Source *>(base);
+    if (bus.ended) return FALSE;
+    bool ready = bus.waited.revents != 0;
+    if (!ready) onBus(bus, [&] { ready = bus.server->pollData().getPollTimeout() == 0; });
+    return ready;
+}
+
+template<class Source> gboolean dispatch(GSource *base, GSourceFunc, gpointer) {
+    auto &bus = *reinterpret_cast<Source *>(base);
+    onBus(bus, [&] {
+        bus.more = bus.server->processPending();
+        bus.answered();
+    });
+    return G_SOURCE_CONTINUE;
+}
+
+template<class Source> void finalize(GSource *base) {
+    auto &bus = *reinterpret_cast<Source *>(base);
+    std::destroy_at(&bus.answered);
+    std::destroy_at(&bus.gone);
+}
+
+} // namespace
+
+BusSource::BusSource(Server &server, std::function<void()> answered,
+                     std::function<void(const std::string &)> gone) {
+    static GSourceFuncs functions{prepare<Source>,  check<Source>, dispatch<Source>,
+                                  finalize<Source>, nullptr,       nullptr};
+    source = reinterpret_cast<Source *>(g_source_new(&functions, sizeof(Source)));
+    source->server = &server;
+    std::construct_at(&source->answered, std::move(answered));
+    std::construct_at(&source->gone, std::move(gone));
+    source->more = true;
+    source->ended = false;
+    source->waited = {server.pollData().fd, 0, 0};
+    g_source_set_name(&source->source, "bus");
+    g_source_add_poll(&source->source, &source->waited);
+    g_source_attach(&source->source, nullptr);
+}
+
+BusSource::~BusSource() {
+    g_source_destroy(&source->source);
+    g_source_unref(&source->source);
+}
+
+void BusSource::stayBehind(bool behind) {
+    g_source_set_priority(&source->source, behind ? G_PRIORITY_LOW : G_PRIORITY_DEFAULT);
+}
+
+} // namespace plotwerk

@@ -1,0 +1,33 @@
+// busSource.h - the server's messages, answered in GLib's main loop.
+#ifndef PLOTWERK_WINDOW_BUSSOURCE_H
+#define PLOTWERK_WINDOW_BUSSOURCE_H
+
+#include "plotwerk/server/server.h"
+
+#include <functional>
+#include <glib.h>
+
+namespace plotwerk {
+
+// Answers one message each time that the loop comes round, and calls `answered` after it, or `gone`
+// once when the bus has gone.
+class BusSource {
+  public:
+    BusSource(Server &server, std::function<void()> answered,
+              std::function<void(const std::string &reason)> gone);
+    ~BusSource();
+    BusSource(const BusSource &) = delete;
+    BusSource &operator=(const BusSource &) = delete;
+
+    // While behind, messages wait for everything else that the loop has to do, a picture that is to
+    // be drawn among it.
+    void stayBehind(bool behind);
+
+  private:
+    struct Source;
+    Source *source;
+};
+
+} // namespace plotwerk
+
+#endif

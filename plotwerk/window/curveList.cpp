@@ -1,0 +1,203 @@
+#include "plotwerk/window/curveList.h"
+
+#include "plotwerk/model/curves.h"
+
+#include <numbers>
+#include <utility>
+
+namespace plotwerk {
+
+namespace {
+
+// What a row shows.
+struct Row {
+    enum Kind { source, table, curve } kind = source;
+    Glib::ustring text;
+    int first = 0; // the curves that it stands for
+    int last = -1;
+    bool selected = false;
+    bool marked = false;
+    bool fitData = false;
+    bool hidden = false;
+    bool line = false;
+    bool symbols = false;
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+
+    bool operator==(const Row &) const = default;
+};
+
+} // namespace
+
+class CurveList::Item final : public Glib::Object {
+  public:
+    static Glib::RefPtr<Item> create(Row row) {
+        return Glib::make_refptr_for_instance(new Item(std::move(row)));
+    }
+    const Row row;
+
+  private:
+    explicit Item(Row shown) : row(std::move(shown)) {}
+};
+
+static Row rowOf(const Column &column, int index) {
+    const Colour &colour = column.look.lineColour;
+    return {Row::curve,
+            column.name.empty() ? Glib::ustring("(no name)") : Glib::ustring(column.name),
+            index,
+            index,
+            column.rank > 0,
+            column.marked,
+            column.fitData,
+            !column.look.visible,
+            column.look.line,
+            column.look.symbols,
+            colour.red,
+            colour.green,
+            colour.blue};
+}
+
+// Tables have a row of their own where a source has several.
+static std::vector<Row> rowsOf(const Document &document) {
+    std::vector<Row> rows;
+    int index = 0;
+    for (const Source &source : document.sources) {
+        const std::size_t head = rows.size();
+        rows.push_back({.kind = Row::source, .text = source.name, .first = index});
+        int number = 0;
+        for (const Table &table : source.tables) {
+            ++number;
+            if (source.tables.size() > 1)
+                rows.push_back({.kind = Row::table,
+                                .text = Glib::ustring::sprintf("Table %d", number),
+                                .first = index,
+                                .last = index + static_cast<int>(table.y.size()) - 1});
+            for (const Column &column : table.y) rows.push_back(rowOf(column, index++));
+        }
+        rows[head].last = index - 1;
+    }
+    return rows;
+}
+
+CurveList::CurveList(const Document &shown, std::function<void(const std::vector<int> &)> heard)
+    : document(shown),
+      select(std::move(heard)),
+      items(Gio::ListStore<Item>::create()),
+      selection(Gtk::MultiSelection::create(items)),
+      view(selection) {
+    const auto factory = Gtk::SignalListItemFactory::create();
+    factory->signal_setup().connect([](const Glib::RefPtr<Gtk::ListItem> &listItem) {
+        auto *box = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
+        auto *swatch = Gtk::make_managed<Gtk::DrawingArea>();
+        swatch->set_size_request(18, 12);
+        auto *name = Gtk::make_managed<Gtk::Label>();
+        name->set_ellipsize(Pango::EllipsizeMode::MIDDLE);
+        name->set_hexpand();
+        name->set_xalign(0);
+        auto *tags = Gtk::make_managed<Gtk::Label>();
+        tags->add_css_class("dim-label");
+        tags->add_css_class("caption");
+        box->append(*swatch);
+        box->append(*name);
+        box->append(*tags);
+        listItem->set_child(*box);
+    });
+    factory->signal_bind().connect(sigc::mem_fun(*this, &CurveList::bind));
+    view.set_factory(factory);
+    view.add_css_class("navigation-sidebar");
+    selection->signal_selection_changed().connect([this](guint, guint) { tellSelection(); });
+    gtk_accessible_update_property(GTK_ACCESSIBLE(view.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   "Curves", -1);
+    set_child(view);
+    signal_map().connect([this] { update(); });
+    set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+    update();
+}
+
+static Glib::ustring tagsOf(const Row &row) {
+    Glib::ustring tags;
+    const auto add = [&](bool has, const char *tag) {
+        if (has) tags += tags.empty() ? tag : Glib::ustring(", ") + tag;
+    };
+    add(row.marked, "marked");
+    add(row.fitData, "fit data");
+    add(row.hidden, "hidden");
+    return tags;
+}
+
+void CurveList::bind(const Glib::RefPtr<Gtk::ListItem> &listItem) {
+    const Row row = std::dynamic_pointer_cast<Item>(listItem->get_item())->row;
+    auto *box = dynamic_cast<Gtk::Box *>(listItem->get_child());
+    auto *swatch = dynamic_cast<Gtk::DrawingArea *>(box->get_first_child());
+    auto *name = dynamic_cast<Gtk::Label *>(swatch->get_next_sibling());
+    auto *tags = dynamic_cast<Gtk::Label *>(name->get_next_sibling());
+
+    swatch->set_visible(row.kind == Row::curve);
+    swatch->set_draw_func([row](const Cairo::RefPtr<Cairo::Context> &cr, int width, int height) {
+        cr->set_source_rgba(row.red, row.green, row.blue, row.hidden ? 0.3 : 1);
+        const double middle = height / 2.0;
+        if (row.line) cr->rectangle(0, middle - 1, width, 2);
+        if (row.symbols) cr->arc(width / 2.0, middle, 3.5, 0, 2 * std::numbers::pi);
+        cr->fill();
+    });
+    name->set_text(row.text);
+    name->set_tooltip_text(row.text);
+    if (row.kind == Row::source)
+        name->add_css_class("heading");
+    else
+        name->remove_css_class("heading");
+    box->set_margin_start(row.kind == Row::source ? 0 : row.kind == Row::table ? 6 : 12);
+    box->set_opacity(row.hidden ? 0.6 : 1);
+    tags->set_text(tagsOf(row));
+}
+
+void CurveList::refresh() {
+    if (!get_mapped() || revision == document.revision || std::exchange(updateIsDue, true)) return;
+    add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock> &) {
+        updateIsDue = false;
+        if (get_mapped()) update(); // else its document may be gone
+        return false;
+    });
+}
+
+// Replaces the rows from the first to the last that differ.
+void CurveList::update() {
+    revision = document.revision;
+    const std::vector<Row> rows = rowsOf(document);
+    const auto rowAt = [&](guint i) -> const Row & { return items->get_item(i)->row; };
+    const guint had = items->get_n_items();
+    const auto has = static_cast<guint>(rows.size());
+    guint head = 0;
+    while (head < had && head < has && rowAt(head) == rows[head]) ++head;
+    guint tail = 0;
+    while (tail < had - head && tail < has - head && rowAt(had - 1 - tail) == rows[has - 1 - tail])
+        ++tail;
+
+    updating = true;
+    std::vector<Glib::RefPtr<Item>> added;
+    for (guint i = head; i < has - tail; ++i) added.push_back(Item::create(rows[i]));
+    if (had - head - tail > 0 || !added.empty()) items->splice(head, had - head - tail, added);
+    const auto selected = Gtk::Bitset::create();
+    for (guint i = 0; i < has; ++i)
+        if (rows[i].selected) selected->add(i);
+    const auto all = Gtk::Bitset::create();
+    all->add_range(0, has);
+    selection->set_selection(selected, all);
+    updating = false;
+}
+
+void CurveList::tellSelection() {
+    if (updating) return;
+    const auto chosen = selection->get_selection();
+    std::vector<int> curves;
+    for (guint i = 0; i < items->get_n_items(); ++i) {
+        const Row &row = items->get_item(i)->row;
+        if (!chosen->contains(i)) continue;
+        for (int curve = row.first; curve <= row.last; ++curve)
+            if (curves.empty() || curve > curves.back()) curves.push_back(curve);
+    }
+    select(curves);
+}
+
+} // namespace plotwerk

@@ -1,0 +1,504 @@
+#include "plotwerk/window/documentWindow.h"
+
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/data/encoding.h"
+#include "plotwerk/files/atomicFile.h"
+#include "plotwerk/files/documentFile.h"
+#include "plotwerk/model/change.h"
+#include "plotwerk/model/curves.h"
+#include "plotwerk/window/clipboard.h"
+#include "plotwerk/window/menus.h"
+#include "plotwerk/window/printing.h"
+#include "plotwerk/window/windowedApplication.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace plotwerk {
+
+static constexpr std::int32_t keep = 2; // a flag of a message that leaves a setting as it is
+
+DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Document &shown)
+    : Gtk::ApplicationWindow(app),
+      application(*app),
+      document(shown),
+      versions(shown),
+      curves(shown, [this](const std::vector<int> &chosen) { selectCurves(chosen); }),
+      plot(shown, {.select =
+                       [this](const MouseSelection &selection) {
+                           application.mouseSelection(document) = selection;
+                           refresh();
+                       },
+                   .selectCurve =
+                       [this](int curve, bool append) {
+                           send("selectCurvesOf_indexFirst_indexLast_appendSelection_",
+                                {curve, curve, append});
+                       },
+                   .setRanges = [this](const std::vector<AxisRange> &ranges) { setRanges(ranges); },
+                   .beginView = [this] { history.leave(viewOf(document)); },
+                   .rangeOverAll =
+                       [this] {
+                           history.leave(viewOf(document));
+                           send("display_doRangeOverAll_", {true});
+                       },
+                   .setFitRange =
+                       [this](double min, double max) {
+                           send("setFitRangeOf_xmin_xmax_", {min, max});
+                       },
+                   .readOut = [this](const ReadOut &readOut) { showReadOut(readOut); }}),
+      fitPane(
+          shown,
+          {.setFormula =
+               [this](const std::string &text) {
+                   return isDone("setFormulaOf_formulaText_", {document.name, text});
+               },
+           .setParameters =
+               [this](std::string list) {
+                   std::replace(list.begin(), list.end(), '.', application.decimalSeparator());
+                   return isDone("readFormulaParameterOf_parameterList_", {document.name, list});
+               },
+           .fit =
+               [this] { return isDone("startFitOf_iterations_lambda_chiq_", {document.name}); }}) {
+    set_default_size(960, 640);
+    set_show_menubar();
+
+    auto *content = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
+    auto *upper = Gtk::make_managed<Gtk::Paned>(Gtk::Orientation::VERTICAL);
+    auto *across = Gtk::make_managed<Gtk::Paned>(Gtk::Orientation::HORIZONTAL);
+    curves.set_size_request(160, -1);
+    across->set_start_child(curves);
+    auto *plotAndFit = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL);
+    plotAndFit->append(plot);
+    plotAndFit->append(fitPane);
+    fitPane.set_visible(false);
+    fitPane.property_visible().signal_changed().connect([this] {
+        plot.showFitRange(fitPane.get_visible());
+        fitPane.refresh();
+    });
+    across->set_end_child(*plotAndFit);
+    across->set_resize_start_child(false);
+    across->set_shrink_start_child(false);
+    across->set_shrink_end_child(false);
+    across->set_position(200);
+    plot.set_size_request(240, 160);
+    upper->set_start_child(*across);
+    upper->set_end_child(journalPane);
+    upper->set_resize_end_child(false);
+    upper->set_shrink_start_child(false);
+    upper->set_shrink_end_child(false);
+    upper->set_vexpand();
+    journalPane.set_visible(false);
+    content->append(*upper);
+
+    auto *status = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 24);
+    status->set_margin_start(12);
+    status->set_margin_end(12);
+    status->set_margin_top(4);
+    status->set_margin_bottom(4);
+    for (Gtk::Label *label : {&placeLabel, &pointLabel, &messageLabel}) {
+        label->set_xalign(0);
+        label->add_css_class("numeric");
+        label->set_single_line_mode();
+        status->append(*label);
+    }
+    pointLabel.set_ellipsize(Pango::EllipsizeMode::MIDDLE);
+    messageLabel.set_ellipsize(Pango::EllipsizeMode::END);
+    messageLabel.set_hexpand();
+    messageLabel.set_xalign(1);
+    messageLabel.add_css_class("error");
+    placeLabel.set_text(" ");
+    content->append(*Gtk::make_managed<Gtk::Separator>(Gtk::Orientation::HORIZONTAL));
+    content->append(*status);
+    set_child(*content);
+
+    addActions();
+    addDropTarget();
+    add_controller(yieldingKeys());
+    signal_close_request().connect(
+        [this] {
+            closeAfterAsking();
+            return true;
+        },
+        false);
+    refresh();
+    plot.grab_focus();
+}
+
+void DocumentWindow::addActions() {
+    const auto onSelection = [&](const char *name, const char *member) {
+        forSelection.push_back(add_action(name, [this, member] { send(member); }));
+    };
+    add_action("open", [this] { chooseFileToOpen(); });
+    add_action("save", [this] { save({}); });
+    add_action("save-as", [this] { saveAs({}); });
+    add_action("export", [this] { exportPicture(); });
+    add_action("print", [this] { printByDialog(*this, document, [](const std::string &) {}); });
+    add_action("close", [this] { closeAfterAsking(); });
+
+    undo = add_action("undo", [this] {
+        endStep();
+        if (versions.canUndo() && !application.isBusy()) restore(versions.undo());
+    });
+    redo = add_action("redo", [this] {
+        endStep();
+        if (versions.canRedo() && !application.isBusy()) restore(versions.redo());
+    });
+    forSelection.push_back(
+        add_action("copy-data", [this] { send("copySelectedCurvesOf_includeX_", {true}); }));
+    add_action("copy-picture", [this] { send("copyPDF_"); });
+    add_action("copy-read-out", [this] { copyTextTo(get_clipboard(), readOutText); });
+    add_action("paste-data", [this] { paste(); });
+    add_action("select-all", [this] {
+        send("selectCurvesOf_indexFirst_indexLast_appendSelection_", {-1, -1, false});
+    });
+    onSelection("delete", "deleteSelectedCurvesOf_");
+
+    add_action("zoom-in", [this] { plot.zoom(0.8); });
+    add_action("zoom-out", [this] { plot.zoom(1 / 0.8); });
+    add_action("range-over-all", [this] {
+        history.leave(viewOf(document));
+        send("display_doRangeOverAll_", {true});
+    });
+    back = add_action("view-back", [this] {
+        if (const auto view = history.back(viewOf(document))) showView(*view);
+    });
+    forward = add_action("view-forward", [this] {
+        if (const auto view = history.forward(viewOf(document))) showView(*view);
+    });
+    logarithmicX =
+        add_action_bool("logarithmic-x", [this] { toggleLogarithmic(xAxis, *logarithmicX); });
+    logarithmicY =
+        add_action_bool("logarithmic-y", [this] { toggleLogarithmic(yAxis, *logarithmicY); });
+    add_action(Gio::PropertyAction::create("show-curves", curves.property_visible()));
+    add_action(Gio::PropertyAction::create("show-journal", journalPane.property_visible()));
+    add_action(Gio::PropertyAction::create("show-fit", fitPane.property_visible()));
+    add_action("save-script", [this] { saveScript(); });
+
+    line = add_action_bool("toggle-line", [this] { setLooks("line", 0); });
+    symbols = add_action_bool("toggle-symbols", [this] { setLooks("symbols", 9); });
+    onSelection("show", "showCurveOf_");
+    onSelection("mark", "markSelectedCurvesOf_");
+    onSelection("fit-data", "markSelectionAsFitDataOf_");
+    forSelection.push_back(add_action("rename", [this] { rename(); }));
+    onSelection("differentiate", "diffOf_");
+    onSelection("sort-by-x", "sortSelectedCurvesByXdata_");
+    onSelection("swap-with-x", "swapSelectedCurvesWithXdata_");
+    forSelection.push_back(line);
+    forSelection.push_back(symbols);
+}
+
+void DocumentWindow::addDropTarget() {
+    const auto target = Gtk::DropTarget::create(GDK_TYPE_FILE_LIST, Gdk::DragAction::COPY);
+    target->signal_drop().connect(
+        [this](const Glib::ValueBase &value, double, double) {
+            auto *list = static_cast<GdkFileList *>(g_value_get_boxed(value.gobj()));
+            GSList *files = gdk_file_list_get_files(list);
+            for (const GSList *file = files; file; file = file->next) {
+                if (char *path = g_file_get_path(G_FILE(file->data))) {
+                    takeFile(path);
+                    g_free(path);
+                }
+            }
+            g_slist_free(files);
+            return true;
+        },
+        false);
+    add_controller(target);
+}
+
+bool DocumentWindow::isDone(const char *member, std::vector<Argument> arguments) {
+    return !retired && application.perform(member, std::move(arguments));
+}
+
+void DocumentWindow::send(const char *member, std::vector<Argument> arguments) {
+    arguments.insert(arguments.begin(), document.name);
+    isDone(member, std::move(arguments));
+}
+
+void DocumentWindow::hear(const MessageLine &message) {
+    journalPane.add(message);
+    const auto kind = message.selects            ? Versions::Change::ofView
+                      : !message.setting.empty() ? Versions::Change::ofSetting
+                                                 : Versions::Change::ofData;
+    change = std::max(change, kind);
+}
+
+void DocumentWindow::endStep() {
+    // What nobody has told of may be anything.
+    const auto kind = change == Versions::Change::none ? Versions::Change::ofData : change;
+    versions.keep(document, kind, journalPane.numberOfLines());
+    change = Versions::Change::none;
+}
+
+void DocumentWindow::restore(const Versions::Version &version) {
+    application.restore(document, version);
+    versions.setRestored(document);
+    journalPane.showLines(version.lines);
+    picture().refreshNow();
+}
+
+void DocumentWindow::refresh() {
+    if (retired) return;
+    if (!std::exchange(stepIsDue, true)) {
+        add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock> &) {
+            stepIsDue = false;
+            if (retired) return false;
+            endStep();
+            updateActions();
+            return false;
+        });
+    }
+    updateTitle();
+    updateActions();
+    plot.refresh(application.mouseSelection(document));
+    curves.refresh();
+    if (fitPane.get_visible()) fitPane.refresh();
+}
+
+void DocumentWindow::updateTitle() {
+    const Glib::ustring title = (hasUnsavedChanges(document) ? "• " : "") + document.name;
+    if (title == get_title()) return;
+    set_title(title);
+    plot.setDescription(Glib::ustring::sprintf("The plot of the document %s", document.name));
+}
+
+void DocumentWindow::updateActions() {
+    const auto first = firstSelectedCurve(document);
+    for (const auto &action : forSelection) action->set_enabled(first.has_value());
+    const auto setState = [](const Glib::RefPtr<Gio::SimpleAction> &action, bool state) {
+        action->set_state(Glib::Variant<bool>::create(state));
+    };
+    setState(line, first && columnOf(document, *first).look.line);
+    setState(symbols, first && columnOf(document, *first).look.symbols);
+    setState(logarithmicX, document.axes[xAxis].logarithmic);
+    setState(logarithmicY, document.axes[yAxis].logarithmic);
+    undo->set_enabled(versions.canUndo());
+    redo->set_enabled(versions.canRedo());
+    back->set_enabled(history.hasEarlier());
+    forward->set_enabled(history.hasLater());
+}
+
+void DocumentWindow::tell(const Glib::ustring &text) {
+    messageLabel.set_text(text);
+    messageLabel.set_tooltip_text(text);
+}
+
+void DocumentWindow::showReadOut(const ReadOut &readOut) {
+    placeLabel.set_text(readOut.place.empty() ? " " : readOut.place);
+    pointLabel.set_text(readOut.point);
+    if (!readOut.place.empty()) readOutText = readOut.text();
+}
+
+// Neighbours in one message.
+void DocumentWindow::selectCurves(const std::vector<int> &chosen) {
+    bool append = false;
+    for (std::size_t i = 0; i < chosen.size();) {
+        std::size_t last = i;
+        while (last + 1 < chosen.size() && chosen[last + 1] == chosen[last] + 1) ++last;
+        send("selectCurvesOf_indexFirst_indexLast_appendSelection_",
+             {chosen[i], chosen[last], append});
+        append = true;
+        i = last + 1;
+    }
+}
+
+static constexpr const char *rangeMembers[axisCount] = {
+    "setXRangeOf_xmin_xmax_", "setYRangeOf_ymin_ymax_", "set2XRangeOf_xmin_xmax_",
+    "set2YRangeOf_ymin_ymax_"};
+
+void DocumentWindow::setRanges(const std::vector<AxisRange> &ranges) {
+    for (const AxisRange &range : ranges) send(rangeMembers[range.axis], {range.min, range.max});
+    picture().refreshNow();
+}
+
+// A message leaves a limit as it is that isn't given: what is set may have to go first.
+void DocumentWindow::showView(const View &view) {
+    const View present = viewOf(document);
+    for (std::size_t axis = 0; axis < view.size(); ++axis) {
+        const Range &range = view[axis];
+        const auto isSet = [](double limit) { return !std::isnan(limit); };
+        const bool stays = (isSet(range.min) || !isSet(present[axis].min)) &&
+                           (isSet(range.max) || !isSet(present[axis].max)) &&
+                           isSet(range.min) == isSet(range.max);
+        if (!stays) send(rangeMembers[axis], {unset, unset});
+        if (isSet(range.min) || isSet(range.max)) send(rangeMembers[axis], {range.min, range.max});
+    }
+    picture().refreshNow();
+}
+
+// The action's state turned, as the argument of the message that stands for it.
+void DocumentWindow::setLooks(const char *action, int argument) {
+    bool state = false;
+    (std::string_view(action) == "line" ? line : symbols)->get_state(state);
+    std::vector<Argument> arguments(10, keep);
+    arguments[static_cast<std::size_t>(argument)] = static_cast<std::int32_t>(!state);
+    send("setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_",
+         std::move(arguments));
+}
+
+void DocumentWindow::toggleLogarithmic(AxisCode axis, Gio::SimpleAction &action) {
+    constexpr std::int32_t same = -1;
+    bool state = false;
+    action.get_state(state);
+    const auto turned = static_cast<std::int32_t>(!state);
+    send(
+        "setAxisOf_axisCode_inc_ticks_prec_log_insideticks_outsideticks_majorgrid_minorgrid_"
+        "expnumbers_labelAngle_noline_numbersinside_nonumbers_arrow_logticksAt_lognumberAt_reverse_"
+        "labelDensity_",
+        {static_cast<std::int32_t>(axis) + 1, unset, same, same, turned, keep, keep, keep, keep,
+         keep, unset, keep, keep, keep, keep, same, same, keep, unset});
+}
+
+void DocumentWindow::chooseFile(const Glib::ustring &title, Gtk::FileChooser::Action action,
+                                const Glib::ustring &name,
+                                const std::function<void(const std::string &)> &chosen) {
+    const bool opens = action == Gtk::FileChooser::Action::OPEN;
+    chooser =
+        Gtk::FileChooserNative::create(title, *this, action, opens ? "_Open" : "_Save", "_Cancel");
+    chooser->set_modal();
+    if (!opens) chooser->set_current_name(name);
+    chooser->signal_response().connect([this, chosen](int response) {
+        const auto ended = std::exchange(chooser, {});
+        if (response == static_cast<int>(Gtk::ResponseType::ACCEPT) && ended->get_file())
+            chosen(ended->get_file()->get_path());
+    });
+    chooser->show();
+}
+
+void DocumentWindow::chooseFileToOpen() {
+    chooseFile("Open", Gtk::FileChooser::Action::OPEN, "",
+               [this](const std::string &path) { application.openFile(path); });
+}
+
+void DocumentWindow::save(const std::function<void()> &then) {
+    if (document.path.empty()) return saveAs(then);
+    if (isDone("saveDocument_to_binary_", {document.name, std::string(), false}) && then) then();
+}
+
+void DocumentWindow::saveAs(const std::function<void()> &then) {
+    const std::string own = document.path.filename().string();
+    const Glib::ustring name = own.empty() ? document.name + ".plotwerk" : own;
+    chooseFile("Save", Gtk::FileChooser::Action::SAVE, name, [this, then](const std::string &path) {
+        if (isDone("saveDocument_as_binary_", {document.name, path, false}) && then) then();
+    });
+}
+
+void DocumentWindow::exportPicture() {
+    chooseFile("Export Picture", Gtk::FileChooser::Action::SAVE, document.name + ".pdf",
+               [this](const std::string &path) {
+                   const std::filesystem::path file(path);
+                   const char *member = "savePicturePDF_as_";
+                   if (file.extension() == ".eps") member = "savePictureEPS_as_";
+                   if (file.extension() == ".tiff" || file.extension() == ".tif")
+                       member = "savePictureTIFF_as_";
+                   send(member, {path});
+               });
+}
+
+void DocumentWindow::saveScript() {
+    chooseFile("Save Journal as Script", Gtk::FileChooser::Action::SAVE, document.name + ".sh",
+               [this](const std::string &path) {
+                   try {
+                       const std::string script = journalPane.script();
+                       writeWholeFile(path, [&](std::ostream &stream) { stream << script; });
+                   } catch (const Refusal &refusal) {
+                       tell(refusal.what());
+                   }
+               });
+}
+
+void DocumentWindow::rename() {
+    const auto curve = firstSelectedCurve(document);
+    if (!curve) return;
+    auto *entry = Gtk::make_managed<Gtk::Entry>();
+    entry->set_text(columnOf(document, *curve).name);
+    entry->set_activates_default();
+    entry->set_margin(12);
+    entry->set_hexpand();
+    dialog = std::make_unique<Gtk::Dialog>("Rename Curves", *this, true);
+    dialog->set_default_size(360, -1);
+    dialog->get_content_area()->append(*entry);
+    dialog->add_button("_Cancel", Gtk::ResponseType::CANCEL);
+    dialog->add_button("_Rename", Gtk::ResponseType::OK);
+    dialog->set_default_response(Gtk::ResponseType::OK);
+    dialog->signal_response().connect([this, entry](int response) {
+        dialog->hide();
+        if (response == Gtk::ResponseType::OK)
+            send("changeNameOfSelectionOf_to_", {std::string(entry->get_text())});
+    });
+    dialog->show();
+}
+
+static std::string freeSourceName(const Document &document, const std::string &name) {
+    const auto isTaken = [&](const std::string &candidate) {
+        return std::any_of(document.sources.begin(), document.sources.end(),
+                           [&](const Source &source) { return source.name == candidate; });
+    };
+    std::string free = name;
+    for (int i = 2; isTaken(free); ++i) free = name + ' ' + std::to_string(i);
+    return free;
+}
+
+void DocumentWindow::readText(const std::string &text, const std::string &source) {
+    isDone("readDataformText_of_source_doRangeOverAll_appendToExistingData_",
+           {text, document.name, freeSourceName(document, source), false, false});
+}
+
+// As text, not by the message that pastes: a script would find another clipboard.
+void DocumentWindow::paste() {
+    const auto clipboard = get_clipboard();
+    clipboard->read_text_async([this, clipboard](Glib::RefPtr<Gio::AsyncResult> &result) {
+        try {
+            readText(clipboard->read_text_finish(result), "Clipboard");
+        } catch (const Glib::Error &) {
+            tell("The clipboard holds no text");
+        }
+    });
+}
+
+void DocumentWindow::takeFile(const std::string &path) {
+    try {
+        std::string bytes = readWholeFile(path);
+        if (beginsAsDocument(bytes)) return application.openFile(path);
+        readText(textOfFile(std::move(bytes)), std::filesystem::path(path).filename().string());
+    } catch (const Refusal &refusal) {
+        tell(refusal.what());
+    }
+}
+
+void DocumentWindow::closeAfterAsking() {
+    if (retired) return;
+    if (!hasUnsavedChanges(document)) return application.closeDocument(document);
+    if (dialog && dialog->get_visible()) return dialog->present();
+    auto asking = std::make_unique<Gtk::MessageDialog>(
+        *this, Glib::ustring::sprintf("Save changes to “%s” before closing?", document.name), false,
+        Gtk::MessageType::QUESTION, Gtk::ButtonsType::NONE, true);
+    asking->set_title("Save Changes");
+    asking->set_secondary_text("Changes that are not saved will be lost.");
+    constexpr int discard = 1;
+    auto *discarding = asking->add_button("_Discard", discard);
+    discarding->add_css_class("destructive-action");
+    asking->add_button("_Cancel", Gtk::ResponseType::CANCEL);
+    auto *saving = asking->add_button("_Save", Gtk::ResponseType::ACCEPT);
+    saving->add_css_class("suggested-action");
+    asking->set_default_response(Gtk::ResponseType::ACCEPT);
+    dialog = std::move(asking);
+    dialog->signal_response().connect([this](int response) {
+        dialog->hide();
+        if (response == discard) application.closeDocument(document);
+        if (response == Gtk::ResponseType::ACCEPT)
+            save([this] { application.closeDocument(document); });
+    });
+    present();
+    dialog->show();
+}
+
+void DocumentWindow::retire() {
+    retired = true;
+    if (dialog) dialog->hide();
+    chooser.reset();
+    hide();
+}
+
+} // namespace plotwerk

@@ -1,0 +1,107 @@
+// documentWindow.h - the window of a document.
+#ifndef PLOTWERK_WINDOW_DOCUMENTWINDOW_H
+#define PLOTWERK_WINDOW_DOCUMENTWINDOW_H
+
+#include "plotwerk/window/curveList.h"
+#include "plotwerk/window/fitPane.h"
+#include "plotwerk/window/journalPane.h"
+#include "plotwerk/window/plotArea.h"
+#include "plotwerk/window/versions.h"
+#include "plotwerk/window/viewHistory.h"
+
+#include <gtkmm.h>
+#include <string>
+#include <vector>
+
+namespace plotwerk {
+
+class WindowedApplication;
+
+class DocumentWindow final : public Gtk::ApplicationWindow {
+  public:
+    // The document must outlive the window's use: see retire.
+    DocumentWindow(const Glib::RefPtr<WindowedApplication> &application, Document &document);
+
+    PictureArea &picture() { return plot.picture(); }
+
+    // A message of that line was done to the document.
+    void hear(const MessageLine &line);
+
+    // To be called when the document may have changed.
+    void refresh();
+
+    // What was done until now is a step of its own, to be undone alone. Messages of one frame are
+    // one step otherwise.
+    void endStep();
+
+    // A line for the user, until the next one; empty: none.
+    void tell(const Glib::ustring &line);
+
+    // Asks what becomes of unsaved changes, and closes the document unless the user wants to keep
+    // it open. Without any it is closed at once.
+    void closeAfterAsking();
+
+    // The document is about to go: the window disappears and does nothing from now on.
+    void retire();
+
+  private:
+    void addActions();
+    void addDropTarget();
+    void send(const char *member, std::vector<Argument> arguments = {});
+    bool isDone(const char *member, std::vector<Argument> arguments);
+
+    void restore(const Versions::Version &version);
+    void selectCurves(const std::vector<int> &curves);
+    void setRanges(const std::vector<AxisRange> &ranges);
+    void showView(const View &view);
+    void showReadOut(const ReadOut &readOut);
+    void setLooks(const char *action, int argument);
+    void toggleLogarithmic(AxisCode axis, Gio::SimpleAction &action);
+
+    void chooseFileToOpen();
+    void save(const std::function<void()> &then);
+    void saveAs(const std::function<void()> &then);
+    void exportPicture();
+    void saveScript();
+    void rename();
+    void paste();
+    void readText(const std::string &text, const std::string &source);
+    void takeFile(const std::string &path);
+    void chooseFile(const Glib::ustring &title, Gtk::FileChooser::Action action,
+                    const Glib::ustring &name,
+                    const std::function<void(const std::string &path)> &chosen);
+    void updateTitle();
+    void updateActions();
+
+    WindowedApplication &application;
+    Document &document;
+    ViewHistory history;
+    Versions versions;
+    Versions::Change change = Versions::Change::none; // since the last version
+    bool stepIsDue = false;
+    std::string readOutText;
+
+    CurveList curves;
+    PlotArea plot;
+    JournalPane journalPane;
+    FitPane fitPane;
+    Gtk::Label placeLabel;
+    Gtk::Label pointLabel;
+    Gtk::Label messageLabel;
+    Glib::RefPtr<Gio::SimpleAction> logarithmicX;
+    Glib::RefPtr<Gio::SimpleAction> logarithmicY;
+    Glib::RefPtr<Gio::SimpleAction> line;
+    Glib::RefPtr<Gio::SimpleAction> symbols;
+    std::vector<Glib::RefPtr<Gio::SimpleAction>> forSelection; // need one
+    Glib::RefPtr<Gio::SimpleAction> undo;
+    Glib::RefPtr<Gio::SimpleAction> redo;
+    Glib::RefPtr<Gio::SimpleAction> back;
+    Glib::RefPtr<Gio::SimpleAction> forward;
+    Glib::RefPtr<Gtk::FileChooserNative> chooser;
+    std::unique_ptr<Gtk::Dialog> dialog;
+    bool retired = false;
+};
+
+} // namespace plotwerk
+
+#endif

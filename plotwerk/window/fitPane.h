@@ -1,0 +1,60 @@
+// fitPane.h - the formula of a document, its parameters and the last fit, to look at and to change.
+#ifndef PLOTWERK_WINDOW_FITPANE_H
+#define PLOTWERK_WINDOW_FITPANE_H
+
+#include "plotwerk/model/document.h"
+
+#include <functional>
+#include <gtkmm.h>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace plotwerk {
+
+// What the user wants. Each is false when it was refused.
+struct FitWishes {
+    std::function<bool(const std::string &text)> setFormula;
+    std::function<bool(const std::string &list)> setParameters; // with decimal points
+    std::function<bool()> fit;
+};
+
+class FitPane final : public Gtk::Box {
+  public:
+    // The document must outlive it.
+    FitPane(const Document &document, FitWishes wishes);
+
+    // To be called when the document may have changed. What the user is writing stays.
+    void refresh();
+
+  private:
+    struct Row {
+        Gtk::Label name;
+        Gtk::Entry value;
+        Gtk::Label error;
+        Gtk::CheckButton fixed;
+    };
+
+    void makeRows();
+    void fillRows();
+    void sendFormula();
+    void sendParameter(const std::string &name, const Row &row);
+    void fit();
+
+    const Document &document;
+    const FitWishes wishes;
+    std::optional<std::uint64_t> revision; // that is shown
+    std::string shownFormula;
+    bool filling = false;
+
+    Gtk::TextView formula;
+    Gtk::Grid grid;
+    std::vector<std::unique_ptr<Row>> rows;
+    Gtk::Button fitButton;
+    Gtk::Label report;
+};
+
+} // namespace plotwerk
+
+#endif

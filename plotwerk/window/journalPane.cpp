@@ -1,0 +1,75 @@
+#include "plotwerk/window/journalPane.h"
+
+#include <algorithm>
+
+namespace plotwerk {
+
+JournalPane::JournalPane() {
+    view.set_editable(false);
+    view.set_cursor_visible(false);
+    view.set_monospace();
+    view.set_left_margin(8);
+    view.set_right_margin(8);
+    view.set_top_margin(4);
+    view.set_bottom_margin(4);
+    gtk_accessible_update_property(GTK_ACCESSIBLE(view.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   "Journal", -1);
+    set_child(view);
+    set_min_content_height(96);
+}
+
+static std::size_t rowsOf(const MessageLine &line) {
+    return static_cast<std::size_t>(std::count(line.text.begin(), line.text.end(), '\n')) + 1;
+}
+
+void JournalPane::insert(const MessageLine &line) {
+    lines.push_back(line);
+    const auto buffer = view.get_buffer();
+    buffer->insert(buffer->end(), line.text + '\n');
+    auto end = buffer->end();
+    view.scroll_to(end);
+}
+
+void JournalPane::erase(std::size_t from, std::size_t count) {
+    const auto buffer = view.get_buffer();
+    std::size_t row = 0;
+    for (std::size_t i = 0; i < from; ++i) row += rowsOf(lines[i]);
+    std::size_t last = row;
+    for (std::size_t i = from; i < from + count; ++i) last += rowsOf(lines[i]);
+    auto begin = buffer->get_iter_at_line(static_cast<int>(row));
+    auto end = buffer->get_iter_at_line(static_cast<int>(last));
+    buffer->erase(begin, end);
+    const auto first = lines.begin() + static_cast<std::ptrdiff_t>(from);
+    lines.erase(first, first + static_cast<std::ptrdiff_t>(count));
+}
+
+void JournalPane::add(const MessageLine &line) {
+    takenBack.clear();
+    if (!line.setting.empty()) {
+        for (std::size_t i = lines.size(); i-- > 0 && !lines[i].setting.empty();) {
+            if (lines[i].setting != line.setting) continue;
+            erase(i, 1);
+            break;
+        }
+    }
+    insert(line);
+}
+
+void JournalPane::showLines(std::size_t count) {
+    if (count < lines.size()) {
+        for (std::size_t i = lines.size(); i-- > count;) takenBack.push_back(lines[i]);
+        erase(count, lines.size() - count);
+    }
+    while (count > lines.size() && !takenBack.empty()) {
+        insert(takenBack.back());
+        takenBack.pop_back();
+    }
+}
+
+std::string JournalPane::script() const {
+    std::string text = "#!/bin/sh\n";
+    for (const MessageLine &line : lines) text += line.text + '\n';
+    return text;
+}
+
+} // namespace plotwerk

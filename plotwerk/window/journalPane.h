@@ -1,0 +1,40 @@
+// journalPane.h - what was done to a document, as the lines of a script.
+#ifndef PLOTWERK_WINDOW_JOURNALPANE_H
+#define PLOTWERK_WINDOW_JOURNALPANE_H
+
+#include "plotwerk/window/messageLine.h"
+
+#include <gtkmm.h>
+#include <string>
+#include <vector>
+
+namespace plotwerk {
+
+class JournalPane final : public Gtk::ScrolledWindow {
+  public:
+    JournalPane();
+
+    // Adds a line. Of lines that set the same, one after the other, the last one stays. Lines that
+    // were taken back are forgotten.
+    void add(const MessageLine &line);
+
+    std::size_t numberOfLines() const { return lines.size(); }
+
+    // Takes lines back, or puts back what was taken back, so that there are so many.
+    void showLines(std::size_t count);
+
+    // The lines as a script for a shell.
+    std::string script() const;
+
+  private:
+    void insert(const MessageLine &line);
+    void erase(std::size_t from, std::size_t count);
+
+    std::vector<MessageLine> lines;
+    std::vector<MessageLine> takenBack; // the next one last
+    Gtk::TextView view;
+};
+
+} // namespace plotwerk
+
+#endif

@@ -1,0 +1,18 @@
+// menus.h - the menu bar, and the keys of its entries.
+#ifndef PLOTWERK_WINDOW_MENUS_H
+#define PLOTWERK_WINDOW_MENUS_H
+
+#include <gtkmm.h>
+
+namespace plotwerk {
+
+// Entries name actions of the application ("app.") and of its windows ("win."), which have to be
+// there.
+void addMenus(Gtk::Application &application);
+
+// For a window: the keys that also mean something where a text is written, and yield to that.
+Glib::RefPtr<Gtk::ShortcutController> yieldingKeys();
+
+} // namespace plotwerk
+
+#endif

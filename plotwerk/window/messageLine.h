@@ -1,0 +1,29 @@
+// messageLine.h - messages as the command lines by which a script sends them.
+#ifndef PLOTWERK_WINDOW_MESSAGELINE_H
+#define PLOTWERK_WINDOW_MESSAGELINE_H
+
+#include "plotwerk/server/recordedMessage.h"
+
+#include <optional>
+#include <string>
+
+namespace plotwerk {
+
+struct MessageLine {
+    std::string document; // that the message is about
+    std::string text;     // of the line, for a shell: callPlw -x setXRange -s 1 -e 2
+
+    // The setting that it gives a value of its own, so that it makes a line before it with the same
+    // one superfluous, if only lines with such settings stand between; empty for other messages.
+    std::string setting;
+
+    bool selects = false; // curves, and nothing else
+};
+
+// Without the document's name: the line is for the document in front. A message for which there is
+// no command is sent by busctl. Nothing for one that only asks or opens.
+std::optional<MessageLine> messageLine(const RecordedMessage &message);
+
+} // namespace plotwerk
+
+#endif

@@ -1,0 +1,120 @@
+#include "plotwerk/window/versions.h"
+
+#include "plotwerk/model/change.h"
+
+#include <cstring>
+#include <utility>
+
+namespace plotwerk {
+
+static constexpr std::size_t mostVersions = 200;
+
+// Calls work(column) for each column, x columns too.
+template<class AnyDocument, class Work> static void forColumns(AnyDocument &document, Work work) {
+    for (auto &source : document.sources)
+        for (auto &table : source.tables) {
+            work(table.x);
+            for (auto &column : table.y) work(column);
+        }
+}
+
+// Bit for bit: NaN is NaN, and 0 isn't -0.
+static bool isSame(const std::vector<double> &a, const std::vector<double> &b) {
+    return a.size() == b.size() &&
+           (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0);
+}
+
+// The document without the values of its columns, which are not copied but out of the way
+// meanwhile.
+static Document skeletonOf(Document &document) {
+    std::vector<std::vector<double>> aside;
+    forColumns(document, [&](Column &) { aside.emplace_back(); });
+    const auto exchange = [&] {
+        auto place = aside.begin();
+        forColumns(document, [&](Column &column) { column.values.swap(*place++); });
+    };
+    exchange();
+    try {
+        Document skeleton = document;
+        exchange();
+        return skeleton;
+    } catch (...) {
+        exchange();
+        throw;
+    }
+}
+
+Versions::Versions(Document &document)
+    : revision(document.revision), savedRevision(document.savedRevision) {
+    versions.push_back(keptFrom(document));
+}
+
+Versions::Kept Versions::keptFrom(Document &document) const {
+    Kept kept;
+    kept.version.document = skeletonOf(document);
+    kept.version.isSaved = !hasUnsavedChanges(document);
+    const std::vector<Values> none;
+    const std::vector<Values> &before = versions.empty() ? none : versions[present].values;
+    forColumns(document, [&](const Column &column) {
+        const std::size_t place = kept.values.size();
+        if (place < before.size() && isSame(*before[place], column.values)) {
+            kept.values.push_back(before[place]);
+            return;
+        }
+        for (const Values &values : before) { // columns have come or gone before it
+            if (!isSame(*values, column.values)) continue;
+            kept.values.push_back(values);
+            return;
+        }
+        kept.values.push_back(std::make_shared<const std::vector<double>>(column.values));
+    });
+    return kept;
+}
+
+// What was saved before isn't what the file holds any more.
+void Versions::noteSave(const Document &document) {
+    if (document.savedRevision == savedRevision) return;
+    savedRevision = document.savedRevision;
+    for (Kept &kept : versions) kept.version.isSaved = false;
+}
+
+void Versions::keep(Document &document, Change change, std::size_t lines) {
+    noteSave(document);
+    if (document.revision == revision) {
+        versions[present].version.isSaved = !hasUnsavedChanges(document);
+        return;
+    }
+    revision = document.revision;
+    Kept kept = keptFrom(document);
+    kept.version.lines = lines;
+    kept.change = change;
+    Kept &last = versions[present];
+    const bool sameStep = change == Change::ofView ||
+                          (change == Change::ofSetting && last.change == Change::ofSetting);
+    if (sameStep) {
+        kept.change = last.change;
+        last = std::move(kept);
+        return;
+    }
+    versions.resize(present + 1);
+    versions.push_back(std::move(kept));
+    if (versions.size() > mostVersions) versions.erase(versions.begin());
+    present = versions.size() - 1;
+}
+
+Versions::Version Versions::restored(const Kept &kept) const {
+    Version version = kept.version;
+    std::size_t place = 0;
+    forColumns(version.document, [&](Column &column) { column.values = *kept.values[place++]; });
+    return version;
+}
+
+Versions::Version Versions::undo() {
+    return restored(versions[--present]);
+}
+
+Versions::Version Versions::redo() {
+    return restored(versions[++present]);
+}
+
+} // namespace plotwerk

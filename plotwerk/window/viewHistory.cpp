@@ -1,0 +1,49 @@
+#include "plotwerk/window/viewHistory.h"
+
+namespace plotwerk {
+
+static constexpr std::size_t longest = 100;
+
+View viewOf(const Document &document) {
+    View view;
+    for (std::size_t i = 0; i < view.size(); ++i) view[i] = document.axes[i].range;
+    return view;
+}
+
+static bool isSame(double a, double b) {
+    return a == b || (a != a && b != b);
+}
+
+static bool isSame(const View &a, const View &b) {
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (!isSame(a[i].min, b[i].min) || !isSame(a[i].max, b[i].max)) return false;
+    return true;
+}
+
+void ViewHistory::leave(const View &view) {
+    later.clear();
+    if (!earlier.empty() && isSame(earlier.back(), view)) return;
+    earlier.push_back(view);
+    if (earlier.size() > longest) earlier.erase(earlier.begin());
+}
+
+// The last of those views that isn't the present one.
+static std::optional<View> step(std::vector<View> &from, std::vector<View> &to,
+                                const View &present) {
+    while (!from.empty() && isSame(from.back(), present)) from.pop_back();
+    if (from.empty()) return std::nullopt;
+    const View view = from.back();
+    from.pop_back();
+    to.push_back(present);
+    return view;
+}
+
+std::optional<View> ViewHistory::back(const View &present) {
+    return step(earlier, later, present);
+}
+
+std::optional<View> ViewHistory::forward(const View &present) {
+    return step(later, earlier, present);
+}
+
+} // namespace plotwerk

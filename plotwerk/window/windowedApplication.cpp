@@ -1,0 +1,244 @@
+#include "plotwerk/window/windowedApplication.h"
+
+#include "plotwerk/base/log.h"
+#include "plotwerk/base/programs.h"
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/model/change.h"
+#include "plotwerk/window/clipboard.h"
+#include "plotwerk/window/menus.h"
+
+#include <csignal>
+#include <glib-unix.h>
+#include <utility>
+
+namespace plotwerk {
+
+using namespace std::chrono_literals;
+
+Glib::RefPtr<WindowedApplication> WindowedApplication::create(bool keepJournals) {
+    return Glib::make_refptr_for_instance(new WindowedApplication(keepJournals));
+}
+
+WindowedApplication::WindowedApplication(bool keepJournals)
+    : Gtk::Application("org.plotwerk.Plotwerk", Gio::Application::Flags::HANDLES_OPEN),
+      keepsJournals(keepJournals) {
+}
+
+void WindowedApplication::on_startup() {
+    Gtk::Application::on_startup();
+    Glib::set_application_name("Plotwerk");
+    Gtk::Window::set_default_icon_name("org.plotwerk.Plotwerk");
+    const auto end = +[](gpointer application) -> gboolean {
+        static_cast<WindowedApplication *>(application)->end();
+        return G_SOURCE_REMOVE;
+    };
+    g_unix_signal_add(SIGTERM, end, this);
+    g_unix_signal_add(SIGINT, end, this);
+    hold(); // a script may close the last document before it opens another
+    addActions();
+    startServer();
+}
+
+void WindowedApplication::startServer() {
+    served.desktop = this;
+    try {
+        server.emplace(served);
+    } catch (const std::exception &exception) {
+        return fail(exception.what());
+    }
+    server->setListener([this](const RecordedMessage &message) { hear(message); });
+    if (keepsJournals) served.keepJournals();
+    bus.emplace(
+        *server, [this] { refresh(); }, [this](const std::string &reason) { fail(reason); });
+    if (keepsJournals) Glib::signal_idle().connect_once([this] { offerLeftDocuments(); });
+}
+
+void WindowedApplication::addActions() {
+    add_action("new", [this] { perform("newDocumentWithName_", {std::string()}); });
+    add_action("quit", [this] { quitAfterAsking(); });
+    add_action("about", [this] {
+        if (DocumentWindow *window = frontWindow()) {
+            gtk_show_about_dialog(
+                GTK_WINDOW(window->gobj()), "program-name", "Plotwerk", "version", PLOTWERK_VERSION,
+                "logo-icon-name", "org.plotwerk.Plotwerk", "comments",
+                "Plots data and fits formulas to them; scripts drive it by callPlw.", nullptr);
+        }
+    });
+    addMenus(*this);
+}
+
+void WindowedApplication::on_activate() {
+    if (!server) return;
+    if (!served.front()) {
+        served.add({});
+        return;
+    }
+    if (DocumentWindow *window = frontWindow()) window->present();
+}
+
+void WindowedApplication::on_open(const type_vec_files &files, const Glib::ustring &) {
+    if (!server) return;
+    std::string refused;
+    for (const auto &file : files) {
+        openFile(file->get_path());
+        if (!served.lastError.empty()) refused = served.lastError;
+    }
+    if (!served.front()) served.add({});
+    frontWindow()->tell(refused);
+}
+
+void WindowedApplication::openFile(const std::string &path) {
+    const bool done = perform("openFile_file_doRangeOverAll_", {std::string(), path, false});
+    if (!done && !served.front()) log(LogLevel::error, served.lastError);
+}
+
+bool WindowedApplication::perform(const char *member, std::vector<Argument> arguments) {
+    if (busy || !server) return false;
+    for (const auto &[document, window] : windows) window->endStep();
+    served.lastError.clear();
+    server->perform({served.decimalSeparator, member, std::move(arguments)});
+    if (DocumentWindow *window = frontWindow()) window->tell(served.lastError);
+    refresh();
+    return served.lastError.empty();
+}
+
+void WindowedApplication::restore(Document &document, const Versions::Version &version) {
+    served.restore(document, version.document, version.isSaved);
+    refresh();
+}
+
+// Messages that come one after the other would leave no time for the picture.
+void WindowedApplication::refresh() {
+    for (const auto &[document, window] : windows) {
+        window->refresh();
+        if (bus && window->picture().isBehind(50ms)) bus->stayBehind(true);
+    }
+}
+
+void WindowedApplication::hear(const RecordedMessage &message) {
+    const auto line = messageLine(message);
+    if (!line) return;
+    if (DocumentWindow *window = windowOf(line->document)) window->hear(*line);
+}
+
+DocumentWindow *WindowedApplication::frontWindow() {
+    const auto found = windows.find(served.front());
+    return found == windows.end() ? nullptr : found->second.get();
+}
+
+DocumentWindow *WindowedApplication::windowOf(const std::string &name) {
+    for (const auto &[document, window] : windows)
+        if (document->name == name) return window.get();
+    return nullptr;
+}
+
+void WindowedApplication::opened(Document &document) {
+    const auto self =
+        std::dynamic_pointer_cast<WindowedApplication>(Glib::wrap(Gtk::Application::gobj(), true));
+    auto window = std::make_unique<DocumentWindow>(self, document);
+    window->picture().signalDrawn().connect([this] {
+        if (bus) bus->stayBehind(false);
+    });
+    window->present();
+    windows[&document] = std::move(window);
+}
+
+// Its functions may be at work: the window goes when they have come back.
+void WindowedApplication::closing(const Document &document) {
+    auto window = windows.extract(&document);
+    if (window.empty()) return;
+    window.mapped()->retire();
+    retired.push_back(std::move(window.mapped()));
+    Glib::signal_idle().connect_once([this] { retired.clear(); });
+}
+
+void WindowedApplication::activated(const Document &document) {
+    const auto found = windows.find(&document);
+    if (found != windows.end()) found->second->present();
+}
+
+bool WindowedApplication::asksToSave(const Document &document) {
+    if (!windows.contains(&document)) return false;
+    Glib::signal_idle().connect_once([this, name = document.name] {
+        if (DocumentWindow *window = windowOf(name)) window->closeAfterAsking();
+    });
+    return true;
+}
+
+static Glib::RefPtr<Gdk::Clipboard> clipboard() {
+    return Gdk::Display::get_default()->get_clipboard();
+}
+
+void WindowedApplication::copyText(const std::string &text) {
+    copyTextTo(clipboard(), text);
+}
+
+void WindowedApplication::copyPicture(const Document &document) {
+    copyPictureTo(clipboard(), document);
+}
+
+std::optional<std::string> WindowedApplication::foreignText() {
+    busy = true;
+    auto text = foreignTextOf(clipboard());
+    busy = false;
+    return text;
+}
+
+void WindowedApplication::closeDocument(const Document &document) {
+    const bool done = perform("closeDocument_askForSave_", {document.name, false});
+    if (done && windows.empty()) end();
+}
+
+void WindowedApplication::quitAfterAsking() {
+    std::vector<std::string> names;
+    for (const auto &[document, window] : windows) names.push_back(document->name);
+    if (names.empty()) return end();
+    for (const std::string &name : names)
+        if (DocumentWindow *window = windowOf(name)) window->closeAfterAsking();
+}
+
+void WindowedApplication::offerLeftDocuments() {
+    const std::vector<std::string> left = served.leftDocuments();
+    if (left.empty()) return;
+    Glib::ustring list;
+    for (const std::string &document : left) list += document + '\n';
+    dialog = std::make_unique<Gtk::MessageDialog>("Bring back unsaved documents?", false,
+                                                  Gtk::MessageType::QUESTION,
+                                                  Gtk::ButtonsType::NONE, true);
+    if (DocumentWindow *window = frontWindow()) dialog->set_transient_for(*window);
+    dialog->set_title("Plotwerk");
+    dialog->set_secondary_text("Plotwerk ended before they were saved.\n\n" + list);
+    dialog->add_button("_Not Now", Gtk::ResponseType::CANCEL);
+    auto *bringing = dialog->add_button("_Bring Back", Gtk::ResponseType::ACCEPT);
+    bringing->add_css_class("suggested-action");
+    dialog->set_default_response(Gtk::ResponseType::ACCEPT);
+    dialog->signal_response().connect([this](int response) {
+        dialog->hide();
+        if (response == Gtk::ResponseType::ACCEPT) server->recover();
+    });
+    dialog->show();
+}
+
+void WindowedApplication::fail(const std::string &reason) {
+    log(LogLevel::error, reason);
+    exitStatus = 1;
+    bus.reset();
+    dialog = std::make_unique<Gtk::MessageDialog>("Plotwerk can't answer messages", false,
+                                                  Gtk::MessageType::ERROR, Gtk::ButtonsType::CLOSE,
+                                                  true);
+    dialog->set_title("Plotwerk");
+    dialog->set_secondary_text(reason);
+    dialog->signal_response().connect([this](int) { end(); });
+    dialog->show();
+}
+
+void WindowedApplication::end() {
+    served.leave();
+    for (const auto &[document, window] : windows) window->retire();
+    windows.clear();
+    bus.reset();
+    server.reset();
+    quit();
+}
+
+} // namespace plotwerk

@@ -1,0 +1,67 @@
+// screen.h - a screen that nobody sees, with mouse and keyboard, and what is shown on it.
+#ifndef TESTS_PLOTWERK_WINDOW_SCREEN_H
+#define TESTS_PLOTWERK_WINDOW_SCREEN_H
+
+#include "tests/support/process.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+struct Place {
+    int x = 0; // in pixels from the upper left corner
+    int y = 0;
+};
+
+// What the screen showed at one time.
+struct Shot {
+    int width = 0;
+    int height = 0;
+    std::vector<std::array<std::uint8_t, 3>> pixels;
+
+    bool isDark(int x, int y) const;
+    bool operator==(const Shot &) const = default;
+};
+
+// The corners of a plot's frame, lower left and upper right.
+struct ShownFrame {
+    Place lowerLeft;
+    Place upperRight;
+
+    // Of a part of its width, and of its height from below.
+    Place at(double right, double up) const;
+};
+
+// An X server of the test's own. While it lives it is the display of this process's children.
+class Screen {
+  public:
+    Screen();
+    ~Screen();
+
+    // Words of xdotool. The mouse is moved in steps, as a hand does it.
+    void type(const std::string &key);
+    void move(Place to);
+    void click(Place at, const std::string &key = "");
+    void drag(Place from, Place to, int button = 1, const std::string &key = "");
+    void wheel(Place at, int clicks); // up where positive
+
+    // The titles of the windows that are shown.
+    std::vector<std::string> titles();
+
+    Shot shot() const;
+
+    // Waits until nothing changes any more between two looks, and gives what is shown then.
+    Shot stillShot() const;
+
+    // The frame of the plot that is shown; waits for one.
+    ShownFrame frame() const;
+
+  private:
+    void point(const std::vector<std::string> &words);
+
+    std::unique_ptr<ChildProcess> server;
+};
+
+#endif

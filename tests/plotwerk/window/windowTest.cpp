@@ -1,0 +1,314 @@
+// plotwerk run on a screen that nobody sees, by mouse, keys and messages.
+#include "tests/plotwerk/server/serverTest.h"
+#include "tests/plotwerk/window/screen.h"
+
+#include <cmath>
+#include <csignal>
+#include <cstdlib>
+
+namespace {
+
+class WindowTest : public ServerTest {
+  protected:
+    // A straight line from (0, 0) to (10, 100), in a document "Line" of that range.
+    void startWithLine() {
+        start({"--no-journal"});
+        plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(
+            "x y\n0 0\n5 50\n10 100\n", name, "Data", true, false);
+        plotwerk->setXRangeOf_xmin_xmax_(name, 0, 10);
+        plotwerk->setYRangeOf_ymin_ymax_(name, 0, 100);
+        reopen();
+    }
+
+    // In a window whose first picture is the document as it is now.
+    void reopen() {
+        const std::string path = pathOf("line.plotwerk");
+        plotwerk->saveDocument_as_binary_(name, path, false);
+        plotwerk->closeDocument_askForSave_(name, false);
+        plotwerk->openFile_file_doRangeOverAll_("", path, false);
+    }
+
+    std::array<double, 4> ranges() {
+        const auto [xmin, xmax] = plotwerk->getXRangeOf_xmin_xmax_(name);
+        const auto [ymin, ymax] = plotwerk->getYRangeOf_ymin_ymax_(name);
+        return {xmin, xmax, ymin, ymax};
+    }
+
+    // Waits until the ranges are these, within what a pixel is worth.
+    void waitForRanges(const std::array<double, 4> &want, double tolerance) {
+        std::array<double, 4> is{};
+        try {
+            waitUntil("ranges", [&] {
+                is = ranges();
+                for (std::size_t i = 0; i < 4; ++i)
+                    if (!(std::abs(is[i] - want[i]) <= tolerance * (want[i | 1] - want[i & 2])))
+                        return false;
+                return true;
+            });
+        } catch (const std::runtime_error &) {
+            ADD_FAILURE() << testing::PrintToString(is) << " is not "
+                          << testing::PrintToString(want);
+        }
+    }
+
+    const std::string name = "Untitled";
+    Screen screen;
+};
+
+} // namespace
+
+TEST_F(WindowTest, ShowsAWindowForEachDocumentWithAMarkForUnsavedChanges) {
+    const std::string path = file("small.txt", "1 2\n3 4\n");
+    start({"--no-journal", path});
+    const auto hasTitles = [&](std::vector<std::string> want) {
+        waitUntil(testing::PrintToString(want), [&] {
+            auto is = screen.titles();
+            std::sort(is.begin(), is.end());
+            return is == want;
+        });
+    };
+    hasTitles({"small.txt"});
+    plotwerk->newDocumentWithName_("new");
+    hasTitles({"new", "small.txt"});
+    plotwerk->setXRangeOf_xmin_xmax_("new", 1, 2);
+    hasTitles({"small.txt", "• new"});
+    plotwerk->saveDocument_as_binary_("new", pathOf("new.plotwerk"), false);
+    hasTitles({"new", "small.txt"});
+    EXPECT_EQ(runProgram({PLOTWERKD, file("third.txt", "1 1\n")}).status, 0)
+        << "handed to the one that runs";
+    hasTitles({"new", "small.txt", "third.txt"});
+    plotwerk->closeDocument_askForSave_("new", false);
+    hasTitles({"small.txt", "third.txt"});
+    EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "third.txt");
+    stop();
+}
+
+TEST_F(WindowTest, ClosingAsksToSave) {
+    startWithLine();
+    plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
+    screen.frame();
+    screen.type("ctrl+w");
+    waitUntil("the question", [&] { return screen.titles().size() == 2; });
+    EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), name) << "messages are answered meanwhile";
+    const std::string before = bytesOf(pathOf("line.plotwerk"));
+    screen.type("Return");
+    bus.waitForNoOwner(busName);
+    EXPECT_NE(bytesOf(pathOf("line.plotwerk")), before);
+    EXPECT_EQ(program->finish().status, 0) << "it ends with its last window";
+}
+
+TEST_F(WindowTest, ShowsWhatMessagesChangeAndNothingElse) {
+    startWithLine();
+    screen.frame();
+    const Shot line = screen.stillShot();
+    plotwerk->getXRangeOf_xmin_xmax_(name);
+    EXPECT_EQ(screen.stillShot(), line);
+    plotwerk->setYRangeOf_ymin_ymax_(name, 0, 200);
+    waitUntil("another picture", [&] { return screen.shot() != line; });
+    plotwerk->setYRangeOf_ymin_ymax_(name, 0, 100);
+    waitUntil("the first picture", [&] { return screen.shot() == line; });
+}
+
+TEST_F(WindowTest, AnswersWhatTheMouseSelectedAndTheKeysHeld) {
+    startWithLine();
+    const ShownFrame frame = screen.frame();
+    const auto answer = [&] { return runProgram({CALLPLW, "-x", "mouseClick"}).out; };
+    const auto selected = [&] {
+        return plotwerk->mouseEventsShiftKeyDownOf_x1_y1_x2_y2_keyMode_(name);
+    };
+    EXPECT_EQ(answer(), "none\n");
+    const struct {
+        const char *key;
+        int code;
+    } cases[] = {{"", 0}, {"shift", 1}, {"alt", 4}};
+    for (const auto &c : cases) {
+        screen.drag(frame.at(0.2, 0.9), frame.at(0.6, 0.4), 1, c.key);
+        waitUntil("a selection", [&] {
+            return !std::isnan(std::get<0>(selected())) && std::get<4>(selected()) == c.code;
+        });
+        const auto [x1, y1, x2, y2, keys] = selected();
+        const double pixel = 1.5 / (frame.upperRight.x - frame.lowerLeft.x);
+        EXPECT_NEAR(x1, 2, 10 * pixel);
+        EXPECT_NEAR(y1, 90, 200 * pixel);
+        EXPECT_NEAR(x2, 6, 10 * pixel);
+        EXPECT_NEAR(y2, 40, 200 * pixel);
+    }
+    EXPECT_EQ(ranges(), (std::array<double, 4>{0, 10, 0, 100})) << "nothing was zoomed";
+    screen.click(frame.at(0.8, 0.2));
+    waitUntil("no selection", [&] { return answer() == "none\n"; });
+}
+
+// The place under the mouse keeps its value, on any scale.
+TEST_F(WindowTest, ZoomsAndPansOnAnyScale) {
+    startWithLine();
+    const ShownFrame frame = screen.frame();
+    constexpr double tolerance = 0.01;
+    const std::array<double, 4> whole{0, 10, 0, 100};
+    const auto restore = [&] {
+        plotwerk->setXRangeOf_xmin_xmax_(name, 0, 10);
+        plotwerk->setYRangeOf_ymin_ymax_(name, 0, 100);
+        screen.stillShot();
+    };
+
+    screen.wheel(frame.at(0.5, 0.5), 1);
+    waitForRanges({1, 9, 10, 90}, tolerance);
+    screen.type("alt+Left");
+    waitForRanges(whole, 0);
+    screen.type("alt+Right");
+    waitForRanges({1, 9, 10, 90}, tolerance);
+    restore();
+
+    Place below = frame.at(0.25, 0);
+    below.y += 12;
+    screen.wheel(below, 1);
+    waitForRanges({0.5, 8.5, 0, 100}, tolerance);
+    restore();
+
+    screen.drag(frame.at(0.2, 0.5), frame.at(0.7, 0.9), 1, "ctrl");
+    waitForRanges({2, 7, 50, 90}, tolerance);
+    EXPECT_EQ(std::get<4>(plotwerk->mouseEventsShiftKeyDownOf_x1_y1_x2_y2_keyMode_(name)), 2);
+    restore();
+
+    screen.drag(frame.at(0.5, 0.5), frame.at(0.6, 0.4), 2);
+    waitForRanges({-1, 9, 10, 110}, tolerance);
+    restore();
+
+    std::vector<std::string> axis{name, "1",   "nan", "-1", "-1", "2", "2",  "2",  "2", "2",
+                                  "2",  "nan", "2",   "2",  "2",  "2", "-1", "-1", "2", "nan"};
+    const auto setAxis = [&](const std::string &number, std::size_t setting) {
+        auto words = axis;
+        words[1] = number;
+        words[setting] = "1";
+        for (const Method &method : methodsOf(*connection))
+            if (method.keyword() == "setAxisOf") answerTo(method, words);
+    };
+    setAxis("1", 18); // reversed
+    setAxis("2", 5);  // logarithmic
+    plotwerk->setYRangeOf_ymin_ymax_(name, 1, 10000);
+    reopen();
+    const ShownFrame other = screen.frame();
+    screen.drag(other.at(0.2, 0.25), other.at(0.7, 0.75), 1, "ctrl");
+    waitForRanges({3, 8, 10, 1000}, 4 * tolerance); // a pixel is 2 % of the value
+}
+
+TEST_F(WindowTest, SelectsTheCurveThatIsClicked) {
+    startWithLine();
+    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(
+        "x z\n0 100\n5 50\n10 0\n", name, "More", false, false);
+    const ShownFrame frame = screen.frame();
+    const auto isSelected = [&](int first, int count) {
+        waitUntil("the selection", [&] {
+            const auto selection =
+                plotwerk->statisticOfSelectionOf_name_dataPoints_min_max_sum_std_area_(name);
+            return plotwerk->indexOfSelectedCurveOf_(name) == first &&
+                   std::get<1>(selection) == 3 * count;
+        });
+    };
+    screen.click(frame.at(0.8, 0.8));
+    isSelected(0, 1);
+    screen.click(frame.at(0.8, 0.2));
+    isSelected(1, 1);
+    screen.click(frame.at(0.8, 0.8), "ctrl");
+    isSelected(1, 2);
+    screen.type("Delete");
+    waitUntil("no curves", [&] { return plotwerk->indexOfSelectedCurveOf_(name) == -1; });
+}
+
+TEST_F(WindowTest, CopiesDataAndPicturesAndPastesData) {
+    setenv("XDG_RUNTIME_DIR", directory.c_str(), 1);
+    startWithLine();
+    screen.frame();
+    const auto clipboard = [&](const char *type) {
+        return runProgram({"xclip", "-selection", "clipboard", "-o", "-t", type}).out;
+    };
+    plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_(name, 0, 0, false);
+    plotwerk->copySelectedCurvesOf_includeX_(name, true);
+    EXPECT_EQ(clipboard("UTF8_STRING"), plotwerk->dataOfSelectedCurvesOf_(name));
+    plotwerk->copyPDF_(name);
+    EXPECT_TRUE(holds(clipboard("application/pdf"), "%PDF"));
+    EXPECT_TRUE(holds(clipboard("image/png"), "PNG"));
+    EXPECT_TRUE(holds(clipboard("image/svg+xml"), "<svg"));
+    EXPECT_TRUE(holds(clipboard("image/tiff"), "II*"));
+
+    const std::string text = file("text", "a b\n1 2\n3 4\n5 6\n");
+    runProgram({"xclip", "-selection", "clipboard", "-i", text});
+    plotwerk->pasteDataOf_(name);
+    EXPECT_EQ(plotwerk->indexOfCurveNameOf_source_table_column_(name, "Clipboard", 1, "b"), 1);
+    screen.type("ctrl+v");
+    waitUntil("data from the clipboard", [&] {
+        return plotwerk->indexOfCurveNameOf_source_table_column_(name, "Clipboard 2", 1, "b") == 2;
+    });
+}
+
+// All that is done in the window is in its journal, and doing that again makes the same document.
+TEST_F(WindowTest, JournalIsAScriptThatMakesTheSameDocument) {
+    const std::string programs = std::filesystem::path(CALLPLW).parent_path().string();
+    startWithLine();
+    const ShownFrame frame = screen.frame();
+    screen.wheel(frame.at(0.3, 0.3), 2);
+    screen.drag(frame.at(0.2, 0.2), frame.at(0.9, 0.8), 1, "ctrl");
+    screen.drag(frame.at(0.5, 0.5), frame.at(0.6, 0.4), 2);
+    screen.type("alt+Left");
+    screen.type("plus");
+    screen.type("Up");
+    screen.type("ctrl+a");
+    waitUntil("a selection", [&] { return plotwerk->indexOfSelectedCurveOf_(name) == 0; });
+    plotwerk->changeNameOfSelectionOf_to_(name, "it's");
+    plotwerk->setXTitleOf_to_(name, "it's x");
+    plotwerk->diffOf_(name);
+    plotwerk->setFormulaOf_formulaText_(name, "c = a*x\nc + b");
+    plotwerk->startFitOf_iterations_lambda_chiq_(name);
+    screen.type("ctrl+z");
+    screen.type("ctrl+shift+z");
+    screen.type("Home");
+    waitUntil("all data", [&] { return ranges()[3] == 100; });
+
+    screen.type("F8");
+    screen.stillShot();
+    screen.click({300, 580});
+    screen.type("ctrl+a");
+    screen.type("ctrl+c");
+    std::string script;
+    waitUntil("the journal's text", [&] {
+        script = runProgram({"xclip", "-selection", "clipboard", "-o"}).out;
+        return script.find("callPlw -x fit") != std::string::npos;
+    });
+    const std::string made = contentsOf(name);
+    stop();
+
+    start({"--no-journal", pathOf("line.plotwerk")});
+    setenv("PATH", (programs + ':' + std::getenv("PATH")).c_str(), 1);
+    EXPECT_EQ(runProgram({"sh"}, script).err, "") << script;
+    EXPECT_TRUE(contentsOf(name) == made) << script;
+    stop();
+}
+
+TEST_F(WindowTest, UndoesWhatMessagesDidToTheSameBytes) {
+    startWithLine();
+    screen.frame();
+    const std::string first = contentsOf(name);
+    plotwerk->deleteAllCurvesOf_(name);
+    screen.stillShot();
+    const std::string last = contentsOf(name);
+    screen.type("ctrl+z");
+    waitUntil("the curves", [&] { return contentsOf(name) == first; });
+    screen.type("ctrl+shift+z");
+    waitUntil("no curves", [&] { return contentsOf(name) == last; });
+    stop();
+}
+
+TEST_F(WindowTest, OffersWhatAKilledOneHadNotSaved) {
+    start();
+    plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
+    const std::string made = contentsOf(name);
+    program->sendSignal(SIGKILL);
+    program->finish();
+    start();
+    waitUntil("the question", [&] { return screen.titles().size() == 2; });
+    screen.stillShot();
+    screen.type("Return");
+    waitUntil("two documents", [&] {
+        return screen.titles().size() == 2 && plotwerk->documentNameOfFrontWindow() != name;
+    });
+    stop();
+}
