@@ -159,8 +159,11 @@ TEST_F(RecoveryTest, LeavesAloneWhatItCannotBringBack) {
     ASSERT_EQ(left.size(), 2U);
     die(SIGSEGV, {}); // the second keeps the first one's name free for itself
     plotwerk->setXRangeOf_xmin_xmax_("Untitled", 5, 6);
-    const int damaged = open(left[0].c_str(), O_WRONLY | O_CLOEXEC);
-    ASSERT_EQ(pwrite(damaged, "?", 1, 200), 1);
+    const int damaged = open(left[0].c_str(), O_RDWR | O_CLOEXEC);
+    char byte = 0;
+    ASSERT_EQ(pread(damaged, &byte, 1, 200), 1);
+    byte = static_cast<char>(byte ^ 1);
+    ASSERT_EQ(pwrite(damaged, &byte, 1, 200), 1);
     close(damaged);
     die(SIGKILL, {"--recover"});
     EXPECT_EQ(journals(), 3U);
