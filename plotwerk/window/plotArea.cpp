@@ -20,6 +20,9 @@ static constexpr gint64 scrollPause = 500 * 1000; // in µs; wheeling on after i
 
 PlotArea::PlotArea(const Document &shown, PlotWishes heard)
     : document(shown), wishes(std::move(heard)), pictureArea(shown) {
+    property_accessible_role() = Gtk::Accessible::Role::IMG;
+    gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL, "Plot",
+                                   -1);
     set_child(pictureArea);
     pictureArea.signalDrawn().connect([this] { followPicture(); });
     marksArea.set_can_target(false);
