@@ -62,7 +62,16 @@ void copyPictureTo(const Glib::RefPtr<Gdk::Clipboard> &clipboard, const Document
     clipboard->set_content(Gdk::ContentProvider::create(formats));
 }
 
+// Another program may have taken the clipboard just now: what the display tells of that is read.
+static void readDisplay(const Glib::RefPtr<Gdk::Clipboard> &clipboard) {
+    constexpr int enough = 50; // turns of the loop; something may be ready for ever
+    clipboard->get_display()->sync();
+    for (int i = 0; i < enough && g_main_context_iteration(nullptr, FALSE); ++i) {
+    }
+}
+
 std::optional<std::string> foreignTextOf(const Glib::RefPtr<Gdk::Clipboard> &clipboard) {
+    readDisplay(clipboard);
     if (clipboard->is_local()) return std::nullopt;
 
     struct Reading {

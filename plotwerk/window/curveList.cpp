@@ -90,7 +90,8 @@ CurveList::CurveList(const Document &shown, std::function<void(const std::vector
     factory->signal_setup().connect([](const Glib::RefPtr<Gtk::ListItem> &listItem) {
         auto *box = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
         auto *swatch = Gtk::make_managed<Gtk::DrawingArea>();
-        swatch->set_size_request(18, 12);
+        swatch->set_size_request(20, 14);
+        swatch->set_valign(Gtk::Align::CENTER);
         auto *name = Gtk::make_managed<Gtk::Label>();
         name->set_ellipsize(Pango::EllipsizeMode::MIDDLE);
         name->set_hexpand();
@@ -135,6 +136,8 @@ void CurveList::bind(const Glib::RefPtr<Gtk::ListItem> &listItem) {
 
     swatch->set_visible(row.kind == Row::curve);
     swatch->set_draw_func([row](const Cairo::RefPtr<Cairo::Context> &cr, int width, int height) {
+        cr->set_source_rgb(1, 1, 1); // as on the page, whatever the theme
+        cr->paint();
         cr->set_source_rgba(row.red, row.green, row.blue, row.hidden ? 0.3 : 1);
         const double middle = height / 2.0;
         if (row.line) cr->rectangle(0, middle - 1, width, 2);

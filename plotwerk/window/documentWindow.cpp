@@ -113,6 +113,11 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
     set_child(*content);
 
     addActions();
+    picture().signalDrawn().connect([this] {
+        if (retired) return;
+        endStep();
+        updateActions();
+    });
     addDropTarget();
     add_controller(yieldingKeys());
     signal_close_request().connect(
@@ -122,6 +127,7 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
         },
         false);
     refresh();
+    updateActions();
     plot.grab_focus();
 }
 
@@ -240,17 +246,7 @@ void DocumentWindow::restore(const Versions::Version &version) {
 
 void DocumentWindow::refresh() {
     if (retired) return;
-    if (!std::exchange(stepIsDue, true)) {
-        add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock> &) {
-            stepIsDue = false;
-            if (retired) return false;
-            endStep();
-            updateActions();
-            return false;
-        });
-    }
     updateTitle();
-    updateActions();
     plot.refresh(application.mouseSelection(document));
     curves.refresh();
     if (fitPane.get_visible()) fitPane.refresh();

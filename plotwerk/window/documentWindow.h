@@ -30,8 +30,8 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     // To be called when the document may have changed.
     void refresh();
 
-    // What was done until now is a step of its own, to be undone alone. Messages of one frame are
-    // one step otherwise.
+    // What was done until now is a step of its own, to be undone alone. What is seen together for
+    // the first time is one step otherwise.
     void endStep();
 
     // A line for the user, until the next one; empty: none.
@@ -78,7 +78,6 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     ViewHistory history;
     Versions versions;
     Versions::Change change = Versions::Change::none; // since the last version
-    bool stepIsDue = false;
     std::string readOutText;
 
     CurveList curves;

@@ -15,6 +15,7 @@ JournalPane::JournalPane() {
     gtk_accessible_update_property(GTK_ACCESSIBLE(view.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    "Journal", -1);
     set_child(view);
+    signal_map().connect([this] { showAll(); });
     set_min_content_height(96);
 }
 
@@ -24,13 +25,23 @@ static std::size_t rowsOf(const MessageLine &line) {
 
 void JournalPane::insert(const MessageLine &line) {
     lines.push_back(line);
+    if (!get_mapped()) return;
     const auto buffer = view.get_buffer();
     buffer->insert(buffer->end(), line.text + '\n');
     auto end = buffer->end();
     view.scroll_to(end);
 }
 
-void JournalPane::erase(std::size_t from, std::size_t count) {
+// While it isn't shown there is no text to keep.
+void JournalPane::showAll() {
+    std::string text;
+    for (const MessageLine &line : lines) text += line.text + '\n';
+    view.get_buffer()->set_text(text);
+    auto end = view.get_buffer()->end();
+    view.scroll_to(end);
+}
+
+void JournalPane::eraseText(std::size_t from, std::size_t count) {
     const auto buffer = view.get_buffer();
     std::size_t row = 0;
     for (std::size_t i = 0; i < from; ++i) row += rowsOf(lines[i]);
@@ -39,6 +50,10 @@ void JournalPane::erase(std::size_t from, std::size_t count) {
     auto begin = buffer->get_iter_at_line(static_cast<int>(row));
     auto end = buffer->get_iter_at_line(static_cast<int>(last));
     buffer->erase(begin, end);
+}
+
+void JournalPane::erase(std::size_t from, std::size_t count) {
+    if (get_mapped()) eraseText(from, count);
     const auto first = lines.begin() + static_cast<std::ptrdiff_t>(from);
     lines.erase(first, first + static_cast<std::ptrdiff_t>(count));
 }

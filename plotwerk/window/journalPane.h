@@ -29,6 +29,8 @@ class JournalPane final : public Gtk::ScrolledWindow {
   private:
     void insert(const MessageLine &line);
     void erase(std::size_t from, std::size_t count);
+    void eraseText(std::size_t from, std::size_t count);
+    void showAll();
 
     std::vector<MessageLine> lines;
     std::vector<MessageLine> takenBack; // the next one last

@@ -3,7 +3,9 @@
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/ranges.h"
 
+#include <array>
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 namespace plotwerk {
@@ -18,7 +20,11 @@ static constexpr gint64 scrollPause = 500 * 1000; // in µs; wheeling on after i
 
 PlotArea::PlotArea(const Document &shown, PlotWishes heard)
     : document(shown), wishes(std::move(heard)), pictureArea(shown) {
+    property_accessible_role() = Gtk::Accessible::Role::IMG;
+    gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL, "Plot",
+                                   -1);
     set_child(pictureArea);
+    pictureArea.signalDrawn().connect([this] { followPicture(); });
     marksArea.set_can_target(false);
     marksArea.set_draw_func([this](const Cairo::RefPtr<Cairo::Context> &cr, int, int) {
         drawMarks(cr, marks, pictureArea.view());
@@ -86,23 +92,44 @@ void PlotArea::addKeys() {
     add_controller(keys);
 }
 
-void PlotArea::refresh(const MouseSelection &selection) {
-    const PageView &view = pictureArea.view();
-    const Point a = view.frame.at(selection.x1, selection.y1);
-    const Point b = view.frame.at(selection.x2, selection.y2);
+static bool isSame(const std::optional<Box> &a, const std::optional<Box> &b) {
+    return a.has_value() == b.has_value() &&
+           (!a || (a->left == b->left && a->top == b->top && a->right == b->right &&
+                   a->bottom == b->bottom));
+}
+
+void PlotArea::refresh(const MouseSelection &selected) {
+    const auto values = [](const MouseSelection &of) {
+        return std::array{of.x1, of.y1, of.x2, of.y2, static_cast<double>(of.keys)};
+    };
+    const bool other = std::memcmp(values(selection).data(), values(selected).data(),
+                                   sizeof values(selected)) != 0;
+    selection = selected;
+    if (other) placeSelection();
+    pictureArea.refresh();
+}
+
+void PlotArea::placeSelection() {
     std::optional<Box> box;
-    if (!isBreak(a) && !isBreak(b)) {
+    if (!std::isnan(selection.x1)) {
+        const ScaledFrame &frame = pictureArea.view().frame;
+        const Point a = frame.at(selection.x1, selection.y1);
+        const Point b = frame.at(selection.x2, selection.y2);
         const auto [left, right] = std::minmax({a.x, b.x});
         const auto [top, bottom] = std::minmax({a.y, b.y});
-        box = Box{std::max(left, 0.0), std::max(top, 0.0), std::min(right, view.frame.width),
-                  std::min(bottom, view.frame.height)};
-        if (box->width() <= 0 || box->height() <= 0) box.reset();
+        box = Box{std::max(left, 0.0), std::max(top, 0.0), std::min(right, frame.width),
+                  std::min(bottom, frame.height)};
+        const bool fills = (selection.keys & 2) != 0; // it was zoomed to
+        if (fills || isBreak(a) || isBreak(b) || box->width() <= 0 || box->height() <= 0)
+            box.reset();
     }
-    const bool had = marks.selection.has_value();
-    marks.selection = box;
-    if (had || box) redrawMarks();
+    if (!isSame(std::exchange(marks.selection, box), box)) redrawMarks();
+}
+
+// What lies on the picture follows it, and needs no layout of its own.
+void PlotArea::followPicture() {
+    placeSelection();
     placeFitRange();
-    pictureArea.refresh();
     if (pointer && readOutRevision != document.revision) move(pointer->x, pointer->y);
 }
 
@@ -113,8 +140,8 @@ void PlotArea::showFitRange(bool shown) {
 
 // Limits beyond the frame, and those that nothing sets, are its edges.
 void PlotArea::placeFitRange() {
-    if (handle || (!showsFitRange && !marks.fitRange)) return;
-    marks.fitRange.reset();
+    if (handle) return;
+    std::optional<Box> box;
     if (showsFitRange) {
         const ScaledFrame &frame = pictureArea.view().frame;
         const Range range = fitRangeOf(document);
@@ -124,9 +151,9 @@ void PlotArea::placeFitRange() {
         const bool reversed = frame.scales[xAxis].reversed;
         const auto [left, right] = std::minmax({edge(range.min, reversed ? frame.width : 0),
                                                 edge(range.max, reversed ? 0 : frame.width)});
-        marks.fitRange = Box{left, 0, right, frame.height};
+        box = Box{left, 0, right, frame.height};
     }
-    redrawMarks();
+    if (!isSame(std::exchange(marks.fitRange, box), box)) redrawMarks();
 }
 
 // Of a place in the widget. Null where there is none.

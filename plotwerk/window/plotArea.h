@@ -40,7 +40,7 @@ class PlotArea final : public Gtk::Overlay {
     PictureArea &picture() { return pictureArea; }
 
     // To be called when the document may have changed, or what the mouse has selected there.
-    void refresh(const MouseSelection &selection);
+    void refresh(const MouseSelection &selected);
 
     // Whether the range of the fit is shown, with handles.
     void showFitRange(bool shown);
@@ -64,6 +64,8 @@ class PlotArea final : public Gtk::Overlay {
     bool scroll(double x, double y);
     bool press(guint key);
     void pan(double right, double down);
+    void followPicture();
+    void placeSelection();
     void placeFitRange();
     double *handleAt(const Point &place);
     void moveHandle(double x);
@@ -76,6 +78,7 @@ class PlotArea final : public Gtk::Overlay {
     PictureArea pictureArea;
     Gtk::DrawingArea marksArea;
     PlotMarks marks;
+    MouseSelection selection;
 
     std::optional<Point> pointer; // in the widget
     bool readOutIsDue = false;
