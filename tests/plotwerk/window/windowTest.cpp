@@ -24,8 +24,10 @@ class WindowTest : public ServerTest {
     void reopen() {
         const std::string path = pathOf("line.plotwerk");
         plotwerk->saveDocument_as_binary_(name, path, false);
+        plotwerk->newDocumentWithName_("other"); // for there always is one
         plotwerk->closeDocument_askForSave_(name, false);
         plotwerk->openFile_file_doRangeOverAll_("", path, false);
+        plotwerk->closeDocument_askForSave_("other", false);
     }
 
     std::array<double, 4> ranges() {
