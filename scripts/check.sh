@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # What a maintainer looks at beside scripts/test.sh: formatting, include rules, the API's
-# documentation, benchmarks and fuzz targets that still compile, the suite under the address and
-# undefined behaviour sanitizers, clang-tidy.
+# documentation, benchmarks and fuzz targets that still compile, the program with windows, the suite
+# under the address and undefined behaviour sanitizers, clang-tidy.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -9,6 +9,7 @@ cd "$(dirname "$0")/.."
 need_packages "${build_packages[@]}" "${window_packages[@]}" "${bus_packages[@]}" \
     "${test_packages[@]}" "${screen_packages[@]}" "${sanitizer_packages[@]}" "${check_packages[@]}"
 
+window=ON
 folders=(bench client fct plotwerk tests util)
 mapfile -t sources < <(find "${folders[@]}" -name '*.cpp' | sort)
 mapfile -t headers < <(find plw.h "${folders[@]}" -name '*.h' | sort)
@@ -24,7 +25,8 @@ step "Formatting" clang-format --dry-run -Werror "${sources[@]}" "${headers[@]}"
 step "Include rules" scripts/includeRules.sh
 step "Build: asan" build asan
 step "Tests: asan" run_tests asan
-step "Build: benchmarks and API documentation" build release benchmarks docs
+step "Build: windows, benchmarks and API documentation" build release all benchmarks docs
+step "Tests: windows and packages" run_tests release -R 'Window|Packaging'
 # The words of pkg-config's answer are arguments each.
 # shellcheck disable=SC2046
 step "Fuzz targets" clang++ -std=c++20 -Wall -Wextra -Werror -fsyntax-only -I. \

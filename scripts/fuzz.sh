@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 . scripts/steps.sh
-need_packages "${build_packages[@]}" "${window_packages[@]}" "${bus_packages[@]}" "${test_packages[@]}" \
+need_packages "${build_packages[@]}" "${bus_packages[@]}" "${test_packages[@]}" \
     "${sanitizer_packages[@]}"
 
 run_target() {

@@ -13,17 +13,21 @@ step() {
     echo "== $name: $((SECONDS - begin)) s"
 }
 
-# build PRESET [TARGET ...]: configures and builds; prints warnings and errors only.
+# build PRESET [TARGET ...]: configures and builds, the program with windows where window=ON; prints
+# warnings and errors only.
 build() {
     local preset=$1
     shift
-    cmake --preset "$preset" -DBUILD_TESTING=ON -DPLOTWERK_WINDOW=ON \
+    cmake --preset "$preset" -DBUILD_TESTING=ON -DPLOTWERK_WINDOW="${window:-OFF}" \
         -DCMAKE_COMPILE_WARNING_AS_ERROR=ON >/dev/null
     cmake --build --preset "$preset" -j "$jobs" --target "${@:-all}" -- --quiet
 }
 
-# run_tests PRESET: what failed with its output, and the counts; not the lines of what passed.
+# run_tests PRESET [OPTION ...]: what failed with its output, and the counts; not the lines of what
+# passed.
 run_tests() {
-    ctest --preset "$1" -j "$jobs" |
+    local preset=$1
+    shift
+    ctest --preset "$preset" -j "$jobs" "$@" |
         grep -v '^ *Start *[0-9]*: \|^ *[0-9]*/[0-9]* Test .* Passed  *[0-9.]* sec$'
 }
