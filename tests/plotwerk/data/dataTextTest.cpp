@@ -1,4 +1,5 @@
 #include "plotwerk/data/dataText.h"
+#include "plotwerk/data/dataTextWriter.h"
 
 #include "plotwerk/base/refusal.h"
 #include "tests/plotwerk/model/documents.h"
