@@ -98,7 +98,7 @@ bool RowReader::append(const char *line, std::size_t lineNumber) {
     }
     note(lineNumber, number);
     row.resize(width);
-    if (!number) ++emptyRows;
+    if (!number && !row.empty()) ++emptyRows;
     appendRow();
     return true;
 }
