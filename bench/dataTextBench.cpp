@@ -1,5 +1,6 @@
 // Reading data text, beside scanline alone on the same lines; and writing it.
 #include "plotwerk/data/dataText.h"
+#include "plotwerk/data/dataTextWriter.h"
 #include "util/text/scanline.h"
 
 #include <benchmark/benchmark.h>

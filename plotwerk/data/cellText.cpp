@@ -74,13 +74,13 @@ static bool hasGroupPoints(std::string_view text) {
 
 // Makes Fortran's exponents those of C.
 static void unifyExponent(std::string &number) {
-    const std::size_t d = number.find_first_of("dD");
+    const std::size_t d = std::min(number.find('d'), number.find('D'));
     if (d != std::string::npos) {
         if (endsAsNumber(std::string_view(number).substr(d))) number[d] = 'e';
         return;
     }
     // a field that has no room for the letter: 1.5-103
-    const std::size_t sign = number.find_first_of("+-", 1);
+    const std::size_t sign = std::min(number.find('+', 1), number.find('-', 1));
     if (sign == std::string::npos || sign + 4 != number.size() || number[sign - 1] == 'e' ||
         number[sign - 1] == 'E' || number.find('.') > sign)
         return;

@@ -25,23 +25,32 @@ struct Evidence {
 
 } // namespace
 
+static bool isCellSeparator(char c) {
+    return c == '\t' || c == ';';
+}
+
+static bool isPartOfNumber(char c) {
+    return plw::isDigit(c) || std::string_view("+-.,eEdD ").find(c) != std::string_view::npos;
+}
+
 static bool isNumeric(std::string_view token) {
-    return !token.empty() &&
-           token.find_first_not_of("0123456789+-.,eEdD ") == std::string_view::npos &&
+    return std::all_of(token.begin(), token.end(), isPartOfNumber) &&
            std::any_of(token.begin(), token.end(), plw::isDigit);
 }
 
 // Calls `take` for each token of a line. In a line with tabs or semicolons blanks are part of them.
 template<class Take> static int forEachToken(std::string_view line, Take take) {
-    const bool hasCells = line.find_first_of("\t;") != std::string_view::npos;
-    const std::string_view separators = hasCells ? "\t;" : " ";
+    const bool hasCells = std::any_of(line.begin(), line.end(), isCellSeparator);
+    const auto ends = [hasCells](char c) { return hasCells ? isCellSeparator(c) : c == ' '; };
+    const char *p = line.data();
+    const char *const end = p + line.size();
     int tokens = 0;
     while (true) {
-        const std::size_t begin = line.find_first_not_of(hasCells ? "\t; " : " ");
-        if (begin == std::string_view::npos) return tokens;
-        line.remove_prefix(begin);
-        std::string_view token = line.substr(0, line.find_first_of(separators));
-        line.remove_prefix(token.size());
+        while (p < end && (*p == ' ' || ends(*p))) ++p;
+        if (p == end) return tokens;
+        const char *const begin = p;
+        p = std::find_if(p, end, ends);
+        std::string_view token(begin, p);
         while (token.back() == ' ') token.remove_suffix(1);
         take(token);
         ++tokens;

@@ -33,7 +33,6 @@
 
 #include "plotwerk/model/document.h"
 
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -53,16 +52,6 @@ std::vector<DataTable> readDataText(std::string text, char decimalSeparator);
 // As readDataText, of the bytes of a file (encoding.h), whose own numbers may say what commas are
 // (commas.h). The log tells when that isn't as set, or couldn't be told.
 std::vector<DataTable> readDataFile(std::string bytes, char decimalSeparator);
-
-// One table as data text, to be read back as it is: a line of names and a line for each row, fields
-// separated by tabs. Appended to text, after an empty line when there is text already. All columns
-// have the same number of rows. Numbers have the decimal separator, and as many digits as
-// stringOfDouble gives them, or, where these don't read back as the same number, as many as it
-// takes; NaN is NAN. In names, line ends become blanks, and a quoted name that would end in a
-// backslash gets a blank there. Refused when the text would become longer than `longest` bytes: at
-// once where that is certain, else as soon as it is.
-void writeDataText(const std::vector<const Column *> &columns, char decimalSeparator,
-                   std::string &text, double longest = std::numeric_limits<double>::infinity());
 
 } // namespace plotwerk
 

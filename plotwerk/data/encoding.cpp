@@ -94,7 +94,7 @@ std::string textOfFile(std::string bytes) {
     if (mark == "\xFF\xFE" || mark == "\xFE\xFF") {
         bytes = utf8OfUtf16(std::string_view(bytes).substr(2), mark == "\xFF\xFE");
     } else {
-        if (bytes.starts_with("\xEF\xBB\xBF")) bytes.erase(0, 3);
+        if (bytes.starts_with(byteOrderMark)) bytes.erase(0, byteOrderMark.size());
         if (!plw::isUtf8(bytes)) bytes = withoutNoncharacters(bytes);
     }
     if (bytes.find('\0') != std::string::npos)

@@ -3,8 +3,12 @@
 #define PLOTWERK_DATA_ENCODING_H
 
 #include <string>
+#include <string_view>
 
 namespace plotwerk {
+
+// Of UTF-8.
+inline constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 // The text of a file, in UTF-8 that the bus carries and without its byte order mark. Bytes behind a
 // mark of UTF-16, of either order, are read so; others as UTF-8 if they are that, and else as

@@ -3,6 +3,7 @@
 #include "plotwerk/base/bounds.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/data/dataText.h"
+#include "plotwerk/data/dataTextWriter.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/names.h"
 #include "plotwerk/model/palette.h"

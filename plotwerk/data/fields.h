@@ -14,6 +14,10 @@ namespace plotwerk {
 
 enum class FieldKind : char { number, time, missing, word };
 
+inline bool isNumeric(FieldKind kind) {
+    return kind == FieldKind::number || kind == FieldKind::time;
+}
+
 struct Field {
     FieldKind kind = FieldKind::missing;
     bool quoted = false;

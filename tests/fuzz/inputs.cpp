@@ -2,6 +2,7 @@
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/data/dataText.h"
+#include "plotwerk/data/dataTextWriter.h"
 #include "plotwerk/fit/fit.h"
 #include "plotwerk/fit/parameterList.h"
 #include "plotwerk/model/parameterText.h"

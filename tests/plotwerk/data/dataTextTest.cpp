@@ -1,4 +1,5 @@
 #include "plotwerk/data/dataText.h"
+#include "plotwerk/data/dataTextWriter.h"
 
 #include "plotwerk/base/refusal.h"
 #include "tests/plotwerk/model/documents.h"
@@ -112,6 +113,7 @@ TEST(DataText, IsReadAsProgramsExportIt) {
          "X=1,3,5,7,9,1,1,1,1,1,1 Y1=2,4,6,8,10,2,2,2,2,2,2"},
         {"settings above", "Device,X 2\nPoints,2\nRange,10\n\nt,U\n0,1\n1,2\n", "t=0,1 U=1,2"},
         {"words below", "t,U\n0,1\n1,2\nEnd of data\n", "t=0,1 U=1,2"},
+        {"more words than rows", "t,U\n0,1\nEnd\nof data\n1,2\n", "t=0,1 U=1,2"},
         {"a value with its unit", "t,U,I\n1,2 V,3\n2,3 V,4\n", "t=1,2 I=3,4"},
     };
     for (const auto &c : cases) EXPECT_EQ(read(c.text, '.'), c.want) << c.what;

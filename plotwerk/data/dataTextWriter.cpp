@@ -1,0 +1,87 @@
+#include "plotwerk/data/dataTextWriter.h"
+
+#include "plotwerk/base/bounds.h"
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/data/encoding.h"
+#include "plotwerk/data/fields.h"
+#include "util/number/format.h"
+#include "util/text/scanline.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+
+namespace plotwerk {
+
+// A name that is a word where it stands needs no quotes.
+static bool needsQuotes(const std::string &name) {
+    if (name.empty() || name.starts_with(byteOrderMark) || commentOf(name.c_str()) != nullptr ||
+        name.find_first_of(" \t;,#\"'") != std::string::npos)
+        return true;
+    double number;
+    int count;
+    if (plw::scanline(name.c_str(), &number, 1, &count) != name.c_str()) return true;
+    std::vector<Field> fields;
+    readFields(name.c_str(), '\t', Commas::separate, fields);
+    return fields.front().kind != FieldKind::word;
+}
+
+static void writeName(std::string name, std::string &text) {
+    std::replace_if(
+        name.begin(), name.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    if (!needsQuotes(name)) {
+        text += name;
+        return;
+    }
+    const char quote = name.find('"') == std::string::npos ? '"' : '\'';
+    text += quote;
+    for (const char c : name) {
+        if (c == quote) text += '\\';
+        text += c;
+    }
+    if (name.ends_with('\\')) text += ' '; // the quote would belong to the name
+    text += quote;
+}
+
+static void writeNumber(double value, char decimalSeparator, std::string &text) {
+    const std::size_t begin = text.size();
+    const char *digits = plw::stringOfDouble(value);
+    if (std::isnan(value) || std::strtod(digits, nullptr) == value) {
+        text += digits;
+    } else {
+        char exact[32];
+        text.append(exact, std::to_chars(exact, exact + sizeof exact, value).ptr);
+    }
+    if (decimalSeparator == '.') return;
+    const std::size_t point = text.find('.', begin);
+    if (point != std::string::npos) text[point] = decimalSeparator;
+}
+
+void writeDataText(const std::vector<const Column *> &columns, char decimalSeparator,
+                   std::string &text, double longest) {
+    if (columns.empty()) return;
+    const auto requireLength = [longest](double bytes) {
+        if (bytes > longest) throw Refusal("the data are too long as text");
+    };
+    const auto width = static_cast<double>(columns.size());
+    const auto rows = static_cast<double>(columns.front()->values.size());
+    requireLength(static_cast<double>(text.size()) + 2 * width * rows);
+    if (!text.empty()) text += '\n';
+    const auto writeLine = [&](auto writeField) {
+        for (const Column *column : columns) {
+            if (column != columns.front()) text += '\t';
+            writeField(*column);
+            requireLength(static_cast<double>(text.size()));
+        }
+        text += '\n';
+    };
+    writeLine([&](const Column &column) { writeName(column.name, text); });
+    for (std::size_t row = 0; row < columns.front()->values.size(); ++row) {
+        writeLine(
+            [&](const Column &column) { writeNumber(column.values[row], decimalSeparator, text); });
+        requireMemory(4.0 * static_cast<double>(text.size())); // while it grows there are two
+    }
+}
+
+} // namespace plotwerk

@@ -1,0 +1,76 @@
+#include "plotwerk/data/lines.h"
+
+#include <cstring>
+
+namespace plotwerk {
+
+void unifyLineEnds(std::string &text) {
+    for (std::size_t at = 0; (at = text.find('\r', at)) != std::string::npos; ++at)
+        text[at] = text[at + 1] == '\n' ? ' ' : '\n';
+}
+
+// The end of the text where there is none.
+static char *nextLineFeed(char *p, char *end) {
+    auto *found = static_cast<char *>(std::memchr(p, '\n', end - p));
+    return found == nullptr ? end : found;
+}
+
+// Where the line ends that begins there: a cell in quotes may hold line ends, which become blanks.
+// Quotes that nothing closes soon belong to a line of their own. *lines becomes how many were
+// joined.
+static char *endOfLine(char *line, char *const end, std::size_t *lines) {
+    constexpr std::ptrdiff_t longestCell = 4096;
+    char *lineEnd = nextLineFeed(line, end);
+    const auto *quote = static_cast<char *>(std::memchr(line, '"', lineEnd - line));
+    if (quote == nullptr) return lineEnd;
+
+    char *open = nullptr; // the quote that begins the cell, while it isn't closed
+    char *const last = end - lineEnd > longestCell ? lineEnd + longestCell : end;
+    char before = ',';
+    char *breaks[32];
+    int count = 0;
+    const auto join = [&](char *joinedEnd) {
+        for (int i = 0; i < count; ++i) *breaks[i] = ' ';
+        *lines += static_cast<std::size_t>(count);
+        return joinedEnd;
+    };
+    for (char *p = line; p < last; ++p) {
+        if (*p == '\n') {
+            if (open == nullptr) {
+                return join(p);
+            }
+            if (count == 32) break;
+            breaks[count++] = p;
+        } else if (*p == '"') {
+            if (open == nullptr) {
+                if (std::strchr(",;\t", before) != nullptr) open = p;
+            } else if (p[1] == '"') {
+                ++p;
+            } else if (p[-1] != '\\') {
+                open = nullptr;
+            }
+        }
+        if (*p != ' ' && open == nullptr) before = *p;
+    }
+    if (open != nullptr || last != end) return lineEnd;
+    return join(end);
+}
+
+Lines::Lines(std::string &text)
+    : following(text.data()),
+      end(text.data() + text.size()),
+      hasQuotes(text.find('"') != std::string::npos) {
+}
+
+const char *Lines::next() {
+    if (following >= end) return nullptr;
+    lineNumber += joined;
+    joined = 1;
+    char *const line = following;
+    char *const lineEnd = hasQuotes ? endOfLine(line, end, &joined) : nextLineFeed(line, end);
+    *lineEnd = '\0';
+    following = lineEnd + 1;
+    return line;
+}
+
+} // namespace plotwerk

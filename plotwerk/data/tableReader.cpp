@@ -1,0 +1,113 @@
+#include "plotwerk/data/tableReader.h"
+
+#include "plotwerk/data/columnNames.h"
+#include "plotwerk/data/finishTable.h"
+#include "util/text/word.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace plotwerk {
+
+// Head lines that are looked at together; a text of nothing else is looked at in such pieces.
+static constexpr std::size_t mostHeadLines = 256;
+
+static void dropFirst(std::vector<HeadLine> &head, std::size_t count) {
+    head.erase(head.begin(), head.begin() + static_cast<std::ptrdiff_t>(count));
+}
+
+void TableReader::readLine(const char *line, std::size_t number, const char *textEnd) {
+    if (rows.appendPlain(line, textEnd)) return;
+    const bool isHead = rows.rows().count == 0;
+    const char *comment = commentOf(line);
+    if (*plw::skipSpaces(line) == '\0') {
+        endGroup();
+    } else if (comment != nullptr) {
+        if (isHead) addHead({comment, number, true});
+    } else if (isHead) {
+        readHead(line, number);
+    } else {
+        readRow(line, number);
+    }
+}
+
+std::vector<DataTable> TableReader::takeTables() {
+    endGroup();
+    return std::move(tables);
+}
+
+void TableReader::addHead(HeadLine line) {
+    line.beginsGroup = headEnded;
+    headEnded = false;
+    if (head.size() >= 2 * mostHeadLines) dropFirst(head, mostHeadLines);
+    head.push_back(line);
+}
+
+void TableReader::readHead(const char *line, std::size_t number) {
+    const char separator = separatorOf(line, commas);
+    readFields(line, separator, commas, fields);
+    if (fields.empty()) return;
+    if (!isPlainRow(fields)) {
+        noteStop(number);
+        addHead({line, number, false});
+        if (head.size() >= mostHeadLines && !beginTableOfWords())
+            dropFirst(head, mostHeadLines / 2);
+        return;
+    }
+    const bool isEmpty = std::none_of(fields.begin(), fields.end(), [](const Field &field) {
+        return field.kind == FieldKind::number;
+    });
+    const bool hasHead =
+        std::any_of(head.begin(), head.end(), [](const HeadLine &each) { return !each.isComment; });
+    if (isEmpty && hasHead) return; // an empty line of a spreadsheet
+    const std::size_t begin = headEnded ? head.size() : beginOfGroup(head);
+    beginTable(layoutOfPlainRow(head, begin, fields, separator, commas));
+    readRow(line, number);
+}
+
+void TableReader::noteStop(std::size_t lineNumber) {
+    if (stops == 2) return;
+    ++stops;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        if (fields[i].kind != FieldKind::word && !fields[i].quoted) continue;
+        whereReadingStopped = "line " + std::to_string(lineNumber) + ", cell " +
+                              std::to_string(i + 1) + ": " + inQuotes(fields[i].text) +
+                              " is no number";
+        return;
+    }
+}
+
+// Begins a table with the last group of head lines if they, words and all, are rows. False if they
+// aren't.
+bool TableReader::beginTableOfWords() {
+    const auto layout = layoutOfWords(head, commas, wordsEverywhere);
+    if (layout) beginTable(*layout);
+    return layout.has_value();
+}
+
+// Takes the names from the head, and reads those lines of it that are rows.
+void TableReader::beginTable(const TableLayout &layout) {
+    names = columnNames(head, layout, commas);
+    rows = RowReader(layout.separator, commas, finished);
+    const std::vector<HeadLine> lines = std::exchange(head, {});
+    headEnded = false;
+    for (std::size_t i = layout.firstRow; i < lines.size(); ++i)
+        if (!lines[i].isComment) readRow(lines[i].text, lines[i].number);
+}
+
+void TableReader::readRow(const char *line, std::size_t number) {
+    if (!rows.append(line, number)) addHead({line, number, false});
+}
+
+void TableReader::endGroup() {
+    if (rows.rows().count == 0 && !head.empty() && !headEnded) beginTableOfWords();
+    if (rows.rows().count == 0) {
+        headEnded = !head.empty();
+        return;
+    }
+    std::optional<DataTable> table = finishTable(rows.take(), std::move(names), finished, remarks);
+    if (table) tables.push_back(std::move(*table));
+    names.clear();
+}
+
+} // namespace plotwerk
