@@ -53,7 +53,7 @@ static constexpr double straight = 0.1;
 // than this part of it, the square of Bates and Watts' relative offset: there undamped steps
 // converge, and differences of chi-square begin to drown in its rounding. So they do for any step
 // that is hardly damped and promises far less than chi-square's rounding.
-static constexpr double smallOffset = 1e-12;
+static constexpr double smallOffset = 1e-10;
 static constexpr double smallDecrease = 1e-20;
 static constexpr double hardlyDamped = 1e-3;
 
@@ -312,7 +312,7 @@ template<class Real> class Polish {
     // Steps halved so often without a gain are within rounding.
     static constexpr int mostFailures = 4;
 
-    // At the minimum the relative offset is at most this, a thousandth of what the solver leaves.
+    // At the minimum the relative offset is at most this, a ten thousandth of what the solver leaves.
     // And the factor by which the residual may have grown on the way: rounding, but no other
     // valley.
     static constexpr Real stationaryOffset = Real(1e-9L);
@@ -332,16 +332,16 @@ template<class Real> class Polish {
           startResidual(std::sqrt(best.chiSquare)) {
     }
 
-    // Until every parameter is known to `tolerance` of its value, or rounding allows no more.
-    // contraction: by how much a step shortens the next one, as far as known. False when this does
-    // not lead to where the gradient vanishes.
-    bool run(Real tolerance, Real contraction) {
+    // Until every parameter is known to `tolerance` of its value, or will be to `withAnother` after
+    // one more step, or rounding allows no more. contraction: by how much a step shortens the next
+    // one, as far as known. False when this does not lead to where the gradient vanishes.
+    bool run(Real tolerance, Real withAnother, Real contraction) {
         if (!std::isfinite(best.chiSquare)) return false;
         step = best.triangle.solve();
         Real fraction = 1; // of the undamped step that is taken
         int failures = 0;
         while (iterations < mostIterations && failures < mostFailures &&
-               remaining(contraction) > tolerance) {
+               remaining(contraction) > std::max(tolerance, withAnother / contraction)) {
             if (!stepIsFinite()) return false;
             advance(trial, fraction);
             trial.chiSquare = residuals.linearise(trial.b, trial.triangle);
@@ -452,10 +452,10 @@ static bool polished(Residuals<double> &residuals, Residuals<long double> &exten
                      const Iterate<double> &start, Vector &b, const std::vector<bool> &held,
                      Minimum &minimum) {
     Polish<double> rough(residuals, start);
-    rough.run(1e-14, 1); // some fifty roundings
+    rough.run(1e-14, 1e-17, 1); // some fifty roundings, or what the other polish makes none
     const Vector &near = rough.parameters();
     Polish<long double> polish(extended, iterateAt(extended, {near.begin(), near.end()}));
-    const bool stationary = polish.run(1e-16L, rough.contractionSeen()); // below half of one
+    const bool stationary = polish.run(1e-16L, 0, rough.contractionSeen()); // below half
     minimum.iterations += rough.iterations + polish.iterations;
     const std::vector<int> varied = notHeld(held);
     for (std::size_t k = 0; k < varied.size(); ++k)
