@@ -26,7 +26,6 @@ Residuals<Real>::Residuals(const Formula &formula, const FitPoints &fitted,
       free(freeParameters),
       all(parameters.begin(), parameters.end()),
       evaluator(formula.tape()),
-      ahead(formula.tape()),
       work(fitWork),
       nanosecondsPerStep(timeOfStep<Real>(formula.tape(), data.x.size(), free.size())) {
 }
@@ -87,7 +86,8 @@ std::vector<Real> Residuals<Real>::accelerationSide(const std::vector<Real> &b,
     work.take(nanosecondsPerStep);
     std::vector<Real> further(b);
     for (int j = 0; j < p; ++j) further[j] += reach * v[j];
-    setParameters(ahead, further);
+    if (!ahead) ahead = evaluator;
+    setParameters(*ahead, further);
     setParameters(evaluator, b);
 
     std::vector<Real> side(p);
@@ -95,7 +95,7 @@ std::vector<Real> Residuals<Real>::accelerationSide(const std::vector<Real> &b,
     for (int i = 0; i < n; i += evaluator.blockSize()) {
         const int count = std::min(evaluator.blockSize(), n - i);
         const Real *f = evaluator.values(inputs, i, count);
-        const Real *fAhead = ahead.values(inputs, i, count);
+        const Real *fAhead = ahead->values(inputs, i, count);
         evaluator.differentiate();
 
         for (int k = 0; k < count; ++k) second[k] = (fAhead[k] - f[k]) / reach;

@@ -6,6 +6,7 @@
 #include "plotwerk/formula/evaluator.h"
 #include "plotwerk/formula/formula.h"
 
+#include <optional>
 #include <vector>
 
 namespace plotwerk {
@@ -77,7 +78,7 @@ template<class Real> class Residuals {
     std::vector<int> free;
     std::vector<Real> all; // parameters, the free ones overwritten by b
     Evaluator<Real> evaluator;
-    Evaluator<Real> ahead; // at b + reach * v
+    std::optional<Evaluator<Real>> ahead; // at b + reach * v
     FitWork &work;
     double nanosecondsPerStep;
 };

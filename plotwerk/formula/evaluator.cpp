@@ -7,15 +7,17 @@
 
 namespace plotwerk {
 
-// As many points as keep a formula of common length in the second-level cache.
-static int blockFor(std::size_t instructions) {
-    return static_cast<int>(std::clamp<std::size_t>(8192 / (instructions + 1), 8, 256));
+// As many points as keep a short formula, with its derivatives, in the first-level cache, and one of
+// common length in the second-level cache.
+template<class Real> static int blockFor(std::size_t instructions) {
+    constexpr std::size_t most = 1024 / sizeof(Real);
+    return static_cast<int>(std::clamp<std::size_t>(64 * most / (instructions + 1), 8, most));
 }
 
 template<class Real>
 Evaluator<Real>::Evaluator(const Tape &formula)
     : tape(&formula),
-      block(blockFor(formula.instructions.size())),
+      block(blockFor<Real>(formula.instructions.size())),
       values_(formula.instructions.size() * block) {
     for (int k = 0; const Instruction &instruction : tape->instructions) {
         if (instruction.operation == Operation::constant)
