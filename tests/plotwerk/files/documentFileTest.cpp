@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
 #include <tuple>
 
 using namespace plotwerk;
@@ -141,4 +142,19 @@ TEST(DocumentFile, OfEveryVersionOpensWithEverythingInIt) {
         EXPECT_TRUE(std::isnan(x[0])) << name;
         EXPECT_GT(x[1], 0) << name;
     }
+}
+
+TEST(DocumentFile, OfVersion2_1OpensWithWhatCameWithIt) {
+    const std::string directory = TEST_DATA_DIR "/documents/version2.1";
+    const Document document = documentOf(readWholeFile(directory + ".json"));
+    EXPECT_EQ(linesOf(document), linesOf(documentOf(readWholeFile(directory + ".cbor"))));
+    const Table &table = document.sources[0].tables[0];
+    const FitParameter &parameter = document.parameters[0];
+    EXPECT_EQ(std::tuple(table.x.isTime, table.y[0].isTime, table.y[0].residuals,
+                         document.absoluteErrors, document.title.size(), parameter.atBound),
+              std::tuple(true, true, true, true, 22U, true));
+    EXPECT_EQ(parameter.bounds.min, -std::numeric_limits<double>::max());
+    EXPECT_EQ(std::tuple(document.fit.weighted, document.fit.absoluteErrors,
+                         document.fit.covariance.values[0]),
+              std::tuple(true, true, 0.1));
 }
