@@ -100,11 +100,11 @@ static std::pair<Names, std::size_t> lastNames(const std::vector<HeadLine> &head
     constexpr std::size_t farthestComment = 2; // names stand close above their columns
     for (std::size_t at = layout.firstRow; at-- > 0;) {
         Names found = namesIn(head[at], layout, commas);
-        const bool isMeant = head[at].isComment ? found.size() == layout.width &&
-                                                      layout.firstRow - at <= farthestComment &&
-                                                      !hasNumber(head[at], layout.separator, commas)
-                                                : !found.empty();
-        if (isMeant) return {std::move(found), at};
+        const bool isClose = layout.firstRow - at <= farthestComment;
+        const bool names = head[at].isComment ? isClose && found.size() == layout.width &&
+                                                    !hasNumber(head[at], layout.separator, commas)
+                                              : !found.empty();
+        if (names) return {std::move(found), at};
     }
     return {};
 }

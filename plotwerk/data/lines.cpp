@@ -36,9 +36,7 @@ static char *endOfLine(char *line, char *const end, std::size_t *lines) {
     };
     for (char *p = line; p < last; ++p) {
         if (*p == '\n') {
-            if (open == nullptr) {
-                return join(p);
-            }
+            if (open == nullptr) return join(p);
             if (count == 32) break;
             breaks[count++] = p;
         } else if (*p == '"') {
