@@ -44,9 +44,12 @@ static Document plain() {
     return document;
 }
 
+static PlacedFrame placed(const Document &document) {
+    return frameOf(document, drawnCurvesOf(document), Typesetter());
+}
+
 static std::vector<Drawn> axesOf(const Document &document, bool grid = false) {
-    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-    const PlacedFrame frame = frameOf(document, curves, Typesetter());
+    const PlacedFrame frame = placed(document);
     return drawnBy([&](cairo_t *cr) { grid ? drawGrid(cr, frame) : drawAxes(cr, frame); });
 }
 
@@ -54,24 +57,26 @@ TEST(Axes, HaveTicksOfTheirLengthsAtTheirPlacesOnAllSides) {
     for (const bool outside : {false, true})
         for (const bool reversed : {false, true}) {
             Document document = plain();
-            document.axes[xAxis].reversed = reversed;
+            document.axes[xAxis].range = {0.5, 10.5};
+            document.axes[yAxis].range = {0.5, 4.5};
+            document.axes[xAxis].reversed = document.axes[rightYAxis].noLine = reversed;
             for (Axis &axis : document.axes) {
                 axis.insideTicks = !outside;
                 axis.outsideTicks = outside;
             }
             std::multiset<std::string> want = {lineOf({0, 0}, {200, 0}),
-                                               lineOf({200, 0}, {200, 100}),
                                                lineOf({200, 100}, {0, 100})};
+            if (!reversed) want.insert(lineOf({200, 0}, {200, 100}));
             const double side = outside ? -1 : 1;
-            for (int value = 0; value <= 10; ++value) {
-                const double x = reversed ? 200 - 20 * value : 20 * value;
+            for (int value = 1; value <= 10; ++value) {
+                const double x = reversed ? 210 - 20 * value : 20 * value - 10;
                 const double length = side * (value % 2 == 0 ? 8 : 4);
                 want.insert(lineOf({x, 100}, {x, 100 - length}));
                 want.insert(lineOf({x, 0}, {x, length}));
                 if (value > 4) continue;
-                const double y = 100 - 25 * value;
+                const double y = 112.5 - 25 * value;
                 want.insert(lineOf({0, y}, {length, y}));
-                want.insert(lineOf({200, y}, {200 - length, y}));
+                if (!reversed) want.insert(lineOf({200, y}, {200 - length, y}));
             }
             std::multiset<std::string> got = linesIn(axesOf(document), 0.75);
             got.erase(lineOf({0, 0}, {0, 100})); // the frame may be closed by itself
@@ -82,6 +87,7 @@ TEST(Axes, HaveTicksOfTheirLengthsAtTheirPlacesOnAllSides) {
 TEST(Axes, HaveGridsBetweenTheSidesAndLinesWhereTheyCross) {
     Document document = plain();
     document.axes[xAxis].majorGrid = document.axes[yAxis].minorGrid = true;
+    document.axes[upperXAxis].minorGrid = true; // which only repeats the lower one
     const std::vector<Drawn> grid = axesOf(document, true);
     std::multiset<std::string> coarse;
     for (int value = 2; value <= 8; value += 2)
@@ -98,6 +104,185 @@ TEST(Axes, HaveGridsBetweenTheSidesAndLinesWhereTheyCross) {
     document.axes[xAxis].noLine = true;
     EXPECT_EQ(linesIn(axesOf(document), 0.75),
               (std::multiset<std::string>{lineOf({50, 0}, {50, 100})}));
+}
+
+TEST(Axes, HaveArrowsAtTheEndOfAscendingValuesAndThenNoFrame) {
+    const struct {
+        AxisCode axis;
+        bool reversed;
+        Point tip, side;
+    } cases[] = {{xAxis, false, {216.5, 100}, {208.25, 97.25}},
+                 {xAxis, true, {-16.5, 100}, {-8.25, 102.75}},
+                 {yAxis, false, {0, -16.5}, {-2.75, -8.25}},
+                 {yAxis, true, {0, 116.5}, {2.75, 108.25}}};
+    for (const auto &c : cases) {
+        Document document = plain();
+        document.axes[c.axis].arrow = true;
+        document.axes[c.axis].reversed = c.reversed;
+        for (Axis &axis : document.axes) axis.insideTicks = axis.outsideTicks = false;
+        const std::vector<Drawn> drawn = axesOf(document);
+        EXPECT_TRUE(std::ranges::any_of(drawn, [&](const Drawn &each) {
+            return each.thickness == 0 && each.path.size() >= 3 &&
+                   lineOf(each.path[0], each.path[1]) == lineOf(c.tip, c.side);
+        })) << c.axis << c.reversed;
+        EXPECT_EQ(linesIn(drawn, 0.75), (std::multiset<std::string>{lineOf({0, 100}, {200, 100}),
+                                                                   lineOf({0, 0}, {0, 100})}));
+    }
+}
+
+// How far away the nearer edge of a box is from the line of an axis, which way positive.
+static double beyond(const Box &box, const PlacedAxis &axis, double line) {
+    const double near = axis.horizontal() ? box.top - line : box.left - line;
+    const double far = axis.horizontal() ? box.bottom - line : box.right - line;
+    return (near > 0 ? near : -far) * (near > 0 ? 1 : -1) * -axis.inwards();
+}
+
+TEST(Axes, HaveNumbersBesideTheirTicks) {
+    for (const bool inside : {false, true})
+        for (const bool ticks : {false, true})
+            for (const bool noLine : {false, true}) {
+                Document document = plain();
+                document.axes[upperXAxis].range = document.axes[rightYAxis].range = {0, 4};
+                for (Axis &axis : document.axes) {
+                    axis.numbersInside = inside;
+                    axis.outsideTicks = ticks != inside;
+                    axis.insideTicks = ticks == inside;
+                    axis.noLine = noLine;
+                }
+                const PlacedFrame frame = placed(document);
+                for (const PlacedAxis &axis : frame.axes) {
+                    const double gap = axis.horizontal() ? 6.5 : 5;
+                    const double want = gap + (ticks && !noLine ? 8 : 0);
+                    EXPECT_GE(axis.numbers.size(), 1u) << axis.code;
+                    for (const PlacedNumber &number : axis.numbers) {
+                        const Box box = number.bounds();
+                        EXPECT_NEAR(beyond(box, axis, frame.line[axis.code]),
+                                    inside ? -want : want, 1e-9)
+                            << axis.code << inside << ticks << noLine;
+                        const Box ink = inkOf([&](cairo_t *cr) { number.draw(cr); });
+                        EXPECT_NEAR(ink.top, box.top, 1);
+                        EXPECT_NEAR(ink.bottom, box.bottom, 1);
+                        EXPECT_NEAR(ink.left, box.left, 1);
+                    }
+                }
+            }
+    Document document = plain();
+    document.axes[xAxis].noNumbers = true;
+    document.frame.yAxisPos = 5;
+    document.frame.tickLength = 10;
+    const PlacedFrame frame = placed(document);
+    EXPECT_TRUE(frame.axes[xAxis].numbers.empty());
+    EXPECT_EQ(frame.tickLength, 25) << "a quarter of the frame";
+    for (const PlacedNumber &number : frame.axes[yAxis].numbers)
+        EXPECT_NEAR(number.bounds().right, 100 - 5, 1e-9);
+}
+
+TEST(Axes, HaveSlantedNumbersWithOneEndAtTheTick) {
+    const struct {
+        AxisCode axis;
+        Point middle; // from the tick, of numbers that rise
+    } cases[] = {{xAxis, {-1, 0}}, {upperXAxis, {1, 0}}, {yAxis, {0, 1}}, {rightYAxis, {0, -1}}};
+    for (const auto &c : cases)
+        for (const double angle : {45.0, -45.0}) {
+            Document document = plain();
+            document.axes[c.axis].range = {1000, 5000};
+            document.axes[c.axis].increment = 1000;
+            document.axes[c.axis].labelAngle = angle;
+            const PlacedFrame frame = placed(document);
+            for (const PlacedNumber &number : frame.axes[c.axis].numbers) {
+                const double tick = frame.scales[c.axis].position(number.value);
+                const bool horizontal = isHorizontal(c.axis);
+                const double along = number.width / 2 * std::sqrt(0.5) * angle / 45;
+                EXPECT_NEAR(horizontal ? number.middle.x - tick : number.middle.y - 100 + tick,
+                            along * (horizontal ? c.middle.x : c.middle.y), 1e-9)
+                    << c.axis << ' ' << angle;
+            }
+        }
+}
+
+TEST(Axes, HaveWhatNumbersShareAtTheirEndApartFromAll) {
+    Document document = plain();
+    document.frame.xAxisLength = document.frame.yAxisLength = 10;
+    for (Axis &axis : document.axes) axis = {.range = {1e9, 1.00001e9}};
+    const PlacedFrame frame = placed(document);
+    std::vector<Box> boxes;
+    Box numbers[axisCount];
+    for (const PlacedAxis &axis : frame.axes) {
+        ASSERT_TRUE(axis.common);
+        boxes.push_back(axis.common->bounds());
+        numbers[axis.code] = axis.numbers.front().bounds();
+        for (const PlacedNumber &number : axis.numbers) {
+            boxes.push_back(number.bounds());
+            numbers[axis.code] = united(numbers[axis.code], number.bounds());
+        }
+    }
+    expectApart(boxes);
+    const auto common = [&](AxisCode code) { return frame.axes[code].common->bounds(); };
+    EXPECT_NEAR(common(xAxis).right, frame.width, 1e-9);
+    EXPECT_NEAR(common(xAxis).top, numbers[xAxis].bottom + 5, 1e-9);
+    EXPECT_NEAR(common(upperXAxis).right, frame.width, 1e-9);
+    EXPECT_NEAR(common(upperXAxis).bottom, numbers[upperXAxis].top - 5, 1e-9);
+    EXPECT_NEAR(common(yAxis).left, numbers[yAxis].left, 1e-9);
+    EXPECT_NEAR(common(rightYAxis).right, numbers[rightYAxis].right, 1e-9);
+    EXPECT_LE(std::max(common(yAxis).bottom, common(rightYAxis).bottom), 0);
+
+    const Box ink = inkOf([&](cairo_t *cr) { drawAxes(cr, frame); });
+    EXPECT_NEAR(ink.bottom, common(xAxis).bottom, 1);
+    EXPECT_NEAR(frame.outside.bottom, numbers[xAxis].bottom, 1e-9);
+    EXPECT_NEAR(frame.outside.top, ink.top, 1);
+    EXPECT_NEAR(frame.outside.left, ink.left, 1);
+    EXPECT_NEAR(frame.outside.right, ink.right, 1);
+}
+
+static Box titlesOf(const Document &document) {
+    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+    const Typesetter typesetter;
+    const PlacedFrame frame = frameOf(document, curves, typesetter);
+    return inkOf([&](cairo_t *cr) { drawTitles(cr, frame, document, curves, typesetter); });
+}
+
+TEST(Titles, StandBesideTheNumbersOrAtTheEndsOfCrossingAxes) {
+    Document document = plain();
+    document.sources.clear();
+    for (const AxisCode code : {upperXAxis, rightYAxis}) document.axes[code].range = {0, 4};
+    for (Axis &axis : document.axes) axis.outsideTicks = true;
+    const auto of = [&](AxisCode code) {
+        Document titled = document;
+        titled.axes[code].title = "Title";
+        return titlesOf(titled);
+    };
+    const Box out = placed(document).outside;
+    EXPECT_LT(out.left, -13);
+    EXPECT_NEAR(of(xAxis).top, out.bottom + 7, 1);
+    EXPECT_NEAR(of(upperXAxis).bottom, out.top - 7, 1);
+    EXPECT_NEAR(of(yAxis).right, out.left - 7, 1);
+    EXPECT_NEAR(of(rightYAxis).left, out.right + 7, 1);
+    for (const AxisCode code : {xAxis, upperXAxis, yAxis, rightYAxis}) {
+        EXPECT_NEAR((of(code).left + of(code).right) / 2, isHorizontal(code) ? 100 : of(code).left + of(code).width() / 2, 1);
+        EXPECT_EQ(of(code).width() > of(code).height(), isHorizontal(code));
+    }
+
+    Document shared = document; // beside what the numbers have in common, or below it
+    shared.axes[xAxis].range = {1e9, 1.00001e9};
+    shared.axes[xAxis].increment = unset;
+    shared.axes[xAxis].title = "T";
+    const PlacedFrame sharing = placed(shared);
+    EXPECT_NEAR(titlesOf(shared).top, sharing.outside.bottom + 7, 1);
+    shared.axes[xAxis].title = "A title that is as long as all of the axis";
+    EXPECT_NEAR(titlesOf(shared).top, sharing.axes[xAxis].common->bounds().bottom + 7, 1);
+
+    document.frame.xAxisPos = 1;
+    document.frame.yAxisPos = 2.5;
+    EXPECT_NEAR(of(xAxis).left, 200 + 2 * 8.25 + 3.5, 1);
+    EXPECT_NEAR((of(xAxis).top + of(xAxis).bottom) / 2, 75, 1);
+    EXPECT_NEAR(of(yAxis).bottom, -2 * 8.25 - 3.5, 1);
+    EXPECT_NEAR((of(yAxis).left + of(yAxis).right) / 2, 50, 1);
+    const double height = of(yAxis).height();
+    document.axes[yAxis].title = document.title = "Title";
+    EXPECT_NEAR(titlesOf(document).top, -2 * 8.25 - 3.5 - height - 7 - height, 1.5);
+
+    document.frame.xAxisPos = -100; // no farther than the frame
+    EXPECT_EQ(placed(document).line[xAxis], 100);
 }
 
 // The number that a text shows, of characters that C reads.
@@ -177,6 +362,16 @@ TEST(ErrorBars, ReachAsFarAsTheErrorsWithCapsAcross) {
                                        lineOf({58, 50}, {62, 50}), lineOf({20, 25}, {100, 25}),
                                        lineOf({20, 23}, {20, 27}), lineOf({100, 23}, {100, 27})};
     EXPECT_EQ(barsOf(document), want);
+
+    document.sources[0].tables[0].x.values = {1, 1}; // bars that overlap are one
+    y[0].values = {2, 2.1};
+    y[1].values = {1.5, 0.2};
+    y[2].values = {-1.5, 0.2};
+    y[0].look.xError = false;
+    EXPECT_EQ(barsOf(document).count(lineOf({20, 12.5}, {20, 87.5})), 1u);
+    document.sources[0].tables[0].x.values = {1, 3};
+    y[0].values = {1, 3};
+    y[0].look.xError = true;
 
     // the mean (2, 2) of both, with errors of a half of the root of the sum of squares
     y[0].look.sum = 2;

@@ -31,12 +31,19 @@ TEST(CurvePoints, AreInterpolated) {
     onlyCurve(document).look.interpolationPoints = 1;
     expectDrawn(document, {0, 1, 0}); // straight: the lines are there already
 
-    // the natural cubic spline up to x = 1 is 3/2 x - 1/2 x^3
-    onlyCurve(document).look.interpolationType = 1;
-    expectDrawn(document, {0, 0.6875, 1, 0.6875, 0});
+    // the natural cubic spline has the second derivatives 0, -4, 4, 0
+    Document spline = documentWith({0, 1, 2, 3}, {0, 1, 0, 1});
+    spline.axes[yAxis].range = {-1, 2};
+    onlyCurve(spline).look = onlyCurve(document).look;
+    onlyCurve(spline).look.interpolationType = 1;
+    expectDrawn(spline, {0, 0.75, 1, 0.5, 0, 0.25, 1});
 
-    document.sources[0].tables[0].x.values = {0, 1, 1}; // no function of x
-    expectDrawn(document, {0, 0.5, 1, 0.5, 0});
+    spline.sources[0].tables[0].x.values = {0, 1, 1, 2}; // no function of x
+    expectDrawn(spline, {0, 0.5, 1, 0.5, 0, 0.5, 1});
+
+    onlyCurve(spline).look.interpolationPoints = 1e9;
+    const std::vector<DrawnCurve> curves = drawnCurvesOf(spline);
+    EXPECT_LE(pointsOfLine(curves[0], scaledFrameOf(spline, curves)), 5e6);
 }
 
 TEST(CurvePoints, OfStraightLinesAreBentOnLogarithmicAxes) {
@@ -47,6 +54,12 @@ TEST(CurvePoints, OfStraightLinesAreBentOnLogarithmicAxes) {
     expectDrawn(document, {1, 34, 67, 100, unset, 5});
     document.axes[yAxis].reversed = true;
     expectDrawn(document, {1, 34, 67, 100, unset, 5});
+
+    document = documentWith({1, 100}, {0, 1});
+    document.axes[xAxis].logarithmic = true;
+    document.axes[yAxis].range = {0, 2};
+    onlyCurve(document).look.interpolationPoints = 1;
+    expectDrawn(document, {0, 0.5, 1});
 }
 
 TEST(CurvePoints, BreakWhereXRunsBackwards) {

@@ -75,6 +75,10 @@ TEST(Pdf, HoldsNumbersTitlesAndTextsAsText) {
     twoNames.sources[0].tables[0].y[1].name = "Phase";
     Document extremes = twoNames;
     extremes.sources[0].tables[0].y[1].name = onlyCurve(named).name + " maxima";
+    Document fitted = extremes; // whose title is that of the data
+    fitted.sources[0].tables[0].y[1].name = "Fit";
+    fitted.sources[0].tables[0].y[1].drawnByFit = true;
+    fitted.axes[xAxis].noNumbers = true;
     Document otherAxes = sineDocument();
     Table other = otherAxes.sources[0].tables[0];
     other.x.name = "Upper";
@@ -93,6 +97,7 @@ TEST(Pdf, HoldsNumbersTitlesAndTextsAsText) {
          {"not shown", "3000"}},
         {twoNames, {"Frequency"}, {"Amplitude", "Phase"}},
         {extremes, {"Frequency", "Amplitude \ufffd"}, {"maxima"}},
+        {fitted, {"Amplitude \ufffd"}, {"Fit", "Frequency"}},
         {otherAxes, {"Upper", "Right", "3000", "\u221260", "0.5", "10"}, {}},
         {Document(), {"0.2"}, {}}, // nothing to draw but the axes
         {documentWith({unset}, {1}), {"0.2"}, {}},
@@ -275,6 +280,12 @@ TEST(Pictures, ShowCurvesAsTheDocumentSays) {
         d.axes[yAxis].range = {0.01, 1e6};
         onlyCurve(d).values = {unset, 1, unset};
     });
+    see("and on a reversed axis", "#4,6.1 #4,7.5 _4,5.5", [](D d, L look) {
+        look.yError = true, look.line = false;
+        d.axes[yAxis].logarithmic = d.axes[yAxis].reversed = true;
+        d.axes[yAxis].range = {0.01, 1e6};
+        onlyCurve(d).values = {unset, 1, unset};
+    });
     see("every second symbol, another over it", "#2,2 _2.5,2.5 #6,2 #6.5,2 _4,6.2", [](D, L look) {
         look.symbols = true, look.symbolInc = 2, look.line = false;
         look.symbolSize = 57, look.symbol = {3, 0, 0, 10};
@@ -290,15 +301,8 @@ TEST(Pictures, ShowCurvesAsTheDocumentSays) {
 }
 
 TEST(Pictures, ShowAxesAndTextsAsTheDocumentSays) {
-    see("ticks inside", "#8,0.17 #9,0.07 _9,0.17 _8.5,0.07 #8,7.83 #0.17,2 #11.83,2 _0.17,3",
-        [](D d, L) {
-            for (Axis &axis : d.axes) axis.insideTicks = true;
-        });
-    see("ticks outside", "#8,-0.17 #9,-0.07 #-0.17,2 #8,8.17 #12.17,2 _8,0.17", [](D d, L) {
-        for (Axis &axis : d.axes) axis.outsideTicks = true;
-    });
-    see("grid", ".8,7 _9,6.5 _7,4 .8.5,3 _8.5,3.5",
-        [](D d, L) { d.axes[xAxis].majorGrid = d.axes[yAxis].minorGrid = true; });
+    see("grid below the curve", ".8,7 .7,4 _7,5 #4,6",
+        [](D d, L) { d.axes[xAxis].majorGrid = d.axes[yAxis].majorGrid = true; });
     see("crossing axes and an arrow", "#7.5,3 #9,7.5 _0,4 _8,8 _12,5 #12.4,3 #12.4,3.04 _12.1,3.07",
         [](D d, L) {
             d.frame.xAxisPos = 3;
@@ -394,6 +398,9 @@ TEST(Frame, LeavesRoomAroundDataAndBeginsWhereAreasDo) {
     expectLimits("y from zero", yAxis, -3, 78, [](D d, L) { onlyCurve(d).values[0] = 0; });
     expectLimits("area", yAxis, 0, 78, [](D, L look) { look.filled = true; });
     expectLimits("drop lines", yAxis, 0, 78, [](D, L look) { look.marker = true; });
+    expectLimits("band of a fit", yAxis, 49, 76, [](D d, L look) {
+        look.filled = onlyCurve(d).drawnByFit = true;
+    });
     expectLimits("area from the x axis", yAxis, 48, 102,
                  [](D d, L look) { look.filled = true, d.frame.xAxisPos = 100; });
     expectLimits("given limit", yAxis, 25, 77,

@@ -139,6 +139,18 @@ std::vector<Drawn> drawnBy(const std::function<void(cairo_t *)> &draw) {
     return all;
 }
 
+Box inkOf(const std::function<void(cairo_t *)> &draw) {
+    const Surface surface(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
+    draw(Context(cairo_create(surface.get())).get());
+    Box ink;
+    double width = 0;
+    double height = 0;
+    cairo_recording_surface_ink_extents(surface.get(), &ink.left, &ink.top, &width, &height);
+    ink.right = ink.left + width;
+    ink.bottom = ink.top + height;
+    return ink;
+}
+
 std::string outputOf(const std::string &command, const std::string &bytes) {
     const std::string script = "f=$(mktemp) && cat >$f && " + command + "; s=$?; rm $f; exit $s";
     const Output output = runProgram({"sh", "-c", script}, bytes);

@@ -53,6 +53,9 @@ struct Drawn {
 
 std::vector<Drawn> drawnBy(const std::function<void(cairo_t *)> &draw);
 
+// The box of all ink, in points from there, too.
+plotwerk::Box inkOf(const std::function<void(cairo_t *)> &draw);
+
 // What a shell command prints, given the bytes as the file $f. A failure fails the test.
 std::string outputOf(const std::string &command, const std::string &bytes);
 
