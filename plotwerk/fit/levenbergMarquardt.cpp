@@ -160,8 +160,7 @@ class Solver {
           steps(std::min(s.steps, leastSteps + static_cast<int>(mostWork / r.points()))),
           current(iterateAt(r, start)),
           trial{start, r.newTriangle(), 0},
-          scale(start.size()) {
-    }
+          scale(start.size()) {}
 
     bool hasStart() const { return std::isfinite(current.chiSquare); }
 
@@ -270,9 +269,7 @@ class Solver {
         return damped(current.triangle, varied, Vector(scale.size()), 0, scale).lengthOfQ();
     }
 
-    void updateVaried() {
-        varied = notHeld(held());
-    }
+    void updateVaried() { varied = notHeld(held()); }
 
     // Downhill, or uphill by no more than arXiv:1201.5885 accepts with the exponent 2.
     bool acceptable(const Vector &velocity, double length) const {
@@ -312,9 +309,9 @@ template<class Real> class Polish {
     // Steps halved so often without a gain are within rounding.
     static constexpr int mostFailures = 4;
 
-    // At the minimum the relative offset is at most this, a ten thousandth of what the solver leaves.
-    // And the factor by which the residual may have grown on the way: rounding, but no other
-    // valley.
+    // At the minimum the relative offset is at most this, a ten thousandth of what the solver
+    // leaves. And the factor by which the residual may have grown on the way: rounding, but no
+    // other valley.
     static constexpr Real stationaryOffset = Real(1e-9L);
     static constexpr Real mostGrowth = Real(1.000001L);
 
@@ -329,8 +326,7 @@ template<class Real> class Polish {
         : residuals(r),
           best(std::move(start)),
           trial{best.b, r.newTriangle(), 0},
-          startResidual(std::sqrt(best.chiSquare)) {
-    }
+          startResidual(std::sqrt(best.chiSquare)) {}
 
     // Until every parameter is known to `tolerance` of its value, or will be to `withAnother` after
     // one more step, or rounding allows no more. contraction: by how much a step shortens the next

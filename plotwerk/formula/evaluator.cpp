@@ -7,8 +7,8 @@
 
 namespace plotwerk {
 
-// As many points as keep a short formula, with its derivatives, in the first-level cache, and one of
-// common length in the second-level cache.
+// As many points as keep a short formula, with its derivatives, in the first-level cache, and one
+// of common length in the second-level cache.
 template<class Real> static int blockFor(std::size_t instructions) {
     constexpr std::size_t most = 1024 / sizeof(Real);
     return static_cast<int>(std::clamp<std::size_t>(64 * most / (instructions + 1), 8, most));
