@@ -1,7 +1,5 @@
 #include "plotwerk/formula/evaluator.h"
 
-#include "plotwerk/formula/kernels.h"
-
 #include <algorithm>
 #include <cstddef>
 
@@ -65,22 +63,26 @@ template<class Real> const Real *Evaluator<Real>::values(const Inputs &inputs, i
 
 template<class Real> void Evaluator<Real>::differentiate() {
     adjoints.resize(values_.size());
-    for (int k = 0; const Instruction &instruction : tape->instructions) {
-        if (instruction.active) std::fill_n(adjointOf(k), points, Real(0));
-        ++k;
-    }
+    sums.clear();
+    for (int k = 0; k < std::ssize(tape->instructions); ++k) sums.push_back({adjointOf(k), false});
     std::fill_n(adjointOf(tape->result), points, Real(1));
+    sums[tape->result].begun = true;
 
-    for (int k = tape->result; k >= 0; --k) {
+    for (int k = static_cast<int>(sums.size()) - 1; k >= 0; --k) {
         const Instruction &instruction = tape->instructions[k];
-        if (!instruction.active || instruction.operation <= Operation::parameter) continue;
+        if (!instruction.active) continue;
+        if (instruction.operation <= Operation::parameter) {
+            if (!sums[k].begun) std::fill_n(adjointOf(k), points, Real(0));
+            continue;
+        }
+        if (!sums[k].begun) continue; // the result doesn't depend on it
 
         std::array<const Real *, 3> from{};
-        std::array<Real *, 3> to{};
+        std::array<AdjointSum<Real> *, 3> to{};
         for (int o = 0; o < 3; ++o) {
             const int operand = instruction.operands[o];
             from[o] = valueOrNull(operand);
-            if (operand >= 0 && tape->instructions[operand].active) to[o] = adjointOf(operand);
+            if (operand >= 0 && tape->instructions[operand].active) to[o] = &sums[operand];
         }
         propagateAdjoints<Real>(instruction.operation, from, valueOf(k), adjointOf(k), to, points);
     }

@@ -2,6 +2,7 @@
 #ifndef PLOTWERK_FORMULA_EVALUATOR_H
 #define PLOTWERK_FORMULA_EVALUATOR_H
 
+#include "plotwerk/formula/kernels.h"
 #include "plotwerk/formula/tape.h"
 
 #include <span>
@@ -52,6 +53,7 @@ template<class Real> class Evaluator {
     int points = 0;
     std::vector<Real> values_;
     std::vector<Real> adjoints;
+    std::vector<AdjointSum<Real>> sums; // of adjoints, one for each instruction
 };
 
 } // namespace plotwerk

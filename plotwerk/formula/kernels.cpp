@@ -111,21 +111,28 @@ void computeValues(Operation operation, std::array<const Real *, 3> from, Real *
 
 template<class Real>
 void propagateAdjoints(Operation operation, std::array<const Real *, 3> from, const Real *out,
-                       const Real *adjoint, std::array<Real *, 3> to, int n) {
+                       const Real *adjoint, std::array<AdjointSum<Real> *, 3> to, int n) {
     const Real *a = from[0];
     const Real *b = from[1];
+    const auto add = [&](AdjointSum<Real> *sum, auto part) {
+        if (sum == nullptr) return;
+        Real *into = sum->values;
+        if (sum->begun)
+            for (int i = 0; i < n; ++i) into[i] += part(i);
+        else
+            for (int i = 0; i < n; ++i) into[i] = part(i);
+        sum->begun = true;
+    };
     // slope(k): derivative by one operand at point k
-    const auto propagate = [&](Real *into, auto slope) {
-        if (into == nullptr) return;
-        for (int i = 0; i < n; ++i) {
+    const auto propagate = [&](AdjointSum<Real> *sum, auto slope) {
+        add(sum, [&](int i) {
             const Real part = adjoint[i] * slope(i);
-            into[i] += adjoint[i] != 0 ? part : Real(0);
-        }
+            return adjoint[i] != 0 ? part : Real(0);
+        });
     };
     // the same where the slope is 1 or -1
-    const auto pass = [&](Real *into, auto part) {
-        if (into == nullptr) return;
-        for (int i = 0; i < n; ++i) into[i] += part(adjoint[i]);
+    const auto pass = [&](AdjointSum<Real> *sum, auto part) {
+        add(sum, [&](int i) { return part(adjoint[i]); });
     };
     const auto plus = [](Real u) { return u; };
     const auto minus = [](Real u) { return -u; };
@@ -196,8 +203,8 @@ void propagateAdjoints(Operation operation, std::array<const Real *, 3> from, co
 template void computeValues(Operation, std::array<const double *, 3>, double *, int);
 template void computeValues(Operation, std::array<const long double *, 3>, long double *, int);
 template void propagateAdjoints(Operation, std::array<const double *, 3>, const double *,
-                                const double *, std::array<double *, 3>, int);
+                                const double *, std::array<AdjointSum<double> *, 3>, int);
 template void propagateAdjoints(Operation, std::array<const long double *, 3>, const long double *,
-                                const long double *, std::array<long double *, 3>, int);
+                                const long double *, std::array<AdjointSum<long double> *, 3>, int);
 
 } // namespace plotwerk

@@ -13,14 +13,21 @@ namespace plotwerk {
 template<class Real>
 void computeValues(Operation operation, std::array<const Real *, 3> from, Real *out, int n);
 
-// Adds the contributions of the result's adjoint to those of the operands:
-// to[k][i] += adjoint[i] * d out / d from[k] at point i, wherever to[k] isn't null. An adjoint of 0
+// The adjoint of a value, one sum for each point. Until it has begun nothing has been added, and
+// its values are anything.
+template<class Real> struct AdjointSum {
+    Real *values;
+    bool begun;
+};
+
+// Adds the contributions of the result's adjoint to those of the operands, wherever to[k] isn't
+// null: to point i of to[k], adjoint[i] * d out / d from[k] at that point. An adjoint of 0
 // contributes 0 even through an infinite derivative: neither the branch that `if` did not take nor
 // the smaller argument of max counts. Steps and corners (floor, sign, comparisons, abs at 0) have
 // the derivative 0.
 template<class Real>
 void propagateAdjoints(Operation operation, std::array<const Real *, 3> from, const Real *out,
-                       const Real *adjoint, std::array<Real *, 3> to, int n);
+                       const Real *adjoint, std::array<AdjointSum<Real> *, 3> to, int n);
 
 } // namespace plotwerk
 

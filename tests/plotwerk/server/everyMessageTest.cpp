@@ -221,18 +221,18 @@ const MessageCase cases[] = {
     {"startFitOf:doc\ngetVarOf:doc varName:points\ngetVarOf:doc varName:iterations\ngetVarOf:doc "
      "varName:lambda\ngetVarOf:doc varName:chiq\ngetVarOf:doc "
      "varName:a.error\nformulaParameterListOf:doc",
-     "0 4 1.23457e-05 258.621; '4'; '4'; '1.23456e-05'; '258.62068'; '0.66775'; 'a = 0.1 +- 0.7\nb "
+     "0 5 0.00027 258.621; '4'; '5'; '0.00027'; '258.62068'; '0.66775'; 'a = 0.1 +- 0.7\nb "
      "= 1.5 +- 1.1'; 2/0/x name \"t\", values 500 values; 2/0/y/0 name \"Fit\", values 500 values; "
      "2/1/x name \"t\", values 0 1 2 3; 2/1/y/0 name \"Residuals\", values -0.517241 2.41379 "
      "0.344828 -1.72414; 2/1/y/1 name \"Residuals/\u03c3\", values -5.17241 12.069 3.44828 "
      "-8.62069; 2 name \"Fit\"; fit chiSquare 258.621; fit/covariance values 0.445898 -0.535077 "
-     "1.15933; fit done true, formula \"a*x+b\", freedom 2, iterations 4, lambda 1.23457e-05; "
+     "1.15933; fit done true, formula \"a*x+b\", freedom 2, iterations 5, lambda 0.000274348; "
      "fit/parameters/0 error 0.667756, name \"a\", value 0.0689655; fit/parameters/1 error "
      "1.07672, name \"b\", value 1.51724; fit points 4, rSquared 0.00530504, weighted true; "
      "parameters/0 error 0.667756, value 0.0689655; parameters/1 error 1.07672, value 1.51724"},
     {"getVarOf:doc varName:'xmax'", "'2.5'"},
     {"setFormulaOf:doc formulaText:'(a+b)*x'\nstartFitOf:doc",
-     "3 12 0.00011 nan; fit status 3, undetermined: the data do not determine a and b "
+     "3 14 0.00246 nan; fit status 3, undetermined: the data do not determine a and b "
      "independently; hold one of them fixed (a = 1!) or simplify the formula (\"doc\"); formula "
      "\"(a+b)*x\""},
     {"formulaTextOf:doc", "'a*x+b'"},
