@@ -398,9 +398,8 @@ TEST(Frame, LeavesRoomAroundDataAndBeginsWhereAreasDo) {
     expectLimits("y from zero", yAxis, -3, 78, [](D d, L) { onlyCurve(d).values[0] = 0; });
     expectLimits("area", yAxis, 0, 78, [](D, L look) { look.filled = true; });
     expectLimits("drop lines", yAxis, 0, 78, [](D, L look) { look.marker = true; });
-    expectLimits("band of a fit", yAxis, 49, 76, [](D d, L look) {
-        look.filled = onlyCurve(d).drawnByFit = true;
-    });
+    expectLimits("band of a fit", yAxis, 49, 76,
+                 [](D d, L look) { look.filled = onlyCurve(d).drawnByFit = true; });
     expectLimits("area from the x axis", yAxis, 48, 102,
                  [](D d, L look) { look.filled = true, d.frame.xAxisPos = 100; });
     expectLimits("given limit", yAxis, 25, 77,
