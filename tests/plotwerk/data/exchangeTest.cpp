@@ -49,6 +49,14 @@ TEST(AppendData, ContinuesTheTablesOfAGrowingMeasurement) {
         appendData(document, "S", c.more, '.');
         EXPECT_EQ(textOf(document), std::string("S: ") + c.want) << c.what;
     }
+    Document document;
+    appendData(document, "S", "1 2\n", '.');
+    Column &curve = document.sources[0].tables[0].y[0];
+    curve.drawnByFit = true;
+    appendData(document, "S", "3 4 5\n", '.');
+    const std::vector<Table> &tables = document.sources[0].tables;
+    EXPECT_FALSE(tables[0].y[0].drawnByFit) << "it is the user's now";
+    EXPECT_NE(tables[1].y[0].look.lineColour.blue, tables[0].y[0].look.lineColour.blue);
 }
 
 TEST(AddData, TakesAFreeNameHoweverManyAreTaken) {

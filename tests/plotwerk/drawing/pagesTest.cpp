@@ -311,9 +311,10 @@ TEST(Pictures, ShowAxesAndTextsAsTheDocumentSays) {
             d.axes[upperXAxis].range = d.axes[rightYAxis].range = {};
         });
     see("no line, texts in the corner, upright at values and beyond the frame",
-        "#8,8 _12,5 #0.4,0.4 _0.2,0.4 _0.4,0.2 #8,5.4 #8,4.6 _8.4,5 #12.8,4 _11.6,4", [](D d, L) {
+        "#8,8 _12,5 r0.4,0.4 _0.2,0.4 _0.4,0.2 #8,5.4 #8,4.6 _8.4,5 #12.8,4 _11.6,4", [](D d, L) {
             d.axes[rightYAxis].noLine = d.axes[rightYAxis].noNumbers = true;
-            d.texts = {{"\u2588\u2588", 0, 0, 0, false, false},
+            d.texts = {{"{\\rtf1{\\colortbl;\\red255\\green0\\blue0;}\\cf1 \\u9608?\\u9608?}", 0, 0,
+                        0, false, false},
                        {"\u2588\u2588\u2588\u2588", 8, 5, 90, true, true},
                        {"\u2588", 1.1, 0.5, 0, false, false}};
         });
@@ -398,9 +399,8 @@ TEST(Frame, LeavesRoomAroundDataAndBeginsWhereAreasDo) {
     expectLimits("y from zero", yAxis, -3, 78, [](D d, L) { onlyCurve(d).values[0] = 0; });
     expectLimits("area", yAxis, 0, 78, [](D, L look) { look.filled = true; });
     expectLimits("drop lines", yAxis, 0, 78, [](D, L look) { look.marker = true; });
-    expectLimits("band of a fit", yAxis, 49, 76, [](D d, L look) {
-        look.filled = onlyCurve(d).drawnByFit = true;
-    });
+    expectLimits("band of a fit", yAxis, 49, 76,
+                 [](D d, L look) { look.filled = onlyCurve(d).drawnByFit = true; });
     expectLimits("area from the x axis", yAxis, 48, 102,
                  [](D d, L look) { look.filled = true, d.frame.xAxisPos = 100; });
     expectLimits("given limit", yAxis, 25, 77,

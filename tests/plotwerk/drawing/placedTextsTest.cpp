@@ -147,6 +147,83 @@ TEST(PlacedTexts, KeepTheCurvesUnderThemFaint) {
     EXPECT_NE(read.find('i'), std::string::npos) << "the text is part of an image";
 }
 
+TEST(PlacedTexts, AreAlignedToTheirSideOfTheFrame) {
+    for (const double x : {0.0, 1.0}) {
+        Document document = documentWith({}, {});
+        const PlacedText text{.text = "\u2588\u2588\u2588\u2588\\\\\u2588", .x = x, .y = 0.5};
+        document.texts = {text};
+        const LaidText placed = laid(text, document);
+        const Box &ink = placed.text.ink();
+        const Pixels pixels(document);
+        const auto at = [&](double part) { // of the lower line
+            return pixels.at((placed.middle.x + (part - 0.5) * ink.width()) / pointsPerCm,
+                             document.frame.yAxisLength -
+                                 (placed.middle.y + 0.3 * ink.height()) / pointsPerCm);
+        };
+        EXPECT_EQ(at(0.1), x == 0 ? '#' : '_');
+        EXPECT_EQ(at(0.9), x == 0 ? '_' : '#');
+    }
+}
+
+// Of a text of the usual size.
+static SetText set(const RichText &text) {
+    return Typesetter().paragraph(text, textSize, 100, 2);
+}
+
+TEST(Typesetter, RaisesShrinksAndStacksScripts) {
+    const auto x = [](int script, int innerScript) {
+        TextRun run;
+        run.text = "x";
+        run.script = script;
+        run.innerScript = innerScript;
+        return run;
+    };
+    const Box plain = set({x(0, 0)}).ink();
+    const auto expect = [&](const TextRun &run, double size, double rise) {
+        const Box ink = set({run}).ink();
+        EXPECT_NEAR(ink.height(), size * plain.height(), 0.05);
+        EXPECT_NEAR(ink.bottom, -rise * textSize, 0.2);
+    };
+    expect(x(1, 0), 0.7, 0.38);
+    expect(x(-1, 0), 0.7, -0.16);
+    expect(x(1, 1), 0.56, 0.38 + 0.7 * 0.38);
+    const double one = set({x(0, 0), x(-1, 0)}).ink().right;
+    EXPECT_NEAR(set({x(0, 0), x(-1, 0), x(1, 0)}).ink().right, one, 0.1);
+}
+
+TEST(Typesetter, SetsStylesAndLines) {
+    const auto run = [](const char *text) {
+        TextRun styled;
+        styled.text = text;
+        return styled;
+    };
+    const Box plain = set({run("lx")}).ink();
+    TextRun styled = run("lx");
+    styled.bold = true;
+    EXPECT_GT(set({styled}).ink().width(), plain.width() + 0.5);
+    styled.bold = false;
+    styled.italic = true;
+    EXPECT_GT(set({styled}).ink().width(), plain.width() + 0.1);
+    styled.italic = false;
+    styled.underline = true;
+    EXPECT_GT(set({styled}).ink().bottom, plain.bottom + 0.5);
+
+    EXPECT_NEAR(set({run("x\nx")}).ink().height() - set({run("x")}).ink().height(), lineHeight,
+                0.1);
+    TextRun raised = run("x");
+    raised.script = 1;
+    EXPECT_NEAR(set({run("x\nx"), raised}).ink().bottom - set({run("x")}).ink().bottom, lineHeight,
+                0.1);
+    EXPECT_LT(set({run("many words that need more than the two lines which they are given here")})
+                  .ink()
+                  .height(),
+              2 * lineHeight);
+    const SetText line = set({run("lx")});
+    const Box upwards = inkOf([&](cairo_t *cr) { line.draw(cr, {50, 50}, 90, {0, 0}); });
+    EXPECT_NEAR(upwards.top, 50 - plain.right, 1);
+    EXPECT_NEAR(upwards.bottom, 50 - plain.left, 1);
+}
+
 TEST(Titles, StandAboveEachOther) {
     Document document = sineDocument();
     document.title = "<name>";

@@ -115,6 +115,9 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
         {{5, 5}, linear, "4.6 4.8 5.0 5.2 5.4"},
         {{0.01, 1000}, logarithmic, "10\u22122 10\u22121 100 101 102 103"},
         {{1, 1e6}, logarithmic, "100 101 102 103 104 105 106"},
+        {{1, 100},
+         [](Axis &axis) { axis.logarithmic = axis.exponents = true, axis.logNumbersAt = 1; },
+         "100 101 102"},
         {{2, 8}, logarithmic, "2 3 4 5 6 7 8"},
         {{1e-300, 1e300}, logarithmic, "10\u2212300 10\u2212200 10\u2212100 100 10100 10200 10300"},
         {{0, 5}, [](Axis &axis) { axis.increment = 2.5, axis.precision = 3; }, "0.000 2.500 5.000"},
@@ -138,8 +141,15 @@ TEST(Ticks, HaveSmallOnesBetweenThem) {
     axis.increment = 2.5;
     axis.ticks = 4;
     EXPECT_EQ(marksFor(axis, {0, 10}).smallTicks.size(), 16u);
+    axis.ticks = 1000;
+    EXPECT_LE(marksFor(axis, {0, 10}).smallTicks.size(), 340 / leastGivenTickDistance);
+    axis.ticks = 4;
     axis.logarithmic = true;
     EXPECT_EQ(marksFor(axis, {1, 1000}).smallTicks.size(), 24u); // 2..9 in three decades
+    axis.logTicksAt = 2;
+    EXPECT_EQ(marksFor(axis, {1, 1e4}).ticks, (std::vector<double>{1, 100, 1e4}));
+    EXPECT_EQ(marksFor(axis, {1, 1e4}).smallTicks, (std::vector<double>{10, 1000}));
+    axis.logTicksAt = -1;
     axis.logNumbersAt = 2;
     axis.ticks = 0;
     EXPECT_EQ(joined(marksFor(axis, {1, 1e4})), "100 102 104");

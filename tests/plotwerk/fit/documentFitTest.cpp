@@ -359,4 +359,32 @@ TEST(DocumentVariables, TellWhatAPaperTells) {
     setParameters(document, fitted, '.');
     EXPECT_EQ(document.parameters[1].bounds.max, 4);
     EXPECT_EQ(variableOf(document, "report"), report) << "of the fit, not of what is set since";
+
+    document.sources[0].tables[0].y.resize(1); // without errors, and with one degree of freedom
+    document.sources[0].tables[0].y[0].values = {2, 1, 2, nan_};
+    setFormula(document, "m + k*(x-10)");
+    setParameters(document, "", '.');
+    fitDocument(document);
+    expect("redchi", 2. / 3);
+    const std::string unweighted = variableOf(document, "report");
+    for (const char *part : {"unknown without errors", "correlation of m and k: 0.996"})
+        EXPECT_NE(unweighted.find(part), std::string::npos) << unweighted;
+    setFormula(document, "m + k*(x+10)");
+    fitDocument(document);
+    const std::string negative = variableOf(document, "report");
+    EXPECT_NE(negative.find("correlation of m and k: -0.997"), std::string::npos) << negative;
+}
+
+// More points than are worked on at once: the last of them count for nothing.
+TEST(DocumentFit, WeighsEveryPointByItsOwnError) {
+    std::vector<double> x(5000), y(5000), errors(5000, 1);
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        x[i] = static_cast<double>(i);
+        y[i] = i < 4000 ? 2 * x[i] + 1 : 1e5;
+        errors[i] = i < 4000 ? 1 : 1e9;
+    }
+    Document document = documentOf(table(x, {column("y", y), column("y error", errors)}));
+    setFormula(document, "a * x + b");
+    fitDocument(document);
+    EXPECT_NEAR(parameter(document, "a"), 2, 1e-6);
 }

@@ -56,6 +56,14 @@ TEST(Editing, RenamesEachCurvesOwnErrors) {
     EXPECT_EQ(textOf(document), "Data: x=0 c=0 c error=0 c=0 c=0 c error=0 c=0 c error=0 c=0");
 }
 
+TEST(Editing, RenamesSelectedErrorsAsTheyAreAskedFor) {
+    Document document = documentOf(table({1}, {column("a", {1}), column("a error", {1})}));
+    selectByIndex(document, {1, 1}, false);
+    selectByIndex(document, {0, 0}, true);
+    renameSelection(document, "n");
+    EXPECT_EQ(textOf(document.sources[0].tables[0]), "x=1 n=1 n=1");
+}
+
 TEST(Editing, DeletesEmptiedTablesAndSources) {
     Document document = sample();
     selectByIndex(document, {1, -1}, false);
@@ -100,8 +108,11 @@ TEST(Swapping, ExchangesNamesAndValuesAndForgetsTheOrder) {
     document.sources[0].tables[0].y[1].values = {9, 8};
     selectByIndex(document, {1, 1}, false);
     selectByIndex(document, {0, 0}, true);
+    document.sources[0].tables[0].x.isTime = true;
     swapSelectionWithX(document);
     EXPECT_EQ(textOf(document.sources[0].tables[0]), "b=9,8 a=1,2 x=1,2");
+    EXPECT_TRUE(document.sources[0].tables[0].y[1].isTime &&
+                !document.sources[0].tables[0].x.isTime);
     EXPECT_EQ(document.sources[0].tables[0].y[1].rank, 1);
     EXPECT_EQ(valueAtX(document, 8.5, 0), 1.5);
 }
@@ -121,11 +132,12 @@ TEST(Derivative, IsExactForParabolasOnAnyGrid) {
     for (const auto &c : cases) {
         Document document = selectedOf(table(c.x, {column("a", c.y), column("b", c.y)}));
         document.sources[0].tables[0].y[0].look.upperX = true;
+        document.sources[0].tables[0].y[0].look.sum = 3;
         differentiateSelection(document);
         const std::vector<Column> &y = document.sources[0].tables[0].y;
         ASSERT_EQ(y.size(), 3u) << c.what;
         EXPECT_EQ(textOf(y[2]), c.want) << c.what;
-        EXPECT_TRUE(y[2].look.upperX) << "over the same x";
+        EXPECT_TRUE(y[2].look.upperX && y[2].look.sum == 3) << "over the same x";
     }
 }
 
@@ -224,6 +236,7 @@ TEST(Extremes, BecomeCurvesAfterTheTableOnTheSameAxes) {
     document.sources[0].tables[0].y[0].look.rightY = true;
     Table second = table({1}, {column("z", {1})});
     document.sources[0].tables.push_back(second);
+    document.sources[0].tables[0].x.isTime = document.sources[0].tables[0].y[0].isTime = true;
     searchExtremes(document, true, true, 10, 10);
     const std::vector<Table> &tables = document.sources[0].tables;
     ASSERT_EQ(tables.size(), 4u);
@@ -231,6 +244,7 @@ TEST(Extremes, BecomeCurvesAfterTheTableOnTheSameAxes) {
     EXPECT_EQ(textOf(tables[2]).substr(0, 18), "x=350 a minima=-20");
     EXPECT_EQ(textOf(tables[3]), textOf(second));
     EXPECT_TRUE(tables[2].y[0].look.marker && tables[2].y[0].look.rightY);
+    EXPECT_TRUE(tables[2].x.isTime && tables[2].y[0].isTime);
     EXPECT_NE(tables[1].y[0].look.lineColour.blue, tables[2].y[0].look.lineColour.blue);
 
     const std::string before = textOf(document);

@@ -48,6 +48,10 @@ TEST(Ranges, ShowErrorBarsButNotColumnsOfErrors) {
     EXPECT_EQ(textOf(fitRangeOf(document)), "0.5..3");
     document.axes[yAxis].logarithmic = true;
     EXPECT_EQ(textOf(rangeOf(document, yAxis)), "2..8.5");
+    Document pair =
+        documentOf(table({1}, {column("a", {4}), column("a +", {2}), column("a -", {1})}));
+    pair.sources[0].tables[0].y[0].look.yError = true;
+    EXPECT_EQ(textOf(rangeOf(pair, yAxis)), "3..6");
     a.rank = 1;
     a.fitData = true;
     setLocalRange(document, false);
@@ -100,6 +104,9 @@ TEST(Ranges, LocalOnesAreTheSelectionsThatOfTheFitIsItsDatas) {
     EXPECT_EQ(textOf(document.axes[upperXAxis].range), "-1..9");
 
     EXPECT_EQ(textOf(fitRangeOf(document)), "-1..5") << "the x axis's data";
+    for (Column &column : columns) column.look.sum = 2;
+    EXPECT_EQ(textOf(fitRangeOf(document)), "-1..5") << "of rows, not of means";
+    for (Column &column : columns) column.look.sum = 1;
     columns[2].fitData = true;
     EXPECT_EQ(textOf(fitRangeOf(document)), "-1..9");
     setFitRange(document, 2, nan_);
