@@ -123,9 +123,10 @@ void Application::leave() {
         const bool unsaved = hasUnsavedChanges(open->document);
         if (unsaved) {
             const bool left = open->journal && open->journal->holdsAll();
+            const char *fate = desktop ? "will be offered when plotwerk starts again"
+                                       : "can be brought back by plotwerkd --recover";
             log(LogLevel::warning,
-                "unsaved changes of \"" + open->document.name + "\" " +
-                    (left ? "can be brought back by plotwerkd --recover" : "are lost"));
+                "unsaved changes of \"" + open->document.name + "\" " + (left ? fate : "are lost"));
         } else if (open->journal) {
             open->journal->remove();
         }

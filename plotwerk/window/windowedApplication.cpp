@@ -34,7 +34,7 @@ void WindowedApplication::on_startup() {
     };
     g_unix_signal_add(SIGTERM, end, this);
     g_unix_signal_add(SIGINT, end, this);
-    hold(); // a script may close the last document before it opens another
+    hold(); // it ends by end alone
     addActions();
     startServer();
 }
@@ -87,8 +87,15 @@ void WindowedApplication::on_open(const type_vec_files &files, const Glib::ustri
     frontWindow()->tell(refused);
 }
 
+static bool isUntouched(const Document &document) {
+    return document.name == "Untitled" && document.path.empty() && document.sources.empty() &&
+           document.revision == 0;
+}
+
 void WindowedApplication::openFile(const std::string &path) {
+    const bool replaces = windows.size() == 1 && isUntouched(*served.front());
     const bool done = perform("openFile_file_doRangeOverAll_", {std::string(), path, false});
+    if (done && replaces) perform("closeDocument_askForSave_", {std::string("Untitled"), false});
     if (!done && !served.front()) log(LogLevel::error, served.lastError);
 }
 
@@ -133,6 +140,7 @@ DocumentWindow *WindowedApplication::windowOf(const std::string &name) {
 }
 
 void WindowedApplication::opened(Document &document) {
+    if (ending) return;
     const auto self =
         std::dynamic_pointer_cast<WindowedApplication>(Glib::wrap(Gtk::Application::gobj(), true));
     auto window = std::make_unique<DocumentWindow>(self, document);
@@ -185,8 +193,10 @@ std::optional<std::string> WindowedApplication::foreignText() {
 }
 
 void WindowedApplication::closeDocument(const Document &document) {
+    ending = windows.size() == 1;
     const bool done = perform("closeDocument_askForSave_", {document.name, false});
-    if (done && windows.empty()) end();
+    if (done && ending) end();
+    ending = false;
 }
 
 void WindowedApplication::quitAfterAsking() {

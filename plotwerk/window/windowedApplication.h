@@ -44,6 +44,8 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     // As plotwerk::Application::restore.
     void restore(Document &document, const Versions::Version &version);
 
+    // Opens it as the message does; then the only window goes if its document was a new one that
+    // nobody has touched.
     void openFile(const std::string &path);
 
     // The window's document is closed by the user: with the last window the program ends.
@@ -82,7 +84,8 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     std::map<const Document *, std::unique_ptr<DocumentWindow>> windows;
     std::vector<std::unique_ptr<DocumentWindow>> retired; // until the loop is idle
     std::unique_ptr<Gtk::MessageDialog> dialog;
-    bool busy = false; // with a message that lets the main loop run
+    bool busy = false;   // with a message that lets the main loop run
+    bool ending = false; // the last window closes: the document that follows needs none
     int exitStatus = 0;
 };
 

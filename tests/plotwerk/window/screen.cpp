@@ -1,6 +1,7 @@
 #include "tests/plotwerk/window/screen.h"
 
 #include <algorithm>
+#include <cmath>
 #include <csignal>
 #include <cstdlib>
 #include <optional>
@@ -18,8 +19,8 @@ bool Shot::isDark(int x, int y) const {
 }
 
 Place ShownFrame::at(double right, double up) const {
-    return {static_cast<int>(lowerLeft.x + right * (upperRight.x - lowerLeft.x)),
-            static_cast<int>(lowerLeft.y + up * (upperRight.y - lowerLeft.y))};
+    return {static_cast<int>(std::lround(lowerLeft.x + right * (upperRight.x - lowerLeft.x))),
+            static_cast<int>(std::lround(lowerLeft.y + up * (upperRight.y - lowerLeft.y)))};
 }
 
 Screen::Screen() {

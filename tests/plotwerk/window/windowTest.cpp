@@ -99,6 +99,25 @@ TEST_F(WindowTest, ClosingAsksToSave) {
     EXPECT_EQ(program->finish().status, 0) << "it ends with its last window";
 }
 
+TEST_F(WindowTest, AnUntouchedDocumentMakesRoomForTheFileThatTheUserOpens) {
+    const std::string path = file("small.txt", "1 2\n3 4\n");
+    const auto handOver = [&](const std::string &to) { runProgram({PLOTWERKD, to}); };
+    const auto hasTitle = [&](const std::string &want) {
+        waitUntil(want, [&] { return screen.titles() == std::vector{want}; });
+    };
+    start({"--no-journal"});
+    hasTitle(name);
+    handOver(path);
+    hasTitle("small.txt");
+    plotwerk->closeDocument_askForSave_("small.txt", false);
+    hasTitle(name);
+    plotwerk->openFile_file_doRangeOverAll_("", path, false);
+    waitUntil("both", [&] { return screen.titles().size() == 2; });
+    handOver(file("other.txt", "1 2\n"));
+    waitUntil("all", [&] { return screen.titles().size() == 3; });
+    stop();
+}
+
 TEST_F(WindowTest, ShowsWhatMessagesChangeAndNothingElse) {
     startWithLine();
     screen.frame();
@@ -234,8 +253,10 @@ TEST_F(WindowTest, CopiesDataAndPicturesAndPastesData) {
 
     const std::string text = file("text", "a b\n1 2\n3 4\n5 6\n");
     runProgram({"xclip", "-selection", "clipboard", "-i", text});
-    plotwerk->pasteDataOf_(name);
-    EXPECT_EQ(plotwerk->indexOfCurveNameOf_source_table_column_(name, "Clipboard", 1, "b"), 1);
+    waitUntil("data of another program", [&] { // which may not be at the clipboard at once
+        plotwerk->pasteDataOf_(name);
+        return plotwerk->indexOfCurveNameOf_source_table_column_(name, "Clipboard", 1, "b") == 1;
+    });
     screen.type("ctrl+v");
     waitUntil("data from the clipboard", [&] {
         return plotwerk->indexOfCurveNameOf_source_table_column_(name, "Clipboard 2", 1, "b") == 2;
