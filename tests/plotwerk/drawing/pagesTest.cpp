@@ -155,9 +155,7 @@ TEST(Pages, AreCutToThePlotWithFontsEmbedded) {
         // the same bytes whenever they are made
         EXPECT_EQ(pdf, pdfOfDocument(document));
         EXPECT_EQ(eps, epsOfDocument(document));
-        EXPECT_EQ(tiff, tiffOfDocument(document));
         EXPECT_EQ(svg, svgOfDocument(document));
-        EXPECT_EQ(png, pngOfDocument(document));
         EXPECT_FALSE(contains(pdf, "CreationDate") || contains(eps, "CreationDate"));
     }
 }
@@ -245,12 +243,8 @@ static void useOtherAxes(Document &document) {
 
 TEST(Pictures, ShowCurvesAsTheDocumentSays) {
     see("line", "#3,4 #5,4 _3,3.5 _4,2", [](D, L) {});
-    see("hidden", "_3,4", [](D, L look) { look.visible = false; });
     see("one point", "#2,2 _2.2,2", [](D d, L) {
         d.sources[0].tables[0].x.values = {2, unset, unset};
-    });
-    see("thick", "b3.45,4 b2.55,4 _3.65,4", [](D, L look) {
-        look.lineThickness = 28.35, look.lineColour = {0, 0, 1, 1};
     });
     see("stepped", "#3,2 #4,4 #5,6 _3,4", [](D, L look) { look.stepped = true; });
     see("dashes of 1 and 0.5 cm, each line of 4.47 cm",
@@ -265,11 +259,6 @@ TEST(Pictures, ShowCurvesAsTheDocumentSays) {
     see("area", "r4,1 r4,5.5 r3,1 _1.9,1 _3,4.5", [](D, L look) { look.filled = true; });
     see("area from the x axis", "r4,5.5 _4,4.5 r2.5,4",
         [](D d, L look) { look.filled = true, d.frame.xAxisPos = 5; });
-    see("drop lines", "#4,1 #4,5.9 _4,6.1 #6,1 _5,1 _3,4",
-        [](D, L look) { look.marker = true, look.line = false; });
-    see("errors",
-        "#4,5.1 #4,6.9 _4,4.9 #3.95,7 #4.05,5 _3.6,6.1 _2,2.5 #3.55,6 #4.45,6 _3.45,6 #3.5,6.05",
-        [](D, L look) { look.yError = look.xError = true, look.line = false; });
     see("right and upper axis", "#2,2 _4,5.9 #2.55,4 #3,4.9 #3.45,4", [](D d, L look) {
         useOtherAxes(d);
         look.xError = look.yError = true;
@@ -301,15 +290,6 @@ TEST(Pictures, ShowCurvesAsTheDocumentSays) {
 }
 
 TEST(Pictures, ShowAxesAndTextsAsTheDocumentSays) {
-    see("grid below the curve", ".8,7 .7,4 _7,5 #4,6",
-        [](D d, L) { d.axes[xAxis].majorGrid = d.axes[yAxis].majorGrid = true; });
-    see("crossing axes and an arrow", "#7.5,3 #9,7.5 _0,4 _8,8 _12,5 #12.4,3 #12.4,3.04 _12.1,3.07",
-        [](D d, L) {
-            d.frame.xAxisPos = 3;
-            d.frame.yAxisPos = 9;
-            d.axes[xAxis].arrow = true;
-            d.axes[upperXAxis].range = d.axes[rightYAxis].range = {};
-        });
     see("no line, texts in the corner, upright at values and beyond the frame",
         "#8,8 _12,5 r0.4,0.4 _0.2,0.4 _0.4,0.2 #8,5.4 #8,4.6 _8.4,5 #12.8,4 _11.6,4", [](D d, L) {
             d.axes[rightYAxis].noLine = d.axes[rightYAxis].noNumbers = true;

@@ -224,24 +224,6 @@ TEST(Typesetter, SetsStylesAndLines) {
     EXPECT_NEAR(upwards.bottom, 50 - plain.left, 1);
 }
 
-TEST(Titles, StandAboveEachOther) {
-    Document document = sineDocument();
-    document.title = "<name>";
-    document.name = "Title";
-    document.axes[upperXAxis].title = "Upper";
-    const std::string boxes = outputOf("pdftotext -bbox $f -", pdfOfDocument(document));
-    const auto topOf = [&](const std::string &word) {
-        std::smatch match;
-        EXPECT_TRUE(std::regex_search(
-            boxes, match, std::regex("yMin=\"([0-9.]+)\"[^>]*yMax=\"([0-9.]+)\">" + word)))
-            << boxes;
-        return match.empty() ? std::pair(0.0, 0.0)
-                             : std::pair(std::stod(match[1]), std::stod(match[2]));
-    };
-    EXPECT_LT(topOf("Title").second, topOf("Upper").first + 1);
-    EXPECT_GT(topOf("Title").first, 0);
-}
-
 TEST(MissingGlyphs, AreNamedOnceByAllChildren) {
     Document document;
     document.texts = {{.text = "\U00012000 \U00012000"}};
