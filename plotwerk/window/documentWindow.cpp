@@ -70,6 +70,10 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
     across->set_start_child(curves);
     auto *plotAndFit = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL);
     plotAndFit->append(plot);
+    auto *edge = Gtk::make_managed<Gtk::Separator>(Gtk::Orientation::VERTICAL);
+    Glib::Binding::bind_property(fitPane.property_visible(), edge->property_visible(),
+                                 Glib::Binding::Flags::SYNC_CREATE);
+    plotAndFit->append(*edge);
     plotAndFit->append(fitPane);
     fitPane.set_visible(false);
     fitPane.property_visible().signal_changed().connect([this] {

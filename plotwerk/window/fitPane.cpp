@@ -48,7 +48,8 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     focus->signal_leave().connect([this] { sendFormula(); });
     formula.add_controller(focus);
 
-    append(*heading("Parameters"));
+    parametersHeading = heading("Parameters");
+    append(*parametersHeading);
     grid.set_row_spacing(4);
     grid.set_column_spacing(6);
     append(grid);
@@ -62,6 +63,7 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     report.set_selectable();
     report.add_css_class("numeric");
     append(report);
+    makeRows();
     refresh();
 }
 
@@ -94,6 +96,7 @@ void FitPane::refresh() {
 void FitPane::makeRows() {
     while (Gtk::Widget *child = grid.get_first_child()) grid.remove(*child);
     rows.clear();
+    parametersHeading->set_visible(!document.parameters.empty());
     int line = 0;
     for (const FitParameter &parameter : document.parameters) {
         auto row = std::make_unique<Row>();

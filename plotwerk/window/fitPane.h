@@ -49,6 +49,7 @@ class FitPane final : public Gtk::Box {
     bool filling = false;
 
     Gtk::TextView formula;
+    Gtk::Label *parametersHeading = nullptr;
     Gtk::Grid grid;
     std::vector<std::unique_ptr<Row>> rows;
     Gtk::Button fitButton;
