@@ -4,6 +4,8 @@
 #include "tests/fct/samples.h"
 
 #include <climits>
+#include <string>
+#include <unistd.h>
 
 using namespace plw;
 
@@ -185,7 +187,7 @@ TEST(PrintFct, WritesWhatPrintfDoesIntoAFileOrToStandardOutput) {
     char line[64];
     for (int i = 0; i < f->n; ++i)
         want.append(line, std::snprintf(line, sizeof line, "%g  %g\n", f->t[i], f->y[i]));
-    const std::string path = testing::TempDir() + "printFctTest.txt";
+    const std::string path = testing::TempDir() + "printFctTest" + std::to_string(getpid());
     printFct(f, path.c_str());
     EXPECT_TRUE(textOf(path) == want);
     std::remove(path.c_str());
