@@ -3,6 +3,7 @@
 #include "plotwerk/model/curves.h"
 
 #include <numbers>
+#include <string>
 #include <utility>
 
 namespace plotwerk {
@@ -12,7 +13,7 @@ namespace {
 // What a row shows.
 struct Row {
     enum Kind { source, table, curve } kind = source;
-    Glib::ustring text;
+    std::string text;
     int first = 0; // the curves that it stands for
     int last = -1;
     bool selected = false;

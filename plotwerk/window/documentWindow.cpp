@@ -258,7 +258,7 @@ void DocumentWindow::refresh() {
 
 void DocumentWindow::updateTitle() {
     const Glib::ustring title = (hasUnsavedChanges(document) ? "• " : "") + document.name;
-    if (title == get_title()) return;
+    if (title.raw() == get_title().raw()) return; // clang sees two == of Glib::ustring
     set_title(title);
     plot.setDescription(Glib::ustring::sprintf("The plot of the document %s", document.name));
 }
