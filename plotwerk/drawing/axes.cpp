@@ -54,8 +54,12 @@ static void addTicks(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &ax
     const double outer = axis.settings->outsideTicks ? -axis.inwards() * length : 0;
     if (inner == outer) return;
     const double line = frame.line[axis.code];
+    const double end = frame.scales[axis.code].length;
     for (const double value : values) {
         const double position = frame.scales[axis.code].position(value);
+        // beside a side of the frame it would only thicken that
+        const double distance = std::min(std::abs(position), std::abs(end - position));
+        if (frame.closed && distance > 1e-6 && distance < frame.thickness) continue;
         if (axis.horizontal()) {
             strokeLine(cr, {position, line + inner}, {position, line + outer});
         } else {

@@ -52,8 +52,25 @@ static void fillRings(cairo_t *cr, std::vector<Path> rings, const CurveLook &loo
     }
 }
 
+static void clipToFrame(cairo_t *cr, const ScaledFrame &frame) {
+    cairo_rectangle(cr, 0, 0, frame.width, frame.height);
+    cairo_clip(cr);
+}
+
 double reachOf(const DrawnCurve &curve) {
     return curve.column->look.symbols ? 0.75 * curve.column->look.symbolSize : 0;
+}
+
+void drawBand(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
+              const Document &document) {
+    const CurveLook &look = curve.column->look;
+    if (!look.filled) return;
+    const auto fitted = FittedCurve::of(document, curve);
+    if (!fitted) return;
+    cairo_save(cr);
+    clipToFrame(cr, frame);
+    fillRings(cr, fitted->band(curve, frame), look, frame);
+    cairo_restore(cr);
 }
 
 void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
@@ -61,17 +78,14 @@ void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
     const CurveLook &look = curve.column->look;
     const Frame &settings = document.frame;
     cairo_save(cr);
-    cairo_rectangle(cr, 0, 0, frame.width, frame.height);
-    cairo_clip(cr);
+    clipToFrame(cr, frame);
     if (look.line || look.filled) {
         const auto fitted = FittedCurve::of(document, curve);
         Path path = fitted ? fitted->line(curve, frame)
                            : linePath(pointsOnPaper(curve, frame), curve, frame);
-        if (look.filled)
-            fillRings(cr,
-                      fitted ? fitted->band(curve, frame)
-                             : areasBetween(path, baseOf(curve, frame, settings), frame.box()),
-                      look, frame);
+        if (look.filled && !fitted)
+            fillRings(cr, areasBetween(path, baseOf(curve, frame, settings), frame.box()), look,
+                      frame);
         if (look.line) {
             if (settings.noLineOnReverse)
                 path = brokenOnReverse(path, frame.scales[curve.horizontalAxis()].reversed);

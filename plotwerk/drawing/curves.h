@@ -9,9 +9,14 @@
 
 namespace plotwerk {
 
-// Area (of a fitted curve its 95 % band), line, drop lines, error bars and symbols of one curve, in
-// this order, cut at the frame; symbols whose point is inside stay whole. Points that fall on the
-// same spot are drawn once.
+// Of a filled curve that a fit has drawn its 95 % band: it lies below all curves, since it would
+// veil the data.
+void drawBand(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
+              const Document &document);
+
+// Area (but no band), line, drop lines, error bars and symbols of one curve, in this order, cut at
+// the frame; symbols whose point is inside stay whole. Points that fall on the same spot are drawn
+// once.
 void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
                const Document &document);
 

@@ -47,6 +47,7 @@ void Picture::drawOn(cairo_t *cr) const {
     cairo_rectangle(cr, pageBox.left, pageBox.top, pageBox.width(), pageBox.height());
     cairo_clip(cr);
     drawGrid(cr, frame);
+    for (const DrawnCurve &curve : curves) drawBand(cr, curve, frame, document);
     for (const DrawnCurve &curve : curves) drawCurve(cr, curve, frame, document);
     drawGrounds(cr, texts, frame);
     drawAnnotations(cr);
