@@ -61,6 +61,12 @@ static bool isAllQuotedNumbers(const std::vector<Field> &fields) {
     return any;
 }
 
+static bool areWords(const std::vector<Field> &fields, std::size_t wanted) {
+    return fields.size() == wanted &&
+           std::all_of(fields.begin(), fields.end(),
+                       [](const Field &field) { return field.kind == FieldKind::word; });
+}
+
 // Whether a line is a row of the columns that have these kinds: it has a number, and words only
 // where there are none below.
 static bool fits(const std::vector<Field> &fields, const std::vector<FieldKind> &columns,
@@ -306,16 +312,19 @@ class TableReader {
         return joined;
     }
 
-    // The first line of the head, from that one on, that is a row of the columns.
+    // The first line of the head, from that one on, that is a row of the columns. Numbers that are
+    // all in quotes are one below names or others of their kind; a single line of them are names.
     std::size_t firstFitting(std::size_t begin, const std::vector<FieldKind> &kinds) {
-        bool lastWasQuoted = false;
+        bool lastWasQuoted = false, hasNames = false;
         for (std::size_t i = begin; i < head.size(); ++i) {
             if (head[i].isComment) continue;
             readFields(head[i].text, separator, commas, fields);
             if (fits(fields, kinds, separator)) return lastWasQuoted ? i - 1 : i;
             const bool isQuoted = isAllQuotedNumbers(fields);
             if (isQuoted && lastWasQuoted) return i - 1;
+            if (isQuoted && hasNames) return i;
             lastWasQuoted = isQuoted;
+            hasNames = hasNames || areWords(fields, kinds.size());
         }
         return head.size();
     }
