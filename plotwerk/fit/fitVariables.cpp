@@ -121,7 +121,9 @@ std::string fitReport(const FitResult &fit) {
     if (fit.freedom > 0) report += "\nreduced chi-square: " + shown("%.6g", reducedChiSquare(fit));
     const double p = pValue(fit);
     report += "\np value: ";
-    report += p == p ? shown("%.3g", p) : "unknown without errors of the data";
+    report += p == p             ? shown("%.3g", p)
+              : fit.freedom == 0 ? "unknown without degrees of freedom"
+                                 : "unknown without errors of the data";
     report += "\nR-squared: " + shown("%.6g", fit.rSquared);
     report += "\nerrors of the parameters: ";
     report += fit.absoluteErrors ? "from the errors of the data (absolute)"
