@@ -58,7 +58,8 @@ Document &Application::document(std::string_view name) {
 }
 
 void Application::requireRead(const Document &document) const {
-    if (openOf(document).unread) throw Refusal("its file couldn't be opened");
+    if (openOf(document).unread)
+        throw Refusal("the document stands for a file that couldn't be opened");
 }
 
 void Application::activate(const Document &document) {

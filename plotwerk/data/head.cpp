@@ -23,6 +23,12 @@ static bool isAllQuotedNumbers(const std::vector<Field> &fields) {
     return any;
 }
 
+static bool areWords(const std::vector<Field> &fields, std::size_t wanted) {
+    return fields.size() == wanted &&
+           std::all_of(fields.begin(), fields.end(),
+                       [](const Field &field) { return field.kind == FieldKind::word; });
+}
+
 static bool isAllTimes(const std::vector<Field> &fields) {
     return !fields.empty() && std::all_of(fields.begin(), fields.end(), [](const Field &field) {
         return field.kind == FieldKind::time;
@@ -65,6 +71,7 @@ TableLayout layoutOfPlainRow(const std::vector<HeadLine> &head, std::size_t begi
 
     std::vector<Field> above;
     bool lastWasQuoted = false;
+    bool hasNames = false;
     for (std::size_t i = begin; i < head.size(); ++i) {
         if (head[i].isComment) continue;
         readFields(head[i].text, separator, commas, above);
@@ -73,11 +80,12 @@ TableLayout layoutOfPlainRow(const std::vector<HeadLine> &head, std::size_t begi
             break;
         }
         const bool isQuoted = isAllQuotedNumbers(above);
-        if (isQuoted && lastWasQuoted) { // one alone may be names
-            layout.firstRow = i - 1;
+        if (isQuoted && (lastWasQuoted || hasNames)) { // one alone may be names
+            layout.firstRow = lastWasQuoted ? i - 1 : i;
             break;
         }
         lastWasQuoted = isQuoted;
+        hasNames = hasNames || areWords(above, fields.size());
     }
     return layout;
 }

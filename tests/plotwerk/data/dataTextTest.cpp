@@ -95,6 +95,7 @@ TEST(DataText, IsReadAsProgramsExportIt) {
         {"quoted", "\"a\",\"b\"\n\"1\",\"2,5\"\n\"3\",\"1,234.5\"\n", "a=1,3 b=2.5,1234.5"},
         {"quoted in part", "a,b\n1,\"2\"\n3,4\n", "a=1,3 b=2,4"},
         {"names like numbers", "\"1\"\t\"2\"\n3\t4\n", "1=3 2=4"},
+        {"quoted first below names", "x\ty\n\"1\"\t\"2\"\n3\t4\n", "x=1,3 y=2,4"},
         {"Fortran", "1.5D-3 1d2\n-2.5-101 ****\n", "X=0.0015,-2.5e-101 Y1=100,nan"},
         {"digits grouped", "a;b\n1;1,234.5\n2;12,345,678\n", "a=1,2 b=1234.5,12345678"},
         {"missing",

@@ -63,7 +63,8 @@ TEST_F(DocumentMessages, AFileThatCannotBeReadLeavesADocumentThatRefusesAllButCl
         EXPECT_NE(lastError(), "") << path;
         EXPECT_EQ(front(), name);
         plotwerk->setFormulaOf_formulaText_(name, "a*x");
-        EXPECT_EQ(lastError(), "its file couldn't be opened (\"" + name + "\")");
+        EXPECT_EQ(lastError(),
+                  "the document stands for a file that couldn't be opened (\"" + name + "\")");
         read(name, "1 2\n", lastError());
         plotwerk->savePicturePDF_as_(name, pathOf("a.pdf"));
         EXPECT_FALSE(plotwerk->didSaveSucceed_(name) || fs::exists(pathOf("a.pdf")));
