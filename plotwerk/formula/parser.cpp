@@ -248,7 +248,11 @@ int Parser::primary() {
     }
     if (plw::isDigit(peek()) || (peek() == '.' && plw::isDigit(peek(1)))) return number();
     if (letterLength(text, position) > 0) return named();
-    if (peek() == '\'' && !variables.empty()) return quoted();
+    if (peek() == '\'') {
+        if (variables.empty())
+            refuse("names in quotes are other columns' (setDocAttributes -m yes)", position);
+        return quoted();
+    }
     if (atLineEnd()) refuse("expected a value", position);
     refuse("expected a value, not " + shown(text, position), position);
 }

@@ -262,8 +262,9 @@ TEST(DocumentFormula, TakesTheColumnsOfTheTableForVariables) {
                                 column("y", {3, 5, 10, nan_, 8}), column("T", {1, 1, 2, 5, 0})}));
     selectByName(document, "", -1, "y", false);
     const std::string text = "a*x + b*'T (K)' + 0*T";
-    EXPECT_EQ(refusalOf(document, [&](Document &d) { setFormula(d, text); }),
-              "formula, line 1, column 9: expected a value, not '''");
+    EXPECT_EQ(
+        refusalOf(document, [&](Document &d) { setFormula(d, text); }),
+        "formula, line 1, column 9: names in quotes are other columns' (setDocAttributes -m yes)");
     setFormula(document, "a*x + b*T + 0*x");
     EXPECT_EQ(document.parameters.size(), 3U) << "T is a parameter";
     changeFrameWithFormula(document, {.multiDimFit = 1});
@@ -284,8 +285,9 @@ TEST(DocumentFormula, TakesTheColumnsOfTheTableForVariables) {
     EXPECT_EQ(textOf(document.sources[0].tables[0].y[1]), "y=311,1511,3022,nan,nan");
 
     changeFrameWithFormula(document, {.multiDimFit = 0});
-    EXPECT_EQ(refusalOf(document, [](Document &d) { fitDocument(d); }),
-              "formula, line 1, column 8: expected a value, not '''");
+    EXPECT_EQ(
+        refusalOf(document, [](Document &d) { fitDocument(d); }),
+        "formula, line 1, column 8: names in quotes are other columns' (setDocAttributes -m yes)");
 }
 
 TEST(DocumentVariables, AreParametersTheFitAndTheLimits) {

@@ -104,6 +104,7 @@ TEST(Formula, RefusesWithThePosition) {
         {"b*x\nb", "line 1, column 1: only the last line may do without \"name =\""},
         {"y=2\nb", "line 1, column 1: only the last line may assign to y"},
         {"k=b*j\nj=2\nk*j", "line 2, column 1: j is used before it is assigned"},
+        {"a*'T'", "line 1, column 3: names in quotes are other columns' (setDocAttributes -m yes)"},
         {"ä*x−1", "line 1, column 4: expected an operator, not '−'"},
         {"a×x", "line 1, column 2: expected an operator, not '×'"},
         {std::string("a\0x", 3), "line 1, column 2: expected an operator, not a control character"},
