@@ -69,10 +69,9 @@ void formula(const std::string &input) {
         const Formula formula(input);
         parameters = parametersNamed(formula.parameterNames(), {});
         std::vector<double> x{0, -1, 0.5, 2, 1e300, NAN}, y{1, 0, -2, 3, NAN, 5}, out(x.size());
-        formula.evaluate(x, y, std::vector<double>(parameters.size(), 1), out);
+        formula.evaluate({x, y, {}}, std::vector<double>(parameters.size(), 1), out);
 
-        const FitOutcome outcome =
-            fit(formula, {x, y, {}, {}}, parameters, std::chrono::seconds(1));
+        const FitOutcome outcome = fit(formula, {x, y, {}, {}}, parameters, 1);
         for (const FitParameter &parameter : parameters)
             require(outcome.status == fitConverged ? std::isfinite(parameter.value)
                                                    : parameter.value == 1);
@@ -84,7 +83,8 @@ void formula(const std::string &input) {
     for (FitParameter &parameter : parameters) parameter.error = unset;
     std::vector<FitParameter> read = parameters;
     for (FitParameter &parameter : read) parameter.value = 0;
-    readParameterList(plotwerk::parameterList(parameters, '.'), '.', read);
+    bool absolute = false;
+    readParameterList(plotwerk::parameterList(parameters, '.'), '.', read, absolute);
     require(std::ranges::equal(parameters, read, isSameParameter));
 }
 
@@ -93,17 +93,18 @@ void parameterList(const std::string &input) {
     const char separator = separatorOf(input);
     const std::vector<FitParameter> before{{"a", 1, 0.5}, {"b", 2, 0.25, true}, {"\u00e4_1", 3}};
     std::vector<FitParameter> parameters = before, again = before;
+    bool absolute = false;
     try {
-        readParameterList(afterFirstByte(input), separator, parameters);
+        readParameterList(afterFirstByte(input), separator, parameters, absolute);
     } catch (const Refusal &) {
-        require(std::ranges::equal(parameters, before, isSameParameter));
+        require(!absolute && std::ranges::equal(parameters, before, isSameParameter));
         return;
     }
     for (FitParameter &parameter : parameters) {
         require(std::isfinite(parameter.value));
         parameter.error = unset;
     }
-    readParameterList(plotwerk::parameterList(parameters, separator), separator, again);
+    readParameterList(plotwerk::parameterList(parameters, separator), separator, again, absolute);
     require(std::ranges::equal(parameters, again, isSameParameter));
 }
 
