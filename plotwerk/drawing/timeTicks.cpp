@@ -129,9 +129,10 @@ static std::vector<double> ticksAt(const TimeStep &step, const Scale &scale) {
         return ticks;
     }
     if (step.origin == 0) return multiplesOf(step.seconds, scale);
-    const double last = std::ceil((scale.max - step.origin) / step.seconds);
-    for (double k = std::floor((scale.min - step.origin) / step.seconds); k <= last; ++k)
-        if (const double tick = step.origin + k * step.seconds; isOnAxis(tick, scale))
+    const double first = std::floor((scale.min - step.origin) / step.seconds);
+    const int count = static_cast<int>(std::ceil((scale.max - scale.min) / step.seconds)) + 1;
+    for (int k = 0; k <= count; ++k)
+        if (const double tick = step.origin + (first + k) * step.seconds; isOnAxis(tick, scale))
             ticks.push_back(tick);
     return ticks;
 }

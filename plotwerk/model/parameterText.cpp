@@ -44,7 +44,7 @@ std::string parameterList(const std::vector<FitParameter> &parameters, char deci
         const std::string least = limit(parameter.bounds.min);
         const std::string most = limit(parameter.bounds.max);
         if (!least.empty() || !most.empty())
-            list += " [" + least + (most.empty() ? ";" : "; ") + most + "]";
+            list.append(" [").append(least).append(most.empty() ? ";" : "; ").append(most) += ']';
         if (parameter.atBound) list += " |";
         if (parameter.fixed) list += " !";
     }

@@ -123,6 +123,7 @@ void setLocalRange(Document &document, bool xDirection) {
     Range ranges[2];
     const std::vector<PlottedCurve> plotted = plottedCurves(document);
     std::vector<PlottedCurve> shown;
+    shown.reserve(selected.size() + plotted.size());
     for (const CurveRef &curve : selected) shown.push_back({curve});
     for (const PlottedCurve &curve : plotted)
         if (columnOf(document, curve.curve).rank > 0) shown.push_back(curve);
