@@ -135,7 +135,6 @@ plotwerkd_starts() {
 }
 now() { echo "${EPOCHREALTIME/[.,]/}"; }
 
-export CALLPLW_ERRORS=stop
 printf 'set fit quiet\n' >quiet
 plot_ours >plot.lines
 residuals_ours >residuals.lines
@@ -174,7 +173,8 @@ timed() {
     local begin
     begin=$(now)
     TIMEFORMAT='%U %S'
-    { time "$@" >/dev/null 2>&1; } 2>cpu
+    { time "$@" >/dev/null 2>messages; } 2>cpu
+    if grep callPlw: messages >&2; then exit 1; fi
     took=$(($(now) - begin))
     used=$(awk '{ print ($1 + $2) * 1e6 }' cpu)
 }
@@ -205,7 +205,7 @@ echo 'job          ours    gnuplot   ratio        ours    gnuplot   ratio'
 for job in plot residuals pipe loop panels million; do
     rounds=$pairs
     case $job in loop | pipe | million) rounds=$(((pairs + 2) / 3)) ;; esac
-    pair "$job" >/dev/null # fills the caches of the machine
+    CALLPLW_ERRORS=stop pair "$job" >/dev/null # nothing fails, and the machine's caches are filled
     for ((round = 0; round < rounds; ++round)); do pair "$job"; done >times
     printf '%-10s %7.1f %9.1f %7.2f     %7.1f %9.1f %7.2f\n' "$job" \
         "$(median '$1 / 1e3')" "$(median '$2 / 1e3')" "$(median '$2 / $1')" \
