@@ -9,6 +9,7 @@ work=$(mktemp -d)
 trap 'kill $(jobs -p) 2>/dev/null; wait; rm -rf "$work"' EXIT
 ln -s "$here/../../examples" "$work/examples"
 cd "$work"
+export XDG_STATE_HOME=$work/state
 mkfifo log
 plotwerkd 2>log &
 grep -q ' owns ' log

@@ -10,6 +10,7 @@ project=$(cd "$(dirname "$0")/../.." && pwd)
 folder=$(mktemp -d)
 trap 'kill $(jobs -p) 2>/dev/null; wait; rm -rf "$folder"' EXIT
 
+export XDG_STATE_HOME=$folder/state
 mkfifo "$folder/log"
 (cd / && exec plotwerkd 2>"$folder/log") &
 grep -q ' owns ' "$folder/log"

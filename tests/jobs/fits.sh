@@ -47,8 +47,10 @@ session <<END
 -x getFormulaParameters
 -x close
 END
-echo "# The band is an area of its colour."
-grep -c 'fill:rgb(50%,25%,75%)' band.svg
+echo "# The band is an area of its colour, below all lines: $(awk '
+    /fill:rgb\(50%,25%,75%\)/ { band = NR }
+    /stroke:rgb/ && !line { line = NR }
+    END { print band && band < line ? "yes" : "no" }' band.svg)"
 
 echo "# Fits that fail tell why."
 session <<END 2>&1 || [ $? -eq 2 ]

@@ -30,8 +30,14 @@ session <<END
 -x savePDF -f "$PWD/untitled.pdf"
 -x close
 END
+printf 'at,U\n2024-02-28T12:00Z,1\n2024-03-01T12:00Z,2\n' >dates.csv
+session <<END
+-x open -f "$PWD/dates.csv"
+-x savePDF -f "$PWD/dates.pdf"
+END
+
 words() { pdftotext -raw "$1.pdf" - | tr -s ' \n\f' '\n' | LC_ALL=C sort | paste -sd ' '; }
-for picture in names texts untitled; do
+for picture in names texts untitled dates; do
     echo "# $picture:$(words $picture)"
 done
 
