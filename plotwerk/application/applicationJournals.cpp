@@ -57,11 +57,15 @@ static std::string descriptionOf(const LeftJournal &journal) {
 }
 
 std::vector<std::string> Application::leftDocuments() const {
-    std::vector<std::string> left;
-    if (journals.empty()) return left;
-    for (const LeftJournal &journal : leftJournals(journals))
-        left.push_back(descriptionOf(journal));
-    return left;
+    constexpr std::size_t described = 10; // more would hide what else is to be read
+    if (journals.empty()) return {};
+    const std::vector<LeftJournal> left = leftJournals(journals);
+    const std::size_t older = left.size() > described ? left.size() - described : 0;
+    std::vector<std::string> lines;
+    if (older == 1) lines.emplace_back("one older document");
+    if (older > 1) lines.push_back(std::to_string(older) + " older documents");
+    for (std::size_t i = older; i < left.size(); ++i) lines.push_back(descriptionOf(left[i]));
+    return lines;
 }
 
 void Application::tellLeftJournals() const {
