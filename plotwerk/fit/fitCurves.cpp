@@ -12,6 +12,8 @@
 
 namespace plotwerk {
 
+static constexpr const char *nameOfSource = "Fit";
+
 // The limits between which the formula is drawn: of the points where the fit range leaves them.
 static Range drawnRange(const FitData &data) {
     Range range;
@@ -64,6 +66,14 @@ static FittedRows fittedRows(const FitData &data, const Formula &formula,
     return fitted;
 }
 
+// Line and residuals of a fit have one colour, which differs from that of the fits before.
+static CurveLook lookOfFit(const Document &document, const CurveLook &fitted) {
+    const auto fits = std::ranges::count_if(document.sources, [](const Source &source) {
+        return source.name.starts_with(nameOfSource);
+    });
+    return lookOfNewFit(static_cast<int>(fits), fitted);
+}
+
 // The formula over the range or, where it takes columns, at the points.
 static Table lineOfFit(const Document &document, const CurveRef &curve, const FitData &data,
                        const Formula &formula, const std::vector<double> &parameters,
@@ -77,7 +87,7 @@ static Table lineOfFit(const Document &document, const CurveRef &curve, const Fi
     column.name = "Fit";
     column.isTime = columnOf(document, curve).isTime;
     column.drawnByFit = true;
-    column.look = lookOfNewCurve(numberOfCurves(document), look);
+    column.look = lookOfFit(document, look);
     for (const CurveRef &each : curvesOf(document))
         column.look.layer = std::max(column.look.layer, columnOf(document, each).look.layer);
     if (!formula.columns().empty()) {
@@ -103,7 +113,7 @@ static Table tableOfResiduals(const Document &document, const CurveRef &curve, c
         Column &column = table.y.emplace_back();
         column.name = name;
         column.residuals = true;
-        column.look = lookOfNewCurve(0, columnOf(document, curve).look);
+        column.look = lookOfFit(document, columnOf(document, curve).look);
         column.look.visible = column.look.line = false;
         column.look.symbols = true;
         column.values = atRows(data.y, fitted.rows);
@@ -178,7 +188,7 @@ void showFit(FitTables drawn, const CurveRef &fitted, Document &document) {
     std::vector<Table> tables;
     tables.push_back(std::move(drawn.line));
     tables.push_back(std::move(drawn.residuals));
-    addSource(document, "Fit", std::move(tables));
+    addSource(document, nameOfSource, std::move(tables));
 }
 
 } // namespace plotwerk

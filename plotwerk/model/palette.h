@@ -18,17 +18,20 @@ inline constexpr std::array<Colour, 7> palette = {{{0, 0, 0, 1},
                                                    {0.902, 0.624, 0, 1},
                                                    {0.337, 0.706, 0.914, 1}}};
 
+// Gives line and symbols the colour, and the area a transparent tint of it.
+inline void paint(CurveLook &look, const Colour &colour) {
+    look.lineColour = look.fillColour = colour;
+    look.fillColour.opacity = 0.3;
+}
+
 // The look of a new curve in a document that already has so many: the default, in the next colour
-// of the palette. From the second curve on its area has a transparent tint of that colour.
+// of the palette; the first curve's area keeps its default.
 inline CurveLook lookOfNewCurve(int curvesBefore) {
     CurveLook look;
-    const auto index =
-        static_cast<std::size_t>(curvesBefore < 0 ? 0 : curvesBefore) % palette.size();
-    look.lineColour = palette[index];
-    if (curvesBefore > 0) {
-        look.fillColour = palette[index];
-        look.fillColour.opacity = 0.3;
-    }
+    if (curvesBefore > 0)
+        paint(look, palette[static_cast<std::size_t>(curvesBefore) % palette.size()]);
+    else
+        look.lineColour = palette[0];
     return look;
 }
 
@@ -37,6 +40,14 @@ inline CurveLook lookOfNewCurve(int curvesBefore, const CurveLook &origin) {
     CurveLook look = lookOfNewCurve(curvesBefore);
     look.upperX = origin.upperX;
     look.rightY = origin.rightY;
+    return look;
+}
+
+// The look of a fit of that curve in a document that has kept so many fits: the first is vermilion,
+// whatever else there is, and none is black.
+inline CurveLook lookOfNewFit(int fitsBefore, const CurveLook &origin) {
+    CurveLook look = lookOfNewCurve(0, origin);
+    paint(look, palette[1 + (1 + static_cast<std::size_t>(fitsBefore)) % (palette.size() - 1)]);
     return look;
 }
 

@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
+#include <tuple>
 
 using namespace plotwerk;
 
@@ -136,6 +138,32 @@ TEST(DocumentFit, LeavesWhatTheUserHasMadeHisOwn) {
         document.sources.pop_back();
         EXPECT_EQ(textOf(document), before);
     }
+}
+
+TEST(DocumentFit, HasOneColourWhateverElseIsThereButForKeptFits) {
+    const auto colours = [](const Document &document, int source) {
+        std::set<std::tuple<double, double, double>> found;
+        for (const Table &each : document.sources[source].tables)
+            for (const Column &column : each.y)
+                found.emplace(column.look.lineColour.red, column.look.lineColour.green,
+                              column.look.lineColour.blue);
+        return found;
+    };
+    Document alone = line();
+    fitDocument(alone);
+    Document crowded = line();
+    std::vector<Column> &columns = crowded.sources[0].tables[0].y;
+    columns.push_back(column("y error", {1, 1, 1, 1}));
+    columns.push_back(column("z", {1, 1, 1, 1}));
+    columns[0].rank = 1;
+    fitDocument(crowded);
+    EXPECT_EQ(colours(alone, 1).size(), 1U);
+    EXPECT_EQ(colours(crowded, 1), colours(alone, 1));
+
+    crowded.sources[1].tables[0].y[0].fitData = true; // its own from now on
+    fitDocument(crowded);
+    ASSERT_EQ(crowded.sources.size(), 3U);
+    EXPECT_NE(colours(crowded, 2), colours(crowded, 1));
 }
 
 TEST(DocumentFit, LeavesResidualsAtThePointsHidden) {
