@@ -43,11 +43,14 @@ inline CurveLook lookOfNewCurve(int curvesBefore, const CurveLook &origin) {
     return look;
 }
 
-// The look of a fit of that curve in a document that has kept so many fits: the first is vermilion,
-// whatever else there is, and none is black.
+// Colours of fits, which no other new curve has: crimson, indigo, brown, dark green.
+inline constexpr std::array<Colour, 4> fitPalette = {
+    {{0.78, 0.04, 0.2, 1}, {0.33, 0.2, 0.62, 1}, {0.47, 0.28, 0.1, 1}, {0, 0.36, 0.2, 1}}};
+
+// The look of a fit of that curve in a document that has kept so many fits.
 inline CurveLook lookOfNewFit(int fitsBefore, const CurveLook &origin) {
     CurveLook look = lookOfNewCurve(0, origin);
-    paint(look, palette[1 + (1 + static_cast<std::size_t>(fitsBefore)) % (palette.size() - 1)]);
+    paint(look, fitPalette[static_cast<std::size_t>(fitsBefore) % fitPalette.size()]);
     return look;
 }
 
