@@ -57,8 +57,22 @@ template<class Take> static int forEachToken(std::string_view line, Take take) {
     }
 }
 
+// The commas by which a line of names may be split: outside quotes, and where no tab or semicolon
+// splits it.
+static std::ptrdiff_t commasBetweenNames(std::string_view line) {
+    std::ptrdiff_t commas = 0;
+    bool quoted = false;
+    for (const char c : line) {
+        if (c == '"') quoted = !quoted;
+        if (quoted) continue;
+        if (isCellSeparator(c)) return 0;
+        commas += c == ',';
+    }
+    return commas;
+}
+
 static void weigh(std::string_view line, Evidence &evidence) {
-    std::ptrdiff_t commas = std::count(line.begin(), line.end(), ',');
+    const std::ptrdiff_t commas = std::count(line.begin(), line.end(), ',');
     bool hasNumbers = false, hasWords = false;
     const int tokens = forEachToken(line, [&](std::string_view token) {
         const bool hasComma = token.find(',') != std::string_view::npos;
@@ -76,7 +90,7 @@ static void weigh(std::string_view line, Evidence &evidence) {
         evidence.others = evidence.others || tokens > 1;
         evidence.split = evidence.split || (tokens == 1 && commas == evidence.last);
     } else if (hasWords) {
-        evidence.last = line.find_first_of("\t;") == std::string_view::npos ? commas : 0;
+        evidence.last = commasBetweenNames(line);
     }
 }
 

@@ -111,20 +111,58 @@ std::vector<double> FittedCurve::deviations(const std::vector<double> &x) const 
     return deviations;
 }
 
-std::vector<Path> FittedCurve::band(const DrawnCurve &curve, const ScaledFrame &frame) const {
-    std::vector<Path> rings;
+FittedCurve::Band FittedCurve::bandAt(const std::vector<double> &x) const {
     const double factor = factorOf95Percent(*fit);
-    if (fit->covariance.values.empty() || std::isnan(factor)) return rings;
+    if (fit->covariance.values.empty() || std::isnan(factor)) return {};
 
-    const std::vector<double> x = samplesOf(curve, frame);
-    std::vector<double> upper(x.size());
-    formula.evaluate({x}, parameters(), upper);
-    std::vector<double> lower = upper;
+    Band band;
+    band.upper.resize(x.size());
+    formula.evaluate({x}, parameters(), band.upper);
+    band.lower = band.upper;
     const std::vector<double> deviation = deviations(x);
     for (std::size_t i = 0; i < x.size(); ++i) {
-        upper[i] += factor * deviation[i];
-        lower[i] -= factor * deviation[i];
+        band.upper[i] += factor * deviation[i];
+        band.lower[i] -= factor * deviation[i];
     }
+    return band;
+}
+
+static void include(double value, bool logarithmic, Range &range) {
+    if (!std::isfinite(value) || (logarithmic && value <= 0)) return;
+    range = {std::fmin(range.min, value), std::fmax(range.max, value)};
+}
+
+static Range rangeOfResiduals(const Document &document) {
+    Range range;
+    for (const Source &source : document.sources)
+        for (const Table &table : source.tables)
+            if (!table.y.empty() && table.y.front().residuals)
+                for (const double x : table.x.values) include(x, false, range);
+    return range;
+}
+
+Range FittedCurve::bandAtData(const Document &document, const DrawnCurve &curve) const {
+    const Range data = rangeOfResiduals(document);
+    std::vector<double> x;
+    for (const double each : curve.table->x.values)
+        if (each >= data.min && each <= data.max) x.push_back(each);
+
+    const auto [lower, upper] = bandAt(x);
+    const bool logarithmic = document.axes[curve.verticalAxis()].logarithmic;
+    Range range;
+    for (std::size_t i = 0; i < upper.size(); ++i) {
+        include(lower[i], logarithmic, range);
+        include(upper[i], logarithmic, range);
+    }
+    return range;
+}
+
+std::vector<Path> FittedCurve::band(const DrawnCurve &curve, const ScaledFrame &frame) const {
+    std::vector<Path> rings;
+    const std::vector<double> x = samplesOf(curve, frame);
+    const auto [lower, upper] = bandAt(x);
+    if (upper.empty()) return rings;
+
     const Path above = onPaper(x, upper, curve, frame);
     Path below = onPaper(x, lower, curve, frame);
     const Scale &scale = frame.scales[curve.verticalAxis()];

@@ -29,11 +29,21 @@ class FittedCurve {
     // covariance isn't known.
     std::vector<Path> band(const DrawnCurve &curve, const ScaledFrame &frame) const;
 
+    // The limits of that band at the curve's points, as far as the data go that have been fitted:
+    // those of the fit's residuals. Without these, and where there is no band, none.
+    Range bandAtData(const Document &document, const DrawnCurve &curve) const;
+
   private:
+    struct Band {
+        std::vector<double> lower;
+        std::vector<double> upper;
+    };
+
     FittedCurve(Formula itsFormula, const FitResult &result)
         : formula(std::move(itsFormula)), fit(&result) {}
 
     std::vector<double> parameters() const;
+    Band bandAt(const std::vector<double> &x) const; // empty where the covariance isn't known
     std::vector<double> deviations(const std::vector<double> &x) const;
 
     Formula formula;

@@ -326,6 +326,9 @@ RichText richTextOf(std::string_view text) {
     RichText runs;
     if (text.starts_with("{\\rtf")) {
         runs = RtfReader(text).read();
+        // what was RTF already when a client wrapped it as plain text
+        const std::string wrapped = plainTextOf(runs);
+        if (wrapped.starts_with("{\\rtf")) runs = RtfReader(wrapped).read();
     } else {
         TextRun run;
         run.text =

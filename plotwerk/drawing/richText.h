@@ -27,7 +27,8 @@ struct TextRun {
 
 using RichText = std::vector<TextRun>;
 
-// Text that begins with "{\rtf" is read as RTF, any other is one run as it is. Bytes that are no
+// Text that begins with "{\rtf" is read as RTF, and what it holds once more if that does, too; any
+// other is one run as it is. Bytes that are no
 // UTF-8 become U+FFFD. Nothing is refused: of malformed RTF what can be read is kept, unknown
 // control words, destinations that aren't text and groups nested deeper than 200 lose their effect.
 // Empty lines at the end are dropped, and so is what lies beyond 4096 bytes of text.

@@ -1,5 +1,6 @@
 #include "plotwerk/drawing/scaledFrame.h"
 
+#include "plotwerk/drawing/fittedCurve.h"
 #include "plotwerk/model/ranges.h"
 
 #include <algorithm>
@@ -44,10 +45,36 @@ static bool hasBase(AxisCode code, const std::vector<DrawnCurve> &curves) {
     });
 }
 
-// The limits of the data; those that aren't set take in where drop lines and areas begin.
-static Range drawnRange(const Document &document, AxisCode code, bool fromBase) {
+// Limits widened to the bands of fits that are drawn, but on either side by no more than half of
+// what lies between them: a band that the data hardly determine doesn't squeeze the data.
+static Range withBands(const Range &data, const Document &document, AxisCode code,
+                       const std::vector<DrawnCurve> &curves) {
+    const Axis &axis = document.axes[code];
+    const double half = (data.max - data.min) / 2;
+    const double factor = std::sqrt(data.max / data.min);
+    const Range most = axis.logarithmic ? Range{data.min / factor, data.max * factor}
+                                        : Range{data.min - half, data.max + half};
+    Range range = data;
+    for (const DrawnCurve &curve : curves) {
+        if (curve.verticalAxis() != code || !curve.column->look.filled) continue;
+        const auto fitted = FittedCurve::of(document, curve);
+        if (!fitted) continue;
+        const Range band = fitted->bandAtData(document, curve);
+        if (std::isnan(axis.range.min) && band.min < range.min)
+            range.min = std::max(band.min, most.min);
+        if (std::isnan(axis.range.max) && band.max > range.max)
+            range.max = std::min(band.max, most.max);
+    }
+    return range;
+}
+
+// The limits of the data; those that aren't set take in bands of fits, and where drop lines and
+// areas begin.
+static Range drawnRange(const Document &document, AxisCode code,
+                        const std::vector<DrawnCurve> &curves, bool fromBase) {
     const Axis &axis = document.axes[code];
     Range range = rangeOf(document, code);
+    if (range.min < range.max) range = withBands(range, document, code, curves);
     if (!fromBase || axis.logarithmic) return range;
     const double base = baseValue(document.frame);
     if (std::isnan(axis.range.min)) range.min = std::min(range.min, base);
@@ -61,7 +88,7 @@ static Range shownRange(const Document &document, AxisCode code,
                         const std::vector<DrawnCurve> &curves) {
     const Axis &axis = document.axes[code];
     const bool fromBase = hasBase(code, curves);
-    Range range = drawnRange(document, code, fromBase);
+    Range range = drawnRange(document, code, curves, fromBase);
     if (!(range.min < range.max)) return range;
 
     if (axis.logarithmic) {

@@ -1,6 +1,7 @@
 #include "plotwerk/fit/fit.h"
 
 #include "plotwerk/fit/levenbergMarquardt.h"
+#include "plotwerk/model/curves.h"
 #include "plotwerk/model/fitResult.h"
 
 #include <algorithm>
@@ -25,15 +26,9 @@ std::vector<int> rowsOfFit(const FitData &data) {
 
 static FitPoints pointsOf(const FitData &data) {
     const std::vector<int> rows = rowsOfFit(data);
-    const auto taken = [&](std::span<const double> column) {
-        std::vector<double> values;
-        values.reserve(rows.size());
-        for (const int row : rows) values.push_back(column[row]);
-        return values;
-    };
-    FitPoints points{taken(data.x), taken(data.y), {}, {}};
-    for (const auto &column : data.columns) points.columns.push_back(taken(column));
-    if (!data.errors.empty()) points.weight = taken(data.errors);
+    FitPoints points{atRows(data.x, rows), atRows(data.y, rows), {}, {}};
+    for (const auto &column : data.columns) points.columns.push_back(atRows(column, rows));
+    if (!data.errors.empty()) points.weight = atRows(data.errors, rows);
     for (double &weight : points.weight) weight = 1 / weight;
     return points;
 }

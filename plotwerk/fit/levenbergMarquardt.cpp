@@ -59,6 +59,13 @@ static constexpr double hardlyDamped = 1e-3;
 // Exact data leave residuals that are nothing but rounding: so much of the data's length.
 static constexpr double dataRounding = 1e-14;
 
+// A parameter is known to its last digit when it is to this part of it: half of a double's.
+static constexpr double lastDigit = 1e-16;
+
+// So much of each column of J at least is independent of the ones before where the triangle in
+// double is exact enough for the last step and the covariance.
+static constexpr double independence = 1e-3;
+
 // A bound is let go of when the residuals' descent away from it is more than this part of what they
 // and the parameter's derivatives allow; solver and polish go on so often.
 static constexpr double smallRelease = 1e-8;
@@ -390,17 +397,7 @@ template<class Real> class Polish {
         return found;
     }
 
-    void report(Minimum &minimum) const {
-        const int p = best.triangle.columns();
-        minimum.chiSquare = static_cast<double>(best.chiSquare);
-        minimum.covariance.clear();
-        for (int i = 0; i < p; ++i) {
-            std::vector<Real> unit(p);
-            unit[i] = 1;
-            const std::vector<Real> row = best.triangle.solveNormal(unit);
-            for (int j = 0; j <= i; ++j) minimum.covariance.push_back(static_cast<double>(row[j]));
-        }
-    }
+    const Iterate<Real> &last() const { return best; }
 
     int iterations = 0;
 
@@ -441,25 +438,72 @@ template<class Real> class Polish {
 
 } // namespace
 
+template<class Real>
+static void report(Real chiSquare, const RowReduction<Real> &triangle, Minimum &minimum) {
+    const int p = triangle.columns();
+    minimum.chiSquare = static_cast<double>(chiSquare);
+    minimum.covariance.clear();
+    for (int i = 0; i < p; ++i) {
+        std::vector<Real> unit(p);
+        unit[i] = 1;
+        const std::vector<Real> row = triangle.solveNormal(unit);
+        for (int j = 0; j <= i; ++j) minimum.covariance.push_back(static_cast<double>(row[j]));
+    }
+}
+
+static bool isWellConditioned(const RowReduction<double> &triangle) {
+    for (int j = 0; j < triangle.columns(); ++j)
+        if (!(std::abs(triangle.R(j, j)) > independence * triangle.length(j))) return false;
+    return true;
+}
+
+// The extended polish in less time, by one step of which only the direction of descent, which is
+// what cancels out at a minimum, is computed in extended precision. False, and nothing has changed,
+// where that may not settle the last digits of b.
+static bool refined(const Polish<double> &rough, Residuals<long double> &extended, Vector &b,
+                    Minimum &minimum) {
+    const RowReduction<double> &triangle = rough.last().triangle;
+    if (!isWellConditioned(triangle)) return false;
+
+    std::vector<long double> descent;
+    const long double chiSquare = extended.descend({b.begin(), b.end()}, descent);
+    const Vector step = triangle.solveNormal({descent.begin(), descent.end()});
+    for (std::size_t j = 0; j < b.size(); ++j)
+        if (!(rough.contractionSeen() * std::abs(step[j]) <= lastDigit * std::abs(b[j])))
+            return false;
+    for (std::size_t j = 0; j < b.size(); ++j) b[j] += step[j];
+    report(static_cast<double>(chiSquare), triangle, minimum);
+    return true;
+}
+
 // Both polishes of the parameters that aren't held, from `start` on, and what is the minimum then:
 // its b goes to the others' places in b. False when they don't lead to one.
 static bool polished(Residuals<double> &residuals, Residuals<long double> &extended,
                      const Iterate<double> &start, Vector &b, const std::vector<bool> &held,
                      Minimum &minimum) {
-    Polish<double> rough(residuals, start);
-    rough.run(1e-14, 1e-17, 1); // some fifty roundings, or what the other polish makes none
-    const Vector &near = rough.parameters();
-    Polish<long double> polish(extended, iterateAt(extended, {near.begin(), near.end()}));
-    const bool stationary = polish.run(1e-16L, 0, rough.contractionSeen()); // below half
-    minimum.iterations += rough.iterations + polish.iterations;
     const std::vector<int> varied = notHeld(held);
-    for (std::size_t k = 0; k < varied.size(); ++k)
-        b[varied[k]] = static_cast<double>(polish.parameters()[k]);
-
+    const auto move = [&](const auto &to) {
+        for (std::size_t k = 0; k < varied.size(); ++k) b[varied[k]] = static_cast<double>(to[k]);
+    };
     minimum.undetermined.clear();
+
+    // to some fifty roundings, or to what the other polish makes none
+    Polish<double> rough(residuals, start);
+    const bool settled = rough.run(1e-14, 1e-17, 1);
+    minimum.iterations += rough.iterations;
+    Vector near = rough.parameters();
+    if (settled && refined(rough, extended, near, minimum)) {
+        move(near);
+        return true;
+    }
+    Polish<long double> polish(extended, iterateAt(extended, {near.begin(), near.end()}));
+    const bool stationary = polish.run(lastDigit, 0, rough.contractionSeen());
+    minimum.iterations += polish.iterations;
+    move(polish.parameters());
+
     for (const int k : polish.undetermined()) minimum.undetermined.push_back(varied[k]);
     if (!stationary || !minimum.undetermined.empty()) return false;
-    polish.report(minimum);
+    report(polish.last().chiSquare, polish.last().triangle, minimum);
     return true;
 }
 
@@ -467,6 +511,8 @@ static bool polished(Residuals<double> &residuals, Residuals<long double> &exten
 // polish leaves. False when there are none.
 static bool release(Residuals<double> &residuals, const Vector &b, const std::vector<Range> &bounds,
                     std::vector<bool> &held) {
+    if (std::ranges::find(held, true) == held.end()) return false;
+
     RowReduction<double> triangle = residuals.newTriangle();
     const double length = std::sqrt(residuals.linearise(b, triangle));
     const double small = std::max(smallRelease * length, dataRounding * residuals.dataLength());

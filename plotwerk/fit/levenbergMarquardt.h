@@ -31,8 +31,9 @@ struct Minimum {
 // Minimises from `start` on, in two stages. The solver takes damped steps in double precision
 // (Levenberg and Marquardt, with More's scaling and the geodesic acceleration of Transtrum and
 // Sethna) until the residuals hardly change. From there the polish takes undamped Gauss-Newton
-// steps, in double and then in extended precision, until the parameters no longer change. If that
-// leads into a region where the data don't determine the parameters (an exponential that has
+// steps, in double and then in extended precision, until the parameters no longer change; where
+// the problem is well conditioned one step with the descent in extended precision is enough. If
+// that leads into a region where the data don't determine the parameters (an exponential that has
 // decayed to nothing, a rational function that has become flat), both stages are run once more from
 // the start with a bolder strategy: scales may shrink again, and a step may go uphill.
 //

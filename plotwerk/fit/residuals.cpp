@@ -78,6 +78,38 @@ Real Residuals<Real>::linearise(const std::vector<Real> &b, RowReduction<Real> &
     return std::isfinite(chiSquare) ? chiSquare : std::numeric_limits<Real>::quiet_NaN();
 }
 
+// Adds to `side` J' r of a block, of which r has weights once. It is lost.
+template<class Real>
+void Residuals<Real>::addProducts(std::vector<Real> &r, int first, int count,
+                                  std::vector<Real> &side) const {
+    if (!data.weight.empty())
+        for (int k = 0; k < count; ++k) r[k] *= data.weight[first + k];
+    for (int j = 0; j < parameters(); ++j)
+        side[j] += dot(evaluator.derivative(free[j]), r.data(), count);
+}
+
+template<class Real>
+Real Residuals<Real>::descend(const std::vector<Real> &b, std::vector<Real> &side) {
+    const int n = points();
+    work.take(nanosecondsPerStep);
+    setParameters(evaluator, b);
+    side.assign(parameters(), 0);
+
+    Real chiSquare = 0;
+    std::vector<Real> r(evaluator.blockSize());
+    for (int i = 0; i < n; i += evaluator.blockSize()) {
+        const int count = std::min(evaluator.blockSize(), n - i);
+        const Real *f = evaluator.values(inputs, i, count);
+        evaluator.differentiate();
+        for (int k = 0; k < count; ++k) r[k] = data.y[i + k] - f[k];
+        if (!data.weight.empty())
+            for (int k = 0; k < count; ++k) r[k] *= data.weight[i + k];
+        chiSquare += sumOfSquares(r.data(), count);
+        addProducts(r, i, count, side);
+    }
+    return std::isfinite(chiSquare) ? chiSquare : std::numeric_limits<Real>::quiet_NaN();
+}
+
 template<class Real>
 std::vector<Real> Residuals<Real>::accelerationSide(const std::vector<Real> &b,
                                                     const std::vector<Real> &v, Real reach) {
@@ -105,10 +137,9 @@ std::vector<Real> Residuals<Real>::accelerationSide(const std::vector<Real> &b,
         }
         for (int k = 0; k < count; ++k) {
             const Real weight = data.weight.empty() ? 1 : Real(data.weight[i + k]);
-            second[k] *= 2 / reach * weight * weight;
+            second[k] *= 2 / reach * weight;
         }
-        for (int j = 0; j < p; ++j)
-            side[j] += dot(evaluator.derivative(free[j]), second.data(), count);
+        addProducts(second, i, count, side);
     }
     return side;
 }

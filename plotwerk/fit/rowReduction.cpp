@@ -52,6 +52,7 @@ template<class Real> void RowReduction<Real>::absorb(int n) {
             Real &above = triangle[index(j, k)];
             const Real along = (first * above + dot(v, w, n)) / halfSquare;
             above -= along * first;
+            if (j + 1 == size) break; // what is left of r isn't needed
             for (int i = 0; i < n; ++i) w[i] -= along * v[i];
         }
     }

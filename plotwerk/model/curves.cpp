@@ -228,4 +228,11 @@ ValidPoints validPoints(const Table &table, const Column &y) {
     return points;
 }
 
+std::vector<double> atRows(std::span<const double> values, const std::vector<int> &rows) {
+    std::vector<double> taken;
+    taken.reserve(rows.size());
+    for (const int row : rows) taken.push_back(values[row]);
+    return taken;
+}
+
 } // namespace plotwerk

@@ -83,6 +83,9 @@ struct ValidPoints {
 
 ValidPoints validPoints(const Table &table, const Column &y);
 
+// The values of these rows, in that order.
+std::vector<double> atRows(std::span<const double> values, const std::vector<int> &rows);
+
 } // namespace plotwerk
 
 #endif

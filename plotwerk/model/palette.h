@@ -18,17 +18,20 @@ inline constexpr std::array<Colour, 7> palette = {{{0, 0, 0, 1},
                                                    {0.902, 0.624, 0, 1},
                                                    {0.337, 0.706, 0.914, 1}}};
 
+// Gives line and symbols the colour, and the area a transparent tint of it.
+inline void paint(CurveLook &look, const Colour &colour) {
+    look.lineColour = look.fillColour = colour;
+    look.fillColour.opacity = 0.3;
+}
+
 // The look of a new curve in a document that already has so many: the default, in the next colour
-// of the palette. From the second curve on its area has a transparent tint of that colour.
+// of the palette; the first curve's area keeps its default.
 inline CurveLook lookOfNewCurve(int curvesBefore) {
     CurveLook look;
-    const auto index =
-        static_cast<std::size_t>(curvesBefore < 0 ? 0 : curvesBefore) % palette.size();
-    look.lineColour = palette[index];
-    if (curvesBefore > 0) {
-        look.fillColour = palette[index];
-        look.fillColour.opacity = 0.3;
-    }
+    if (curvesBefore > 0)
+        paint(look, palette[static_cast<std::size_t>(curvesBefore) % palette.size()]);
+    else
+        look.lineColour = palette[0];
     return look;
 }
 
@@ -37,6 +40,17 @@ inline CurveLook lookOfNewCurve(int curvesBefore, const CurveLook &origin) {
     CurveLook look = lookOfNewCurve(curvesBefore);
     look.upperX = origin.upperX;
     look.rightY = origin.rightY;
+    return look;
+}
+
+// Colours of fits, which no other new curve has: crimson, indigo, brown, dark green.
+inline constexpr std::array<Colour, 4> fitPalette = {
+    {{0.78, 0.04, 0.2, 1}, {0.33, 0.2, 0.62, 1}, {0.47, 0.28, 0.1, 1}, {0, 0.36, 0.2, 1}}};
+
+// The look of a fit of that curve in a document that has kept so many fits.
+inline CurveLook lookOfNewFit(int fitsBefore, const CurveLook &origin) {
+    CurveLook look = lookOfNewCurve(0, origin);
+    paint(look, fitPalette[static_cast<std::size_t>(fitsBefore) % fitPalette.size()]);
     return look;
 }
 

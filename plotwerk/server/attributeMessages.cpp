@@ -1,6 +1,6 @@
 // The messages about the look of curves, axes and texts.
 #include "plotwerk/drawing/richText.h"
-#include "plotwerk/fit/documentFit.h"
+#include "plotwerk/fit/documentFormula.h"
 #include "plotwerk/model/attributes.h"
 #include "plotwerk/server/controlObject.h"
 

@@ -1,5 +1,5 @@
 // The messages that work on the selected curves.
-#include "plotwerk/fit/documentFit.h"
+#include "plotwerk/fit/modifyByFormula.h"
 #include "plotwerk/model/editing.h"
 #include "plotwerk/model/statistic.h"
 #include "plotwerk/server/controlObject.h"

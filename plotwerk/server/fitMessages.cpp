@@ -1,6 +1,8 @@
 // The messages about variables, the formula and the fit.
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/fit/documentFit.h"
+#include "plotwerk/fit/documentFormula.h"
+#include "plotwerk/fit/documentVariables.h"
 #include "plotwerk/model/limits.h"
 #include "plotwerk/server/controlObject.h"
 

@@ -8,6 +8,7 @@
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/files/documentFile.h"
 #include "plotwerk/fit/documentFit.h"
+#include "plotwerk/fit/modifyByFormula.h"
 #include "plotwerk/model/change.h"
 #include "plotwerk/model/duplicate.h"
 #include "plotwerk/model/editing.h"

@@ -1,6 +1,8 @@
 // Work that finds no memory, at whichever of its allocations, leaves the document as it was.
 #include "plotwerk/data/exchange.h"
 #include "plotwerk/fit/documentFit.h"
+#include "plotwerk/fit/documentFormula.h"
+#include "plotwerk/fit/modifyByFormula.h"
 #include "plotwerk/model/attributes.h"
 #include "plotwerk/model/duplicate.h"
 #include "plotwerk/model/editing.h"

@@ -35,6 +35,39 @@ Path lineOf(const Document &document, std::vector<Path> *band = nullptr) {
 
 } // namespace
 
+// y = a x + b from 1 to 10000, with a deviation of nearly 0.1 x at the right end, 277 % of it
+// either way; near 1 of 0.2. The data were fitted as far as their residuals go.
+TEST(FittedCurve, WidensAutomaticLimitsByItsBandAtTheData) {
+    const struct {
+        const char *what;
+        double dataTo;
+        double scatter; // factor of the covariance
+        Range limits;
+        double top; // of the axis, less room
+    } cases[] = {{"data to the end", 10000, 1e-2, {}, 20003 + 277.6},
+                 {"data in the first half", 600, 1e-2, {}, 20003},
+                 {"hardly determined", 10000, 1e4, {}, 20003 + 9999},
+                 {"limits that are set", 10000, 1e-2, {0, 15000}, 15000}};
+    for (const auto &c : cases) {
+        Document document = fitted("a*x+b", [](double x) { return 2 * x + 3; });
+        document.sources[0].tables[0].y[0].look.filled = true;
+        document.axes[yAxis].range = c.limits;
+        for (double &each : document.fit.covariance.values) each *= c.scatter;
+        Table residuals;
+        residuals.x.values = {1, c.dataTo};
+        residuals.y.push_back({.name = "Residuals", .values = {0, 0}});
+        residuals.y[0].residuals = true;
+        residuals.y[0].look.visible = false;
+        document.sources[0].tables.push_back(residuals);
+        const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+        const Scale &scale = frame.scales[yAxis];
+        const double bottom = scale.value(0);
+        const double height = scale.value(scale.length) - bottom;
+        const double room = std::isnan(c.limits.max) ? 0.04 / 1.08 * height : 0;
+        EXPECT_NEAR(bottom + height - room, c.top, 1) << c.what;
+    }
+}
+
 TEST(FittedCurve, IsTheFormulaWhateverTheAxesShow) {
     Document document = fitted("a*log(x)+b", [](double x) { return 2 * std::log(x) + 3; });
     for (const bool logarithmic : {false, true})

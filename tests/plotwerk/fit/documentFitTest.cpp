@@ -1,14 +1,18 @@
 #include "plotwerk/fit/documentFit.h"
+#include "plotwerk/fit/documentFormula.h"
+#include "plotwerk/fit/documentVariables.h"
+#include "plotwerk/fit/modifyByFormula.h"
 
 #include "plotwerk/data/exchange.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/editing.h"
-#include "plotwerk/model/points.h"
 #include "plotwerk/model/selection.h"
 #include "tests/plotwerk/model/documents.h"
 
 #include <algorithm>
 #include <cmath>
+#include <set>
+#include <tuple>
 
 using namespace plotwerk;
 
@@ -136,6 +140,32 @@ TEST(DocumentFit, LeavesWhatTheUserHasMadeHisOwn) {
     }
 }
 
+TEST(DocumentFit, HasOneColourWhateverElseIsThereButForKeptFits) {
+    const auto colours = [](const Document &document, int source) {
+        std::set<std::tuple<double, double, double>> found;
+        for (const Table &each : document.sources[source].tables)
+            for (const Column &column : each.y)
+                found.emplace(column.look.lineColour.red, column.look.lineColour.green,
+                              column.look.lineColour.blue);
+        return found;
+    };
+    Document alone = line();
+    fitDocument(alone);
+    Document crowded = line();
+    std::vector<Column> &columns = crowded.sources[0].tables[0].y;
+    columns.push_back(column("y error", {1, 1, 1, 1}));
+    columns.push_back(column("z", {1, 1, 1, 1}));
+    columns[0].rank = 1;
+    fitDocument(crowded);
+    EXPECT_EQ(colours(alone, 1).size(), 1U);
+    EXPECT_EQ(colours(crowded, 1), colours(alone, 1));
+
+    crowded.sources[1].tables[0].y[0].fitData = true; // its own from now on
+    fitDocument(crowded);
+    ASSERT_EQ(crowded.sources.size(), 3U);
+    EXPECT_NE(colours(crowded, 2), colours(crowded, 1));
+}
+
 TEST(DocumentFit, LeavesResidualsAtThePointsHidden) {
     Document document = documentOf(table({3, nan_, 1, 2}, {column("y", {9, 5, 1, 5})}));
     document.sources[0].tables[0].y[0].fitData = true;
@@ -210,49 +240,6 @@ TEST(DocumentFormula, KeepsParametersOfTheSameName) {
     EXPECT_EQ(parameter(document, "b"), b);
     EXPECT_TRUE(std::isnan(document.parameters[2].error)) << "of another formula's fit";
     EXPECT_EQ(parameter(document, "c"), 1);
-}
-
-TEST(DocumentFormula, ModifiesValidPointsOfTheSelection) {
-    Document document = documentOf(
-        table({1, nan_, 3, 4}, {column("a", {1, 2, nan_, -4}), column("b", {16, 20, 25, 16})}));
-    selectByIndex(document, {0, -1}, false);
-    EXPECT_EQ(refusalOf(document, [](Document &d) { modifySelection(d, true); }), "no formula");
-    setFormula(document, "2 * sqrt(y) + x");
-    modifySelection(document, true);
-    EXPECT_EQ(textOf(document), "Data: x=1,nan,3,4 a=3,2,nan,nan b=9,20,13,12");
-
-    setFormula(document, "-x");
-    valueAtX(document, 3, 1); // what is known about x now must be forgotten
-    modifySelection(document, false);
-    EXPECT_EQ(textOf(document.sources[0].tables[0].x), "x=-1,nan,3,4") << "as a has y";
-    EXPECT_EQ(valueAtIndex(document, 0, 1), valueAtX(document, -1, 1));
-
-    Table &large = document.sources[0].tables[0];
-    large.x.values.assign(2'000'000, 1);
-    for (Column &each : large.y) each.values = large.x.values;
-    std::string text = "x";
-    for (int i = 0; i < 1500; ++i) text += "*x+" + std::to_string(i + 2);
-    setFormula(document, text);
-    Document none; // both curves: 1.2e10 operations
-    EXPECT_EQ(refusalOf(none, [&](auto &) { modifySelection(document, true); }),
-              "would take too long (limit seconds)");
-}
-
-// The error of sqrt(y) is that of y by 2 sqrt(y).
-TEST(DocumentFormula, ScalesErrorsByItsDerivative) {
-    Document document =
-        documentOf(table({1, 2, nan_}, {column("y", {4, 16, 1}), column("y error", {1, 2, 3})}));
-    selectByName(document, "", -1, "y", false);
-    setFormula(document, "-sqrt(y)*x");
-    modifySelection(document, true);
-    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=-2,-8,1 y error=0.25,0.5,3");
-    setFormula(document, "x");
-    modifySelection(document, true);
-    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=1,2,1 y error=0.25,0.5,3") << "without y";
-    selectByIndex(document, {0, 1}, false);
-    setFormula(document, "2*y");
-    modifySelection(document, true);
-    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=2,4,1 y error=0.5,1,3") << "selected itself";
 }
 
 TEST(DocumentFormula, TakesTheColumnsOfTheTableForVariables) {

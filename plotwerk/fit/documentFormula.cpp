@@ -1,0 +1,99 @@
+#include "plotwerk/fit/documentFormula.h"
+
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/fit/parameterList.h"
+#include "plotwerk/model/curves.h"
+#include "plotwerk/model/parameterText.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace plotwerk {
+
+bool isOfFit(const Column &column) {
+    return column.drawnByFit || column.residuals;
+}
+
+std::optional<CurveRef> curveToFit(const Document &document) {
+    if (const auto marked = fitCurve(document)) return marked;
+
+    const auto ofFit = [&](const CurveRef &curve) { return isOfFit(columnOf(document, curve)); };
+    std::vector<CurveRef> selected = selectedCurves(document);
+    std::erase_if(selected, ofFit);
+    if (!selected.empty()) return selected.front();
+    const auto only = onlyCurve(document);
+    return only && !ofFit(*only) ? only : std::nullopt;
+}
+
+// What a formula for that curve may use beside x and y.
+static std::vector<Variable> variablesFor(const Document &document, const CurveRef &curve) {
+    std::vector<Variable> variables;
+    if (!document.frame.multiDimFit) return variables;
+    const Table &table = tableOf(document, curve);
+    variables.push_back({table.x.name, Operation::variableX});
+    variables.push_back({columnOf(document, curve).name, Operation::variableY});
+    for (int k = 0; k < std::ssize(table.y); ++k)
+        variables.push_back({table.y[k].name, Operation::variableColumn, k});
+    return variables;
+}
+
+void requireFormula(const Document &document) {
+    if (document.formula.empty()) throw Refusal("no formula");
+}
+
+Formula formulaFor(const Document &document, const CurveRef &curve) {
+    return Formula(document.formula, variablesFor(document, curve));
+}
+
+static Formula formulaToFit(const Document &document, const std::string &text) {
+    const auto fitted = curveToFit(document);
+    return fitted ? Formula(text, variablesFor(document, *fitted)) : Formula(text);
+}
+
+void setFormula(Document &document, const std::string &text) {
+    const Formula formula = formulaToFit(document, text);
+    if (text == document.formula) return;
+
+    std::vector<FitParameter> parameters =
+        parametersNamed(formula.parameterNames(), document.parameters);
+    for (FitParameter &parameter : parameters) {
+        parameter.error = unset;
+        parameter.atBound = false;
+    }
+    document.formula = text;
+    document.parameters = std::move(parameters);
+    document.fit.done = false;
+}
+
+void changeFrameWithFormula(Document &document, const FrameChange &change) {
+    const bool before = document.frame.multiDimFit;
+    changeFrame(document, change);
+    if (document.frame.multiDimFit == before || document.formula.empty()) return;
+    try {
+        const Formula formula = formulaToFit(document, document.formula);
+        document.parameters = parametersNamed(formula.parameterNames(), document.parameters);
+    } catch (const Refusal &) { // the formula needs columns: what uses it next says so
+    }
+}
+
+void setParameters(Document &document, const std::string &list, char decimalSeparator) {
+    readParameterList(list, decimalSeparator, document.parameters, document.absoluteErrors);
+}
+
+std::string parametersOf(const Document &document, char decimalSeparator) {
+    std::string list = parameterList(document.parameters, decimalSeparator);
+    if (document.absoluteErrors) list += list.empty() ? "absolute" : "\nabsolute";
+    return list;
+}
+
+std::vector<FitParameter> parametersFor(const Document &document, const Formula &formula) {
+    return parametersNamed(formula.parameterNames(), document.parameters);
+}
+
+std::vector<double> valuesOf(const std::vector<FitParameter> &parameters) {
+    std::vector<double> values(parameters.size());
+    std::ranges::transform(parameters, values.begin(), &FitParameter::value);
+    return values;
+}
+
+} // namespace plotwerk

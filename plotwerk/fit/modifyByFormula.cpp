@@ -1,0 +1,110 @@
+#include "plotwerk/fit/modifyByFormula.h"
+
+#include "plotwerk/base/bounds.h"
+#include "plotwerk/fit/documentFormula.h"
+#include "plotwerk/formula/formula.h"
+#include "plotwerk/model/curves.h"
+#include "plotwerk/model/errorColumns.h"
+#include "plotwerk/model/structure.h"
+
+#include <cmath>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace plotwerk {
+
+namespace {
+
+// A curve's valid points, and what the formula makes of them.
+struct Modified {
+    ValidPoints points;
+    std::vector<double> values;
+    Column *above = nullptr; // the errors that follow the values, null without any
+    Column *below = nullptr;
+    std::vector<double> slopes;
+    std::vector<double> x; // as it will be
+};
+
+using ErrorsOfTables = std::unordered_map<const Table *, ErrorColumns>;
+
+} // namespace
+
+static Modified modified(Document &document, const CurveRef &curve, const Formula &formula,
+                         ErrorsOfTables &errorsOfTables) {
+    Table &table = tableOf(document, curve);
+    Modified result{validPoints(table, columnOf(document, curve)), {}, nullptr, nullptr, {}, {}};
+    const ValidPoints &points = result.points;
+    std::vector<std::vector<double>> columns;
+    for (const int k : formula.columns()) columns.push_back(atRows(table.y[k].values, points.row));
+    const Inputs inputs{points.x, points.y, {columns.begin(), columns.end()}};
+    const std::vector<double> parameters = valuesOf(parametersFor(document, formula));
+    result.values.resize(points.x.size());
+    formula.evaluate(inputs, parameters, result.values);
+    if (!formula.usesY()) return result;
+
+    const ErrorColumns &errorColumns = errorsOfTables.try_emplace(&table, table).first->second;
+    const Errors &errors = errorColumns.ofY(static_cast<std::size_t>(curve.column));
+    if (!errors || errors.above->rank > 0 || errors.below->rank > 0) return result;
+    result.above = &table.y[errors.above - table.y.data()];
+    result.below = &table.y[errors.below - table.y.data()];
+    result.slopes.resize(points.x.size());
+    formula.differentiateByY(inputs, parameters, result.slopes);
+    return result;
+}
+
+// Where the formula falls with y, what was above becomes what is below.
+static void scaleErrors(const Modified &modified) {
+    for (std::size_t k = 0; k < modified.slopes.size(); ++k) {
+        const int row = modified.points.row[k];
+        const double slope = std::abs(modified.slopes[k]);
+        double &above = modified.above->values[row];
+        double &below = modified.below->values[row];
+        above = stored(above * slope);
+        if (&below == &above) continue;
+        below = stored(below * slope);
+        if (modified.slopes[k] < 0) std::swap(above, below);
+    }
+}
+
+void modifySelection(Document &document, bool yData) {
+    std::vector<CurveRef> curves = requireSelection(document);
+    if (!yData) curves = firstOfEachTable(curves);
+    requireFormula(document);
+    std::vector<Formula> formulas;
+    double time = 0;
+    double rows = 0;
+    for (const CurveRef &curve : curves) {
+        formulas.push_back(formulaFor(document, curve));
+        const int rowsOfCurve = rowsOf(tableOf(document, curve));
+        rows += rowsOfCurve;
+        time += rowsOfCurve * (20 + nanosecondsPerPoint(formulas.back().tape()));
+    }
+    requireTime(time);
+    requireMemory(5.5 * sizeof(double) * rows);
+
+    ErrorsOfTables errors;
+    std::vector<Modified> all;
+    for (std::size_t i = 0; i < curves.size(); ++i) {
+        all.push_back(modified(document, curves[i], formulas[i], errors));
+        if (yData) continue;
+        all.back().slopes.clear();
+        all.back().x = tableOf(document, curves[i]).x.values;
+    }
+
+    for (std::size_t i = 0; i < curves.size(); ++i) {
+        Table &table = tableOf(document, curves[i]);
+        Column &column = columnOf(document, curves[i]);
+        scaleErrors(all[i]);
+        std::vector<double> values = std::move(yData ? column.values : all[i].x);
+        for (std::size_t k = 0; k < all[i].values.size(); ++k)
+            values[all[i].points.row[k]] = stored(all[i].values[k]);
+        (yData ? column : table.x).isTime = false;
+        if (yData)
+            column.values = std::move(values);
+        else
+            setX(table, std::move(values));
+    }
+}
+
+} // namespace plotwerk

@@ -1,0 +1,51 @@
+#include "plotwerk/fit/modifyByFormula.h"
+#include "plotwerk/fit/documentFormula.h"
+
+#include "plotwerk/model/points.h"
+#include "plotwerk/model/selection.h"
+#include "tests/plotwerk/model/documents.h"
+
+using namespace plotwerk;
+
+TEST(ModifyByFormula, SetsValidPointsOfTheSelection) {
+    Document document = documentOf(
+        table({1, nan_, 3, 4}, {column("a", {1, 2, nan_, -4}), column("b", {16, 20, 25, 16})}));
+    selectByIndex(document, {0, -1}, false);
+    EXPECT_EQ(refusalOf(document, [](Document &d) { modifySelection(d, true); }), "no formula");
+    setFormula(document, "2 * sqrt(y) + x");
+    modifySelection(document, true);
+    EXPECT_EQ(textOf(document), "Data: x=1,nan,3,4 a=3,2,nan,nan b=9,20,13,12");
+
+    setFormula(document, "-x");
+    valueAtX(document, 3, 1); // what is known about x now must be forgotten
+    modifySelection(document, false);
+    EXPECT_EQ(textOf(document.sources[0].tables[0].x), "x=-1,nan,3,4") << "as a has y";
+    EXPECT_EQ(valueAtIndex(document, 0, 1), valueAtX(document, -1, 1));
+
+    Table &large = document.sources[0].tables[0];
+    large.x.values.assign(2'000'000, 1);
+    for (Column &each : large.y) each.values = large.x.values;
+    std::string text = "x";
+    for (int i = 0; i < 1500; ++i) text += "*x+" + std::to_string(i + 2);
+    setFormula(document, text);
+    Document none; // both curves: 1.2e10 operations
+    EXPECT_EQ(refusalOf(none, [&](auto &) { modifySelection(document, true); }),
+              "would take too long (limit seconds)");
+}
+
+// The error of sqrt(y) is that of y by 2 sqrt(y).
+TEST(ModifyByFormula, ScalesErrorsByItsDerivative) {
+    Document document =
+        documentOf(table({1, 2, nan_}, {column("y", {4, 16, 1}), column("y error", {1, 2, 3})}));
+    selectByName(document, "", -1, "y", false);
+    setFormula(document, "-sqrt(y)*x");
+    modifySelection(document, true);
+    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=-2,-8,1 y error=0.25,0.5,3");
+    setFormula(document, "x");
+    modifySelection(document, true);
+    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=1,2,1 y error=0.25,0.5,3") << "without y";
+    selectByIndex(document, {0, 1}, false);
+    setFormula(document, "2*y");
+    modifySelection(document, true);
+    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=2,4,1 y error=0.5,1,3") << "selected itself";
+}
