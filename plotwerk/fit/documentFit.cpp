@@ -281,7 +281,7 @@ static void show(Table line, Table residuals, const CurveRef &fitted, Document &
     addSource(document, "Fit", std::move(tables));
 }
 
-FitOutcome fitDocument(Document &document) {
+FitOutcome fitDocument(Document &document, const FitRunner &run) {
     document.fitStatus = fitImpossible; // where the fit is refused
     requireFormula(document);
     const auto fitted = findCurveToFit(document);
@@ -294,7 +294,7 @@ FitOutcome fitDocument(Document &document) {
     requireMemory((9.5 + 2.0 * static_cast<double>(formula.columns().size())) * bytes);
     std::vector<double> means;
     const FitData data = dataOf(document, *fitted, formula, means);
-    FitOutcome outcome = fit(formula, data, parameters);
+    FitOutcome outcome = fit(formula, data, parameters, mostSeconds(), run);
     document.fitStatus = outcome.status;
     if (outcome.status != fitConverged) return outcome;
 

@@ -39,8 +39,9 @@ void changeFrameWithFormula(Document &document, const FrameChange &change);
 // The next fit replaces these curves, keeping names, looks and selection, unless the user has made
 // the source his own: by adding columns to one of these tables or rows to the source, by reading
 // other data into it, or by marking one of the curves as fit data. A fit that fails changes nothing
-// but the document's fitStatus. Refused: no formula, no curve to fit.
-FitOutcome fitDocument(Document &document);
+// but the document's fitStatus. Refused: no formula, no curve to fit. While `run` (see fit) has the
+// minimum searched for, the document must stay as it is.
+FitOutcome fitDocument(Document &document, const FitRunner &run = {});
 
 // Sets y of every selected curve to the formula's value, at all points that have x and y; NaN where
 // the formula has no value. Errors of y are multiplied by the magnitude of its derivative by y,

@@ -58,6 +58,7 @@ Real Residuals<Real>::linearise(const std::vector<Real> &b, RowReduction<Real> &
 
     Real chiSquare = 0;
     for (int i = 0; i < n; i += evaluator.blockSize()) {
+        work.progress.requireWanted();
         const int count = std::min(evaluator.blockSize(), n - i);
         const Real *f = evaluator.values(inputs, i, count);
         evaluator.differentiate();
@@ -93,6 +94,7 @@ std::vector<Real> Residuals<Real>::accelerationSide(const std::vector<Real> &b,
     std::vector<Real> side(p);
     std::vector<Real> second(evaluator.blockSize());
     for (int i = 0; i < n; i += evaluator.blockSize()) {
+        work.progress.requireWanted();
         const int count = std::min(evaluator.blockSize(), n - i);
         const Real *f = evaluator.values(inputs, i, count);
         const Real *fAhead = ahead->values(inputs, i, count);
