@@ -24,7 +24,7 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
       wishes(std::move(heard)),
       fitButton("_Fit", true),
       progressBox(Gtk::Orientation::VERTICAL, 6),
-      cancelButton("_Cancel", true) {
+      cancelButton("Cance_l", true) {
     set_margin(12);
     set_size_request(260, -1);
     set_hexpand(false); // whatever its entries do
@@ -66,6 +66,7 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     state->append(spinner);
     state->append(progressLabel);
     cancelButton.set_action_name("win.cancel-fit");
+    cancelButton.set_focus_on_click(false); // it goes
     progressBox.append(*state);
     progressBox.append(cancelButton);
     progressBox.set_visible(false);
