@@ -61,8 +61,9 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
            // It lets the main loop run, which is not for the handler of an event.
            .fit =
                [this] {
-                   Glib::signal_idle().connect_once(
-                       [this] { send("startFitOf_iterations_lambda_chiq_"); });
+                   Glib::signal_idle().connect_once([this] {
+                       if (!retired) send("startFitOf_iterations_lambda_chiq_");
+                   });
                }}) {
     set_default_size(960, 640);
     set_show_menubar();
@@ -302,8 +303,10 @@ void DocumentWindow::beginFit() {
 void DocumentWindow::showFit(const FitProgress &progress) {
     fitPane.showProgress(progress);
     if (fitPane.get_visible()) return;
-    tell(Glib::ustring::sprintf("Fitting: χ² = %.7g, %d iterations. Escape cancels.",
-                                progress.chiSquare(), progress.iterations()));
+    tell(progress.iterations() == 0
+             ? "Fitting. Escape cancels."
+             : Glib::ustring::sprintf("Fitting: χ² = %.7g, %d iterations. Escape cancels.",
+                                      progress.chiSquare(), progress.iterations()));
     messageLabel.remove_css_class("error");
 }
 
@@ -500,7 +503,7 @@ void DocumentWindow::closeAfterAsking() {
     if (retired) return;
     if (application.isBusy()) {
         application.cancelFitOf(document);
-        tell("Closes when the fit is done");
+        tell("Closes as soon as the work is done");
         return application.whenFree([this] { closeAfterAsking(); });
     }
     if (!hasUnsavedChanges(document)) return application.closeDocument(document);

@@ -107,8 +107,11 @@ void FitPane::refresh() {
 }
 
 void FitPane::showProgress(const FitProgress &progress) {
-    progressLabel.set_text(Glib::ustring::sprintf(
-        "χ² = %s\n%d iterations", shortText(progress.chiSquare()), progress.iterations()));
+    progressLabel.set_text(progress.iterations() == 0
+                               ? "Fitting…"
+                               : Glib::ustring::sprintf("χ² = %s\n%d iterations",
+                                                        shortText(progress.chiSquare()),
+                                                        progress.iterations()));
     fitButton.set_sensitive(false);
     report.set_visible(false);
     spinner.start();

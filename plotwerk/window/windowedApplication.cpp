@@ -32,9 +32,7 @@ void WindowedApplication::on_startup() {
     Glib::set_application_name("Plotwerk");
     Gtk::Window::set_default_icon_name("org.plotwerk.Plotwerk");
     const auto end = +[](gpointer application) -> gboolean {
-        auto &self = *static_cast<WindowedApplication *>(application);
-        self.cancelFit();
-        self.whenFree([&self] { self.end(); });
+        static_cast<WindowedApplication *>(application)->endSoon();
         return G_SOURCE_REMOVE;
     };
     g_unix_signal_add(SIGTERM, end, this);
@@ -315,8 +313,13 @@ void WindowedApplication::fail(const std::string &reason) {
                                                   true);
     dialog->set_title("Plotwerk");
     dialog->set_secondary_text(reason);
-    dialog->signal_response().connect([this](int) { end(); });
+    dialog->signal_response().connect([this](int) { endSoon(); });
     dialog->show();
+}
+
+void WindowedApplication::endSoon() {
+    cancelFit();
+    whenFree([this] { end(); });
 }
 
 void WindowedApplication::end() {

@@ -83,6 +83,7 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     void offerLeftDocuments();
     void fail(const std::string &reason);
     void quitAfterAsking();
+    void endSoon();
     void end();
     void beginWork();
     void endWork();
