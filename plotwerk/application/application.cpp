@@ -8,6 +8,7 @@
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/files/documentFile.h"
 #include "plotwerk/files/keptFile.h"
+#include "plotwerk/fit/documentFit.h"
 #include "plotwerk/model/change.h"
 #include "plotwerk/model/names.h"
 #include "plotwerk/model/ranges.h"
@@ -233,6 +234,13 @@ Clipboard Application::pasted() const {
 
 MouseSelection &Application::mouseSelection(const Document &document) {
     return openOf(document).mouseSelection;
+}
+
+FitOutcome Application::fit(Document &document) const {
+    if (!desktop) return fitDocument(document);
+    return fitDocument(document, [&](FitProgress &progress, const std::function<void()> &solve) {
+        desktop->runFit(document, progress, solve);
+    });
 }
 
 void Application::print(const Document &document) {

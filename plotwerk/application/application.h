@@ -6,6 +6,7 @@
 #include "plotwerk/application/desktop.h"
 #include "plotwerk/application/pictureFiles.h"
 #include "plotwerk/drawing/pages.h"
+#include "plotwerk/fit/fit.h"
 #include "plotwerk/journal/journal.h"
 #include "plotwerk/model/document.h"
 
@@ -138,6 +139,9 @@ class Application {
 
     // Of an open document. Without a mouse it stays unset.
     MouseSelection &mouseSelection(const Document &document);
+
+    // As fitDocument, on a desktop beside the user.
+    FitOutcome fit(Document &document) const;
 
     // As printPicture.
     void print(const Document &document);

@@ -74,12 +74,14 @@ void Application::tellLeftJournals() const {
 }
 
 // The document of the journal. While it is made it is the only one, under the name by which its
-// messages call it.
+// messages call it, and no desktop knows of it.
 Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat) {
     auto others = std::exchange(documents, {});
+    Desktop *const theirDesktop = std::exchange(desktop, nullptr);
     const char separator = decimalSeparator;
     const auto restore = [&] {
         documents = std::move(others);
+        desktop = theirDesktop;
         decimalSeparator = separator;
         lastError.clear();
     };

@@ -22,7 +22,7 @@ static FitData dataOf(const Document &document, const CurveRef &curve, const For
     return data;
 }
 
-FitOutcome fitDocument(Document &document) {
+FitOutcome fitDocument(Document &document, const FitRunner &run) {
     document.fitStatus = fitImpossible; // where the fit is refused
     requireFormula(document);
     const auto fitted = curveToFit(document);
@@ -34,7 +34,7 @@ FitOutcome fitDocument(Document &document) {
     requireMemory((9.5 + 2.0 * static_cast<double>(formula.columns().size())) * bytes);
     std::vector<double> means;
     const FitData data = dataOf(document, *fitted, formula, means);
-    FitOutcome outcome = fit(formula, data, parameters);
+    FitOutcome outcome = fit(formula, data, parameters, mostSeconds(), run);
     document.fitStatus = outcome.status;
     if (outcome.status != fitConverged) return outcome;
 

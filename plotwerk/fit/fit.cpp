@@ -118,8 +118,9 @@ static std::string explained(FitStatus status, const std::string &why) {
 }
 
 FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParameter> &parameters,
-               double seconds) {
-    FitWork work(seconds * 1e9);
+               double seconds, const FitRunner &run) {
+    FitProgress progress;
+    FitWork work(seconds * 1e9, progress);
     const FitPoints points = pointsOf(data);
     std::vector<double> values;
     std::vector<int> free;
@@ -149,8 +150,13 @@ FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParam
     Residuals<double> residuals(formula, points, values, free, work);
     Residuals<long double> extended(formula, points, values, free, work);
     Minimum minimum;
+    const auto solve = [&] { minimum = minimise(residuals, extended, start, bounds); };
     try {
-        minimum = minimise(residuals, extended, start, bounds);
+        run ? run(progress, solve) : solve();
+    } catch (const FitCancelled &) {
+        outcome.status = fitNotConverged;
+        outcome.reason = "fit status 4, cancelled";
+        return outcome;
     } catch (const FitTooLong &) {
         return failed(fitNotConverged,
                       "no minimum found in the time of one message (limit seconds)");

@@ -3,6 +3,7 @@
 #define PLOTWERK_FIT_FIT_H
 
 #include "plotwerk/base/bounds.h"
+#include "plotwerk/fit/fitProgress.h"
 #include "plotwerk/formula/formula.h"
 #include "plotwerk/model/document.h"
 
@@ -61,8 +62,10 @@ struct FitOutcome {
 //
 // parameters: one for each of formula.parameterNames(), in that order. At most 500 may be free.
 // seconds: the fit is given up as not converged when by estimate it has taken so long.
+// run: has the search for the minimum done; empty: it is done at once. Cancelled, the fit counts as
+// not converged.
 FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParameter> &parameters,
-               double seconds = mostSeconds());
+               double seconds = mostSeconds(), const FitRunner &run = {});
 
 } // namespace plotwerk
 

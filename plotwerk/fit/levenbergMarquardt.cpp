@@ -174,7 +174,10 @@ class Solver {
     void run() {
         updateScale();
         updateVaried();
-        while (iterations < steps && lambda < mostLambda && step()) ++iterations;
+        while (iterations < steps && lambda < mostLambda && step()) {
+            ++iterations;
+            residuals.countStep(current.chiSquare);
+        }
     }
 
     const Iterate<double> &last() const { return current; }
@@ -359,6 +362,7 @@ template<class Real> class Polish {
                 fraction /= 2;
                 ++failures;
             }
+            residuals.countStep(best.chiSquare);
         }
         if (failures == 0) advance(best, 1);
         return atMinimum();

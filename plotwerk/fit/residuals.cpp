@@ -58,6 +58,7 @@ Real Residuals<Real>::linearise(const std::vector<Real> &b, RowReduction<Real> &
 
     Real chiSquare = 0;
     for (int i = 0; i < n; i += evaluator.blockSize()) {
+        work.progress.requireWanted();
         const int count = std::min(evaluator.blockSize(), n - i);
         const Real *f = evaluator.values(inputs, i, count);
         evaluator.differentiate();
@@ -98,6 +99,7 @@ Real Residuals<Real>::descend(const std::vector<Real> &b, std::vector<Real> &sid
     Real chiSquare = 0;
     std::vector<Real> r(evaluator.blockSize());
     for (int i = 0; i < n; i += evaluator.blockSize()) {
+        work.progress.requireWanted();
         const int count = std::min(evaluator.blockSize(), n - i);
         const Real *f = evaluator.values(inputs, i, count);
         evaluator.differentiate();
@@ -125,6 +127,7 @@ std::vector<Real> Residuals<Real>::accelerationSide(const std::vector<Real> &b,
     std::vector<Real> side(p);
     std::vector<Real> second(evaluator.blockSize());
     for (int i = 0; i < n; i += evaluator.blockSize()) {
+        work.progress.requireWanted();
         const int count = std::min(evaluator.blockSize(), n - i);
         const Real *f = evaluator.values(inputs, i, count);
         const Real *fAhead = ahead->values(inputs, i, count);

@@ -2,6 +2,7 @@
 #ifndef PLOTWERK_FIT_RESIDUALS_H
 #define PLOTWERK_FIT_RESIDUALS_H
 
+#include "plotwerk/fit/fitProgress.h"
 #include "plotwerk/fit/rowReduction.h"
 #include "plotwerk/formula/evaluator.h"
 #include "plotwerk/formula/formula.h"
@@ -18,11 +19,13 @@ struct FitTooLong {};
 // result doesn't depend on the load of the machine.
 class FitWork {
   public:
-    explicit FitWork(double nanoseconds) : left(nanoseconds) {}
+    FitWork(double nanoseconds, FitProgress &shown) : progress(shown), left(nanoseconds) {}
     void take(double nanoseconds) {
         left -= nanoseconds;
         if (left < 0) throw FitTooLong{};
     }
+
+    FitProgress &progress;
 
   private:
     double left;
@@ -70,6 +73,11 @@ template<class Real> class Residuals {
     // b + reach * v and the tangent there.
     std::vector<Real> accelerationSide(const std::vector<Real> &b, const std::vector<Real> &v,
                                        Real reach);
+
+    // A step has led to this sum of squares.
+    void countStep(Real chiSquare) const {
+        work.progress.countStep(static_cast<double>(chiSquare));
+    }
 
     // Euclidean length of the weighted data.
     Real dataLength() const;

@@ -35,6 +35,16 @@ template<class Real> static Real digamma(Real u) {
     return boost::math::digamma(u, Quiet());
 }
 
+// lgamma also tells the sign by a variable that all threads share.
+static double logOfGamma(double u) {
+    int sign = 0;
+    return lgamma_r(u, &sign);
+}
+static long double logOfGamma(long double u) {
+    int sign = 0;
+    return lgammal_r(u, &sign);
+}
+
 template<class Real>
 void computeValues(Operation operation, std::array<const Real *, 3> from, Real *out, int n) {
     const Real *a = from[0];
@@ -70,7 +80,7 @@ void computeValues(Operation operation, std::array<const Real *, 3> from, Real *
     case Operation::erf: return unary([](Real u) { return std::erf(u); });
     case Operation::erfc: return unary([](Real u) { return std::erfc(u); });
     case Operation::gamma: return unary([](Real u) { return std::tgamma(u); });
-    case Operation::lgamma: return unary([](Real u) { return std::lgamma(u); });
+    case Operation::lgamma: return unary([](Real u) { return logOfGamma(u); });
     case Operation::floor: return unary([](Real u) { return std::floor(u); });
     case Operation::ceil: return unary([](Real u) { return std::ceil(u); });
     case Operation::round: return unary([](Real u) { return std::round(u); });

@@ -14,7 +14,7 @@ ControlObject::startFitOf_iterations_lambda_chiq_(const std::string &name) {
     FitOutcome outcome;
     outcome.status = fitImpossible;
     actOn(name, [&](Document &document) {
-        outcome = fitDocument(document);
+        outcome = application.fit(document);
         if (outcome.status != fitConverged) throw Refusal(outcome.reason);
     });
     const FitResult &result = outcome.result;

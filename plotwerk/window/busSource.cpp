@@ -13,6 +13,7 @@ struct BusSource::Source {
     std::function<void(const std::string &)> gone;
     bool more; // messages may be there that the descriptor doesn't tell of
     bool ended;
+    bool suspended;
 };
 
 namespace {
@@ -30,7 +31,7 @@ template<class Source, class Work> void onBus(Source &bus, Work work) {
 template<class Source> gboolean prepare(GSource *base, gint *timeout) {
     auto &bus = *reinterpret_cast<Source *>(base);
     *timeout = -1;
-    if (bus.ended) return FALSE;
+    if (bus.ended || bus.suspended) return FALSE;
     if (bus.more) return TRUE;
     onBus(bus, [&] {
         const auto data = bus.server->pollData();
@@ -42,7 +43,7 @@ template<class Source> gboolean prepare(GSource *base, gint *timeout) {
 
 template<class Source> gboolean check(GSource *base) {
     auto &bus = *reinterpret_cast<Source *>(base);
-    if (bus.ended) return FALSE;
+    if (bus.ended || bus.suspended) return FALSE;
     bool ready = bus.waited.revents != 0;
     if (!ready) onBus(bus, [&] { ready = bus.server->pollData().getPollTimeout() == 0; });
     return ready;
@@ -75,6 +76,7 @@ BusSource::BusSource(Server &server, std::function<void()> answered,
     std::construct_at(&source->gone, std::move(gone));
     source->more = true;
     source->ended = false;
+    source->suspended = false;
     source->waited = {server.pollData().fd, 0, 0};
     g_source_set_name(&source->source, "bus");
     g_source_add_poll(&source->source, &source->waited);
@@ -88,6 +90,17 @@ BusSource::~BusSource() {
 
 void BusSource::stayBehind(bool behind) {
     g_source_set_priority(&source->source, behind ? G_PRIORITY_LOW : G_PRIORITY_DEFAULT);
+}
+
+// Polled on, the descriptor of a message that nobody takes would keep the loop from waiting.
+void BusSource::suspend() {
+    source->suspended = true;
+    g_source_remove_poll(&source->source, &source->waited);
+}
+
+void BusSource::resume() {
+    source->suspended = false;
+    g_source_add_poll(&source->source, &source->waited);
 }
 
 } // namespace plotwerk

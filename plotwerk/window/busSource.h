@@ -23,6 +23,10 @@ class BusSource {
     // be drawn among it.
     void stayBehind(bool behind);
 
+    // From suspend to resume messages stay with the bus.
+    void suspend();
+    void resume();
+
   private:
     struct Source;
     Source *source;

@@ -58,8 +58,13 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
                    std::replace(list.begin(), list.end(), '.', application.decimalSeparator());
                    return isDone("readFormulaParameterOf_parameterList_", {document.name, list});
                },
+           // It lets the main loop run, which is not for the handler of an event.
            .fit =
-               [this] { return isDone("startFitOf_iterations_lambda_chiq_", {document.name}); }}) {
+               [this] {
+                   Glib::signal_idle().connect_once([this] {
+                       if (!retired) send("startFitOf_iterations_lambda_chiq_");
+                   });
+               }}) {
     set_default_size(960, 640);
     set_show_menubar();
 
@@ -110,7 +115,6 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
     messageLabel.set_ellipsize(Pango::EllipsizeMode::END);
     messageLabel.set_hexpand();
     messageLabel.set_xalign(1);
-    messageLabel.add_css_class("error");
     placeLabel.set_text(" ");
     content->append(*Gtk::make_managed<Gtk::Separator>(Gtk::Orientation::HORIZONTAL));
     content->append(*status);
@@ -148,11 +152,11 @@ void DocumentWindow::addActions() {
 
     undo = add_action("undo", [this] {
         endStep();
-        if (versions.canUndo() && !application.isBusy()) restore(versions.undo());
+        if (versions.canUndo() && isFree()) restore(versions.undo());
     });
     redo = add_action("redo", [this] {
         endStep();
-        if (versions.canRedo() && !application.isBusy()) restore(versions.redo());
+        if (versions.canRedo() && isFree()) restore(versions.redo());
     });
     forSelection.push_back(
         add_action("copy-data", [this] { send("copySelectedCurvesOf_includeX_", {true}); }));
@@ -190,6 +194,8 @@ void DocumentWindow::addActions() {
     onSelection("show", "showCurveOf_");
     onSelection("mark", "markSelectedCurvesOf_");
     onSelection("fit-data", "markSelectionAsFitDataOf_");
+    cancelFit = add_action("cancel-fit", [this] { application.cancelFitOf(document); });
+    cancelFit->set_enabled(false);
     forSelection.push_back(add_action("rename", [this] { rename(); }));
     onSelection("differentiate", "diffOf_");
     onSelection("sort-by-x", "sortSelectedCurvesByXdata_");
@@ -218,7 +224,12 @@ void DocumentWindow::addDropTarget() {
 }
 
 bool DocumentWindow::isDone(const char *member, std::vector<Argument> arguments) {
-    return !retired && application.perform(member, std::move(arguments));
+    return !retired && isFree() && application.perform(member, std::move(arguments));
+}
+
+bool DocumentWindow::isFree() {
+    if (application.isBusy()) tell("Not while a fit or a paste is at work");
+    return !application.isBusy();
 }
 
 void DocumentWindow::send(const char *member, std::vector<Argument> arguments) {
@@ -282,6 +293,27 @@ void DocumentWindow::updateActions() {
 void DocumentWindow::tell(const Glib::ustring &text) {
     messageLabel.set_text(text);
     messageLabel.set_tooltip_text(text);
+    messageLabel.add_css_class("error");
+}
+
+void DocumentWindow::beginFit() {
+    cancelFit->set_enabled();
+}
+
+void DocumentWindow::showFit(const FitProgress &progress) {
+    fitPane.showProgress(progress);
+    if (fitPane.get_visible()) return;
+    tell(progress.iterations() == 0
+             ? "Fitting. Escape cancels."
+             : Glib::ustring::sprintf("Fitting: χ² = %.7g, %d iterations. Escape cancels.",
+                                      progress.chiSquare(), progress.iterations()));
+    messageLabel.remove_css_class("error");
+}
+
+void DocumentWindow::endFit() {
+    cancelFit->set_enabled(false);
+    fitPane.hideProgress();
+    tell({});
 }
 
 void DocumentWindow::showReadOut(const ReadOut &readOut) {
@@ -469,6 +501,11 @@ void DocumentWindow::takeFile(const std::string &path) {
 
 void DocumentWindow::closeAfterAsking() {
     if (retired) return;
+    if (application.isBusy()) {
+        application.cancelFitOf(document);
+        tell("Closes as soon as the work is done");
+        return application.whenFree([this] { closeAfterAsking(); });
+    }
     if (!hasUnsavedChanges(document)) return application.closeDocument(document);
     if (dialog && dialog->get_visible()) return dialog->present();
     auto asking = std::make_unique<Gtk::MessageDialog>(
@@ -486,9 +523,13 @@ void DocumentWindow::closeAfterAsking() {
     dialog = std::move(asking);
     dialog->signal_response().connect([this](int response) {
         dialog->hide();
-        if (response == discard) application.closeDocument(document);
-        if (response == Gtk::ResponseType::ACCEPT)
+        if (response != discard && response != Gtk::ResponseType::ACCEPT) return;
+        application.cancelFitOf(document);
+        application.whenFree([this, response] {
+            if (retired) return;
+            if (response == discard) return application.closeDocument(document);
             save([this] { application.closeDocument(document); });
+        });
     });
     present();
     dialog->show();

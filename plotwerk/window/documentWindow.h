@@ -37,8 +37,13 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     // A line for the user, until the next one; empty: none.
     void tell(const Glib::ustring &line);
 
+    // A fit of the document has begun that the user can cancel; has come so far; is over.
+    void beginFit();
+    void showFit(const FitProgress &progress);
+    void endFit();
+
     // Asks what becomes of unsaved changes, and closes the document unless the user wants to keep
-    // it open. Without any it is closed at once.
+    // it open. Without any it is closed at once. A fit of it is cancelled, another one waited for.
     void closeAfterAsking();
 
     // The document is about to go: the window disappears and does nothing from now on.
@@ -49,6 +54,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     void addDropTarget();
     void send(const char *member, std::vector<Argument> arguments = {});
     bool isDone(const char *member, std::vector<Argument> arguments);
+    bool isFree();
 
     void restore(const Versions::Version &version);
     void selectCurves(const std::vector<int> &curves);
@@ -96,6 +102,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     Glib::RefPtr<Gio::SimpleAction> redo;
     Glib::RefPtr<Gio::SimpleAction> back;
     Glib::RefPtr<Gio::SimpleAction> forward;
+    Glib::RefPtr<Gio::SimpleAction> cancelFit;
     Glib::RefPtr<Gtk::FileChooserNative> chooser;
     std::unique_ptr<Gtk::Dialog> dialog;
     bool retired = false;

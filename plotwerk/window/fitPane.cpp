@@ -22,7 +22,9 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     : Gtk::Box(Gtk::Orientation::VERTICAL, 6),
       document(shown),
       wishes(std::move(heard)),
-      fitButton("_Fit", true) {
+      fitButton("_Fit", true),
+      progressBox(Gtk::Orientation::VERTICAL, 6),
+      cancelButton("Cance_l", true) {
     set_margin(12);
     set_size_request(260, -1);
     set_hexpand(false); // whatever its entries do
@@ -58,6 +60,17 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     fitButton.set_margin_top(6);
     fitButton.signal_clicked().connect([this] { fit(); });
     append(fitButton);
+    auto *state = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
+    progressLabel.set_xalign(0);
+    progressLabel.add_css_class("numeric");
+    state->append(spinner);
+    state->append(progressLabel);
+    cancelButton.set_action_name("win.cancel-fit");
+    cancelButton.set_focus_on_click(false); // it goes
+    progressBox.append(*state);
+    progressBox.append(cancelButton);
+    progressBox.set_visible(false);
+    append(progressBox);
     report.set_xalign(0);
     report.set_wrap();
     report.set_selectable();
@@ -91,6 +104,25 @@ void FitPane::refresh() {
                                                       fit.iterations)
                              : Glib::ustring());
     fitButton.set_sensitive(!document.formula.empty() || !document.sources.empty());
+}
+
+void FitPane::showProgress(const FitProgress &progress) {
+    progressLabel.set_text(progress.iterations() == 0
+                               ? "Fitting…"
+                               : Glib::ustring::sprintf("χ² = %s\n%d iterations",
+                                                        shortText(progress.chiSquare()),
+                                                        progress.iterations()));
+    fitButton.set_sensitive(false);
+    report.set_visible(false);
+    spinner.start();
+    progressBox.set_visible();
+}
+
+void FitPane::hideProgress() {
+    progressBox.set_visible(false);
+    spinner.stop();
+    report.set_visible();
+    fitButton.set_sensitive();
 }
 
 void FitPane::makeRows() {

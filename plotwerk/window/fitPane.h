@@ -2,6 +2,7 @@
 #ifndef PLOTWERK_WINDOW_FITPANE_H
 #define PLOTWERK_WINDOW_FITPANE_H
 
+#include "plotwerk/fit/fitProgress.h"
 #include "plotwerk/model/document.h"
 
 #include <functional>
@@ -13,11 +14,11 @@
 
 namespace plotwerk {
 
-// What the user wants. Each is false when it was refused.
+// What the user wants. Two are false when it was refused.
 struct FitWishes {
     std::function<bool(const std::string &text)> setFormula;
     std::function<bool(const std::string &list)> setParameters; // with decimal points
-    std::function<bool()> fit;
+    std::function<void()> fit;
 };
 
 class FitPane final : public Gtk::Box {
@@ -27,6 +28,11 @@ class FitPane final : public Gtk::Box {
 
     // To be called when the document may have changed. What the user is writing stays.
     void refresh();
+
+    // While the document is fitted, in place of the last fit: how far that has come, and the
+    // action win.cancel-fit as a button.
+    void showProgress(const FitProgress &progress);
+    void hideProgress();
 
   private:
     struct Row {
@@ -53,6 +59,10 @@ class FitPane final : public Gtk::Box {
     Gtk::Grid grid;
     std::vector<std::unique_ptr<Row>> rows;
     Gtk::Button fitButton;
+    Gtk::Box progressBox;
+    Gtk::Spinner spinner;
+    Gtk::Label progressLabel;
+    Gtk::Button cancelButton;
     Gtk::Label report;
 };
 

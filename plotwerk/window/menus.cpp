@@ -66,6 +66,7 @@ static constexpr Entry entries[] = {
     {"Bring to _Front", "win.show"},
     {"_Mark", "win.mark"},
     {"Use as _Fit Data", "win.fit-data"},
+    {"Ca_ncel Fit", "win.cancel-fit", "Escape"},
     {"_Rename…", "win.rename", "F2"},
     {"", section},
     {"_Differentiate", "win.differentiate"},

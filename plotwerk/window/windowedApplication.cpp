@@ -7,8 +7,11 @@
 #include "plotwerk/window/clipboard.h"
 #include "plotwerk/window/menus.h"
 
+#include <chrono>
 #include <csignal>
+#include <future>
 #include <glib-unix.h>
+#include <thread>
 #include <utility>
 
 namespace plotwerk {
@@ -29,7 +32,7 @@ void WindowedApplication::on_startup() {
     Glib::set_application_name("Plotwerk");
     Gtk::Window::set_default_icon_name("org.plotwerk.Plotwerk");
     const auto end = +[](gpointer application) -> gboolean {
-        static_cast<WindowedApplication *>(application)->end();
+        static_cast<WindowedApplication *>(application)->endSoon();
         return G_SOURCE_REMOVE;
     };
     g_unix_signal_add(SIGTERM, end, this);
@@ -54,8 +57,12 @@ void WindowedApplication::startServer() {
 }
 
 void WindowedApplication::addActions() {
-    add_action("new", [this] { perform("newDocumentWithName_", {std::string()}); });
-    add_action("quit", [this] { quitAfterAsking(); });
+    add_action("new",
+               [this] { whenFree([this] { perform("newDocumentWithName_", {std::string()}); }); });
+    add_action("quit", [this] {
+        cancelFit();
+        whenFree([this] { quitAfterAsking(); });
+    });
     add_action("about", [this] {
         if (DocumentWindow *window = frontWindow()) {
             gtk_show_about_dialog(
@@ -78,6 +85,7 @@ void WindowedApplication::on_activate() {
 
 void WindowedApplication::on_open(const type_vec_files &files, const Glib::ustring &) {
     if (!server) return;
+    if (busy) return whenFree([this, files] { on_open(files, {}); });
     std::string refused;
     for (const auto &file : files) {
         openFile(file->get_path());
@@ -93,6 +101,7 @@ static bool isUntouched(const Document &document) {
 }
 
 void WindowedApplication::openFile(const std::string &path) {
+    if (busy) return whenFree([this, path] { openFile(path); });
     const bool replaces = windows.size() == 1 && isUntouched(*served.front());
     const bool done = perform("openFile_file_doRangeOverAll_", {std::string(), path, false});
     if (done && replaces) perform("closeDocument_askForSave_", {std::string("Untitled"), false});
@@ -186,10 +195,76 @@ void WindowedApplication::copyPicture(const Document &document) {
 }
 
 std::optional<std::string> WindowedApplication::foreignText() {
-    busy = true;
+    beginWork();
     auto text = foreignTextOf(clipboard());
-    busy = false;
+    endWork();
     return text;
+}
+
+// A short fit is waited for; a long one lets the main loop run, and tells of itself when it takes
+// longer than one would wonder about.
+void WindowedApplication::runFit(const Document &document, FitProgress &progress,
+                                 const std::function<void()> &solve) {
+    std::packaged_task<void()> task(solve);
+    std::future<void> result = task.get_future();
+    const auto isOver = [&](auto within) {
+        return result.wait_for(within) == std::future_status::ready;
+    };
+    const std::jthread thread([&] {
+        task();
+        g_main_context_wakeup(nullptr);
+    });
+    if (!isOver(16ms)) {
+        constexpr unsigned int interval = 200; // of telling, in ms
+        fitted = &document;
+        fitProgress = &progress;
+        beginWork();
+        DocumentWindow *window = windowOf(document.name); // null while the program ends
+        if (window) window->beginFit();
+        sigc::connection timer = Glib::signal_timeout().connect(
+            [&] {
+                if (window) window->showFit(progress);
+                return true;
+            },
+            interval);
+        while (!isOver(0ms)) g_main_context_iteration(nullptr, TRUE);
+        timer.disconnect();
+        if (window) window->endFit();
+        endWork();
+        fitted = nullptr;
+        fitProgress = nullptr;
+    }
+    result.get();
+}
+
+void WindowedApplication::cancelFit() {
+    if (fitProgress) fitProgress->cancel();
+}
+
+void WindowedApplication::cancelFitOf(const Document &document) {
+    if (fitted == &document) cancelFit();
+}
+
+void WindowedApplication::beginWork() {
+    busy = true;
+    if (bus) bus->suspend();
+}
+
+void WindowedApplication::endWork() {
+    busy = false;
+    if (bus) bus->resume();
+    if (putOff.empty()) return;
+    Glib::signal_idle().connect_once(
+        [this] {
+            for (const auto &work : std::exchange(putOff, {}))
+                if (!ended) work();
+        },
+        Glib::PRIORITY_HIGH);
+}
+
+void WindowedApplication::whenFree(const std::function<void()> &work) {
+    if (!busy) return work();
+    putOff.push_back(work);
 }
 
 void WindowedApplication::closeDocument(const Document &document) {
@@ -224,7 +299,7 @@ void WindowedApplication::offerLeftDocuments() {
     dialog->set_default_response(Gtk::ResponseType::ACCEPT);
     dialog->signal_response().connect([this](int response) {
         dialog->hide();
-        if (response == Gtk::ResponseType::ACCEPT) server->recover();
+        if (response == Gtk::ResponseType::ACCEPT) whenFree([this] { server->recover(); });
     });
     dialog->show();
 }
@@ -238,11 +313,17 @@ void WindowedApplication::fail(const std::string &reason) {
                                                   true);
     dialog->set_title("Plotwerk");
     dialog->set_secondary_text(reason);
-    dialog->signal_response().connect([this](int) { end(); });
+    dialog->signal_response().connect([this](int) { endSoon(); });
     dialog->show();
 }
 
+void WindowedApplication::endSoon() {
+    cancelFit();
+    whenFree([this] { end(); });
+}
+
 void WindowedApplication::end() {
+    if (std::exchange(ended, true)) return;
     served.leave();
     for (const auto &[document, window] : windows) window->retire();
     windows.clear();

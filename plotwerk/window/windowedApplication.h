@@ -11,6 +11,7 @@
 #include "plotwerk/window/busSource.h"
 #include "plotwerk/window/documentWindow.h"
 
+#include <functional>
 #include <gtkmm.h>
 #include <map>
 #include <memory>
@@ -41,11 +42,18 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     // While a message lets the main loop run, nothing else may be done to a document.
     bool isBusy() const { return busy; }
 
+    // Has the work done as soon as that is so no more, before further messages; at once otherwise.
+    void whenFree(const std::function<void()> &work);
+
+    // Cancels the fit that is running, if there is one: of any document, of that one.
+    void cancelFit();
+    void cancelFitOf(const Document &document);
+
     // As plotwerk::Application::restore.
     void restore(Document &document, const Versions::Version &version);
 
-    // Opens it as the message does; then the only window goes if its document was a new one that
-    // nobody has touched.
+    // Opens it as the message does, when it is free; then the only window goes if its document was
+    // a new one that nobody has touched.
     void openFile(const std::string &path);
 
     // The window's document is closed by the user: with the last window the program ends.
@@ -65,6 +73,8 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     void copyText(const std::string &text) override;
     void copyPicture(const Document &document) override;
     std::optional<std::string> foreignText() override;
+    void runFit(const Document &document, FitProgress &progress,
+                const std::function<void()> &solve) override;
 
     void addActions();
     void startServer();
@@ -73,7 +83,10 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     void offerLeftDocuments();
     void fail(const std::string &reason);
     void quitAfterAsking();
+    void endSoon();
     void end();
+    void beginWork();
+    void endWork();
     DocumentWindow *frontWindow();
     DocumentWindow *windowOf(const std::string &name);
 
@@ -86,6 +99,10 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     std::unique_ptr<Gtk::MessageDialog> dialog;
     bool busy = false;   // with a message that lets the main loop run
     bool ending = false; // the last window closes: the document that follows needs none
+    bool ended = false;
+    std::vector<std::function<void()>> putOff; // until it isn't busy
+    const Document *fitted = nullptr;          // by the fit that is running, if there is one
+    FitProgress *fitProgress = nullptr;
     int exitStatus = 0;
 };
 

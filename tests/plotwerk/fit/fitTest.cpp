@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <future>
 #include <string>
 #include <vector>
 
@@ -218,6 +219,28 @@ TEST(Fit, FailuresSayWhyAndLeaveTheParameters) {
         EXPECT_FALSE(outcome.result.done) << c.text;
         for (const FitParameter &parameter : parameters) EXPECT_EQ(parameter.value, 1) << c.text;
         EXPECT_EQ(parameters[0].error, 0.25) << c.text;
+    }
+}
+
+TEST(Fit, TellsItsStepsInAnotherThreadAndIsCancelledThere) {
+    const Formula formula("a*exp(b*x)");
+    for (const bool cancels : {false, true}) {
+        std::vector<FitParameter> parameters = ones(formula);
+        int steps = 0;
+        double reached = 0;
+        const FitRunner run = [&](FitProgress &progress, const std::function<void()> &solve) {
+            EXPECT_TRUE(std::isnan(progress.chiSquare()));
+            if (cancels) progress.cancel();
+            std::async(std::launch::async, solve).get();
+            steps = progress.iterations();
+            reached = progress.chiSquare();
+        };
+        const FitOutcome outcome = fit(formula, {x, y, {}, {}}, parameters, mostSeconds(), run);
+        EXPECT_EQ(outcome.reason, cancels ? "fit status 4, cancelled" : "");
+        EXPECT_EQ(outcome.status, cancels ? fitNotConverged : fitConverged);
+        EXPECT_EQ(parameters[0].value == 1, cancels);
+        EXPECT_EQ(outcome.result.iterations, steps);
+        EXPECT_TRUE(cancels || outcome.result.chiSquare == reached);
     }
 }
 

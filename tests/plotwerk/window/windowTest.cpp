@@ -2,9 +2,11 @@
 #include "tests/plotwerk/server/serverTest.h"
 #include "tests/plotwerk/window/screen.h"
 
+#include <algorithm>
 #include <cmath>
 #include <csignal>
 #include <cstdlib>
+#include <optional>
 
 namespace {
 
@@ -53,8 +55,44 @@ class WindowTest : public ServerTest {
         }
     }
 
+    // With data and a formula that a fit works on for long, all saved, and the fit pane shown.
+    void startWithSlowFit() {
+        std::string data = "x y\n";
+        for (int i = 1; i <= 300'000; ++i)
+            data += std::to_string(1e-4 * i) + ' ' + std::to_string(i % 7) + '\n';
+        start({"--no-journal"});
+        plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(
+            data, name, "Data", true, false);
+        plotwerk->setFormulaOf_formulaText_(name, "a*x^b + c*x^d + e*x^f");
+        plotwerk->readFormulaParameterOf_parameterList_(name, "b = 2\nd = 3\nf = 0.5");
+        plotwerk->saveDocument_as_binary_(name, pathOf("slow.plotwerk"), false);
+        screen.move({300, 300});
+        screen.type("F7");
+        idle = screen.stillShot();
+    }
+
+    // Waits until more than a line has changed beside the plot: the lowest of it is the button.
+    Place waitForCancelButton() const {
+        Place first, last;
+        waitUntil("the fit's progress", [&] {
+            const Shot shown = screen.shot();
+            first = {shown.width, shown.height};
+            last = {};
+            for (int y = 0; y < shown.height; ++y)
+                for (int x = shown.width * 6 / 10; x < shown.width; ++x) {
+                    const auto place = static_cast<std::size_t>(y * shown.width + x);
+                    if (shown.pixels[place] == idle.pixels[place]) continue;
+                    first = {std::min(first.x, x), std::min(first.y, y)};
+                    last = {std::max(last.x, x), y};
+                }
+            return last.y - first.y > 60;
+        });
+        return {(first.x + last.x) / 2, last.y - 12};
+    }
+
     const std::string name = "Untitled";
     Screen screen;
+    Shot idle; // what was shown before a fit
 };
 
 } // namespace
@@ -304,6 +342,52 @@ TEST_F(WindowTest, JournalIsAScriptThatMakesTheSameDocument) {
     EXPECT_EQ(runProgram({"sh"}, script).err, "") << script;
     EXPECT_TRUE(contentsOf(name) == made) << script;
     stop();
+}
+
+// A client connected already, whose messages are on the bus as soon as they are written.
+TEST_F(WindowTest, AFitIsFollowedAndCancelledWhileOtherMessagesWait) {
+    startWithSlowFit();
+    const std::string before = contentsOf(name);
+    ChildProcess other({CALLPLW});
+    const std::string question = "-x getVar -s status\n";
+    other.write(question);
+    EXPECT_EQ(other.readLine(), "NAN\n");
+    for (const bool byKey : {true, false}) {
+        ChildProcess fit({CALLPLW, "-x", "fit"});
+        const Place cancel = waitForCancelButton();
+        const Shot early = screen.shot();
+        waitUntil("further progress", [&] { return screen.shot() != early; });
+        other.write(question);
+        screen.type("ctrl+z");
+        byKey ? screen.type("Escape") : screen.click(cancel);
+        EXPECT_EQ(fit.finish().out, "fit ERROR 0 nan nan\n");
+        EXPECT_EQ(other.readLine(), "4\n") << "answered behind the fit";
+        EXPECT_TRUE(holds(lastError(), "cancelled")) << "by key: " << byKey;
+        EXPECT_TRUE(contentsOf(name) == before) << "nor was anything undone, by key: " << byKey;
+        EXPECT_EQ(screen.titles(), std::vector{name}) << "without unsaved changes";
+    }
+    stop();
+}
+
+TEST_F(WindowTest, ClosingAndEndingCancelAFit) {
+    startWithSlowFit();
+    plotwerk->setXTitleOf_to_(name, "unsaved");
+    idle = screen.stillShot();
+    std::optional<ChildProcess> fit;
+    const auto begin = [&] {
+        fit.emplace(std::vector<std::string>{CALLPLW, "-x", "fit"});
+        waitForCancelButton();
+    };
+    begin();
+    screen.type("ctrl+w");
+    EXPECT_EQ(fit->finish().out, "fit ERROR 0 nan nan\n");
+    waitUntil("the question", [&] { return screen.titles().size() == 2; });
+    screen.stillShot();
+    screen.type("Escape");
+    waitUntil("no question", [&] { return screen.titles().size() == 1; });
+    begin();
+    EXPECT_TRUE(holds(stop().err, "unsaved changes of \"Untitled\""));
+    EXPECT_EQ(fit->finish().out, "fit ERROR 0 nan nan\n");
 }
 
 TEST_F(WindowTest, UndoesWhatMessagesDidToTheSameBytes) {
