@@ -106,6 +106,10 @@ static int pointsBetween(const DrawnCurve &curve, const ScaledFrame &frame, std:
     return static_cast<int>(std::min(look.interpolationPoints, most));
 }
 
+bool hasPointsBetween(const DrawnCurve &curve, const ScaledFrame &frame) {
+    return pointsBetween(curve, frame, curve.column->values.size()) > 0;
+}
+
 double pointsOfLine(const DrawnCurve &curve, const ScaledFrame &frame) {
     const std::size_t rows = curve.column->values.size();
     return static_cast<double>(rows) * (1 + pointsBetween(curve, frame, rows));

@@ -23,6 +23,9 @@ Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame);
 // part of the line the spline is left out; points beyond four million are left out altogether.
 Path linePath(Path points, const DrawnCurve &curve, const ScaledFrame &frame);
 
+// Whether that line has points between those of the curve.
+bool hasPointsBetween(const DrawnCurve &curve, const ScaledFrame &frame);
+
 // About how many points that line has, told without making it.
 double pointsOfLine(const DrawnCurve &curve, const ScaledFrame &frame);
 

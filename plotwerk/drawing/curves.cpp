@@ -6,7 +6,9 @@
 #include "plotwerk/drawing/curveSymbols.h"
 #include "plotwerk/drawing/denseImage.h"
 #include "plotwerk/drawing/fittedCurve.h"
+#include "plotwerk/drawing/screenStrokes.h"
 #include "plotwerk/drawing/symbols.h"
+#include "plotwerk/drawing/visiblePoints.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,11 +16,21 @@
 
 namespace plotwerk {
 
-static void drawLine(cairo_t *cr, const Path &path, const CurveLook &look,
-                     const ScaledFrame &frame) {
+static Path linePoints(const DrawnCurve &curve, const ScaledFrame &frame, const Frame &settings,
+                       double resolution) {
+    return resolution > 0 ? visiblePoints(curve, frame, settings.noLineOnReverse, resolution)
+                          : pointsOnPaper(curve, frame);
+}
+
+static void drawLine(cairo_t *cr, const Path &path, const CurveLook &look, const ScaledFrame &frame,
+                     double resolution) {
     if (look.lineThickness == 0) return;
     const Box box = frame.box().grownBy(look.lineThickness + 1);
-    strokePath(cr, reducedPath(clippedPath(path, box)), look, look.dashed, box);
+    const Path visible = reducedPath(clippedPath(path, box), std::max(resolution, pathResolution));
+    if (resolution > 0)
+        strokeOnScreen(cr, visible, look, box, resolution);
+    else
+        strokePath(cr, visible, look, look.dashed, box);
 }
 
 // The height on paper from which areas and drop lines rise: the x axis where it has a position,
@@ -74,7 +86,7 @@ void drawBand(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
 }
 
 void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
-               const Document &document) {
+               const Document &document, double resolution) {
     const CurveLook &look = curve.column->look;
     const Frame &settings = document.frame;
     cairo_save(cr);
@@ -82,14 +94,14 @@ void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
     if (look.line || look.filled) {
         const auto fitted = FittedCurve::of(document, curve);
         Path path = fitted ? fitted->line(curve, frame)
-                           : linePath(pointsOnPaper(curve, frame), curve, frame);
+                           : linePath(linePoints(curve, frame, settings, resolution), curve, frame);
         if (look.filled && !fitted)
             fillRings(cr, areasBetween(path, baseOf(curve, frame, settings), frame.box()), look,
                       frame);
         if (look.line) {
             if (settings.noLineOnReverse)
                 path = brokenOnReverse(path, frame.scales[curve.horizontalAxis()].reversed);
-            drawLine(cr, path, look, frame);
+            drawLine(cr, path, look, frame, resolution);
         }
     }
     // anew, so that a long curve isn't held twice while its line is drawn

@@ -41,14 +41,14 @@ void Picture::drawAnnotations(cairo_t *cr) const {
     drawTexts(cr, texts);
 }
 
-void Picture::drawOn(cairo_t *cr) const {
+void Picture::drawOn(cairo_t *cr, double resolution) const {
     cairo_save(cr);
     cairo_translate(cr, -pageBox.left, -pageBox.top);
     cairo_rectangle(cr, pageBox.left, pageBox.top, pageBox.width(), pageBox.height());
     cairo_clip(cr);
     drawGrid(cr, frame);
     for (const DrawnCurve &curve : curves) drawBand(cr, curve, frame, document);
-    for (const DrawnCurve &curve : curves) drawCurve(cr, curve, frame, document);
+    for (const DrawnCurve &curve : curves) drawCurve(cr, curve, frame, document, resolution);
     drawGrounds(cr, texts, frame);
     drawAnnotations(cr);
     cairo_restore(cr);

@@ -105,7 +105,8 @@ void PictureArea::drawImage(int width, int height) {
     cairo_translate(cr.get(), pageView.corner.x, pageView.corner.y);
     cairo_scale(cr.get(), pageView.scale, pageView.scale);
     cairo_set_source_rgb(cr.get(), 0, 0, 0);
-    picture.drawOn(cr.get());
+    constexpr double finest = 0.5; // of a dot
+    picture.drawOn(cr.get(), finest / (pageView.scale * dots));
     requireDrawn(cairo_status(cr.get()));
 }
 
