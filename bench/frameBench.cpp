@@ -86,6 +86,9 @@ FOR_BOTH(redraw);
 BENCHMARK_CAPTURE(redrawWith, symbols, [](plotwerk::CurveLook &look) {
     look.line = false, look.symbols = true;
 })->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(redrawWith, symbolsInc, [](plotwerk::CurveLook &look) {
+    look.line = false, look.symbols = true;look.symbolInc=50;
+})->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(redrawWith, area, [](plotwerk::CurveLook &look) {
     look.filled = true;
 })->Unit(benchmark::kMillisecond);

@@ -42,17 +42,18 @@ static double baseOf(const DrawnCurve &curve, const ScaledFrame &frame, const Fr
 }
 
 static void fillRings(cairo_t *cr, std::vector<Path> rings, const CurveLook &look,
-                      const ScaledFrame &frame) {
+                      const ScaledFrame &frame, double resolution) {
+    constexpr std::size_t mostOnScreen = 1000; // points of what is drawn as vectors
     std::size_t size = 0;
     double length = 0;
     for (Path &ring : rings) {
-        ring = reducedPath(ring);
+        ring = reducedPath(ring, std::max(resolution, pathResolution));
         size += ring.size();
         length += lengthOf(ring);
     }
     setColour(cr, look.fillColour);
-    if (size > mostAtOnce) {
-        DenseImage image(frame.box(), dpiFor(length));
+    if (size > (resolution > 0 ? mostOnScreen : mostAtOnce)) {
+        DenseImage image(frame.box(), resolution > 0 ? 72 / resolution : dpiFor(length));
         image.fill(rings);
         image.paintOn(cr);
         return;
@@ -74,14 +75,14 @@ double reachOf(const DrawnCurve &curve) {
 }
 
 void drawBand(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
-              const Document &document) {
+              const Document &document, double resolution) {
     const CurveLook &look = curve.column->look;
     if (!look.filled) return;
     const auto fitted = FittedCurve::of(document, curve);
     if (!fitted) return;
     cairo_save(cr);
     clipToFrame(cr, frame);
-    fillRings(cr, fitted->band(curve, frame), look, frame);
+    fillRings(cr, fitted->band(curve, frame), look, frame, resolution);
     cairo_restore(cr);
 }
 
@@ -97,7 +98,7 @@ void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
                            : linePath(linePoints(curve, frame, settings, resolution), curve, frame);
         if (look.filled && !fitted)
             fillRings(cr, areasBetween(path, baseOf(curve, frame, settings), frame.box()), look,
-                      frame);
+                      frame, resolution);
         if (look.line) {
             if (settings.noLineOnReverse)
                 path = brokenOnReverse(path, frame.scales[curve.horizontalAxis()].reversed);
@@ -105,12 +106,13 @@ void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
         }
     }
     // anew, so that a long curve isn't held twice while its line is drawn
-    const Path points = look.marker || look.symbols ? pointsOnPaper(curve, frame) : Path();
-    if (look.marker) drawDropLines(cr, points, baseOf(curve, frame, settings), look, frame);
+    if (look.marker)
+        drawDropLines(cr, linePoints(curve, frame, settings, resolution),
+                      baseOf(curve, frame, settings), look, frame);
     drawErrorBars(cr, curve, frame);
     cairo_restore(cr);
 
-    if (look.symbols) drawSymbols(cr, points, look, frame);
+    if (look.symbols) drawSymbols(cr, pointsOnPaper(curve, frame), look, frame, resolution);
 }
 
 } // namespace plotwerk

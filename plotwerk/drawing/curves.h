@@ -12,7 +12,7 @@ namespace plotwerk {
 // Of a filled curve that a fit has drawn its 95 % band: it lies below all curves, since it would
 // veil the data.
 void drawBand(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
-              const Document &document);
+              const Document &document, double resolution);
 
 // Area (but no band), line, drop lines, error bars and symbols of one curve, in this order, cut at
 // the frame; symbols whose point is inside stay whole. Points that fall on the same spot are drawn

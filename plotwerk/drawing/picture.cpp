@@ -47,7 +47,7 @@ void Picture::drawOn(cairo_t *cr, double resolution) const {
     cairo_rectangle(cr, pageBox.left, pageBox.top, pageBox.width(), pageBox.height());
     cairo_clip(cr);
     drawGrid(cr, frame);
-    for (const DrawnCurve &curve : curves) drawBand(cr, curve, frame, document);
+    for (const DrawnCurve &curve : curves) drawBand(cr, curve, frame, document, resolution);
     for (const DrawnCurve &curve : curves) drawCurve(cr, curve, frame, document, resolution);
     drawGrounds(cr, texts, frame);
     drawAnnotations(cr);
