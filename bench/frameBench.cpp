@@ -32,14 +32,12 @@ static Document documentOf(int points, double noise) {
 static void draw(const Document &document) {
     constexpr int width = 900;
     constexpr int height = 650;
-    const plotwerk::Surface image(
-        cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
+    const plotwerk::Surface image(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
     const plotwerk::Context cr(cairo_create(image.get()));
     cairo_set_source_rgb(cr.get(), 1, 1, 1);
     cairo_paint(cr.get());
     const plotwerk::Picture picture(document);
-    const double scale =
-        std::min(width / picture.page().width(), height / picture.page().height());
+    const double scale = std::min(width / picture.page().width(), height / picture.page().height());
     cairo_scale(cr.get(), scale, scale);
     picture.drawOn(cr.get(), 0.5 / scale);
     benchmark::DoNotOptimize(cairo_image_surface_get_data(image.get()));
@@ -71,15 +69,19 @@ static void redrawWith(benchmark::State &state, void (*change)(plotwerk::CurveLo
 
 static void readOut(benchmark::State &state, double noise) {
     const Document document = documentOf(static_cast<int>(state.range(0)), noise);
+    const plotwerk::ScaledFrame frame = plotwerk::Picture(document).scaledFrame();
     double x = 0;
     for ([[maybe_unused]] auto _ : state) {
-        benchmark::DoNotOptimize(plotwerk::nearestPoint(document, x, 0.3));
-        x = std::fmod(x + 0.37, 10);
+        benchmark::DoNotOptimize(plotwerk::nearestPoint(document, frame, {x, frame.height / 3}));
+        x = std::fmod(x + 12.3, frame.width);
     }
 }
 
 #define FOR_BOTH(work)                                                                             \
-    BENCHMARK_CAPTURE(work, smooth, 0)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond); \
+    BENCHMARK_CAPTURE(work, smooth, 0)                                                             \
+        ->Arg(100'000)                                                                             \
+        ->Arg(1'000'000)                                                                           \
+        ->Unit(benchmark::kMillisecond);                                                           \
     BENCHMARK_CAPTURE(work, noisy, 0.2)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond)
 
 FOR_BOTH(redraw);
@@ -87,7 +89,8 @@ BENCHMARK_CAPTURE(redrawWith, symbols, [](plotwerk::CurveLook &look) {
     look.line = false, look.symbols = true;
 })->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(redrawWith, symbolsInc, [](plotwerk::CurveLook &look) {
-    look.line = false, look.symbols = true;look.symbolInc=50;
+    look.line = false, look.symbols = true;
+    look.symbolInc = 50;
 })->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(redrawWith, area, [](plotwerk::CurveLook &look) {
     look.filled = true;
@@ -102,7 +105,8 @@ BENCHMARK_CAPTURE(redrawWith, drops, [](plotwerk::CurveLook &look) {
     look.marker = true;
 })->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(redrawWith, spline, [](plotwerk::CurveLook &look) {
-    look.interpolationPoints = 2;look.interpolationType=1;
+    look.interpolationPoints = 2;
+    look.interpolationType = 1;
 })->Unit(benchmark::kMillisecond);
 FOR_BOTH(zoom);
 FOR_BOTH(readOut);

@@ -37,7 +37,8 @@ class ColumnExtremes {
 
     void add(const Point &p) {
         ++count;
-        const double place = isBreak(p) ? pathBreak.x : std::floor(p.x / width); // NaN: in no column
+        const double place =
+            isBreak(p) ? pathBreak.x : std::floor(p.x / width); // NaN: in no column
         if (place == column) {
             last = {p, count};
             if (p.y < lowest.p.y) lowest = last;

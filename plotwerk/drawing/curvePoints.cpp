@@ -27,6 +27,13 @@ Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
     return onPaper(curve.table->x.values, curve.column->values, curve, frame);
 }
 
+Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame, std::size_t begin,
+                 std::size_t end) {
+    const std::span<const double> x(curve.table->x.values);
+    const std::span<const double> y(curve.column->values);
+    return onPaper(x.subspan(begin, end - begin), y.subspan(begin, end - begin), curve, frame);
+}
+
 Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
     const ShownPoints points = shownPoints(*curve.table, *curve.column, {}, {});
     return onPaper(points.x, points.y, curve, frame);

@@ -12,6 +12,10 @@ namespace plotwerk {
 // axis.
 Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame);
 
+// Of the rows begin to end - 1 alone.
+Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame, std::size_t begin,
+                 std::size_t end);
+
 // What is drawn: the rows or, with look.sum above 1, the means of so many valid rows each, without
 // breaks.
 Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame);

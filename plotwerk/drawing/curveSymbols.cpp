@@ -12,8 +12,8 @@ namespace plotwerk {
 static constexpr std::size_t mostSymbols = 20000; // that are drawn as vectors, not as an image
 
 // The points inside the frame that have a symbol, those on the same spot once.
-static std::vector<Point> symbolPoints(const Path &points, int increment,
-                                       const ScaledFrame &frame, double resolution) {
+static std::vector<Point> symbolPoints(const Path &points, int increment, const ScaledFrame &frame,
+                                       double resolution) {
     const double spot = std::max({0.1, 2 * resolution, std::max(frame.width, frame.height) / 6000});
     const Box inside = frame.box().grownBy(0.01);
     const auto columns = static_cast<std::size_t>(inside.width() / spot) + 1;

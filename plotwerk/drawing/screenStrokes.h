@@ -1,4 +1,5 @@
-// screenStrokes.h - strokes along the path of a long curve where only the dots of a screen are seen.
+// screenStrokes.h - strokes along the path of a long curve where only the dots of a screen are
+// seen.
 #ifndef PLOTWERK_DRAWING_SCREENSTROKES_H
 #define PLOTWERK_DRAWING_SCREENSTROKES_H
 

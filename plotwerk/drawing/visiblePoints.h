@@ -9,8 +9,8 @@
 namespace plotwerk {
 
 // Points of the curve on paper for a line that can't be told from that through all of them (see
-// pointsOnPaper) where nothing finer than the resolution, in points, is seen: the extremes of columns
-// that wide. Where x ascends, none from beyond the frame but the nearest ones.
+// pointsOnPaper) where nothing finer than the resolution, in points, is seen: the extremes of
+// columns that wide. Where x ascends, none from beyond the frame but the nearest ones.
 //
 // All points of a curve that is drawn as means or with points between, and of one whose line is
 // broken where x runs backwards.
