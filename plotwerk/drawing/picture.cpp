@@ -9,10 +9,10 @@ namespace plotwerk {
 
 static constexpr double farthest = 1500; // from the frame that a page reaches
 
-Picture::Picture(const Document &document_)
+Picture::Picture(const Document &document_, const FrameSize &size)
     : document(document_),
       curves(drawnCurvesOf(document)),
-      frame(frameOf(document, curves, typesetter)),
+      frame(frameOf(document, curves, typesetter, size)),
       texts(laidTextsOf(document, curves, frame, typesetter)) {
     const Surface recording(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
     const Context cr(cairo_create(recording.get()));

@@ -19,7 +19,10 @@ namespace plotwerk {
 // Refers to the document, which must not change as long as the picture is used.
 class Picture {
   public:
-    explicit Picture(const Document &document);
+    explicit Picture(const Document &drawn) : Picture(drawn, frameSizeOf(drawn)) {}
+
+    // With a frame of another size than the document's.
+    Picture(const Document &drawn, const FrameSize &size);
 
     static constexpr double margin = 3; // around what is drawn, in points
 
