@@ -136,7 +136,7 @@ std::vector<Path> areasBetween(const Path &path, double base, const Box &box) {
 void ColumnExtremes::beginColumn(const Point &p, double place) {
     endColumn();
     if (isBreak(p)) {
-        kept.push_back(pathBreak);
+        if (!kept.empty() && !isBreak(kept.back())) kept.push_back(pathBreak);
         return;
     }
     column = place;

@@ -30,7 +30,8 @@ std::vector<Path> areasBetween(const Path &path, double base, const Box &box);
 constexpr double pathResolution = 0.06; // in points: 1200 dpi
 
 // Makes a path of the points that are added to it, breaks among them. Of neighbours in a column of
-// that width only the first, the lowest, the highest and the last stay, in their order.
+// that width only the first, the lowest, the highest and the last stay, in their order; of breaks
+// in a row one.
 class ColumnExtremes {
   public:
     explicit ColumnExtremes(double columnWidth) : width(columnWidth) {}

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <utility>
 
 namespace plotwerk {
@@ -15,10 +16,12 @@ static constexpr std::size_t mostAsVectors = 20000; // of lines that aren't upri
 static constexpr int boxesAtOnce = 50;              // so many that overlap are filled fastest
 static constexpr std::size_t linesAtOnce = 20;
 
+// With as much ink beyond its ends as round joins have.
 static void addUpright(cairo_t *cr, const Point &a, const Point &b, double thickness) {
     const auto [top, bottom] = std::minmax(a.y, b.y);
-    cairo_rectangle(cr, (a.x + b.x - thickness) / 2, top - thickness / 2, thickness,
-                    bottom - top + thickness);
+    const double beyond = std::numbers::pi / 8 * thickness;
+    cairo_rectangle(cr, (a.x + b.x - thickness) / 2, top - beyond, thickness,
+                    bottom - top + 2 * beyond);
 }
 
 // Fills the lines that are at most so wide, as boxes, and gives the rest of the path. A point at
