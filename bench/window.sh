@@ -27,7 +27,7 @@ now() { echo "${EPOCHREALTIME/[.,]/}"; }
 median() { sort -n | awk '{ value[NR] = $1 } END { print value[int((NR + 1) / 2)] }'; }
 
 starts() {
-    rm -rf plotwerk # what was left to be brought back
+    rm -rf plotwerk log # what was left to be brought back
     "$@" 2>log &
     program=$!
     until grep -q ' owns ' log; do sleep 0.005; done
@@ -40,6 +40,7 @@ ends() {
 # Milliseconds until the plot's frame, a dark line over the screen's middle, is there.
 first_frame() {
     local begin
+    rm -rf plotwerk
     begin=$(now)
     plotwerk noise.txt 2>log &
     program=$!
@@ -60,6 +61,7 @@ is_plot() {
 messages() {
     local begin
     coproc pipe { callPlw; }
+    local client=$!
     begin=$(now)
     while read -r add && read -r ask; do
         printf '%s\n%s\n' "$add" "$ask" >&"${pipe[1]}"
@@ -67,7 +69,7 @@ messages() {
     done <rows.lines
     echo $((($(now) - begin) / 1000))
     eval "exec ${pipe[1]}>&-"
-    wait "$pipe_PID"
+    wait "$client"
 }
 
 for ((round = 0; round < rounds; ++round)); do first_frame; done | median >start

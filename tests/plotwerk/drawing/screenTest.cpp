@@ -102,7 +102,7 @@ TEST(VisiblePoints, AreFewAndThoseOfTheFrame) {
     };
     EXPECT_LE(count(1), 4 * 12 * pointsPerCm + 10);
     document.axes[xAxis].range = {4, 4.01};
-    EXPECT_EQ(count(1e-9), 33);
+    EXPECT_EQ(count(1e-9), 32);
     onlyCurve(document).look.sum = 2;
     EXPECT_GT(count(1), 10'000) << "of means all";
     document = longCurve(0, true);
