@@ -30,7 +30,7 @@ starts() {
     rm -rf plotwerk log # what was left to be brought back
     "$@" 2>log &
     program=$!
-    until grep -q ' owns ' log; do sleep 0.005; done
+    until grep -qs " owns " log; do sleep 0.005; done
 }
 ends() {
     kill "$program"
@@ -48,12 +48,12 @@ first_frame() {
     echo $((($(now) - begin) / 1000))
     ends
 }
-# Whether a screen of 1280 x 900 has a row that is dark for half its width.
+# Whether a screen of 1280 x 900 has a row with a dark line as long as a plot, where it isn't empty.
 is_plot() {
     od -An -v -tu1 -w1280 | awk '{
         run = longest = 0
         for (i = 1; i <= NF; ++i) { run = $i < 110 ? run + 1 : 0; if (run > longest) longest = run }
-        if (longest > 320) found = 1
+        if (longest > 400 && longest < 900) found = 1
     } END { exit !found }'
 }
 

@@ -32,7 +32,8 @@ void PictureArea::watchFrames() {
         auto &of = *static_cast<PictureArea *>(area);
         if (!std::exchange(of.drewInFrame, false)) return;
         const auto now = Clock::now();
-        of.restUntil = now + 4 * (now - of.frameBegin);
+        of.lastFrame = now - of.frameBegin;
+        of.restUntil = now + 4 * of.lastFrame;
     };
     frameClock = get_frame_clock();
     g_signal_connect(frameClock->gobj(), "before-paint", G_CALLBACK(begin), this);
@@ -61,7 +62,7 @@ void PictureArea::refresh() {
 // picture that the next one makes old.
 void PictureArea::drawAfterPause() {
     constexpr auto pause = 4ms;
-    constexpr auto longest = 100ms;
+    const auto longest = std::max<Clock::duration>(100ms, 4 * lastFrame);
     const auto time = std::max(std::min(lastRefresh + pause, *dueSince + longest), restUntil);
     const auto rest = std::chrono::ceil<std::chrono::milliseconds>(time - Clock::now());
     if (rest <= 0ms) return askForFrame();

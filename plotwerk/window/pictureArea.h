@@ -68,6 +68,7 @@ class PictureArea final : public Gtk::DrawingArea {
     Clock::time_point lastRefresh;
     Glib::RefPtr<Gdk::FrameClock> frameClock;
     Clock::time_point frameBegin;
+    Clock::duration lastFrame{};
     Clock::time_point restUntil; // from drawing
     bool drewInFrame = false;
     sigc::connection delayed;
