@@ -11,6 +11,7 @@
 #include <cmath>
 #include <random>
 
+using plotwerk::CurveLook;
 using plotwerk::Document;
 
 static Document documentOf(int points, double noise) {
@@ -61,7 +62,7 @@ static void zoom(benchmark::State &state, double noise) {
     }
 }
 
-static void redrawWith(benchmark::State &state, void (*change)(plotwerk::CurveLook &)) {
+static void redrawWith(benchmark::State &state, void (*change)(CurveLook &)) {
     Document document = documentOf(1'000'000, 0.2);
     change(document.sources[0].tables[0].y[0].look);
     for ([[maybe_unused]] auto _ : state) draw(document);
@@ -85,28 +86,14 @@ static void readOut(benchmark::State &state, double noise) {
     BENCHMARK_CAPTURE(work, noisy, 0.2)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond)
 
 FOR_BOTH(redraw);
-BENCHMARK_CAPTURE(redrawWith, symbols, [](plotwerk::CurveLook &look) {
+BENCHMARK_CAPTURE(redrawWith, symbols, [](CurveLook &look) {
     look.line = false, look.symbols = true;
 })->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(redrawWith, symbolsInc, [](plotwerk::CurveLook &look) {
-    look.line = false, look.symbols = true;
-    look.symbolInc = 50;
-})->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(redrawWith, area, [](plotwerk::CurveLook &look) {
+BENCHMARK_CAPTURE(redrawWith, area, [](CurveLook &look) {
     look.filled = true;
 })->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(redrawWith, steps, [](plotwerk::CurveLook &look) {
-    look.stepped = true;
-})->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(redrawWith, clear, [](plotwerk::CurveLook &look) {
-    look.lineColour.opacity = 0.5;
-})->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(redrawWith, drops, [](plotwerk::CurveLook &look) {
+BENCHMARK_CAPTURE(redrawWith, dropLines, [](CurveLook &look) {
     look.marker = true;
-})->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(redrawWith, spline, [](plotwerk::CurveLook &look) {
-    look.interpolationPoints = 2;
-    look.interpolationType = 1;
 })->Unit(benchmark::kMillisecond);
 FOR_BOTH(zoom);
 FOR_BOTH(readOut);
