@@ -88,7 +88,7 @@ for document in "" noise.txt; do
             starts "$server"
             if [ "$document" ]; then callPlw -x open -f $document; else callPlw -x newDocument; fi
             callPlw -x sync >/dev/null
-            sleep 1 # its first frame is over
+            sleep 3 # its first frame is over
             messages >>"$server.times"
             ends
         done
