@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace plotwerk {
 
@@ -132,32 +133,37 @@ std::vector<Path> areasBetween(const Path &path, double base, const Box &box) {
     return areas;
 }
 
-// First, lowest, highest and last of neighbours in a column, in their order.
-static Path columnExtremes(const Path &path) {
-    Path kept;
-    const auto columnOf = [](const Point &p) { return std::floor(p.x / pathResolution); };
-    for (std::size_t begin = 0; begin < path.size();) {
-        if (isBreak(path[begin])) {
-            kept.push_back(path[begin++]);
-            continue;
-        }
-        const double column = columnOf(path[begin]);
-        std::size_t lowest = begin;
-        std::size_t highest = begin;
-        std::size_t end = begin + 1;
-        for (; end < path.size() && !isBreak(path[end]) && columnOf(path[end]) == column; ++end) {
-            if (path[end].y < path[lowest].y) lowest = end;
-            if (path[end].y > path[highest].y) highest = end;
-        }
-        std::size_t previous = path.size();
-        for (const std::size_t index :
-             {begin, std::min(lowest, highest), std::max(lowest, highest), end - 1}) {
-            if (index != previous) kept.push_back(path[index]);
-            previous = index;
-        }
-        begin = end;
+void ColumnExtremes::beginColumn(const Point &p, double place) {
+    endColumn();
+    if (isBreak(p)) {
+        if (!kept.empty() && !isBreak(kept.back())) kept.push_back(pathBreak);
+        return;
     }
-    return kept;
+    column = place;
+    first = lowest = highest = last = {p, count};
+}
+
+void ColumnExtremes::endColumn() {
+    if (std::isnan(column)) return;
+    const auto &[earlier, later] = std::minmax(
+        lowest, highest, [](const Placed &a, const Placed &b) { return a.index < b.index; });
+    std::size_t previous = 0;
+    for (const Placed &each : {first, earlier, later, last}) {
+        if (each.index != previous) kept.push_back(each.p);
+        previous = each.index;
+    }
+    column = pathBreak.x;
+}
+
+Path ColumnExtremes::take() {
+    endColumn();
+    return std::move(kept);
+}
+
+static Path columnExtremes(const Path &path, double width) {
+    ColumnExtremes extremes(width);
+    for (const Point &p : path) extremes.add(p);
+    return extremes.take();
 }
 
 namespace {
@@ -222,8 +228,8 @@ static Path straightened(const Path &path, double tolerance) {
     return kept;
 }
 
-Path reducedPath(const Path &path) {
-    return straightened(columnExtremes(path), pathResolution / 2);
+Path reducedPath(const Path &path, double resolution) {
+    return straightened(columnExtremes(path, resolution), resolution / 2);
 }
 
 } // namespace plotwerk

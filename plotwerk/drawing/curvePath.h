@@ -4,6 +4,8 @@
 
 #include "plotwerk/drawing/geometry.h"
 
+#include <cmath>
+#include <cstddef>
 #include <span>
 #include <vector>
 
@@ -27,10 +29,51 @@ std::vector<Path> areasBetween(const Path &path, double base, const Box &box);
 
 constexpr double pathResolution = 0.06; // in points: 1200 dpi
 
-// The same lines in fewer points. Of neighbours in a column as wide as the resolution only the
-// first, the lowest, the highest and the last stay; points that lie within half the resolution of
-// the line between others go.
-Path reducedPath(const Path &path);
+// Makes a path of the points that are added to it, breaks among them. Of neighbours in a column of
+// that width only the first, the lowest, the highest and the last stay, in their order; of breaks
+// in a row one.
+class ColumnExtremes {
+  public:
+    explicit ColumnExtremes(double columnWidth) : width(columnWidth) {}
+
+    void add(const Point &p) {
+        ++count;
+        const double place =
+            isBreak(p) ? pathBreak.x : std::floor(p.x / width); // NaN: in no column
+        if (place == column) {
+            last = {p, count};
+            if (p.y < lowest.p.y) lowest = last;
+            if (p.y > highest.p.y) highest = last;
+        } else {
+            beginColumn(p, place);
+        }
+    }
+
+    // All that was added.
+    Path take();
+
+  private:
+    struct Placed {
+        Point p;
+        std::size_t index = 0;
+    };
+
+    void beginColumn(const Point &p, double place);
+    void endColumn();
+
+    double width;
+    std::size_t count = 0;
+    double column = pathBreak.x; // of the neighbours that are added
+    Placed first;
+    Placed lowest;
+    Placed highest;
+    Placed last;
+    Path kept;
+};
+
+// The same lines in fewer points: the extremes of columns as wide as the resolution, without points
+// that lie within half the resolution of the line between others.
+Path reducedPath(const Path &path, double resolution = pathResolution);
 
 } // namespace plotwerk
 

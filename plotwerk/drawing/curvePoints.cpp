@@ -27,6 +27,13 @@ Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
     return onPaper(curve.table->x.values, curve.column->values, curve, frame);
 }
 
+Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame, std::size_t begin,
+                 std::size_t end) {
+    const std::span<const double> x(curve.table->x.values);
+    const std::span<const double> y(curve.column->values);
+    return onPaper(x.subspan(begin, end - begin), y.subspan(begin, end - begin), curve, frame);
+}
+
 Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame) {
     const ShownPoints points = shownPoints(*curve.table, *curve.column, {}, {});
     return onPaper(points.x, points.y, curve, frame);
@@ -104,6 +111,10 @@ static int pointsBetween(const DrawnCurve &curve, const ScaledFrame &frame, std:
     const double most =
         mostInterpolatedPoints / static_cast<double>(std::max<std::size_t>(points, 1));
     return static_cast<int>(std::min(look.interpolationPoints, most));
+}
+
+bool hasPointsBetween(const DrawnCurve &curve, const ScaledFrame &frame) {
+    return pointsBetween(curve, frame, curve.column->values.size()) > 0;
 }
 
 double pointsOfLine(const DrawnCurve &curve, const ScaledFrame &frame) {

@@ -12,6 +12,10 @@ namespace plotwerk {
 // axis.
 Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame);
 
+// Of the rows begin to end - 1 alone.
+Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame, std::size_t begin,
+                 std::size_t end);
+
 // What is drawn: the rows or, with look.sum above 1, the means of so many valid rows each, without
 // breaks.
 Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame);
@@ -22,6 +26,9 @@ Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame);
 // natural cubic spline through the points on paper. Where x doesn't ascend or descend throughout a
 // part of the line the spline is left out; points beyond four million are left out altogether.
 Path linePath(Path points, const DrawnCurve &curve, const ScaledFrame &frame);
+
+// Whether that line has points between those of the curve.
+bool hasPointsBetween(const DrawnCurve &curve, const ScaledFrame &frame);
 
 // About how many points that line has, told without making it.
 double pointsOfLine(const DrawnCurve &curve, const ScaledFrame &frame);

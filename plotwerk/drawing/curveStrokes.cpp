@@ -49,9 +49,8 @@ static void strokeDots(cairo_t *cr, const Path &path, std::size_t begin, std::si
     cairo_restore(cr);
 }
 
-// Draws so many points at once.
-static void strokeInParts(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed,
-                          std::size_t atOnce) {
+void strokeInParts(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed,
+                   std::size_t atOnce) {
     std::size_t from = 0;
     double distance = 0; // of that point from the beginning of its line
     for (std::size_t begin = 0; begin < path.size();) {
@@ -77,8 +76,8 @@ static void strokeInParts(cairo_t *cr, const Path &path, const CurveLook &look, 
     cairo_set_dash(cr, nullptr, 0, 0);
 }
 
-static void strokeAsImage(cairo_t *cr, const Path &path, double thickness, const Box &box) {
-    DenseImage image(box, dpiFor(lengthOf(path)));
+void strokeAsImage(cairo_t *cr, const Path &path, double thickness, const Box &box, double dpi) {
+    DenseImage image(box, std::min(dpi, dpiFor(lengthOf(path))));
     for (std::size_t i = 0; i < path.size(); ++i) {
         if (isBreak(path[i])) continue;
         const bool joins = i > 0 && !isBreak(path[i - 1]);
@@ -87,17 +86,21 @@ static void strokeAsImage(cairo_t *cr, const Path &path, double thickness, const
     image.paintOn(cr);
 }
 
+void setPen(cairo_t *cr, const CurveLook &look) {
+    cairo_set_line_width(cr, look.lineThickness);
+    cairo_set_line_join(cr, CAIRO_LINE_JOIN_ROUND);
+    cairo_set_line_cap(cr, CAIRO_LINE_CAP_BUTT);
+}
+
 void strokePath(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed, const Box &box) {
     setColour(cr, look.lineColour);
     // a colour that is not opaque would be painted twice where parts meet
     const bool whole = look.lineColour.opacity < 1;
     if (path.size() > (whole ? mostAtOnce : mostVectors)) {
-        strokeAsImage(cr, path, look.lineThickness, box);
+        strokeAsImage(cr, path, look.lineThickness, box, finestDpi);
         return;
     }
-    cairo_set_line_width(cr, look.lineThickness);
-    cairo_set_line_join(cr, CAIRO_LINE_JOIN_ROUND);
-    cairo_set_line_cap(cr, CAIRO_LINE_CAP_BUTT);
+    setPen(cr, look);
     strokeInParts(cr, path, look, dashed, whole ? path.size() : 200);
 }
 

@@ -22,6 +22,13 @@ void tracePath(cairo_t *cr, const Path &path, std::size_t begin, std::size_t end
 // where lines are that dense.
 void strokePath(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed, const Box &box);
 
+// The parts of strokePath, in the current colour: the thickness and the joins of the curve's pen,
+// strokes of so many points each, and the image in at most that resolution.
+void setPen(cairo_t *cr, const CurveLook &look);
+void strokeInParts(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed,
+                   std::size_t atOnce);
+void strokeAsImage(cairo_t *cr, const Path &path, double thickness, const Box &box, double dpi);
+
 } // namespace plotwerk
 
 #endif

@@ -12,9 +12,9 @@ namespace plotwerk {
 static constexpr std::size_t mostSymbols = 20000; // that are drawn as vectors, not as an image
 
 // The points inside the frame that have a symbol, those on the same spot once.
-static std::vector<Point> symbolPoints(const Path &points, int increment,
-                                       const ScaledFrame &frame) {
-    const double spot = std::max(0.1, std::max(frame.width, frame.height) / 6000);
+static std::vector<Point> symbolPoints(const Path &points, int increment, const ScaledFrame &frame,
+                                       double resolution) {
+    const double spot = std::max({0.1, 2 * resolution, std::max(frame.width, frame.height) / 6000});
     const Box inside = frame.box().grownBy(0.01);
     const auto columns = static_cast<std::size_t>(inside.width() / spot) + 1;
     const auto rows = static_cast<std::size_t>(inside.height() / spot) + 1;
@@ -41,17 +41,19 @@ void drawSymbolOf(cairo_t *cr, const CurveLook &look, const Point &at, const Col
             drawSymbol(cr, look.symbol[i], at, look.symbolSize, thickness, colour, whiteInside);
 }
 
-void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look, const ScaledFrame &frame) {
+void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look, const ScaledFrame &frame,
+                 double resolution) {
     const double size = look.symbolSize;
     if (size == 0) return;
-    const std::vector<Point> chosen = symbolPoints(points, look.symbolInc, frame);
+    const std::vector<Point> chosen = symbolPoints(points, look.symbolInc, frame, resolution);
     const bool asImage = chosen.size() > mostSymbols;
     if (!asImage) {
         for (const Point &p : chosen) drawSymbolOf(cr, look, p, look.lineColour, true);
         return;
     }
     const double radius = size + std::max(look.lineThickness, 0.25);
-    DenseImage image(frame.box().grownBy(radius + 10), finestDpi);
+    DenseImage image(frame.box().grownBy(radius + 10),
+                     resolution > 0 ? std::min(72 / resolution, finestDpi) : finestDpi);
     image.stamp(chosen, radius, [&](cairo_t *stamp) {
         drawSymbolOf(stamp, look, {0, 0}, Colour{}, false);
     });

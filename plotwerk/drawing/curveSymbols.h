@@ -13,8 +13,9 @@ namespace plotwerk {
 void drawSymbolOf(cairo_t *cr, const CurveLook &look, const Point &at, const Colour &colour,
                   bool whiteInside);
 
-// At every symbolInc-th point that lies in the frame.
-void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look, const ScaledFrame &frame);
+// At every symbolInc-th point that lies in the frame; the resolution as for drawCurve.
+void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look, const ScaledFrame &frame,
+                 double resolution);
 
 } // namespace plotwerk
 

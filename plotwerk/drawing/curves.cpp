@@ -6,7 +6,9 @@
 #include "plotwerk/drawing/curveSymbols.h"
 #include "plotwerk/drawing/denseImage.h"
 #include "plotwerk/drawing/fittedCurve.h"
+#include "plotwerk/drawing/screenStrokes.h"
 #include "plotwerk/drawing/symbols.h"
+#include "plotwerk/drawing/visiblePoints.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,11 +16,21 @@
 
 namespace plotwerk {
 
-static void drawLine(cairo_t *cr, const Path &path, const CurveLook &look,
-                     const ScaledFrame &frame) {
+static Path linePoints(const DrawnCurve &curve, const ScaledFrame &frame, const Frame &settings,
+                       double resolution) {
+    return resolution > 0 ? visiblePoints(curve, frame, settings.noLineOnReverse, resolution)
+                          : pointsOnPaper(curve, frame);
+}
+
+static void drawLine(cairo_t *cr, const Path &path, const CurveLook &look, const ScaledFrame &frame,
+                     double resolution) {
     if (look.lineThickness == 0) return;
     const Box box = frame.box().grownBy(look.lineThickness + 1);
-    strokePath(cr, reducedPath(clippedPath(path, box)), look, look.dashed, box);
+    const Path visible = reducedPath(clippedPath(path, box), std::max(resolution, pathResolution));
+    if (resolution > 0)
+        strokeOnScreen(cr, visible, look, box, resolution);
+    else
+        strokePath(cr, visible, look, look.dashed, box);
 }
 
 // The height on paper from which areas and drop lines rise: the x axis where it has a position,
@@ -30,17 +42,18 @@ static double baseOf(const DrawnCurve &curve, const ScaledFrame &frame, const Fr
 }
 
 static void fillRings(cairo_t *cr, std::vector<Path> rings, const CurveLook &look,
-                      const ScaledFrame &frame) {
+                      const ScaledFrame &frame, double resolution) {
+    constexpr std::size_t mostOnScreen = 1000; // points of what is drawn as vectors
     std::size_t size = 0;
     double length = 0;
     for (Path &ring : rings) {
-        ring = reducedPath(ring);
+        ring = reducedPath(ring, std::max(resolution, pathResolution));
         size += ring.size();
         length += lengthOf(ring);
     }
     setColour(cr, look.fillColour);
-    if (size > mostAtOnce) {
-        DenseImage image(frame.box(), dpiFor(length));
+    if (size > (resolution > 0 ? mostOnScreen : mostAtOnce)) {
+        DenseImage image(frame.box(), resolution > 0 ? 72 / resolution : dpiFor(length));
         image.fill(rings);
         image.paintOn(cr);
         return;
@@ -62,19 +75,19 @@ double reachOf(const DrawnCurve &curve) {
 }
 
 void drawBand(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
-              const Document &document) {
+              const Document &document, double resolution) {
     const CurveLook &look = curve.column->look;
     if (!look.filled) return;
     const auto fitted = FittedCurve::of(document, curve);
     if (!fitted) return;
     cairo_save(cr);
     clipToFrame(cr, frame);
-    fillRings(cr, fitted->band(curve, frame), look, frame);
+    fillRings(cr, fitted->band(curve, frame), look, frame, resolution);
     cairo_restore(cr);
 }
 
 void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
-               const Document &document) {
+               const Document &document, double resolution) {
     const CurveLook &look = curve.column->look;
     const Frame &settings = document.frame;
     cairo_save(cr);
@@ -82,23 +95,24 @@ void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
     if (look.line || look.filled) {
         const auto fitted = FittedCurve::of(document, curve);
         Path path = fitted ? fitted->line(curve, frame)
-                           : linePath(pointsOnPaper(curve, frame), curve, frame);
+                           : linePath(linePoints(curve, frame, settings, resolution), curve, frame);
         if (look.filled && !fitted)
             fillRings(cr, areasBetween(path, baseOf(curve, frame, settings), frame.box()), look,
-                      frame);
+                      frame, resolution);
         if (look.line) {
             if (settings.noLineOnReverse)
                 path = brokenOnReverse(path, frame.scales[curve.horizontalAxis()].reversed);
-            drawLine(cr, path, look, frame);
+            drawLine(cr, path, look, frame, resolution);
         }
     }
     // anew, so that a long curve isn't held twice while its line is drawn
-    const Path points = look.marker || look.symbols ? pointsOnPaper(curve, frame) : Path();
-    if (look.marker) drawDropLines(cr, points, baseOf(curve, frame, settings), look, frame);
+    if (look.marker)
+        drawDropLines(cr, linePoints(curve, frame, settings, resolution),
+                      baseOf(curve, frame, settings), look, frame);
     drawErrorBars(cr, curve, frame);
     cairo_restore(cr);
 
-    if (look.symbols) drawSymbols(cr, points, look, frame);
+    if (look.symbols) drawSymbols(cr, pointsOnPaper(curve, frame), look, frame, resolution);
 }
 
 } // namespace plotwerk

@@ -123,8 +123,8 @@ static bool showsTime(AxisCode code, const std::vector<DrawnCurve> &curves) {
 }
 
 PlacedFrame frameOf(const Document &document, const std::vector<DrawnCurve> &curves,
-                    const Typesetter &typesetter) {
-    PlacedFrame frame{scaledFrameOf(document, curves)};
+                    const Typesetter &typesetter, const FrameSize &size) {
+    PlacedFrame frame{scaledFrameOf(document, curves, size)};
     frame.tickLength =
         std::min(document.frame.tickLength * pointsPerCm, std::min(frame.width, frame.height) / 4);
     frame.thickness = document.frame.axisThickness;

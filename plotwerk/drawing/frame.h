@@ -39,7 +39,12 @@ struct PlacedFrame : ScaledFrame {
 };
 
 PlacedFrame frameOf(const Document &document, const std::vector<DrawnCurve> &curves,
-                    const Typesetter &typesetter);
+                    const Typesetter &typesetter, const FrameSize &size);
+
+inline PlacedFrame frameOf(const Document &document, const std::vector<DrawnCurve> &curves,
+                           const Typesetter &typesetter) {
+    return frameOf(document, curves, typesetter, frameSizeOf(document));
+}
 
 } // namespace plotwerk
 

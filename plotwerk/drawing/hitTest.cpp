@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace plotwerk {
@@ -47,18 +48,111 @@ static double squaredDistance(const Point &p, const Path &path, bool joined) {
     return nearest;
 }
 
-// From what is drawn of the curve with these rows.
-static double distanceFrom(const Point &p, const DrawnCurve &curve, const Path &rows,
+// From what is drawn of a curve through those of its points on paper.
+static double squaredDistance(const Point &p, Path points, const DrawnCurve &curve,
+                              const ScaledFrame &frame, const Frame &settings) {
+    if (!curve.column->look.line) return squaredDistance(p, points, false);
+    Path path = linePath(std::move(points), curve, frame);
+    if (settings.noLineOnReverse)
+        path = brokenOnReverse(path, frame.scales[curve.horizontalAxis()].reversed);
+    return squaredDistance(p, path, true);
+}
+
+namespace {
+
+// The rows of a curve in slices, each with the row that follows it, and how near to a place it may
+// come: those too far away needn't be looked at.
+class Slices {
+  public:
+    Slices(const DrawnCurve &sliced, const ScaledFrame &on, const Point &place)
+        : curve(sliced), frame(on), count(curve.column->values.size()) {
+        nearest.reserve(count / size + 1);
+        for (std::size_t begin = 0; begin < count; begin += size)
+            nearest.push_back(leastDistance(place, begin, endOf(begin)));
+    }
+
+    // The least that distanceOf(begin, path) gives of the slices on paper, from one that may come
+    // nearest, to all others in their order that may come as near.
+    template<class Work> double least(Work distanceOf) const {
+        if (nearest.empty()) return infinity;
+        const auto best = std::min_element(nearest.begin(), nearest.end()) - nearest.begin();
+        const auto distance = [&](std::size_t slice) {
+            const std::size_t begin = slice * size;
+            return distanceOf(begin, rowsOnPaper(curve, frame, begin, endOf(begin)));
+        };
+        double least = distance(static_cast<std::size_t>(best));
+        for (std::size_t slice = 0; slice < nearest.size(); ++slice)
+            if (nearest[slice] <= least * rounding) least = std::min(least, distance(slice));
+        return least;
+    }
+
+  private:
+    static constexpr std::size_t size = 256;
+    static constexpr double rounding = 1 + 1e-9;
+
+    struct Limits {
+        double low = infinity;
+        double high = -infinity;
+
+        void include(double value) { // NaN is left out
+            low = value < low ? value : low;
+            high = value > high ? value : high;
+        }
+    };
+
+    std::size_t endOf(std::size_t begin) const { return std::min(begin + size + 1, count); }
+
+    // Of a position from those of values between the limits; infinite where none has one.
+    static double distance(double position, const Limits &limits, const Scale &scale) {
+        const double high = scale.position(limits.high);
+        if (!(limits.low <= limits.high) || std::isnan(high)) return infinity;
+        const double low = scale.position(limits.low); // NaN: of some only
+        if (scale.reversed)
+            return std::max({0.0, high - position, std::isnan(low) ? 0 : position - low});
+        return std::max({0.0, position - high, std::isnan(low) ? 0 : low - position});
+    }
+
+    double leastDistance(const Point &place, std::size_t begin, std::size_t end) const {
+        const std::vector<double> &xValues = curve.table->x.values;
+        const std::vector<double> &yValues = curve.column->values;
+        Limits x;
+        Limits y;
+        for (std::size_t i = begin; i < end; ++i) {
+            x.include(xValues[i]);
+            y.include(yValues[i]);
+        }
+        const double across = distance(place.x, x, frame.scales[curve.horizontalAxis()]);
+        const double along =
+            distance(frame.height - place.y, y, frame.scales[curve.verticalAxis()]);
+        return across * across + along * along;
+    }
+
+    const DrawnCurve &curve;
+    const ScaledFrame &frame;
+    std::size_t count;
+    std::vector<double> nearest; // squared, for each slice
+};
+
+} // namespace
+
+// From all that is drawn of the curve.
+static double distanceFrom(const Point &p, const DrawnCurve &curve, const Slices &slices,
                            const ScaledFrame &frame, const Document &document) {
     const CurveLook &look = curve.column->look;
-    const Path means = look.sum > 1 ? pointsOnPaper(curve, frame) : Path();
-    const Path &points = look.sum > 1 ? means : rows;
-    if (!look.line) return std::sqrt(squaredDistance(p, points, false));
-    const auto fitted = FittedCurve::of(document, curve);
-    Path path = fitted ? fitted->line(curve, frame) : linePath(points, curve, frame);
-    if (document.frame.noLineOnReverse)
-        path = brokenOnReverse(path, frame.scales[curve.horizontalAxis()].reversed);
-    return std::sqrt(squaredDistance(p, path, true));
+    const auto fitted = look.line ? FittedCurve::of(document, curve) : std::nullopt;
+    if (fitted) {
+        Path line = fitted->line(curve, frame);
+        if (document.frame.noLineOnReverse)
+            line = brokenOnReverse(line, frame.scales[curve.horizontalAxis()].reversed);
+        return std::sqrt(squaredDistance(p, line, true));
+    }
+    const auto distance = [&](Path points) {
+        return squaredDistance(p, std::move(points), curve, frame, document.frame);
+    };
+    const bool isWhole = look.sum > 1 || (look.line && hasPointsBetween(curve, frame));
+    return std::sqrt(
+        isWhole ? distance(pointsOnPaper(curve, frame))
+                : slices.least([&](std::size_t, Path rows) { return distance(std::move(rows)); }));
 }
 
 namespace {
@@ -77,16 +171,20 @@ static bool isNearer(const Hit &a, const Hit &b) {
     return a.point.curve < b.point.curve; // curves come by layers
 }
 
-// -1 and infinity where no row has a place on paper.
-static int nearestRow(const Point &p, const Path &rows, double &squared) {
+// -1 and infinity where no row has a place on paper; of several as near, the first.
+static int nearestRow(const Point &p, const Slices &slices, double &squared) {
     int nearest = -1;
     squared = infinity;
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const double distance = squaredDistance(p, rows[i]);
-        if (!(distance < squared)) continue; // also at breaks
-        squared = distance;
-        nearest = static_cast<int>(i);
-    }
+    slices.least([&](std::size_t begin, const Path &rows) {
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            const double distance = squaredDistance(p, rows[i]); // NaN at breaks
+            const int row = static_cast<int>(begin + i);
+            if (!(distance < squared || (distance == squared && row < nearest))) continue;
+            squared = distance;
+            nearest = row;
+        }
+        return squared;
+    });
     return nearest;
 }
 
@@ -103,18 +201,23 @@ static void requireBounded(const std::vector<DrawnCurve> &curves, const ScaledFr
 }
 
 std::optional<NearestPoint> nearestPoint(const Document &document, double x, double y) {
+    const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+    if (!std::isfinite(x) || !std::isfinite(y)) return std::nullopt;
+    return nearestPoint(document, frame, frame.at(x, y));
+}
+
+std::optional<NearestPoint> nearestPoint(const Document &document, const ScaledFrame &frame,
+                                         const Point &place) {
     const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-    const ScaledFrame frame = scaledFrameOf(document, curves);
     requireBounded(curves, frame);
-    const Point place = frame.at(x, y);
-    if (!std::isfinite(x) || !std::isfinite(y) || isBreak(place)) return std::nullopt;
+    if (isBreak(place)) return std::nullopt;
 
     Hit nearest;
     for (const DrawnCurve &curve : curves) {
-        const Path rows = rowsOnPaper(curve, frame);
-        Hit hit{distanceFrom(place, curve, rows, frame, document), infinity, {}};
+        const Slices slices(curve, frame, place);
+        Hit hit{distanceFrom(place, curve, slices, frame, document), infinity, {}};
         if (std::isinf(hit.fromCurve) || hit.fromCurve > nearest.fromCurve + sameDistance) continue;
-        const int row = nearestRow(place, rows, hit.fromPoint);
+        const int row = nearestRow(place, slices, hit.fromPoint);
         if (row < 0) continue; // means on paper of rows that are not
         hit.point = {curve.index, row, curve.table->x.values[row], curve.column->values[row],
                      hit.fromCurve};

@@ -2,7 +2,7 @@
 #ifndef PLOTWERK_DRAWING_HITTEST_H
 #define PLOTWERK_DRAWING_HITTEST_H
 
-#include "plotwerk/model/document.h"
+#include "plotwerk/drawing/scaledFrame.h"
 
 #include <optional>
 
@@ -29,6 +29,10 @@ struct NearestPoint {
 // Nothing when there is no such point, or when the place is not on paper (NaN or infinite, or not
 // positive on a logarithmic axis).
 std::optional<NearestPoint> nearestPoint(const Document &document, double x, double y);
+
+// The same of a place in a frame of the document.
+std::optional<NearestPoint> nearestPoint(const Document &document, const ScaledFrame &frame,
+                                         const Point &place);
 
 } // namespace plotwerk
 

@@ -9,10 +9,10 @@ namespace plotwerk {
 
 static constexpr double farthest = 1500; // from the frame that a page reaches
 
-Picture::Picture(const Document &document_)
+Picture::Picture(const Document &document_, const FrameSize &size)
     : document(document_),
       curves(drawnCurvesOf(document)),
-      frame(frameOf(document, curves, typesetter)),
+      frame(frameOf(document, curves, typesetter, size)),
       texts(laidTextsOf(document, curves, frame, typesetter)) {
     const Surface recording(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
     const Context cr(cairo_create(recording.get()));
@@ -41,14 +41,14 @@ void Picture::drawAnnotations(cairo_t *cr) const {
     drawTexts(cr, texts);
 }
 
-void Picture::drawOn(cairo_t *cr) const {
+void Picture::drawOn(cairo_t *cr, double resolution) const {
     cairo_save(cr);
     cairo_translate(cr, -pageBox.left, -pageBox.top);
     cairo_rectangle(cr, pageBox.left, pageBox.top, pageBox.width(), pageBox.height());
     cairo_clip(cr);
     drawGrid(cr, frame);
-    for (const DrawnCurve &curve : curves) drawBand(cr, curve, frame, document);
-    for (const DrawnCurve &curve : curves) drawCurve(cr, curve, frame, document);
+    for (const DrawnCurve &curve : curves) drawBand(cr, curve, frame, document, resolution);
+    for (const DrawnCurve &curve : curves) drawCurve(cr, curve, frame, document, resolution);
     drawGrounds(cr, texts, frame);
     drawAnnotations(cr);
     cairo_restore(cr);

@@ -19,7 +19,10 @@ namespace plotwerk {
 // Refers to the document, which must not change as long as the picture is used.
 class Picture {
   public:
-    explicit Picture(const Document &document);
+    explicit Picture(const Document &drawn) : Picture(drawn, frameSizeOf(drawn)) {}
+
+    // With a frame of another size than the document's.
+    Picture(const Document &drawn, const FrameSize &size);
 
     static constexpr double margin = 3; // around what is drawn, in points
 
@@ -35,7 +38,10 @@ class Picture {
 
     // Draws with the context's transformation, the page's upper left corner at (0, 0). What lies
     // beyond the page is cut.
-    void drawOn(cairo_t *cr) const;
+    //
+    // A screen is drawn on in less time when its resolution is given: the size on paper, in points,
+    // of what is too fine to be seen. Files are drawn without one, as fine as any printer can show.
+    void drawOn(cairo_t *cr, double resolution = 0) const;
 
   private:
     void drawAnnotations(cairo_t *cr) const;

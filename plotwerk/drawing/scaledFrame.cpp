@@ -119,11 +119,20 @@ static void placeLines(ScaledFrame &frame, const Frame &settings) {
         frame.line[yAxis] = crossing(settings.yAxisPos, frame.scales[xAxis]);
 }
 
+FrameSize frameSizeOf(const Document &document) {
+    return {document.frame.xAxisLength * pointsPerCm, document.frame.yAxisLength * pointsPerCm};
+}
+
 ScaledFrame scaledFrameOf(const Document &document, const std::vector<DrawnCurve> &curves) {
+    return scaledFrameOf(document, curves, frameSizeOf(document));
+}
+
+ScaledFrame scaledFrameOf(const Document &document, const std::vector<DrawnCurve> &curves,
+                          const FrameSize &size) {
     const Frame &settings = document.frame;
     ScaledFrame frame;
-    frame.width = settings.xAxisLength * pointsPerCm;
-    frame.height = settings.yAxisLength * pointsPerCm;
+    frame.width = size.width;
+    frame.height = size.height;
     frame.closed = std::isnan(settings.xAxisPos) && std::isnan(settings.yAxisPos) &&
                    std::none_of(document.axes.begin(), document.axes.end(),
                                 [](const Axis &axis) { return axis.arrow; });

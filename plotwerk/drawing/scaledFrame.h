@@ -24,6 +24,13 @@ struct ValuePair {
     double y = unset;
 };
 
+struct FrameSize {
+    double width = 0; // in points
+    double height = 0;
+};
+
+FrameSize frameSizeOf(const Document &document);
+
 // Arrays are indexed by AxisCode.
 struct ScaledFrame {
     double width = 0; // in points
@@ -51,6 +58,10 @@ struct ScaledFrame {
 // follow the data and take in where areas and drop lines begin, with some room beyond, but none
 // below or above a zero on which areas or drop lines stand.
 ScaledFrame scaledFrameOf(const Document &document, const std::vector<DrawnCurve> &curves);
+
+// The same in another size than the document's.
+ScaledFrame scaledFrameOf(const Document &document, const std::vector<DrawnCurve> &curves,
+                          const FrameSize &size);
 
 } // namespace plotwerk
 

@@ -184,6 +184,10 @@ void DocumentWindow::addActions() {
         add_action_bool("logarithmic-x", [this] { toggleLogarithmic(xAxis, *logarithmicX); });
     logarithmicY =
         add_action_bool("logarithmic-y", [this] { toggleLogarithmic(yAxis, *logarithmicY); });
+    fillWindow = add_action_bool("fill-window", [this] {
+        picture().setFills(!picture().fills());
+        fillWindow->set_state(Glib::Variant<bool>::create(picture().fills()));
+    });
     add_action(Gio::PropertyAction::create("show-curves", curves.property_visible()));
     add_action(Gio::PropertyAction::create("show-journal", journalPane.property_visible()));
     add_action(Gio::PropertyAction::create("show-fit", fitPane.property_visible()));
@@ -241,6 +245,7 @@ void DocumentWindow::hear(const MessageLine &message) {
     journalPane.add(message);
     const auto kind = message.selects            ? Versions::Change::ofView
                       : !message.setting.empty() ? Versions::Change::ofSetting
+                      : message.keepsData        ? Versions::Change::ofLook
                                                  : Versions::Change::ofData;
     change = std::max(change, kind);
 }

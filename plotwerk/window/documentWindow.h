@@ -95,6 +95,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     Gtk::Label messageLabel;
     Glib::RefPtr<Gio::SimpleAction> logarithmicX;
     Glib::RefPtr<Gio::SimpleAction> logarithmicY;
+    Glib::RefPtr<Gio::SimpleAction> fillWindow;
     Glib::RefPtr<Gio::SimpleAction> line;
     Glib::RefPtr<Gio::SimpleAction> symbols;
     std::vector<Glib::RefPtr<Gio::SimpleAction>> forSelection; // need one

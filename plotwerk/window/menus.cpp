@@ -51,6 +51,7 @@ static constexpr Entry entries[] = {
     {"_Previous View", "win.view-back", "<Alt>Left"},
     {"_Next View", "win.view-forward", "<Alt>Right"},
     {"", section},
+    {"_Fill the Window", "win.fill-window", "<Control>f"},
     {"_Logarithmic x", "win.logarithmic-x"},
     {"L_ogarithmic y", "win.logarithmic-y"},
     {"", section},

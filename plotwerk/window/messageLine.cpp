@@ -20,11 +20,13 @@ namespace {
 //   a*   plain text that callPlw writes as RTF
 //   .    nothing, callPlw can't say it
 //   |    yes or no: that chooses between two commands
+enum class Effect { anything, keepsData, setsRange };
+
 struct Row {
     std::string_view member;
     std::string_view command;
     std::string_view arguments;
-    bool sets = false; // a range
+    Effect effect = Effect::anything;
 };
 
 } // namespace
@@ -33,45 +35,48 @@ static constexpr Row rows[] = {
     {"printDoc_", "print", "d"},
     {"saveDocument_to_binary_", "saveDocument -k yes", "d f b"},
     {"saveDocument_as_binary_", "saveDocument", "d f b"},
-    {"display_doRangeOverAll_", "display", "d r"},
+    {"display_doRangeOverAll_", "display", "d r", Effect::keepsData},
     {"setValueOfDoc_atIndex_indexSerie_toValue_", "setYi", "d i s a"},
-    {"selectCurvesOf_sourceName_table_column_appendSelection_", "selectCurve", "d s t c a"},
+    {"selectCurvesOf_sourceName_table_column_appendSelection_", "selectCurve", "d s t c a",
+     Effect::keepsData},
     {"selectCurvesOf_sourceIndexFirst_sourceIndexLast_tableFirst_tableLast_columnFirst_columnLast_"
      "appendSelection_",
-     "selectCurveByPosition", "d s e t u c f a"},
-    {"selectCurvesOf_indexFirst_indexLast_appendSelection_", "selectCurveByIndex", "d i j a"},
-    {"markSelectedCurvesOf_", "markSelectedCurves", "d"},
-    {"markSelectionAsFitDataOf_", "markSelectionAsFitData", "d"},
+     "selectCurveByPosition", "d s e t u c f a", Effect::keepsData},
+    {"selectCurvesOf_indexFirst_indexLast_appendSelection_", "selectCurveByIndex", "d i j a",
+     Effect::keepsData},
+    {"markSelectedCurvesOf_", "markSelectedCurves", "d", Effect::keepsData},
+    {"markSelectionAsFitDataOf_", "markSelectionAsFitData", "d", Effect::keepsData},
     {"searchMaximaOfSelectionOf_searchMaxima_searchMinima_minwidth_minheight_", "searchMaxima",
      "d g s w h"},
     {"createCurveAtSelectionOf_minx_maxx_incx_miny_incy_", "createCurveAtSelection", "d s e i y j"},
-    {"changeNameOfSelectionOf_to_", "changeNameOfSelection", "d t"},
+    {"changeNameOfSelectionOf_to_", "changeNameOfSelection", "d t", Effect::keepsData},
     {"modifyDataOf_Ydata_", "modifyX|modifyY", "d |"},
-    {"showCurveOf_", "show", "d"},
+    {"showCurveOf_", "show", "d", Effect::keepsData},
     {"diffOf_", "diff", "d"},
     {"deleteSelectedCurvesOf_", "delete", "d"},
     {"sortSelectedCurvesByXdata_", "sortByX", "d"},
     {"sortSelectedCurvesBySelection_ascending_", "sortBySelection", "d r"},
     {"swapSelectedCurvesWithXdata_", "swapWithX", "d"},
     {"setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_",
-     "setAttributes", "d l? s? y? e? a? f? t? r? m? S?"},
+     "setAttributes", "d l? s? y? e? a? f? t? r? m? S?", Effect::keepsData},
     {"setAttributes2OfSelectionOf_", "setAttributes2",
-     "d s p t y c m n . . w h i j k r g b o R G B ."},
+     "d s p t y c m n . . w h i j k r g b o R G B .", Effect::keepsData},
     {"setDocAttributes_xAxisLength_yAxisLength_tickLength_axisThickness_yAxisPos_xAxisPos_"
      "multiDimFit_noLineOnRev_",
-     "setDocAttributes", "d w h t a e y m? r?"},
+     "setDocAttributes", "d w h t a e y m? r?", Effect::keepsData},
     {"setAxisOf_axisCode_inc_ticks_prec_log_insideticks_outsideticks_majorgrid_minorgrid_"
      "expnumbers_labelAngle_noline_numbersinside_nonumbers_arrow_logticksAt_lognumberAt_reverse_"
      "labelDensity_",
-     "setAxis", "d a i t . l? u? w? m? n? e? r o? . k? . b c s? g"},
-    {"setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_", "placeText", "d t* r u a f g"},
-    {"setXRangeOf_xmin_xmax_", "setXRange", "d s e", true},
-    {"setYRangeOf_ymin_ymax_", "setYRange", "d s e", true},
-    {"setFitRangeOf_xmin_xmax_", "setFitRange", "d s e", true},
+     "setAxis", "d a i t . l? u? w? m? n? e? r o? . k? . b c s? g", Effect::keepsData},
+    {"setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_", "placeText", "d t* r u a f g",
+     Effect::keepsData},
+    {"setXRangeOf_xmin_xmax_", "setXRange", "d s e", Effect::setsRange},
+    {"setYRangeOf_ymin_ymax_", "setYRange", "d s e", Effect::setsRange},
+    {"setFitRangeOf_xmin_xmax_", "setFitRange", "d s e", Effect::setsRange},
     {"startFitOf_iterations_lambda_chiq_", "fit", "d"},
-    {"setFormulaOf_formulaText_", "setFormula", "d f"},
-    {"readFormulaParameterOf_parameterList_", "setFormulaParameters", "d p"},
-    {"setDeciSeparator_", "setDecimalSeparator", "s"},
+    {"setFormulaOf_formulaText_", "setFormula", "d f", Effect::keepsData},
+    {"readFormulaParameterOf_parameterList_", "setFormulaParameters", "d p", Effect::keepsData},
+    {"setDeciSeparator_", "setDecimalSeparator", "s", Effect::keepsData},
     {"replaceDataformText_of_source_doRangeOverAll_", "replaceData", "p d s r"},
     {"readDataformText_of_source_doRangeOverAll_appendToExistingData_", "readData", "p d s r a"},
     {"appendDataAndDrawInFastMode_of_source_", "readData -a yes", "p d s"},
@@ -87,14 +92,15 @@ static constexpr Row rows[] = {
 
 // Those without a command that change a document all the same; the first argument of each is it.
 static constexpr Row withoutCommand[] = {
-    {"selectCurvesOf_regexSourceName_table_regexColumn_appendSelection_", "", ""},
-    {"setXTitleOf_to_", "", ""},
-    {"setYTitleOf_to_", "", ""},
-    {"setRTFxTitleOf_to_", "", ""},
-    {"setRTFyTitleOf_to_", "", ""},
-    {"set2XRangeOf_xmin_xmax_", "", "", true},
-    {"set2YRangeOf_ymin_ymax_", "", "", true},
-    {"setLocalRangeOf_XorYAxis_", "", ""},
+    {"selectCurvesOf_regexSourceName_table_regexColumn_appendSelection_", "", "",
+     Effect::keepsData},
+    {"setXTitleOf_to_", "", "", Effect::keepsData},
+    {"setYTitleOf_to_", "", "", Effect::keepsData},
+    {"setRTFxTitleOf_to_", "", "", Effect::keepsData},
+    {"setRTFyTitleOf_to_", "", "", Effect::keepsData},
+    {"set2XRangeOf_xmin_xmax_", "", "", Effect::setsRange},
+    {"set2YRangeOf_ymin_ymax_", "", "", Effect::setsRange},
+    {"setLocalRangeOf_XorYAxis_", "", "", Effect::keepsData},
 };
 
 // A word of a shell's command line.
@@ -223,7 +229,8 @@ std::optional<MessageLine> messageLine(const RecordedMessage &message) {
         for (const Row &row : table) {
             if (row.member != message.member) continue;
             MessageLine line = lineOf(row);
-            if (row.sets && setsAll(message)) line.setting = message.member;
+            if (row.effect == Effect::setsRange && setsAll(message)) line.setting = message.member;
+            line.keepsData = row.effect != Effect::anything;
             line.selects = message.member.starts_with("selectCurvesOf_");
             return line;
         }

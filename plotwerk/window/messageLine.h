@@ -17,7 +17,8 @@ struct MessageLine {
     // one superfluous, if only lines with such settings stand between; empty for other messages.
     std::string setting;
 
-    bool selects = false; // curves, and nothing else
+    bool selects = false;   // curves, and nothing else
+    bool keepsData = false; // all values of all columns stay
 };
 
 // Without the document's name: the line is for the document in front. A message for which there is

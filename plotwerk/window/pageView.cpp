@@ -17,4 +17,13 @@ PageView fittedView(const Picture &picture, int width, int height) {
     return view;
 }
 
+FrameSize fillingSize(const Picture &picture, int width, int height) {
+    const PageView view = fittedView(picture, width, height);
+    const auto longer = [&](double length, double page, int pixels) {
+        return length + std::max(0.0, (pixels - 2 * margin) / view.scale - page);
+    };
+    return {longer(view.frame.width, view.page.width(), width),
+            longer(view.frame.height, view.page.height(), height)};
+}
+
 } // namespace plotwerk

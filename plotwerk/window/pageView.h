@@ -27,6 +27,10 @@ struct PageView {
 // The page as large as fits into a widget of that size, in its middle.
 PageView fittedView(const Picture &picture, int width, int height);
 
+// The size of a frame with which the page leaves no room beside it there, with type of the same
+// size on the screen.
+FrameSize fillingSize(const Picture &picture, int width, int height);
+
 } // namespace plotwerk
 
 #endif

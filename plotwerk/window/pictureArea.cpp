@@ -32,7 +32,8 @@ void PictureArea::watchFrames() {
         auto &of = *static_cast<PictureArea *>(area);
         if (!std::exchange(of.drewInFrame, false)) return;
         const auto now = Clock::now();
-        of.restUntil = now + 3 * (now - of.frameBegin);
+        of.lastFrame = now - of.frameBegin;
+        of.restUntil = now + 4 * of.lastFrame;
     };
     frameClock = get_frame_clock();
     g_signal_connect(frameClock->gobj(), "before-paint", G_CALLBACK(begin), this);
@@ -50,38 +51,68 @@ bool PictureArea::imageIsCurrent(int width, int height) const {
 }
 
 void PictureArea::refresh() {
-    if (dueSince || imageIsCurrent(get_width(), get_height())) return;
-    dueSince = Clock::now();
-    const auto rest = std::chrono::ceil<std::chrono::milliseconds>(restUntil - *dueSince);
-    if (rest <= 0ms) return queue_draw();
+    if (imageIsCurrent(get_width(), get_height())) return;
+    lastRefresh = Clock::now();
+    if (dueSince) return;
+    dueSince = lastRefresh;
+    drawAfterPause();
+}
+
+// Whoever sends one message after the other, each when the last is answered, would wait for a
+// picture that the next one makes old.
+void PictureArea::drawAfterPause() {
+    constexpr auto pause = 4ms;
+    const auto longest = std::max<Clock::duration>(100ms, 4 * lastFrame);
+    const auto time = std::max(std::min(lastRefresh + pause, *dueSince + longest), restUntil);
+    const auto rest = std::chrono::ceil<std::chrono::milliseconds>(time - Clock::now());
+    if (rest <= 0ms) return askForFrame();
     delayed = Glib::signal_timeout().connect(
         [this] {
-            queue_draw();
+            drawAfterPause();
             return false;
         },
         static_cast<unsigned int>(rest.count()));
+}
+
+void PictureArea::askForFrame() {
+    askedForFrame = Clock::now();
+    queue_draw();
 }
 
 void PictureArea::refreshNow() {
     if (imageIsCurrent(get_width(), get_height())) return;
     if (!dueSince) dueSince = Clock::now();
     delayed.disconnect();
-    queue_draw();
+    askForFrame();
 }
 
 bool PictureArea::isBehind(std::chrono::duration<double> time) const {
-    return dueSince && Clock::now() > std::max(*dueSince, restUntil) + time;
+    return get_mapped() && askedForFrame && Clock::now() > *askedForFrame + time;
+}
+
+void PictureArea::setFills(bool fills) {
+    filling = fills;
+    viewRevision.reset();
+    image.reset();
+    queue_draw();
+}
+
+FrameSize PictureArea::frameSize(int width, int height) const {
+    return filling ? fillingSize(Picture(document), width, height) : frameSizeOf(document);
+}
+
+void PictureArea::setView(const Picture &picture, int width, int height) {
+    pageView = fittedView(picture, width, height);
+    viewRevision = document.revision;
+    viewWidth = width;
+    viewHeight = height;
 }
 
 const PageView &PictureArea::view() {
     const int width = get_width();
     const int height = get_height();
-    if (viewRevision != document.revision || viewWidth != width || viewHeight != height) {
-        pageView = fittedView(Picture(document), width, height);
-        viewRevision = document.revision;
-        viewWidth = width;
-        viewHeight = height;
-    }
+    if (viewRevision != document.revision || viewWidth != width || viewHeight != height)
+        setView(Picture(document, frameSize(width, height)), width, height);
     return pageView;
 }
 
@@ -97,15 +128,13 @@ void PictureArea::drawImage(int width, int height) {
     const Context cr(cairo_create(image->cobj()));
     cairo_set_source_rgb(cr.get(), 1, 1, 1);
     cairo_paint(cr.get());
-    const Picture picture(document);
-    pageView = fittedView(picture, width, height);
-    viewRevision = document.revision;
-    viewWidth = width;
-    viewHeight = height;
+    const Picture picture(document, frameSize(width, height));
+    setView(picture, width, height);
     cairo_translate(cr.get(), pageView.corner.x, pageView.corner.y);
     cairo_scale(cr.get(), pageView.scale, pageView.scale);
     cairo_set_source_rgb(cr.get(), 0, 0, 0);
-    picture.drawOn(cr.get());
+    constexpr double finest = 0.5; // of a dot
+    picture.drawOn(cr.get(), finest / (pageView.scale * dots));
     requireDrawn(cairo_status(cr.get()));
 }
 
@@ -119,6 +148,7 @@ void PictureArea::draw(const Cairo::RefPtr<Cairo::Context> &cr, int width, int h
         drewInFrame = true;
     }
     dueSince.reset();
+    askedForFrame.reset();
     delayed.disconnect();
     cr->set_source(image, 0, 0);
     cr->paint();

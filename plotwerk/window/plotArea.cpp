@@ -212,8 +212,7 @@ void PlotArea::readOut() {
     if (pointer) {
         const PageView &view = pictureArea.view();
         const Point place = view.onPaper(*pointer);
-        const ValuePair values = view.frame.valuesAt(place);
-        const auto nearest = nearestPoint(document, values.x, values.y);
+        const auto nearest = nearestPoint(document, view.frame, place);
         text = readOutAt(document, view, place, nearest);
         const auto curve = nearest ? curveAt(document, nearest->curve) : std::nullopt;
         if (curve) {
@@ -290,8 +289,7 @@ void PlotArea::endDrag(double x, double y) {
 
 void PlotArea::click(const Point &place, Gdk::ModifierType keys) {
     const PageView &view = pictureArea.view();
-    const ValuePair values = view.frame.valuesAt(view.onPaper(place));
-    const auto nearest = nearestPoint(document, values.x, values.y);
+    const auto nearest = nearestPoint(document, view.frame, view.onPaper(place));
     if (nearest && nearest->distance * view.scale <= clickDistance)
         wishes.selectCurve(nearest->curve, (codeOf(keys) & 2) != 0);
     else

@@ -46,18 +46,23 @@ static Document skeletonOf(Document &document) {
 
 Versions::Versions(Document &document)
     : revision(document.revision), savedRevision(document.savedRevision) {
-    versions.push_back(keptFrom(document));
+    versions.push_back(keptFrom(document, Change::ofData));
 }
 
-Versions::Kept Versions::keptFrom(Document &document) const {
+// A million values are compared in milliseconds: only where they may differ.
+Versions::Kept Versions::keptFrom(Document &document, Change change) const {
     Kept kept;
     kept.version.document = skeletonOf(document);
     kept.version.isSaved = !hasUnsavedChanges(document);
     const std::vector<Values> none;
     const std::vector<Values> &before = versions.empty() ? none : versions[present].values;
+    const auto stays = [&](std::size_t place, const std::vector<double> &values) {
+        if (place >= before.size() || before[place]->size() != values.size()) return false;
+        return change != Change::ofData || isSame(*before[place], values);
+    };
     forColumns(document, [&](const Column &column) {
         const std::size_t place = kept.values.size();
-        if (place < before.size() && isSame(*before[place], column.values)) {
+        if (stays(place, column.values)) {
             kept.values.push_back(before[place]);
             return;
         }
@@ -85,7 +90,7 @@ void Versions::keep(Document &document, Change change, std::size_t lines) {
         return;
     }
     revision = document.revision;
-    Kept kept = keptFrom(document);
+    Kept kept = keptFrom(document, change);
     kept.version.lines = lines;
     kept.change = change;
     Kept &last = versions[present];

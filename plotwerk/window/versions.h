@@ -19,8 +19,9 @@ class Versions {
     explicit Versions(Document &document);
 
     // What has changed the document since: what belongs to the version that is there, such as the
-    // selection; a setting, which together with those just before it is one step; or anything else.
-    enum class Change { none, ofView, ofSetting, ofData };
+    // selection; a setting, which together with those just before it is one step; anything else but
+    // the values of columns; or those, too.
+    enum class Change { none, ofView, ofSetting, ofLook, ofData };
 
     // The document is a new version now, with so many lines in its journal. What could be redone is
     // forgotten. Nothing happens when its revision is that of the version.
@@ -50,7 +51,7 @@ class Versions {
         Change change = Change::ofData;
     };
 
-    Kept keptFrom(Document &document) const;
+    Kept keptFrom(Document &document, Change change) const;
     Version restored(const Kept &kept) const;
     void noteSave(const Document &document);
 

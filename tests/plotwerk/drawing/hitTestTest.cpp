@@ -1,5 +1,6 @@
 #include "plotwerk/drawing/hitTest.h"
 
+#include "plotwerk/drawing/curvePoints.h"
 #include "plotwerk/drawing/scaledFrame.h"
 #include "tests/plotwerk/drawing/samples.h"
 #include "tests/plotwerk/model/documents.h"
@@ -223,4 +224,55 @@ TEST(NearestPoint, IsMeasuredOnPaper) {
         {"where no line runs back", back, 6, 5.5, {1, 3}},
     };
     for (const auto &c : cases) EXPECT_EQ(hitOf(c.document, c.x, c.y), c.want) << c.what;
+}
+
+// Against all points, and all lines between them cut into small parts.
+TEST(NearestPoint, OfALongCurveIsThatOfAllItsRows) {
+    constexpr int rows = 3000;
+    std::mt19937 random(1);
+    std::uniform_real_distribution<double> uniform(0, 1);
+    for (int i = 0; i < 42; ++i) {
+        std::vector<double> x;
+        std::vector<double> y;
+        for (int row = 0; row < rows; ++row) {
+            x.push_back(i % 2 == 0 ? row + 1 : 1 + rows * uniform(random));
+            y.push_back(std::floor(1000 * uniform(random)) - (i % 3 == 0 ? 30 : 0));
+            if (uniform(random) < 0.01) y.back() = unset;
+        }
+        Document document = documentWith(x, y);
+        document.axes[xAxis].logarithmic = i % 5 == 0;
+        document.axes[yAxis].logarithmic = i % 3 == 0;
+        document.axes[yAxis].reversed = i % 4 == 0;
+        document.frame.noLineOnReverse = i % 7 == 0;
+        onlyCurve(document).look.line = i % 3 != 1;
+        onlyCurve(document).look.stepped = i % 4 == 2;
+        const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+        const ScaledFrame frame = scaledFrameOf(document, curves);
+        const Point place{(3 * uniform(random) - 1) * frame.width,
+                          (3 * uniform(random) - 1) * frame.height};
+
+        const Path points = pointsOnPaper(curves[0], frame);
+        const auto distance = [&](const Point &p) {
+            return std::hypot(p.x - place.x, p.y - place.y);
+        };
+        int want = -1;
+        for (int row = 0; row < rows; ++row)
+            if (!isBreak(points[row]) &&
+                (want < 0 || distance(points[row]) < distance(points[want])))
+                want = row;
+        double fromDrawn = distance(points[want]);
+        Path line;
+        if (onlyCurve(document).look.line) line = linePath(points, curves[0], frame);
+        if (document.frame.noLineOnReverse) line = brokenOnReverse(line, false);
+        for (std::size_t k = 1; k < line.size(); ++k)
+            for (double part = 0; part <= 1; part += 5e-3)
+                fromDrawn = std::fmin(
+                    fromDrawn, distance({line[k - 1].x + part * (line[k].x - line[k - 1].x),
+                                         line[k - 1].y + part * (line[k].y - line[k - 1].y)}));
+        const auto nearest = nearestPoint(document, frame, place);
+        ASSERT_TRUE(nearest) << i;
+        EXPECT_EQ(nearest->index, want) << i;
+        EXPECT_NEAR(nearest->distance, fromDrawn, 2) << i;
+        EXPECT_LE(nearest->distance, fromDrawn + 1e-9) << i;
+    }
 }

@@ -87,3 +87,18 @@ TEST(Versions, KnowWhichOfThemIsSaved) {
     EXPECT_TRUE(edited.versions.undo().isSaved);
     EXPECT_FALSE(edited.versions.undo().isSaved) << "another is in the file by now";
 }
+
+TEST(Versions, TellLooksFromData) {
+    Edited edited;
+    const std::string before = bytesOf(edited.document);
+    change(edited.document, [](Document &changed) { changed.title = "another"; });
+    edited.keep(Versions::Change::ofLook);
+    const std::string titled = bytesOf(edited.document);
+    edited.setFirstValue(7);
+    edited.keep(Versions::Change::ofData);
+    change(edited.document, [](Document &changed) { changed.sources.pop_back(); });
+    edited.keep(Versions::Change::ofLook);
+    edited.versions.undo();
+    EXPECT_EQ(bytesOf(edited.versions.undo().document), titled);
+    EXPECT_EQ(bytesOf(edited.versions.undo().document), before);
+}

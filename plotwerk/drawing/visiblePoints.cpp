@@ -1,0 +1,53 @@
+#include "plotwerk/drawing/visiblePoints.h"
+
+#include "plotwerk/drawing/curvePoints.h"
+#include "plotwerk/model/curves.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace plotwerk {
+
+namespace {
+
+struct Rows {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+} // namespace
+
+// Those within the frame, and one more on either side, to which the line leads.
+static Rows rowsWithin(const Table &table, const Scale &scale) {
+    const std::vector<double> &x = table.x.values;
+    const XOrder &order = orderOfX(table);
+    if (!order.ascending || order.gaps) return {0, x.size()};
+    const auto first = std::lower_bound(x.begin(), x.end(), scale.min);
+    const auto last = std::upper_bound(first, x.end(), scale.max);
+    const auto begin = static_cast<std::size_t>(first - x.begin());
+    const auto end = static_cast<std::size_t>(last - x.begin());
+    return {begin - std::min<std::size_t>(begin, 1), std::min(end + 1, x.size())};
+}
+
+Path visiblePoints(const DrawnCurve &curve, const ScaledFrame &frame, bool breaksOnReverse,
+                   double resolution) {
+    const Table &table = *curve.table;
+    const bool hasBreaks = breaksOnReverse && !orderOfX(table).ascending;
+    if (curve.column->look.sum > 1 || hasPointsBetween(curve, frame) || hasBreaks)
+        return pointsOnPaper(curve, frame);
+
+    const std::vector<double> &x = table.x.values;
+    const std::vector<double> &y = curve.column->values;
+    const Scale horizontal = frame.scales[curve.horizontalAxis()];
+    const Scale vertical = frame.scales[curve.verticalAxis()];
+    const Rows rows = rowsWithin(table, horizontal);
+    ColumnExtremes visible(resolution);
+    for (std::size_t i = rows.begin; i < rows.end; ++i) {
+        const bool valid = std::isfinite(x[i]) && std::isfinite(y[i]);
+        visible.add(valid ? Point{horizontal.position(x[i]), frame.height - vertical.position(y[i])}
+                          : pathBreak);
+    }
+    return visible.take();
+}
+
+} // namespace plotwerk

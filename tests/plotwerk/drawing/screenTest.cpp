@@ -1,0 +1,110 @@
+#include "plotwerk/drawing/picture.h"
+#include "plotwerk/drawing/visiblePoints.h"
+#include "tests/plotwerk/drawing/samples.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <random>
+
+using namespace plotwerk;
+
+namespace {
+
+constexpr double dotsPerPoint = 2.4; // of a window
+
+// The darkness of each dot, 0 to 255, of the picture in a window.
+std::vector<int> dotsOf(const Document &document, double resolution) {
+    const Picture picture(document);
+    const int width = static_cast<int>(picture.page().width() * dotsPerPoint);
+    const int height = static_cast<int>(picture.page().height() * dotsPerPoint);
+    const Surface image(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
+    const Context cr(cairo_create(image.get()));
+    cairo_set_source_rgb(cr.get(), 1, 1, 1);
+    cairo_paint(cr.get());
+    cairo_scale(cr.get(), dotsPerPoint, dotsPerPoint);
+    picture.drawOn(cr.get(), resolution);
+    cairo_surface_flush(image.get());
+    std::vector<int> dots;
+    for (int y = 0; y < height; ++y) {
+        const unsigned char *row = cairo_image_surface_get_data(image.get()) +
+                                   std::ptrdiff_t{y} * cairo_image_surface_get_stride(image.get());
+        for (int x = 0; x < width; ++x) dots.push_back(255 - row[4 * x]);
+    }
+    return dots;
+}
+
+Document longCurve(double noise, bool shuffled = false) {
+    constexpr int count = 30'000;
+    std::mt19937 random(1);
+    std::normal_distribution<double> normal;
+    std::vector<double> x(count);
+    std::vector<double> y(count);
+    for (int i = 0; i < count; ++i) x[i] = 1 + 10.0 * i / count;
+    if (shuffled) std::shuffle(x.begin(), x.end(), random);
+    for (int i = 0; i < count; ++i) y[i] = std::sin(x[i]) + noise * normal(random);
+    for (int i = 7000; i < 9000; ++i) y[i] = unset;
+    return documentWith(x, y);
+}
+
+} // namespace
+
+// Of the ink, as the eye adds it up: few dots differ by more than half of black.
+TEST(PictureOnAScreen, CoversTheDotsThatTheWholeCurveCovers) {
+    const struct {
+        const char *what;
+        double noise;
+        void (*change)(Document &);
+    } cases[] = {
+        {"smooth", 0, [](Document &) {}},
+        {"noisy", 0.2, [](Document &) {}},
+        {"a little noise", 0.01, [](Document &) {}},
+        {"zoomed in", 0.2,
+         [](Document &d) {
+             d.axes[xAxis].range = {4, 4.2};
+         }},
+        {"beyond", 0.2,
+         [](Document &d) {
+             d.axes[xAxis].range = {20, 30};
+         }},
+        {"logarithmic, reversed", 0.2,
+         [](Document &d) { d.axes[xAxis].logarithmic = d.axes[xAxis].reversed = true; }},
+        {"steps", 0.2, [](Document &d) { onlyCurve(d).look.stepped = true; }},
+        {"clear", 0.2,
+         [](Document &d) {
+             onlyCurve(d).look.lineColour = {0, 0, 0, 0.6};
+         }},
+        {"area", 0.2, [](Document &d) { onlyCurve(d).look.filled = true; }},
+        {"drop lines", 0.2, [](Document &d) { onlyCurve(d).look.marker = true; }},
+    };
+    for (const auto &c : cases) {
+        Document document = longCurve(c.noise);
+        c.change(document);
+        const std::vector<int> whole = dotsOf(document, 0);
+        const std::vector<int> thinned = dotsOf(document, 0.5 / dotsPerPoint);
+        double ink = 0;
+        double difference = 0;
+        double far = 0;
+        for (std::size_t i = 0; i < whole.size(); ++i) {
+            ink += whole[i];
+            difference += thinned[i] - whole[i];
+            far += std::abs(thinned[i] - whole[i]) > 128;
+        }
+        EXPECT_LT(std::abs(difference), 0.03 * ink) << c.what;
+        EXPECT_LT(255 * far, 0.01 * ink) << c.what;
+    }
+}
+
+TEST(VisiblePoints, AreFewAndThoseOfTheFrame) {
+    Document document = longCurve(0.2);
+    const auto count = [&](double resolution) {
+        const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+        return visiblePoints(curves[0], scaledFrameOf(document, curves), true, resolution).size();
+    };
+    EXPECT_LE(count(1), 4 * 12 * pointsPerCm + 10);
+    document.axes[xAxis].range = {4, 4.01};
+    EXPECT_EQ(count(1e-9), 32);
+    onlyCurve(document).look.sum = 2;
+    EXPECT_GT(count(1), 10'000) << "of means all";
+    document = longCurve(0, true);
+    EXPECT_EQ(count(1), 30'000) << "all where the line is broken";
+}
