@@ -1,7 +1,9 @@
 #include "plotwerk/window/curveList.h"
 
 #include "plotwerk/model/curves.h"
+#include "plotwerk/window/menus.h"
 
+#include <initializer_list>
 #include <numbers>
 #include <string>
 #include <utility>
@@ -81,30 +83,15 @@ static std::vector<Row> rowsOf(const Document &document) {
     return rows;
 }
 
-CurveList::CurveList(const Document &shown, std::function<void(const std::vector<int> &)> heard)
+CurveList::CurveList(const Document &shown, CurveWishes heard)
     : document(shown),
-      select(std::move(heard)),
+      wishes(std::move(heard)),
       items(Gio::ListStore<Item>::create()),
       selection(Gtk::MultiSelection::create(items)),
-      view(selection) {
+      view(selection),
+      menu(curvesMenu()) {
     const auto factory = Gtk::SignalListItemFactory::create();
-    factory->signal_setup().connect([](const Glib::RefPtr<Gtk::ListItem> &listItem) {
-        auto *box = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
-        auto *swatch = Gtk::make_managed<Gtk::DrawingArea>();
-        swatch->set_size_request(20, 14);
-        swatch->set_valign(Gtk::Align::CENTER);
-        auto *name = Gtk::make_managed<Gtk::Label>();
-        name->set_ellipsize(Pango::EllipsizeMode::MIDDLE);
-        name->set_hexpand();
-        name->set_xalign(0);
-        auto *tags = Gtk::make_managed<Gtk::Label>();
-        tags->add_css_class("dim-label");
-        tags->add_css_class("caption");
-        box->append(*swatch);
-        box->append(*name);
-        box->append(*tags);
-        listItem->set_child(*box);
-    });
+    factory->signal_setup().connect(sigc::mem_fun(*this, &CurveList::setUp));
     factory->signal_bind().connect(sigc::mem_fun(*this, &CurveList::bind));
     view.set_factory(factory);
     view.add_css_class("navigation-sidebar");
@@ -112,9 +99,81 @@ CurveList::CurveList(const Document &shown, std::function<void(const std::vector
     gtk_accessible_update_property(GTK_ACCESSIBLE(view.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    "Curves", -1);
     set_child(view);
+    addMenu();
     signal_map().connect([this] { update(); });
     set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     update();
+}
+
+CurveList::~CurveList() {
+    menu.unparent();
+}
+
+// At the pointer by the mouse's other button; by keys, at the row that has the focus.
+void CurveList::addMenu() {
+    menu.set_parent(view);
+    menu.set_has_arrow(false);
+    menu.set_halign(Gtk::Align::START);
+    const auto keys = Gtk::EventControllerKey::create();
+    keys->signal_key_pressed().connect(
+        [this](guint key, guint, Gdk::ModifierType held) {
+            const bool isShifted = (held & Gdk::ModifierType::SHIFT_MASK) != Gdk::ModifierType{};
+            if (key != GDK_KEY_Menu && !(key == GDK_KEY_F10 && isShifted)) return false;
+            double x = 0, y = 0;
+            if (Gtk::Widget *focus = get_root()->get_focus())
+                focus->translate_coordinates(view, 0, focus->get_height(), x, y);
+            showMenu(x, y);
+            return true;
+        },
+        false);
+    view.add_controller(keys);
+}
+
+void CurveList::showMenu(double x, double y) {
+    menu.set_pointing_to({static_cast<int>(x), static_cast<int>(y), 1, 1});
+    menu.popup();
+}
+
+// A row: colour, name, what is true of the curve, and whether it is shown.
+void CurveList::setUp(const Glib::RefPtr<Gtk::ListItem> &listItem) {
+    auto *box = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
+    auto *swatch = Gtk::make_managed<Gtk::DrawingArea>();
+    swatch->set_size_request(20, 14);
+    swatch->set_valign(Gtk::Align::CENTER);
+    auto *name = Gtk::make_managed<Gtk::Label>();
+    name->set_ellipsize(Pango::EllipsizeMode::MIDDLE);
+    name->set_hexpand();
+    name->set_xalign(0);
+    auto *tags = Gtk::make_managed<Gtk::Label>();
+    tags->add_css_class("dim-label");
+    tags->add_css_class("caption");
+    auto *check = Gtk::make_managed<Gtk::CheckButton>();
+    check->set_tooltip_text("Shown in the plot");
+    gtk_accessible_update_property(GTK_ACCESSIBLE(check->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   "Shown", -1);
+    for (Gtk::Widget *part : std::initializer_list<Gtk::Widget *>{swatch, name, tags, check})
+        box->append(*part);
+    listItem->set_child(*box);
+
+    Gtk::ListItem *item = listItem.get(); // which outlives its child
+    check->signal_toggled().connect([this, item, check] {
+        if (binding) return;
+        selectFor(*item);
+        wishes.showSelection(check->get_active());
+    });
+    const auto click = Gtk::GestureClick::create();
+    click->set_button(GDK_BUTTON_SECONDARY);
+    click->signal_pressed().connect([this, item, box](int, double x, double y) {
+        selectFor(*item);
+        box->translate_coordinates(view, x, y, x, y);
+        showMenu(x, y);
+    });
+    box->add_controller(click);
+}
+
+// What is done to a row is done to the selection: to that row alone, unless it is selected.
+void CurveList::selectFor(const Gtk::ListItem &listItem) {
+    if (!listItem.get_selected()) selection->select_item(listItem.get_position(), true);
 }
 
 static Glib::ustring tagsOf(const Row &row) {
@@ -134,6 +193,7 @@ void CurveList::bind(const Glib::RefPtr<Gtk::ListItem> &listItem) {
     auto *swatch = dynamic_cast<Gtk::DrawingArea *>(box->get_first_child());
     auto *name = dynamic_cast<Gtk::Label *>(swatch->get_next_sibling());
     auto *tags = dynamic_cast<Gtk::Label *>(name->get_next_sibling());
+    auto *check = dynamic_cast<Gtk::CheckButton *>(tags->get_next_sibling());
 
     swatch->set_visible(row.kind == Row::curve);
     swatch->set_draw_func([row](const Cairo::RefPtr<Cairo::Context> &cr, int width, int height) {
@@ -154,6 +214,10 @@ void CurveList::bind(const Glib::RefPtr<Gtk::ListItem> &listItem) {
     box->set_margin_start(row.kind == Row::source ? 0 : row.kind == Row::table ? 6 : 12);
     box->set_opacity(row.hidden ? 0.6 : 1);
     tags->set_text(tagsOf(row));
+    binding = true;
+    check->set_visible(row.kind == Row::curve);
+    check->set_active(!row.hidden);
+    binding = false;
 }
 
 void CurveList::refresh() {
@@ -201,7 +265,7 @@ void CurveList::tellSelection() {
         for (int curve = row.first; curve <= row.last; ++curve)
             if (curves.empty() || curve > curves.back()) curves.push_back(curve);
     }
-    select(curves);
+    wishes.select(curves);
 }
 
 } // namespace plotwerk

@@ -1,5 +1,5 @@
 // curveList.h - the sources, tables and curves of a document as a list, in which curves are
-// selected.
+// selected, shown and hidden.
 #ifndef PLOTWERK_WINDOW_CURVELIST_H
 #define PLOTWERK_WINDOW_CURVELIST_H
 
@@ -12,11 +12,17 @@
 
 namespace plotwerk {
 
+// What the user wants. Curves are told by their indexes, in ascending order.
+struct CurveWishes {
+    std::function<void(const std::vector<int> &curves)> select;
+    std::function<void(bool shown)> showSelection;
+};
+
 class CurveList final : public Gtk::ScrolledWindow {
   public:
-    // `select` hears which curves the user wants to be selected, by their indexes. The document
-    // must outlive the list.
-    CurveList(const Document &document, std::function<void(const std::vector<int> &)> select);
+    // The document must outlive the list.
+    CurveList(const Document &document, CurveWishes wishes);
+    ~CurveList() override;
 
     // To be called when the document may have changed. The list follows with the next frame.
     void refresh();
@@ -25,17 +31,23 @@ class CurveList final : public Gtk::ScrolledWindow {
     class Item;
 
     void update();
+    void setUp(const Glib::RefPtr<Gtk::ListItem> &listItem);
     void bind(const Glib::RefPtr<Gtk::ListItem> &listItem);
+    void selectFor(const Gtk::ListItem &listItem);
+    void addMenu();
+    void showMenu(double x, double y);
     void tellSelection();
 
     const Document &document;
-    const std::function<void(const std::vector<int> &)> select;
+    const CurveWishes wishes;
     Glib::RefPtr<Gio::ListStore<Item>> items;
     Glib::RefPtr<Gtk::MultiSelection> selection;
     Gtk::ListView view;
+    Gtk::PopoverMenu menu;
     std::optional<std::uint64_t> revision; // that the list shows
     bool updateIsDue = false;
     bool updating = false;
+    bool binding = false;
 };
 
 } // namespace plotwerk

@@ -1,7 +1,9 @@
 #include "plotwerk/window/documentWindow.h"
 
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/data/commas.h"
 #include "plotwerk/data/encoding.h"
+#include "plotwerk/data/lines.h"
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/files/documentFile.h"
 #include "plotwerk/model/change.h"
@@ -24,7 +26,10 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
       application(*app),
       document(shown),
       versions(shown),
-      curves(shown, [this](const std::vector<int> &chosen) { selectCurves(chosen); }),
+      curves(shown,
+             {.select = [this](const std::vector<int> &chosen) { selectCurves(chosen); },
+              .showSelection =
+                  [this](bool isShown) { send(isShown ? "showCurveOf_" : "hideCurveOf_"); }}),
       plot(shown, {.select =
                        [this](const MouseSelection &selection) {
                            application.mouseSelection(document) = selection;
@@ -147,7 +152,7 @@ void DocumentWindow::addActions() {
     add_action("save", [this] { save({}); });
     add_action("save-as", [this] { saveAs({}); });
     add_action("export", [this] { exportPicture(); });
-    add_action("print", [this] { printByDialog(*this, document, [](const std::string &) {}); });
+    add_action("print", [this] { printByDialog(*this, document, [this](const std::string &reason) { tell(reason); }); });
     add_action("close", [this] { closeAfterAsking(); });
 
     undo = add_action("undo", [this] {
@@ -196,6 +201,7 @@ void DocumentWindow::addActions() {
     line = add_action_bool("toggle-line", [this] { setLooks("line", 0); });
     symbols = add_action_bool("toggle-symbols", [this] { setLooks("symbols", 9); });
     onSelection("show", "showCurveOf_");
+    onSelection("hide", "hideCurveOf_");
     onSelection("mark", "markSelectedCurvesOf_");
     onSelection("fit-data", "markSelectionAsFitDataOf_");
     cancelFit = add_action("cancel-fit", [this] { application.cancelFitOf(document); });
@@ -494,11 +500,17 @@ void DocumentWindow::paste() {
     });
 }
 
+// Its numbers may say what the decimal separator is, as when it is opened.
 void DocumentWindow::takeFile(const std::string &path) {
     try {
         std::string bytes = readWholeFile(path);
         if (beginsAsDocument(bytes)) return application.openFile(path);
-        readText(textOfFile(std::move(bytes)), std::filesystem::path(path).filename().string());
+        std::string text = textOfFile(std::move(bytes));
+        unifyLineEnds(text);
+        const CommaUse use = commaUseOfFile(text, application.decimalSeparator());
+        application.withDecimalSeparator(use.commas == Commas::decimal ? ',' : '.', [&] {
+            readText(text, std::filesystem::path(path).filename().string());
+        });
     } catch (const Refusal &refusal) {
         tell(refusal.what());
     }

@@ -58,8 +58,22 @@ void JournalPane::erase(std::size_t from, std::size_t count) {
     lines.erase(first, first + static_cast<std::ptrdiff_t>(count));
 }
 
+// A script begins with a decimal point.
+char JournalPane::decimalSeparator() const {
+    const auto last = std::find_if(lines.rbegin(), lines.rend(),
+                                   [](const MessageLine &line) { return line.decimalSeparator; });
+    return last == lines.rend() ? '.' : *last->decimalSeparator;
+}
+
 void JournalPane::add(const MessageLine &line) {
     takenBack.clear();
+    if (line.decimalSeparator && *line.decimalSeparator != decimalSeparator()) {
+        MessageLine both = line;
+        both.text = *line.decimalSeparator == ',' ? "callPlw -x setDecimalSeparator -s 1\n"
+                                                  : "callPlw -x setDecimalSeparator -s 0\n";
+        both.text += line.text;
+        return insert(both);
+    }
     if (!line.setting.empty()) {
         for (std::size_t i = lines.size(); i-- > 0 && !lines[i].setting.empty();) {
             if (lines[i].setting != line.setting) continue;

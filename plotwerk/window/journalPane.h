@@ -27,6 +27,7 @@ class JournalPane final : public Gtk::ScrolledWindow {
     std::string script() const;
 
   private:
+    char decimalSeparator() const;
     void insert(const MessageLine &line);
     void erase(std::size_t from, std::size_t count);
     void eraseText(std::size_t from, std::size_t count);

@@ -1,5 +1,7 @@
 #include "plotwerk/window/menus.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string_view>
 
 namespace plotwerk {
@@ -17,6 +19,8 @@ struct Entry {
 
 static constexpr const char *menu = "menu"; // instead of an action: the entries below are in it
 static constexpr const char *section = "section"; // a line between entries
+
+static constexpr const char *curves = "_Curves";
 
 static constexpr Entry entries[] = {
     {"_File", menu},
@@ -58,13 +62,14 @@ static constexpr Entry entries[] = {
     {"_Curves", "win.show-curves", "F9"},
     {"_Fit", "win.show-fit", "F7"},
     {"_Journal", "win.show-journal", "F8"},
-    {"Save Journal as Script…", "win.save-script"},
+    {"_Save Journal as Script…", "win.save-script"},
 
-    {"_Curves", menu},
-    {"_Line", "win.toggle-line"},
-    {"_Symbols", "win.toggle-symbols"},
+    {curves, menu},
+    {"_Line", "win.toggle-line", "<Control>l"},
+    {"_Symbols", "win.toggle-symbols", "<Control>b"},
     {"", section},
-    {"Bring to _Front", "win.show"},
+    {"S_how in Front", "win.show", "<Control>j"},
+    {"H_ide", "win.hide", "<Control>h"},
     {"_Mark", "win.mark"},
     {"Use as _Fit Data", "win.fit-data"},
     {"Ca_ncel Fit", "win.cancel-fit", "Escape"},
@@ -78,28 +83,36 @@ static constexpr Entry entries[] = {
     {"_About Plotwerk", "app.about"},
 };
 
-void addMenus(Gtk::Application &application) {
-    const auto bar = Gio::Menu::create();
-    Glib::RefPtr<Gio::Menu> opened;
+// The menu whose entry that is, of the ones that follow it.
+static Glib::RefPtr<Gio::Menu> menuOf(const Entry *entry) {
+    const auto opened = Gio::Menu::create();
     Glib::RefPtr<Gio::Menu> part;
-    for (const Entry &entry : entries) {
-        if (entry.action == menu) {
-            opened = Gio::Menu::create();
-            bar->append_submenu(entry.label, opened);
-        }
-        if (entry.action == menu || entry.action == section) {
-            part = Gio::Menu::create();
-            opened->append_section(part);
-            continue;
-        }
-        const auto item = Gio::MenuItem::create(entry.label, entry.action);
-        if (entry.yields)
-            item->set_attribute_value("accel", Glib::Variant<Glib::ustring>::create(entry.key));
-        else if (*entry.key)
-            application.set_accel_for_action(entry.action, entry.key);
+    for (++entry; entry != std::end(entries) && entry->action != menu; ++entry) {
+        if (!part || entry->action == section) opened->append_section(part = Gio::Menu::create());
+        if (entry->action == section) continue;
+        const auto item = Gio::MenuItem::create(entry->label, entry->action);
+        if (entry->yields)
+            item->set_attribute_value("accel", Glib::Variant<Glib::ustring>::create(entry->key));
         part->append_item(item);
     }
+    return opened;
+}
+
+void addMenus(Gtk::Application &application) {
+    const auto bar = Gio::Menu::create();
+    for (const Entry &entry : entries) {
+        if (entry.action == menu)
+            bar->append_submenu(entry.label, menuOf(&entry));
+        else if (*entry.key && !entry.yields)
+            application.set_accel_for_action(entry.action, entry.key);
+    }
     application.set_menubar(bar);
+}
+
+Glib::RefPtr<Gio::Menu> curvesMenu() {
+    return menuOf(std::find_if(std::begin(entries), std::end(entries), [](const Entry &entry) {
+        return std::string_view(entry.label) == curves;
+    }));
 }
 
 Glib::RefPtr<Gtk::ShortcutController> yieldingKeys() {

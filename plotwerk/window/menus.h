@@ -10,6 +10,9 @@ namespace plotwerk {
 // there.
 void addMenus(Gtk::Application &application);
 
+// The menu of what is done to the selected curves, to be shown beside them.
+Glib::RefPtr<Gio::Menu> curvesMenu();
+
 // For a window: the keys that also mean something where a text is written, and yield to that.
 Glib::RefPtr<Gtk::ShortcutController> yieldingKeys();
 

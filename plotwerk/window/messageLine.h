@@ -17,12 +17,15 @@ struct MessageLine {
     // one superfluous, if only lines with such settings stand between; empty for other messages.
     std::string setting;
 
+    // That the line needs to be in force; nothing where it makes no difference.
+    std::optional<char> decimalSeparator{};
+
     bool selects = false;   // curves, and nothing else
     bool keepsData = false; // all values of all columns stay
 };
 
-// Without the document's name: the line is for the document in front. A message for which there is
-// no command is sent by busctl. Nothing for one that only asks or opens.
+// Without the document's name: the line is for the document in front. What no command of callPlw
+// can say is sent by busctl; data too long for a line are read in by several. Nothing for one that only asks or opens.
 std::optional<MessageLine> messageLine(const RecordedMessage &message);
 
 } // namespace plotwerk

@@ -100,12 +100,33 @@ static bool isUntouched(const Document &document) {
            document.revision == 0;
 }
 
+// An untouched document makes room for the file's, which may have the same name. What stands for a
+// file that couldn't be opened isn't for the user, but the reason is.
 void WindowedApplication::openFile(const std::string &path) {
     if (busy) return whenFree([this, path] { openFile(path); });
-    const bool replaces = windows.size() == 1 && isUntouched(*served.front());
-    const bool done = perform("openFile_file_doRangeOverAll_", {std::string(), path, false});
-    if (done && replaces) perform("closeDocument_askForSave_", {std::string("Untitled"), false});
-    if (!done && !served.front()) log(LogLevel::error, served.lastError);
+    Document *before = served.front();
+    const bool replaces = windows.size() == 1 && isUntouched(*before);
+    const std::string aside = "Untitled, untouched";
+    if (replaces) before->name = aside;
+    const auto close = [this](const std::string &name) {
+        perform("closeDocument_askForSave_", {name, false});
+    };
+    if (perform("openFile_file_doRangeOverAll_", {std::string(), path, false})) {
+        if (replaces) close(aside);
+        return;
+    }
+    const std::string reason = served.lastError;
+    if (served.front() != before) close(served.front()->name);
+    if (replaces) before->name = "Untitled";
+    served.lastError = reason;
+    refresh();
+    if (DocumentWindow *window = frontWindow()) window->tell(reason);
+}
+
+void WindowedApplication::withDecimalSeparator(char separator, const std::function<void()> &work) {
+    const char own = std::exchange(served.decimalSeparator, separator);
+    work();
+    served.decimalSeparator = own;
 }
 
 bool WindowedApplication::perform(const char *member, std::vector<Argument> arguments) {

@@ -39,6 +39,9 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     }
     char decimalSeparator() const { return served.decimalSeparator; }
 
+    // Another one is in force while the work is done.
+    void withDecimalSeparator(char separator, const std::function<void()> &work);
+
     // While a message lets the main loop run, nothing else may be done to a document.
     bool isBusy() const { return busy; }
 
