@@ -111,7 +111,7 @@ void addMenus(Gtk::Application &application) {
 
 Glib::RefPtr<Gio::Menu> curvesMenu() {
     return menuOf(std::find_if(std::begin(entries), std::end(entries), [](const Entry &entry) {
-        return std::string_view(entry.label) == curves;
+        return entry.action == menu && entry.label == curves;
     }));
 }
 
