@@ -152,7 +152,9 @@ void DocumentWindow::addActions() {
     add_action("save", [this] { save({}); });
     add_action("save-as", [this] { saveAs({}); });
     add_action("export", [this] { exportPicture(); });
-    add_action("print", [this] { printByDialog(*this, document, [this](const std::string &reason) { tell(reason); }); });
+    add_action("print", [this] {
+        printByDialog(*this, document, [this](const std::string &reason) { tell(reason); });
+    });
     add_action("close", [this] { closeAfterAsking(); });
 
     undo = add_action("undo", [this] {

@@ -189,9 +189,8 @@ static std::optional<std::string> optionOfRichText(char letter, const std::strin
 // By a word for each value from 0 on; empty where it takes no option, null where none says it.
 static std::optional<std::string> optionOfFlag(char letter, const Argument &argument,
                                                std::initializer_list<const char *> words) {
-    const double flag = std::holds_alternative<double>(argument)
-                            ? std::get<double>(argument)
-                            : std::get<std::int32_t>(argument);
+    const double flag = std::holds_alternative<double>(argument) ? std::get<double>(argument)
+                                                                 : std::get<std::int32_t>(argument);
     double value = 0;
     for (const char *word : words)
         if (flag == value++ && word) return *word ? option(letter, word) : std::string();
@@ -250,10 +249,9 @@ static std::string busctlLine(const RecordedMessage &message, std::size_t docume
     for (const Argument &argument : message.arguments) line += "sidb"[argument.index()];
     for (std::size_t i = 0; i < message.arguments.size(); ++i) {
         line += ' ';
-        line += i == documentArgument
-                    ? "\"$(callPlw -x activeDoc)\""
-                    : std::visit([](const auto &value) { return wordOf(value); },
-                                 message.arguments[i]);
+        line += i == documentArgument ? "\"$(callPlw -x activeDoc)\""
+                                      : std::visit([](const auto &value) { return wordOf(value); },
+                                                   message.arguments[i]);
     }
     return line;
 }
@@ -301,7 +299,8 @@ std::optional<MessageLine> messageLine(const RecordedMessage &message) {
     if (row->effect == Effect::setsRange && setsAll(message)) line.setting = message.member;
     line.keepsData = row->effect != Effect::anything;
     line.selects = message.member.starts_with("selectCurvesOf_");
-    const bool holdsNumbers = holdsData || message.member == "readFormulaParameterOf_parameterList_";
+    const bool holdsNumbers =
+        holdsData || message.member == "readFormulaParameterOf_parameterList_";
     if (holdsNumbers) line.decimalSeparator = message.decimalSeparator;
     return line;
 }

@@ -26,6 +26,9 @@ void printByDialog(Gtk::Window &window, const Document &document,
     const auto printed = std::make_shared<const Document>(document);
     operation->set_job_name(document.name);
     operation->set_n_pages(1);
+    const auto settings = Gtk::PrintSettings::create();
+    settings->set(GTK_PRINT_SETTINGS_OUTPUT_BASENAME, document.name); // of a file
+    operation->set_print_settings(settings);
     operation->set_unit(Gtk::Unit::POINTS);
     operation->set_allow_async();
     operation->signal_draw_page().connect([printed](const Glib::RefPtr<Gtk::PrintContext> &context,

@@ -30,9 +30,13 @@ TEST(MessageLine, IsTheCommandThatSendsTheMessage) {
          {d, 3, -1, false},
          "callPlw -x selectCurveByIndex -i 3"},
         {"set2XRangeOf_xmin_xmax_",
-         {d, 1.5, nan},
-         "busctl --user call org.plotwerk.PlotwerkControl /org/plotwerk/PlotwerkControl "
-         "org.plotwerk.PlotwerkControl set2XRangeOf_xmin_xmax_ sdd doc 1.5 nan"},
+         {d, -1.5, nan},
+         "busctl --user call -- org.plotwerk.PlotwerkControl /org/plotwerk/PlotwerkControl "
+         "org.plotwerk.PlotwerkControl set2XRangeOf_xmin_xmax_ sdd \"$(callPlw -x activeDoc)\" "
+         "-1.5 nan"},
+        {"setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_",
+         {d, std::string("{\\rtf1 two words}"), nan, 0.5, 0.0, 0.0, 1.0},
+         "callPlw -x placeText -t 'two words' -r nan -u 0.5 -a 0 -g yes"},
     };
     for (const auto &c : cases) {
         const auto line = messageLine({'.', c.member, c.arguments});
