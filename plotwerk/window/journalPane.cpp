@@ -4,7 +4,8 @@
 
 namespace plotwerk {
 
-JournalPane::JournalPane() {
+JournalPane::JournalPane()
+    : endMark(view.get_buffer()->create_mark(view.get_buffer()->end(), false)) {
     view.set_editable(false);
     view.set_cursor_visible(false);
     view.set_monospace();
@@ -28,8 +29,7 @@ void JournalPane::insert(const MessageLine &line) {
     if (!get_mapped()) return;
     const auto buffer = view.get_buffer();
     buffer->insert(buffer->end(), line.text + '\n');
-    auto end = buffer->end();
-    view.scroll_to(end);
+    view.scroll_to(endMark);
 }
 
 // While it isn't shown there is no text to keep.
@@ -37,8 +37,7 @@ void JournalPane::showAll() {
     std::string text;
     for (const MessageLine &line : lines) text += line.text + '\n';
     view.get_buffer()->set_text(text);
-    auto end = view.get_buffer()->end();
-    view.scroll_to(end);
+    view.scroll_to(endMark);
 }
 
 void JournalPane::eraseText(std::size_t from, std::size_t count) {

@@ -36,6 +36,7 @@ class JournalPane final : public Gtk::ScrolledWindow {
     std::vector<MessageLine> lines;
     std::vector<MessageLine> takenBack; // the next one last
     Gtk::TextView view;
+    Glib::RefPtr<Gtk::TextMark> endMark; // to which a view scrolls once the lines have their height
 };
 
 } // namespace plotwerk

@@ -145,6 +145,17 @@ TEST_F(WindowTest, AnUntouchedDocumentMakesRoomForTheFileThatTheUserOpens) {
     };
     start({"--no-journal"});
     hasTitle(name);
+    const std::string same = pathOf("saved under the same name");
+    plotwerk->saveDocument_to_binary_(name, same, false);
+    handOver(same);
+    waitUntil("a document with a path", [&] {
+        plotwerk->saveDocument_to_binary_(name, "", false);
+        return plotwerk->didSaveSucceed_(name);
+    });
+    hasTitle(name);
+    plotwerk->closeDocument_askForSave_(name, false);
+    handOver(file("no data.txt", "nothing but words\n"));
+    hasTitle(name);
     handOver(path);
     hasTitle("small.txt");
     plotwerk->closeDocument_askForSave_("small.txt", false);
@@ -421,13 +432,13 @@ TEST_F(WindowTest, CurvesAreHiddenAndShownInTheList) {
     const Shot before = screen.stillShot();
     const Place check{180, 84}; // of the first row below the source's
     screen.click(check);
-    waitUntil("a hidden curve", [&] { return holds(contentsOf(name), "\"visible\": false"); });
+    waitUntil("a hidden curve", [&] { return holds(contentsOf(name), "\"visible\":false"); });
     screen.click(check);
-    waitUntil("a shown curve", [&] { return !holds(contentsOf(name), "\"visible\": false"); });
+    waitUntil("a shown curve", [&] { return !holds(contentsOf(name), "\"visible\":false"); });
     screen.type("ctrl+h");
-    waitUntil("a hidden selection", [&] { return holds(contentsOf(name), "\"visible\": false"); });
+    waitUntil("a hidden selection", [&] { return holds(contentsOf(name), "\"visible\":false"); });
     screen.type("ctrl+j");
-    waitUntil("all shown", [&] { return !holds(contentsOf(name), "\"visible\": false"); });
+    waitUntil("all shown", [&] { return !holds(contentsOf(name), "\"visible\":false"); });
 }
 
 TEST_F(WindowTest, PrintsToAFile) {
