@@ -18,7 +18,6 @@ struct Row {
     std::string text;
     int first = 0; // the curves that it stands for
     int last = -1;
-    bool selected = false;
     bool marked = false;
     bool fitData = false;
     bool hidden = false;
@@ -50,7 +49,6 @@ static Row rowOf(const Column &column, int index) {
             column.name.empty() ? Glib::ustring("(no name)") : Glib::ustring(column.name),
             index,
             index,
-            column.rank > 0,
             column.marked,
             column.fitData,
             !column.look.visible,
@@ -61,8 +59,9 @@ static Row rowOf(const Column &column, int index) {
             colour.blue};
 }
 
-// Tables have a row of their own where a source has several.
-static std::vector<Row> rowsOf(const Document &document) {
+// Tables have a row of their own where a source has several. Rows of selected curves are added to
+// `selected`: a row stays the same one when the mouse selects it, and the click goes on.
+static std::vector<Row> rowsOf(const Document &document, Gtk::Bitset &selected) {
     std::vector<Row> rows;
     int index = 0;
     for (const Source &source : document.sources) {
@@ -76,7 +75,10 @@ static std::vector<Row> rowsOf(const Document &document) {
                                 .text = Glib::ustring::sprintf("Table %d", number),
                                 .first = index,
                                 .last = index + static_cast<int>(table.y.size()) - 1});
-            for (const Column &column : table.y) rows.push_back(rowOf(column, index++));
+            for (const Column &column : table.y) {
+                if (column.rank > 0) selected.add(static_cast<guint>(rows.size()));
+                rows.push_back(rowOf(column, index++));
+            }
         }
         rows[head].last = index - 1;
     }
@@ -158,8 +160,9 @@ void CurveList::setUp(const Glib::RefPtr<Gtk::ListItem> &listItem) {
     Gtk::ListItem *item = listItem.get(); // which outlives its child
     check->signal_toggled().connect([this, item, check] {
         if (binding) return;
+        const bool isShown = check->get_active(); // selecting may bind the row anew
         selectFor(*item);
-        wishes.showSelection(check->get_active());
+        wishes.showSelection(isShown);
     });
     const auto click = Gtk::GestureClick::create();
     click->set_button(GDK_BUTTON_SECONDARY);
@@ -232,7 +235,8 @@ void CurveList::refresh() {
 // Replaces the rows from the first to the last that differ.
 void CurveList::update() {
     revision = document.revision;
-    const std::vector<Row> rows = rowsOf(document);
+    const auto selected = Gtk::Bitset::create();
+    const std::vector<Row> rows = rowsOf(document, *selected.get());
     const auto rowAt = [&](guint i) -> const Row & { return items->get_item(i)->row; };
     const guint had = items->get_n_items();
     const auto has = static_cast<guint>(rows.size());
@@ -246,9 +250,6 @@ void CurveList::update() {
     std::vector<Glib::RefPtr<Item>> added;
     for (guint i = head; i < has - tail; ++i) added.push_back(Item::create(rows[i]));
     if (had - head - tail > 0 || !added.empty()) items->splice(head, had - head - tail, added);
-    const auto selected = Gtk::Bitset::create();
-    for (guint i = 0; i < has; ++i)
-        if (rows[i].selected) selected->add(i);
     const auto all = Gtk::Bitset::create();
     all->add_range(0, has);
     selection->set_selection(selected, all);
