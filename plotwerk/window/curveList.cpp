@@ -210,10 +210,12 @@ void CurveList::bind(const Glib::RefPtr<Gtk::ListItem> &listItem) {
     });
     name->set_text(row.text);
     name->set_tooltip_text(row.text);
-    if (row.kind == Row::source)
-        name->add_css_class("heading");
-    else
-        name->remove_css_class("heading");
+    Pango::AttrList
+        looks; // the theme's headings have a size of their own, whatever the desktop's is
+    auto weight = Pango::Attribute::create_attr_weight(
+        row.kind == Row::source ? Pango::Weight::BOLD : Pango::Weight::NORMAL);
+    looks.insert(weight);
+    name->set_attributes(looks);
     box->set_margin_start(row.kind == Row::source ? 0 : row.kind == Row::table ? 6 : 12);
     box->set_opacity(row.hidden ? 0.6 : 1);
     tags->set_text(tagsOf(row));
