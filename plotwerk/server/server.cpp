@@ -77,13 +77,25 @@ sdbus::IConnection::PollData Server::pollData() const {
     }
 }
 
+// All that has come, so that every client has its turn; but not for ever, nor without end.
+void Server::readMessages() {
+    using namespace std::chrono;
+    constexpr std::size_t mostBytes = 50'000'000;
+    constexpr milliseconds longest{100};
+    const auto begin = steady_clock::now();
+    while (busObject.waiting.bytes() < mostBytes && bus->processPendingRequest() &&
+           steady_clock::now() - begin < longest) {
+    }
+}
+
 // Without memory for a message it stays with the bus until there is some.
 bool Server::processPending() {
     constexpr std::chrono::milliseconds pause{10};
     try {
-        const bool more = bus->processPendingRequest();
+        readMessages();
+        if (!busObject.waiting.empty()) busObject.waiting.answerNext();
         setReserveAside();
-        return more;
+        return !busObject.waiting.empty();
     } catch (const sdbus::Error &error) {
         if (error.getName() != "org.freedesktop.DBus.Error.NoMemory") throwBusHasGone(error);
         if (!giveReserveUp()) std::this_thread::sleep_for(pause);

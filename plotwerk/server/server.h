@@ -33,10 +33,13 @@ class Server {
     // event may come for it: that counts as ready.
     sdbus::IConnection::PollData pollData() const;
 
-    // Answers one message if there is one. True: there may be more that no event tells of.
+    // Answers one message if there is one; clients that have sent some take turns. True: there are
+    // more, which no event tells of.
     bool processPending();
 
   private:
+    void readMessages();
+
     Application &application;
     std::unique_ptr<sdbus::IConnection> bus;
     ControlObject controlObject;

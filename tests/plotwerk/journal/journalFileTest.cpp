@@ -27,7 +27,7 @@ class JournalFileTest : public testing::Test {
 
     void write(const std::vector<std::string> &messages) const {
         JournalFile file(path, document, 1);
-        for (const std::string &message : messages) file.append(message);
+        for (const std::string &message : messages) file.append({message});
     }
 
     std::string bytes() const {
@@ -59,7 +59,7 @@ TEST_F(JournalFileTest, HoldsTheDocumentAndItsMessagesForOneProcessAtATime) {
     {
         JournalFile file(JournalFile::freePath(directory), document, 17);
         path = file.path();
-        for (const std::string &message : sent) file.append(message);
+        for (const std::string &message : sent) file.append({message});
         file.setStamp(18);
         file.setIncomplete();
         EXPECT_FALSE(LeftJournal::lock(path)) << "while it is written";
@@ -207,11 +207,17 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
         while (left->nextMessage()) ++value;
         return value;
     };
+    const std::string text(10'000, 'm');
+    const auto message = [&] {
+        GatheredBytes bytes;
+        bytes.putText(text);
+        return bytes;
+    };
     Journal journal(directory);
     journal.setFront();
     document.fit.chiSquare = 5;
     document.savedRevision = document.revision;
-    journal.add(document, {}, [] { return std::string("of the view"); });
+    journal.add(document, {}, message);
     EXPECT_TRUE(journalPaths(directory).empty()) << "the file has it all";
 
     document.revision = 1;
@@ -219,10 +225,10 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
     std::size_t repeated = 0;
     for (int i = 0; i < 3000; ++i) {
         ++document.fit.chiSquare;
-        journal.add(document, {}, [&]() -> std::optional<std::string> {
+        journal.add(document, {}, [&]() -> std::optional<GatheredBytes> {
             if (i % 1000 == 7) return std::nullopt;
             ++repeated;
-            return std::string(10'000, 'm');
+            return message();
         });
         largest = std::max(largest, fs::file_size(journalPaths(directory).at(0)));
     }
@@ -231,9 +237,9 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
     EXPECT_LT(largest, 5U << 20);
     path = journalPaths(directory).at(0);
     ++document.fit.chiSquare;
-    journal.add(document, std::chrono::seconds(11), [] { return std::string("too long ago"); });
+    journal.add(document, std::chrono::seconds(11), message);
     ++document.fit.chiSquare;
-    journal.add(document, {}, [] { return std::string("message"); });
+    journal.add(document, {}, message);
 
     const fs::path copy = directory / "copy.journal";
     fs::copy_file(path, copy);
