@@ -133,9 +133,9 @@ TEST_F(JournalFileTest, KeepsWhatItHasWhenTheDiskIsFull) {
     };
     {
         JournalFile file(path, document, 0);
-        file.append("first");
+        file.append({"first"});
         limitTo(fs::file_size(path) + 10);
-        EXPECT_THROW(file.append("second"), Refusal);
+        EXPECT_THROW(file.append({"second"}), Refusal);
         EXPECT_THROW(JournalFile(path, fullDocument(), 0), Refusal);
         EXPECT_THROW(JournalFile(directory / "two.journal", fullDocument(), 0), Refusal);
 
@@ -143,7 +143,7 @@ TEST_F(JournalFileTest, KeepsWhatItHasWhenTheDiskIsFull) {
         Journal journal(directory);
         document.revision = 1;
         limitTo(100);
-        const auto message = [] { return std::string("message"); };
+        const auto message = [] { return GatheredBytes(); };
         for (int i = 0; i < 2; ++i) journal.add(document, {}, message);
         EXPECT_FALSE(journal.holdsAll());
         limitTo(unlimited.rlim_cur);
