@@ -55,8 +55,9 @@ TEST_F(ServerTest, EveryMessageCountsItsRevision) {
     Application application;
     ControlObject object(application);
     const auto repeat = [&](const std::string &member, const Values &values) {
-        std::string record(1, '.');
-        putText(record, member);
+        GatheredBytes record;
+        record.putNumber('.');
+        record.putText(member);
         for (const Value &value : values)
             std::visit(
                 [&](const auto &each) {
@@ -64,7 +65,7 @@ TEST_F(ServerTest, EveryMessageCountsItsRevision) {
                         putArgument(record, each);
                 },
                 value);
-        object.repeat(record);
+        object.repeat(record.whole());
     };
     Document &document = application.add({.name = "doc"});
     Random random(1);
