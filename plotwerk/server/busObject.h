@@ -24,7 +24,8 @@ class BusObject final : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkC
     BusObject(const BusObject &) = delete;
     BusObject &operator=(const BusObject &) = delete;
 
-    // Those that the bus has brought. They are answered from there alone.
+    // While set, what comes in has to wait; otherwise it is answered at once.
+    bool keepsWaiting = false;
     WaitingMessages waiting;
 
   private:
@@ -40,16 +41,18 @@ class BusObject final : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkC
     void receive(sdbus::Result<Results...> &&result, const char *member,
                  Answer (ControlObject::*method)(const Parameters &...),
                  std::type_identity_t<Parameters>... arguments) {
+        const std::string client = getObject().getCurrentlyProcessedMessage()->getSender();
+        const auto work = [this, member, method](const Parameters &...each) {
+            return control.answerTo(member, method, each...);
+        };
+        if (!keepsWaiting) return answer(client, result, [&] { return work(arguments...); });
+
         constexpr std::size_t overhead = 1000;
         const std::size_t bytes = (lengthOf(arguments) + ... + overhead);
-        std::string client = getObject().getCurrentlyProcessedMessage()->getSender();
         // shared: a function must be one that can be copied
         auto reply = std::make_shared<sdbus::Result<Results...>>(std::move(result));
         auto held = std::make_shared<std::tuple<Parameters...>>(std::move(arguments)...);
-        waiting.add(client, bytes, [this, client, reply, member, method, held] {
-            const auto work = [&](const Parameters &...each) {
-                return control.answerTo(member, method, each...);
-            };
+        waiting.add(client, bytes, [this, client, work, reply, held] {
             answer(client, *reply, [&] { return std::apply(work, *held); });
         });
     }

@@ -77,25 +77,39 @@ sdbus::IConnection::PollData Server::pollData() const {
     }
 }
 
-// All that has come, so that every client has its turn; but not for ever, nor without end.
+// Takes in all that has come, but not for ever, nor without end.
 void Server::readMessages() {
-    using namespace std::chrono;
     constexpr std::size_t mostBytes = 50'000'000;
-    constexpr milliseconds longest{100};
-    const auto begin = steady_clock::now();
-    while (busObject.waiting.bytes() < mostBytes && bus->processPendingRequest() &&
-           steady_clock::now() - begin < longest) {
+    constexpr std::chrono::milliseconds longest{100};
+    const auto begin = std::chrono::steady_clock::now();
+    busObject.keepsWaiting = true;
+    try {
+        while (busObject.waiting.bytes() < mostBytes && bus->processPendingRequest() &&
+               std::chrono::steady_clock::now() - begin < longest) {
+        }
+    } catch (...) {
+        busObject.keepsWaiting = false;
+        throw;
     }
+    busObject.keepsWaiting = false;
 }
 
-// Without memory for a message it stays with the bus until there is some.
+// Who has sent messages is looked at after each work that has taken long: looking costs as much as
+// short work. Without memory for a message it stays with the bus until there is some.
 bool Server::processPending() {
-    constexpr std::chrono::milliseconds pause{10};
+    constexpr std::chrono::milliseconds pause{10}, longWork{1};
     try {
-        readMessages();
-        if (!busObject.waiting.empty()) busObject.waiting.answerNext();
+        if (std::chrono::steady_clock::now() - lastRead > longWork) {
+            readMessages();
+            lastRead = std::chrono::steady_clock::now();
+        }
+        bool more = true;
+        if (busObject.waiting.empty())
+            more = bus->processPendingRequest();
+        else
+            busObject.waiting.answerNext();
         setReserveAside();
-        return !busObject.waiting.empty();
+        return more;
     } catch (const sdbus::Error &error) {
         if (error.getName() != "org.freedesktop.DBus.Error.NoMemory") throwBusHasGone(error);
         if (!giveReserveUp()) std::this_thread::sleep_for(pause);
