@@ -18,6 +18,7 @@
 #include <random>
 #include <streambuf>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -193,6 +194,14 @@ fs::path JournalFile::freePath(const fs::path &directory) {
     return path;
 }
 
+// Of the files that a process may have open, some must be left to save documents.
+static bool isAmongTheLast(int file) {
+    constexpr rlim_t forOthers = 16;
+    rlimit limit{};
+    return getrlimit(RLIMIT_NOFILE, &limit) == 0 &&
+           static_cast<rlim_t>(file) + forOthers >= limit.rlim_cur;
+}
+
 // Under its own name from the beginning, somebody else could find it empty and not yet locked.
 JournalFile::JournalFile(fs::path path, const Document &document, std::int64_t stamp)
     : place(std::move(path)), file(-1) {
@@ -202,6 +211,10 @@ JournalFile::JournalFile(fs::path path, const Document &document, std::int64_t s
         open(unfinished.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
     if (file.number < 0) refuseToWrite(place);
     try {
+        if (isAmongTheLast(file.number)) {
+            errno = EMFILE;
+            refuseToWrite(place);
+        }
         if (flock(file.number, LOCK_EX | LOCK_NB) != 0) refuseToWrite(place);
         Head fileHead;
         fileHead.stamp = stamp;

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <future>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -217,6 +218,18 @@ TEST_F(RobustnessTest, OutlivesClientsThatAreKilledInACall) {
     EXPECT_EQ(std::get<1>(statistic), 100'000);
     EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_("doc", 3, 0), 6.5);
     stop();
+}
+
+// Each has a journal, an open file; the last ones to be had are for something else.
+TEST_F(RobustnessTest, SavesHoweverManyDocumentsAreOpen) {
+    const rlimit few{40, 40};
+    ASSERT_EQ(prlimit(program->pid(), RLIMIT_NOFILE, &few, nullptr), 0);
+    for (int i = 0; i < 40; ++i) plotwerk->newDocumentWithName_(std::to_string(i));
+    plotwerk->saveDocument_as_binary_("39", pathOf("saved"), true);
+    EXPECT_TRUE(plotwerk->didSaveSucceed_("39")) << lastError();
+    plotwerk->savePicturePDF_as_("doc", pathOf("picture.pdf"));
+    EXPECT_TRUE(fs::exists(pathOf("picture.pdf"))) << lastError();
+    EXPECT_TRUE(holds(stop().err, "Too many open files"));
 }
 
 // One that doesn't read is answered up to the limit, which others don't notice; once it reads, it
