@@ -1,6 +1,5 @@
 # Writes the header HEADER after TEMPLATE, with the names in the protocol's file XML, and BARE_XML,
-# which is XML without the annotations that code generators don't know; they are told that the
-# adaptor's methods answer when they like.
+# which is XML without the annotations that code generators don't know.
 include(${CMAKE_CURRENT_LIST_DIR}/messages.cmake)
 set(NAMES "")
 foreach(member IN LISTS MEMBERS)
@@ -10,6 +9,4 @@ configure_file(${TEMPLATE} ${HEADER} @ONLY)
 
 string(REGEX REPLACE " *<annotation name=\"org\\.plotwerk\\.[^>]*>\n" "" bare "${xml}")
 string(REPLACE "${SEMICOLON}" ";" bare "${bare}")
-string(REGEX REPLACE "(<method name=[^>]*>\n)"
-       "\\1<annotation name=\"org.freedesktop.DBus.Method.Async\" value=\"server\"/>\n" bare "${bare}")
 file(WRITE ${BARE_XML} "${bare}")

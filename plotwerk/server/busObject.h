@@ -2,10 +2,10 @@
 #ifndef PLOTWERK_SERVER_BUSOBJECT_H
 #define PLOTWERK_SERVER_BUSOBJECT_H
 
+#include "adaptor.h"
 #include "plotwerk/server/controlObject.h"
 #include "plotwerk/server/unreadAnswers.h"
 #include "plotwerk/server/waitingMessages.h"
-#include "protocol/PlotwerkControlAdaptor.h"
 
 #include <cstddef>
 #include <memory>
