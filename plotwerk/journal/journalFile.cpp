@@ -34,7 +34,7 @@ constexpr std::array<char, 16> magic{'p', 'l', 'o', 't', 'w', 'e', 'r', 'k',
                                      ' ', 'j', 'o', 'u', 'r', 'n', 'a', 'l'};
 constexpr std::uint32_t version = 1;
 constexpr int mostAttempts = 3;
-constexpr double leastRecords = 4 << 20;
+constexpr double leastRecords = 16 << 20;
 constexpr auto suffix = ".journal";
 constexpr auto unfinishedSuffix = ".journal.new";
 

@@ -50,7 +50,7 @@ class JournalFile {
     // after that.
     void append(const std::vector<std::string_view> &message);
 
-    // The messages take more than four times the room of the document, and more than 4 MB: it is
+    // The messages take more than four times the room of the document, and more than 16 MB: it is
     // time for a new file. More often, writing documents would cost more than writing messages.
     bool isOutgrown(const Document &document);
 
