@@ -226,7 +226,7 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
     for (int i = 0; i < 3000; ++i) {
         ++document.fit.chiSquare;
         journal.add(document, {}, [&]() -> std::optional<GatheredBytes> {
-            if (i % 1000 == 7) return std::nullopt;
+            if (i % 2000 == 7) return std::nullopt;
             ++repeated;
             return message();
         });
