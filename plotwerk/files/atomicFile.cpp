@@ -116,13 +116,13 @@ class Replacement {
                0;
     }
 
-    // In parts, so that an end by a signal has not to wait for the whole of a large file.
+    // In parts, so that an end by a signal doesn't have to wait for all of a large file.
     bool sync() const {
         constexpr off_t part = 16 << 20;
         struct stat status {};
         if (fstat(descriptor.number, &status) != 0) return false;
         for (off_t at = 0; at < status.st_size; at += part) {
-            if (endIsAskedFor()) {
+            if (at > 0 && endIsAskedFor()) {
                 errno = EINTR;
                 return false;
             }

@@ -253,6 +253,21 @@ static bool killedAtStop(int n, const std::function<void()> &work, std::string &
     return true;
 }
 
+TEST_F(AtomicFile, IsFinishedWhenItIsSmallAndGivenUpWhenItIsLargeAtTheEnd) {
+    sigset_t ends;
+    sigemptyset(&ends);
+    sigaddset(&ends, SIGTERM);
+    sigprocmask(SIG_BLOCK, &ends, nullptr);
+    raise(SIGTERM);
+    write(file, "small");
+    EXPECT_NE(refusalOf([&] { write(file, std::string(20 << 20, 'x')); }), "");
+    int taken = 0;
+    sigwait(&ends, &taken);
+    sigprocmask(SIG_UNBLOCK, &ends, nullptr);
+    EXPECT_EQ(readWholeFile(file), "small");
+    EXPECT_EQ(listing(), "file ");
+}
+
 TEST_F(AtomicFile, IsTheWholeOldOrTheWholeNewOneWheneverItsWriterIsKilled) {
     const std::string texts[] = {std::string(30'000, 'a'), std::string(5'000, 'b')};
     const int nameless = open(directory.c_str(), O_TMPFILE | O_WRONLY, 0600);
