@@ -16,6 +16,7 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 using namespace plotwerk;
@@ -84,13 +85,46 @@ TEST_F(AtomicFile, KeepsPermissionsAndLinks) {
 TEST_F(AtomicFile, GivesNothingToAnotherGroup) {
     if (geteuid() != 0) return; // only root can give a file to any group
     write(file, "old");
-    ASSERT_EQ(chown(file.c_str(), static_cast<uid_t>(-1), 4), 0);
+    ASSERT_EQ(chown(file.c_str(), 12345, 4), 0);
     fs::permissions(file, static_cast<fs::perms>(0640));
     write(file, "new");
     struct stat status {};
     ASSERT_EQ(stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, 0U) << "it is who wrote it";
     EXPECT_EQ(status.st_gid, 4U);
     EXPECT_EQ(status.st_mode & 0777, 0640U);
+}
+
+// A user who may write and a group that may nothing: by its permissions alone, 0660, the group
+// might.
+TEST_F(AtomicFile, KeepsItsAccessControlListAndNoOtherAttribute) {
+    struct Entry {
+        uint16_t tag, rights;
+        uint32_t id;
+    };
+    const struct {
+        uint32_t version = 2;
+        Entry entries[5] = {{1, 6, ~0U}, {2, 6, 12345}, {4, 0, ~0U}, {16, 6, ~0U}, {32, 0, ~0U}};
+    } list;
+    constexpr auto access = "system.posix_acl_access", ofDirectory = "system.posix_acl_default";
+    const auto has = [](const fs::path &path, const char *name) {
+        return getxattr(path.c_str(), name, nullptr, 0) > 0;
+    };
+    write(file, "old");
+    write(directory / "plain", "old");
+    if (setxattr(file.c_str(), access, &list, sizeof list, 0) != 0 && errno == ENOTSUP)
+        GTEST_SKIP() << "the file system has no access control lists";
+    setxattr(file.c_str(), "user.remark", "x", 1, 0);
+    ASSERT_EQ(setxattr(directory.c_str(), ofDirectory, &list, sizeof list, 0), 0);
+
+    write(file, "new");
+    std::string kept(sizeof list + 1, '\0');
+    kept.resize(getxattr(file.c_str(), access, kept.data(), kept.size()));
+    EXPECT_EQ(kept, std::string(reinterpret_cast<const char *>(&list), sizeof list));
+    EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0660));
+    EXPECT_FALSE(has(file, "user.remark"));
+    write(directory / "plain", "new");
+    EXPECT_FALSE(has(directory / "plain", access)) << "it had none, whatever new files get there";
 }
 
 TEST_F(AtomicFile, IsARegularOneOrRefusedWithoutWaiting) {
@@ -217,6 +251,21 @@ static bool killedAtStop(int n, const std::function<void()> &work, std::string &
     waitpid(child, &status, 0);
     EXPECT_TRUE(WIFSIGNALED(status)) << status;
     return true;
+}
+
+TEST_F(AtomicFile, IsFinishedWhenItIsSmallAndGivenUpWhenItIsLargeAtTheEnd) {
+    sigset_t ends;
+    sigemptyset(&ends);
+    sigaddset(&ends, SIGTERM);
+    sigprocmask(SIG_BLOCK, &ends, nullptr);
+    raise(SIGTERM);
+    write(file, "small");
+    EXPECT_NE(refusalOf([&] { write(file, std::string(20 << 20, 'x')); }), "");
+    int taken = 0;
+    sigwait(&ends, &taken);
+    sigprocmask(SIG_UNBLOCK, &ends, nullptr);
+    EXPECT_EQ(readWholeFile(file), "small");
+    EXPECT_EQ(listing(), "file ");
 }
 
 TEST_F(AtomicFile, IsTheWholeOldOrTheWholeNewOneWheneverItsWriterIsKilled) {
