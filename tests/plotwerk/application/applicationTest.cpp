@@ -1,0 +1,153 @@
+// The open documents, their files and their journals.
+#include "plotwerk/application/application.h"
+
+#include "plotwerk/base/log.h"
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/files/stateDirectory.h"
+#include "plotwerk/model/change.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+using namespace plotwerk;
+
+class ApplicationTest : public testing::Test {
+  protected:
+    ApplicationTest() {
+        std::string pattern = (fs::temp_directory_path() / "application-XXXXXX").string();
+        directory = mkdtemp(pattern.data());
+        setenv("XDG_STATE_HOME", directory.c_str(), 1);
+        journals = stateDirectory("journal");
+    }
+    ~ApplicationTest() override {
+        unsetenv("XDG_STATE_HOME");
+        fs::remove_all(directory);
+    }
+
+    // A journal that a process has left behind.
+    void leave(const std::string &name, std::int64_t stamp,
+               const std::vector<std::string> &messages, bool isIncomplete = false) const {
+        JournalFile file(journals / (name + ".journal"), {.name = name}, stamp);
+        for (const std::string &message : messages) file.append(message);
+        if (isIncomplete) file.setIncomplete();
+    }
+
+    bool isInUse(const std::string &name) const {
+        return !LeftJournal::lock(journals / (name + ".journal"));
+    }
+
+    static void retitle(Application &application, const std::string &title) {
+        Document &document = *application.front();
+        change(document, [&](Document &changed) { changed.title = title; });
+        application.record(document, {}, [] { return std::nullopt; });
+    }
+
+    static std::string logOf(const std::function<void()> &work) {
+        testing::internal::CaptureStderr();
+        work();
+        return testing::internal::GetCapturedStderr();
+    }
+
+    static testing::AssertionResult holds(const std::string &text, const std::string &part) {
+        if (text.find(part) != std::string::npos) return testing::AssertionSuccess();
+        return testing::AssertionFailure() << '"' << part << "\" isn't in \"" << text << '"';
+    }
+
+    fs::path directory, journals;
+};
+
+TEST_F(ApplicationTest, BringsBackEachDocumentByItself) {
+    leave("front", 30, {"title", ","}, true);
+    leave("behind", 10, {"title"});
+    leave("wrong", 20, {"title", "refused", "title"});
+    Application application;
+    application.keepJournals();
+    application.add({.name = "open"});
+    application.decimalSeparator = '.';
+    const auto repeat = [&](std::string_view message) {
+        if (message == "refused") application.lastError = "the reason";
+        if (message == ",") application.decimalSeparator = ',';
+        EXPECT_THROW(application.document("open"), Refusal) << "none but its own is there";
+        change(*application.front(), [&](Document &document) { document.title += message; });
+    };
+    const std::string log = logOf([&] { application.recover(repeat); });
+    EXPECT_TRUE(holds(log, "error: can't bring back \"wrong\" as it was on "));
+    EXPECT_TRUE(holds(log, ": can't be repeated: the reason\n"));
+    EXPECT_TRUE(holds(log, "info: brought back \"front\" as it was on "));
+    EXPECT_TRUE(holds(log, ", without its last changes\n"));
+    EXPECT_EQ(application.front()->name, "front");
+    EXPECT_EQ(application.document("front").title, "title,");
+    EXPECT_EQ(application.document("behind").title, "title");
+    EXPECT_THROW(application.document("wrong"), Refusal);
+    EXPECT_EQ(application.document("open").title, "");
+    EXPECT_EQ(application.decimalSeparator, '.');
+    EXPECT_EQ(application.lastError, "");
+    // journals go on as those of open documents, but for the one that may be mended
+    EXPECT_EQ(journalPaths(journals).size(), 3U);
+    EXPECT_TRUE(isInUse("front") && isInUse("behind"));
+    EXPECT_FALSE(isInUse("wrong"));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(holds(logOf([&] { application.recover(repeat); }), ": the reason\n")) << i;
+}
+
+TEST_F(ApplicationTest, GivesUpAJournalThatEndsTheProcess) {
+    leave("deadly", 1, {"message"});
+    int ends = 0;
+    for (int i = 0; i < 5; ++i) {
+        const pid_t child = fork();
+        if (child == 0) {
+            setLogLevel(LogLevel::error);
+            Application application;
+            application.keepJournals();
+            testing::internal::CaptureStderr();
+            application.recover([](std::string_view) { _exit(3); });
+            _exit(0);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        ends += WEXITSTATUS(status) == 3;
+    }
+    EXPECT_EQ(ends, 3);
+}
+
+TEST_F(ApplicationTest, HasAJournalOfWhatNoFileHolds) {
+    Application application;
+    application.keepJournals();
+    const std::string path = directory / "saved";
+    application.create({.name = "document"});
+    EXPECT_EQ(journalPaths(journals).size(), 1U);
+    retitle(application, "title");
+    EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "can be brought back"));
+    EXPECT_EQ(journalPaths(journals).size(), 1U);
+    application.save(*application.front(), path, false, false); // a copy
+    EXPECT_EQ(journalPaths(journals).size(), 1U);
+    application.save(*application.front(), path, false, true);
+    EXPECT_EQ(journalPaths(journals).size(), 0U);
+
+    retitle(application, "closed");
+    EXPECT_EQ(journalPaths(journals).size(), 1U);
+    application.close(*application.front(), false);
+    EXPECT_EQ(journalPaths(journals).size(), 0U);
+
+    // opened again it is saved in its own file
+    application.open(path, false);
+    EXPECT_EQ(application.front()->title, "title");
+    retitle(application, "new");
+    application.save(*application.front(), "", false, true);
+    EXPECT_TRUE(application.lastSaveSucceeded(*application.front()));
+    EXPECT_FALSE(hasUnsavedChanges(*application.front()));
+    application.close(*application.front(), false);
+    EXPECT_EQ(application.open(path, false).title, "new");
+
+    application.create({.name = "untouched"});
+    EXPECT_EQ(logOf([&] { application.leave(); }), "");
+    EXPECT_EQ(journalPaths(journals).size(), 0U);
+
+    Application without;
+    without.create({.name = "lost"});
+    retitle(without, "title");
+    EXPECT_TRUE(holds(logOf([&] { without.leave(); }), "of \"lost\" are lost\n"));
+}
