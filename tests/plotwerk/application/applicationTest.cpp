@@ -5,9 +5,9 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/stateDirectory.h"
 #include "plotwerk/model/change.h"
+#include "tests/plotwerk/server/serverTest.h"
 
 #include <cstdlib>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -49,11 +49,6 @@ class ApplicationTest : public testing::Test {
         testing::internal::CaptureStderr();
         work();
         return testing::internal::GetCapturedStderr();
-    }
-
-    static testing::AssertionResult holds(const std::string &text, const std::string &part) {
-        if (text.find(part) != std::string::npos) return testing::AssertionSuccess();
-        return testing::AssertionFailure() << '"' << part << "\" isn't in \"" << text << '"';
     }
 
     fs::path directory, journals;
@@ -145,9 +140,4 @@ TEST_F(ApplicationTest, HasAJournalOfWhatNoFileHolds) {
     application.create({.name = "untouched"});
     EXPECT_EQ(logOf([&] { application.leave(); }), "");
     EXPECT_EQ(journalPaths(journals).size(), 0U);
-
-    Application without;
-    without.create({.name = "lost"});
-    retitle(without, "title");
-    EXPECT_TRUE(holds(logOf([&] { without.leave(); }), "of \"lost\" are lost\n"));
 }

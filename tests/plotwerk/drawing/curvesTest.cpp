@@ -68,6 +68,25 @@ TEST(Strokes, AreJoinedAndGoOnAcrossTheirParts) {
     }
 }
 
+TEST(Strokes, OfManyPointsAreAnImageWithTheSameGaps) {
+    Path path = {{5, 5}, {25, 5}, pathBreak, {32, 5}, pathBreak};
+    for (int i = 0; i < 10001; ++i) path.push_back({40.0 + i % 2, 5});
+    CurveLook look;
+    look.lineColour.opacity = 0.5;
+    look.lineThickness = 2;
+    const Coverage seen(60, 10, [&](cairo_t *cr) {
+        strokePath(cr, path, look, false, {0, 0, 60, 10});
+    });
+    for (const auto &[x, there] : {std::pair(10, true),
+                                   {24, true},
+                                   {28, false},
+                                   {32, true},
+                                   {36, false},
+                                   {40, true},
+                                   {50, false}})
+        EXPECT_NEAR(seen.at(x, 5), there ? 128 : 0, 1) << x;
+}
+
 // Many points are drawn as an image: it marks the pixels that cairo paints.
 TEST(DenseImage, HasThePixelsOfWhatItStandsFor) {
     const Box box{10, 20, 110, 80};
@@ -130,13 +149,12 @@ TEST(DenseImage, HasThePixelsOfWhatItStandsFor) {
         cairo_fill(cr);
     });
     const auto shape = [](cairo_t *cr) {
-        cairo_arc(cr, 0, 0, 6, 0.3, 5);
+        cairo_arc(cr, 0, 0, 20, 0.3, 5);
         cairo_fill(cr);
     };
-    const std::vector<Point> points = {{26.6, 36.7}, {93.4, 36.9}, {93.1, 63.4},
-                                       {26.2, 63.2}, {45.7, 50.2}, {48.9, 51.8}};
+    const std::vector<Point> points = {{40.6, 50.2}, {79.7, 50.3}, {60.1, 49.8}};
     DenseImage stamps(box, 72 * scale);
-    stamps.stamp(points, 6, shape);
+    stamps.stamp(points, 20, shape);
     expectSame("stamps", stamps, [&](cairo_t *cr) {
         for (const Point &p : points) {
             cairo_save(cr);

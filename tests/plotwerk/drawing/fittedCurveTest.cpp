@@ -99,14 +99,15 @@ TEST(FittedCurve, HasABandDownToTheEndOfALogarithmicAxis) {
 TEST(FittedCurve, SkipsWhatLogarithmicAxesCannotShow) {
     Document document = fitted("a*x+b", [](double x) { return 2 * x + 3; });
     Table &table = document.sources[0].tables[0];
-    table.x.values.insert(table.x.values.begin(), {-5, 0, unset});
-    table.y[0].values.insert(table.y[0].values.begin(), {-7, 3, unset});
+    table.x.values.insert(table.x.values.begin(), {-5, 0, unset, INFINITY});
+    table.y[0].values.insert(table.y[0].values.begin(), {-7, 3, unset, INFINITY});
     for (const bool logarithmic : {false, true}) {
         document.axes[xAxis].logarithmic = logarithmic;
         const Path line = lineOf(document);
         ASSERT_GT(line.size(), 100U);
         const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
         EXPECT_NEAR(frame.valuesAt(line.front()).x, logarithmic ? 1 : -5, 1e-6);
+        EXPECT_NEAR(frame.valuesAt(line.back()).x, 10000, 1e-5);
     }
 }
 

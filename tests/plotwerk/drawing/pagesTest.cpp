@@ -578,4 +578,7 @@ TEST(Composition, KeepsPicturesAsTheyWereAndAsText) {
     Composition absurd(1e300, unset);
     absurd.add(document, {INFINITY, -1e300, 1e300, unset}, INFINITY, 1e300);
     EXPECT_EQ(pageSizeOf(absurd.pdf()).at(0), 14400) << "what PDF readers show";
+    Composition tall(595, 1e5); // from its lower left corner on
+    tall.add(document, {50, 100, 300, 0}, 0, 0);
+    EXPECT_NEAR(inkBoxOf(tall.pdf()).at(1), 100, 4);
 }
