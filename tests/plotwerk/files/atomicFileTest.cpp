@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <functional>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <set>
 #include <sys/file.h>
@@ -93,6 +94,35 @@ TEST_F(AtomicFile, GivesNothingToAnotherGroup) {
     EXPECT_EQ(status.st_uid, 0U) << "it is who wrote it";
     EXPECT_EQ(status.st_gid, 4U);
     EXPECT_EQ(status.st_mode & 0777, 0640U);
+
+    ASSERT_EQ(chown(file.c_str(), 65534, 4), 0); // whose owner can't give the new one to the group
+    ASSERT_EQ(chown(directory.c_str(), 65534, 65534), 0);
+    fs::permissions(file, static_cast<fs::perms>(0664));
+    const auto writeUnprivileged = [&] {
+        if (setgroups(0, nullptr) != 0 || setgid(65534) != 0 || setuid(65534) != 0) std::exit(1);
+        write(file, "newer");
+        std::exit(0);
+    };
+    EXPECT_EXIT(writeUnprivileged(), testing::ExitedWithCode(0), "");
+    ASSERT_EQ(stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_gid, 65534U);
+    EXPECT_EQ(status.st_mode & 0777, 0604U);
+}
+
+// Nobody who looks for what dead processes have left takes it for that.
+TEST_F(AtomicFile, IsLockedWhileItIsWritten) {
+    int locked = 0;
+    writeWholeFile(file, [&](std::ostream &) {
+        for (const auto &each : fs::directory_iterator("/proc/self/fd")) {
+            std::error_code gone;
+            const std::string open = fs::read_symlink(each.path(), gone).string();
+            if (!open.starts_with(directory.string() + '/')) continue;
+            const int other = ::open(each.path().c_str(), O_RDONLY | O_CLOEXEC);
+            locked += flock(other, LOCK_EX | LOCK_NB) != 0;
+            close(other);
+        }
+    });
+    EXPECT_EQ(locked, 2) << "the file, and the stream on it";
 }
 
 // A user who may write and a group that may nothing: by its permissions alone, 0660, the group
@@ -149,6 +179,11 @@ TEST_F(AtomicFile, IsARegularOneOrRefusedWithoutWaiting) {
     }
     EXPECT_EQ(listing(), "loop pipe ");
     EXPECT_TRUE(fs::is_character_file("/dev/zero"));
+    write(file, "");
+    fs::resize_file(file, 2'000'000'001);
+    EXPECT_EQ(refusalOf([&] { readWholeFile(file); }),
+              "can't read " + file.string() + ": too large");
+    fs::remove(file);
     EXPECT_NE(readWholeFile("/proc/self/status").find("Pid:"), std::string::npos)
         << "a file whose size isn't known beforehand";
 }
@@ -163,11 +198,17 @@ TEST_F(AtomicFile, RemovesWhatDeadProcessesLeftAndNothingElse) {
     leave(".plotwerk-young", false);
     leave(".plotwerk-written", true);
     leave("other", true);
+    const bool root = geteuid() == 0; // only root can make another user's file
+    if (root) {
+        leave(".plotwerk-foreign", true);
+        ASSERT_EQ(chown((directory / ".plotwerk-foreign").c_str(), 12345, 12345), 0);
+    }
     const int held = open((directory / ".plotwerk-written").c_str(), O_RDONLY);
     flock(held, LOCK_EX);
     write(file, "new");
     close(held);
-    EXPECT_EQ(listing(), ".plotwerk-written .plotwerk-young file other ");
+    EXPECT_EQ(listing(), std::string(root ? ".plotwerk-foreign " : "") +
+                             ".plotwerk-written .plotwerk-young file other ");
 }
 
 TEST_F(AtomicFile, FollowsNoLinkThatAnotherUserPutIntoASharedFolder) {
