@@ -8,6 +8,7 @@
 #include "tests/plotwerk/server/serverTest.h"
 
 #include <cstdlib>
+#include <fstream>
 #include <regex>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -32,7 +33,7 @@ class ApplicationTest : public testing::Test {
     void leave(const std::string &name, std::int64_t stamp,
                const std::vector<std::string> &messages, bool isIncomplete = false) const {
         JournalFile file(journals / (name + ".journal"), {.name = name}, stamp);
-        for (const std::string &message : messages) file.append(message);
+        for (const std::string &message : messages) file.append({message});
         if (isIncomplete) file.setIncomplete();
     }
 
@@ -58,6 +59,7 @@ class ApplicationTest : public testing::Test {
 TEST_F(ApplicationTest, BringsBackEachDocumentByItself) {
     leave("front", 30, {"title", ","}, true);
     leave("behind", 10, {"title"});
+    std::ofstream(journals / "none.journal") << "no journal at all";
     leave("wrong", 40, {"title", "refused", "title"});
     Application application;
     application.keepJournals();
@@ -72,6 +74,8 @@ TEST_F(ApplicationTest, BringsBackEachDocumentByItself) {
     const std::string log = logOf([&] { application.recover(repeat); });
     EXPECT_TRUE(holds(log, "error: can't bring back \"wrong\" as it was on "));
     EXPECT_TRUE(holds(log, ": can't be repeated: the reason\n"));
+    const std::string none = (journals / "none.journal").string();
+    EXPECT_TRUE(holds(log, "error: can't bring back a document: " + none + ": "));
     const std::regex times(" as it was on [-0-9]+ at [:0-9]+");
     const std::string untimed = std::regex_replace(log, times, "");
     EXPECT_TRUE(holds(untimed, "info: brought back \"behind\"\n"));
@@ -84,7 +88,7 @@ TEST_F(ApplicationTest, BringsBackEachDocumentByItself) {
     EXPECT_EQ(application.decimalSeparator, '.');
     EXPECT_EQ(application.lastError, "");
     // journals go on as those of open documents, but for the one that may be mended
-    EXPECT_EQ(journalPaths(journals).size(), 3U);
+    EXPECT_EQ(journalPaths(journals).size(), 4U);
     EXPECT_TRUE(isInUse("front") && isInUse("behind"));
     EXPECT_FALSE(isInUse("wrong"));
     for (int i = 0; i < 3; ++i)

@@ -235,7 +235,7 @@ TEST(Curves, WithoutThicknessHaveSymbolsOnly) {
     look.lineThickness = 0;
     const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
     const ScaledFrame frame = scaledFrameOf(document, curves);
-    const auto drawn = drawnBy([&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document); });
+    const auto drawn = drawnBy([&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0); });
     ASSERT_EQ(drawn.size(), 2U);
     for (const Drawn &each : drawn) EXPECT_EQ(each.thickness, 0.25);
 }

@@ -99,13 +99,6 @@ TEST(Legend, ShowsWhatCurvesLookLike) {
     look.lineThickness = 2;
     Pixels(document).expect(place('b', 0.1, 0.11) + ' ' + place('b', 0.7, 0.11) + ' ' +
                             place('_', 0.1, 0.2) + ' ' + place('_', 0.9, 0.11));
-    look.filled = true;
-    look.fillColour = {1, 0, 0, 1};
-    Pixels(document).expect(place('b', 0.1, 0.11) + ' ' + place('r', 0.1, 0.2));
-    look.filled = look.line = false;
-    look.symbols = true;
-    look.symbolSize = 8;
-    Pixels(document).expect(place('b', 0.39, 0.11) + ' ' + place('_', 0.1, 0.11));
 }
 
 TEST(Legend, WithoutAPlaceGoesToTheCornerThatHidesLeast) {

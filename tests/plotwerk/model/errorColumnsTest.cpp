@@ -99,7 +99,7 @@ TEST(ErrorColumns, GoWhereTheyAreAskedFor) {
     curves[1].drawnByFit = true;
     curves[2].residuals = true;
     for (std::size_t first = 0; first < 3; ++first) {
-        EXPECT_EQ(onlyCurve(fitted)->index, 0);
+        EXPECT_EQ(onlyCurve(fitted).value_or(CurveRef{.index = -1}).index, 0) << first;
         curves.erase(curves.begin());
     }
     EXPECT_FALSE(onlyCurve(fitted));
