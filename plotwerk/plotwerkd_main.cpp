@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <exception>
 #include <getopt.h>
+#include <sys/resource.h>
 
 using namespace plotwerk;
 
@@ -105,6 +106,14 @@ static void openFiles(Application &application, char **files, int count) {
     if (!application.front()) application.add({});
 }
 
+// Each open document has a journal, an open file.
+static void allowManyFiles() {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
+}
+
 int main(int argc, char **argv) {
     const Options given = readOptions(argc, argv);
     // A reader of the log that ends, and a file beyond the size limit, are errors of one write
@@ -113,6 +122,7 @@ int main(int argc, char **argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     holdSignals();
     endInTheMiddleOfWork();
+    allowManyFiles();
 
     Application application;
     int status = 0;

@@ -105,8 +105,10 @@ void Application::recover(const Repeat &repeat) {
     if (journals.empty()) return;
     const WithoutBounds unbounded;
     for (LeftJournal &journal : leftJournals(journals)) {
+        bool attempted = false;
         try {
             journal.beginAttempt();
+            attempted = true;
             Document &document = add(broughtBack(journal, repeat));
             documents.back()->journal->write(document, journal.path);
             log(LogLevel::info, "brought back " + descriptionOf(journal));
@@ -114,7 +116,7 @@ void Application::recover(const Repeat &repeat) {
             log(LogLevel::error,
                 "can't bring back " + descriptionOf(journal) + ": " + exception.what());
         }
-        journal.endAttempt();
+        if (attempted) journal.endAttempt();
     }
 }
 

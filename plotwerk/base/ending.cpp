@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <ctime>
 #include <poll.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -15,23 +14,11 @@ bool endIsAskedFor() {
            (sigismember(&pending, SIGTERM) == 1 || sigismember(&pending, SIGINT) == 1);
 }
 
-static double now() {
-    timespec time{};
-    clock_gettime(CLOCK_MONOTONIC, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
-
-// Every 20 ms of CPU time. A signal handler: it may call little, and not log().
-static void look(int) {
+// Signal handlers: they may call little, and not log().
+static void endIfStillAskedFor(int) {
     static constexpr char line[] = "plotwerkd: warning: ended in the middle of a message\n";
-    static constexpr double patience = 0.2; // seconds
-    static double askedSince = 0;           // 0: it isn't asked for
     const int before = errno;
-    if (!endIsAskedFor()) {
-        askedSince = 0;
-    } else if (askedSince == 0) {
-        askedSince = now();
-    } else if (now() - askedSince > patience) {
+    if (endIsAskedFor()) {
         pollfd ready{STDERR_FILENO, POLLOUT, 0};
         if (poll(&ready, 1, 0) == 1) {
             [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line, sizeof line - 1);
@@ -41,12 +28,28 @@ static void look(int) {
     errno = before;
 }
 
-void endInTheMiddleOfWork() {
+// Every 10 ms of CPU time, which only a process at work has. From then on elapsed time counts:
+// where other processes work, 10 ms of CPU time may take long.
+static void look(int) {
+    constexpr itimerval patience{{0, 0}, {0, 200'000}};
+    const int before = errno;
+    itimerval left{};
+    if (endIsAskedFor() && getitimer(ITIMER_REAL, &left) == 0 && !timerisset(&left.it_value))
+        setitimer(ITIMER_REAL, &patience, nullptr);
+    errno = before;
+}
+
+static void handle(int signal, void (*handler)(int)) {
     struct sigaction action {};
-    action.sa_handler = look;
+    action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
-    sigaction(SIGPROF, &action, nullptr);
-    constexpr timeval tick{0, 20'000};
+    sigaction(signal, &action, nullptr);
+}
+
+void endInTheMiddleOfWork() {
+    handle(SIGALRM, endIfStillAskedFor);
+    handle(SIGPROF, look);
+    constexpr timeval tick{0, 10'000};
     const itimerval timer{tick, tick};
     setitimer(ITIMER_PROF, &timer, nullptr);
 }

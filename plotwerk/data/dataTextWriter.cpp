@@ -58,6 +58,24 @@ static void writeNumber(double value, char decimalSeparator, std::string &text) 
     if (point != std::string::npos) text[point] = decimalSeparator;
 }
 
+static double bytesWhileGrowing(double length) {
+    return 4 * length; // there are two then
+}
+
+// Of many rows, by some that are spread over them; 0 for few, which are written soon.
+static double estimatedLength(const std::vector<const Column *> &columns) {
+    constexpr std::size_t looks = 1000;
+    const std::size_t rows = columns.front()->values.size();
+    if (rows < 100 * looks) return 0;
+    std::string text;
+    for (const Column *column : columns) {
+        for (std::size_t i = 0; i < looks; ++i)
+            writeNumber(column->values[i * rows / looks], '.', text);
+    }
+    const double ofLooks = static_cast<double>(text.size() + looks * columns.size()); // separators
+    return ofLooks / looks * static_cast<double>(rows);
+}
+
 void writeDataText(const std::vector<const Column *> &columns, char decimalSeparator,
                    std::string &text, double longest) {
     if (columns.empty()) return;
@@ -67,6 +85,10 @@ void writeDataText(const std::vector<const Column *> &columns, char decimalSepar
     const auto width = static_cast<double>(columns.size());
     const auto rows = static_cast<double>(columns.front()->values.size());
     requireLength(static_cast<double>(text.size()) + 2 * width * rows);
+    // Of what is much too long all needn't be written to see it; what is close to it is measured.
+    const double estimate = estimatedLength(columns) / 1.2;
+    requireLength(static_cast<double>(text.size()) + estimate);
+    requireMemory(bytesWhileGrowing(static_cast<double>(text.size()) + estimate));
     if (!text.empty()) text += '\n';
     const auto writeLine = [&](auto writeField) {
         for (const Column *column : columns) {
@@ -80,7 +102,7 @@ void writeDataText(const std::vector<const Column *> &columns, char decimalSepar
     for (std::size_t row = 0; row < columns.front()->values.size(); ++row) {
         writeLine(
             [&](const Column &column) { writeNumber(column.values[row], decimalSeparator, text); });
-        requireMemory(4.0 * static_cast<double>(text.size())); // while it grows there are two
+        requireMemory(bytesWhileGrowing(static_cast<double>(text.size())));
     }
 }
 

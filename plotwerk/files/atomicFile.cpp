@@ -1,6 +1,7 @@
 #include "plotwerk/files/atomicFile.h"
 
 #include "plotwerk/base/bounds.h"
+#include "plotwerk/base/ending.h"
 #include "plotwerk/base/refusal.h"
 
 #include <cerrno>
@@ -16,6 +17,7 @@
 #include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace plotwerk {
@@ -55,10 +57,13 @@ fs::path temporaryName(const fs::path &directory) {
     return directory / (std::string(temporaryPrefix) + random);
 }
 
+constexpr const char *accessControlList = "system.posix_acl_access";
+
 // Who may do what with a file.
 struct Access {
     mode_t permissions;
     std::optional<gid_t> group{}; // of the file that was there before
+    std::string list{};           // its access control list; empty: none
 };
 
 // What is to take a file's place. Until then it has no name, so that nothing of it stays behind
@@ -82,9 +87,7 @@ class Replacement {
 
     // Synced, it takes the place. False, with the reason in errno, when that can't be done.
     bool moveIntoPlace(const Access &access) {
-        if (fchmod(descriptor.number, permissionsWithGroup(access)) != 0 ||
-            fsync(descriptor.number) != 0)
-            return false;
+        if (!handOn(access) || !sync()) return false;
         if (name.empty() && !takeName()) return false;
         if (std::rename(name.c_str(), target.c_str()) != 0) return false;
         name.clear();
@@ -92,14 +95,42 @@ class Replacement {
     }
 
   private:
-    // Where the old file's group can't be kept, another one gets none of its rights.
-    mode_t permissionsWithGroup(const Access &access) const {
+    bool takeGroup(gid_t group) const {
         struct stat status {};
-        const bool kept =
-            !access.group ||
-            (fstat(descriptor.number, &status) == 0 &&
-             (status.st_gid == *access.group || fchown(descriptor.number, -1, *access.group) == 0));
-        return kept ? access.permissions : access.permissions & ~0070;
+        return fstat(descriptor.number, &status) == 0 &&
+               (status.st_gid == group || fchown(descriptor.number, -1, group) == 0);
+    }
+
+    // Where the old file's group or list can't be kept, the group gets none of its rights: with a
+    // list, what the permissions say of the group is what others on the list may have at most.
+    bool handOn(const Access &access) const {
+        if (!access.group) return fchmod(descriptor.number, access.permissions) == 0;
+        fremovexattr(descriptor.number, accessControlList); // that of the directory
+        const bool keepsGroup = takeGroup(*access.group);
+        if (keepsGroup && !access.list.empty() &&
+            fsetxattr(descriptor.number, accessControlList, access.list.data(), access.list.size(),
+                      0) == 0)
+            return true;
+        const bool all = keepsGroup && access.list.empty();
+        return fchmod(descriptor.number, all ? access.permissions : access.permissions & ~0070) ==
+               0;
+    }
+
+    // In parts, so that an end by a signal doesn't have to wait for all of a large file.
+    bool sync() const {
+        constexpr off_t part = 16 << 20;
+        struct stat status {};
+        if (fstat(descriptor.number, &status) != 0) return false;
+        for (off_t at = 0; at < status.st_size; at += part) {
+            if (at > 0 && endIsAskedFor()) {
+                errno = EINTR;
+                return false;
+            }
+            sync_file_range(descriptor.number, at, part,
+                            SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE |
+                                SYNC_FILE_RANGE_WAIT_AFTER);
+        }
+        return fsync(descriptor.number) == 0;
     }
 
     static constexpr int mostTries = 100; // for a name that is free
@@ -193,6 +224,14 @@ std::string readWholeFile(const fs::path &path) {
     return bytes;
 }
 
+static std::string listOf(const fs::path &path) {
+    const ssize_t size = getxattr(path.c_str(), accessControlList, nullptr, 0);
+    std::string list(size > 0 ? static_cast<std::size_t>(size) : 0, '\0');
+    const ssize_t got = getxattr(path.c_str(), accessControlList, list.data(), list.size());
+    list.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
+    return list;
+}
+
 // What the new file gets, once it is sure that the old one may be replaced.
 static Access accessOf(const fs::path &path, mode_t ofNew) {
     struct stat status {};
@@ -200,7 +239,7 @@ static Access accessOf(const fs::path &path, mode_t ofNew) {
         if (S_ISDIR(status.st_mode)) refuse("write", path, std::strerror(EISDIR));
         if (!S_ISREG(status.st_mode)) refuse("write", path, "not a regular file");
         if (access(path.c_str(), W_OK) != 0) refuse("write", path, textOfErrno());
-        return {status.st_mode & 0777, status.st_gid};
+        return {status.st_mode & 0777, status.st_gid, listOf(path)};
     }
     const mode_t mask = umask(0);
     umask(mask);

@@ -21,9 +21,9 @@ std::string readWholeFile(const std::filesystem::path &path);
 // ".plotwerk-..." of a random name can stay behind only from the moment of the move, and on file
 // systems that have no files without names; the first write of a later process into that directory
 // removes it. Processes that write the same path at once don't disturb each other: the last one
-// stays. A file that is replaced hands its permissions and its group on (what the
-// group may do is lost where that can't be), a new one gets `ofNew` as far as the
-// umask leaves them; a symbolic link stays and its target is replaced or made. Throws Refusal
+// stays. A file that is replaced hands its permissions, its group and its access control list on
+// (what the group may do is lost where that can't be), a new one gets `ofNew` as far as the umask
+// leaves them; a symbolic link stays and its target is replaced or made. Throws Refusal
 // "can't write PATH: REASON": no such directory, not a regular file, a file without write
 // permission, a full disk, another user's link in a folder that everybody can write to. What
 // `write` throws is passed on, with the old file in place.

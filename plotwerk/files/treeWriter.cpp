@@ -172,12 +172,20 @@ void TreeWriter::write(const std::vector<double> &values) {
     separate();
     head(tag, doublesTag);
     head(byteString, values.size() * sizeof(double));
-    for (const double value : values) {
-        char bytes[sizeof(double)];
-        const auto bits = std::bit_cast<std::uint64_t>(value);
-        for (std::size_t i = 0; i < sizeof bytes; ++i) bytes[i] = static_cast<char>(bits >> 8 * i);
-        pending.append(bytes, sizeof bytes);
-        makeRoom();
+    static_assert(std::endian::native == std::endian::little, "doublesTag says so");
+    const std::string_view bytes(reinterpret_cast<const char *>(values.data()),
+                                 values.size() * sizeof(double));
+    constexpr std::size_t few = 1 << 12;
+    if (bytes.size() <= few) {
+        pending += bytes;
+        return;
+    }
+    flush();
+    // In parts, since a signal is heard only between two writes.
+    constexpr std::size_t part = 1 << 20;
+    for (std::size_t i = 0; i < bytes.size(); i += part) {
+        const std::string_view some = bytes.substr(i, part);
+        stream.write(some.data(), static_cast<std::streamsize>(some.size()));
     }
 }
 

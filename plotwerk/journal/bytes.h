@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 namespace plotwerk {
 
@@ -23,6 +24,43 @@ inline void putText(std::string &bytes, std::string_view text) {
     putNumber(bytes, static_cast<std::uint64_t>(text.size()));
     bytes += text;
 }
+
+// Bytes in pieces: long texts aren't copied, but referred to, and must outlive it.
+class GatheredBytes {
+  public:
+    template<class T> void putNumber(T number) { plotwerk::putNumber(held, number); }
+    void putText(std::string_view text) {
+        constexpr std::size_t longText = 4096;
+        if (text.size() < longText) return plotwerk::putText(held, text);
+        putNumber(static_cast<std::uint64_t>(text.size()));
+        referred.push_back({held.size(), text});
+    }
+
+    std::vector<std::string_view> pieces() const {
+        std::vector<std::string_view> all;
+        std::size_t taken = 0;
+        for (const Referred &each : referred) {
+            all.push_back(std::string_view(held).substr(taken, each.position - taken));
+            all.push_back(each.text);
+            taken = each.position;
+        }
+        all.push_back(std::string_view(held).substr(taken));
+        return all;
+    }
+    std::string whole() const {
+        std::string bytes;
+        for (const std::string_view piece : pieces()) bytes += piece;
+        return bytes;
+    }
+
+  private:
+    struct Referred {
+        std::size_t position; // in `held`
+        std::string_view text;
+    };
+    std::string held;
+    std::vector<Referred> referred;
+};
 
 // Takes apart what was put; the bytes must outlive it. Throws Refusal "damaged: cut off".
 class ByteReader {

@@ -62,10 +62,10 @@ void Journal::add(const Document &document, std::chrono::duration<double> time,
     }
     replayTime += time;
     attempt(document, [&] {
-        std::optional<std::string> record;
-        if (!file->isOutgrown() && replayTime <= longestReplay) record = message();
+        std::optional<GatheredBytes> record;
+        if (!file->isOutgrown(document) && replayTime <= longestReplay) record = message();
         if (record)
-            file->append(*record);
+            file->append(record->pieces());
         else
             writeFile(fs::path(file->path()), document);
     });

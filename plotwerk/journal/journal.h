@@ -7,6 +7,7 @@
 #ifndef PLOTWERK_JOURNAL_JOURNAL_H
 #define PLOTWERK_JOURNAL_JOURNAL_H
 
+#include "plotwerk/journal/bytes.h"
 #include "plotwerk/journal/journalFile.h"
 
 #include <chrono>
@@ -31,7 +32,7 @@ class Journal {
 
     // A message has changed the document, and took so long. `message` gives it as data, or nothing
     // when it can't be repeated: its result is written then.
-    using MessageAsData = std::function<std::optional<std::string>()>;
+    using MessageAsData = std::function<std::optional<GatheredBytes>()>;
     void add(const Document &document, std::chrono::duration<double> time,
              const MessageAsData &message);
 

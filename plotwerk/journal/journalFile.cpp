@@ -4,6 +4,7 @@
 #include "plotwerk/files/documentFile.h"
 #include "plotwerk/journal/bytes.h"
 #include "plotwerk/model/change.h"
+#include "plotwerk/model/structure.h"
 
 #include <algorithm>
 #include <array>
@@ -17,6 +18,7 @@
 #include <random>
 #include <streambuf>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -32,7 +34,7 @@ constexpr std::array<char, 16> magic{'p', 'l', 'o', 't', 'w', 'e', 'r', 'k',
                                      ' ', 'j', 'o', 'u', 'r', 'n', 'a', 'l'};
 constexpr std::uint32_t version = 1;
 constexpr int mostAttempts = 3;
-constexpr std::uint64_t leastRecords = 4 << 20;
+constexpr double leastRecords = 16 << 20;
 constexpr auto suffix = ".journal";
 constexpr auto unfinishedSuffix = ".journal.new";
 
@@ -192,6 +194,14 @@ fs::path JournalFile::freePath(const fs::path &directory) {
     return path;
 }
 
+// Of the files that a process may have open, some must be left to save documents.
+static bool isAmongTheLast(int file) {
+    constexpr rlim_t forOthers = 16;
+    rlimit limit{};
+    return getrlimit(RLIMIT_NOFILE, &limit) == 0 &&
+           static_cast<rlim_t>(file) + forOthers >= limit.rlim_cur;
+}
+
 // Under its own name from the beginning, somebody else could find it empty and not yet locked.
 JournalFile::JournalFile(fs::path path, const Document &document, std::int64_t stamp)
     : place(std::move(path)), file(-1) {
@@ -201,17 +211,21 @@ JournalFile::JournalFile(fs::path path, const Document &document, std::int64_t s
         open(unfinished.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
     if (file.number < 0) refuseToWrite(place);
     try {
+        if (isAmongTheLast(file.number)) {
+            errno = EMFILE;
+            refuseToWrite(place);
+        }
         if (flock(file.number, LOCK_EX | LOCK_NB) != 0) refuseToWrite(place);
-        Head head;
-        head.stamp = stamp;
+        Head fileHead;
+        fileHead.stamp = stamp;
         const std::string description = descriptionOf(document);
         const RecordHead descriptionHead(description.size(), sumOf(description));
-        std::string begin(reinterpret_cast<const char *>(&head), sizeof head);
-        begin.append(reinterpret_cast<const char *>(&descriptionHead), sizeof descriptionHead);
-        begin += description;
-        const auto documentAt = static_cast<off_t>(begin.size());
-        begin.resize(begin.size() + sizeof(RecordHead)); // written when the sum is known
-        if (!writeAll(file.number, begin.data(), begin.size())) refuseToWrite(place);
+        std::string head(reinterpret_cast<const char *>(&fileHead), sizeof fileHead);
+        head.append(reinterpret_cast<const char *>(&descriptionHead), sizeof descriptionHead);
+        head += description;
+        const auto documentAt = static_cast<off_t>(head.size());
+        head.resize(head.size() + sizeof(RecordHead)); // written when the sum is known
+        if (!writeAll(file.number, head.data(), head.size())) refuseToWrite(place);
 
         SummingBuffer buffer(file.number);
         std::ostream stream(&buffer);
@@ -223,19 +237,26 @@ JournalFile::JournalFile(fs::path path, const Document &document, std::int64_t s
             std::rename(unfinished.c_str(), place.c_str()) != 0) {
             refuseToWrite(place);
         }
-        documentSize = buffer.length;
-        size = begin.size() + documentSize;
+        messages = size = head.size() + buffer.length;
     } catch (...) {
         unlink(unfinished.c_str());
         throw;
     }
 }
 
-void JournalFile::append(std::string_view message) {
-    RecordHead head(message.size(), sumOf(message));
-    const std::size_t whole = sizeof head + message.size();
-    iovec parts[] = {{&head, sizeof head}, {const_cast<char *>(message.data()), message.size()}};
-    const ssize_t written = writev(file.number, parts, 2);
+void JournalFile::append(const std::vector<std::string_view> &message) {
+    RecordHead head;
+    std::vector<iovec> parts{{&head, sizeof head}};
+    std::uint64_t length = 0;
+    std::uint32_t sum = 0;
+    for (const std::string_view piece : message) {
+        length += piece.size();
+        sum = sumOf(piece, sum);
+        parts.push_back({const_cast<char *>(piece.data()), piece.size()});
+    }
+    head = RecordHead(length, sum);
+    const std::size_t whole = sizeof head + length;
+    const ssize_t written = writev(file.number, parts.data(), static_cast<int>(parts.size()));
     if (written != static_cast<ssize_t>(whole)) {
         if (written >= 0) errno = ENOSPC;
         const int reason = errno;
@@ -247,8 +268,12 @@ void JournalFile::append(std::string_view message) {
     size += whole;
 }
 
-bool JournalFile::isOutgrown() const {
-    return size - documentSize > std::max(4 * documentSize, leastRecords);
+// Counting the document takes long where it has many columns, so it is put off.
+bool JournalFile::isOutgrown(const Document &document) {
+    const auto taken = static_cast<double>(size - messages);
+    if (taken <= std::max(4 * roomOfDocument, leastRecords)) return false;
+    roomOfDocument = bytesOf(document);
+    return taken > 4 * roomOfDocument;
 }
 
 // What can't be noted in the head is no reason to lose the rest.

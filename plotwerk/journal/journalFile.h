@@ -46,12 +46,13 @@ class JournalFile {
     // A path in the directory that no file has.
     static std::filesystem::path freePath(const std::filesystem::path &directory);
 
-    // Adds a message in one write. Throws Refusal as above; nothing may be added after that.
-    void append(std::string_view message);
+    // Adds a message, given in pieces, in one write. Throws Refusal as above; nothing may be added
+    // after that.
+    void append(const std::vector<std::string_view> &message);
 
-    // The messages take more than four times the room of the document, and more than 4 MB: it is
+    // The messages take more than four times the room of the document, and more than 16 MB: it is
     // time for a new file. More often, writing documents would cost more than writing messages.
-    bool isOutgrown() const;
+    bool isOutgrown(const Document &document);
 
     void setStamp(std::int64_t stamp);
 
@@ -65,8 +66,9 @@ class JournalFile {
   private:
     std::filesystem::path place;
     JournalDescriptor file;
-    std::uint64_t documentSize = 0; // of the record of the document, in bytes
-    std::uint64_t size = 0;         // of the whole file
+    std::uint64_t size = 0;     // of the whole file, in bytes
+    std::uint64_t messages = 0; // where they begin
+    double roomOfDocument = 0;  // when it was last counted
 };
 
 // A journal that was left behind, locked while this lives.

@@ -10,7 +10,7 @@ std::string_view ControlObject::selector() const {
     return plotwerkControl::selectorOf(answered.member);
 }
 
-std::optional<std::string> ControlObject::messageAsData() const {
+std::optional<GatheredBytes> ControlObject::messageAsData() const {
     // The clipboard isn't recorded.
     if (std::string_view(answered.member) == "pasteDataOf_") return std::nullopt;
     return answered.asData(answered, application.decimalSeparator);
@@ -20,7 +20,7 @@ void ControlObject::tellListener() const noexcept {
     if (!listener) return;
     try {
         if (const auto data = answered.asData(answered, application.decimalSeparator))
-            listener(decodedMessage(*data));
+            listener(decodedMessage(data->whole()));
     } catch (const std::exception &) { // there is nobody to tell
     }
 }

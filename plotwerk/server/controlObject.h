@@ -51,7 +51,7 @@ class ControlObject {
                     const Parameters &...arguments) {
         const std::tuple<const Parameters &...> held(arguments...);
         answered = {member, &held, [](const Message &message, char decimalSeparator) {
-                        std::optional<std::string> data;
+                        std::optional<GatheredBytes> data;
                         if constexpr ((isArgument<Parameters> && ...))
                             data = encodedMessage(decimalSeparator, message.member,
                                                   *static_cast<decltype(&held)>(message.arguments));
@@ -162,7 +162,7 @@ class ControlObject {
 
     // The message that is being answered, for a journal; none when its effect depends on more than
     // what a journal records.
-    std::optional<std::string> messageAsData() const;
+    std::optional<GatheredBytes> messageAsData() const;
 
     void tellListener() const noexcept;
 
@@ -184,7 +184,7 @@ class ControlObject {
     struct Message {
         const char *member;
         const void *arguments;
-        std::optional<std::string> (*asData)(const Message &, char decimalSeparator);
+        std::optional<GatheredBytes> (*asData)(const Message &, char decimalSeparator);
     };
 
     Application &application;

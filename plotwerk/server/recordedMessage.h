@@ -31,29 +31,30 @@ struct RecordedMessage {
 };
 
 // Behind the letter of its type on the bus: doubles bit for bit, texts byte for byte.
-inline void putArgument(std::string &bytes, const std::string &text) {
-    bytes += 's';
-    putText(bytes, text);
+inline void putArgument(GatheredBytes &bytes, const std::string &text) {
+    bytes.putNumber('s');
+    bytes.putText(text);
 }
-inline void putArgument(std::string &bytes, std::int32_t number) {
-    bytes += 'i';
-    putNumber(bytes, number);
+inline void putArgument(GatheredBytes &bytes, std::int32_t number) {
+    bytes.putNumber('i');
+    bytes.putNumber(number);
 }
-inline void putArgument(std::string &bytes, double number) {
-    bytes += 'd';
-    putNumber(bytes, number);
+inline void putArgument(GatheredBytes &bytes, double number) {
+    bytes.putNumber('d');
+    bytes.putNumber(number);
 }
-inline void putArgument(std::string &bytes, bool yes) {
-    bytes += 'b';
-    putNumber(bytes, static_cast<std::uint8_t>(yes));
+inline void putArgument(GatheredBytes &bytes, bool yes) {
+    bytes.putNumber('b');
+    bytes.putNumber(static_cast<std::uint8_t>(yes));
 }
 
 // A message with its arguments, which are referred to.
 template<class... Arguments>
-std::string encodedMessage(char decimalSeparator, std::string_view member,
-                           const std::tuple<const Arguments &...> &arguments) {
-    std::string bytes(1, decimalSeparator);
-    putText(bytes, member);
+GatheredBytes encodedMessage(char decimalSeparator, std::string_view member,
+                             const std::tuple<const Arguments &...> &arguments) {
+    GatheredBytes bytes;
+    bytes.putNumber(decimalSeparator);
+    bytes.putText(member);
     std::apply([&](const auto &...each) { (putArgument(bytes, each), ...); }, arguments);
     return bytes;
 }

@@ -77,11 +77,37 @@ sdbus::IConnection::PollData Server::pollData() const {
     }
 }
 
-// Without memory for a message it stays with the bus until there is some.
-bool Server::processPending() {
-    constexpr std::chrono::milliseconds pause{10};
+// Takes in all that has come, but not for ever, nor without end.
+void Server::readMessages() {
+    constexpr std::size_t mostBytes = 50'000'000;
+    constexpr std::chrono::milliseconds longest{100};
+    const auto begin = std::chrono::steady_clock::now();
+    busObject.keepsWaiting = true;
     try {
-        const bool more = bus->processPendingRequest();
+        while (busObject.waiting.bytes() < mostBytes && bus->processPendingRequest() &&
+               std::chrono::steady_clock::now() - begin < longest) {
+        }
+    } catch (...) {
+        busObject.keepsWaiting = false;
+        throw;
+    }
+    busObject.keepsWaiting = false;
+}
+
+// Who has sent messages is looked at after each work that has taken long: looking costs as much as
+// short work. Without memory for a message it stays with the bus until there is some.
+bool Server::processPending() {
+    constexpr std::chrono::milliseconds pause{10}, longWork{1};
+    try {
+        if (std::chrono::steady_clock::now() - lastRead > longWork) {
+            readMessages();
+            lastRead = std::chrono::steady_clock::now();
+        }
+        bool more = true;
+        if (busObject.waiting.empty())
+            more = bus->processPendingRequest();
+        else
+            busObject.waiting.answerNext();
         setReserveAside();
         return more;
     } catch (const sdbus::Error &error) {

@@ -6,6 +6,7 @@
 #include "plotwerk/server/busObject.h"
 #include "plotwerk/server/controlObject.h"
 
+#include <chrono>
 #include <memory>
 
 namespace plotwerk {
@@ -33,14 +34,18 @@ class Server {
     // event may come for it: that counts as ready.
     sdbus::IConnection::PollData pollData() const;
 
-    // Answers one message if there is one. True: there may be more that no event tells of.
+    // Answers one message if there is one; clients that have sent some take turns. True: there may
+    // be more that no event tells of.
     bool processPending();
 
   private:
+    void readMessages();
+
     Application &application;
     std::unique_ptr<sdbus::IConnection> bus;
     ControlObject controlObject;
     BusObject busObject;
+    std::chrono::steady_clock::time_point lastRead; // of all that had come
 };
 
 } // namespace plotwerk

@@ -182,6 +182,7 @@ TEST(RtfOfText, EscapesWhatIsNoPlainAscii) {
         {"\xc3\xa4\xe4", "\\u195\\'3f\\u164\\'3f\\u228\\'3f"},
         {"naïve € \xef\xbf\xbd", "na\\u239\\'3fve \\u8364\\'3f \\u-3\\'3f"},
         {"\xf0\x9f\x98\x80", "\\u-10179\\'3f\\u-8704\\'3f"},
+        {"\U00010000", "\\u-10240\\'3f\\u-9216\\'3f"},
         {"a\nb\rc\r\nd\n\n", "a\\par\nb\\par\nc\\par\nd\\par\n\\par\n"},
         {"a\tb\x01\x7f~", "a\\tab b\\'01\\'7f~"}};
     for (const auto &[text, rtf] : cases)

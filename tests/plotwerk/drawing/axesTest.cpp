@@ -226,7 +226,8 @@ TEST(Axes, HaveWhatNumbersShareAtTheirEndApartFromAll) {
     EXPECT_NEAR(common(upperXAxis).bottom, numbers[upperXAxis].top - 5, 1e-9);
     EXPECT_NEAR(common(yAxis).left, numbers[yAxis].left, 1e-9);
     EXPECT_NEAR(common(rightYAxis).right, numbers[rightYAxis].right, 1e-9);
-    EXPECT_LE(std::max(common(yAxis).bottom, common(rightYAxis).bottom), 0);
+    for (const AxisCode code : {yAxis, rightYAxis}) // above the number at the corner
+        EXPECT_NEAR(common(code).bottom, numbers[upperXAxis].top - 5, 1e-9);
 
     const Box ink = inkOf([&](cairo_t *cr) { drawAxes(cr, frame); });
     EXPECT_NEAR(ink.bottom, common(xAxis).bottom, 1);
@@ -234,6 +235,84 @@ TEST(Axes, HaveWhatNumbersShareAtTheirEndApartFromAll) {
     EXPECT_NEAR(frame.outside.top, ink.top, 1);
     EXPECT_NEAR(frame.outside.left, ink.left, 1);
     EXPECT_NEAR(frame.outside.right, ink.right, 1);
+}
+
+TEST(Axes, HaveWhatNumbersShareAboveTheFrameOrThem) {
+    for (const double max : {1e9 + 1e4, 1e9 + 1.9e4}) {
+        Document document = plain();
+        document.axes[yAxis] = {.range = {1e9, max}};
+        const PlacedFrame frame = placed(document);
+        const PlacedAxis &axis = frame.axes[yAxis];
+        ASSERT_TRUE(axis.common);
+        const double top = axis.numbers.back().bounds().top;
+        EXPECT_EQ(top < 0, max < 1e9 + 1.5e4) << "one stands at the upper end, the other doesn't";
+        EXPECT_NEAR(axis.common->bounds().bottom, std::min(top, 0.0) - 5, 1e-9);
+    }
+}
+
+static std::vector<double> numbersOf(const Document &document, AxisCode code) {
+    std::vector<double> values;
+    const PlacedFrame frame = placed(document);
+    for (const PlacedNumber &number : frame.axes[code].numbers) values.push_back(number.value);
+    return values;
+}
+
+TEST(Axes, HaveNoNumbersOnTheLinesOfOthers) {
+    Document document = plain();
+    document.axes[yAxis].increment = 1;
+    document.frame.xAxisPos = 1;
+    document.frame.yAxisPos = 4;
+    EXPECT_EQ(numbersOf(document, xAxis), (std::vector<double>{0, 2, 6, 8, 10}));
+    EXPECT_EQ(numbersOf(document, yAxis), (std::vector<double>{0, 2, 3, 4}));
+    document.axes[yAxis].noLine = document.axes[xAxis].noLine = true;
+    EXPECT_EQ(numbersOf(document, xAxis), (std::vector<double>{0, 2, 4, 6, 8, 10}));
+    EXPECT_EQ(numbersOf(document, yAxis), (std::vector<double>{0, 1, 2, 3, 4}));
+}
+
+TEST(Axes, ReachAsFarAsTheirTicks) {
+    Document document = plain();
+    for (Axis &axis : document.axes) axis.noNumbers = axis.outsideTicks = true;
+    const auto expectReach = [&](double away) {
+        const Box outside = placed(document).outside;
+        const double reached[] = {-outside.left, -outside.top, outside.right - 200,
+                                  outside.bottom - 100};
+        for (const double each : reached) EXPECT_NEAR(each, away, 1e-9);
+    };
+    expectReach(8);
+    for (Axis &axis : document.axes) axis.outsideTicks = false;
+    expectReach(0);
+    for (Axis &axis : document.axes) axis.outsideTicks = axis.noLine = true;
+    expectReach(0);
+}
+
+TEST(Axes, TellTimesWhereTheirCurvesDo) {
+    for (const bool other : {false, true})
+        for (const bool ofX : {false, true}) {
+            Document document = plain();
+            Table &table = document.sources[0].tables[0];
+            for (Axis &axis : document.axes) axis = {.range = {0, 4 * 86400.0}};
+            table.y[0].look.upperX = table.y[0].look.rightY = other;
+            (ofX ? table.x : table.y[0]).isTime = true;
+            const PlacedFrame frame = placed(document);
+            for (const PlacedAxis &axis : frame.axes) {
+                ASSERT_FALSE(axis.marks.numbers.empty());
+                const bool its = axis.horizontal() == ofX &&
+                                 (axis.code == upperXAxis || axis.code == rightYAxis) == other;
+                const std::string text = plainTextOf(axis.marks.numbers.front().text);
+                EXPECT_EQ(text, its ? "Jan 1" : "0") << axis.code << other << ofX;
+            }
+        }
+}
+
+TEST(Axes, HavePowersOfTenWhoseDigitsStandAtTheTick) {
+    Document document = plain();
+    for (Axis &axis : document.axes) axis = {.range = {1, 1e8}, .logarithmic = true};
+    const PlacedFrame frame = placed(document);
+    const double digit = -Typesetter().line(richTextOf("10"), numberSize).ink().top;
+    for (const AxisCode code : {yAxis, rightYAxis})
+        for (const PlacedNumber &number : frame.axes[code].numbers)
+            EXPECT_NEAR(number.bounds().bottom - digit / 2,
+                        100 - frame.scales[code].position(number.value), 0.01);
 }
 
 static Box titlesOf(const Document &document) {
@@ -393,8 +472,10 @@ TEST(ErrorBars, HaveCapsNoWiderThanTheSymbol) {
     y[0].look.yError = y[0].look.symbols = true;
     y[0].look.symbolSize = 2;
     y[0].look.lineThickness = 0.1;
-    for (int code = 0; code < symbolCount; ++code) {
-        y[0].look.symbol[0] = code;
+    for (int i = 0; i < 2 * symbolCount; ++i) {
+        const int code = i % symbolCount;
+        const int first = i < symbolCount ? code : 15; // a dot, under another symbol
+        y[0].look.symbol = {first, i < symbolCount ? 0 : code, 0, 0};
         const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
         const ScaledFrame frame = scaledFrameOf(document, curves);
         double half = 0;
@@ -403,10 +484,19 @@ TEST(ErrorBars, HaveCapsNoWiderThanTheSymbol) {
                 if (!isBreak(p)) half = std::max(half, p.x - 20);
         double symbol = 0;
         for (const Drawn &each : drawnBy([&](cairo_t *cr) {
-                 drawSymbol(cr, code, {20, 75}, 200, 1, Colour{}, true);
+                 drawSymbol(cr, first, {20, 75}, 200, 1, Colour{}, true);
+                 if (code > 0) drawSymbol(cr, code, {20, 75}, 200, 1, Colour{}, true);
              }))
             for (const Point &p : each.path)
                 if (!isBreak(p)) symbol = std::max(symbol, (p.x - 20) / 100);
-        EXPECT_NEAR(half, symbol, 0.01) << code;
+        EXPECT_NEAR(half, symbol, 0.01) << i;
     }
+}
+
+TEST(Symbols, HaveLinesNoThickerThanAQuarterOfThem) {
+    for (const double size : {4.0, 40.0})
+        for (const Drawn &each : drawnBy([&](cairo_t *cr) {
+                 drawSymbol(cr, 12, {20, 75}, size, 2, Colour{}, true);
+             }))
+            EXPECT_EQ(each.thickness, size / 4 < 2 ? 1 : 2);
 }

@@ -114,6 +114,36 @@ TEST(FittedCurve, HasABandThatHolds95Percent) {
     EXPECT_TRUE(band.empty()) << "the scatter isn't known";
 }
 
+TEST(FittedCurve, HasABandDownToTheEndOfALogarithmicAxis) {
+    for (const bool reversed : {false, true}) {
+        Document document = fitted("a*x+b", [](double x) { return 2 * x + 3; });
+        document.fit.covariance.values = {0.01, 0, 1e4}; // to less than zero for small x
+        document.axes[yAxis].logarithmic = true;
+        document.axes[yAxis].reversed = reversed;
+        std::vector<Path> band;
+        lineOf(document, &band);
+        ASSERT_EQ(band.size(), 1U);
+        const double end = scaledFrameOf(document, drawnCurvesOf(document)).height;
+        EXPECT_EQ(band[0].back().y, reversed ? 0 : end);
+        EXPECT_NE(band[0][band[0].size() / 2].y, reversed ? 0 : end);
+    }
+}
+
+TEST(FittedCurve, SkipsWhatLogarithmicAxesCannotShow) {
+    Document document = fitted("a*x+b", [](double x) { return 2 * x + 3; });
+    Table &table = document.sources[0].tables[0];
+    table.x.values.insert(table.x.values.begin(), {-5, 0, unset, INFINITY});
+    table.y[0].values.insert(table.y[0].values.begin(), {-7, 3, unset, INFINITY});
+    for (const bool logarithmic : {false, true}) {
+        document.axes[xAxis].logarithmic = logarithmic;
+        const Path line = lineOf(document);
+        ASSERT_GT(line.size(), 100U);
+        const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+        EXPECT_NEAR(frame.valuesAt(line.front()).x, logarithmic ? 1 : -5, 1e-6);
+        EXPECT_NEAR(frame.valuesAt(line.back()).x, 10000, 1e-5);
+    }
+}
+
 TEST(FittedCurve, IsNoneOnceThePointsAreOthers) {
     const Document drawn = fitted("a*x+b", [](double x) { return 2 * x + 3; });
     EXPECT_FALSE(lineOf(drawn).empty());
@@ -123,6 +153,7 @@ TEST(FittedCurve, IsNoneOnceThePointsAreOthers) {
         [](Document &d) { d.sources[0].tables[0].x.values[1] = 31; },
         [](Document &d) { onlyCurve(d).drawnByFit = false; },
         [](Document &d) { onlyCurve(d).look.stepped = true; },
+        [](Document &d) { onlyCurve(d).look.sum = 2; },
         [](Document &d) { d.fit.formula = "a*'T (K)'+b"; },
         [](Document &d) { d.fit.formula = "a*x+b+0*T"; },
         [](Document &d) { d.fit.formula.clear(); }};

@@ -194,6 +194,9 @@ TEST(NearestPoint, IsMeasuredOnPaper) {
     Document back = curveAndPoint({10, 0}, {10, 0}, 6, 3);
     back.frame.noLineOnReverse = true;
 
+    Document mirrored = curveAndPoint({0, 10}, {10, 0}, 4, 3);
+    mirrored.frame.noLineOnReverse = mirrored.axes[xAxis].reversed = true;
+
     const Hit none{-1, -1};
     const struct {
         const char *what;
@@ -222,6 +225,7 @@ TEST(NearestPoint, IsMeasuredOnPaper) {
         {"within the step", steps, 6, 4.9, {1, 3}},
         {"beside the step", steps, 9.5, 5, {0, 1}},
         {"where no line runs back", back, 6, 5.5, {1, 3}},
+        {"where it runs on, to the left", mirrored, 4, 5.5, {0, 0}},
     };
     for (const auto &c : cases) EXPECT_EQ(hitOf(c.document, c.x, c.y), c.want) << c.what;
 }

@@ -256,9 +256,22 @@ TEST(Pictures, ShowCurvesAsTheDocumentSays) {
         d.frame.noLineOnReverse = true;
         d.sources[0].tables[0].x.values = {2, 6, 4};
     });
+    see("nor on a reversed axis", "#8,4 _7,4", [](D d, L) {
+        d.frame.noLineOnReverse = d.axes[xAxis].reversed = true;
+        d.sources[0].tables[0].x.values = {2, 6, 4};
+    });
+    see("drop lines without its dashes", "#4,0.75 #4,1.25 #4,2.75 #4,4.25 _4,6.1", [](D, L look) {
+        look.dashed = look.marker = true;
+        look.dashLength = {28.346, 14.173, 28.346, 14.173};
+    });
     see("area", "r4,1 r4,5.5 r3,1 _1.9,1 _3,4.5", [](D, L look) { look.filled = true; });
     see("area from the x axis", "r4,5.5 _4,4.5 r2.5,4",
         [](D d, L look) { look.filled = true, d.frame.xAxisPos = 5; });
+    see("area on a reversed logarithmic axis", "r4,7.9 r4,3.2 _4,2.8", [](D d, L look) {
+        look.filled = d.axes[yAxis].logarithmic = d.axes[yAxis].reversed = true;
+        d.axes[yAxis].range = {0.01, 1e6};
+        onlyCurve(d).values = {1e3, 1e3, 1e3};
+    });
     see("right and upper axis", "#2,2 _4,5.9 #2.55,4 #3,4.9 #3.45,4", [](D d, L look) {
         useOtherAxes(d);
         look.xError = look.yError = true;
@@ -279,6 +292,14 @@ TEST(Pictures, ShowCurvesAsTheDocumentSays) {
         look.symbols = true, look.symbolInc = 2, look.line = false;
         look.symbolSize = 57, look.symbol = {3, 0, 0, 10};
     });
+    see("missing points have none, not even of those that are left out", "#2,2 _6,2 _2.5,2",
+        [](D d, L look) {
+            look.symbols = true, look.symbolInc = 2, look.line = false;
+            onlyCurve(d).values[1] = unset;
+        });
+    see("open symbols hide the line", "_4.25,5.5 #5,4 #4,6.98", [](D, L look) {
+        look.symbols = true, look.symbolSize = 2 * pointsPerCm, look.symbol[0] = 1;
+    });
     see("layers", "r3,4", [](D d, L look) {
         Column above = onlyCurve(d);
         above.name = "above";
@@ -298,6 +319,43 @@ TEST(Pictures, ShowAxesAndTextsAsTheDocumentSays) {
                        {"\u2588\u2588\u2588\u2588", 8, 5, 90, true, true},
                        {"\u2588", 1.1, 0.5, 0, false, false}};
         });
+}
+
+TEST(Pictures, HaveAxesWithCornersAndTitlesThatReadUpwards) {
+    see("corners of thick axes that are open", "#-0.1,-0.1 #-0.1,4 _-0.1,8.2", [](D d, L) {
+        d.frame.axisThickness = 0.3 * pointsPerCm;
+        for (Axis &axis : d.axes) axis.noNumbers = true;
+        d.axes[upperXAxis].noLine = d.axes[rightYAxis].noLine = true;
+    });
+    const char *redThenBlue =
+        "{\\rtf1{\\colortbl;\\red255;\\blue255;}\\cf1 \\u9608?\\cf2 \\u9608?}";
+    Document document = centimetres();
+    for (Axis &axis : document.axes) axis.title = redThenBlue;
+    Pixels(document).expect("r5.9,-1 b6.1,-1 r-0.8,3.9 b-0.8,4.1");
+}
+
+TEST(Pages, HoldTheSymbolsOfAllCurvesAndNothingTooFarAway) {
+    Document document = centimetres();
+    Table &table = document.sources[0].tables[0];
+    table.x.name = "";
+    table.y.resize(1, Column());
+    table.y.resize(3, table.y[0]);
+    for (Axis &axis : document.axes) axis.noLine = axis.noNumbers = true;
+    const double sizes[] = {20, 40, 30};
+    for (size_t i = 0; i < 3; ++i) {
+        table.y[i].name = "";
+        table.y[i].look.symbols = i < 2;
+        table.y[i].look.symbolSize = sizes[i];
+    }
+    const Box page = Picture(document).page(); // three quarters of a size, and the margin
+    EXPECT_EQ(std::vector({page.left, page.top, page.right, page.bottom}),
+              std::vector({-33.0, -33.0, 374.0, 260.0}));
+
+    document.frame.xAxisLength = 100;
+    document.texts = {{.text = "far", .x = 2}};
+    const Picture far(document);
+    EXPECT_EQ(far.page().right, std::ceil(100 * pointsPerCm + 1500 + 3));
+    EXPECT_LE(inkOf([&](cairo_t *cr) { far.drawOn(cr); }).right, far.page().width());
 }
 
 TEST(Pictures, HaveSixteenSymbols) {
@@ -519,5 +577,8 @@ TEST(Composition, KeepsPicturesAsTheyWereAndAsText) {
     EXPECT_EQ(pageSizeOf(pdf), (std::vector<double>{595, 842}));
     Composition absurd(1e300, unset);
     absurd.add(document, {INFINITY, -1e300, 1e300, unset}, INFINITY, 1e300);
-    EXPECT_FALSE(absurd.pdf().empty());
+    EXPECT_EQ(pageSizeOf(absurd.pdf()).at(0), 14400) << "what PDF readers show";
+    Composition tall(595, 1e5); // from its lower left corner on
+    tall.add(document, {50, 100, 300, 0}, 0, 0);
+    EXPECT_NEAR(inkBoxOf(tall.pdf()).at(1), 100, 4);
 }

@@ -97,7 +97,10 @@ TEST(Markup, SpellsOutSignsScriptsAndEmphasis) {
         {"* a * (*x*) *m*v *a\nb* **c*", "* a * (<i>x<>) <i>m<>v *a\nb* **c*"},
         {R"({\rtf1 a_{\b b\'5c'}c})", "a<b_>b<b>\\'<>c"},
         {R"({\rtf1 x\super y_\{z\}})", "x<^>y<^_>z"},
-        {"<name> <B> *<name>* \\<name>", "1<b>2<_>3<> <B> <i>1<bi>2<i_>3<> <name>"},
+        {"x_{-1} x_{a-1} x^{a-1} -1", "x<_>−1<> x<_>a-1<> x<^>a−1<> -1"},
+        {"<name> <B> *<name>* \\<name>", "1<b#0#0#255>2<_>3<> <B> <i>1<bi#0#0#255>2<i_>3<> <name>"},
+        {R"({\rtf1{\colortbl;\red255;}\cf1 <name>})", "<#255#0#0>1<b#0#0#255>2<_#255#0#0>3"},
+        {"x^{<name>} x^{a_{<name>}}", "x<^>1<b^#0#0#255>2<^_>3<> x<^>a<^_>1<b^_#0#0#255>2<^_>3"},
     };
     const auto field = [](std::string_view name) -> std::optional<RichText> {
         if (name != "name") return std::nullopt;
@@ -105,6 +108,7 @@ TEST(Markup, SpellsOutSignsScriptsAndEmphasis) {
         text[0].text = "1";
         text[1].text = "2";
         text[1].bold = true;
+        text[1].colour = Colour{0, 0, 1, 1};
         text[2].text = "3";
         text[2].script = -1;
         return text;

@@ -69,6 +69,7 @@ TEST(Scale, PlacesValues) {
                  {{4, 2}, false, true, 2.5, 25},
                  {{-8e307, 8e307}, false, false, 4e307, 75},
                  {{1, 1000}, true, true, 10, 200.0 / 3},
+                 {{1000, 1}, true, false, 10, 200.0 / 3},
                  {{1, 100}, true, false, 0.1, -50},
                  {{1e-300, 1e300}, true, false, 1, 50},
                  {{1e5, 1e5 * (1 + 2e-9)}, true, false, 1e5 * (1 + 1e-9), 50}};
@@ -125,6 +126,18 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
         {{0, 0.1}, [](Axis &axis) { axis.precision = 0; }, "0.00 0.02 0.04 0.06 0.08 0.10"},
         {{0, 15}, [](Axis &a) { a.exponents = true; }, "0 0.5\u00d7101 1.0\u00d7101 1.5\u00d7101"},
         {{0, 10}, [](Axis &axis) { axis.labelDensity = 0.6; }, "0 5 10"},
+        {{0, 10}, [](Axis &axis) { axis.labelDensity = 3; }, "0 1 2 3 4 5 6 7 8 9 10"},
+        {{0, 10}, [](Axis &axis) { axis.labelDensity = 0.4; }, "0 10"},
+        {{1234560, 1234570},
+         linear,
+         "1234560 1234562 1234564 1234566 1234568 1234570"}, // seven digits are read, eight aren't
+        {{12345600, 12345610}, linear, "0 2 4 6 8 10 | + 12345600"},
+        {{1, 5},
+         [](Axis &axis) { axis.increment = 1.2345678; },
+         "1.2345678 2.4691356 3.7037034 4.9382712"},
+        // an increment with a tick or none within the limits
+        {{-1, 10}, [](Axis &axis) { axis.increment = 5e3; }, "0"},
+        {{-1, 10}, [](Axis &axis) { axis.increment = 2e4; }, "0 2 4 6 8 10"},
         // too many ticks for the paper; too many numbers
         {{0, 10}, [](Axis &axis) { axis.increment = 1e-9; }, "0 2 4 6 8 10"},
         {{0, 100}, [](Axis &axis) { axis.increment = 1; }, "0 10 20 30 40 50 60 70 80 90 100"},
@@ -143,6 +156,21 @@ TEST(Ticks, HaveSmallOnesBetweenThem) {
     EXPECT_EQ(marksFor(axis, {0, 10}).smallTicks.size(), 16u);
     axis.ticks = 1000;
     EXPECT_LE(marksFor(axis, {0, 10}).smallTicks.size(), 340 / leastGivenTickDistance);
+    axis.ticks = 0;
+    EXPECT_EQ(marksFor(axis, {0, 10}).smallTicks.size(), 0u);
+    axis.ticks = -1;
+    const struct {
+        double increment, distance;
+        size_t between;
+    } cases[] = {{1, 17, 4}, {1, 12, 1}, {1, 5, 0}, {2, 17, 3}, {2, 11, 1}, {5, 17, 4}, {5, 12, 0}};
+    for (const auto &c : cases) {
+        axis.increment = c.increment;
+        const double most = 10 * c.increment;
+        const AxisMarks marks = marksBeside(axis, scaleOf(axis, {0, most}, 10 * c.distance), false,
+                                            Side::below, Typesetter());
+        EXPECT_EQ(marks.smallTicks.size(), 10 * c.between) << c.increment << ' ' << c.distance;
+    }
+    axis.increment = unset;
     axis.ticks = 4;
     axis.logarithmic = true;
     EXPECT_EQ(marksFor(axis, {1, 1000}).smallTicks.size(), 24u); // 2..9 in three decades
@@ -154,6 +182,16 @@ TEST(Ticks, HaveSmallOnesBetweenThem) {
     axis.ticks = 0;
     EXPECT_EQ(joined(marksFor(axis, {1, 1e4})), "100 102 104");
     EXPECT_TRUE(marksFor(axis, {1, 1e4}).smallTicks.empty());
+    axis.logNumbersAt = -1;
+    axis.logTicksAt = 1; // too many decades for a tick at each
+    EXPECT_EQ(marksFor(axis, {1e-300, 1e300}).ticks.size(),
+              marksFor(axis, {1e-300, 1e300}).numbers.size());
+}
+
+TEST(Numbers, HaveNoSignBeforeZero) {
+    const NumberFormat format{.decimals = 1};
+    EXPECT_EQ(plainTextOf(numberText(-0.04, format)), "0.0");
+    EXPECT_EQ(plainTextOf(numberText(-0.06, format)), "\u22120.1");
 }
 
 // Every axis has at least one number, few ticks, all within its limits, and none of its numbers

@@ -52,6 +52,12 @@ TEST(TimeTicks, TellDatesAndTimesOnce) {
          unset,
          8,
          "2023-07 2023-10 2024-01 2024-04 2024-07 | "},
+        {{secondsAt(2023, 8, 2), secondsAt(2024, 6, 1)}, unset, 7, "2023-10 2024-01 2024-04 | "},
+        {{secondsAt(1603, 5, 1), secondsAt(2000, 1, 1)},
+         unset,
+         72,
+         "1650 1700 1750 1800 1850 1900 1950 2000 | "},
+        {{noon + 600, noon + 7200}, 600, 99, "12:20 12:40 13:00 13:20 13:40 14:00 | 2024-03-05"},
         {{secondsAt(1968, 1, 1), secondsAt(1972, 1, 1)}, unset, 44, "1968 1969 1970 1971 1972 | "},
         {{secondsAt(1600, 1, 1), secondsAt(2000, 1, 1)}, unset, 36, "1600 1700 1800 1900 2000 | "},
         {{-3600, 3600}, 1800, 20, "23:00 23:30 1970-01-01 00:30 01:00 | "},
@@ -76,4 +82,17 @@ TEST(TimeTicks, TellDatesAndTimesOnce) {
                 << c.want;
         }
     }
+}
+
+TEST(TimeTicks, HaveAsManySmallOnesAsTheAxisAsksFor) {
+    Axis axis;
+    const auto small = [&](int ticks) {
+        axis.ticks = ticks;
+        const Scale scale = scaleOf(axis, {secondsAt(2024, 1, 1), secondsAt(2024, 5, 1)}, 340);
+        return marksBeside(axis, scale, true, Side::below, Typesetter()).smallTicks;
+    };
+    EXPECT_EQ(small(0).size(), 0U);
+    EXPECT_EQ(small(1), (std::vector{secondsAt(2024, 1, 16, 43200), secondsAt(2024, 2, 15, 43200),
+                                     secondsAt(2024, 3, 16, 43200), secondsAt(2024, 4, 16)}));
+    EXPECT_EQ(small(1000), small(-1)) << "there is no room for so many";
 }

@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <functional>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <set>
 #include <sys/file.h>
@@ -16,6 +17,7 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 using namespace plotwerk;
@@ -84,13 +86,75 @@ TEST_F(AtomicFile, KeepsPermissionsAndLinks) {
 TEST_F(AtomicFile, GivesNothingToAnotherGroup) {
     if (geteuid() != 0) return; // only root can give a file to any group
     write(file, "old");
-    ASSERT_EQ(chown(file.c_str(), static_cast<uid_t>(-1), 4), 0);
+    ASSERT_EQ(chown(file.c_str(), 12345, 4), 0);
     fs::permissions(file, static_cast<fs::perms>(0640));
     write(file, "new");
     struct stat status {};
     ASSERT_EQ(stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, 0U) << "it is who wrote it";
     EXPECT_EQ(status.st_gid, 4U);
     EXPECT_EQ(status.st_mode & 0777, 0640U);
+
+    ASSERT_EQ(chown(file.c_str(), 65534, 4), 0); // whose owner can't give the new one to the group
+    ASSERT_EQ(chown(directory.c_str(), 65534, 65534), 0);
+    fs::permissions(file, static_cast<fs::perms>(0664));
+    const auto writeUnprivileged = [&] {
+        if (setgroups(0, nullptr) != 0 || setgid(65534) != 0 || setuid(65534) != 0) std::exit(1);
+        write(file, "newer");
+        std::exit(0);
+    };
+    EXPECT_EXIT(writeUnprivileged(), testing::ExitedWithCode(0), "");
+    ASSERT_EQ(stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_gid, 65534U);
+    EXPECT_EQ(status.st_mode & 0777, 0604U);
+}
+
+// Nobody who looks for what dead processes have left takes it for that.
+TEST_F(AtomicFile, IsLockedWhileItIsWritten) {
+    int locked = 0;
+    writeWholeFile(file, [&](std::ostream &) {
+        for (const auto &each : fs::directory_iterator("/proc/self/fd")) {
+            std::error_code gone;
+            const std::string open = fs::read_symlink(each.path(), gone).string();
+            if (!open.starts_with(directory.string() + '/')) continue;
+            const int other = ::open(each.path().c_str(), O_RDONLY | O_CLOEXEC);
+            locked += flock(other, LOCK_EX | LOCK_NB) != 0;
+            close(other);
+        }
+    });
+    EXPECT_EQ(locked, 2) << "the file, and the stream on it";
+}
+
+// A user who may write and a group that may nothing: by its permissions alone, 0660, the group
+// might.
+TEST_F(AtomicFile, KeepsItsAccessControlListAndNoOtherAttribute) {
+    struct Entry {
+        uint16_t tag, rights;
+        uint32_t id;
+    };
+    const struct {
+        uint32_t version = 2;
+        Entry entries[5] = {{1, 6, ~0U}, {2, 6, 12345}, {4, 0, ~0U}, {16, 6, ~0U}, {32, 0, ~0U}};
+    } list;
+    constexpr auto access = "system.posix_acl_access", ofDirectory = "system.posix_acl_default";
+    const auto has = [](const fs::path &path, const char *name) {
+        return getxattr(path.c_str(), name, nullptr, 0) > 0;
+    };
+    write(file, "old");
+    write(directory / "plain", "old");
+    if (setxattr(file.c_str(), access, &list, sizeof list, 0) != 0 && errno == ENOTSUP)
+        GTEST_SKIP() << "the file system has no access control lists";
+    setxattr(file.c_str(), "user.remark", "x", 1, 0);
+    ASSERT_EQ(setxattr(directory.c_str(), ofDirectory, &list, sizeof list, 0), 0);
+
+    write(file, "new");
+    std::string kept(sizeof list + 1, '\0');
+    kept.resize(getxattr(file.c_str(), access, kept.data(), kept.size()));
+    EXPECT_EQ(kept, std::string(reinterpret_cast<const char *>(&list), sizeof list));
+    EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0660));
+    EXPECT_FALSE(has(file, "user.remark"));
+    write(directory / "plain", "new");
+    EXPECT_FALSE(has(directory / "plain", access)) << "it had none, whatever new files get there";
 }
 
 TEST_F(AtomicFile, IsARegularOneOrRefusedWithoutWaiting) {
@@ -115,6 +179,11 @@ TEST_F(AtomicFile, IsARegularOneOrRefusedWithoutWaiting) {
     }
     EXPECT_EQ(listing(), "loop pipe ");
     EXPECT_TRUE(fs::is_character_file("/dev/zero"));
+    write(file, "");
+    fs::resize_file(file, 2'000'000'001);
+    EXPECT_EQ(refusalOf([&] { readWholeFile(file); }),
+              "can't read " + file.string() + ": too large");
+    fs::remove(file);
     EXPECT_NE(readWholeFile("/proc/self/status").find("Pid:"), std::string::npos)
         << "a file whose size isn't known beforehand";
 }
@@ -129,11 +198,17 @@ TEST_F(AtomicFile, RemovesWhatDeadProcessesLeftAndNothingElse) {
     leave(".plotwerk-young", false);
     leave(".plotwerk-written", true);
     leave("other", true);
+    const bool root = geteuid() == 0; // only root can make another user's file
+    if (root) {
+        leave(".plotwerk-foreign", true);
+        ASSERT_EQ(chown((directory / ".plotwerk-foreign").c_str(), 12345, 12345), 0);
+    }
     const int held = open((directory / ".plotwerk-written").c_str(), O_RDONLY);
     flock(held, LOCK_EX);
     write(file, "new");
     close(held);
-    EXPECT_EQ(listing(), ".plotwerk-written .plotwerk-young file other ");
+    EXPECT_EQ(listing(), std::string(root ? ".plotwerk-foreign " : "") +
+                             ".plotwerk-written .plotwerk-young file other ");
 }
 
 TEST_F(AtomicFile, FollowsNoLinkThatAnotherUserPutIntoASharedFolder) {
@@ -217,6 +292,21 @@ static bool killedAtStop(int n, const std::function<void()> &work, std::string &
     waitpid(child, &status, 0);
     EXPECT_TRUE(WIFSIGNALED(status)) << status;
     return true;
+}
+
+TEST_F(AtomicFile, IsFinishedWhenItIsSmallAndGivenUpWhenItIsLargeAtTheEnd) {
+    sigset_t ends;
+    sigemptyset(&ends);
+    sigaddset(&ends, SIGTERM);
+    sigprocmask(SIG_BLOCK, &ends, nullptr);
+    raise(SIGTERM);
+    write(file, "small");
+    EXPECT_NE(refusalOf([&] { write(file, std::string(20 << 20, 'x')); }), "");
+    int taken = 0;
+    sigwait(&ends, &taken);
+    sigprocmask(SIG_UNBLOCK, &ends, nullptr);
+    EXPECT_EQ(readWholeFile(file), "small");
+    EXPECT_EQ(listing(), "file ");
 }
 
 TEST_F(AtomicFile, IsTheWholeOldOrTheWholeNewOneWheneverItsWriterIsKilled) {

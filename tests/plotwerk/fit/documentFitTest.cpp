@@ -4,6 +4,7 @@
 #include "plotwerk/fit/modifyByFormula.h"
 
 #include "plotwerk/data/exchange.h"
+#include "plotwerk/fit/fitVariables.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/editing.h"
 #include "plotwerk/model/selection.h"
@@ -300,6 +301,8 @@ TEST(DocumentVariables, AreParametersTheFitAndTheLimits) {
 TEST(DocumentVariables, TellWhatAPaperTells) {
     Document document = documentOf(
         table({0, 1, 2, 3}, {column("y", {1, 2, 4, 4}), column("y error", {.5, .5, .5, .5})}));
+    document.fit.iterations = 7; // of a result that is none
+    EXPECT_EQ(variableOf(document, "iterations"), "0");
     EXPECT_EQ(variableOf(document, "report"), "no fit");
     for (const char *name : {"status", "redchi", "ndf", "rsquared"})
         EXPECT_EQ(variableOf(document, name), "NAN") << name;
@@ -317,6 +320,7 @@ TEST(DocumentVariables, TellWhatAPaperTells) {
     expect("a.error", std::sqrt(scatter / 4 * 4 / 20));
     expect("covariance.a.a", scatter / 4 * 4 / 20);
     expect("covariance.b.a", scatter / 4 * -6 / 20);
+    EXPECT_EQ(variableOf(document, "covariance.c.a"), "NAN");
     expect("correlation.a.b", -6 / std::sqrt(14 * 4.));
     EXPECT_EQ(variableOf(document, "covariance.a.c"), "NAN");
     for (const char *name : {"covariance.a.d", "covariance.a", "correlation..", "redchi.a"})
@@ -362,6 +366,10 @@ TEST(DocumentVariables, TellWhatAPaperTells) {
     fitDocument(document);
     const std::string negative = variableOf(document, "report");
     EXPECT_NE(negative.find("correlation of m and k: -0.997"), std::string::npos) << negative;
+
+    FitResult zero{.done = true};
+    zero.parameters = {{.name = "k", .value = 0, .error = 0.5}};
+    EXPECT_EQ(fitReport(zero).find('%'), std::string::npos) << "no percentage of zero";
 }
 
 // More points than are worked on at once: the last of them count for nothing.

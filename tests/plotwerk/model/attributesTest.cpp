@@ -110,6 +110,12 @@ TEST(PlacedTexts, HaveOnePlaceEach) {
     placeText(document, {"two", 0.5, 0.5, 0, true, false});
     placeText(document, {"other y", 0.5, 0.5, 0, true, true});
     ASSERT_EQ(document.texts.size(), 3U);
+    for (const PlacedText &elsewhere : {PlacedText{"", 0.4, 0.5, 0, true, true},
+                                        {"", 0.5, 0.4, 0, true, true},
+                                        {"", 0.5, 0.5, 0, false, true}}) {
+        placeText(document, elsewhere);
+        ASSERT_EQ(document.texts.size(), 3U);
+    }
     placeText(document, {"", 0.5, 0.5, 0, true, true});
     placeText(document, {"three", unset, unset, unset, false, false});
     ASSERT_EQ(document.texts.size(), 2U);

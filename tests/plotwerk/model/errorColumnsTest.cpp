@@ -94,6 +94,16 @@ TEST(ErrorColumns, GoWhereTheyAreAskedFor) {
     table.y[4].drawnByFit = true;
     EXPECT_EQ(onlyCurve(document)->index, 0);
 
+    Document fitted = documentOf(named("x|y|Fit|Residuals")); // one is left as long as there is one
+    std::vector<Column> &curves = fitted.sources[0].tables[0].y;
+    curves[1].drawnByFit = true;
+    curves[2].residuals = true;
+    for (std::size_t first = 0; first < 3; ++first) {
+        EXPECT_EQ(onlyCurve(fitted).value_or(CurveRef{.index = -1}).index, 0) << first;
+        curves.erase(curves.begin());
+    }
+    EXPECT_FALSE(onlyCurve(fitted));
+
     for (const bool shown : {true, false}) {
         table.y[0].look.xError = table.y[0].look.yError = shown;
         const std::vector<PlottedCurve> plotted = plottedCurves(document);

@@ -162,6 +162,8 @@ TEST(Marks, AreWalkedOverFromTheStartWhenCurvesComeOrGo) {
         {"replace", [](Document &d) { replaceData(d, "A", "x a b\n1 2 3\n", '.'); }, true},
         {"append a table", [](Document &d) { appendData(d, "A", "1 2\n\n1 2\n\n1 2\n", '.'); },
          true},
+        {"replace none", [](Document &d) { replaceData(d, "C", "1 2\n", '.'); }, true},
+        {"append to none", [](Document &d) { appendData(d, "C", "1 2\n", '.'); }, true},
         {"append rows", [](Document &d) { appendData(d, "B", "1 2\n", '.'); }, false},
         {"a new last source", [](Document &d) { addData(d, "C", "1 2\n", '.'); }, false},
     };

@@ -38,6 +38,7 @@ TEST(Statistic, IsStableFarFromZeroAndAgainstCancellation) {
         return statisticOfSelection(selectedOf(table(y, {column("a", y)})));
     };
     EXPECT_DOUBLE_EQ(of({1e9, 1e9 + 1, 1e9 + 2}).deviation, std::sqrt(2.0 / 3));
+    EXPECT_EQ(of({1e16, 1e16 + 2}).deviation, 1); // whose mean isn't a double
     EXPECT_EQ(of({1, 1e100, 1, -1e100}).sum, 2);
     const Statistic endless = of({1e308, 1e308, std::numeric_limits<double>::infinity()});
     EXPECT_EQ(endless.sum, std::numeric_limits<double>::infinity());

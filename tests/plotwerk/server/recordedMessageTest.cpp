@@ -19,7 +19,7 @@ TEST(RecordedMessage, GivesItsArgumentsBackBitForBit) {
     const double minusZero = -0.0;
     const bool yes = true;
     const std::string record =
-        encodedMessage(',', "mixed", std::tie(text, least, minusZero, yes, empty, nan));
+        encodedMessage(',', "mixed", std::tie(text, least, minusZero, yes, empty, nan)).whole();
     const RecordedMessage message = decodedMessage(record);
     EXPECT_EQ(message.decimalSeparator, ',');
     EXPECT_EQ(message.member, "mixed");
@@ -35,7 +35,8 @@ TEST(RecordedMessage, GivesItsArgumentsBackBitForBit) {
     for (size_t length = record.size() - 8; length < record.size(); ++length)
         EXPECT_THROW(decodedMessage(std::string_view(record).substr(0, length)), Refusal);
     EXPECT_THROW(decodedMessage(record + 'q'), Refusal);
-    EXPECT_TRUE(decodedMessage(encodedMessage('.', "none", std::tuple<>())).arguments.empty());
+    EXPECT_TRUE(
+        decodedMessage(encodedMessage('.', "none", std::tuple<>()).whole()).arguments.empty());
 }
 
 // One that changes the document counts one revision, a refused one and one that asks count none.
@@ -54,8 +55,9 @@ TEST_F(ServerTest, EveryMessageCountsItsRevision) {
     Application application;
     ControlObject object(application);
     const auto repeat = [&](const std::string &member, const Values &values) {
-        std::string record(1, '.');
-        putText(record, member);
+        GatheredBytes record;
+        record.putNumber('.');
+        record.putText(member);
         for (const Value &value : values)
             std::visit(
                 [&](const auto &each) {
@@ -63,7 +65,7 @@ TEST_F(ServerTest, EveryMessageCountsItsRevision) {
                         putArgument(record, each);
                 },
                 value);
-        object.repeat(record);
+        object.repeat(record.whole());
     };
     Document &document = application.add({.name = "doc"});
     Random random(1);

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <future>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -143,6 +144,48 @@ TEST_F(RobustnessTest, ServesTenClientsAtOnce) {
     for (auto &client : clients) client.get();
 }
 
+// The server finds fifty messages of one client and then one of another, which hasn't to wait for
+// all of them; those of the first are done in their order.
+TEST_F(RobustnessTest, LetsClientsTakeTurns) {
+    const auto busyBus = sdbus::createSessionBusConnection();
+    const auto otherBus = sdbus::createSessionBusConnection();
+    const auto busy = sdbus::createProxy(*busyBus, busName, objectPath);
+    const auto other = sdbus::createProxy(*otherBus, busName, objectPath);
+    std::vector<int> done, wanted;
+    double seen = 0; // by the other client
+
+    const auto waitForBus = [](sdbus::IConnection &connected) { // until it has passed all on
+        std::string id;
+        sdbus::createProxy(connected, "org.freedesktop.DBus", "/org/freedesktop/DBus")
+            ->callMethod("GetId")
+            .onInterface("org.freedesktop.DBus")
+            .storeResultsTo(id);
+    };
+    program->sendSignal(SIGSTOP);
+    for (int i = 1; i <= 50; ++i) {
+        busy->callMethodAsync("setValueOfDoc_atIndex_indexSerie_toValue_")
+            .onInterface(busName)
+            .withArguments(std::string("doc"), 0, 0, static_cast<double>(i))
+            .uponReplyInvoke([&, i](const sdbus::Error *) { done.push_back(i); });
+        wanted.push_back(i);
+    }
+    waitForBus(*busyBus);
+    other->callMethodAsync("valueOfDoc_atIndex_indexSerie_")
+        .onInterface(busName)
+        .withArguments(std::string("doc"), 0, 0)
+        .uponReplyInvoke([&](const sdbus::Error *, double value) { seen = value; });
+    waitForBus(*otherBus);
+    program->sendSignal(SIGCONT);
+    waitUntil("all answers", [&] {
+        while (busyBus->processPendingRequest() || otherBus->processPendingRequest()) {
+        }
+        return done.size() == 50 && seen > 0;
+    });
+    EXPECT_LE(seen, 2);
+    EXPECT_EQ(done, wanted);
+    EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_("doc", 0, 0), 50);
+}
+
 // A client that does nothing but call, killed: while it sends, waits or is answered.
 TEST_F(RobustnessTest, OutlivesClientsThatAreKilledInACall) {
     std::string text;
@@ -175,6 +218,18 @@ TEST_F(RobustnessTest, OutlivesClientsThatAreKilledInACall) {
     EXPECT_EQ(std::get<1>(statistic), 100'000);
     EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_("doc", 3, 0), 6.5);
     stop();
+}
+
+// Each has a journal, an open file; the last ones to be had are for something else.
+TEST_F(RobustnessTest, SavesHoweverManyDocumentsAreOpen) {
+    const rlimit few{40, 40};
+    ASSERT_EQ(prlimit(program->pid(), RLIMIT_NOFILE, &few, nullptr), 0);
+    for (int i = 0; i < 40; ++i) plotwerk->newDocumentWithName_(std::to_string(i));
+    plotwerk->saveDocument_as_binary_("39", pathOf("saved"), true);
+    EXPECT_TRUE(plotwerk->didSaveSucceed_("39")) << lastError();
+    plotwerk->savePicturePDF_as_("doc", pathOf("picture.pdf"));
+    EXPECT_TRUE(fs::exists(pathOf("picture.pdf"))) << lastError();
+    EXPECT_TRUE(holds(stop().err, "Too many open files"));
 }
 
 // One that doesn't read is answered up to the limit, which others don't notice; once it reads, it

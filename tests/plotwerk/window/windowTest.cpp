@@ -67,27 +67,35 @@ class WindowTest : public ServerTest {
         plotwerk->readFormulaParameterOf_parameterList_(name, "b = 2\nd = 3\nf = 0.5");
         plotwerk->saveDocument_as_binary_(name, pathOf("slow.plotwerk"), false);
         screen.move({300, 300});
+        const int right = screen.frame().upperRight.x;
         screen.type("F7");
+        waitUntil("the fit pane", [&] { return screen.frame().upperRight.x < right - 100; });
         idle = screen.stillShot();
     }
 
-    // Waits until more than a line has changed beside the plot: the lowest of it is the button.
+    // The corners of what is shown otherwise than before a fit, beside the plot.
+    std::array<Place, 2> traceOfFit() const {
+        const Shot shown = screen.shot();
+        Place first{shown.width, shown.height};
+        Place last;
+        for (int y = 0; y < shown.height; ++y)
+            for (int x = shown.width * 6 / 10; x < shown.width; ++x) {
+                const auto place = static_cast<std::size_t>(y * shown.width + x);
+                if (shown.pixels[place] == idle.pixels[place]) continue;
+                first = {std::min(first.x, x), std::min(first.y, y)};
+                last = {std::max(last.x, x), y};
+            }
+        return {first, last};
+    }
+
+    // The lowest of it is the button, and it is more than a line of text.
     Place waitForCancelButton() const {
-        Place first, last;
+        std::array<Place, 2> trace;
         waitUntil("the fit's progress", [&] {
-            const Shot shown = screen.shot();
-            first = {shown.width, shown.height};
-            last = {};
-            for (int y = 0; y < shown.height; ++y)
-                for (int x = shown.width * 6 / 10; x < shown.width; ++x) {
-                    const auto place = static_cast<std::size_t>(y * shown.width + x);
-                    if (shown.pixels[place] == idle.pixels[place]) continue;
-                    first = {std::min(first.x, x), std::min(first.y, y)};
-                    last = {std::max(last.x, x), y};
-                }
-            return last.y - first.y > 60;
+            trace = traceOfFit();
+            return trace[1].y - trace[0].y > 60;
         });
-        return {(first.x + last.x) / 2, last.y - 12};
+        return {(trace[0].x + trace[1].x) / 2, trace[1].y - 12};
     }
 
     const std::string name = "Untitled";
@@ -389,10 +397,12 @@ TEST_F(WindowTest, AFitIsFollowedAndCancelledWhileOtherMessagesWait) {
     other.write(question);
     EXPECT_EQ(other.readLine(), "NAN\n");
     for (const bool byKey : {true, false}) {
+        waitUntil("no trace of a fit", [&] { return traceOfFit()[1].y == 0; });
         ChildProcess fit({CALLPLW, "-x", "fit"});
-        const Place cancel = waitForCancelButton();
+        waitForCancelButton();
         const Shot early = screen.shot();
         waitUntil("further progress", [&] { return screen.shot() != early; });
+        const Place cancel = waitForCancelButton();
         other.write(question);
         screen.type("ctrl+z");
         byKey ? screen.type("Escape") : screen.click(cancel);

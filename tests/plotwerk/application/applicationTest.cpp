@@ -1,0 +1,141 @@
+// The open documents, their files and their journals.
+#include "plotwerk/application/application.h"
+
+#include "plotwerk/base/log.h"
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/files/stateDirectory.h"
+#include "plotwerk/model/change.h"
+#include "tests/plotwerk/server/serverTest.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <regex>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+using namespace plotwerk;
+
+class ApplicationTest : public testing::Test {
+  protected:
+    ApplicationTest() {
+        std::string pattern = (fs::temp_directory_path() / "application-XXXXXX").string();
+        directory = mkdtemp(pattern.data());
+        setenv("XDG_STATE_HOME", directory.c_str(), 1);
+        journals = stateDirectory("journal");
+    }
+    ~ApplicationTest() override {
+        unsetenv("XDG_STATE_HOME");
+        fs::remove_all(directory);
+    }
+
+    // A journal that a process has left behind.
+    void leave(const std::string &name, std::int64_t stamp,
+               const std::vector<std::string> &messages, bool isIncomplete = false) const {
+        JournalFile file(journals / (name + ".journal"), {.name = name}, stamp);
+        for (const std::string &message : messages) file.append({message});
+        if (isIncomplete) file.setIncomplete();
+    }
+
+    bool isInUse(const std::string &name) const {
+        return !LeftJournal::lock(journals / (name + ".journal"));
+    }
+
+    static void retitle(Application &application, const std::string &title) {
+        Document &document = *application.front();
+        change(document, [&](Document &changed) { changed.title = title; });
+        application.record(document, {}, [] { return std::nullopt; });
+    }
+
+    static std::string logOf(const std::function<void()> &work) {
+        testing::internal::CaptureStderr();
+        work();
+        return testing::internal::GetCapturedStderr();
+    }
+
+    fs::path directory, journals;
+};
+
+TEST_F(ApplicationTest, BringsBackEachDocumentByItself) {
+    leave("front", 30, {"title", ","}, true);
+    leave("behind", 10, {"title"});
+    std::ofstream(journals / "none.journal") << "no journal at all";
+    leave("wrong", 40, {"title", "refused", "title"});
+    Application application;
+    application.keepJournals();
+    application.add({.name = "open"});
+    application.decimalSeparator = '.';
+    const auto repeat = [&](std::string_view message) {
+        if (message == "refused") application.lastError = "the reason";
+        if (message == ",") application.decimalSeparator = ',';
+        EXPECT_THROW(application.document("open"), Refusal) << "none but its own is there";
+        change(*application.front(), [&](Document &document) { document.title += message; });
+    };
+    const std::string log = logOf([&] { application.recover(repeat); });
+    EXPECT_TRUE(holds(log, "error: can't bring back \"wrong\" as it was on "));
+    EXPECT_TRUE(holds(log, ": can't be repeated: the reason\n"));
+    const std::string none = (journals / "none.journal").string();
+    EXPECT_TRUE(holds(log, "error: can't bring back a document: " + none + ": "));
+    const std::regex times(" as it was on [-0-9]+ at [:0-9]+");
+    const std::string untimed = std::regex_replace(log, times, "");
+    EXPECT_TRUE(holds(untimed, "info: brought back \"behind\"\n"));
+    EXPECT_TRUE(holds(untimed, "info: brought back \"front\", without its last changes\n"));
+    EXPECT_EQ(application.front()->name, "front");
+    EXPECT_EQ(application.document("front").title, "title,");
+    EXPECT_EQ(application.document("behind").title, "title");
+    EXPECT_THROW(application.document("wrong"), Refusal);
+    EXPECT_EQ(application.document("open").title, "");
+    EXPECT_EQ(application.decimalSeparator, '.');
+    EXPECT_EQ(application.lastError, "");
+    // journals go on as those of open documents, but for the one that may be mended
+    EXPECT_EQ(journalPaths(journals).size(), 4U);
+    EXPECT_TRUE(isInUse("front") && isInUse("behind"));
+    EXPECT_FALSE(isInUse("wrong"));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(holds(logOf([&] { application.recover(repeat); }), ": the reason\n")) << i;
+}
+
+TEST_F(ApplicationTest, GivesUpAJournalThatEndsTheProcess) {
+    leave("deadly", 1, {"message"});
+    int ends = 0;
+    for (int i = 0; i < 5; ++i) {
+        const pid_t child = fork();
+        if (child == 0) {
+            setLogLevel(LogLevel::error);
+            Application application;
+            application.keepJournals();
+            testing::internal::CaptureStderr();
+            application.recover([](std::string_view) { _exit(3); });
+            _exit(0);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        ends += WEXITSTATUS(status) == 3;
+    }
+    EXPECT_EQ(ends, 3);
+}
+
+TEST_F(ApplicationTest, SavesWhatWasOpenedInItsOwnFile) {
+    Application application;
+    const std::string path = directory / "saved";
+    application.save(application.create({.name = "document"}), path, false, true);
+    application.close(*application.front(), false);
+    application.open(path, false);
+    retitle(application, "new");
+    application.save(*application.front(), "", false, true);
+    EXPECT_FALSE(hasUnsavedChanges(*application.front()));
+    application.close(*application.front(), false);
+    EXPECT_EQ(application.open(path, false).title, "new");
+}
+
+TEST_F(ApplicationTest, TellsAtItsEndWhichChangesAreLost) {
+    Application application;
+    application.keepJournals();
+    application.create({.name = "document"});
+    retitle(application, "title");
+    EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" can be brought back"));
+    fs::remove_all(journals);
+    application.create({.name = "other"});
+    retitle(application, "title");
+    EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"other\" are lost\n"));
+}

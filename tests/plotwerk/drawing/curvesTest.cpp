@@ -1,0 +1,285 @@
+// What is drawn of curves, held against geometry.
+#include "plotwerk/drawing/curves.h"
+
+#include "plotwerk/drawing/coveredCurves.h"
+#include "plotwerk/drawing/curveSample.h"
+#include "plotwerk/drawing/curveStrokes.h"
+#include "plotwerk/drawing/denseImage.h"
+#include "plotwerk/drawing/raster.h"
+#include "tests/plotwerk/drawing/samples.h"
+
+#include <cmath>
+
+using namespace plotwerk;
+
+namespace {
+
+// How much of each pixel is painted, from 0 to 255.
+class Coverage {
+  public:
+    Coverage(int width, int height, const std::function<void(cairo_t *)> &draw)
+        : surface(cairo_image_surface_create(CAIRO_FORMAT_A8, width, height)) {
+        draw(Context(cairo_create(surface.get())).get());
+        cairo_surface_flush(surface.get());
+    }
+
+    int at(int x, int y) const {
+        return cairo_image_surface_get_data(
+            surface.get())[y * cairo_image_surface_get_stride(surface.get()) + x];
+    }
+
+  private:
+    Surface surface;
+};
+
+} // namespace
+
+TEST(Strokes, AreJoinedAndGoOnAcrossTheirParts) {
+    Path level; // dashes begin anew behind a break
+    for (int i = 0; i <= 1200; ++i) level.push_back(i == 1003 ? pathBreak : Point{0.5 * i, 10});
+    CurveLook look;
+    look.lineThickness = 2;
+    look.dashLength = {8, 4, 2, 6};
+    const Coverage dashes(600, 20, [&](cairo_t *cr) {
+        strokePath(cr, level, look, true, {});
+        EXPECT_EQ(cairo_get_dash_count(cr), 0) << "what is drawn next has none";
+    });
+    for (int x = 0; x < 600; ++x) {
+        if (x == 501) continue; // the break
+        const int phase = (x < 501 ? x : x - 502) % 20;
+        EXPECT_EQ(dashes.at(x, 9), phase < 8 || (phase >= 12 && phase < 14) ? 255 : 0) << x;
+    }
+    look.dashLength = {0, 0, 0, 0}; // no dashes at all
+    EXPECT_EQ(Coverage(9, 20, [&](auto cr) { strokePath(cr, level, look, true, {}); }).at(8, 9),
+              255);
+
+    look.lineColour.opacity = 0.5;
+    const Coverage clear(600, 20, [&](cairo_t *cr) { strokePath(cr, level, look, false, {}); });
+    for (int x = 0; x < 600; ++x) EXPECT_NEAR(clear.at(x, 9), x == 501 ? 0 : 128, 1) << x;
+
+    look.lineColour.opacity = 1;
+    Path stairs;
+    for (int i = 0; i <= 800; ++i) stairs.push_back({1.5 * (i + i % 2), 5 + 1.5 * (i - i % 2)});
+    const Coverage steps(1210, 1210, [&](cairo_t *cr) { strokePath(cr, stairs, look, false, {}); });
+    for (int i = 1; i < 800; ++i) { // the outer side of each corner
+        const int x = static_cast<int>(stairs[i].x) - (i % 2 == 0);
+        const int y = static_cast<int>(stairs[i].y) - (i % 2 == 1);
+        EXPECT_GT(steps.at(x, y), 100) << i;
+    }
+}
+
+TEST(Strokes, OfManyPointsAreAnImageWithTheSameGaps) {
+    Path path = {{5, 5}, {25, 5}, pathBreak, {32, 5}, pathBreak};
+    for (int i = 0; i < 10001; ++i) path.push_back({40.0 + i % 2, 5});
+    CurveLook look;
+    look.lineColour.opacity = 0.5;
+    look.lineThickness = 2;
+    const Coverage seen(60, 10, [&](cairo_t *cr) {
+        strokePath(cr, path, look, false, {0, 0, 60, 10});
+    });
+    for (const auto &[x, there] : {std::pair(10, true),
+                                   {24, true},
+                                   {28, false},
+                                   {32, true},
+                                   {36, false},
+                                   {40, true},
+                                   {50, false}})
+        EXPECT_NEAR(seen.at(x, 5), there ? 128 : 0, 1) << x;
+}
+
+// Many points are drawn as an image: it marks the pixels that cairo paints.
+TEST(DenseImage, HasThePixelsOfWhatItStandsFor) {
+    const Box box{10, 20, 110, 80};
+    constexpr int scale = 4;
+    const auto seen = [&](const std::function<void(cairo_t *)> &draw) {
+        return Coverage(400, 240, [&](cairo_t *cr) {
+            cairo_set_antialias(cr, CAIRO_ANTIALIAS_NONE);
+            cairo_scale(cr, scale, scale);
+            cairo_translate(cr, -box.left, -box.top);
+            draw(cr);
+        });
+    };
+    const auto expectSame = [&](const char *what, const DenseImage &image,
+                                const std::function<void(cairo_t *)> &draw) {
+        const Coverage got = seen([&](cairo_t *cr) { image.paintOn(cr); });
+        const Coverage want = seen(draw);
+        int painted = 0;
+        int different = 0;
+        for (int y = 0; y < 240; ++y)
+            for (int x = 0; x < 400; ++x) {
+                painted += want.at(x, y) > 0;
+                different += got.at(x, y) != want.at(x, y);
+            }
+        EXPECT_GT(painted, 15) << what;
+        EXPECT_LE(different, 4 + painted / 200) << what << " of " << painted;
+    };
+    const struct {
+        const char *what;
+        Point from, to;
+        double thickness;
+    } lines[] = {
+        {"slanted", {20.1, 30.2}, {93.3, 71.7}, 7}, {"steep", {60, 75}, {53.3, 25.1}, 3},
+        {"level", {15.1, 40.1}, {99.2, 40.1}, 2},   {"upright", {50.1, 25.2}, {50.1, 70}, 9},
+        {"dot", {50.1, 50.1}, {50.1, 50.1}, 5},     {"thin", {20.1, 30}, {99, 71}, 1e-3},
+        {"beyond", {-50, 10}, {150.3, 95}, 11}};
+    for (const auto &line : lines) {
+        DenseImage image(box, 72 * scale);
+        image.addLine(line.from, line.to, line.thickness);
+        expectSame(line.what, image, [&](cairo_t *cr) {
+            cairo_set_line_cap(cr, CAIRO_LINE_CAP_SQUARE);
+            cairo_set_line_width(cr, std::max(line.thickness, 1.0 / scale));
+            cairo_move_to(cr, line.from.x, line.from.y);
+            cairo_line_to(cr, line.to.x + 1e-2, line.to.y); // or it would draw no dot
+            cairo_stroke(cr);
+        });
+    }
+    // a star that is wound twice about its middle, a hole in it, and what lies partly outside
+    const std::vector<Path> rings = {
+        {{60.1, 25}, {75.3, 74}, {34, 43.1}, {86.2, 43.2}, {45.1, 74.2}},
+        {{55, 50.1}, {58, 50.2}, {58.1, 53}},
+        {{-5, 60}, {30, 90.1}, {20.2, 22}, {16, 5}},
+        {{100, 30.1}, {500, 20.2}, {500, 70}, {100, 60.3}}};
+    DenseImage area(box, 72 * scale);
+    area.fill(rings);
+    expectSame("area", area, [&](cairo_t *cr) {
+        for (const Path &ring : rings) {
+            tracePath(cr, ring, 0, ring.size());
+            cairo_close_path(cr);
+        }
+        cairo_fill(cr);
+    });
+    const auto shape = [](cairo_t *cr) {
+        cairo_arc(cr, 0, 0, 20, 0.3, 5);
+        cairo_fill(cr);
+    };
+    const std::vector<Point> points = {{40.6, 50.2}, {79.7, 50.3}, {60.1, 49.8}};
+    DenseImage stamps(box, 72 * scale);
+    stamps.stamp(points, 20, shape);
+    expectSame("stamps", stamps, [&](cairo_t *cr) {
+        for (const Point &p : points) {
+            cairo_save(cr);
+            cairo_translate(cr, (std::floor(p.x * scale) + 0.5) / scale,
+                            (std::floor(p.y * scale) + 0.5) / scale);
+            shape(cr);
+            cairo_restore(cr);
+        }
+    });
+}
+
+// "THICKNESS: PATH; ...", 0 for what is filled.
+static std::string drawnText(const std::function<void(cairo_t *)> &draw) {
+    std::string text;
+    for (const Drawn &each : drawnBy(draw)) {
+        char thickness[32];
+        std::snprintf(thickness, sizeof thickness, "%g: ", each.thickness);
+        text += (text.empty() ? "" : "; ") + (thickness + described(each.path));
+    }
+    return text;
+}
+
+TEST(Samples, ShowLooksInTheSizeOfType) {
+    using L = CurveLook &;
+    const std::string level = "1: 10,16.75 40,16.75";
+    const std::string upright = "1: 25,20 25,13.5";
+    const std::string symbol = "1: 22,16.75 28,16.75";
+    const struct {
+        const char *what;
+        void (*change)(CurveLook &);
+        std::string want;
+    } cases[] = {
+        {"nothing", [](L) {}, ""},
+        {"line", [](L look) { look.line = look.marker = true; }, level},
+        {"thick", [](L look) { look.line = true, look.lineThickness = 9; }, "6" + level.substr(1)},
+        {"no thickness", [](L look) { look.line = true, look.lineThickness = 0; }, ""},
+        {"drop lines", [](L look) { look.marker = look.xError = true; }, upright},
+        {"errors of y", [](L look) { look.yError = true; }, upright},
+        {"errors of x", [](L look) { look.xError = true; }, level},
+        {"symbols", [](L look) { look.symbols = look.yError = look.xError = true; }, symbol},
+        {"symbols on a line", [](L look) { look.symbols = look.line = true; },
+         level + "; " + symbol},
+        {"large symbols", [](L look) { look.symbols = true, look.symbolSize = 99; },
+         "1: 19,16.75 31,16.75"},
+        {"area", [](L look) { look.filled = true; }, "0: 10,13.5 40,13.5 40,20 10,20"}};
+    for (const auto &c : cases) {
+        CurveLook look;
+        look.line = false;
+        look.lineThickness = 1;
+        look.symbolSize = 5;
+        look.symbol = {14, 0, 0, 0}; // a level line of 1.2 sizes
+        c.change(look);
+        EXPECT_EQ(drawnText([&](cairo_t *cr) {
+                      drawSample(cr, look, {10, 20}, 30);
+                  }),
+                  c.want)
+            << c.what;
+        EXPECT_EQ(showsAnything(look), !c.want.empty() || look.line) << c.what;
+    }
+    CurveLook look;
+    for (const bool line : {false, true})
+        for (const bool dashed : {false, true})
+            for (const double dash : {1.0, 10.0, 99.0}) { // two periods and a dash
+                look.line = line;
+                look.dashed = dashed;
+                look.dashLength = {dash, 2, 7, 3};
+                const double want = std::min(2 * (dash + 12) + dash, 60.0);
+                EXPECT_EQ(sampleWidthOf(look), line && dashed ? std::max(want, 22.0) : 22);
+            }
+}
+
+TEST(Curves, WithoutThicknessHaveSymbolsOnly) {
+    Document document = documentWith({1, 3, 5}, {1, 3, unset});
+    document.sources[0].tables[0].y.push_back(column("y error", {1, 1, 1}));
+    CurveLook &look = onlyCurve(document).look;
+    look.line = look.marker = look.yError = look.symbols = true;
+    look.symbol = {14, 0, 0, 0};
+    look.lineThickness = 0;
+    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+    const ScaledFrame frame = scaledFrameOf(document, curves);
+    const auto drawn = drawnBy([&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0); });
+    ASSERT_EQ(drawn.size(), 2U);
+    for (const Drawn &each : drawn) EXPECT_EQ(each.thickness, 0.25);
+}
+
+TEST(CoveredCurves, CountPointsAndTheLengthOfLines) {
+    for (const int points : {13, 60001}) {
+        std::vector<double> x;
+        for (int i = 0; i < points; ++i) x.push_back(12.0 * i / (points - 1));
+        Document document = documentWith(x, std::vector<double>(x.size(), 4));
+        document.axes[xAxis].range = {0, 12};
+        document.axes[yAxis].range = {0, 8};
+        const double line = 6.5 * pointsPerCm / 5; // five points weigh as much as a symbol
+        const double marks = std::floor(6.5 / 12 * (points - 1)) + 1;
+        const struct {
+            bool line, symbols, filled;
+            double want;
+        } cases[] = {{true, false, false, line},
+                     {false, true, false, marks},
+                     {true, true, false, line + marks},
+                     {false, false, false, marks}, // drop lines, or errors
+                     {true, false, true, line},
+                     {false, false, true, line + marks}};
+        for (const auto &c : cases) {
+            CurveLook &look = onlyCurve(document).look;
+            look.line = c.line;
+            look.symbols = c.symbols;
+            look.filled = c.filled;
+            const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+            const ScaledFrame frame = scaledFrameOf(document, curves);
+            const Box box{-10, frame.height / 2 - 9, 6.5 * pointsPerCm, frame.height / 2 + 9};
+            EXPECT_NEAR(coveredBy(box, plotwerk::inkOf(curves, frame)), c.want,
+                        0.3 + points / 5000.0)
+                << c.line << c.symbols << c.filled << points;
+        }
+    }
+}
+
+TEST(Rows, AreAllOfThePicture) {
+    Document document = documentWith({0, 1}, {0, 1});
+    document.frame.xAxisLength = 60;
+    document.frame.yAxisLength = 25; // more than is drawn at once
+    const Picture picture(document);
+    int rows = 0;
+    drawRows(picture, [&](unsigned char *) { ++rows; });
+    EXPECT_EQ(rows, rasterSizeOf(picture).height);
+    EXPECT_NEAR(rows, picture.page().height() * 300 / 72, 1);
+}
