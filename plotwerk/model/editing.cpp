@@ -263,11 +263,6 @@ void showSelection(Document &document) {
     }
 }
 
-void hideSelection(Document &document) {
-    for (const CurveRef &curve : requireSelection(document))
-        columnOf(document, curve).look.visible = false;
-}
-
 void deleteSelection(Document &document) {
     requireSelection(document);
     eraseColumns(document, [](const Table &table) {

@@ -20,9 +20,6 @@ void renameSelection(Document &document, const std::string &name);
 // first selected one first. Their order in the document stays.
 void showSelection(Document &document);
 
-// Makes the selected curves invisible. How they look, and the selection, stay.
-void hideSelection(Document &document);
-
 // Deletes the selected curves. A table without y columns goes too, and a source without tables.
 void deleteSelection(Document &document);
 

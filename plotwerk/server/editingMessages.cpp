@@ -43,10 +43,6 @@ void ControlObject::showCurveOf_(const std::string &name) {
     actOn(name, showSelection);
 }
 
-void ControlObject::hideCurveOf_(const std::string &name) {
-    actOn(name, hideSelection);
-}
-
 void ControlObject::diffOf_(const std::string &name) {
     actOn(name, differentiateSelection);
 }

@@ -43,6 +43,11 @@ class CurveList::Item final : public Glib::Object {
     explicit Item(Row shown) : row(std::move(shown)) {}
 };
 
+bool isSeen(const CurveLook &look) {
+    return look.visible &&
+           (look.line || look.symbols || look.yError || look.xError || look.filled || look.marker);
+}
+
 static Row rowOf(const Column &column, int index) {
     const Colour &colour = column.look.lineColour;
     return {Row::curve,
@@ -51,7 +56,7 @@ static Row rowOf(const Column &column, int index) {
             index,
             column.marked,
             column.fitData,
-            !column.look.visible,
+            !isSeen(column.look),
             column.look.line,
             column.look.symbols,
             colour.red,

@@ -28,8 +28,7 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
       versions(shown),
       curves(shown,
              {.select = [this](const std::vector<int> &chosen) { selectCurves(chosen); },
-              .showSelection =
-                  [this](bool isShown) { send(isShown ? "showCurveOf_" : "hideCurveOf_"); }}),
+              .showSelection = [this](bool isShown) { isShown ? showCurves() : hideCurves(); }}),
       plot(shown, {.select =
                        [this](const MouseSelection &selection) {
                            application.mouseSelection(document) = selection;
@@ -202,8 +201,8 @@ void DocumentWindow::addActions() {
 
     line = add_action_bool("toggle-line", [this] { setLooks("line", 0); });
     symbols = add_action_bool("toggle-symbols", [this] { setLooks("symbols", 9); });
-    onSelection("show", "showCurveOf_");
-    onSelection("hide", "hideCurveOf_");
+    forSelection.push_back(add_action("show", [this] { showCurves(); }));
+    forSelection.push_back(add_action("hide", [this] { hideCurves(); }));
     onSelection("mark", "markSelectedCurvesOf_");
     onSelection("fit-data", "markSelectionAsFitDataOf_");
     cancelFit = add_action("cancel-fit", [this] { application.cancelFitOf(document); });
@@ -380,6 +379,28 @@ void DocumentWindow::setLooks(const char *action, int argument) {
     arguments[static_cast<std::size_t>(argument)] = static_cast<std::int32_t>(!state);
     send("setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_",
          std::move(arguments));
+}
+
+// Messages can't hide a curve but by what is drawn of it.
+void DocumentWindow::hideCurves() {
+    const auto first = firstSelectedCurve(document);
+    if (!first) return;
+    const CurveLook &look = columnOf(document, *first).look;
+    if (isSeen(look)) lookWhenHidden = look;
+    sendLook({.visible = false, .line = false});
+}
+
+void DocumentWindow::showCurves() {
+    send("showCurveOf_");
+    const auto first = firstSelectedCurve(document);
+    if (first && !isSeen(columnOf(document, *first).look)) sendLook(lookWhenHidden);
+}
+
+void DocumentWindow::sendLook(const CurveLook &look) {
+    send("setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_",
+         {std::int32_t{look.line}, keep, std::int32_t{look.yError}, std::int32_t{look.xError}, keep,
+          std::int32_t{look.filled}, keep, keep, std::int32_t{look.marker},
+          std::int32_t{look.symbols}});
 }
 
 void DocumentWindow::toggleLogarithmic(AxisCode axis, Gio::SimpleAction &action) {

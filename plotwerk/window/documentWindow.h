@@ -62,6 +62,9 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     void showView(const View &view);
     void showReadOut(const ReadOut &readOut);
     void setLooks(const char *action, int argument);
+    void hideCurves();
+    void showCurves();
+    void sendLook(const CurveLook &look);
     void toggleLogarithmic(AxisCode axis, Gio::SimpleAction &action);
 
     void chooseFileToOpen();
@@ -85,6 +88,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     Versions versions;
     Versions::Change change = Versions::Change::none; // since the last version
     std::string readOutText;
+    CurveLook lookWhenHidden; // of the curve that was hidden last
 
     CurveList curves;
     PlotArea plot;

@@ -101,7 +101,6 @@ static constexpr Row rows[] = {
     {"set2XRangeOf_xmin_xmax_", "", "", Effect::setsRange},
     {"set2YRangeOf_ymin_ymax_", "", "", Effect::setsRange},
     {"setLocalRangeOf_XorYAxis_", "", "", Effect::keepsData},
-    {"hideCurveOf_", "", "", Effect::keepsData},
 };
 
 static constexpr const char *appendingMember = "appendDataAndDrawInFastMode_of_source_";

@@ -116,8 +116,6 @@ const MessageCase cases[] = {
     {"modifyDataOf:doc Ydata:yes", "v values 1 2 3 4"},
     {"modifyDataOf:doc Ydata:no", "0/0/x values 1 2 3 4"},
     {"showCurveOf:doc", "v layer 1"},
-    {"hideCurveOf:doc", "v visible false"},
-    {"hideCurveOf:doc\nshowCurveOf:doc", "v layer 1"},
     {"diffOf:doc", "0/0/y/3 name \"v'\", values -5.5 1.5 1.5 -5.5"},
     {selectW + "deleteSelectedCurvesOf:doc",
      "v place 0; 1/0/x name gone; w name gone; 1 name gone"},

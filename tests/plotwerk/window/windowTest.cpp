@@ -344,7 +344,6 @@ TEST_F(WindowTest, JournalIsAScriptThatMakesTheSameDocument) {
     for (int i = 0; i < 20'000; ++i) many += std::to_string(i) + ' ' + std::to_string(i % 9) + '\n';
     plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(many, name, "Many",
                                                                               false, false);
-    plotwerk->hideCurveOf_(name);
     plotwerk->set2YRangeOf_ymin_ymax_(name, -2, NAN);
     plotwerk
         ->setDocAttributes_xAxisLength_yAxisLength_tickLength_axisThickness_yAxisPos_xAxisPos_multiDimFit_noLineOnRev_(
@@ -441,14 +440,18 @@ TEST_F(WindowTest, CurvesAreHiddenAndShownInTheList) {
     screen.frame();
     const Shot before = screen.stillShot();
     const Place check{180, 84}; // of the first row below the source's
+    const auto hasLine = [&] { return !holds(contentsOf(name), "\"line\":false"); };
+    const auto hasSymbols = [&] { return holds(contentsOf(name), "\"symbols\":true"); };
+    screen.type("ctrl+b");
+    waitUntil("symbols", hasSymbols);
     screen.click(check);
-    waitUntil("a hidden curve", [&] { return holds(contentsOf(name), "\"visible\":false"); });
+    waitUntil("a hidden curve", [&] { return !hasLine() && !hasSymbols(); });
     screen.click(check);
-    waitUntil("a shown curve", [&] { return !holds(contentsOf(name), "\"visible\":false"); });
+    waitUntil("the curve as it was", [&] { return hasLine() && hasSymbols(); });
     screen.type("ctrl+h");
-    waitUntil("a hidden selection", [&] { return holds(contentsOf(name), "\"visible\":false"); });
+    waitUntil("a hidden selection", [&] { return !hasLine() && !hasSymbols(); });
     screen.type("ctrl+j");
-    waitUntil("all shown", [&] { return !holds(contentsOf(name), "\"visible\":false"); });
+    waitUntil("all shown", [&] { return hasLine() && hasSymbols(); });
 }
 
 TEST_F(WindowTest, PrintsToAFile) {
