@@ -176,7 +176,7 @@ timed() {
     { time "$@" >/dev/null 2>messages; } 2>cpu
     if grep callPlw: messages >&2; then exit 1; fi
     took=$(($(now) - begin))
-    used=$(awk '{ print ($1 + $2) * 1e6 }' cpu)
+    used=$(awk '{ printf "%d\n", ($1 + $2) * 1e6 }' cpu)
 }
 
 # Prints a line of times: ours and gnuplot's, of the clock and of the processors.

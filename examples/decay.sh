@@ -53,4 +53,5 @@ session <<END
 -x saveEPS -f "$folder/decay.eps"
 -x saveTIFF -f "$folder/decay.tiff"
 -x saveDocument
+-x close
 END

@@ -106,8 +106,8 @@ class Application {
     // $XDG_STATE_HOME/plotwerk/journal/. Removes old ones. To be called before there are documents.
     void keepJournals();
 
-    // What recover would bring back: the last ten documents that changed, a line for each, behind one
-    // that counts the older ones; and logs it.
+    // What recover would bring back: the last ten documents that changed, a line for each, behind
+    // one that counts the older ones; and logs it.
     std::vector<std::string> leftDocuments() const;
     void tellLeftJournals() const;
 

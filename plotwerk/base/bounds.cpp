@@ -67,12 +67,11 @@ double mostUnread() {
     return table[unread].value * megabyte;
 }
 
-WithoutBounds::WithoutBounds() {
-    unbounded = true;
+WithoutBounds::WithoutBounds() : before(std::exchange(unbounded, true)) {
 }
 
 WithoutBounds::~WithoutBounds() {
-    unbounded = false;
+    unbounded = before;
 }
 
 void setBytesHeld(std::function<double()> count) {

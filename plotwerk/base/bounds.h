@@ -64,6 +64,9 @@ class WithoutBounds {
     ~WithoutBounds();
     WithoutBounds(const WithoutBounds &) = delete;
     WithoutBounds &operator=(const WithoutBounds &) = delete;
+
+  private:
+    bool before;
 };
 
 } // namespace plotwerk

@@ -75,7 +75,9 @@ TableLayout layoutOfPlainRow(const std::vector<HeadLine> &head, std::size_t begi
     for (std::size_t i = begin; i < head.size(); ++i) {
         if (head[i].isComment) continue;
         readFields(head[i].text, separator, commas, above);
-        if (fits(above, kinds, separator)) {
+        const bool beginsAsRow = hasNames && separator != ' ' && above.size() == fields.size() &&
+                                 isNumeric(above.front().kind) && !above.front().quoted;
+        if (beginsAsRow || fits(above, kinds, separator)) { // a word in a row: a missing value
             layout.firstRow = i;
             break;
         }

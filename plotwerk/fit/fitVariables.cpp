@@ -106,8 +106,10 @@ static std::string parameterLine(const FitParameter &parameter) {
     if (parameter.fixed) return line + " (fixed)";
     if (parameter.atBound) return line + " (at its bound)";
     if (std::isnan(parameter.error)) return line + " (error unknown)";
-    if (parameter.value != 0)
-        line += shown(" (%.2g %%)", 100 * std::abs(parameter.error / parameter.value));
+    if (parameter.value != 0) {
+        const double percent = 100 * std::abs(parameter.error / parameter.value);
+        line += shown(percent < 99.5 ? " (%.2g %%)" : " (%.0f %%)", percent);
+    }
     return line;
 }
 

@@ -224,8 +224,9 @@ void renameSelection(Document &document, const std::string &name) {
     std::vector<std::pair<std::string *, std::string>> names;
     for (const CurveRef &curve : selected) {
         Table &table = tableOf(document, curve);
-        const auto [found, isNew] =
-            tables.try_emplace(&table, TableErrors{ErrorColumns(table), {}});
+        auto found = tables.find(&table);
+        const bool isNew = found == tables.end();
+        if (isNew) found = tables.emplace(&table, TableErrors{ErrorColumns(table), {}}).first;
         auto &[errors, named] = found->second;
         if (isNew)
             for (std::size_t i = 0; i < table.y.size(); ++i)

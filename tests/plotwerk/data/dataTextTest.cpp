@@ -53,6 +53,7 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"open quote", "x \"a b\n1 2\n", "x=1 a b=2"},
         {"begins like a number", "2theta 5V\n1 2\n", "2theta=1 5V=2"},
         {"one word among numbers", "1 a\n1 2\n", "1=1 a=2"},
+        {"a word in the first row", "x;y\n1;<0.5\n2;3\n", "x=1,2 y=nan,3"},
         {"missing name", "x,,b\n1 2 3\n", "x=1 Y1=2 b=3"},
         {"equals sign", "x y=2x\n1 2\n", "x=1 y=2x=2"},
         {"later line wins", "title of it\nx a\n\n1 2\n", "x=1 a=2"},

@@ -442,12 +442,12 @@ TEST_F(WindowTest, CurvesAreHiddenAndShownInTheList) {
     const Place check{180, 84}; // of the first row below the source's
     const auto hasLine = [&] { return !holds(contentsOf(name), "\"line\":false"); };
     const auto hasSymbols = [&] { return holds(contentsOf(name), "\"symbols\":true"); };
+    screen.click(check);
+    waitUntil("a hidden curve", [&] { return !hasLine(); });
+    screen.click(check);
+    waitUntil("the curve as it was", hasLine);
     screen.type("ctrl+b");
     waitUntil("symbols", hasSymbols);
-    screen.click(check);
-    waitUntil("a hidden curve", [&] { return !hasLine() && !hasSymbols(); });
-    screen.click(check);
-    waitUntil("the curve as it was", [&] { return hasLine() && hasSymbols(); });
     screen.type("ctrl+h");
     waitUntil("a hidden selection", [&] { return !hasLine() && !hasSymbols(); });
     screen.type("ctrl+j");
