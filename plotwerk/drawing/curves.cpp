@@ -22,11 +22,17 @@ static Path linePoints(const DrawnCurve &curve, const ScaledFrame &frame, const 
                           : pointsOnPaper(curve, frame);
 }
 
+// What a path may leave out: where dots are shaded, corners show that are off by more than a
+// fraction of one.
+static Path reducedFor(const Path &path, double resolution) {
+    return reducedPath(path, std::max(resolution / 8, pathResolution));
+}
+
 static void drawLine(cairo_t *cr, const Path &path, const CurveLook &look, const ScaledFrame &frame,
                      double resolution) {
     if (look.lineThickness == 0) return;
     const Box box = frame.box().grownBy(look.lineThickness + 1);
-    const Path visible = reducedPath(clippedPath(path, box), std::max(resolution, pathResolution));
+    const Path visible = reducedFor(clippedPath(path, box), resolution);
     if (resolution > 0)
         strokeOnScreen(cr, visible, look, box, resolution);
     else
@@ -47,7 +53,7 @@ static void fillRings(cairo_t *cr, std::vector<Path> rings, const CurveLook &loo
     std::size_t size = 0;
     double length = 0;
     for (Path &ring : rings) {
-        ring = reducedPath(ring, std::max(resolution, pathResolution));
+        ring = reducedFor(ring, resolution);
         size += ring.size();
         length += lengthOf(ring);
     }
