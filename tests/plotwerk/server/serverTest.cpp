@@ -7,6 +7,7 @@
 #include <iterator>
 #include <regex>
 #include <sstream>
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -41,7 +42,11 @@ std::vector<Method> methodsOf(sdbus::IConnection &bus) {
     return methods;
 }
 
-ServerTest::ServerTest() : programsPath(std::getenv("PATH")) {
+ServerTest::ServerTest() : ServerTest(PLOTWERKD) {
+}
+
+ServerTest::ServerTest(std::string path)
+    : programPath(std::move(path)), programsPath(std::getenv("PATH")) {
     std::string pattern = (fs::temp_directory_path() / "plotwerkd-XXXXXX").string();
     directory = mkdtemp(pattern.data());
     setenv("XDG_STATE_HOME", (directory / "state").c_str(), 1);
@@ -53,8 +58,8 @@ ServerTest::~ServerTest() {
     fs::remove_all(directory);
 }
 
-std::vector<std::string> ServerTest::command(const std::vector<std::string> &arguments) {
-    std::vector<std::string> words{PLOTWERKD};
+std::vector<std::string> ServerTest::command(const std::vector<std::string> &arguments) const {
+    std::vector<std::string> words{programPath};
     words.insert(words.end(), arguments.begin(), arguments.end());
     return words;
 }

@@ -40,12 +40,13 @@ std::vector<Method> methodsOf(sdbus::IConnection &bus);
 
 class ServerTest : public testing::Test {
   protected:
-    ServerTest();
+    ServerTest(); // of plotwerkd
+    explicit ServerTest(std::string path);
     ~ServerTest() override;
 
-    static std::vector<std::string> command(const std::vector<std::string> &arguments = {});
+    std::vector<std::string> command(const std::vector<std::string> &arguments = {}) const;
 
-    // Runs plotwerkd until it owns its name, and connects `plotwerk` with it.
+    // Runs the program until it owns its name, and connects `plotwerk` with it.
     void start(const std::vector<std::string> &arguments = {});
 
     // Ends it by SIGTERM; it must end well.
@@ -77,6 +78,7 @@ class ServerTest : public testing::Test {
     std::unique_ptr<sdbus::IProxy> control; // the same object, for messages by name
 
   private:
+    const std::string programPath;
     const std::string programsPath; // $PATH, which a test may change
 };
 

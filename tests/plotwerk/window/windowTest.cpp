@@ -12,6 +12,8 @@ namespace {
 
 class WindowTest : public ServerTest {
   protected:
+    WindowTest() : ServerTest(PLOTWERK) {}
+
     // A straight line from (0, 0) to (10, 100), in a document "Line" of that range.
     void startWithLine() {
         start({"--no-journal"});
@@ -122,7 +124,7 @@ TEST_F(WindowTest, ShowsAWindowForEachDocumentWithAMarkForUnsavedChanges) {
     hasTitles({"small.txt", "• new"});
     plotwerk->saveDocument_as_binary_("new", pathOf("new.plotwerk"), false);
     hasTitles({"new", "small.txt"});
-    EXPECT_EQ(runProgram({PLOTWERKD, file("third.txt", "1 1\n")}).status, 0)
+    EXPECT_EQ(runProgram({PLOTWERK, file("third.txt", "1 1\n")}).status, 0)
         << "handed to the one that runs";
     hasTitles({"new", "small.txt", "third.txt"});
     plotwerk->closeDocument_askForSave_("new", false);
@@ -147,7 +149,7 @@ TEST_F(WindowTest, ClosingAsksToSave) {
 
 TEST_F(WindowTest, AnUntouchedDocumentMakesRoomForTheFileThatTheUserOpens) {
     const std::string path = file("small.txt", "1 2\n3 4\n");
-    const auto handOver = [&](const std::string &to) { runProgram({PLOTWERKD, to}); };
+    const auto handOver = [&](const std::string &to) { runProgram({PLOTWERK, to}); };
     const auto hasTitle = [&](const std::string &want) {
         waitUntil(want, [&] { return screen.titles() == std::vector{want}; });
     };
