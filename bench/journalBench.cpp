@@ -23,7 +23,7 @@ namespace {
 class Plotwerk final : public sdbus::ProxyInterfaces<org::plotwerk::PlotwerkControl_proxy> {
   public:
     explicit Plotwerk(sdbus::IConnection &bus)
-        : ProxyInterfaces(bus, INTERFACE_NAME, "/org/plotwerk/PlotwerkControl") {
+        : ProxyInterfaces(bus, INTERFACE_NAME, plotwerkControl::objectPath) {
         registerProxy();
     }
     ~Plotwerk() { unregisterProxy(); }

@@ -61,7 +61,7 @@ void printFct2Dy(const Fct2D *F, const char *path);
 //   z = 0, 1 / 2, 5 on x = 0, 1 and y = 0, 1:   (1, 1) -> 5   (0.5, 0.5) -> 2   (2, 0) -> 2
 double evalFct2D(Fct2D *F, double x, double y);
 
-// The whole column at grid line x0 as a new complete function of fixed length: y1 and y0 must be
+// The whole column at grid line x0 as a new complete function of fixed length: y0 and y1 must be
 // the first and last grid y, x1 equal to x0, and all four exactly on the grid; other slices are not
 // provided.
 // Ends the process: "ERROR in sliceFct2D: implementation incomplete".

@@ -41,11 +41,11 @@ double longestAnswer();
 // The bytes of answers that a client may leave unread before it gets no more.
 double mostUnread();
 
-// Refused "would take too long (limit seconds)" if so many nanoseconds are more than one message
+// Refused "would take too long (limit seconds)" if these nanoseconds are more than one message
 // may take.
 void requireTime(double nanoseconds);
 
-// Refused "would take too much memory (limit memory)" if so many bytes are more than one message
+// Refused "would take too much memory (limit memory)" if these bytes are more than one message
 // may take.
 void requireMemory(double bytes);
 

@@ -2,8 +2,8 @@
 //
 // Where a process may have no more memory (RLIMIT_AS), work that asks for it fails and is refused.
 // The libraries that talk to the bus couldn't go on then: for them the reserve is given up, and set
-// aside again when memory has become free. It is never touched, so that it takes none. For a
-// process of one thread.
+// aside again when memory has become free. It is never touched, so that it takes none. For one
+// thread at a time: others may allocate only while that one is within WithoutReserve.
 #ifndef PLOTWERK_BASE_MEMORYRESERVE_H
 #define PLOTWERK_BASE_MEMORYRESERVE_H
 
@@ -18,7 +18,7 @@ void setReserveAside();
 // False when there is none.
 bool giveReserveUp() noexcept;
 
-// Gives the reserve up when so many bytes could not be allocated without it.
+// Gives the reserve up when `bytes` could not be allocated without it.
 void makeRoomFor(std::size_t bytes) noexcept;
 
 // While it lives, operator new leaves the reserve alone.

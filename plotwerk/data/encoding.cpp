@@ -10,13 +10,9 @@ namespace plotwerk {
 
 static constexpr std::string_view replacement = "\xEF\xBF\xBD"; // U+FFFD
 
-static bool isNoncharacter(std::uint32_t code) {
-    return (code >= 0xfdd0 && code <= 0xfdef) || (code & 0xfffe) == 0xfffe;
-}
-
 static void appendUtf8(std::uint32_t code, std::string &text) {
     const auto byte = [&](std::uint32_t value) { text += static_cast<char>(value); };
-    if (isNoncharacter(code) || (code >= 0xd800 && code <= 0xdfff)) {
+    if (plw::isNonCharacter(code) || (code >= 0xd800 && code <= 0xdfff)) {
         text += replacement;
     } else if (code < 0x80) {
         byte(code);
@@ -61,14 +57,14 @@ static std::string utf8OfUtf16(std::string_view bytes, bool littleEndian) {
 // The length of the noncharacter that the text begins with, in UTF-8; 0 for anything else.
 static std::size_t noncharacterAt(std::string_view text) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const auto follows = [&](std::size_t i) { return (byte(i) & 0xc0) == 0x80; };
+    const auto follows = [&](std::size_t i) { return plw::isContinuation(text[i]); };
     if (text.size() >= 3 && byte(0) == 0xef && follows(1) && follows(2))
-        return isNoncharacter(0xf000U | (byte(1) & 0x3fU) << 6 | (byte(2) & 0x3fU)) ? 3 : 0;
+        return plw::isNonCharacter(0xf000U | (byte(1) & 0x3fU) << 6 | (byte(2) & 0x3fU)) ? 3 : 0;
     if (text.size() < 4 || byte(0) < 0xf0 || byte(0) > 0xf4) return 0;
     if (!follows(1) || !follows(2) || !follows(3)) return 0;
     const std::uint32_t code =
         (byte(0) & 7U) << 18 | (byte(1) & 0x3fU) << 12 | (byte(2) & 0x3fU) << 6 | (byte(3) & 0x3fU);
-    return code >= 0x10000 && code <= 0x10ffff && isNoncharacter(code) ? 4 : 0;
+    return code >= 0x10000 && code <= 0x10ffff && plw::isNonCharacter(code) ? 4 : 0;
 }
 
 static std::string withoutNoncharacters(std::string_view text) {

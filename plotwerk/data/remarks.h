@@ -17,7 +17,7 @@ class Remarks {
     void addLeftOut(const std::string &column) { addTo(leftOut, column); }
     void addMixed(const std::string &column) { addTo(mixed, column); }
 
-    // So many words that were read as missing values, the first as it is to be called.
+    // The number of words that were read as missing values, and the first as it is to be called.
     void addWords(std::size_t count, const std::string &first);
 
     // At most a line for each of the three kinds, whatever the number of columns.

@@ -17,7 +17,7 @@ struct TableSizes {
     std::size_t values = 0;
 };
 
-// Refused: no room beside them for a table of so many columns and rows.
+// Refused: no room beside them for a table with these numbers of columns and rows.
 void requireRoom(const TableSizes &finished, std::size_t columns, std::size_t rows);
 
 // What a column holds beside numbers.
@@ -42,8 +42,8 @@ class RowReader {
         : separator(lineSeparator), commas(ofText), finished(finishedTables) {}
 
     // The usual row: as many numbers as there are columns, and nothing else but separators. False
-    // for any other line, and when that has come so often in turn that trying costs more than it
-    // gains. textEnd: how far the rows may go on.
+    // for any other line, and after many of those in turn, where trying costs more than it gains.
+    // textEnd: how far the rows may go on.
     bool appendPlain(const char *line, const char *textEnd);
 
     // Any row; what isn't a number in it is noted. False for a line of words behind rows without

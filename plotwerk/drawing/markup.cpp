@@ -1,5 +1,8 @@
 #include "plotwerk/drawing/markup.h"
 
+#include "util/text/charclass.h"
+#include "util/text/utf8.h"
+
 #include <algorithm>
 #include <glib.h>
 #include <string>
@@ -129,28 +132,17 @@ static std::string_view signNamed(std::string_view name) {
     return found == std::end(signs) ? std::string_view() : found->sign;
 }
 
-static bool isDigit(char c) {
-    return g_ascii_isdigit(c);
-}
-
 // Bytes beyond ASCII belong to letters often enough.
 static bool isLetter(char c) {
-    return g_ascii_isalpha(c) || static_cast<unsigned char>(c) >= 0x80;
+    return plw::isLetter(c) || static_cast<unsigned char>(c) >= 0x80;
 }
 
 static bool isOfWord(char c) {
-    return isLetter(c) || isDigit(c) || c == '_';
+    return isLetter(c) || plw::isDigit(c) || c == '_';
 }
 
 static bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\n';
-}
-
-static std::size_t lengthOfCharacter(std::string_view text) {
-    std::size_t length = text.empty() ? 0 : 1;
-    while (length < text.size() && (static_cast<unsigned char>(text[length]) & 0xc0) == 0x80)
-        ++length;
-    return length;
 }
 
 namespace {
@@ -325,8 +317,8 @@ class MarkupReader {
     // Behind the letter there; its own place if there is none, or more than one.
     std::size_t endOfLetter(std::size_t i) const {
         if (!isLetter(at(i))) return i;
-        const std::size_t end = i + lengthOfCharacter(from(i));
-        return isLetter(at(end)) || isDigit(at(end)) ? i : end;
+        const std::size_t end = i + plw::firstCharacter(from(i)).size();
+        return isLetter(at(end)) || plw::isDigit(at(end)) ? i : end;
     }
 
     std::size_t endOfPlainSuperscript(std::size_t begin) const {
@@ -339,9 +331,9 @@ class MarkupReader {
             ++i;
         if (const std::size_t end = endOfLetter(i); end > i) return end;
         std::size_t end = i;
-        while (isDigit(at(end))) ++end;
-        if (end > i && at(end) == '.' && isDigit(at(end + 1)))
-            for (++end; isDigit(at(end));) ++end;
+        while (plw::isDigit(at(end))) ++end;
+        if (end > i && at(end) == '.' && plw::isDigit(at(end + 1)))
+            for (++end; plw::isDigit(at(end));) ++end;
         return end > i || !isLetter(at(end)) ? end : begin;
     }
 
@@ -360,7 +352,7 @@ class MarkupReader {
         if (underscore == 0 || isBlank(source[underscore - 1])) return underscore;
         if (const std::size_t end = endOfSign(begin); end > begin) return end;
         std::size_t digits = 0;
-        while (isDigit(at(begin + digits))) ++digits;
+        while (plw::isDigit(at(begin + digits))) ++digits;
         if (digits > 0) {
             const char next = at(begin + digits);
             return digits > 2 || g_ascii_islower(next) || next == '_' ? underscore : begin + digits;
@@ -376,7 +368,7 @@ class MarkupReader {
         while (begin > 0 && isOfWord(source[begin - 1])) --begin;
         if (begin == end) return end > 0 && (source[end - 1] == ')' || source[end - 1] == ']');
         if (begin > 0 && endOfSign(begin - 1) == end) return true;
-        return isLetter(source[begin]) && begin + lengthOfCharacter(from(begin)) == end;
+        return isLetter(source[begin]) && begin + plw::firstCharacter(from(begin)).size() == end;
     }
 
     TextRun look(std::size_t i, const Style &style) const {

@@ -3,13 +3,13 @@
 #include "plotwerk/drawing/curveSample.h"
 #include "plotwerk/drawing/markup.h"
 #include "plotwerk/model/parameterText.h"
+#include "util/text/charclass.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <glib.h>
 #include <iterator>
 #include <map>
 #include <string>
@@ -34,7 +34,7 @@ static void append(RichText &text, RichText more) {
 static RichText printedNumbers(std::string_view text) {
     RichText printed = plain("");
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool exponent = text[i] == 'e' && i > 0 && g_ascii_isdigit(text[i - 1]);
+        const bool exponent = text[i] == 'e' && i > 0 && plw::isDigit(text[i - 1]);
         if (!exponent) {
             printed.back().text += text[i] == '-' ? "\u2212" : std::string(1, text[i]);
             continue;

@@ -16,8 +16,8 @@ using std::chrono::sys_days;
 using std::chrono::year_month_day;
 
 static constexpr std::int64_t secondsOfDay = 86400;
-static constexpr double shortestSpan = 1e-5;
-static constexpr int mostDecimals = 6; // of seconds: microseconds in 2024 need 16 digits
+static constexpr double shortestSpan = 1e-5; // ten ticks of the finest step
+static constexpr int mostDecimals = 6;       // of seconds: microseconds in 2024 need 16 digits
 
 static sys_days dayOf(int year, unsigned month) {
     return std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(1);
@@ -49,7 +49,7 @@ struct TimeStep {
 
 constexpr double minute = 60;
 constexpr double hour = 3600;
-constexpr double day = 86400;
+constexpr double day = secondsOfDay;
 constexpr double firstMonday = 4 * day; // 1970-01-05
 constexpr int yearOfMonths = 12;
 

@@ -11,7 +11,7 @@
 
 namespace plotwerk {
 
-static constexpr double strongCorrelation = 0.9;
+static constexpr double strongCorrelation = 0.9; // from here on errors alone mislead
 
 static double reducedChiSquare(const FitResult &fit) {
     return fit.freedom > 0 ? fit.chiSquare / fit.freedom : unset;

@@ -45,7 +45,7 @@ static constexpr double lower = 9;
 // paper takes 0.75 and less for hard problems.
 static constexpr double reach = 0.1;
 static constexpr double mostCurvature = 0.5;
-// The gain agrees with the linear model's to so much: the next step can do without acceleration.
+// A gain within this fraction of the linear model's: the next step needs no acceleration.
 static constexpr double straight = 0.1;
 
 // The solver hands over to the polish when an undamped step promises to lower chi-square by less
@@ -56,18 +56,19 @@ static constexpr double smallOffset = 1e-10;
 static constexpr double smallDecrease = 1e-20;
 static constexpr double hardlyDamped = 1e-3;
 
-// Exact data leave residuals that are nothing but rounding: so much of the data's length.
+// The residuals of exact data are rounding alone: at most this fraction of the data's norm.
 static constexpr double dataRounding = 1e-14;
 
 // A parameter is known to its last digit when it is to this part of it: half of a double's.
 static constexpr double lastDigit = 1e-16;
 
-// So much of each column of J at least is independent of the ones before where the triangle in
-// double is exact enough for the last step and the covariance.
+// Where at least this fraction of each column of J is independent of those before it, the triangle
+// in double is exact enough for the last step and the covariance.
 static constexpr double independence = 1e-3;
 
-// A bound is let go of when the residuals' descent away from it is more than this part of what they
-// and the parameter's derivatives allow; solver and polish go on so often.
+// A bound is let go of when the cosine between the residuals and the parameter's derivatives says
+// that chi-square falls away from it: by more than the root of a double's rounding. Solver and
+// polish then go on, mostRounds times at most: parameters can take turns at their bounds.
 static constexpr double smallRelease = 1e-8;
 static constexpr int mostRounds = 20;
 

@@ -11,6 +11,7 @@ namespace plotwerk {
 // damping of the triangle.
 template<class Real>
 static double timeOfStep(const Tape &tape, std::size_t points, std::size_t parameters) {
+    // The processor has no vectors of extended numbers.
     constexpr double slowness = std::is_same_v<Real, double> ? 1 : 15;
     const auto p = static_cast<double>(parameters + 1);
     const double onePoint = nanosecondsPerPoint(tape) + 0.1 * p * p + 3;

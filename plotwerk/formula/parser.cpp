@@ -2,6 +2,7 @@
 
 #include "plotwerk/base/refusal.h"
 #include "util/text/charclass.h"
+#include "util/text/utf8.h"
 
 #include <algorithm>
 #include <charconv>
@@ -65,18 +66,10 @@ static std::size_t letterLength(std::string_view text, std::size_t at) {
     return letter && code != 0xD7 && code != 0xF7 ? 2 : 0;
 }
 
-static bool isContinuation(char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
 // The character at a position as a message shows it.
 static std::string shown(std::string_view text, std::size_t at) {
     if (byteAt(text, at) < ' ' || byteAt(text, at) == 127) return "a control character";
-    std::string character = "'";
-    do {
-        character += text[at++];
-    } while (at < text.size() && isContinuation(text[at]));
-    return character += "'";
+    return "'" + std::string(plw::firstCharacter(text.substr(at))) + "'";
 }
 
 class Parser::Nested {
@@ -97,9 +90,9 @@ void Parser::refuse(const std::string &what, std::size_t at) const {
     const std::string_view before = text.substr(0, at);
     const auto line = std::ranges::count(before, '\n') + 1;
     const std::size_t lineStart = before.rfind('\n') + 1; // npos + 1 is 0
-    const auto column =
-        std::ranges::count_if(before.substr(lineStart), [](char c) { return !isContinuation(c); }) +
-        1;
+    const auto column = std::ranges::count_if(before.substr(lineStart),
+                                              [](char c) { return !plw::isContinuation(c); }) +
+                        1;
     throw Refusal("formula, line " + std::to_string(line) + ", column " + std::to_string(column) +
                   ": " + what);
 }

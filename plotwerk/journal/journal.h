@@ -30,7 +30,7 @@ class Journal {
     // The same in the place of the file that the document was brought back from.
     void write(const Document &document, const std::filesystem::path &path);
 
-    // A message has changed the document, and took so long. `message` gives it as data, or nothing
+    // A message has changed the document, in the given time. `message` gives it as data, or nothing
     // when it can't be repeated: its result is written then.
     using MessageAsData = std::function<std::optional<GatheredBytes>()>;
     void add(const Document &document, std::chrono::duration<double> time,

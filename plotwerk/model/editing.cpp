@@ -40,8 +40,9 @@ static void sortRows(Table &table, const std::vector<int> &rows, std::vector<dou
         for (std::size_t i = 0; i < rows.size(); ++i) place[i] = values[rows[i]];
         std::copy_n(place.begin(), rows.size(), values.begin());
     };
-    sort(table.x.values);
-    table.xOrder = {};
+    std::vector<double> x = std::move(table.x.values);
+    sort(x);
+    setX(table, std::move(x));
     for (Column &column : table.y) sort(column.values);
 }
 

@@ -69,7 +69,9 @@ void sortTogether(std::span<double> key, std::span<double> other) {
 }
 
 std::vector<double> peakPositions(std::span<const double> y, double minStrength, double width) {
-    requireFree(8 * y.size_bytes());
+    // Samples: 2 of their number; rises across the window: at half their spacing, so 4, half as
+    // many again while they grow; where to look next: 3; peaks: 2 at most, which grow likewise.
+    requireFree(16 * y.size_bytes());
     using Function = std::unique_ptr<plw::Fct, decltype(&plw::freeFct)>;
     const Function f(plw::newFctWith(y.data(), countOf(y, y, 0), 0, 1), plw::freeFct);
     const Function peaks(plw::peaksFct(f.get(), minStrength, width), plw::freeFct);

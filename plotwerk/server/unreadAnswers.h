@@ -19,10 +19,10 @@ class UnreadAnswers {
     explicit UnreadAnswers(sdbus::IConnection &bus);
 
     // Throws sdbus::Error LimitsExceeded when the client leaves more unread than one may (limit
-    // unread). To be called before a message of its is done.
+    // unread). To be called before one of its messages is done.
     void require(const std::string &client);
 
-    // So many bytes were answered.
+    // `bytes` were answered.
     void add(const std::string &client, std::size_t bytes);
 
   private:

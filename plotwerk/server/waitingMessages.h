@@ -14,13 +14,13 @@ namespace plotwerk {
 // them. The messages of one client keep their order.
 class WaitingMessages {
   public:
-    // `answer` is called when it is the message's turn; until then the message takes so many bytes.
+    // `answer` is called when it is the message's turn; until then the message takes `bytes`.
     void add(const std::string &client, std::size_t bytes, std::function<void()> answer);
 
     bool empty() const { return turns.empty(); }
     std::size_t bytes() const { return bytesOfAll; }
 
-    // Answers the next one, which is there no longer then. Throws what answering it throws.
+    // Removes the next one and answers it. Throws what answering it throws.
     void answerNext();
 
   private:

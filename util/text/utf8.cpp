@@ -22,16 +22,25 @@ std::uint32_t firstCodePoint(std::string_view text, std::size_t *length) {
 
     std::uint32_t code = lead & (0x7fU >> size);
     for (std::size_t i = 1; i < size; ++i) {
-        if ((byte(i) & 0xc0) != 0x80) return 0;
+        if (!isContinuation(text[i])) return 0;
         code = code << 6 | (byte(i) & 0x3fU);
     }
     const bool overlong = (size == 3 && code < 0x800) || (size == 4 && code < 0x10000);
     const bool surrogate = code >= 0xd800 && code <= 0xdfff;
-    const bool nonCharacter = (code >= 0xfdd0 && code <= 0xfdef) || (code & 0xfffe) == 0xfffe;
-    if (overlong || surrogate || nonCharacter || code > 0x10ffff) return 0;
+    if (overlong || surrogate || isNonCharacter(code) || code > 0x10ffff) return 0;
 
     *length = size;
     return code;
+}
+
+bool isNonCharacter(std::uint32_t code) {
+    return (code >= 0xfdd0 && code <= 0xfdef) || (code & 0xfffe) == 0xfffe;
+}
+
+std::string_view firstCharacter(std::string_view text) {
+    std::size_t length = text.empty() ? 0 : 1;
+    while (length < text.size() && isContinuation(text[length])) ++length;
+    return text.substr(0, length);
 }
 
 bool isUtf8(std::string_view text) {
@@ -66,7 +75,7 @@ std::size_t prefixOfCharacters(std::string_view text, std::size_t longest) {
     if (longest >= text.size()) return text.size();
 
     std::size_t begin = longest;
-    while (begin > 0 && longest - begin < 3 && (text[begin] & 0xc0) == 0x80) --begin;
+    while (begin > 0 && longest - begin < 3 && isContinuation(text[begin])) --begin;
     const auto lead = static_cast<unsigned char>(text[begin]);
     return lead >= 0xc0 && begin + sizeBegunBy(lead) > longest ? begin : longest;
 }

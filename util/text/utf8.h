@@ -16,6 +16,17 @@ namespace plw {
 // the bus carries begins, and for an empty text.
 std::uint32_t firstCodePoint(std::string_view text, std::size_t *length);
 
+bool isNonCharacter(std::uint32_t code);
+
+// Whether a byte of UTF-8 begins no character but goes on with one.
+constexpr bool isContinuation(char c) {
+    return (c & 0xc0) == 0x80;
+}
+
+// The text up to where its second character begins; empty for an empty text.
+//   "aä" -> "a"   "äa" -> "ä"
+std::string_view firstCharacter(std::string_view text);
+
 // Whether the whole text is UTF-8 that the bus carries. The empty text is.
 bool isUtf8(std::string_view text);
 

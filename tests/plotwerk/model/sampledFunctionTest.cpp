@@ -2,7 +2,13 @@
 
 #include "tests/plotwerk/model/documents.h"
 
+#include <cstdlib>
+#include <fstream>
 #include <functional>
+#include <new>
+#include <random>
+#include <sys/resource.h>
+#include <unistd.h>
 
 using namespace plotwerk;
 
@@ -28,3 +34,27 @@ TEST(SampledFunction, RefusesWhatTheLibraryWouldDieOf) {
         EXPECT_EQ(refusalOf(unused, [&](auto &) { c.call(); }), c.want);
     }
 }
+
+// A sanitizer ends the process where an allocation fails.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
+TEST(SampledFunction, RefusesToSearchWithoutTheMemoryForIt) {
+    std::vector<double> noise(50'000);
+    std::minstd_rand random(1);
+    for (double &y : noise) y = std::generate_canonical<double, 32>(random);
+    const auto searchWithin = [&](rlim_t bytes) {
+        rlim_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        const rlim_t most = pages * static_cast<rlim_t>(getpagesize()) + bytes;
+        const rlimit limit{most, most};
+        setrlimit(RLIMIT_AS, &limit);
+        try {
+            peakPositions(noise, 0.9, 2);
+        } catch (const std::bad_alloc &) {
+            _exit(0);
+        }
+        _exit(0);
+    };
+    for (rlim_t bytes = 0; bytes < 10'000'000; bytes += 100'000)
+        EXPECT_EXIT(searchWithin(bytes), testing::ExitedWithCode(0), "") << bytes;
+}
+#endif
