@@ -105,9 +105,9 @@ BENCHMARK(gslSort2)->Unit(benchmark::kMillisecond);
 
 // Presorted pairs beside the method that decides about equal keys written as a plain loop, and
 // beside std::sort. The plain loop takes the square of the number for a peak or a valley.
-enum Shape { up, down, peak, valley, displaced };
-static constexpr const char *shapeNames[] = {"ascending", "descending", "peak", "valley",
-                                             "1 % displaced"};
+enum Shape { up, down, peak, valley, displaced, shuffled, steps };
+static constexpr const char *shapeNames[] = {"ascending",     "descending", "peak", "valley",
+                                             "1 % displaced", "shuffled",   "steps"};
 
 static std::vector<double> shapedKeys(Shape shape, int n) {
     std::mt19937_64 random(7);
@@ -171,20 +171,19 @@ BENCHMARK(sortShape<plainQuicksort>)
     ->ArgsProduct({{up, down, displaced}, {count}})
     ->Unit(benchmark::kMicrosecond);
 
-// Rows of three members that ascend by the one they are sorted by, are shuffled, or ascend in
-// steps; std::sort orders positions by which the members are gathered then.
-enum Rows { ascendingRows, shuffledRows, steppedRows };
-
-static std::vector<double> rowKeys(Rows rows) {
-    std::vector<double> keys = ascending();
-    if (rows == shuffledRows) std::shuffle(keys.begin(), keys.end(), std::mt19937_64(8));
+// Rows of three members; std::sort orders positions by which the members are gathered then.
+static std::vector<double> rowKeys(Shape shape) {
+    std::vector<double> keys = shapedKeys(shape, count);
+    if (shape == shuffled) std::shuffle(keys.begin(), keys.end(), std::mt19937_64(8));
     for (double &key : keys)
-        if (rows == steppedRows) key = std::floor(key / 3);
+        if (shape == steps) key = std::floor(key / 3);
     return keys;
 }
 
 static void sortTuples(benchmark::State &state) {
-    const std::vector<double> keys = rowKeys(static_cast<Rows>(state.range(0)));
+    const auto shape = static_cast<Shape>(state.range(0));
+    const std::vector<double> keys = rowKeys(shape);
+    state.SetLabel(shapeNames[shape]);
     Fct_tup *table = newFct_tup(count, 3);
     for (const double key : keys) appendFct_tup2(table, 3, key, 0.0, 0.0);
     while (state.KeepRunning()) {
@@ -195,10 +194,12 @@ static void sortTuples(benchmark::State &state) {
     }
     freeFct_tup(table);
 }
-BENCHMARK(sortTuples)->DenseRange(ascendingRows, steppedRows)->Unit(benchmark::kMillisecond);
+BENCHMARK(sortTuples)->DenseRange(up, steps)->Unit(benchmark::kMillisecond);
 
 static void stdSortAndGather(benchmark::State &state) {
-    const std::vector<double> keys = rowKeys(static_cast<Rows>(state.range(0)));
+    const auto shape = static_cast<Shape>(state.range(0));
+    const std::vector<double> keys = rowKeys(shape);
+    state.SetLabel(shapeNames[shape]);
     std::vector<double> members[3] = {keys, keys, keys}, gathered(count);
     std::vector<int> order(count);
     while (state.KeepRunning()) {
@@ -213,7 +214,7 @@ static void stdSortAndGather(benchmark::State &state) {
         }
     }
 }
-BENCHMARK(stdSortAndGather)->DenseRange(ascendingRows, steppedRows)->Unit(benchmark::kMillisecond);
+BENCHMARK(stdSortAndGather)->DenseRange(up, steps)->Unit(benchmark::kMillisecond);
 
 static void quicksortClusterPairs(benchmark::State &state) {
     const std::vector<double> x0 = randomNumbers(5);

@@ -144,17 +144,20 @@ TEST(DocumentFile, OfEveryVersionOpensWithEverythingInIt) {
     }
 }
 
-TEST(DocumentFile, OfVersion2_1OpensWithWhatCameWithIt) {
+TEST(DocumentFile, OfVersion2_1OpensWithEverythingInIt) {
     const std::string directory = TEST_DATA_DIR "/documents/version2.1";
-    const Document document = documentOf(readWholeFile(directory + ".json"));
-    EXPECT_EQ(linesOf(document), linesOf(documentOf(readWholeFile(directory + ".cbor"))));
+    const std::string json = readWholeFile(directory + ".json");
+    const Document document = documentOf(json);
+    EXPECT_EQ(saved(document, false), json);
+    EXPECT_EQ(saved(documentOf(readWholeFile(directory + ".cbor")), false), json);
     const Table &table = document.sources[0].tables[0];
-    const FitParameter &parameter = document.parameters[0];
     EXPECT_EQ(std::tuple(table.x.isTime, table.y[0].isTime, table.y[0].residuals,
-                         document.absoluteErrors, document.title.size(), parameter.atBound),
-              std::tuple(true, true, true, true, 22U, true));
-    EXPECT_EQ(parameter.bounds.min, -std::numeric_limits<double>::max());
-    EXPECT_EQ(std::tuple(document.fit.weighted, document.fit.absoluteErrors,
-                         document.fit.formula.empty(), document.fit.parameters.empty()),
-              std::tuple(true, true, false, false));
+                         document.absoluteErrors, document.title, document.parameters[0].atBound),
+              std::tuple(true, true, true, true, "n\u00e4me \"\\/ \t\n\x01 \U0001F600 735", true));
+    EXPECT_EQ(document.parameters[0].bounds.min, -std::numeric_limits<double>::max());
+    const FitResult &fit = document.fit;
+    EXPECT_EQ(std::tuple(fit.weighted, fit.absoluteErrors, fit.formula, fit.freedom, fit.rSquared),
+              std::tuple(true, true, "n\u00e4me \"\\/ \t\n\x01 \U0001F600 770", 786, 0x1p53));
+    EXPECT_EQ(fit.covariance.values, (std::vector<double>{0.1, -0.2, 0.5}));
+    EXPECT_EQ(fit.parameters[1].bounds.min, -123456789.0);
 }
