@@ -171,34 +171,45 @@ BENCHMARK(sortShape<plainQuicksort>)
     ->ArgsProduct({{up, down, displaced}, {count}})
     ->Unit(benchmark::kMicrosecond);
 
-// Rows of three members; std::sort orders positions by which the members are gathered then.
-static std::vector<double> rowKeys(Shape shape) {
-    std::vector<double> keys = shapedKeys(shape, count);
+// Rows of three members, beside the method that decides about equal keys, and beside std::sort,
+// which orders positions by which the members are gathered then.
+static std::vector<double> rowKeys(Shape shape, int n) {
+    std::vector<double> keys = shapedKeys(shape, n);
     if (shape == shuffled) std::shuffle(keys.begin(), keys.end(), std::mt19937_64(8));
     for (double &key : keys)
         if (shape == steps) key = std::floor(key / 3);
     return keys;
 }
 
-static void sortTuples(benchmark::State &state) {
+static void plainSortFct_tup(Fct_tup *table, int member) {
+    table->sortMember = member;
+    qsortFlex(0, table->n - 1, table, cmp_sortFct_tup, swap_sortFct_tup);
+}
+
+template<void (*sort)(Fct_tup *, int)> static void sortTuples(benchmark::State &state) {
     const auto shape = static_cast<Shape>(state.range(0));
-    const std::vector<double> keys = rowKeys(shape);
+    const std::vector<double> keys = rowKeys(shape, static_cast<int>(state.range(1)));
     state.SetLabel(shapeNames[shape]);
-    Fct_tup *table = newFct_tup(count, 3);
+    Fct_tup *table = newFct_tup(static_cast<int>(keys.size()), 3);
     for (const double key : keys) appendFct_tup2(table, 3, key, 0.0, 0.0);
     while (state.KeepRunning()) {
         state.PauseTiming();
         std::copy(keys.begin(), keys.end(), table->members[0]);
         state.ResumeTiming();
-        sortFct_tup(table, 0);
+        sort(table, 0);
     }
     freeFct_tup(table);
 }
-BENCHMARK(sortTuples)->DenseRange(up, steps)->Unit(benchmark::kMillisecond);
+BENCHMARK(sortTuples<sortFct_tup>)
+    ->ArgsProduct({{up, down, peak, valley, displaced, shuffled, steps}, {10000, count}})
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(sortTuples<plainSortFct_tup>)
+    ->ArgsProduct({{down, peak, valley, displaced, shuffled}, {10000}})
+    ->Unit(benchmark::kMicrosecond);
 
 static void stdSortAndGather(benchmark::State &state) {
     const auto shape = static_cast<Shape>(state.range(0));
-    const std::vector<double> keys = rowKeys(shape);
+    const std::vector<double> keys = rowKeys(shape, count);
     state.SetLabel(shapeNames[shape]);
     std::vector<double> members[3] = {keys, keys, keys}, gathered(count);
     std::vector<int> order(count);
@@ -214,7 +225,7 @@ static void stdSortAndGather(benchmark::State &state) {
         }
     }
 }
-BENCHMARK(stdSortAndGather)->DenseRange(up, steps)->Unit(benchmark::kMillisecond);
+BENCHMARK(stdSortAndGather)->DenseRange(up, steps)->Unit(benchmark::kMicrosecond);
 
 static void quicksortClusterPairs(benchmark::State &state) {
     const std::vector<double> x0 = randomNumbers(5);
