@@ -1,6 +1,6 @@
 # Reads the protocol from the file XML. Sets INTERFACE, OBJECT_PATH and the list MEMBERS, and for
-# each member Selector_MEMBER, Heading_MEMBER and Description_MEMBER (empty: the next one's). Texts
-# have SEMICOLON for each ';', which would end an item of a list.
+# each member Selector_MEMBER, Heading_MEMBER, Description_MEMBER (empty: the next one's) and
+# Answers_MEMBER: true or false. Texts have SEMICOLON for each ';', which would end an item of a list.
 string(ASCII 1 SEMICOLON)
 file(READ ${XML} xml)
 string(REPLACE ";" "${SEMICOLON}" xml "${xml}")
@@ -14,9 +14,10 @@ set(MEMBERS "")
 set(heading "<!-- ([^\n]*) -->")
 set(method "<method name=\"([^\"]*)\"")
 set(annotation "<annotation name=\"org\\.plotwerk\\.([A-Za-z]*)\"[ \n]*value=\"([^\"]*)\"")
-string(REGEX MATCHALL "${heading}|${method}|${annotation}" parts "${xml}")
+set(result "direction=\"(out)\"")
+string(REGEX MATCHALL "${heading}|${method}|${annotation}|${result}" parts "${xml}")
 foreach(part IN LISTS parts)
-  string(REGEX MATCH "${heading}|${method}|${annotation}" matched "${part}")
+  string(REGEX MATCH "${heading}|${method}|${annotation}|${result}" matched "${part}")
   if(CMAKE_MATCH_1)
     set(currentHeading "${CMAKE_MATCH_1}")
   elseif(CMAKE_MATCH_2)
@@ -24,7 +25,10 @@ foreach(part IN LISTS parts)
     list(APPEND MEMBERS ${member})
     set(Heading_${member} "${currentHeading}")
     set(Description_${member} "")
+    set(Answers_${member} false)
     string(REPLACE "_" ":" Selector_${member} ${member})
+  elseif(CMAKE_MATCH_5)
+    set(Answers_${member} true)
   else()
     set(annotated ${CMAKE_MATCH_3}_${member})
     string(REGEX REPLACE "[ \n]+" " " ${annotated} "${CMAKE_MATCH_4}")

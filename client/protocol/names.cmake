@@ -3,7 +3,7 @@
 include(${CMAKE_CURRENT_LIST_DIR}/messages.cmake)
 set(NAMES "")
 foreach(member IN LISTS MEMBERS)
-  string(APPEND NAMES "    {\"${member}\", \"${Selector_${member}}\"},\n")
+  string(APPEND NAMES "    {\"${member}\", \"${Selector_${member}}\", ${Answers_${member}}},\n")
 endforeach()
 configure_file(${TEMPLATE} ${HEADER} @ONLY)
 

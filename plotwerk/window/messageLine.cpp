@@ -94,6 +94,7 @@ static constexpr Row rows[] = {
     // There are no commands for these.
     {"selectCurvesOf_regexSourceName_table_regexColumn_appendSelection_", "", "",
      Effect::keepsData},
+    {"deleteAllCurvesOf_", "", ""},
     {"setXTitleOf_to_", "", "", Effect::keepsData},
     {"setYTitleOf_to_", "", "", Effect::keepsData},
     {"setRTFxTitleOf_to_", "", "", Effect::keepsData},
@@ -102,6 +103,34 @@ static constexpr Row rows[] = {
     {"set2YRangeOf_ymin_ymax_", "", "", Effect::setsRange},
     {"setLocalRangeOf_XorYAxis_", "", "", Effect::keepsData},
 };
+
+// About no document's contents.
+static constexpr std::string_view withoutLine[] = {
+    "waitForEmptyReply",
+    "actify_",
+    "closeDocument_askForSave_",
+    "newDocumentWithName_",
+    "openFile_file_doRangeOverAll_",
+    "newCompositionView_",
+    "addPDFtoCompositionView_inRect_angle_sheer_",
+    "savePDFofCompositionView_openWith_",
+    "setDeciSeparator_",
+};
+
+static constexpr bool hasRow(std::string_view member) {
+    return std::ranges::find(rows, member, &Row::member) != std::end(rows);
+}
+
+static constexpr bool isOrder(std::string_view member) {
+    return std::ranges::find(withoutLine, member) == std::end(withoutLine);
+}
+
+static_assert(std::ranges::all_of(plotwerkControl::messageNames, [](const auto &name) {
+    return name.answers || hasRow(name.member) == isOrder(name.member);
+}));
+static_assert(std::ranges::all_of(rows, [](const Row &row) {
+    return !plotwerkControl::selectorOf(row.member).empty();
+}));
 
 static constexpr const char *appendingMember = "appendDataAndDrawInFastMode_of_source_";
 

@@ -34,6 +34,10 @@ TEST(MessageLine, IsTheCommandThatSendsTheMessage) {
          "busctl --user call -- org.plotwerk.PlotwerkControl /org/plotwerk/PlotwerkControl "
          "org.plotwerk.PlotwerkControl set2XRangeOf_xmin_xmax_ sdd \"$(callPlw -x activeDoc)\" "
          "-1.5 nan"},
+        {"deleteAllCurvesOf_",
+         {d},
+         "busctl --user call -- org.plotwerk.PlotwerkControl /org/plotwerk/PlotwerkControl "
+         "org.plotwerk.PlotwerkControl deleteAllCurvesOf_ s \"$(callPlw -x activeDoc)\""},
         {"setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_",
          {d, std::string("{\\rtf1 two words}"), nan, 0.5, 0.0, 0.0, 1.0},
          "callPlw -x placeText -t 'two words' -r nan -u 0.5 -a 0 -g yes"},
