@@ -1,7 +1,5 @@
 #include "plotwerk/drawing/denseImage.h"
 
-#include "plotwerk/drawing/surface.h"
-
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -20,6 +18,17 @@ DenseImage::DenseImage(const Box &box_, double dpi)
       rows(static_cast<int>(box.height() * scale) + 2),
       wordsPerRow(static_cast<std::size_t>(columns) / 64 + 2),
       bits(wordsPerRow * static_cast<std::size_t>(rows)) {
+}
+
+DenseImage DenseImage::onScreen(cairo_t *cr, const Box &box, double resolution) {
+    Box aligned = box;
+    cairo_user_to_device(cr, &aligned.left, &aligned.top);
+    aligned.left = std::floor(aligned.left);
+    aligned.top = std::floor(aligned.top);
+    cairo_device_to_user(cr, &aligned.left, &aligned.top);
+    DenseImage image(aligned, 72 / resolution);
+    image.shaded = true;
+    return image;
 }
 
 // The first pixel whose middle lies at or beyond that place, from 0 on.
@@ -159,8 +168,31 @@ static void paintThrough(cairo_t *target, cairo_surface_t *mask) {
     cairo_paint(target);
 }
 
-void DenseImage::paintOn(cairo_t *target) const {
-    const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_A1, columns, rows));
+// As an image of half the size, with the part of each four pixels that is set.
+Surface DenseImage::halved() const {
+    Surface surface(cairo_image_surface_create(CAIRO_FORMAT_A8, columns / 2, rows / 2));
+    requireDrawn(cairo_surface_status(surface.get()));
+    cairo_surface_flush(surface.get());
+    const int stride = cairo_image_surface_get_stride(surface.get());
+    for (int y = 0; y < rows / 2; ++y) {
+        unsigned char *dots =
+            cairo_image_surface_get_data(surface.get()) + std::ptrdiff_t{y} * stride;
+        const std::uint64_t *upper = &bits[static_cast<std::size_t>(2 * y) * wordsPerRow];
+        const std::uint64_t *lower = upper + wordsPerRow;
+        for (int x = 0; x < columns / 2; ++x) {
+            const int shift = 2 * x % 64;
+            const std::uint64_t four =
+                (upper[x / 32] >> shift & 3) << 2 | (lower[x / 32] >> shift & 3);
+            dots[x] = static_cast<unsigned char>(std::popcount(four) * 255 / 4);
+        }
+    }
+    cairo_surface_mark_dirty(surface.get());
+    return surface;
+}
+
+// As an image of one bit per pixel.
+Surface DenseImage::mask() const {
+    Surface surface(cairo_image_surface_create(CAIRO_FORMAT_A1, columns, rows));
     requireDrawn(cairo_surface_status(surface.get()));
     cairo_surface_flush(surface.get());
     const int stride = cairo_image_surface_get_stride(surface.get());
@@ -175,9 +207,15 @@ void DenseImage::paintOn(cairo_t *target) const {
         }
     }
     cairo_surface_mark_dirty(surface.get());
+    return surface;
+}
+
+void DenseImage::paintOn(cairo_t *target) const {
+    const Surface surface = shaded ? halved() : mask();
+    const double pixel = (shaded ? 2 : 1) / scale;
     cairo_save(target);
     cairo_translate(target, box.left, box.top);
-    cairo_scale(target, 1 / scale, 1 / scale);
+    cairo_scale(target, pixel, pixel);
     if (cairo_surface_get_type(cairo_get_target(target)) == CAIRO_SURFACE_TYPE_SVG)
         paintThrough(target, surface.get());
     else

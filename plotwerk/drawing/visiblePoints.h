@@ -17,6 +17,10 @@ namespace plotwerk {
 Path visiblePoints(const DrawnCurve &curve, const ScaledFrame &frame, bool breaksOnReverse,
                    double resolution);
 
+// The line through them (see linePath), which may have points between in fewer columns, too.
+Path visibleLine(const DrawnCurve &curve, const ScaledFrame &frame, bool breaksOnReverse,
+                 double resolution);
+
 } // namespace plotwerk
 
 #endif

@@ -46,6 +46,11 @@ Document longCurve(double noise, bool shuffled = false) {
     return documentWith(x, y);
 }
 
+void withSpline(Document &document) {
+    onlyCurve(document).look.interpolationType = 1;
+    onlyCurve(document).look.interpolationPoints = 5;
+}
+
 } // namespace
 
 // Of the ink, as the eye adds it up: few dots differ by more than half of black.
@@ -75,6 +80,22 @@ TEST(PictureOnAScreen, CoversTheDotsThatTheWholeCurveCovers) {
          }},
         {"area", 0.2, [](Document &d) { onlyCurve(d).look.filled = true; }},
         {"drop lines", 0.2, [](Document &d) { onlyCurve(d).look.marker = true; }},
+        {"noisy spline", 0.2, withSpline},
+        {"smooth spline, few points", 0,
+         [](Document &d) {
+             withSpline(d);
+             d.axes[xAxis].range = {4, 4.005};
+         }},
+        {"points between on a logarithmic axis", 0.2,
+         [](Document &d) {
+             onlyCurve(d).look.interpolationPoints = 5;
+             d.axes[xAxis].logarithmic = true;
+         }},
+        {"symbols", 0.2,
+         [](Document &d) {
+             onlyCurve(d).look.line = false;
+             onlyCurve(d).look.symbols = true;
+         }},
     };
     for (const auto &c : cases) {
         Document document = longCurve(c.noise);
