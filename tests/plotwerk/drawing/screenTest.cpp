@@ -115,6 +115,21 @@ TEST(PictureOnAScreen, CoversTheDotsThatTheWholeCurveCovers) {
     }
 }
 
+// A corner off by a quarter of a dot shades dots by more than that.
+TEST(PictureOnAScreen, HasNoCornersInSmoothCurves) {
+    for (const double slope : {0.02, 0.3}) {
+        Document document = longCurve(0);
+        for (double &y : onlyCurve(document).values) y *= slope;
+        document.axes[yAxis].range = {-1, 1};
+        const std::vector<int> whole = dotsOf(document, 0);
+        const std::vector<int> thinned = dotsOf(document, 0.5 / dotsPerPoint);
+        int most = 0;
+        for (std::size_t i = 0; i < whole.size(); ++i)
+            most = std::max(most, std::abs(thinned[i] - whole[i]));
+        EXPECT_LE(most, 36) << slope;
+    }
+}
+
 TEST(VisiblePoints, AreFewAndThoseOfTheFrame) {
     Document document = longCurve(0.2);
     const auto count = [&](double resolution) {
