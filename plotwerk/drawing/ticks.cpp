@@ -251,9 +251,11 @@ static AxisMarks decadeMarks(const Axis &axis, const Scale &scale, double closes
     int n = std::max(axis.logNumbersAt, 1);
     if (axis.logNumbersAt < 1) {
         for (const int step : {1, 2, 3, 5, 10, 20, 50, 100, 200}) {
+            const std::vector<double> values = digitsOfDecades(scale, {1}, step);
+            if (step > 1 && values.size() < 2) break;
             n = step;
             if (n * scale.factor < closest) continue;
-            if (fit(logNumbersAt(digitsOfDecades(scale, {1}, n), axis))) break;
+            if (fit(logNumbersAt(values, axis))) break;
         }
     }
     const std::vector<double> numbered = digitsOfDecades(scale, {1}, n);
