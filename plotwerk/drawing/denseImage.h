@@ -51,6 +51,14 @@ class DenseImage {
     Point pixelAt(const Point &p) const {
         return {(p.x - box.left) * scale, (p.y - box.top) * scale};
     }
+    // Of a stamp: neighbours in a row that are set.
+    struct Run {
+        int row;
+        int begin;
+        int length;
+    };
+    static std::vector<Run> runsByLength(const std::vector<std::uint32_t> &stamp, int words);
+    void stampAll(const std::vector<std::uint64_t> &places, const std::vector<Run> &runs);
     void setBits(int y, int x, std::uint64_t pixels);
     void setRow(int y, double left, double right);
     Surface halved() const;
