@@ -300,7 +300,7 @@ static std::vector<double> smallTicks(const Axis &axis, const TimeStep &step, co
 
 // The widest step with enough ticks, no finer than they may be close.
 static std::size_t chosenStep(const Scale &scale, const NumberSpacing &spacing) {
-    const double least = spacing.closest * (scale.max - scale.min) / scale.length;
+    const double least = spacing.close * (scale.max - scale.min) / scale.length;
     std::size_t chosen = 0;
     while (chosen + 1 < std::size(steps) && steps[chosen].meanSeconds() < least) ++chosen;
     while (chosen + 1 < std::size(steps) &&
