@@ -138,11 +138,12 @@ static void orShifted(std::span<const std::uint64_t> row, int distance, std::uin
 std::vector<DenseImage::Run> DenseImage::runsByLength(const std::vector<std::uint32_t> &stamp,
                                                       int words) {
     std::vector<Run> runs;
-    const int rows = static_cast<int>(stamp.size()) / words;
-    for (int y = 0; y < rows; ++y) {
+    const int height = static_cast<int>(stamp.size()) / words;
+    for (int y = 0; y < height; ++y) {
+        const std::uint32_t *row = stamp.data() + std::ptrdiff_t{y} * words;
         bool inRun = false;
         for (int x = 0; x < 32 * words; ++x) {
-            const bool set = stamp[static_cast<std::size_t>(y * words + x / 32)] >> x % 32 & 1;
+            const bool set = row[x / 32] >> x % 32 & 1;
             if (set && !inRun) runs.push_back({y, x, 0});
             if (set) ++runs.back().length;
             inRun = set;

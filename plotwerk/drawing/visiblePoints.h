@@ -17,7 +17,8 @@ namespace plotwerk {
 Path visiblePoints(const DrawnCurve &curve, const ScaledFrame &frame, bool breaksOnReverse,
                    double resolution);
 
-// The line through them (see linePath), which may have points between in fewer columns, too.
+// The curve's line (see linePath) as it can be seen: through those points, and with the extremes of
+// columns that wide alone where it has points between them.
 Path visibleLine(const DrawnCurve &curve, const ScaledFrame &frame, bool breaksOnReverse,
                  double resolution);
 
