@@ -92,6 +92,12 @@ BENCHMARK_CAPTURE(redrawWith, symbols, [](CurveLook &look) {
 BENCHMARK_CAPTURE(redrawWith, area, [](CurveLook &look) {
     look.filled = true;
 })->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(redrawWith, spline, [](CurveLook &look) {
+    look.interpolationType = 1, look.interpolationPoints = 4;
+})->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(redrawWith, means, [](CurveLook &look) {
+    look.sum = 3;
+})->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(redrawWith, dropLines, [](CurveLook &look) {
     look.marker = true;
 })->Unit(benchmark::kMillisecond);

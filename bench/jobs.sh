@@ -149,7 +149,7 @@ for ((n = 0; n < 200; ++n)); do (cat quiet; fit_peer "$n") >"fit$n.gp"; done
 panels_peer >panels.gp
 echo 'set terminal pdfcairo; set output "million.pdf"; plot "noise.txt" with lines' >million.gp
 
-# The processors' time of a running process, in microseconds.
+# The processors' time of a running process of one thread, in microseconds.
 spent() { awk '{ printf "%d\n", $1 / 1000 }' "/proc/$1/schedstat"; }
 
 # Do a job, for `timed`.
@@ -179,18 +179,30 @@ timed() {
     used=$(awk '{ printf "%d\n", ($1 + $2) * 1e6 }' cpu)
 }
 
-# Prints a line of times: ours and gnuplot's, of the clock and of the processors.
+# Ends plotwerkd. Prints the processors' time that it took, with its threads and children.
+plotwerkd_ends() {
+    times >times_before
+    kill "$server"
+    wait "$server" || true
+    times >times_after
+    awk -F '[ms ]+' '{ sum[FILENAME] += 60 * ($1 + $3) + $2 + $4 }
+        END { printf "%d\n", 1e6 * (sum["times_after"] - sum["times_before"]) }' times_before times_after
+}
+
+# Prints a line of times: ours and gnuplot's, of the clock and of the processors. No journals of
+# earlier rounds meet the next one.
 pair() {
     local before begin started our_took our_used
+    rm -rf plotwerk
     before=$(spent "$bus")
     begin=$(now)
     plotwerkd_starts
     started=$(($(now) - begin))
     timed ours "$1"
     our_took=$((started + took))
-    our_used=$((used + $(spent "$server") + $(spent "$bus") - before))
-    kill "$server"
-    wait "$server" || true
+    our_used=$((used + $(spent "$bus") - before))
+    plotwerkd_ends >cpu
+    our_used=$((our_used + $(<cpu)))
     timed peer "$1"
     echo "$our_took $took $our_used $used"
 }

@@ -8,9 +8,11 @@
 namespace plotwerk {
 
 // From number to number, in points: at least 5 on the default width of 12 cm, and on its 8 cm above
-// each other; a line and a half of type is the closest there.
-static constexpr NumberSpacing horizontalSpacing{24, 70};
-static constexpr NumberSpacing verticalSpacing{16, 50};
+// each other; a line and a half of type is close there, and a line and a fifth the closest, so that
+// 3 cm have room for 5.
+static constexpr NumberSpacing horizontalSpacing{16, 24, 70};
+static constexpr NumberSpacing verticalSpacing{13, 16, 50};
+static constexpr double fewestNumbers = 2; // however low the density is
 
 // Between two numbers, in points: beside each other nearly two digits, so that they don't read as
 // one number; above each other half a line.
@@ -114,8 +116,9 @@ AxisMarks marksBeside(const Axis &axis, const Scale &scale, bool isTime, Side si
     };
     const NumberSpacing &usual = isHorizontal(side) ? horizontalSpacing : verticalSpacing;
     const double density = axis.labelDensity;
-    const NumberSpacing spacing{usual.closest / density, usual.widest / density,
-                                usual.fewest * std::min(density, 1.0)};
+    const NumberSpacing spacing{usual.closest / density, usual.close / density,
+                                usual.widest / density,
+                                std::max(fewestNumbers, usual.fewest * std::min(density, 1.0))};
     if (isTime && isTimeScale(scale)) return timeMarksOf(axis, scale, spacing, fit);
     return marksOf(axis, scale, spacing, fit);
 }

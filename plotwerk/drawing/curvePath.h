@@ -4,6 +4,7 @@
 
 #include "plotwerk/drawing/geometry.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <span>
@@ -47,6 +48,16 @@ class ColumnExtremes {
         } else {
             beginColumn(p, place);
         }
+    }
+
+    // Whether points between the one added last and p, whose y is beyond that of both by at most so
+    // much, needn't be added: they would change nothing, or less than 1/16 of the width.
+    bool covers(const Point &p, double beyond) const {
+        if (std::floor(p.x / width) != column) return false;
+        const auto [low, high] = std::minmax(last.p.y, p.y);
+        const double unseen = width / 16;
+        return low - beyond >= std::min(lowest.p.y, p.y) - unseen &&
+               high + beyond <= std::max(highest.p.y, p.y) + unseen;
     }
 
     // All that was added.

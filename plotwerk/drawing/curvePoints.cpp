@@ -62,20 +62,41 @@ static bool isStrictlyMonotonic(const Point *p, std::size_t n) {
     return n > 2 && p[1].x != p[0].x;
 }
 
-static void appendSpline(Path &path, const Point *p, std::size_t n, int between) {
+namespace {
+
+// Takes all points of a line, as ColumnExtremes takes those that can be seen.
+class WholeLine {
+  public:
+    void reserve(std::size_t count) { path.reserve(count); }
+    void add(const Point &p) { path.push_back(p); }
+    static bool covers(const Point & /*p*/, double /*beyond*/) { return false; }
+    Path take() { return std::move(path); }
+
+  private:
+    Path path;
+};
+
+} // namespace
+
+// A cubic is off from the straight line between its ends by an eighth of its larger second
+// derivative there, times the distance squared, at most.
+template<class Line> static void addSpline(Line &line, const Point *p, std::size_t n, int between) {
     const std::vector<double> curvature = splineCurvatures(p, n);
     for (std::size_t i = 0; i + 1 < n; ++i) {
         const double h = p[i + 1].x - p[i].x;
-        for (int k = 0; k <= between; ++k) {
+        const double bend = std::max(std::abs(curvature[i]), std::abs(curvature[i + 1]));
+        line.add(p[i]);
+        if (line.covers(p[i + 1], bend * h * h / 8)) continue;
+        for (int k = 1; k <= between; ++k) {
             const double b = static_cast<double>(k) / (between + 1);
             const double a = 1 - b;
             const double y =
                 a * p[i].y + b * p[i + 1].y +
                 ((a * a * a - a) * curvature[i] + (b * b * b - b) * curvature[i + 1]) * h * h / 6;
-            path.push_back({p[i].x + b * h, y});
+            line.add({p[i].x + b * h, y});
         }
     }
-    path.push_back(p[n - 1]);
+    line.add(p[n - 1]);
 }
 
 // The place of a point on an axis, between two others, by its value.
@@ -89,17 +110,20 @@ static double between(double from, double to, double part, const Scale &scale) {
     return from + step;
 }
 
-static void appendStraight(Path &path, const Point *p, std::size_t n, int points,
-                           const Scale &horizontal, const Scale &vertical) {
+template<class Line>
+static void addStraight(Line &line, const Point *p, std::size_t n, int points,
+                        const Scale &horizontal, const Scale &vertical) {
     for (std::size_t i = 0; i + 1 < n; ++i) {
-        for (int k = 0; k <= points; ++k) {
+        line.add(p[i]);
+        if (line.covers(p[i + 1], 0)) continue;
+        for (int k = 1; k <= points; ++k) {
             const double part = static_cast<double>(k) / (points + 1);
             // y on paper runs against the axis
-            path.push_back({between(p[i].x, p[i + 1].x, part, horizontal),
-                            -between(-p[i].y, -p[i + 1].y, part, vertical)});
+            line.add({between(p[i].x, p[i + 1].x, part, horizontal),
+                      -between(-p[i].y, -p[i + 1].y, part, vertical)});
         }
     }
-    path.push_back(p[n - 1]);
+    line.add(p[n - 1]);
 }
 
 // How many are drawn between any two of so many points.
@@ -122,35 +146,36 @@ double pointsOfLine(const DrawnCurve &curve, const ScaledFrame &frame) {
     return static_cast<double>(rows) * (1 + pointsBetween(curve, frame, rows));
 }
 
-static Path interpolatedPath(Path path, const DrawnCurve &curve, const ScaledFrame &frame) {
-    const CurveLook &look = curve.column->look;
-    const Scale &horizontal = frame.scales[curve.horizontalAxis()];
-    const Scale &vertical = frame.scales[curve.verticalAxis()];
-    const int points = pointsBetween(curve, frame, path.size());
-    const bool spline = look.interpolationType == 1;
-    if (points < 1) return path;
-
-    Path result;
-    result.reserve(path.size() * static_cast<std::size_t>(points + 1));
+template<class Line>
+static Path interpolated(Line line, const Path &path, int points, const DrawnCurve &curve,
+                         const ScaledFrame &frame) {
+    const bool spline = curve.column->look.interpolationType == 1;
     for (std::size_t begin = 0; begin < path.size();) {
         std::size_t end = begin;
         while (end < path.size() && !isBreak(path[end])) ++end;
         const Point *part = path.data() + begin;
         const std::size_t n = end - begin;
         if (n > 0 && spline && isStrictlyMonotonic(part, n))
-            appendSpline(result, part, n, points);
+            addSpline(line, part, n, points);
         else if (n > 0)
-            appendStraight(result, part, n, points, horizontal, vertical);
-        if (end < path.size()) result.push_back(pathBreak);
+            addStraight(line, part, n, points, frame.scales[curve.horizontalAxis()],
+                        frame.scales[curve.verticalAxis()]);
+        if (end < path.size()) line.add(pathBreak);
         begin = end + 1;
     }
-    return result;
+    return line.take();
 }
 
-Path linePath(Path points, const DrawnCurve &curve, const ScaledFrame &frame) {
-    Path path = interpolatedPath(std::move(points), curve, frame);
-    if (curve.column->look.stepped) return steppedPath(path);
-    return path;
+Path linePath(Path points, const DrawnCurve &curve, const ScaledFrame &frame, double resolution) {
+    const int between = pointsBetween(curve, frame, points.size());
+    if (between > 0 && resolution > 0) {
+        points = interpolated(ColumnExtremes(resolution), points, between, curve, frame);
+    } else if (between > 0) {
+        WholeLine line;
+        line.reserve(points.size() * static_cast<std::size_t>(between + 1));
+        points = interpolated(std::move(line), points, between, curve, frame);
+    }
+    return curve.column->look.stepped ? steppedPath(points) : points;
 }
 
 Path brokenOnReverse(const Path &path, bool reversedAxis) {

@@ -25,7 +25,10 @@ Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame);
 // between lie on the straight line between the values, which is bent on a logarithmic axis, or on a
 // natural cubic spline through the points on paper. Where x doesn't ascend or descend throughout a
 // part of the line the spline is left out; points beyond four million are left out altogether.
-Path linePath(Path points, const DrawnCurve &curve, const ScaledFrame &frame);
+// Above 0, nothing finer than the resolution, in points, is seen: with points between, only the
+// extremes of columns that wide are in the line.
+Path linePath(Path points, const DrawnCurve &curve, const ScaledFrame &frame,
+              double resolution = 0);
 
 // Whether that line has points between those of the curve.
 bool hasPointsBetween(const DrawnCurve &curve, const ScaledFrame &frame);

@@ -1,6 +1,5 @@
 #include "plotwerk/drawing/curveStrokes.h"
 
-#include "plotwerk/drawing/denseImage.h"
 #include "plotwerk/drawing/symbols.h"
 
 #include <algorithm>
@@ -76,8 +75,7 @@ void strokeInParts(cairo_t *cr, const Path &path, const CurveLook &look, bool da
     cairo_set_dash(cr, nullptr, 0, 0);
 }
 
-void strokeAsImage(cairo_t *cr, const Path &path, double thickness, const Box &box, double dpi) {
-    DenseImage image(box, std::min(dpi, dpiFor(lengthOf(path))));
+void strokeAsImage(cairo_t *cr, const Path &path, double thickness, DenseImage image) {
     for (std::size_t i = 0; i < path.size(); ++i) {
         if (isBreak(path[i])) continue;
         const bool joins = i > 0 && !isBreak(path[i - 1]);
@@ -97,7 +95,7 @@ void strokePath(cairo_t *cr, const Path &path, const CurveLook &look, bool dashe
     // a colour that is not opaque would be painted twice where parts meet
     const bool whole = look.lineColour.opacity < 1;
     if (path.size() > (whole ? mostAtOnce : mostVectors)) {
-        strokeAsImage(cr, path, look.lineThickness, box, finestDpi);
+        strokeAsImage(cr, path, look.lineThickness, DenseImage(box, dpiFor(lengthOf(path))));
         return;
     }
     setPen(cr, look);

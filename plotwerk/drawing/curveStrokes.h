@@ -3,6 +3,7 @@
 #define PLOTWERK_DRAWING_CURVESTROKES_H
 
 #include "plotwerk/drawing/curvePath.h"
+#include "plotwerk/drawing/denseImage.h"
 #include "plotwerk/model/document.h"
 
 #include <cairo.h>
@@ -23,11 +24,11 @@ void tracePath(cairo_t *cr, const Path &path, std::size_t begin, std::size_t end
 void strokePath(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed, const Box &box);
 
 // The parts of strokePath, in the current colour: the thickness and the joins of the curve's pen,
-// strokes of so many points each, and the image in at most that resolution.
+// strokes of so many points each, and the lines in an image.
 void setPen(cairo_t *cr, const CurveLook &look);
 void strokeInParts(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed,
                    std::size_t atOnce);
-void strokeAsImage(cairo_t *cr, const Path &path, double thickness, const Box &box, double dpi);
+void strokeAsImage(cairo_t *cr, const Path &path, double thickness, DenseImage image);
 
 } // namespace plotwerk
 

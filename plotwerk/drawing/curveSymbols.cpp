@@ -52,8 +52,9 @@ void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look, const S
         return;
     }
     const double radius = size + std::max(look.lineThickness, 0.25);
-    DenseImage image(frame.box().grownBy(radius + 10),
-                     resolution > 0 ? std::min(72 / resolution, finestDpi) : finestDpi);
+    const Box box = frame.box().grownBy(radius + 10);
+    DenseImage image =
+        resolution > 0 ? DenseImage::onScreen(cr, box, resolution) : DenseImage(box, finestDpi);
     image.stamp(chosen, radius, [&](cairo_t *stamp) {
         drawSymbolOf(stamp, look, {0, 0}, Colour{}, false);
     });

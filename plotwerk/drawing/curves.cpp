@@ -22,6 +22,12 @@ static Path linePoints(const DrawnCurve &curve, const ScaledFrame &frame, const 
                           : pointsOnPaper(curve, frame);
 }
 
+static Path lineOf(const DrawnCurve &curve, const ScaledFrame &frame, const Frame &settings,
+                   double resolution) {
+    return resolution > 0 ? visibleLine(curve, frame, settings.noLineOnReverse, resolution)
+                          : linePath(pointsOnPaper(curve, frame), curve, frame);
+}
+
 // What a path may leave out: where dots are shaded, corners show that are off by more than a
 // fraction of one.
 static Path reducedFor(const Path &path, double resolution) {
@@ -59,7 +65,8 @@ static void fillRings(cairo_t *cr, std::vector<Path> rings, const CurveLook &loo
     }
     setColour(cr, look.fillColour);
     if (size > (resolution > 0 ? mostOnScreen : mostAtOnce)) {
-        DenseImage image(frame.box(), resolution > 0 ? 72 / resolution : dpiFor(length));
+        DenseImage image = resolution > 0 ? DenseImage::onScreen(cr, frame.box(), resolution)
+                                          : DenseImage(frame.box(), dpiFor(length));
         image.fill(rings);
         image.paintOn(cr);
         return;
@@ -100,8 +107,8 @@ void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
     clipToFrame(cr, frame);
     if (look.line || look.filled) {
         const auto fitted = FittedCurve::of(document, curve);
-        Path path = fitted ? fitted->line(curve, frame)
-                           : linePath(linePoints(curve, frame, settings, resolution), curve, frame);
+        Path path =
+            fitted ? fitted->line(curve, frame) : lineOf(curve, frame, settings, resolution);
         if (look.filled && !fitted)
             fillRings(cr, areasBetween(path, baseOf(curve, frame, settings), frame.box()), look,
                       frame, resolution);

@@ -6,6 +6,7 @@
 #define PLOTWERK_DRAWING_DENSEIMAGE_H
 
 #include "plotwerk/drawing/curvePath.h"
+#include "plotwerk/drawing/surface.h"
 
 #include <cairo.h>
 #include <cstdint>
@@ -27,6 +28,11 @@ class DenseImage {
     // A blank image of that part of the paper, as fine as 50 megapixels allow.
     DenseImage(const Box &box, double dpi);
 
+    // For a screen, where nothing finer than the resolution, in points, is seen. Four pixels are
+    // painted as one that is shaded, from a whole dot of the context on: so where the resolution is
+    // half a dot, nothing is left to be scaled.
+    static DenseImage onScreen(cairo_t *cr, const Box &box, double resolution);
+
     // A straight line with square ends, in the paper's coordinates; at least a pixel wide.
     void addLine(const Point &from, const Point &to, double thickness);
 
@@ -45,13 +51,24 @@ class DenseImage {
     Point pixelAt(const Point &p) const {
         return {(p.x - box.left) * scale, (p.y - box.top) * scale};
     }
+    // Of a stamp: neighbours in a row that are set.
+    struct Run {
+        int row;
+        int begin;
+        int length;
+    };
+    static std::vector<Run> runsByLength(const std::vector<std::uint32_t> &stamp, int words);
+    void stampAll(const std::vector<std::uint64_t> &places, const std::vector<Run> &runs);
     void setBits(int y, int x, std::uint64_t pixels);
     void setRow(int y, double left, double right);
+    Surface halved() const;
+    Surface mask() const;
 
     Box box;
     double scale; // pixels per point
     int columns;
     int rows;
+    bool shaded = false; // four pixels are painted as one
     std::size_t wordsPerRow;
     std::vector<std::uint64_t> bits; // the leftmost pixel of a word is its lowest bit
 };

@@ -93,7 +93,9 @@ NumberFormat formatOfNumbers(double increment, const std::vector<double> &ticks,
     const auto lengthWith = [](int decimals) { return 1 + decimals + (decimals > 0); };
     const bool shorter =
         lengthWith(mantissaDecimals) < lengthWith(fixedDecimals) + std::max(exponent, 0);
-    const bool powers = exponents || (needsPowers(largest) && (places > mostDecimals || shorter));
+    const bool manyZeros = exponent < -1 && fixedDecimals >= mostReadDigits;
+    const bool powers =
+        exponents || ((needsPowers(largest) || manyZeros) && (places > mostDecimals || shorter));
     format.exponent = powers ? exponent : 0;
     format.eachPower = exponents;
     format.decimals = std::max(precision, format.exponent != 0 ? mantissaDecimals : fixedDecimals);

@@ -21,11 +21,12 @@ struct NumberFormat {
 //   with as many decimals as FormatOfReal finds in the increment;
 //   without the roundest of the ticks where more than seven digits would be needed and the first
 //   ones are the same for all;
-//   without a common power of ten where FormatOfReal takes the exponential notation for the largest
-//   and the numbers get shorter by that.
+//   without a common power of ten where FormatOfReal takes the exponential notation for the
+//   largest, or all have zeros behind the point and seven decimals, and get shorter by that.
 // Precision is the least number of decimals; with exponents each number has its power of ten.
 //   0, 0.25, 0.5 -> 0.00 0.25 0.50                 0, 2e-12, 4e-12 -> 0 2 4, ×10^-12
 //   1234567000, 1234567020 -> 0 20, + 1234567000
+//   0.001234, 0.0012345 -> 1.2340 1.2345, ×10^-3
 NumberFormat formatOfNumbers(double increment, const std::vector<double> &ticks, int precision,
                              bool exponents);
 

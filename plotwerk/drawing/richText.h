@@ -28,10 +28,12 @@ struct TextRun {
 using RichText = std::vector<TextRun>;
 
 // Text that begins with "{\rtf" is read as RTF, and what it holds once more if that does, too; any
-// other is one run as it is. Bytes that are no
-// UTF-8 become U+FFFD. Nothing is refused: of malformed RTF what can be read is kept, unknown
-// control words, destinations that aren't text and groups nested deeper than 200 lose their effect.
-// Empty lines at the end are dropped, and so is what lies beyond 4096 bytes of text.
+// other is one run. A new line begins at each line feed: in RTF \par, \line, \sect, \page, \row and
+// a backslash before the end of a line make one, while line ends by themselves are nothing; in
+// other text CR LF and CR are one, too. Empty lines at the end are dropped, and so is what lies
+// beyond 4096 bytes of text. Bytes that are no UTF-8 become U+FFFD. Nothing is refused: of
+// malformed RTF what can be read is kept, unknown control words, destinations that aren't text and
+// groups nested deeper than 200 lose their effect.
 //   "{\\rtf1 10\\super 5}" -> "10", "5" as superscript       "a{b" -> "a{b"
 RichText richTextOf(std::string_view text);
 

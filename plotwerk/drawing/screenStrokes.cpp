@@ -58,7 +58,7 @@ static void strokeOpaque(cairo_t *cr, const Path &path, const CurveLook &look, c
                          double resolution) {
     const Path rest = fillUprights(cr, path, look.lineThickness, 2 * resolution);
     if (rest.size() > mostAsVectors) {
-        strokeAsImage(cr, rest, look.lineThickness, box, 72 / resolution);
+        strokeAsImage(cr, rest, look.lineThickness, DenseImage::onScreen(cr, box, resolution));
         return;
     }
     setPen(cr, look);

@@ -56,6 +56,18 @@ static RichText printedNumbers(std::string_view text) {
     return printed;
 }
 
+// What no error tells the digits of is rounded; what is fixed is what somebody has written.
+static double shownValue(const FitParameter &parameter) {
+    constexpr int digits = 6;
+    if (parameter.fixed || parameter.error > 0) return parameter.value;
+    char text[40];
+    const auto [end, error] = std::to_chars(text, text + sizeof text, parameter.value,
+                                            std::chars_format::general, digits);
+    double rounded = parameter.value;
+    std::from_chars(text, end, rounded);
+    return rounded;
+}
+
 static RichText parametersText(const std::vector<FitParameter> &parameters) {
     RichText text;
     for (const FitParameter &parameter : parameters) {
@@ -64,7 +76,8 @@ static RichText parametersText(const std::vector<FitParameter> &parameters) {
         append(text, plain(" = "));
         const std::string_view named = "p = ";
         std::string value = parameterList(
-            {FitParameter{.name = "p", .value = parameter.value, .error = parameter.error}}, '.');
+            {FitParameter{.name = "p", .value = shownValue(parameter), .error = parameter.error}},
+            '.');
         value.erase(0, named.size());
         const std::string_view sign = " +- ";
         const std::size_t at = value.find(sign);

@@ -30,6 +30,9 @@ static constexpr double leastDividedDecade = 20;
 static constexpr double fewestDecades = 0.7;
 static constexpr double fewDecades = 2;
 
+// Numbers that seem few where there is room for more; from four on a finer step would make many.
+static constexpr double few = 4;
+
 // k * step through whole numbers and one rounding where the step is one over a whole number, so
 // that three steps of 0.1 are 0.3; zero without a sign.
 static double multiple(double k, double step) {
@@ -159,14 +162,17 @@ static AxisMarks linearMarks(const Axis &axis, const Scale &scale, const NumberS
         return marksAtIncrement(axis, scale, fit);
 
     const double span = scale.max - scale.min;
-    const double most = std::clamp(scale.length / spacing.closest, 2.0, mostTicks);
-    RoundStep step = finestStepFrom(span / most);
-    while (multiplesOf(step.value(), scale).size() < 2) step = step.finer();
-    const auto isEnough = [&](const RoundStep &at) {
-        return static_cast<double>(multiplesOf(at.value(), scale).size()) >=
-               spacing.least(scale.length);
+    const auto countAt = [&](const RoundStep &at) {
+        return static_cast<double>(multiplesOf(at.value(), scale).size());
     };
-    while (isEnough(step.coarser())) step = step.coarser();
+    const double most = std::clamp(scale.length / spacing.close, 2.0, mostTicks);
+    RoundStep step = finestStepFrom(span / most);
+    while (countAt(step) < 2) step = step.finer();
+    const double least = spacing.least(scale.length);
+    while (countAt(step.coarser()) >= least) step = step.coarser();
+    if (countAt(step) < std::min(few, least) &&
+        scale.length * step.finer().value() / span >= spacing.closest)
+        step = step.finer();
     const RoundStep wanted = step;
 
     // a wider step until the numbers fit, in no more decimals than the axis asks for; but never
@@ -251,9 +257,11 @@ static AxisMarks decadeMarks(const Axis &axis, const Scale &scale, double closes
     int n = std::max(axis.logNumbersAt, 1);
     if (axis.logNumbersAt < 1) {
         for (const int step : {1, 2, 3, 5, 10, 20, 50, 100, 200}) {
+            const std::vector<double> values = digitsOfDecades(scale, {1}, step);
+            if (step > 1 && values.size() < 2) break;
             n = step;
             if (n * scale.factor < closest) continue;
-            if (fit(logNumbersAt(digitsOfDecades(scale, {1}, n), axis))) break;
+            if (fit(logNumbersAt(values, axis))) break;
         }
     }
     const std::vector<double> numbered = digitsOfDecades(scale, {1}, n);
@@ -291,7 +299,7 @@ static AxisMarks logarithmicMarks(const Axis &axis, const Scale &scale,
         AxisMarks marks = digitMarks(axis, scale, fit);
         if (marks.numbers.size() > 1) return marks;
     }
-    return decadeMarks(axis, scale, spacing.closest, fit);
+    return decadeMarks(axis, scale, spacing.close, fit);
 }
 
 AxisMarks marksOf(const Axis &axis, const Scale &scale, const NumberSpacing &spacing,

@@ -28,9 +28,10 @@ struct AxisMarks {
 using NumbersFit = std::function<bool(const std::vector<AxisNumber> &)>;
 
 // How far numbers are from each other, in points: as far as they can be while there are five of
-// them, and one for each widest, but no closer than closest.
+// them, and one for each widest, but not closer than close; than closest where only three stood.
 struct NumberSpacing {
     double closest = 0;
+    double close = 0;
     double widest = 0;
     double fewest = 5;
 

@@ -91,6 +91,7 @@ constexpr TimeStep steps[] = {{1e-6},
                               {1 * day},
                               {2 * day},
                               {7 * day, 0, firstMonday},
+                              {14 * day, 0, firstMonday},
                               {0, 1},
                               {0, 3},
                               {0, 6},
@@ -173,6 +174,11 @@ static std::string yearOf(const CalendarTime &time) {
     return printed("%d", static_cast<int>(time.date.year()));
 }
 
+static std::string yearsOf(const CalendarTime &first, const CalendarTime &last) {
+    const std::string year = yearOf(first);
+    return first.date.year() == last.date.year() ? year : year + "\u2013" + yearOf(last);
+}
+
 static std::string monthOf(const CalendarTime &time) {
     static constexpr const char *names[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                             "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
@@ -225,13 +231,15 @@ static void setNumbers(const TimeStep &step, int precision, AxisMarks &marks) {
     if (marks.ticks.empty()) return;
     const CalendarTime first = calendarTime(marks.ticks.front(), decimals);
     const CalendarTime last = calendarTime(marks.ticks.back(), decimals);
-    const bool oneYear = first.date.year() == last.date.year();
     const bool oneDay = first.dayNumber == last.dayNumber;
     const bool times = shown == Shown::minutes || shown == Shown::seconds;
+    constexpr int daysOfYear = 365;
+    const bool oneYear = times ? first.date.year() == last.date.year()
+                               : last.dayNumber - first.dayNumber < daysOfYear;
     if (times && oneDay)
         marks.common = plain(dayText(first, true));
     else if (shown != Shown::years && oneYear)
-        marks.common = plain(yearOf(first));
+        marks.common = plain(yearsOf(first, last));
 
     for (const double tick : marks.ticks) {
         const CalendarTime time = calendarTime(tick, decimals);
@@ -292,7 +300,7 @@ static std::vector<double> smallTicks(const Axis &axis, const TimeStep &step, co
 
 // The widest step with enough ticks, no finer than they may be close.
 static std::size_t chosenStep(const Scale &scale, const NumberSpacing &spacing) {
-    const double least = spacing.closest * (scale.max - scale.min) / scale.length;
+    const double least = spacing.close * (scale.max - scale.min) / scale.length;
     std::size_t chosen = 0;
     while (chosen + 1 < std::size(steps) && steps[chosen].meanSeconds() < least) ++chosen;
     while (chosen + 1 < std::size(steps) &&

@@ -225,6 +225,10 @@ void SetText::draw(cairo_t *cr, Point place, double angle, Point anchor) const {
     cairo_restore(cr);
 }
 
+void beginToReadFonts() {
+    pango_cairo_font_map_get_default();
+}
+
 Typesetter::Typesetter()
     : context(pango_font_map_create_context(pango_cairo_font_map_get_default())) {
     PangoFontDescription *font = pango_font_description_from_string("DejaVu Sans");

@@ -29,11 +29,15 @@ static Rows rowsWithin(const Table &table, const Scale &scale) {
     return {begin - std::min<std::size_t>(begin, 1), std::min(end + 1, x.size())};
 }
 
+static bool isBroken(const DrawnCurve &curve, bool breaksOnReverse) {
+    return breaksOnReverse && !orderOfX(*curve.table).ascending;
+}
+
 Path visiblePoints(const DrawnCurve &curve, const ScaledFrame &frame, bool breaksOnReverse,
                    double resolution) {
     const Table &table = *curve.table;
-    const bool hasBreaks = breaksOnReverse && !orderOfX(table).ascending;
-    if (curve.column->look.sum > 1 || hasPointsBetween(curve, frame) || hasBreaks)
+    if (curve.column->look.sum > 1 || hasPointsBetween(curve, frame) ||
+        isBroken(curve, breaksOnReverse))
         return pointsOnPaper(curve, frame);
 
     const std::vector<double> &x = table.x.values;
@@ -48,6 +52,13 @@ Path visiblePoints(const DrawnCurve &curve, const ScaledFrame &frame, bool break
                           : pathBreak);
     }
     return visible.take();
+}
+
+Path visibleLine(const DrawnCurve &curve, const ScaledFrame &frame, bool breaksOnReverse,
+                 double resolution) {
+    const double thinnedTo = isBroken(curve, breaksOnReverse) ? 0 : resolution;
+    return linePath(visiblePoints(curve, frame, breaksOnReverse, resolution), curve, frame,
+                    thinnedTo);
 }
 
 } // namespace plotwerk

@@ -17,6 +17,11 @@ namespace plotwerk {
 Path visiblePoints(const DrawnCurve &curve, const ScaledFrame &frame, bool breaksOnReverse,
                    double resolution);
 
+// The curve's line (see linePath) as it can be seen: through those points, and with the extremes of
+// columns that wide alone where it has points between them.
+Path visibleLine(const DrawnCurve &curve, const ScaledFrame &frame, bool breaksOnReverse,
+                 double resolution);
+
 } // namespace plotwerk
 
 #endif

@@ -123,7 +123,10 @@ std::string fitReport(const FitResult &fit) {
     if (fit.freedom > 0) report += "\nreduced chi-square: " + shown("%.6g", reducedChiSquare(fit));
     const double p = pValue(fit);
     report += "\np value: ";
-    if (p == p)
+    constexpr double least = 1e-300; // below that digits are lost, at last all of them
+    if (p < least)
+        report += "< 1e-300";
+    else if (p == p)
         report += shown("%.3g", p);
     else
         report += fit.weighted ? "unknown without degrees of freedom"

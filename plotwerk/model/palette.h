@@ -24,10 +24,27 @@ inline void paint(CurveLook &look, const Colour &colour) {
     look.fillColour.opacity = 0.3;
 }
 
+// Lines and symbols of the second seven curves, the third and so on, which have the same colours;
+// the first seven have the default ones.
+struct RoundOfCurves {
+    std::array<double, 4> dashes;
+    int symbol;
+};
+inline constexpr std::array<RoundOfCurves, 4> laterRounds = {
+    {{{4, 2, 0, 0}, 2}, {{1, 1.5, 0, 0}, 4}, {{6, 1.5, 1, 1.5}, 6}, {{8, 3, 0, 0}, 8}}};
+
 // The look of a new curve in a document that already has so many: the default, in the next colour
-// of the palette; the first curve's area keeps its default.
+// of the palette, told apart from those of that colour for 35 curves; the first curve's area keeps
+// its default.
 inline CurveLook lookOfNewCurve(int curvesBefore) {
     CurveLook look;
+    const std::size_t round = static_cast<std::size_t>(curvesBefore) / palette.size();
+    if (round > 0) {
+        const RoundOfCurves &later = laterRounds[(round - 1) % laterRounds.size()];
+        look.dashed = true;
+        look.dashLength = later.dashes;
+        look.symbol[0] = later.symbol;
+    }
     if (curvesBefore > 0)
         paint(look, palette[static_cast<std::size_t>(curvesBefore) % palette.size()]);
     else

@@ -29,6 +29,24 @@ TEST(ReplaceData, ExchangesTheTablesAndKeepsWhatTheUserMadeOfThem) {
         EXPECT_NE(refusalOf(document, [&](auto &d) { read(d, "new", "none", '.'); }), "");
 }
 
+TEST(LooksOfNewCurves, DifferForFiveRoundsOfColoursByLineAndSymbol) {
+    const auto told = [](const CurveLook &look) {
+        std::string text;
+        for (const double part : {look.lineColour.red, look.lineColour.green, look.lineColour.blue})
+            text += std::to_string(part) + ' ';
+        for (const double length : look.dashLength)
+            text += std::to_string(look.dashed ? length : 0) + ' ';
+        return text;
+    };
+    std::set<std::string> lines;
+    for (int i = 0; i < 35; ++i) {
+        const CurveLook look = lookOfNewCurve(i);
+        EXPECT_TRUE(lines.insert(told(look)).second) << i;
+        EXPECT_EQ(look.dashed, i >= 7);
+        EXPECT_EQ(look.symbol[0], 2 * (i / 7)) << "filled ones";
+    }
+}
+
 TEST(AppendData, ContinuesTheTablesOfAGrowingMeasurement) {
     const struct {
         const char *what, *first, *more, *want;

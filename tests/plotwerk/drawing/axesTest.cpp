@@ -407,7 +407,9 @@ TEST(Axes, HaveNumbersThatTellTheirValuesAtTheirPlaces) {
                         offset = (run.text[sign] == '+' ? 1 : -1) *
                                  shownBy(run.text.substr(run.text.find(' ', sign) + 1));
                 }
-                EXPECT_GE(axis.numbers.size(), code == yAxis || length > 8 ? 5u : 3u);
+                EXPECT_GE(axis.numbers.size(), code == yAxis || length > 8 ? 5u
+                                               : length > 4                ? 3u
+                                                                           : 2u);
                 ASSERT_EQ(axis.numbers.size(), axis.marks.numbers.size());
                 std::set<std::string> texts;
                 for (size_t i = 0; i < axis.numbers.size(); ++i) {
@@ -426,6 +428,16 @@ TEST(Axes, HaveNumbersThatTellTheirValuesAtTheirPlaces) {
                 EXPECT_EQ(axis.common.has_value(), !axis.marks.common.empty());
             }
         }
+}
+
+TEST(Axes, HaveFiveNumbersOnThreeCentimetres) {
+    for (const Range &range : {Range{0, 103}, Range{0, 5}, Range{-1, 1}}) {
+        Document document = documentWith({}, {});
+        document.frame.yAxisLength = 3;
+        document.axes[yAxis].range = range;
+        const PlacedFrame frame = frameOf(document, {}, Typesetter());
+        EXPECT_GE(frame.axes[yAxis].numbers.size(), 5u) << range.max;
+    }
 }
 
 // The bars and caps of the only curve: those that stand upright, then the level ones.

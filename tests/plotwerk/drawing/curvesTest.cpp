@@ -153,17 +153,21 @@ TEST(DenseImage, HasThePixelsOfWhatItStandsFor) {
         cairo_fill(cr);
     };
     const std::vector<Point> points = {{40.6, 50.2}, {79.7, 50.3}, {60.1, 49.8}};
-    DenseImage stamps(box, 72 * scale);
-    stamps.stamp(points, 20, shape);
-    expectSame("stamps", stamps, [&](cairo_t *cr) {
-        for (const Point &p : points) {
-            cairo_save(cr);
-            cairo_translate(cr, (std::floor(p.x * scale) + 0.5) / scale,
-                            (std::floor(p.y * scale) + 0.5) / scale);
-            shape(cr);
-            cairo_restore(cr);
-        }
-    });
+    std::vector<Point> many; // are stamped otherwise
+    for (int i = 0; i < 2000; ++i) many.insert(many.end(), points.begin(), points.end());
+    for (const auto &stamped : {points, many}) {
+        DenseImage stamps(box, 72 * scale);
+        stamps.stamp(stamped, 20, shape);
+        expectSame("stamps", stamps, [&](cairo_t *cr) {
+            for (const Point &p : points) {
+                cairo_save(cr);
+                cairo_translate(cr, (std::floor(p.x * scale) + 0.5) / scale,
+                                (std::floor(p.y * scale) + 0.5) / scale);
+                shape(cr);
+                cairo_restore(cr);
+            }
+        });
+    }
 }
 
 // "THICKNESS: PATH; ...", 0 for what is filled.

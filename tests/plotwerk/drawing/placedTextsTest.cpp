@@ -29,9 +29,11 @@ static Document fitted() {
     document.name = "my_2*file*";
     document.formula = "A_1*x*y+a";
     document.parameters = {{.name = "A_1", .value = -1.23456, .error = 0.02},
-                           {.name = "a", .value = 1.5e-7, .fixed = true}};
+                           {.name = "a", .value = 1.5e-7, .fixed = true},
+                           {.name = "b", .value = 2.0 / 3}, // before a fit
+                           {.name = "c", .value = 1.23456789, .fixed = true}};
     document.fit.done = true;
-    document.fit.points = 12;
+    document.fit.points = 13;
     document.fit.chiSquare = 10.978;
     return document;
 }
@@ -41,7 +43,8 @@ TEST(TextFields, AreFilledWithWhatTheDocumentHolds) {
         const char *text, *want;
     } cases[] = {
         {"<name>: <formula>", "my_2*file*: A_1*x*y+a"},
-        {"<parameters>", "A1 = \u22121.235 \u00b1 0.020\na = 1.5\u00d710\u22127"},
+        {"<parameters>", "A1 = \u22121.235 \u00b1 0.020\na = 1.5\u00d710\u22127\n"
+                         "b = 0.666667\nc = 1.23456789"},
         {"<chi>, <date>", "\u03c72/ndf = 0.998, 2001-09-09"},
         {"<x> <> <date\\\\<chi>", "<x> <> <date\n\u03c72/ndf = 0.998"},
     };
@@ -51,7 +54,7 @@ TEST(TextFields, AreFilledWithWhatTheDocumentHolds) {
     EXPECT_TRUE(std::regex_match(filled("<date>", {}), std::regex("20\\d\\d-[01]\\d-[0-3]\\d")));
 
     Document exact = fitted();
-    exact.fit.points = 1; // as many as parameters that aren't fixed
+    exact.fit.points = 2; // as many as parameters that aren't fixed
     Document undone = fitted();
     undone.fit.done = false;
     for (const Document &document : {Document(), exact, undone})

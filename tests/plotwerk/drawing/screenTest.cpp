@@ -46,6 +46,11 @@ Document longCurve(double noise, bool shuffled = false) {
     return documentWith(x, y);
 }
 
+void withSpline(Document &document) {
+    onlyCurve(document).look.interpolationType = 1;
+    onlyCurve(document).look.interpolationPoints = 5;
+}
+
 } // namespace
 
 // Of the ink, as the eye adds it up: few dots differ by more than half of black.
@@ -75,6 +80,22 @@ TEST(PictureOnAScreen, CoversTheDotsThatTheWholeCurveCovers) {
          }},
         {"area", 0.2, [](Document &d) { onlyCurve(d).look.filled = true; }},
         {"drop lines", 0.2, [](Document &d) { onlyCurve(d).look.marker = true; }},
+        {"noisy spline", 0.2, withSpline},
+        {"smooth spline, few points", 0,
+         [](Document &d) {
+             withSpline(d);
+             d.axes[xAxis].range = {4, 4.005};
+         }},
+        {"points between on a logarithmic axis", 0.2,
+         [](Document &d) {
+             onlyCurve(d).look.interpolationPoints = 5;
+             d.axes[xAxis].logarithmic = true;
+         }},
+        {"symbols", 0.2,
+         [](Document &d) {
+             onlyCurve(d).look.line = false;
+             onlyCurve(d).look.symbols = true;
+         }},
     };
     for (const auto &c : cases) {
         Document document = longCurve(c.noise);
@@ -91,6 +112,21 @@ TEST(PictureOnAScreen, CoversTheDotsThatTheWholeCurveCovers) {
         }
         EXPECT_LT(std::abs(difference), 0.03 * ink) << c.what;
         EXPECT_LT(255 * far, 0.01 * ink) << c.what;
+    }
+}
+
+// A corner off by a quarter of a dot shades dots by more than that.
+TEST(PictureOnAScreen, HasNoCornersInSmoothCurves) {
+    for (const double slope : {0.02, 0.3}) {
+        Document document = longCurve(0);
+        for (double &y : onlyCurve(document).values) y *= slope;
+        document.axes[yAxis].range = {-1, 1};
+        const std::vector<int> whole = dotsOf(document, 0);
+        const std::vector<int> thinned = dotsOf(document, 0.5 / dotsPerPoint);
+        int most = 0;
+        for (std::size_t i = 0; i < whole.size(); ++i)
+            most = std::max(most, std::abs(thinned[i] - whole[i]));
+        EXPECT_LE(most, 36) << slope;
     }
 }
 

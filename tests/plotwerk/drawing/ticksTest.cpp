@@ -132,6 +132,13 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
          linear,
          "1234560 1234562 1234564 1234566 1234568 1234570"}, // seven digits are read, eight aren't
         {{12345600, 12345610}, linear, "0 2 4 6 8 10 | + 12345600"},
+        {{0.001234, 0.001236}, linear, "1.2340 1.2345 1.2350 1.2355 1.2360 | \u00d710\u22123"},
+        {{0.1234, 0.123401}, linear, "0.1234000 0.1234002 0.1234004 0.1234006 0.1234008 0.1234010"},
+        // two numbers at least, however few are asked for
+        {{0, 7}, [](Axis &axis) { axis.labelDensity = 0.1; }, "0 5"},
+        {{5, 2000},
+         [](Axis &axis) { axis.logarithmic = true, axis.labelDensity = 0.1; },
+         "10 100 1000"},
         {{1, 5},
          [](Axis &axis) { axis.increment = 1.2345678; },
          "1.2345678 2.4691356 3.7037034 4.9382712"},

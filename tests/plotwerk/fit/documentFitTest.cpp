@@ -353,6 +353,10 @@ TEST(DocumentVariables, TellWhatAPaperTells) {
     EXPECT_EQ(document.parameters[1].bounds.max, 4);
     EXPECT_EQ(variableOf(document, "report"), report) << "of the fit, not of what is set since";
 
+    document.sources[0].tables[0].y[1].values.assign(4, 1e-6);
+    fitDocument(document);
+    EXPECT_NE(variableOf(document, "report").find("p value: < 1e-300\n"), std::string::npos);
+
     document.sources[0].tables[0].y.resize(1); // without errors, and with one degree of freedom
     document.sources[0].tables[0].y[0].values = {2, 1, 2, nan_};
     setFormula(document, "m + k*(x-10)");
