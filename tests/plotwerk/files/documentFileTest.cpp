@@ -153,6 +153,8 @@ TEST(DocumentFile, OfVersion2_1OpensWithWhatCameWithIt) {
     EXPECT_EQ(std::tuple(table.x.isTime, table.y[0].isTime, table.y[0].residuals,
                          document.absoluteErrors, document.title.size(), parameter.atBound),
               std::tuple(true, true, true, true, 22U, true));
+    EXPECT_EQ(table.y[0].look.symbol, (std::array{11, 12, 13, 14}));
+    EXPECT_EQ(table.y[1].look.symbol, (std::array{4, 5, 6, 7})) << "36 to 39, as they were drawn";
     EXPECT_EQ(parameter.bounds.min, -std::numeric_limits<double>::max());
     EXPECT_EQ(std::tuple(document.fit.weighted, document.fit.absoluteErrors,
                          document.fit.formula.empty(), document.fit.parameters.empty()),
