@@ -160,3 +160,10 @@ TEST(DocumentFile, OfVersion2_1OpensWithWhatCameWithIt) {
                          document.fit.formula.empty(), document.fit.parameters.empty()),
               std::tuple(true, true, false, false));
 }
+
+TEST(DocumentFile, OfVersion2_2OpensWithWhatCameWithIt) {
+    const std::string directory = TEST_DATA_DIR "/documents/version2.2";
+    const Document document = documentOf(readWholeFile(directory + ".json"));
+    EXPECT_EQ(linesOf(document), linesOf(documentOf(readWholeFile(directory + ".cbor"))));
+    EXPECT_TRUE(document.fit.withoutError > 0 && document.fit.withoutValue > 0);
+}
