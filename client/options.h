@@ -12,7 +12,7 @@ constexpr int longTextSize = 65536; // bytes of the -f and of the -p text
 // One text per option letter; an empty text means that the option was not given.
 using OptionSlots = char[slotCount][slotSize];
 
-// The text of one option, of which command.
+// The text of one option of a command.
 struct OptionText {
     const char *text;
     char letter;
