@@ -11,9 +11,8 @@
 //   - A number is what strtod reads, with inf and nan in any case, or what cellText.h tells of
 //     others. NAN, - and words for what is missing are NaN. A date, with its time, is a number of
 //     seconds (timeText.h); a time of day in the next field belongs to it.
-//   - Rows may be of any length: the table is as wide as its longest row, and short rows end in
-//   NaN.
-//     A line of nothing but words is no row.
+//   - Rows may be of any length: the table is as wide as its longest row, short ones end in NaN. A
+//     line of nothing but words is no row.
 //   - # begins a comment, except within quotes; at the beginning of a line so do % ! and //. A line
 //     that is just a comment doesn't count.
 //   - An empty line after rows begins a new table.

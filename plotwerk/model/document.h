@@ -54,8 +54,7 @@ struct CurveLook {
     int interpolationType = 0;      // 0 straight, 1 cubic spline
     double symbolSize = 4;          // in points of 1/72 inch
     int symbolInc = 1;              // every so many points have a symbol
-    // codes of drawSymbol, below symbolCount; those after the first, where above 0, are drawn over
-    // it
+    // codes of drawSymbol, below symbolCount; others than the first, above 0, are drawn over it
     std::array<int, 4> symbol{0, 0, 0, 0};
     double lineThickness = 1; // in points
     std::array<double, 4> dashLength{4, 2, 0, 0};
