@@ -72,8 +72,8 @@ static void copyTIFF(PlotwerkControl &plotwerk, const Options &) {
 }
 
 // A composition is measured in single precision, and what is not given is 0, not NaN.
-static double single(const char *text) {
-    return static_cast<float>(real(text, 0.0));
+static double single(const OptionText &option) {
+    return static_cast<float>(real(option, 0.0));
 }
 
 static sdbus::Struct<double, double, double, double> rectangle(const Options &options) {

@@ -29,7 +29,7 @@ static void reportUnknown(const char *name, const Options &options) {
     if (failuresAreTold()) return fail(name, "unknown command");
     std::fprintf(stderr, "unknown command: %s", name);
     for (char letter = 'a'; letter <= 'z'; ++letter) {
-        if (*options[letter]) std::fprintf(stderr, " -%c %s", letter, options[letter]);
+        if (*options[letter]) std::fprintf(stderr, " -%c %s", letter, options[letter].text);
     }
     std::fputc('\n', stderr);
 }
@@ -42,7 +42,7 @@ void tellRefusal(PlotwerkControl &plotwerk, const char *command) {
 
 void execute(PlotwerkControl &plotwerk, const char *name, const OptionSlots &slots,
              const char *fText, const char *pText) {
-    const Options options{slots, fText, pText};
+    const Options options{name, slots, {fText, 'f', name}, {pText, 'p', name}};
     // these are never refused
     if (const CommandRow *row = find(command::documentlessCommands, name))
         return row->run(plotwerk, options);

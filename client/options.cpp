@@ -1,24 +1,65 @@
 #include "client/options.h"
 
+#include "client/failures.h"
 #include "util/text/utf8.h"
 
+#include <algorithm>
+#include <cerrno>
+#include <climits>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
+#include <string_view>
 
-double real(const char *text) {
-    return real(text, std::sqrt(-1.0));
+static void failAsNo(const char *what, const OptionText &option) {
+    constexpr std::size_t longestShown = 60;
+    std::string_view value = option.text;
+    value = value.substr(0, std::min(value.find_first_of("\r\n"), longestShown));
+    fail(option.command, std::string("the value of -") + option.letter + " is no " + what + ": " +
+                             std::string(value));
+}
+
+static bool isBlank(const char *text) {
+    return text[std::strspn(text, " \t\r\n\v\f")] == '\0';
+}
+
+static bool isReal(const char *text) {
+    char *end;
+    std::strtod(text, &end);
+    return end != text && isBlank(end);
+}
+
+static bool isInteger(const char *text) {
+    char *end;
+    errno = 0;
+    const long value = std::strtol(text, &end, 10);
+    return end != text && isBlank(end) && errno == 0 && value >= INT_MIN && value <= INT_MAX;
 }
 
 double real(const char *text, double whenEmpty) {
     return *text ? std::atof(text) : whenEmpty;
 }
 
-int integer(const char *text) {
-    return integer(text, -1);
+double real(const OptionText &option, double whenEmpty) {
+    if (*option && failuresAreTold() && !isReal(option)) failAsNo("number", option);
+    return real(option.text, whenEmpty);
+}
+
+double real(const OptionText &option) {
+    return real(option, std::sqrt(-1.0));
 }
 
 int integer(const char *text, int whenEmpty) {
     return *text ? std::atoi(text) : whenEmpty;
+}
+
+int integer(const OptionText &option, int whenEmpty) {
+    if (*option && failuresAreTold() && !isInteger(option)) failAsNo("integer", option);
+    return integer(option.text, whenEmpty);
+}
+
+int integer(const OptionText &option) {
+    return integer(option, -1);
 }
 
 bool yesNo(const char *text) {

@@ -12,22 +12,38 @@ constexpr int longTextSize = 65536; // bytes of the -f and of the -p text
 // One text per option letter; an empty text means that the option was not given.
 using OptionSlots = char[slotCount][slotSize];
 
-// What a command may read: the slots and the two long texts. None is ever changed by a command.
-struct Options {
-    const OptionSlots &slots;
-    const char *fText;
-    const char *pText;
+// The text of one option of a command.
+struct OptionText {
+    const char *text;
+    char letter;
+    const char *command;
 
-    const char *operator[](char letter) const { return slots[static_cast<unsigned char>(letter)]; }
+    operator const char *() const { return text; }
 };
 
-// NaN for an empty text, else what atof reads: 0 for a text that is not a number.
-double real(const char *text);
-double real(const char *text, double whenEmpty);
+// What a command may read: the slots and the two long texts. None is ever changed by a command.
+struct Options {
+    const char *command;
+    const OptionSlots &slots;
+    OptionText fText;
+    OptionText pText;
 
-// -1 for an empty text, else what atoi reads: 0 for a text that is not a number.
-int integer(const char *text);
+    OptionText operator[](char letter) const {
+        return {slots[static_cast<unsigned char>(letter)], letter, command};
+    }
+};
+
+// NaN for an empty text, else what atof reads: 0 for a text that is not a number. Of an option's
+// text that isn't a number the command fails (failures.h).
+double real(const char *text, double whenEmpty);
+double real(const OptionText &option, double whenEmpty);
+double real(const OptionText &option);
+
+// -1 for an empty text, else what atoi reads: 0 for a text that is not a number. Of an option's
+// text that isn't a whole number of 32 bits the command fails.
 int integer(const char *text, int whenEmpty);
+int integer(const OptionText &option, int whenEmpty);
+int integer(const OptionText &option);
 
 // false for an empty text and one that begins with n or N, else true: "0" and "false" are yes.
 bool yesNo(const char *text);

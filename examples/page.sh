@@ -1,11 +1,13 @@
 #!/usr/bin/env bash
 # A page of four panels, each the picture of a document with its own data and fit. Without a width and
 # height a picture keeps its size, and -X and -Y are the place of its frame: so the frames align.
-# Expects callPlw on the PATH and a running Plotwerk. Saves into the folder given, or a new one.
+# Expects callPlw on the PATH and a running Plotwerk. Saves into the folder given, or a new one,
+# as PDF or in the format given (svg, png).
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/session.sh"
 folder=$(cd "${1:-$(mktemp -d)}" && pwd)
+format=${2:-pdf}
 
 session <<END
 -x open -f "$here/data/ultrasonic.txt"
@@ -38,7 +40,7 @@ session <<END
 -x addPDFtoComposition -d mobility.txt -X 260 -Y 180
 -x addPDFtoComposition -d transmittance.txt -X 0 -Y 0
 -x addPDFtoComposition -d pressure.txt -X 260 -Y 0
--x savePDFofComposition -f "$folder/page.pdf" -a none
+-x savePDFofComposition -f "$folder/page.$format" -a none
 -x close -d ultrasonic.txt
 -x close -d mobility.txt
 -x close -d transmittance.txt

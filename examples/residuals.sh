@@ -1,11 +1,13 @@
 #!/usr/bin/env bash
 # A figure for a column of 8.5 cm: data with errors and their fit, and below, sharing the x axis, what is
 # left of the data in units of their errors.
-# Expects callPlw on the PATH and a running Plotwerk. Saves into the folder given, or a new one.
+# Expects callPlw on the PATH and a running Plotwerk. Saves into the folder given, or a new one,
+# as PDF or in the format given (svg, png).
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/session.sh"
 folder=$(cd "${1:-$(mktemp -d)}" && pwd)
+format=${2:-pdf}
 
 session <<END
 -x open -f "$here/data/activity.txt"
@@ -34,7 +36,7 @@ session <<END
 -x newComposition -w 241
 -x addPDFtoComposition -d activity.txt -X 46 -Y 64
 -x addPDFtoComposition -d residuals -X 46 -Y 0
--x savePDFofComposition -f "$folder/residuals.pdf" -a none
+-x savePDFofComposition -f "$folder/residuals.$format" -a none
 -x close -d residuals
 -x close -d activity.txt
 END

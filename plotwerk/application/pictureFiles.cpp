@@ -19,10 +19,15 @@ namespace plotwerk {
 
 namespace fs = std::filesystem;
 
-PictureKind kindFor(const fs::path &path, PictureKind wanted) {
+static std::string endOf(const fs::path &path) {
     std::string end = path.extension().string();
     for (char &letter : end)
         letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+    return end;
+}
+
+PictureKind kindFor(const fs::path &path, PictureKind wanted) {
+    const std::string end = endOf(path);
     if (wanted == PictureKind::pdf && end == ".svg") return PictureKind::svg;
     if (wanted == PictureKind::tiff && end == ".png") return PictureKind::png;
     return wanted;
@@ -64,7 +69,12 @@ void writePicture(const fs::path &path, const Document &document, PictureKind ki
 }
 
 void writePage(const fs::path &path, const Composition &composition) {
-    writeFromChild(path, [&] { return composition.pdf(); });
+    const std::string end = endOf(path);
+    writeFromChild(path, [&] {
+        return end == ".svg"   ? composition.svg()
+               : end == ".png" ? composition.png()
+                               : composition.pdf();
+    });
 }
 
 static fs::path runtimeDirectory() {

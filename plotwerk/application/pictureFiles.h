@@ -17,6 +17,8 @@ PictureKind kindFor(const std::filesystem::path &path, PictureKind wanted);
 // The file is replaced as a whole or not at all. Throw Refusal: a picture that can't be drawn, a
 // file that can't be written.
 void writePicture(const std::filesystem::path &path, const Document &document, PictureKind kind);
+
+// Likewise, as PDF, or as SVG or PNG for a path that ends so.
 void writePage(const std::filesystem::path &path, const Composition &composition);
 
 // Writes $XDG_RUNTIME_DIR/plotwerk/clipboard.pdf or, for TIFF, clipboard.tiff, and gives its path.

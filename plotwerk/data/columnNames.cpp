@@ -36,6 +36,18 @@ static Names withUnits(Names names) {
     return joined;
 }
 
+// Names with single blanks in them, between two or more: "Elapsed time   Output voltage".
+static Names atWideGaps(const char *line) {
+    Names names;
+    const std::string_view text = line;
+    for (std::size_t at = text.find_first_not_of(' '); at < text.size();) {
+        const std::size_t end = std::min(text.find("  ", at), text.size());
+        names.emplace_back(text.substr(at, end - at));
+        at = text.find_first_not_of(' ', end);
+    }
+    return names;
+}
+
 static bool areUnits(const Names &names) {
     bool any = false;
     for (const auto &name : names) {
@@ -88,6 +100,8 @@ static Names namesIn(const HeadLine &line, const TableLayout &layout, Commas com
     if (separator == ' ' || !isSplit) {
         Names other = withUnits(split(' '));
         if (other.size() == width) return other;
+        other = atWideGaps(line.text);
+        if (width > 1 && other.size() == width) return other;
     }
     // a title of several words names nothing
     if (!isSplit && width > 1 && std::strchr(plw::skipSpaces(line.text), ' ') != nullptr) return {};

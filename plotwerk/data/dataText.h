@@ -11,20 +11,21 @@
 //   - A number is what strtod reads, with inf and nan in any case, or what cellText.h tells of
 //     others. NAN, - and words for what is missing are NaN. A date, with its time, is a number of
 //     seconds (timeText.h); a time of day in the next field belongs to it.
-//   - Rows may be of any length: the table is as wide as its longest row, or as its line of names,
-//     and short rows end in NaN.
+//   - Rows may be of any length: the table is as wide as its longest row, short ones end in NaN. A
+//     line of nothing but words is no row.
 //   - # begins a comment, except within quotes; at the beginning of a line so do % ! and //. A line
 //     that is just a comment doesn't count.
 //   - An empty line after rows begins a new table.
 // Before the first row of a table, lines with a word in them name the columns, the last one wins.
 //   - They are split only where the rows use tabs, semicolons or commas, else at blanks, too.
-//     Columns without a name are "X" and "Y1", "Y2", ...
+//     Columns without a name are "X" and "Y1", "Y2", ... Names without a column aren't used, and
+//     where blanks split a line into more words than columns, none of them is.
 //   - A line of units below the names adds these to them: "Time (s)".
 //   - A comment with as many names as there are columns names them.
 //   - Names stay in force across empty lines.
 // A word in a row is NaN, and words after a row's last number don't count. A column of words, which
 // hardly ever has a number, is left out. A text in which every row has words is read all the same
-// if most of its lines agree on where numbers are. The log tells what was left out.
+// if most of its lines agree on where numbers are. The log tells what was left out or passed over.
 //
 // The first column is x. A table whose rows all hold one number is y over 0, 1, 2, ...; of two or
 // more names the first is x's then, otherwise the name is y's.

@@ -28,7 +28,7 @@ static std::vector<bool> columnsOfWords(const TableRows &rows, const Names &name
         const ColumnFacts &facts = rows.facts[i];
         if (facts.words == 0) continue;
         const std::size_t numbers = i < rows.columns.size() ? numbersIn(rows.columns[i]) : 0;
-        ofWords[i] = numbers * 10 < rows.count;
+        ofWords[i] = numbers == 0 || (facts.wordsBesideNumbers > 0 && numbers * 10 < rows.count);
         if (ofWords[i])
             remarks.addLeftOut(labelOf(i, names));
         else
@@ -68,6 +68,20 @@ static void leaveOutWords(TableRows &rows, Names &names, Remarks &remarks) {
     rows.facts.resize(kept);
 }
 
+// Makes the names no more than the columns, of which one alone may have its x named, too. Words
+// between blanks that are more than the columns are a title, or names with blanks in them.
+static void fitNames(const TableRows &rows, char separator, Names &names, Remarks &remarks) {
+    if (!names.empty())
+        for (std::size_t i = names.size(); i < rows.columns.size(); ++i)
+            remarks.addUnnamed(labelOf(i, names));
+    const std::size_t most = std::max({rows.columns.size(), rows.facts.size(), std::size_t{2}});
+    if (names.size() <= most) return;
+    const std::size_t used = separator == ' ' ? 0 : most;
+    for (std::size_t i = used; i < names.size(); ++i)
+        if (names[i]) remarks.addUnusedName(inQuotes(*names[i]));
+    names.resize(used);
+}
+
 // Puts an x in front that counts the rows. Of two or more names the first is its.
 static void countRows(TableRows &rows, Names &names) {
     std::vector<double> x(rows.count);
@@ -87,8 +101,10 @@ static bool isTime(std::size_t column, const TableRows &rows, const Names &names
     return 2 * times >= numbers;
 }
 
-std::optional<DataTable> finishTable(TableRows rows, Names names, TableSizes &finished,
-                                     Remarks &remarks) {
+std::optional<DataTable> finishTable(TableRows rows, char separator, Names names,
+                                     TableSizes &finished, Remarks &remarks) {
+    remarks.linesOfWords.add(rows.linesOfWords);
+    fitNames(rows, separator, names, remarks);
     leaveOutWords(rows, names, remarks);
     if (rows.columns.empty()) return std::nullopt;
     DataTable result;

@@ -17,10 +17,12 @@ void Remarks::addWords(std::size_t count, const std::string &first) {
 }
 
 void Remarks::write() const {
-    if (leftOut.count > 0)
-        log(LogLevel::warning, "data text: left out, since they hold words: " + textOf(leftOut));
-    if (mixed.count > 0)
-        log(LogLevel::warning, "data text: both times and numbers in " + textOf(mixed));
+    write(leftOut, "left out, since they hold words: ");
+    write(mixed, "both times and numbers in ");
+    write(unnamed, "more columns than names, without one: ");
+    write(unusedNames, "more names than columns, not used: ");
+    write(linesOfWords, "of words below the first row passed over");
+    write(unreadRows, "with a leading number taken for words above the rows");
     if (words > 0)
         log(LogLevel::warning, "data text: " + std::to_string(words) +
                                    (words == 1 ? " word" : " words") +
@@ -32,9 +34,18 @@ void Remarks::addTo(List &list, const std::string &column) {
     list.text.append(list.text.empty() ? "" : ", ").append(column);
 }
 
-std::string Remarks::textOf(const List &list) {
-    if (list.count <= mostNamed) return list.text;
-    return list.text + " and " + std::to_string(list.count - mostNamed) + " more";
+void Remarks::write(const List &list, const char *what) {
+    if (list.count == 0) return;
+    std::string text = "data text: " + (what + list.text);
+    if (list.count > mostNamed) text += " and " + std::to_string(list.count - mostNamed) + " more";
+    log(LogLevel::warning, text);
+}
+
+void Remarks::write(const LineCount &lines, const char *what) {
+    if (lines.count == 0) return;
+    log(LogLevel::warning, "data text: " + std::to_string(lines.count) +
+                               (lines.count == 1 ? " line " : " lines ") + what +
+                               ", the first is line " + std::to_string(lines.first));
 }
 
 } // namespace plotwerk

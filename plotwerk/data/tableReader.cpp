@@ -12,10 +12,6 @@ namespace plotwerk {
 // Head lines that are looked at together; a text of nothing else is looked at in such pieces.
 static constexpr std::size_t mostHeadLines = 256;
 
-static void dropFirst(std::vector<HeadLine> &head, std::size_t count) {
-    head.erase(head.begin(), head.begin() + static_cast<std::ptrdiff_t>(count));
-}
-
 void TableReader::readLine(const char *line, std::size_t number, const char *textEnd) {
     if (rows.appendPlain(line, textEnd)) return;
     const bool isHead = rows.rows().count == 0;
@@ -33,14 +29,22 @@ void TableReader::readLine(const char *line, std::size_t number, const char *tex
 
 std::vector<DataTable> TableReader::takeTables() {
     endGroup();
+    dropFromHead(head.size());
     return std::move(tables);
 }
 
 void TableReader::addHead(HeadLine line) {
     line.beginsGroup = headEnded;
     headEnded = false;
-    if (head.size() >= 2 * mostHeadLines) dropFirst(head, mostHeadLines);
+    if (head.size() >= 2 * mostHeadLines) dropFromHead(mostHeadLines);
     head.push_back(line);
+}
+
+// The first lines of it, which name nothing. What stands above the first table needn't be told.
+void TableReader::dropFromHead(std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i)
+        if (!tables.empty() && !head[i].isComment) remarks.linesOfWords.add(head[i].number);
+    head.erase(head.begin(), head.begin() + static_cast<std::ptrdiff_t>(count));
 }
 
 void TableReader::readHead(const char *line, std::size_t number) {
@@ -50,8 +54,7 @@ void TableReader::readHead(const char *line, std::size_t number) {
     if (!isPlainRow(fields)) {
         noteStop(number);
         addHead({line, number, false});
-        if (head.size() >= mostHeadLines && !beginTableOfWords())
-            dropFirst(head, mostHeadLines / 2);
+        if (head.size() >= mostHeadLines && !beginTableOfWords()) dropFromHead(mostHeadLines / 2);
         return;
     }
     const bool isEmpty = std::none_of(fields.begin(), fields.end(), [](const Field &field) {
@@ -77,6 +80,11 @@ void TableReader::noteStop(std::size_t lineNumber) {
     }
 }
 
+bool TableReader::beginsWithNumber(const char *line) {
+    readFields(line, tableSeparator, commas, fields);
+    return !fields.empty() && isNumeric(fields.front().kind) && !fields.front().quoted;
+}
+
 // Begins a table with the last group of head lines if they, words and all, are rows. False if they
 // aren't.
 bool TableReader::beginTableOfWords() {
@@ -88,11 +96,17 @@ bool TableReader::beginTableOfWords() {
 // Takes the names from the head, and reads those lines of it that are rows.
 void TableReader::beginTable(const TableLayout &layout) {
     names = columnNames(head, layout, commas);
-    rows = RowReader(layout.separator, commas, finished);
+    tableSeparator = layout.separator;
+    rows = RowReader(tableSeparator, commas, finished);
     const std::vector<HeadLine> lines = std::exchange(head, {});
     headEnded = false;
-    for (std::size_t i = layout.firstRow; i < lines.size(); ++i)
-        if (!lines[i].isComment) readRow(lines[i].text, lines[i].number);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (lines[i].isComment) continue;
+        if (i >= layout.firstRow)
+            readRow(lines[i].text, lines[i].number);
+        else if (beginsWithNumber(lines[i].text))
+            remarks.unreadRows.add(lines[i].number);
+    }
 }
 
 void TableReader::readRow(const char *line, std::size_t number) {
@@ -105,7 +119,8 @@ void TableReader::endGroup() {
         headEnded = !head.empty();
         return;
     }
-    std::optional<DataTable> table = finishTable(rows.take(), std::move(names), finished, remarks);
+    std::optional<DataTable> table =
+        finishTable(rows.take(), tableSeparator, std::move(names), finished, remarks);
     if (table) tables.push_back(std::move(*table));
     names.clear();
 }

@@ -38,6 +38,7 @@ class TableReader {
     // the table that is being read
     std::vector<HeadLine> head;
     bool headEnded = false; // by an empty line
+    char tableSeparator = ' ';
     Names names;
     RowReader rows;
 
@@ -46,6 +47,8 @@ class TableReader {
 
     void addHead(HeadLine line);
     void readHead(const char *line, std::size_t number);
+    void dropFromHead(std::size_t count);
+    bool beginsWithNumber(const char *line);
     void noteStop(std::size_t lineNumber);
     bool beginTableOfWords();
     void beginTable(const TableLayout &layout);

@@ -96,9 +96,13 @@ bool RowReader::append(const char *line, std::size_t lineNumber) {
         take();
         return false;
     }
+    if (width == 0) {
+        if (word) table.linesOfWords.add(lineNumber);
+        return true;
+    }
     note(lineNumber, number);
     row.resize(width);
-    if (!number && !row.empty()) ++emptyRows;
+    if (!number) ++emptyRows;
     appendRow();
     return true;
 }
@@ -108,7 +112,8 @@ void RowReader::note(std::size_t lineNumber, bool hasNumber) {
     for (std::size_t i = 0; i < fields.size(); ++i) {
         ColumnFacts &facts = table.facts[i];
         if (fields[i].kind == FieldKind::time) ++facts.times;
-        if (fields[i].kind != FieldKind::word || !hasNumber) continue;
+        if (fields[i].kind != FieldKind::word) continue;
+        if (hasNumber) ++facts.wordsBesideNumbers;
         if (facts.words++ > 0) continue;
         facts.firstLine = lineNumber;
         facts.firstWord = fields[i].text;
@@ -116,7 +121,6 @@ void RowReader::note(std::size_t lineNumber, bool hasNumber) {
 }
 
 void RowReader::appendRow() {
-    if (row.empty()) return;
     std::vector<std::vector<double>> &columns = table.columns;
     if (row.size() > columns.size()) columns.resize(row.size());
     requireRoom(finished, columns.size(), table.count + 1);

@@ -3,6 +3,7 @@
 #define PLOTWERK_DATA_TABLEROWS_H
 
 #include "plotwerk/data/fields.h"
+#include "plotwerk/data/remarks.h"
 
 #include <cstddef>
 #include <string>
@@ -22,7 +23,8 @@ void requireRoom(const TableSizes &finished, std::size_t columns, std::size_t ro
 
 // What a column holds beside numbers.
 struct ColumnFacts {
-    std::size_t words = 0; // in rows that have a number
+    std::size_t words = 0;
+    std::size_t wordsBesideNumbers = 0; // of them, in rows that have a number
     std::size_t times = 0;
     std::size_t firstLine = 0; // with a word
     std::string_view firstWord;
@@ -32,6 +34,7 @@ struct TableRows {
     std::vector<std::vector<double>> columns; // up to the last row that has a value there
     std::vector<ColumnFacts> facts;           // up to the last column that may have any
     std::size_t count = 0;
+    LineCount linesOfWords; // that are no rows
 };
 
 // Reads lines as rows of a table whose separator is `separator`.
@@ -46,8 +49,9 @@ class RowReader {
     // textEnd: how far the rows may go on.
     bool appendPlain(const char *line, const char *textEnd);
 
-    // Any row; what isn't a number in it is noted. False for a line of words behind rows without
-    // any number: with it the table begins anew, without rows. The line must stay where it is.
+    // Any row; what isn't a number in it is noted. A line of nothing but words is no row. False for
+    // a line of words behind rows without any number: with it the table begins anew, without rows.
+    // The line must stay where it is.
     bool append(const char *line, std::size_t lineNumber);
 
     const TableRows &rows() const { return table; }

@@ -16,14 +16,21 @@ static const char *readDigits(const char *p, int count, int *value) {
     return p;
 }
 
-static const char *readDate(const char *p, double *seconds) {
+// Reads two digits behind the separator; behind nothing where that is NUL.
+static const char *readPair(const char *p, char separator, int *value) {
+    if (p == nullptr || (separator != '\0' && *p++ != separator)) return nullptr;
+    return readDigits(p, 2, value);
+}
+
+// Nothing separates the parts of the basic format.
+static const char *readDate(const char *p, double *seconds, bool *isBasic) {
     int year, month, day;
     p = readDigits(p, 4, &year);
-    if (p == nullptr || (*p != '-' && *p != '/')) return nullptr;
-    const char separator = *p;
-    p = readDigits(p + 1, 2, &month);
-    if (p == nullptr || *p != separator) return nullptr;
-    p = readDigits(p + 1, 2, &day);
+    if (p == nullptr) return nullptr;
+    const char separator = *p == '-' || *p == '/' ? *p : '\0';
+    *isBasic = separator == '\0';
+    p = readPair(p, separator, &month);
+    p = readPair(p, separator, &day);
     if (p == nullptr || year == 0) return nullptr;
 
     const std::chrono::year_month_day date{std::chrono::year(year),
@@ -68,15 +75,14 @@ static const char *readZone(const char *p, int *seconds) {
     return behind;
 }
 
-const char *readTimeOfDay(const char *p, bool decimalComma, double *seconds) {
+static const char *readClock(const char *p, char separator, bool decimalComma, double *seconds) {
     int hour, minute, second = 0, zone;
     double fraction = 0;
     p = readDigits(p, 2, &hour);
-    if (p == nullptr || *p != ':') return nullptr;
-    p = readDigits(p + 1, 2, &minute);
+    p = readPair(p, separator, &minute);
     if (p == nullptr) return nullptr;
-    if (*p == ':') {
-        p = readDigits(p + 1, 2, &second);
+    if (separator == '\0' ? plw::isDigit(*p) : *p == separator) {
+        p = readPair(p, separator, &second);
         if (p == nullptr) return nullptr;
         if ((*p == '.' || (*p == ',' && decimalComma)) && plw::isDigit(p[1]))
             p = readFraction(p + 1, &fraction);
@@ -88,18 +94,24 @@ const char *readTimeOfDay(const char *p, bool decimalComma, double *seconds) {
     return p;
 }
 
+const char *readTimeOfDay(const char *p, bool decimalComma, double *seconds) {
+    return readClock(p, ':', decimalComma, seconds);
+}
+
 const char *readTime(const char *p, bool decimalComma, double *seconds, bool *isDate) {
-    p = readDate(p, seconds);
+    bool isBasic;
+    p = readDate(p, seconds, &isBasic);
     if (p == nullptr) return nullptr;
     *isDate = true;
     const char *time = p;
     if (*time == 'T' || *time == 't')
         ++time;
     else
-        while (*time == ' ') ++time;
+        while (*time == ' ' && !isBasic) ++time;
     double sinceMidnight;
-    const char *end = time == p ? nullptr : readTimeOfDay(time, decimalComma, &sinceMidnight);
-    if (end == nullptr) return p;
+    const char *end =
+        time == p ? nullptr : readClock(time, isBasic ? '\0' : ':', decimalComma, &sinceMidnight);
+    if (end == nullptr) return isBasic ? nullptr : p; // digits alone are a number
     *isDate = false;
     *seconds += sinceMidnight;
     return end;

@@ -7,7 +7,8 @@ namespace plotwerk {
 // Reads a date, or a date and a time, at p and returns where it ends; null when none begins there.
 // *seconds becomes the time since 1970-01-01 UTC, leap seconds aside. *isDate: the date stands
 // alone. Years have four digits, 0001 to 9999, and days are those of the Gregorian calendar.
-// "2024/02/29" is read as "2024-02-29". The time follows after a 'T' or blanks, has hours and
+// "2024/02/29" is read as "2024-02-29", and in basic format "20240229T123456", whose date can't
+// stand alone. The time follows after a 'T' or blanks, has hours and
 // minutes, may have seconds with any fraction behind a point, or behind a comma where that is
 // decimal, and a zone (Z, +01, +0100, +01:00). Without a zone it is UTC.
 const char *readTime(const char *p, bool decimalComma, double *seconds, bool *isDate);

@@ -25,10 +25,6 @@ static cairo_status_t appendBytes(void *bytes, const unsigned char *data, unsign
     return CAIRO_STATUS_SUCCESS;
 }
 
-static Surface newPdf(std::string &bytes, double width, double height) {
-    return Surface(cairo_pdf_surface_create_for_stream(appendBytes, &bytes, width, height));
-}
-
 static void finish(const Surface &surface, const Context &cr) {
     cairo_show_page(cr.get());
     requireDrawn(cairo_status(cr.get()));
@@ -45,15 +41,19 @@ static void blankCreationDate(std::string &pdf) {
     if (end != std::string::npos) pdf.replace(begin, end + 1 - begin, end + 1 - begin, ' ');
 }
 
-std::string pdfOfDocument(const Document &document) {
-    const Picture picture(document);
+static std::string pdfOf(const Page &page) {
     std::string bytes;
-    const Surface surface = newPdf(bytes, picture.page().width(), picture.page().height());
+    const Surface surface(
+        cairo_pdf_surface_create_for_stream(appendBytes, &bytes, page.width, page.height));
     const Context cr(cairo_create(surface.get()));
-    picture.drawOn(cr.get());
+    page.draw(cr.get());
     finish(surface, cr);
     blankCreationDate(bytes);
     return bytes;
+}
+
+std::string pdfOfDocument(const Document &document) {
+    return pdfOf(pageOf(Picture(document)));
 }
 
 // The ids NAME12 of parts count all surfaces that the process has ever made: here those of the
@@ -73,18 +73,21 @@ static void numberAnew(std::string &svg, const std::string &name) {
     }
 }
 
-std::string svgOfDocument(const Document &document) {
-    const Picture picture(document);
+static std::string svgOf(const Page &page) {
     std::string bytes;
-    const Surface surface(cairo_svg_surface_create_for_stream(
-        appendBytes, &bytes, picture.page().width(), picture.page().height()));
+    const Surface surface(
+        cairo_svg_surface_create_for_stream(appendBytes, &bytes, page.width, page.height));
     const Context cr(cairo_create(surface.get()));
     cairo_set_source_rgb(cr.get(), 1, 1, 1);
     cairo_paint(cr.get());
-    picture.drawOn(cr.get());
+    page.draw(cr.get());
     finish(surface, cr);
     for (const char *name : {"surface", "image"}) numberAnew(bytes, name);
     return bytes;
+}
+
+std::string svgOfDocument(const Document &document) {
+    return svgOf(pageOf(Picture(document)));
 }
 
 // Replaces the line of the header that begins with the key; without a text it goes.
@@ -113,11 +116,11 @@ std::string epsOfDocument(const Document &document) {
 }
 
 std::string tiffOfDocument(const Document &document) {
-    return tiffOfPicture(Picture(document));
+    return tiffOfPage(pageOf(Picture(document)));
 }
 
 std::string pngOfDocument(const Document &document) {
-    return pngOfPicture(Picture(document));
+    return pngOfPage(pageOf(Picture(document)));
 }
 
 static double pageLength(double length) {
@@ -199,34 +202,56 @@ double Composition::bytes() const {
     return bytes;
 }
 
-std::string Composition::pdf() const {
-    std::deque<Picture> drawn;
+namespace {
+
+// The pictures on a page, at their places.
+struct LaidOut {
+    std::deque<Picture> pictures;
     std::vector<cairo_matrix_t> places;
+    Box box;
+};
+
+} // namespace
+
+static void drawOn(cairo_t *cr, const LaidOut &laidOut) {
+    cairo_translate(cr, -laidOut.box.left, -laidOut.box.top);
+    for (std::size_t i = 0; i < laidOut.pictures.size(); ++i) {
+        cairo_save(cr);
+        cairo_transform(cr, &laidOut.places[i]);
+        laidOut.pictures[i].drawOn(cr);
+        cairo_restore(cr);
+    }
+}
+
+std::string Composition::drawn(std::string (*fileOf)(const Page &)) const {
+    LaidOut laidOut;
     Box marks;
     for (const Placed &placed : pictures) {
-        const Picture &picture = drawn.emplace_back(placed.document);
-        places.push_back(placeOf(placed.rectangle, placed.angle, placed.shear, picture));
-        const Box own = marksOf(picture, places.back());
-        marks = places.size() == 1 ? own : united(marks, own);
+        const Picture &picture = laidOut.pictures.emplace_back(placed.document);
+        const cairo_matrix_t place = placeOf(placed.rectangle, placed.angle, placed.shear, picture);
+        laidOut.places.push_back(place);
+        const Box own = marksOf(picture, place);
+        marks = laidOut.places.size() == 1 ? own : united(marks, own);
     }
     const Box fitting = marks.grownBy(around);
-    const Box page{width > 0 ? 0 : fitting.left, height > 0 ? -height : fitting.top,
+    laidOut.box = {width > 0 ? 0 : fitting.left, height > 0 ? -height : fitting.top,
                    width > 0 ? width : fitting.right, height > 0 ? 0 : fitting.bottom};
 
-    std::string bytes;
-    const Surface surface =
-        newPdf(bytes, std::min(page.width(), largestPage), std::min(page.height(), largestPage));
-    const Context cr(cairo_create(surface.get()));
-    cairo_translate(cr.get(), -page.left, -page.top);
-    for (std::size_t i = 0; i < drawn.size(); ++i) {
-        cairo_save(cr.get());
-        cairo_transform(cr.get(), &places[i]);
-        drawn[i].drawOn(cr.get());
-        cairo_restore(cr.get());
-    }
-    finish(surface, cr);
-    blankCreationDate(bytes);
-    return bytes;
+    return fileOf({std::min(laidOut.box.width(), largestPage),
+                   std::min(laidOut.box.height(), largestPage),
+                   [&](cairo_t *cr) { drawOn(cr, laidOut); }});
+}
+
+std::string Composition::pdf() const {
+    return drawn(pdfOf);
+}
+
+std::string Composition::svg() const {
+    return drawn(svgOf);
+}
+
+std::string Composition::png() const {
+    return drawn(pngOfPage);
 }
 
 } // namespace plotwerk

@@ -25,6 +25,8 @@ std::string epsOfDocument(const Document &document);
 std::string tiffOfDocument(const Document &document);
 std::string pngOfDocument(const Document &document);
 
+struct Page;
+
 // In points, from the lower left corner of the page, y upwards.
 struct PageRectangle {
     double x = 0;
@@ -51,8 +53,10 @@ class Composition {
 
     bool empty() const { return pictures.empty(); }
 
-    // Vectors, with fonts embedded, on one page.
+    // As those of documents, of one page.
     std::string pdf() const;
+    std::string svg() const;
+    std::string png() const;
 
     double bytes() const; // about the memory that it takes
 
@@ -68,6 +72,8 @@ class Composition {
     double width; // 0: as what is on it
     double height;
     std::vector<Placed> pictures;
+
+    std::string drawn(std::string (*fileOf)(const Page &)) const;
 };
 
 } // namespace plotwerk

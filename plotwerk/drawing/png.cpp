@@ -44,7 +44,7 @@ static bool end(png_structp png) {
 static void ignore(png_structp, png_const_charp) {
 }
 
-std::string pngOfPicture(const Picture &picture) {
+std::string pngOfPage(const Page &page) {
     std::string file;
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, ignore);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
@@ -56,8 +56,8 @@ std::string pngOfPicture(const Picture &picture) {
     require(info != nullptr);
 
     png_set_write_fn(png, &file, appendBytes, nullptr);
-    require(begin(png, info, rasterSizeOf(picture)));
-    drawRows(picture, [&](const unsigned char *row) { require(addRow(png, row)); });
+    require(begin(png, info, rasterSizeOf(page)));
+    drawRows(page, [&](const unsigned char *row) { require(addRow(png, row)); });
     require(end(png));
     return file;
 }

@@ -11,20 +11,20 @@ namespace plotwerk {
 static constexpr double scale = rasterDpi / 72;
 static constexpr int mostPixelsAtOnce = 8000000; // drawn together
 
-RasterSize rasterSizeOf(const Picture &picture) {
-    return {static_cast<int>(std::ceil(picture.page().width() * scale)),
-            static_cast<int>(std::ceil(picture.page().height() * scale))};
+RasterSize rasterSizeOf(const Page &page) {
+    return {static_cast<int>(std::ceil(page.width * scale)),
+            static_cast<int>(std::ceil(page.height * scale))};
 }
 
 // The rows from `top` on.
-static Surface drawnRows(const Picture &picture, int width, int top, int rows) {
+static Surface drawnRows(const Page &page, int width, int top, int rows) {
     Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, rows));
     const Context cr(cairo_create(surface.get()));
     cairo_set_source_rgb(cr.get(), 1, 1, 1);
     cairo_paint(cr.get());
     cairo_translate(cr.get(), 0, -top);
     cairo_scale(cr.get(), scale, scale);
-    picture.drawOn(cr.get());
+    page.draw(cr.get());
     requireDrawn(cairo_status(cr.get()));
     cairo_surface_flush(surface.get());
     return surface;
@@ -44,13 +44,13 @@ static void readRow(cairo_surface_t *surface, int y, std::vector<unsigned char> 
     }
 }
 
-void drawRows(const Picture &picture, const std::function<void(unsigned char *row)> &take) {
-    const auto [width, height] = rasterSizeOf(picture);
+void drawRows(const Page &page, const std::function<void(unsigned char *row)> &take) {
+    const auto [width, height] = rasterSizeOf(page);
     const int rowsAtOnce = std::clamp(mostPixelsAtOnce / width, 1, height);
     std::vector<unsigned char> rgb(static_cast<std::size_t>(width) * 3);
     for (int top = 0; top < height; top += rowsAtOnce) {
         const int rows = std::min(rowsAtOnce, height - top);
-        const Surface surface = drawnRows(picture, width, top, rows);
+        const Surface surface = drawnRows(page, width, top, rows);
         for (int y = 0; y < rows; ++y) {
             readRow(surface.get(), y, rgb);
             take(rgb.data());

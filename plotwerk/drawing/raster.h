@@ -1,8 +1,8 @@
-// raster.h - a picture as rows of pixels.
+// raster.h - a page as rows of pixels.
 #ifndef PLOTWERK_DRAWING_RASTER_H
 #define PLOTWERK_DRAWING_RASTER_H
 
-#include "plotwerk/drawing/picture.h"
+#include "plotwerk/drawing/page.h"
 
 #include <functional>
 
@@ -15,13 +15,13 @@ struct RasterSize {
     int height = 0;
 };
 
-// The page of the picture, a started pixel counted as one.
-RasterSize rasterSizeOf(const Picture &picture);
+// A started pixel is counted as one.
+RasterSize rasterSizeOf(const Page &page);
 
-// Draws the picture on white, and calls take(row) for each row from above: its pixels from the left
+// Draws the page on white, and calls take(row) for each row from above: its pixels from the left
 // as red, green and blue, a byte each, which it may change. Memory stays small, however large the
 // page.
-void drawRows(const Picture &picture, const std::function<void(unsigned char *row)> &take);
+void drawRows(const Page &page, const std::function<void(unsigned char *row)> &take);
 
 } // namespace plotwerk
 

@@ -65,14 +65,13 @@ static Shape shapeOf(int code) {
 }
 
 double halfWidthOfSymbol(int code, double size) {
-    const int symbol = code % symbolCount;
-    switch (shapeOf(symbol)) {
+    switch (shapeOf(code)) {
     case Shape::square: return std::sqrt(0.5) * 0.64 * size;
     case Shape::triangle:
     case Shape::triangleDown: return std::sqrt(0.75) * 0.68 * size;
     case Shape::diamond: return 0.68 * size;
     case Shape::dot: return 0.2 * size;
-    case Shape::strokes: return symbol == 11 ? 0.48 * size : symbol == 13 ? 0 : 0.6 * size;
+    case Shape::strokes: return code == 11 ? 0.48 * size : code == 13 ? 0 : 0.6 * size;
     default: return 0.5 * size;
     }
 }
@@ -83,17 +82,16 @@ void setColour(cairo_t *cr, const Colour &colour) {
 
 void drawSymbol(cairo_t *cr, int code, const Point &at, double size, double lineThickness,
                 const Colour &colour, bool whiteInside) {
-    const int symbol = code % symbolCount;
-    const Shape shape = shapeOf(symbol);
+    const Shape shape = shapeOf(code);
     cairo_set_line_width(cr, std::min(lineThickness, size / 4));
     if (shape == Shape::strokes) {
-        strokesOf(cr, symbol, at, size);
+        strokesOf(cr, code, at, size);
         setColour(cr, colour);
         cairo_stroke(cr);
         return;
     }
     closedShape(cr, shape, at, size);
-    const bool open = symbol % 2 == 1 && shape != Shape::dot;
+    const bool open = code % 2 == 1 && shape != Shape::dot;
     if (!open) {
         setColour(cr, colour);
         cairo_fill(cr);

@@ -27,7 +27,7 @@ static void setFields(TIFF *tiff, const RasterSize &size) {
     TIFFSetField(tiff, TIFFTAG_YRESOLUTION, rasterDpi);
 }
 
-std::string tiffOfPicture(const Picture &picture) {
+std::string tiffOfPage(const Page &page) {
     std::ostringstream file;
     std::unique_ptr<TIFF, decltype(&TIFFClose)> tiff(TIFFStreamOpen("picture", &file), &TIFFClose);
     const auto require = [](bool made) {
@@ -35,9 +35,9 @@ std::string tiffOfPicture(const Picture &picture) {
     };
     require(tiff != nullptr);
 
-    setFields(tiff.get(), rasterSizeOf(picture));
+    setFields(tiff.get(), rasterSizeOf(page));
     std::uint32_t y = 0;
-    drawRows(picture, [&](unsigned char *row) { // which the predictor changes
+    drawRows(page, [&](unsigned char *row) { // which the predictor changes
         require(TIFFWriteScanline(tiff.get(), row, y++) > 0);
     });
     tiff.reset(); // writes the directory

@@ -1,8 +1,8 @@
-// tiff.h - a picture as a TIFF file.
+// tiff.h - a page as a TIFF file.
 #ifndef PLOTWERK_DRAWING_TIFF_H
 #define PLOTWERK_DRAWING_TIFF_H
 
-#include "plotwerk/drawing/picture.h"
+#include "plotwerk/drawing/page.h"
 
 #include <string>
 
@@ -10,7 +10,7 @@ namespace plotwerk {
 
 // Red, green and blue with 8 bits each, 300 dpi on white, LZW compressed. Throws Refusal if the
 // file can't be made.
-std::string tiffOfPicture(const Picture &picture);
+std::string tiffOfPage(const Page &page);
 
 } // namespace plotwerk
 

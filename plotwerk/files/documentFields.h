@@ -23,7 +23,7 @@ constexpr bool operator>(const Version &a, const Version &b) {
     return a.major != b.major ? a.major > b.major : a.minor > b.minor;
 }
 
-constexpr Version currentVersion{2, 1};
+constexpr Version currentVersion{2, 2};
 
 template<class Archive> void fields(Archive &archive, Colour &colour) {
     archive("red", colour.red);
@@ -158,6 +158,8 @@ template<class Archive> void fields(Archive &archive, FitResult &fit) {
     archive("lambda", fit.lambda);
     archive("chiSquare", fit.chiSquare);
     archive("points", fit.points);
+    archive("withoutError", fit.withoutError, {2, 2});
+    archive("withoutValue", fit.withoutValue, {2, 2});
     archive("formula", fit.formula, {2, 1});
     archive("parameters", fit.parameters, {2, 1});
     archive("weighted", fit.weighted, {2, 1});

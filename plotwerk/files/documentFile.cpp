@@ -75,6 +75,14 @@ static std::string textOf(const Version &version) {
            " of the format";
 }
 
+// Before version 2.2 a code could be any, and those of the symbols began again.
+static void boundSymbols(Document &document) {
+    for (Source &source : document.sources)
+        for (Table &table : source.tables)
+            for (Column &column : table.y)
+                for (int &symbol : column.look.symbol) symbol %= symbolCount;
+}
+
 Document documentOf(std::string bytes) {
     const bool binary = bytes.starts_with(cborMark);
     Tree tree = binary ? treeOfCbor(bytes) : treeOfJson(bytes);
@@ -89,6 +97,7 @@ Document documentOf(std::string bytes) {
 
     Document document;
     Reader(tree, version)("document", document);
+    if (Version{2, 2} > version) boundSymbols(document);
     visitNames(document, [](std::string &name) { name = nameOf(std::move(name)); });
     try {
         checkWhole(document);

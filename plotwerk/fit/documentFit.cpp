@@ -1,11 +1,13 @@
 #include "plotwerk/fit/documentFit.h"
 
 #include "plotwerk/base/bounds.h"
+#include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/fit/documentFormula.h"
 #include "plotwerk/fit/fitCurves.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/errorColumns.h"
+#include "plotwerk/model/fitResult.h"
 
 #include <utility>
 
@@ -38,6 +40,8 @@ FitOutcome fitDocument(Document &document, const FitRunner &run) {
     document.fitStatus = outcome.status;
     if (outcome.status != fitConverged) return outcome;
 
+    if (const std::string leftOut = leftOutOf(outcome.result); !leftOut.empty())
+        log(LogLevel::warning, '"' + document.name + "\": the fit left out " + leftOut);
     showFit(fitTables(document, *fitted, data, formula, valuesOf(parameters)), *fitted, document);
     outcome.result.formula = document.formula;
     document.parameters = std::move(parameters);

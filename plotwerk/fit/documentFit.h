@@ -19,8 +19,9 @@ namespace plotwerk {
 // The next fit replaces these curves, keeping names, looks and selection, unless the user has made
 // the source his own: by adding columns to one of these tables or rows to the source, by reading
 // other data into it, or by marking one of the curves as fit data. A fit that fails changes nothing
-// but the document's fitStatus. Refused: no formula, no curve to fit. While `run` (see fit) has the
-// minimum searched for, the document must stay as it is.
+// but the document's fitStatus. The log tells of points in the range that were left out. Refused:
+// no formula, no curve to fit. While `run` (see fit) has the minimum searched for, the document
+// must stay as it is.
 FitOutcome fitDocument(Document &document, const FitRunner &run = {});
 
 } // namespace plotwerk

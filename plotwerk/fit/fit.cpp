@@ -10,18 +10,39 @@
 
 namespace plotwerk {
 
+namespace {
+
+enum class Part { taken, outside, withoutError, withoutValue };
+
+} // namespace
+
+// What becomes of a row in a fit.
+static Part partOf(const FitData &data, std::size_t i) {
+    const double x = data.x[i];
+    const bool isEmpty = std::isnan(x) && std::isnan(data.y[i]); // other columns are longer
+    if (isEmpty || x < data.range.min || x > data.range.max)     // false for unset limits
+        return Part::outside;
+    const auto isFinite = [&](const auto &column) { return std::isfinite(column[i]); };
+    if (!std::isfinite(x) || !isFinite(data.y) || !std::ranges::all_of(data.columns, isFinite))
+        return Part::withoutValue;
+    if (!data.errors.empty() && (!(data.errors[i] > 0) || !isFinite(data.errors)))
+        return Part::withoutError;
+    return Part::taken;
+}
+
 std::vector<int> rowsOfFit(const FitData &data) {
     std::vector<int> rows;
-    for (std::size_t i = 0; i < data.x.size(); ++i) {
-        const double x = data.x[i];
-        if (!std::isfinite(x) || !std::isfinite(data.y[i])) continue;
-        if (x < data.range.min || x > data.range.max) continue; // false for unset limits
-        if (!data.errors.empty() && (!(data.errors[i] > 0) || !std::isfinite(data.errors[i])))
-            continue;
-        const auto isFinite = [&](const auto &column) { return std::isfinite(column[i]); };
-        if (std::ranges::all_of(data.columns, isFinite)) rows.push_back(static_cast<int>(i));
-    }
+    for (std::size_t i = 0; i < data.x.size(); ++i)
+        if (partOf(data, i) == Part::taken) rows.push_back(static_cast<int>(i));
     return rows;
+}
+
+static void countLeftOut(const FitData &data, FitResult &result) {
+    for (std::size_t i = 0; i < data.x.size(); ++i) {
+        const Part part = partOf(data, i);
+        result.withoutError += part == Part::withoutError;
+        result.withoutValue += part == Part::withoutValue;
+    }
 }
 
 static FitPoints pointsOf(const FitData &data) {
@@ -140,9 +161,12 @@ FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParam
     const auto failed = [&](FitStatus status, const std::string &why) {
         outcome.status = status;
         outcome.reason = explained(status, why);
+        if (const std::string leftOut = leftOutOf(outcome.result); !leftOut.empty())
+            outcome.reason += " (left out: " + leftOut + ')';
         return outcome;
     };
     outcome.result.points = static_cast<int>(points.x.size());
+    if (points.x.size() < data.x.size()) countLeftOut(data, outcome.result);
     const std::string reason =
         obstacle(formula, points, free.size(), parameters, !data.errors.empty());
     if (!reason.empty()) return failed(fitImpossible, reason);

@@ -117,8 +117,10 @@ std::string fitReport(const FitResult &fit) {
     if (!fit.done) return "no fit";
     std::string report = "formula: ";
     for (const char c : fit.formula) report += c == '\n' ? "; " : std::string(1, c);
-    report += "\npoints: " + std::to_string(fit.points) +
-              "\ndegrees of freedom: " + std::to_string(fit.freedom) +
+    report += "\npoints: " + std::to_string(fit.points);
+    if (const std::string leftOut = leftOutOf(fit); !leftOut.empty())
+        report += "\nleft out: " + leftOut;
+    report += "\ndegrees of freedom: " + std::to_string(fit.freedom) +
               "\nchi-square: " + shown("%.6g", fit.chiSquare);
     if (fit.freedom > 0) report += "\nreduced chi-square: " + shown("%.6g", reducedChiSquare(fit));
     const double p = pValue(fit);

@@ -20,10 +20,10 @@ std::optional<std::string> fitVariable(std::string_view name,
                                        const std::vector<FitParameter> &parameters,
                                        const FitResult &result);
 
-// What a paper tells of the fit, a line each: formula; points and degrees of freedom; chi-square,
-// reduced too, and with errors of the data the probability of a larger one by chance; R-squared;
-// how the parameters' errors were found; each parameter with error and relative error; pairs whose
-// correlation is above 0.9. "no fit" without one.
+// What a paper tells of the fit, a line each: formula; points, those left out of its range, and
+// why; degrees of freedom; chi-square, reduced too, and with errors of the data the probability of
+// a larger one by chance; R-squared; how the parameters' errors were found; each parameter with
+// error and relative error; pairs whose correlation is above 0.9. "no fit" without one.
 std::string fitReport(const FitResult &fit);
 
 } // namespace plotwerk

@@ -34,6 +34,8 @@ struct Colour {
     double opacity = 1;
 };
 
+constexpr int symbolCount = 16;
+
 struct CurveLook {
     bool visible = true;
     int layer = 0; // drawn from the lowest layer up, within a layer in the curves' order
@@ -52,7 +54,7 @@ struct CurveLook {
     int interpolationType = 0;      // 0 straight, 1 cubic spline
     double symbolSize = 4;          // in points of 1/72 inch
     int symbolInc = 1;              // every so many points have a symbol
-    // codes of drawSymbol; those after the first, where above 0, are drawn over it
+    // codes of drawSymbol, below symbolCount; others than the first, above 0, are drawn over it
     std::array<int, 4> symbol{0, 0, 0, 0};
     double lineThickness = 1; // in points
     std::array<double, 4> dashLength{4, 2, 0, 0};
@@ -171,6 +173,8 @@ struct FitResult {
     double lambda = unset;
     double chiSquare = unset;
     int points = 0;
+    int withoutError = 0; // points of its range that were left out: no finite error above 0
+    int withoutValue = 0; // the same: x, y or another column of the formula isn't finite
     std::string formula{};
     std::vector<FitParameter> parameters{};
     bool weighted = false;       // the data had errors

@@ -22,6 +22,18 @@ double covarianceOf(const FitResult &fit, int i, int j) {
     return at < fit.covariance.values.size() ? fit.covariance.values[at] : unset;
 }
 
+std::string leftOutOf(const FitResult &fit) {
+    std::string text;
+    const auto add = [&](int count, const char *without) {
+        if (count == 0) return;
+        if (!text.empty()) text += ", ";
+        text += std::to_string(count) + (count == 1 ? " point" : " points") + " without " + without;
+    };
+    add(fit.withoutError, "an error above 0");
+    add(fit.withoutValue, "a finite value");
+    return text;
+}
+
 double factorOf95Percent(const FitResult &fit) {
     if (fit.absoluteErrors) return 1.959963984540054;
     if (fit.freedom < 1) return unset;

@@ -11,8 +11,12 @@ namespace plotwerk {
 static void require(const char *name, double value, bool isUnset, const Limits &limits) {
     if (isUnset && limits.mayBeUnset) return;
     if (value >= limits.least && value <= limits.most) return;
-    char text[80];
-    std::snprintf(text, sizeof text, "%s can't be %g", name, value);
+    char text[120];
+    const int length = std::snprintf(text, sizeof text, "%s can't be %g", name, value);
+    const bool isUnbounded = limits.least <= -mostCounted || limits.most >= mostCounted;
+    if (!isUnbounded)
+        std::snprintf(text + length, sizeof text - length, ", only %g to %g", limits.least,
+                      limits.most);
     throw Refusal(text);
 }
 

@@ -51,7 +51,7 @@ template<class Visit, IsRecord<CurveLook> Record> void limits(Visit &visit, Reco
     visit("symbolSize", look.symbolSize, Limits{0, 200});
     visit("symbolInc", look.symbolInc, Limits{1, INT_MAX});
     visit("lineThickness", look.lineThickness, Limits{0, 50});
-    for (auto &symbol : look.symbol) visit("a symbol", symbol, Limits{0, INT_MAX});
+    for (auto &symbol : look.symbol) visit("a symbol", symbol, Limits{0, symbolCount - 1});
     for (auto &length : look.dashLength) visit("a dash length", length, Limits{0, 1000});
     limits(visit, look.lineColour);
     limits(visit, look.fillColour);
@@ -106,6 +106,8 @@ template<class Visit, IsRecord<Document> Record> void limits(Visit &visit, Recor
     limits(visit, document.fitRange);
     visit("iterations", document.fit.iterations, Limits{0, INT_MAX});
     visit("points", document.fit.points, Limits{0, INT_MAX});
+    visit("withoutError", document.fit.withoutError, Limits{0, INT_MAX});
+    visit("withoutValue", document.fit.withoutValue, Limits{0, INT_MAX});
     visit("freedom", document.fit.freedom, Limits{0, INT_MAX});
     visit("markWalk", document.markWalk, Limits{0, INT_MAX});
 }
@@ -131,7 +133,7 @@ template<IsRecord<Document> Record, class Visit> void visitNames(Record &documen
 // Refused: "WHAT can't have more than MOST bytes".
 void requireLength(const char *what, const std::string &text, std::size_t most);
 
-// Refused: "NAME can't be VALUE".
+// Refused: "NAME can't be VALUE, only LEAST to MOST"; without the limits where one is far away.
 void requireWithin(const char *name, int value, const Limits &limits);
 void requireWithin(const char *name, double value, const Limits &limits);
 

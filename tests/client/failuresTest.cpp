@@ -154,3 +154,42 @@ TEST_F(FailuresTest, ArgumentsThatAreCutOrWrongFailTheirCommandAndStatusIsTwo) {
     EXPECT_EQ(runArguments({"-x", "readData", "-p", longest + 'p'}).status, 2);
     EXPECT_EQ(takeMessages(), "") << "rows would be lost, and the last value made up";
 }
+
+TEST_F(FailuresTest, AValueThatIsNoNumberIsToldAndWithStopIsNotSent) {
+    const std::string setYi = "setValueOfDoc:'doc' atIndex:";
+    const struct {
+        const char *options, *sent, *reason;
+    } cases[] = {
+        {"-i 1 -a 1.5e3", "1 indexSerie:-1 toValue:1500", ""},
+        {"-i ' 7 ' -a -inf -s ''", "7 indexSerie:-1 toValue:-inf", ""},
+        {"-i -2147483648 -a 0x10", "-2147483648 indexSerie:-1 toValue:16", ""},
+        {"-i 1 -a foo", "1 indexSerie:-1 toValue:0", "-a is no number: foo"},
+        {"-i 1 -a 1.5x", "1 indexSerie:-1 toValue:1.5", "-a is no number: 1.5x"},
+        {"-i 1 -a '1,5'", "1 indexSerie:-1 toValue:1", "-a is no number: 1,5"},
+        {"-i 1 -a ' '", "1 indexSerie:-1 toValue:0", "-a is no number:  "},
+        {"-i 1.5 -a 2", "1 indexSerie:-1 toValue:2", "-i is no integer: 1.5"},
+        {"-i 1 -a 2 -s response", "1 indexSerie:0 toValue:2", "-s is no integer: response"},
+        {"-i 4294967297 -a 2", "", "-i is no integer: 4294967297"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.options);
+        const std::string line = std::string("-x setYi ") + c.options;
+        const bool fails = *c.reason != '\0';
+        const std::string err =
+            fails ? std::string("callPlw: setYi: the value of ") + c.reason + '\n' : "";
+        for (const std::string how : {"", "report", "stop"}) {
+            startPlotwerk({{"getVarOf", {reply({""})}}});
+            ask(how.c_str());
+            expectOutput(runLines(line + '\n'), "", how.empty() ? "" : err,
+                         fails && !how.empty() ? 2 : 0);
+            EXPECT_EQ(takeMessages().find(setYi + c.sent) == std::string::npos,
+                      fails && how == "stop");
+        }
+    }
+    ask("stop");
+    const std::string data = "1 2\n" + std::string(100, '3');
+    expectOutput(runArguments({"-x", "readData", "-p", data, "-x", "setAttributes2"}), "",
+                 "callPlw: setAttributes2: the value of -p is no number: 1 2\n", 2);
+    expectOutput(runShell("-x newComposition -w A4"), "",
+                 "callPlw: newComposition: the value of -w is no number: A4\n", 2);
+}

@@ -19,6 +19,12 @@ std::string read(const std::string &text, char decimalSeparator) {
     return result;
 }
 
+std::string many(const std::string &text, int times) {
+    std::string all;
+    for (int i = 0; i < times; ++i) all += text;
+    return all;
+}
+
 } // namespace
 
 TEST(DataText, IsReadAsPeopleWriteIt) {
@@ -33,11 +39,15 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"nothing before the first", " \t,2\n", "X=nan Y1=2"},
         {"two after the last", "1,2,,\n,,\n", "X=1,nan Y1=2,nan Y2=nan,nan"},
         {"words for NaN", "NAN -\n- nan\n1 NaN\n", "X=nan,nan,1 Y1=nan,nan,nan"},
+        {"a date in digits is a number", "20240229;20240301\n", "X=20240229 Y1=20240301"},
         {"forms of numbers", "+1 -.5 1e3 0x10 -inf\n", "X=1 Y1=-0.5 Y2=1000 Y3=16 Y4=-inf"},
         {"beyond doubles", "1e999 -1e999 1e-999\n", "X=inf Y1=-inf Y2=0"},
         // rows of different lengths
         {"longer than the names", "x a\n1 2 3\n", "x=1 a=2 Y2=3"},
-        {"shorter than the names", "x a b\n1 2\n", "x=1 a=2 b=nan"},
+        {"one as long as the names", "x a b\n1 2\n3 4 5\n", "x=1,3 a=2,4 b=nan,5"},
+        {"more names, some of blanks", "Time s U V\n1 2\n", "X=1 Y1=2"},
+        {"more names than cells", "x,a,,b\n1,2,\n3,4,\n", "x=1,3 a=2,4"},
+        {"a name of two words", "Elapsed time  U\n1 2\n", "Elapsed time=1 U=2"},
         {"one number of a longer row", "5\n7 8\n", "X=5,7 Y1=nan,8"},
         {"one number with its name", "a\n5\n7\n", "X=0,1 a=5,7"},
         {"one number with two names", "t a\n5\n", "t=0 a=5"},
@@ -129,6 +139,9 @@ TEST(DataText, ReadsTimesAsSecondsSince1970) {
         {"2024-02-29 12:34:56.25", 1709210096.25},
         {"2024/02/29t13:34:56.25+01:00", 1709210096.25},
         {"2024-02-29T07:04:56.25-0530", 1709210096.25},
+        {"20240229T123456.25", 1709210096.25},
+        {"20240229T1334+01:00", 1709210040},
+        {"20240229t123456Z", 1709210096},
         {"\"2024-02-29 12:34:56.25\"", 1709210096.25},
         {"1969-12-31T23:59:59.5", -0.5},
         {"2016-12-31T23:59:60Z", 1483228800},
@@ -143,7 +156,8 @@ TEST(DataText, ReadsTimesAsSecondsSince1970) {
             EXPECT_EQ(table.y[0].values[0], 7) << text;
         }
     for (const char *text : {"2023-02-29", "1900-02-29", "2024-13-01", "0000-01-01", "2024-1-1",
-                             "2024-01/01", "2024-01-01T25:00", "2024-01-01T10:60", "10:00:00"})
+                             "2024-01/01", "2024-01-01T25:00", "2024-01-01T10:60", "10:00:00",
+                             "20241301T1000", "20240101T10:00", "20240101T100", "20240101T10005"})
         EXPECT_EQ(read(text + std::string(",1,2\n3,4,5\n"), '.'), text + std::string("=3 1=4 2=5"));
 
     const std::vector<DataTable> tables =
@@ -191,31 +205,47 @@ TEST(DataFile, IsReadInTheEncodingsOfSpreadsheets) {
 }
 
 TEST(DataText, NamesOnTheLogWhatItDidNotRead) {
-    const std::pair<const char *, const char *> cases[] = {
+    const std::pair<std::string, const char *> cases[] = {
         {"T,state\n1,OK\n2,OK\n", "left out, since they hold words: \"state\""},
         {"1 2\n3 x4\n5 6\n",
          "1 word read as missing values, the first is \"x4\" in line 2, column 2"},
         {"1 2\n2024-01-01 5\n2 3\n", "both times and numbers in column 1"},
-        {"1,5\n", "though they could be decimal"}};
+        {"1,5\n", "though they could be decimal"},
+        {"t,U\n0,1\nPause\n1,2\nall,over\n",
+         "2 lines of words below the first row passed over, the first is line 3"},
+        {"1 2\n\nA 5 6\n# that was it\n",
+         "1 line of words below the first row passed over, the first is line 3"},
+        {"1;2\n\n" + many("words\n", 2000),
+         "2000 lines of words below the first row passed over, the first is line 3"},
+        {"1;2\nNA;broken\n3;4\n",
+         "1 word read as missing values, the first is \"broken\" in line 2, column 2"},
+        {"1;2\n;;note\n3;4\n", "left out, since they hold words: column 3"},
+        {"Run 7\n1;<0.5\n3;4\n", "1 line with a leading number taken for words above the rows, the "
+                                 "first is line 2"},
+        {"t,U\n1,234.5,2\n", "more columns than names, without one: column 3"},
+        {"x,a,b\n1,2,\n", "more names than columns, not used: \"b\""},
+        {"by hand\n1\n", ""},
+        {"T,state,R\n1,OK,2\n", "words: \"state\""},
+        {"Points,2\nt,U\ns,V\n\n0,1\n1,2,\n", ""}};
     for (const auto &[text, want] : cases) {
         testing::internal::CaptureStderr();
         readDataFile(text, '.');
         const std::string logged = testing::internal::GetCapturedStderr();
         EXPECT_NE(logged.find(want), std::string::npos) << text << logged;
+        EXPECT_EQ(std::count(logged.begin(), logged.end(), '\n'), *want == '\0' ? 0 : 1)
+            << text << logged;
     }
 }
 
 TEST(DataText, RefusesWhatHoldsNoNumbersOrTooMany) {
     const std::string wide(20'000, ',');
-    std::string many;
-    for (int i = 0; i < 6'000; ++i) many += "1\n";
     const std::pair<std::string, const char *> cases[] = {
         {"\n# 1 2\n", "data text has no numbers, nothing but empty lines and comments"},
         {"no numbers\n", "data text has no numbers: line 1, cell 1: \"no\" is no number"},
         {"x,y\n# 1\n\n,five,six\n",
          "data text has no numbers: line 4, cell 2: \"five\" is no number"},
         {std::string("1 2\n\0", 5), "data text has a NUL byte"},
-        {many + wide + "1\n", "data text has too many values"},
+        {many("1\n", 6'000) + wide + "1\n", "data text has too many values"},
         {std::string(600'000, ';') + "1\n\n" + std::string(400'000, ';') + "1",
          "data text has too many columns"}};
     for (const auto &c : cases) {

@@ -283,7 +283,7 @@ TEST(Rows, AreAllOfThePicture) {
     document.frame.yAxisLength = 25; // more than is drawn at once
     const Picture picture(document);
     int rows = 0;
-    drawRows(picture, [&](unsigned char *) { ++rows; });
-    EXPECT_EQ(rows, rasterSizeOf(picture).height);
+    drawRows(pageOf(picture), [&](unsigned char *) { ++rows; });
+    EXPECT_EQ(rows, rasterSizeOf(pageOf(picture)).height);
     EXPECT_NEAR(rows, picture.page().height() * 300 / 72, 1);
 }

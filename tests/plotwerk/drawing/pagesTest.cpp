@@ -563,6 +563,24 @@ TEST(Composition, AlignsFramesOfPicturesInTheirOwnSizeOnAPageThatFits) {
     EXPECT_NEAR(page[1], own[0] + 14, 1.5);
 }
 
+TEST(Composition, LooksAsItsPicturesInEveryFormat) {
+    Document document = centimetres();
+    CurveLook &look = onlyCurve(document).look;
+    look.filled = true;
+    look.lineColour = {0, 0, 1, 1};
+    look.lineThickness = 6;
+    const Picture picture(document);
+    const double height = picture.page().height();
+    Composition composition(picture.page().width(), height);
+    const Point corner = picture.frameCorner();
+    composition.add(document, {corner.x, height - corner.y, 0, 0}, 0, 0);
+    composition.add(document, {corner.x + 7 * pointsPerCm, height - corner.y, 100, 0}, 0, 0);
+    const char *seen = "r4,1 r4,5 b4,6 _4,7 _8,3 r8.6,0.8";
+    Pixels(document, composition.png()).expect(seen);
+    Pixels(document, pngOfSvg(composition.svg())).expect(seen);
+    EXPECT_EQ(composition.svg(), composition.svg());
+}
+
 TEST(Composition, KeepsPicturesAsTheyWereAndAsText) {
     Document document = sineDocument();
     document.axes[xAxis].title = "before";

@@ -376,6 +376,43 @@ TEST(DocumentVariables, TellWhatAPaperTells) {
     EXPECT_EQ(fitReport(zero).find('%'), std::string::npos) << "no percentage of zero";
 }
 
+TEST(DocumentFit, TellsHowManyPointsItLeftOutAndWhy) {
+    const double inf = std::numeric_limits<double>::infinity();
+    Document document = documentOf(table({0, 1, 2, 3, 4, 5, 6, 7, 8, nan_},
+                                         {column("y", {1, 3, 5, 7, 9, inf, nan_, 15, 90, nan_}),
+                                          column("y error", {1, 1, 1, 0, -1, 1, 1, nan_, 0, 0})}));
+    document.sources[0].tables[0].y[0].rank = 1;
+    document.fitRange = {unset, 7.5}; // what is beyond isn't left out, but not asked for
+    setFormula(document, "a*x+b");
+    testing::internal::CaptureStderr();
+    fitDocument(document);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "plotwerkd: warning: \"" + document.name +
+                  "\": the fit left out 3 points without an error above 0, 2 points without a "
+                  "finite value\n");
+    const std::string report = variableOf(document, "report");
+    EXPECT_NE(report.find("points: 3\nleft out: 3 points without an error above 0, 2 points "
+                          "without a finite value\ndegrees"),
+              std::string::npos)
+        << report;
+
+    document.fitRange = {2.5, 4.5};
+    EXPECT_EQ(fitDocument(document).reason,
+              "fit status 1, impossible: no data with an error above 0 in the fit range; widen it, "
+              "or check the column of errors (left out: 2 points without an error above 0)");
+    EXPECT_EQ(variableOf(document, "report"), report) << "of the fit that converged";
+
+    document.frame.multiDimFit = true;
+    document.sources[0].tables[0].y.push_back(column("T", {1, 1, nan_, 1, 1, 1, 1, 1, 1, 1}));
+    setFormula(document, "a*x*T");
+    document.fitRange = {unset, 2.5};
+    testing::internal::CaptureStderr();
+    fitDocument(document);
+    const std::string logged = testing::internal::GetCapturedStderr();
+    EXPECT_NE(logged.find("left out 1 point without a finite value\n"), std::string::npos)
+        << logged;
+}
+
 // More points than are worked on at once: the last of them count for nothing.
 TEST(DocumentFit, WeighsEveryPointByItsOwnError) {
     std::vector<double> x(5000), y(5000), errors(5000, 1);

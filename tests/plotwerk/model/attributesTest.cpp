@@ -54,7 +54,7 @@ TEST(Attributes, MayStandAtTheirLimitsNotBeyond) {
         {"symbolSize", set(changeLook, &LookValues::symbolSize), -0.5, 0, 200, 200.5},
         {"symbolInc", set(changeLook, &LookValues::symbolInc), 0, 1, INT_MAX, nan_},
         {"lineThickness", set(changeLook, &LookValues::lineThickness), -1, 0, 50, infinity},
-        {"a symbol", symbol, -2, 0, INT_MAX, nan_},
+        {"a symbol", symbol, -2, 0, 15, 16},
         {"a dash length", dashLength, -0.5, 0, 1000, 1001},
         {"a part of a colour", red, -0.1, 0, 1, 1.5},
         {"a part of a colour", opacity, -0.1, 0, 1, 1.5},
@@ -84,6 +84,7 @@ TEST(Attributes, MayStandAtTheirLimitsNotBeyond) {
             if (std::isnan(value)) continue;
             std::ostringstream reason;
             reason << c.name << " can't be " << value;
+            if (c.least > -1e9 && c.most < 1e9) reason << ", only " << c.least << " to " << c.most;
             EXPECT_EQ(refusalOfValue(value), reason.str());
         }
     }

@@ -282,6 +282,11 @@ const MessageCase cases[] = {
     {"addPDFtoCompositionView:doc inRect:{10 20 0 0} angle:0 sheer:0\n"
      "savePDFofCompositionView:'DIR/page' openWith:'none'",
      "page %PD"},
+    {"addPDFtoCompositionView:doc inRect:{10 20 0 0} angle:0 sheer:0\n"
+     "savePDFofCompositionView:'DIR/page.svg' openWith:''\nnewCompositionView:{0 0 0 0}\n"
+     "addPDFtoCompositionView:doc inRect:{10 20 0 0} angle:0 sheer:0\n"
+     "savePDFofCompositionView:'DIR/page.PNG' openWith:'none'",
+     "page.PNG \x89PN; page.svg <?x"},
     {"addPDFtoCompositionView:doc inRect:{10 20 100 100} angle:30 "
      "sheer:0.5\nsavePDFofCompositionView:'DIR/page' openWith:'no viewer'",
      "can't start no viewer: No such file or directory"},

@@ -36,6 +36,8 @@ TEST_F(JobsTest, WhatIsRefusedIsToldWithItsReasonAndNothingElseIs) {
                               "-x fit\n"
                               "-x savePDF -f DIR/no/a.pdf\n"
                               "-x savePDF -f DIR/a.pdf\n"
+                              "-x setDocAttributes -w foo\n"
+                              "-x setAttributes2 -m 16\n"
                               "-x show -d nix\n"
                               "-x savePDFofComposition -f DIR/b.pdf\n");
     EXPECT_EQ(
@@ -44,6 +46,9 @@ TEST_F(JobsTest, WhatIsRefusedIsToldWithItsReasonAndNothingElseIs) {
         "callPlw: getVar: no variable \"nix\" (\"a.txt\")\n"
         "callPlw: setFormula: ...\n"
         "callPlw: savePDF: can't write DIR/no/a.pdf: No such file or directory (\"a.txt\")\n"
+        "callPlw: setDocAttributes: the value of -w is no number: foo\n"
+        "callPlw: setDocAttributes: xAxisLength can't be 0, only 1 to 100 (\"a.txt\")\n"
+        "callPlw: setAttributes2: a symbol can't be 16, only 0 to 15 (\"a.txt\")\n"
         "callPlw: show: no document \"nix\"\n"
         "callPlw: savePDFofComposition: there is no composition: newComposition begins one\n");
     EXPECT_EQ(output.status, 2);
