@@ -1,6 +1,7 @@
 #include "plotwerk/window/curveList.h"
 
 #include "plotwerk/model/curves.h"
+#include "plotwerk/window/hiddenCurves.h"
 #include "plotwerk/window/menus.h"
 
 #include <initializer_list>
@@ -42,11 +43,6 @@ class CurveList::Item final : public Glib::Object {
   private:
     explicit Item(Row shown) : row(std::move(shown)) {}
 };
-
-bool isSeen(const CurveLook &look) {
-    return look.visible &&
-           (look.line || look.symbols || look.yError || look.xError || look.filled || look.marker);
-}
 
 static Row rowOf(const Column &column, int index) {
     const Colour &colour = column.look.lineColour;

@@ -258,6 +258,7 @@ void DocumentWindow::hear(const MessageLine &message) {
 }
 
 void DocumentWindow::endStep() {
+    if (isWithinStep) return;
     // What nobody has told of may be anything.
     const auto kind = change == Versions::Change::none ? Versions::Change::ofData : change;
     versions.keep(document, kind, journalPane.numberOfLines());
@@ -381,26 +382,34 @@ void DocumentWindow::setLooks(const char *action, int argument) {
          std::move(arguments));
 }
 
-// Messages can't hide a curve but by what is drawn of it.
 void DocumentWindow::hideCurves() {
-    const auto first = firstSelectedCurve(document);
-    if (!first) return;
-    const CurveLook &look = columnOf(document, *first).look;
-    if (isSeen(look)) lookWhenHidden = look;
-    sendLook({.visible = false, .line = false});
+    hiddenCurves.keepSelected(document);
+    drawParts({});
 }
 
+// Where curves get different parts again, those that get the same ones are selected for it.
 void DocumentWindow::showCurves() {
+    isWithinStep = true;
     send("showCurveOf_");
-    const auto first = firstSelectedCurve(document);
-    if (first && !isSeen(columnOf(document, *first).look)) sendLook(lookWhenHidden);
+    const auto hidden = hiddenCurves.selected(document);
+    std::vector<int> selected; // by their ranks
+    for (const CurveRef &curve : selectedCurves(document)) selected.push_back(curve.index);
+    const bool same = hidden.size() == 1 && hidden.begin()->second.size() == selected.size();
+    for (const auto &[parts, indexes] : hidden) {
+        if (!same) selectCurves(indexes);
+        drawParts(parts);
+    }
+    if (!same && !hidden.empty()) selectCurves(selected);
+    isWithinStep = false;
+    endStep();
 }
 
-void DocumentWindow::sendLook(const CurveLook &look) {
+// Of the selected curves.
+void DocumentWindow::drawParts(const DrawnParts &parts) {
     send("setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_",
-         {std::int32_t{look.line}, keep, std::int32_t{look.yError}, std::int32_t{look.xError}, keep,
-          std::int32_t{look.filled}, keep, keep, std::int32_t{look.marker},
-          std::int32_t{look.symbols}});
+         {std::int32_t{parts.line}, keep, std::int32_t{parts.yError}, std::int32_t{parts.xError},
+          keep, std::int32_t{parts.filled}, keep, keep, std::int32_t{parts.marker},
+          std::int32_t{parts.symbols}});
 }
 
 void DocumentWindow::toggleLogarithmic(AxisCode axis, Gio::SimpleAction &action) {

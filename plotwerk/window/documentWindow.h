@@ -4,6 +4,7 @@
 
 #include "plotwerk/window/curveList.h"
 #include "plotwerk/window/fitPane.h"
+#include "plotwerk/window/hiddenCurves.h"
 #include "plotwerk/window/journalPane.h"
 #include "plotwerk/window/plotArea.h"
 #include "plotwerk/window/versions.h"
@@ -64,7 +65,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     void setLooks(const char *action, int argument);
     void hideCurves();
     void showCurves();
-    void sendLook(const CurveLook &look);
+    void drawParts(const DrawnParts &parts);
     void toggleLogarithmic(AxisCode axis, Gio::SimpleAction &action);
 
     void chooseFileToOpen();
@@ -88,7 +89,8 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     Versions versions;
     Versions::Change change = Versions::Change::none; // since the last version
     std::string readOutText;
-    CurveLook lookWhenHidden; // of the curve that was hidden last
+    bool isWithinStep = false; // several messages are one step
+    HiddenCurves hiddenCurves;
 
     CurveList curves;
     PlotArea plot;
