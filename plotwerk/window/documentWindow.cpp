@@ -31,6 +31,7 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
               .showSelection = [this](bool isShown) { isShown ? showCurves() : hideCurves(); }}),
       plot(shown, {.select =
                        [this](const MouseSelection &selection) {
+                           if (!isFree()) return;
                            application.mouseSelection(document) = selection;
                            refresh();
                        },
@@ -239,7 +240,7 @@ bool DocumentWindow::isDone(const char *member, std::vector<Argument> arguments)
 }
 
 bool DocumentWindow::isFree() {
-    if (application.isBusy()) tell("Not while a fit or a paste is at work");
+    if (application.isBusy()) tell("Not while other work goes on");
     return !application.isBusy();
 }
 

@@ -44,6 +44,7 @@ void WindowedApplication::on_startup() {
 
 void WindowedApplication::startServer() {
     served.desktop = this;
+    served.runFit = sigc::mem_fun(*this, &WindowedApplication::runFit);
     try {
         server.emplace(served);
     } catch (const std::exception &exception) {
@@ -85,7 +86,7 @@ void WindowedApplication::on_activate() {
 
 void WindowedApplication::on_open(const type_vec_files &files, const Glib::ustring &) {
     if (!server) return;
-    if (busy) return whenFree([this, files] { on_open(files, {}); });
+    if (isBusy()) return whenFree([this, files] { on_open(files, {}); });
     std::string refused;
     for (const auto &file : files) {
         openFile(file->get_path());
@@ -103,7 +104,7 @@ static bool isUntouched(const Document &document) {
 // An untouched document makes room for the file's, which may have the same name. What stands for a
 // file that couldn't be opened isn't for the user, but the reason is.
 void WindowedApplication::openFile(const std::string &path) {
-    if (busy) return whenFree([this, path] { openFile(path); });
+    if (isBusy()) return whenFree([this, path] { openFile(path); });
     Document *before = served.front();
     const bool replaces = windows.size() == 1 && isUntouched(*before);
     const std::string aside = "Untitled, untouched";
@@ -130,7 +131,7 @@ void WindowedApplication::withDecimalSeparator(char separator, const std::functi
 }
 
 bool WindowedApplication::perform(const char *member, std::vector<Argument> arguments) {
-    if (busy || !server) return false;
+    if (isBusy() || !server) return false;
     for (const auto &[document, window] : windows) window->endStep();
     served.lastError.clear();
     server->perform({served.decimalSeparator, member, std::move(arguments)});
@@ -159,7 +160,12 @@ void WindowedApplication::hear(const RecordedMessage &message) {
 }
 
 DocumentWindow *WindowedApplication::frontWindow() {
-    const auto found = windows.find(served.front());
+    const Document *front = served.front();
+    return front ? windowOf(*front) : nullptr;
+}
+
+DocumentWindow *WindowedApplication::windowOf(const Document &document) {
+    const auto found = windows.find(&document);
     return found == windows.end() ? nullptr : found->second.get();
 }
 
@@ -191,8 +197,7 @@ void WindowedApplication::closing(const Document &document) {
 }
 
 void WindowedApplication::activated(const Document &document) {
-    const auto found = windows.find(&document);
-    if (found != windows.end()) found->second->present();
+    if (DocumentWindow *window = windowOf(document)) window->present();
 }
 
 bool WindowedApplication::asksToSave(const Document &document) {
@@ -240,7 +245,7 @@ void WindowedApplication::runFit(const Document &document, FitProgress &progress
         fitted = &document;
         fitProgress = &progress;
         beginWork();
-        DocumentWindow *window = windowOf(document.name); // null while the program ends
+        DocumentWindow *window = windowOf(document); // null while the program ends
         if (window) window->beginFit();
         sigc::connection timer = Glib::signal_timeout().connect(
             [&] {
@@ -267,12 +272,11 @@ void WindowedApplication::cancelFitOf(const Document &document) {
 }
 
 void WindowedApplication::beginWork() {
-    busy = true;
-    if (bus) bus->suspend();
+    if (works++ == 0 && bus) bus->suspend();
 }
 
 void WindowedApplication::endWork() {
-    busy = false;
+    if (--works > 0) return;
     if (bus) bus->resume();
     if (putOff.empty()) return;
     Glib::signal_idle().connect_once(
@@ -284,7 +288,7 @@ void WindowedApplication::endWork() {
 }
 
 void WindowedApplication::whenFree(const std::function<void()> &work) {
-    if (!busy) return work();
+    if (!isBusy()) return work();
     putOff.push_back(work);
 }
 
@@ -320,9 +324,31 @@ void WindowedApplication::offerLeftDocuments() {
     dialog->set_default_response(Gtk::ResponseType::ACCEPT);
     dialog->signal_response().connect([this](int response) {
         dialog->hide();
-        if (response == Gtk::ResponseType::ACCEPT) whenFree([this] { server->recover(); });
+        if (response != Gtk::ResponseType::ACCEPT) return;
+        // It lets the main loop run, which is not for the handler of an event.
+        Glib::signal_idle().connect_once([this] { whenFree([this] { bringBack(); }); });
     });
     dialog->show();
+}
+
+// What took long once, may take as long again.
+void WindowedApplication::bringBack() {
+    using Clock = std::chrono::steady_clock;
+    constexpr auto slice = 16ms;
+    if (ended) return;
+    if (DocumentWindow *window = frontWindow()) window->tell("Documents are brought back…");
+    beginWork();
+    auto last = Clock::now() - slice;
+    server->recover([&] {
+        if (Clock::now() < last + slice) return;
+        for (const auto end = Clock::now() + slice; Clock::now() < end;)
+            if (!g_main_context_iteration(nullptr, FALSE)) break;
+        last = Clock::now();
+    });
+    endWork();
+    const bool all = served.leftDocuments().empty();
+    for (const auto &[document, window] : windows)
+        window->tell(all ? "" : "Not all documents could be brought back: the log says why");
 }
 
 void WindowedApplication::fail(const std::string &reason) {

@@ -509,9 +509,22 @@ TEST_F(WindowTest, UndoesWhatMessagesDidToTheSameBytes) {
     stop();
 }
 
+// Its fits are done again, and the windows live meanwhile.
 TEST_F(WindowTest, OffersWhatAKilledOneHadNotSaved) {
     start();
-    plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
+    std::string data = "x y\n";
+    for (int i = 0; i < 50'000; ++i) {
+        const double x = 2e-3 * i;
+        const double y = std::exp(-x / 50) * std::cos(x) + 0.01 * (i % 7);
+        data += std::to_string(x) + ' ' + std::to_string(y) + '\n';
+    }
+    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(data, name, "Data",
+                                                                              true, false);
+    plotwerk->setFormulaOf_formulaText_(name, "a*exp(-b*x)*cos(c*x) + d");
+    for (int i = 0; i < 8; ++i) {
+        plotwerk->readFormulaParameterOf_parameterList_(name, "a=2, b=0.021, c=1.0001, d=0.1");
+        EXPECT_EQ(std::get<0>(plotwerk->startFitOf_iterations_lambda_chiq_(name)), 0);
+    }
     const std::string made = contentsOf(name);
     program->sendSignal(SIGKILL);
     program->finish();
@@ -519,8 +532,20 @@ TEST_F(WindowTest, OffersWhatAKilledOneHadNotSaved) {
     waitUntil("the question", [&] { return screen.titles().size() == 2; });
     screen.stillShot();
     screen.type("Return");
+    Shot last = screen.shot();
+    int changes = 0;
     waitUntil("two documents", [&] {
-        return screen.titles().size() == 2 && plotwerk->documentNameOfFrontWindow() != name;
+        screen.move({300 + 40 * (changes % 5), 300});
+        Shot next = screen.shot();
+        if (std::exchange(last, std::move(next)) != last) ++changes;
+        for (const std::string &title : screen.titles())
+            if (title.starts_with("• ")) return true;
+        return false;
     });
+    EXPECT_GE(changes, 3) << "the read-out followed the mouse";
+    const std::string other = plotwerk->documentNameOfFrontWindow(); // there is an "Untitled"
+    std::string back = contentsOf(other);
+    back.replace(back.find(other), other.size(), name);
+    EXPECT_TRUE(back == made);
     stop();
 }
