@@ -153,17 +153,17 @@ void DocumentWindow::addActions() {
     add_action("save-as", [this] { saveAs({}); });
     add_action("export", [this] { exportPicture(); });
     add_action("print", [this] {
-        printByDialog(*this, document, [this](const std::string &reason) { tell(reason); });
+        printByDialog(*this, document, sigc::mem_fun(*this, &DocumentWindow::tell));
     });
     add_action("close", [this] { closeAfterAsking(); });
 
     undo = add_action("undo", [this] {
         endStep();
-        if (versions.canUndo() && isFree()) restore(versions.undo());
+        if (versions.canUndo() && isFree()) restore(versions.undo(document));
     });
     redo = add_action("redo", [this] {
         endStep();
-        if (versions.canRedo() && isFree()) restore(versions.redo());
+        if (versions.canRedo() && isFree()) restore(versions.redo(document));
     });
     forSelection.push_back(
         add_action("copy-data", [this] { send("copySelectedCurvesOf_includeX_", {true}); }));
@@ -266,10 +266,11 @@ void DocumentWindow::endStep() {
     change = Versions::Change::none;
 }
 
-void DocumentWindow::restore(const Versions::Version &version) {
-    application.restore(document, version);
+void DocumentWindow::restore(Versions::Version version) {
+    const std::size_t lines = version.lines;
+    application.restore(document, std::move(version));
     versions.setRestored(document);
-    journalPane.showLines(version.lines);
+    journalPane.showLines(lines);
     picture().refreshNow();
 }
 
@@ -524,20 +525,22 @@ void DocumentWindow::readText(const std::string &text, const std::string &source
 // As text, not by the message that pastes: a script would find another clipboard.
 void DocumentWindow::paste() {
     const auto clipboard = get_clipboard();
-    clipboard->read_text_async([this, clipboard](Glib::RefPtr<Gio::AsyncResult> &result) {
+    const auto take = [this, clipboard](Glib::RefPtr<Gio::AsyncResult> &result) {
         try {
             readText(clipboard->read_text_finish(result), "Clipboard");
         } catch (const Glib::Error &) {
             tell("The clipboard holds no text");
         }
-    });
+    };
+    clipboard->read_text_async(sigc::track_obj(take, *this)); // the window may go before
 }
 
-// Its numbers may say what the decimal separator is, as when it is opened.
+// Its numbers may say what the decimal separator is, as when it is opened. A document that was
+// dropped with it may have taken the window's place.
 void DocumentWindow::takeFile(const std::string &path) {
     try {
         std::string bytes = readWholeFile(path);
-        if (beginsAsDocument(bytes)) return application.openFile(path);
+        if (retired || beginsAsDocument(bytes)) return application.openFile(path);
         std::string text = textOfFile(std::move(bytes));
         unifyLineEnds(text);
         const CommaUse use = commaUseOfFile(text, application.decimalSeparator());

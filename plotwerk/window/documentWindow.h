@@ -57,7 +57,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     bool isDone(const char *member, std::vector<Argument> arguments);
     bool isFree();
 
-    void restore(const Versions::Version &version);
+    void restore(Versions::Version version);
     void selectCurves(const std::vector<int> &curves);
     void setRanges(const std::vector<AxisRange> &ranges);
     void showView(const View &view);

@@ -126,7 +126,9 @@ void FitPane::hideProgress() {
 }
 
 void FitPane::makeRows() {
+    filling = true; // an entry that goes loses the focus
     while (Gtk::Widget *child = grid.get_first_child()) grid.remove(*child);
+    filling = false;
     rows.clear();
     parametersHeading->set_visible(!document.parameters.empty());
     int line = 0;
@@ -163,7 +165,7 @@ void FitPane::fillRows() {
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const FitParameter &parameter = document.parameters[i];
         const std::string value = shortText(parameter.value);
-        if (rows[i]->value.get_text().raw() != value) rows[i]->value.set_text(value);
+        if (std::exchange(rows[i]->shownValue, value) != value) rows[i]->value.set_text(value);
         rows[i]->error.set_text(std::isnan(parameter.error)
                                     ? Glib::ustring()
                                     : Glib::ustring::sprintf("± %.2g", parameter.error));
@@ -179,12 +181,13 @@ void FitPane::sendFormula() {
 }
 
 // What is shown is shorter than the value may be: only another text is another value.
-void FitPane::sendParameter(const std::string &name, const Row &row) {
+void FitPane::sendParameter(const std::string &name, Row &row) {
     for (const FitParameter &parameter : document.parameters) {
         if (parameter.name != name) continue;
         const std::string text = row.value.get_text();
         const bool otherValue = text != shortText(parameter.value);
         if (!otherValue && row.fixed.get_active() == parameter.fixed) return;
+        row.shownValue.clear(); // what was written is shown as the document has it
         char exact[40];
         std::snprintf(exact, sizeof exact, "%.17g", parameter.value);
         wishes.setParameters(name + " = " + (otherValue ? text : exact) +

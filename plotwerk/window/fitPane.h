@@ -40,12 +40,13 @@ class FitPane final : public Gtk::Box {
         Gtk::Entry value;
         Gtk::Label error;
         Gtk::CheckButton fixed;
+        std::string shownValue; // as the document has it
     };
 
     void makeRows();
     void fillRows();
     void sendFormula();
-    void sendParameter(const std::string &name, const Row &row);
+    void sendParameter(const std::string &name, Row &row);
     void fit();
 
     const Document &document;

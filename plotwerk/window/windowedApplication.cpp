@@ -37,7 +37,9 @@ void WindowedApplication::on_startup() {
     };
     g_unix_signal_add(SIGTERM, end, this);
     g_unix_signal_add(SIGINT, end, this);
-    hold(); // it ends by end alone
+    hold(); // it ends by end alone, and not with the bus
+    if (const auto connection = get_dbus_connection())
+        g_dbus_connection_set_exit_on_close(connection->gobj(), FALSE);
     addActions();
     startServer();
 }
@@ -140,8 +142,8 @@ bool WindowedApplication::perform(const char *member, std::vector<Argument> argu
     return served.lastError.empty();
 }
 
-void WindowedApplication::restore(Document &document, const Versions::Version &version) {
-    served.restore(document, version.document, version.isSaved);
+void WindowedApplication::restore(Document &document, Versions::Version version) {
+    served.restore(document, std::move(version.document), version.isSaved);
     refresh();
 }
 
@@ -355,12 +357,17 @@ void WindowedApplication::fail(const std::string &reason) {
     log(LogLevel::error, reason);
     exitStatus = 1;
     bus.reset();
+    const bool hasDocuments = !windows.empty();
     dialog = std::make_unique<Gtk::MessageDialog>("Plotwerk can't answer messages", false,
                                                   Gtk::MessageType::ERROR, Gtk::ButtonsType::CLOSE,
                                                   true);
     dialog->set_title("Plotwerk");
-    dialog->set_secondary_text(reason);
-    dialog->signal_response().connect([this](int) { endSoon(); });
+    dialog->set_secondary_text(hasDocuments ? reason + ".\n\nThe documents stay open, to be saved."
+                                            : reason);
+    dialog->signal_response().connect([this, hasDocuments](int) {
+        dialog->hide();
+        if (!hasDocuments) endSoon();
+    });
     dialog->show();
 }
 

@@ -54,7 +54,7 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     void cancelFitOf(const Document &document);
 
     // As plotwerk::Application::restore.
-    void restore(Document &document, const Versions::Version &version);
+    void restore(Document &document, Versions::Version version);
 
     // Opens it as the message does, when it is free; then the only window goes if its document was
     // a new one that nobody has touched.

@@ -479,6 +479,28 @@ TEST_F(WindowTest, CurvesHiddenTogetherAreShownEachAsItWasByOneStep) {
     waitUntil("hidden again, by one step", [&] { return contentsOf(name) == hidden; });
 }
 
+TEST_F(WindowTest, DroppedDataAreReadInAndDroppedDocumentsOpened) {
+    startWithLine();
+    const std::string data = file("decimal commas.txt", "x;y\n0,5;1,5\n2,5;3,5\n");
+    const std::string document = pathOf("other.plotwerk");
+    plotwerk->newDocumentWithName_("other");
+    plotwerk->saveDocument_as_binary_("other", document, false);
+    plotwerk->closeDocument_askForSave_("other", false);
+    ChildProcess source({DRAG_SOURCE, document, data});
+    const Place corner{1100, 750};
+    screen.place("drag source", corner);
+    const Place target = screen.frame().at(0.5, 0.5);
+    screen.dragAcross({corner.x + 50, corner.y + 50}, target, [&] {
+        return plotwerk->indexOfCurveNameOf_source_table_column_(name, "decimal commas.txt", 1,
+                                                                 "y") == 1 &&
+               plotwerk->documentNameOfFrontWindow() == "other";
+    });
+    EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_(name, 1, 1), 3.5);
+    EXPECT_EQ(lastError(), "");
+    source.sendSignal(SIGTERM);
+    source.finish();
+}
+
 TEST_F(WindowTest, PrintsToAFile) {
     std::filesystem::current_path(directory);
     startWithLine();
