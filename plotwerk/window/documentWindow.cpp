@@ -552,14 +552,18 @@ void DocumentWindow::takeFile(const std::string &path) {
     }
 }
 
-void DocumentWindow::closeAfterAsking() {
+void DocumentWindow::closeAfterAsking(const std::function<void()> &then) {
     if (retired) return;
     if (application.isBusy()) {
         application.cancelFitOf(document);
         tell("Closes as soon as the work is done");
-        return application.whenFree([this] { closeAfterAsking(); });
+        return application.whenFree([this, then] { closeAfterAsking(then); });
     }
-    if (!hasUnsavedChanges(document)) return application.closeDocument(document);
+    const auto close = [this, then] {
+        application.closeDocument(document);
+        then();
+    };
+    if (!hasUnsavedChanges(document)) return close();
     if (dialog && dialog->get_visible()) return dialog->present();
     auto asking = std::make_unique<Gtk::MessageDialog>(
         *this, Glib::ustring::sprintf("Save changes to “%s” before closing?", document.name), false,
@@ -574,14 +578,14 @@ void DocumentWindow::closeAfterAsking() {
     saving->add_css_class("suggested-action");
     asking->set_default_response(Gtk::ResponseType::ACCEPT);
     dialog = std::move(asking);
-    dialog->signal_response().connect([this](int response) {
+    dialog->signal_response().connect([this, close](int response) {
         dialog->hide();
         if (response != discard && response != Gtk::ResponseType::ACCEPT) return;
         application.cancelFitOf(document);
-        application.whenFree([this, response] {
+        application.whenFree([this, response, close] {
             if (retired) return;
-            if (response == discard) return application.closeDocument(document);
-            save([this] { application.closeDocument(document); });
+            if (response == discard) return close();
+            save(close);
         });
     });
     present();

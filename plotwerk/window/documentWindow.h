@@ -45,7 +45,8 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
 
     // Asks what becomes of unsaved changes, and closes the document unless the user wants to keep
     // it open. Without any it is closed at once. A fit of it is cancelled, another one waited for.
-    void closeAfterAsking();
+    // When it has been closed `then` is called.
+    void closeAfterAsking(const std::function<void()> &then = [] {});
 
     // The document is about to go: the window disappears and does nothing from now on.
     void retire();

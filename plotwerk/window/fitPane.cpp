@@ -54,7 +54,11 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     append(*parametersHeading);
     grid.set_row_spacing(4);
     grid.set_column_spacing(6);
-    append(grid);
+    auto *scrolledGrid = Gtk::make_managed<Gtk::ScrolledWindow>();
+    scrolledGrid->set_child(grid);
+    scrolledGrid->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+    scrolledGrid->set_propagate_natural_height();
+    append(*scrolledGrid);
 
     fitButton.add_css_class("suggested-action");
     fitButton.set_margin_top(6);
@@ -126,7 +130,8 @@ void FitPane::hideProgress() {
 }
 
 void FitPane::makeRows() {
-    filling = true; // an entry that goes loses the focus
+    filling = true; // an entry that goes leaves the focus, and isn't sent any more
+    if (grid.get_focus_child()) fitButton.grab_focus();
     while (Gtk::Widget *child = grid.get_first_child()) grid.remove(*child);
     filling = false;
     rows.clear();

@@ -301,12 +301,13 @@ void WindowedApplication::closeDocument(const Document &document) {
     ending = false;
 }
 
+// One document after the other, the one in front first, until the user keeps one open.
 void WindowedApplication::quitAfterAsking() {
-    std::vector<std::string> names;
-    for (const auto &[document, window] : windows) names.push_back(document->name);
-    if (names.empty()) return end();
-    for (const std::string &name : names)
-        if (DocumentWindow *window = windowOf(name)) window->closeAfterAsking();
+    if (ended) return;
+    DocumentWindow *window = frontWindow();
+    if (!window) return end();
+    window->closeAfterAsking(
+        [this] { Glib::signal_idle().connect_once([this] { quitAfterAsking(); }); });
 }
 
 void WindowedApplication::offerLeftDocuments() {
@@ -361,6 +362,7 @@ void WindowedApplication::fail(const std::string &reason) {
     dialog = std::make_unique<Gtk::MessageDialog>("Plotwerk can't answer messages", false,
                                                   Gtk::MessageType::ERROR, Gtk::ButtonsType::CLOSE,
                                                   true);
+    if (DocumentWindow *window = frontWindow()) dialog->set_transient_for(*window);
     dialog->set_title("Plotwerk");
     dialog->set_secondary_text(hasDocuments ? reason + ".\n\nThe documents stay open, to be saved."
                                             : reason);
