@@ -161,7 +161,6 @@ void CurveList::setUp(const Glib::RefPtr<Gtk::ListItem> &listItem) {
     name->set_xalign(0);
     auto *tags = Gtk::make_managed<Gtk::Label>();
     tags->add_css_class("dim-label");
-    tags->add_css_class("caption");
     auto *check = Gtk::make_managed<Gtk::CheckButton>();
     check->set_tooltip_text("Shown in the plot");
     gtk_accessible_update_property(GTK_ACCESSIBLE(check->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,

@@ -495,6 +495,7 @@ void DocumentWindow::rename() {
     entry->set_hexpand();
     dialog = std::make_unique<Gtk::Dialog>("Rename Curves", *this, true);
     dialog->set_default_size(360, -1);
+    dialog->set_hide_on_close();
     dialog->get_content_area()->append(*entry);
     dialog->add_button("_Cancel", Gtk::ResponseType::CANCEL);
     dialog->add_button("_Rename", Gtk::ResponseType::OK);
@@ -569,6 +570,7 @@ void DocumentWindow::closeAfterAsking(const std::function<void()> &then) {
         *this, Glib::ustring::sprintf("Save changes to “%s” before closing?", document.name), false,
         Gtk::MessageType::QUESTION, Gtk::ButtonsType::NONE, true);
     asking->set_title("Save Changes");
+    asking->set_hide_on_close();
     asking->set_secondary_text("Changes that are not saved will be lost.");
     constexpr int discard = 1;
     auto *discarding = asking->add_button("_Discard", discard);

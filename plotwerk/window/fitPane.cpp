@@ -9,7 +9,11 @@ namespace plotwerk {
 static Gtk::Label *heading(const char *text) {
     auto *label = Gtk::make_managed<Gtk::Label>(text, true);
     label->set_xalign(0);
-    label->add_css_class("heading");
+    Pango::AttrList
+        bold; // the theme's headings have a size of their own, whatever the desktop's is
+    auto weight = Pango::Attribute::create_attr_weight(Pango::Weight::BOLD);
+    bold.insert(weight);
+    label->set_attributes(bold);
     return label;
 }
 
@@ -47,7 +51,9 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     scrolled->set_has_frame();
     append(*scrolled);
     const auto focus = Gtk::EventControllerFocus::create();
-    focus->signal_leave().connect([this] { sendFormula(); });
+    focus->signal_leave().connect([this] {
+        if (!filling) sendFormula();
+    });
     formula.add_controller(focus);
 
     parametersHeading = heading("Parameters");
@@ -82,6 +88,11 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     append(report);
     makeRows();
     refresh();
+}
+
+// Its parts lose the focus when they go.
+FitPane::~FitPane() {
+    filling = true;
 }
 
 static std::string shortText(double value) {
@@ -130,8 +141,7 @@ void FitPane::hideProgress() {
 }
 
 void FitPane::makeRows() {
-    filling = true; // an entry that goes leaves the focus, and isn't sent any more
-    if (grid.get_focus_child()) fitButton.grab_focus();
+    filling = true;
     while (Gtk::Widget *child = grid.get_first_child()) grid.remove(*child);
     filling = false;
     rows.clear();

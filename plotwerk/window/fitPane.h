@@ -25,6 +25,7 @@ class FitPane final : public Gtk::Box {
   public:
     // The document must outlive it.
     FitPane(const Document &document, FitWishes wishes);
+    ~FitPane() override;
 
     // To be called when the document may have changed. What the user is writing stays.
     void refresh();
@@ -53,7 +54,7 @@ class FitPane final : public Gtk::Box {
     const FitWishes wishes;
     std::optional<std::uint64_t> revision; // that is shown
     std::string shownFormula;
-    bool filling = false;
+    bool filling = false; // nothing is the user's that happens now
 
     Gtk::TextView formula;
     Gtk::Label *parametersHeading = nullptr;
