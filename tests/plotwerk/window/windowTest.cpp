@@ -146,6 +146,52 @@ TEST_F(WindowTest, ClosingAsksToSave) {
     EXPECT_EQ(program->finish().status, 0) << "it ends with its last window";
 }
 
+TEST_F(WindowTest, QuittingAsksAboutOneDocumentAfterTheOtherUntilOneIsKept) {
+    startWithLine();
+    plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
+    plotwerk->newDocumentWithName_("other");
+    plotwerk->setXRangeOf_xmin_xmax_("other", 0, 5);
+    screen.frame();
+    const auto windows = [&](std::size_t count) {
+        waitUntil(std::to_string(count) + " windows",
+                  [&] { return screen.titles().size() == count; });
+        screen.stillShot();
+    };
+    windows(2);
+    screen.type("ctrl+q");
+    windows(3);
+    screen.type("alt+d");
+    waitUntil("the next question", [&] {
+        const auto titles = screen.titles();
+        return titles.size() == 2 && std::count(titles.begin(), titles.end(), "• other") == 0;
+    });
+    screen.stillShot();
+    screen.type("Escape");
+    windows(1);
+    screen.type("ctrl+q");
+    windows(2);
+    screen.type("alt+d");
+    bus.waitForNoOwner(busName);
+    EXPECT_EQ(program->finish().status, 0);
+}
+
+TEST_F(WindowTest, OutlivesTheBus) {
+    startWithLine();
+    plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
+    screen.frame();
+    const std::string before = bytesOf(pathOf("line.plotwerk"));
+    bus.stop();
+    waitUntil("the news", [&] { return screen.titles().size() == 2; });
+    screen.stillShot();
+    screen.type("Escape");
+    waitUntil("the document", [&] { return screen.titles() == std::vector{"• " + name}; });
+    screen.type("ctrl+s");
+    waitUntil("a saved document", [&] { return screen.titles() == std::vector{name}; });
+    EXPECT_NE(bytesOf(pathOf("line.plotwerk")), before);
+    screen.type("ctrl+w");
+    EXPECT_EQ(program->finish().status, 1) << "it could not answer messages to its end";
+}
+
 TEST_F(WindowTest, AnUntouchedDocumentMakesRoomForTheFileThatTheUserOpens) {
     const std::string path = file("small.txt", "1 2\n3 4\n");
     const auto handOver = [&](const std::string &to) { runProgram({PLOTWERKD, to}); };
@@ -434,6 +480,25 @@ TEST_F(WindowTest, ClosingAndEndingCancelAFit) {
     begin();
     EXPECT_TRUE(holds(stop().err, "unsaved changes of \"Untitled\""));
     EXPECT_EQ(fit->finish().out, "fit ERROR 0 nan nan\n");
+}
+
+TEST_F(WindowTest, WhatIsWrittenInTheFitPaneStaysWhileMessagesCome) {
+    startWithLine();
+    plotwerk->setFormulaOf_formulaText_(name, "a*x");
+    screen.frame();
+    screen.type("F7");
+    screen.stillShot();
+    screen.click({800, 180}); // the value of a
+    screen.type("ctrl+a");
+    for (const char *key : {"2", "4"}) screen.type(key);
+    plotwerk->setYRangeOf_ymin_ymax_(name, 0, 300);
+    screen.stillShot();
+    for (const char *key : {"7", "Return"}) screen.type(key);
+    waitUntil("the value", [&] { return plotwerk->getVarOf_varName_(name, "a") == "247"; });
+    plotwerk->setFormulaOf_formulaText_(name, "b*x + c"); // the entry that has the focus goes
+    screen.stillShot();
+    EXPECT_EQ(plotwerk->formulaParameterListOf_(name), "b = 1\nc = 1");
+    stop();
 }
 
 TEST_F(WindowTest, CurvesAreHiddenAndShownInTheList) {
