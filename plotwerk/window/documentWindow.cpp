@@ -396,10 +396,10 @@ void DocumentWindow::showCurves() {
     const auto hidden = hiddenCurves.selected(document);
     std::vector<int> selected; // by their ranks
     for (const CurveRef &curve : selectedCurves(document)) selected.push_back(curve.index);
-    const bool same = hidden.size() == 1 && hidden.begin()->second.size() == selected.size();
-    for (const auto &[parts, indexes] : hidden) {
-        if (!same) selectCurves(indexes);
-        drawParts(parts);
+    const bool same = hidden.size() == 1 && hidden[0].curves.size() == selected.size();
+    for (const HiddenCurves::Group &group : hidden) {
+        if (!same) selectCurves(group.curves);
+        drawParts(group.parts);
     }
     if (!same && !hidden.empty()) selectCurves(selected);
     isWithinStep = false;

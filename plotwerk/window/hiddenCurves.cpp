@@ -2,6 +2,8 @@
 
 #include "plotwerk/model/curves.h"
 
+#include <algorithm>
+
 namespace plotwerk {
 
 static DrawnParts partsOf(const CurveLook &look) {
@@ -24,15 +26,18 @@ void HiddenCurves::keepSelected(const Document &document) {
     }
 }
 
-std::map<DrawnParts, std::vector<int>> HiddenCurves::selected(const Document &document) const {
-    std::map<DrawnParts, std::vector<int>> curves;
+std::vector<HiddenCurves::Group> HiddenCurves::selected(const Document &document) const {
+    std::vector<Group> groups;
     for (const CurveRef &curve : selectedCurves(document)) {
         if (partsOf(columnOf(document, curve).look) != DrawnParts{}) continue;
         const auto found = kept.find(placeOf(document, curve));
         const DrawnParts parts = found == kept.end() ? DrawnParts{.line = true} : found->second;
-        curves[parts].push_back(curve.index);
+        const auto isSame = [&](const Group &group) { return group.parts == parts; };
+        auto group = std::find_if(groups.begin(), groups.end(), isSame);
+        if (group == groups.end()) group = groups.insert(group, {parts, {}});
+        group->curves.push_back(curve.index);
     }
-    return curves;
+    return groups;
 }
 
 } // namespace plotwerk

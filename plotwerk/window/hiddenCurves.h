@@ -21,7 +21,7 @@ struct DrawnParts {
     bool marker = false;
     bool symbols = false;
 
-    auto operator<=>(const DrawnParts &) const = default;
+    bool operator==(const DrawnParts &) const = default;
 };
 
 // Whether a curve of that look can be seen.
@@ -32,9 +32,15 @@ class HiddenCurves {
     // The selected curves are about to be hidden.
     void keepSelected(const Document &document);
 
-    // The selected curves of which nothing is drawn, by their indexes, for each what was drawn
-    // before: the line, if they were not hidden by the user.
-    std::map<DrawnParts, std::vector<int>> selected(const Document &document) const;
+    // Curves, by their indexes, of which the same was drawn.
+    struct Group {
+        DrawnParts parts;
+        std::vector<int> curves;
+    };
+
+    // The selected curves of which nothing is drawn, and what was drawn before: the line, where the
+    // user hasn't hidden them.
+    std::vector<Group> selected(const Document &document) const;
 
   private:
     // Indexes may change meanwhile: the names of source and column, and the table.

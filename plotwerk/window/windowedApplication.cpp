@@ -233,6 +233,7 @@ std::optional<std::string> WindowedApplication::foreignText() {
 // longer than one would wonder about.
 void WindowedApplication::runFit(const Document &document, FitProgress &progress,
                                  const std::function<void()> &solve) {
+    if (endsSoon) progress.cancel();
     std::packaged_task<void()> task(solve);
     std::future<void> result = task.get_future();
     const auto isOver = [&](auto within) {
@@ -374,6 +375,7 @@ void WindowedApplication::fail(const std::string &reason) {
 }
 
 void WindowedApplication::endSoon() {
+    endsSoon = true;
     cancelFit();
     whenFree([this] { end(); });
 }

@@ -106,8 +106,9 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     std::map<const Document *, std::unique_ptr<DocumentWindow>> windows;
     std::vector<std::unique_ptr<DocumentWindow>> retired; // until the loop is idle
     std::unique_ptr<Gtk::MessageDialog> dialog;
-    int works = 0;       // that let the main loop run; one may be part of another
-    bool ending = false; // the last window closes: the document that follows needs none
+    int works = 0;         // that let the main loop run; one may be part of another
+    bool ending = false;   // the last window closes: the document that follows needs none
+    bool endsSoon = false; // no fit is begun any more
     bool ended = false;
     std::vector<std::function<void()>> putOff; // until it isn't busy
     const Document *fitted = nullptr;          // by the fit that is running, if there is one
