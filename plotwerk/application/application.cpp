@@ -237,9 +237,9 @@ MouseSelection &Application::mouseSelection(const Document &document) {
 }
 
 FitOutcome Application::fit(Document &document) const {
-    if (!desktop) return fitDocument(document);
+    if (!runFit) return fitDocument(document);
     return fitDocument(document, [&](FitProgress &progress, const std::function<void()> &solve) {
-        desktop->runFit(document, progress, solve);
+        runFit(document, progress, solve);
     });
 }
 

@@ -7,6 +7,7 @@
 #include "plotwerk/application/pictureFiles.h"
 #include "plotwerk/drawing/pages.h"
 #include "plotwerk/fit/fit.h"
+#include "plotwerk/fit/fitProgress.h"
 #include "plotwerk/journal/journal.h"
 #include "plotwerk/model/document.h"
 
@@ -54,6 +55,11 @@ class Application {
     char decimalSeparator = '.'; // or ',': of data text and parameter lists
     Clipboard clipboard;
     Desktop *desktop = nullptr; // null: there is none
+
+    // As FitRunner, for a fit of the document; none: where it is asked for.
+    std::function<void(const Document &document, FitProgress &progress,
+                       const std::function<void()> &solve)>
+        runFit;
     std::string lastError; // the reason of the last message that was refused, empty after a success
 
     // Null only before the first document: closing the last one leaves an empty "Untitled".
@@ -140,7 +146,7 @@ class Application {
     // Of an open document. Without a mouse it stays unset.
     MouseSelection &mouseSelection(const Document &document);
 
-    // As fitDocument, on a desktop beside the user.
+    // As fitDocument, by runFit.
     FitOutcome fit(Document &document) const;
 
     // As printPicture.

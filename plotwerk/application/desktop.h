@@ -3,10 +3,8 @@
 #ifndef PLOTWERK_APPLICATION_DESKTOP_H
 #define PLOTWERK_APPLICATION_DESKTOP_H
 
-#include "plotwerk/fit/fitProgress.h"
 #include "plotwerk/model/document.h"
 
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -32,11 +30,6 @@ class Desktop {
     // The text that another program has put on the clipboard; nothing while it holds what this one
     // has copied.
     virtual std::optional<std::string> foreignText() = 0;
-
-    // As FitRunner, for a fit of the document: beside the user, who may look at everything, follow
-    // the fit and cancel it, but change no document meanwhile.
-    virtual void runFit(const Document &document, FitProgress &progress,
-                        const std::function<void()> &solve) = 0;
 };
 
 } // namespace plotwerk

@@ -59,9 +59,12 @@ Server::Server(Application &served)
     throw std::runtime_error("the bus has gone: " + error.getMessage());
 }
 
-void Server::recover() {
+void Server::recover(const std::function<void()> &afterEach) {
     const auto listener = std::exchange(controlObject.listener, {});
-    application.recover([this](std::string_view message) { controlObject.repeat(message); });
+    application.recover([&](std::string_view message) {
+        controlObject.repeat(message);
+        afterEach();
+    });
     controlObject.listener = listener;
 }
 

@@ -1,6 +1,7 @@
 #include "plotwerk/window/curveList.h"
 
 #include "plotwerk/model/curves.h"
+#include "plotwerk/window/hiddenCurves.h"
 #include "plotwerk/window/menus.h"
 
 #include <initializer_list>
@@ -42,11 +43,6 @@ class CurveList::Item final : public Glib::Object {
   private:
     explicit Item(Row shown) : row(std::move(shown)) {}
 };
-
-bool isSeen(const CurveLook &look) {
-    return look.visible &&
-           (look.line || look.symbols || look.yError || look.xError || look.filled || look.marker);
-}
 
 static Row rowOf(const Column &column, int index) {
     const Colour &colour = column.look.lineColour;
@@ -116,6 +112,16 @@ CurveList::~CurveList() {
     menu.unparent();
 }
 
+static const Glib::Quark itemKey("list item"); // of a row's box
+
+// Of the row that has the focus, or has a part that has it.
+static const Gtk::ListItem *itemOf(Gtk::Widget &focus) {
+    for (Gtk::Widget *box : {focus.get_first_child(), focus.get_parent()})
+        if (void *item = box ? box->get_data(itemKey) : nullptr)
+            return static_cast<Gtk::ListItem *>(item);
+    return nullptr;
+}
+
 // At the pointer by the mouse's other button; by keys, at the row that has the focus.
 void CurveList::addMenu() {
     menu.set_parent(view);
@@ -127,8 +133,10 @@ void CurveList::addMenu() {
             const bool isShifted = (held & Gdk::ModifierType::SHIFT_MASK) != Gdk::ModifierType{};
             if (key != GDK_KEY_Menu && !(key == GDK_KEY_F10 && isShifted)) return false;
             double x = 0, y = 0;
-            if (Gtk::Widget *focus = get_root()->get_focus())
+            if (Gtk::Widget *focus = get_root()->get_focus()) {
+                if (const Gtk::ListItem *item = itemOf(*focus)) selectFor(*item);
                 focus->translate_coordinates(view, 0, focus->get_height(), x, y);
+            }
             showMenu(x, y);
             return true;
         },
@@ -153,7 +161,6 @@ void CurveList::setUp(const Glib::RefPtr<Gtk::ListItem> &listItem) {
     name->set_xalign(0);
     auto *tags = Gtk::make_managed<Gtk::Label>();
     tags->add_css_class("dim-label");
-    tags->add_css_class("caption");
     auto *check = Gtk::make_managed<Gtk::CheckButton>();
     check->set_tooltip_text("Shown in the plot");
     gtk_accessible_update_property(GTK_ACCESSIBLE(check->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
@@ -163,6 +170,7 @@ void CurveList::setUp(const Glib::RefPtr<Gtk::ListItem> &listItem) {
     listItem->set_child(*box);
 
     Gtk::ListItem *item = listItem.get(); // which outlives its child
+    box->set_data(itemKey, item);
     check->signal_toggled().connect([this, item, check] {
         if (binding) return;
         const bool isShown = check->get_active(); // selecting may bind the row anew
@@ -191,7 +199,6 @@ static Glib::ustring tagsOf(const Row &row) {
     };
     add(row.marked, "marked");
     add(row.fitData, "fit data");
-    add(row.hidden, "hidden");
     return tags;
 }
 

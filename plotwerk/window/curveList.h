@@ -12,9 +12,6 @@
 
 namespace plotwerk {
 
-// Whether a curve of that look can be seen.
-bool isSeen(const CurveLook &look);
-
 // What the user wants. Curves are told by their indexes, in ascending order.
 struct CurveWishes {
     std::function<void(const std::vector<int> &curves)> select;

@@ -31,6 +31,7 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
               .showSelection = [this](bool isShown) { isShown ? showCurves() : hideCurves(); }}),
       plot(shown, {.select =
                        [this](const MouseSelection &selection) {
+                           if (!isFree()) return;
                            application.mouseSelection(document) = selection;
                            refresh();
                        },
@@ -152,17 +153,17 @@ void DocumentWindow::addActions() {
     add_action("save-as", [this] { saveAs({}); });
     add_action("export", [this] { exportPicture(); });
     add_action("print", [this] {
-        printByDialog(*this, document, [this](const std::string &reason) { tell(reason); });
+        printByDialog(*this, document, sigc::mem_fun(*this, &DocumentWindow::tell));
     });
     add_action("close", [this] { closeAfterAsking(); });
 
     undo = add_action("undo", [this] {
         endStep();
-        if (versions.canUndo() && isFree()) restore(versions.undo());
+        if (versions.canUndo() && isFree()) restore(versions.undo(document));
     });
     redo = add_action("redo", [this] {
         endStep();
-        if (versions.canRedo() && isFree()) restore(versions.redo());
+        if (versions.canRedo() && isFree()) restore(versions.redo(document));
     });
     forSelection.push_back(
         add_action("copy-data", [this] { send("copySelectedCurvesOf_includeX_", {true}); }));
@@ -239,7 +240,7 @@ bool DocumentWindow::isDone(const char *member, std::vector<Argument> arguments)
 }
 
 bool DocumentWindow::isFree() {
-    if (application.isBusy()) tell("Not while a fit or a paste is at work");
+    if (application.isBusy()) tell("Not while other work goes on");
     return !application.isBusy();
 }
 
@@ -258,16 +259,18 @@ void DocumentWindow::hear(const MessageLine &message) {
 }
 
 void DocumentWindow::endStep() {
+    if (isWithinStep) return;
     // What nobody has told of may be anything.
     const auto kind = change == Versions::Change::none ? Versions::Change::ofData : change;
     versions.keep(document, kind, journalPane.numberOfLines());
     change = Versions::Change::none;
 }
 
-void DocumentWindow::restore(const Versions::Version &version) {
-    application.restore(document, version);
+void DocumentWindow::restore(Versions::Version version) {
+    const std::size_t lines = version.lines;
+    application.restore(document, std::move(version));
     versions.setRestored(document);
-    journalPane.showLines(version.lines);
+    journalPane.showLines(lines);
     picture().refreshNow();
 }
 
@@ -381,26 +384,34 @@ void DocumentWindow::setLooks(const char *action, int argument) {
          std::move(arguments));
 }
 
-// Messages can't hide a curve but by what is drawn of it.
 void DocumentWindow::hideCurves() {
-    const auto first = firstSelectedCurve(document);
-    if (!first) return;
-    const CurveLook &look = columnOf(document, *first).look;
-    if (isSeen(look)) lookWhenHidden = look;
-    sendLook({.visible = false, .line = false});
+    hiddenCurves.keepSelected(document);
+    drawParts({});
 }
 
+// Where curves get different parts again, those that get the same ones are selected for it.
 void DocumentWindow::showCurves() {
+    isWithinStep = true;
     send("showCurveOf_");
-    const auto first = firstSelectedCurve(document);
-    if (first && !isSeen(columnOf(document, *first).look)) sendLook(lookWhenHidden);
+    const auto hidden = hiddenCurves.selected(document);
+    std::vector<int> selected; // by their ranks
+    for (const CurveRef &curve : selectedCurves(document)) selected.push_back(curve.index);
+    const bool same = hidden.size() == 1 && hidden[0].curves.size() == selected.size();
+    for (const HiddenCurves::Group &group : hidden) {
+        if (!same) selectCurves(group.curves);
+        drawParts(group.parts);
+    }
+    if (!same && !hidden.empty()) selectCurves(selected);
+    isWithinStep = false;
+    endStep();
 }
 
-void DocumentWindow::sendLook(const CurveLook &look) {
+// Of the selected curves.
+void DocumentWindow::drawParts(const DrawnParts &parts) {
     send("setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_",
-         {std::int32_t{look.line}, keep, std::int32_t{look.yError}, std::int32_t{look.xError}, keep,
-          std::int32_t{look.filled}, keep, keep, std::int32_t{look.marker},
-          std::int32_t{look.symbols}});
+         {std::int32_t{parts.line}, keep, std::int32_t{parts.yError}, std::int32_t{parts.xError},
+          keep, std::int32_t{parts.filled}, keep, keep, std::int32_t{parts.marker},
+          std::int32_t{parts.symbols}});
 }
 
 void DocumentWindow::toggleLogarithmic(AxisCode axis, Gio::SimpleAction &action) {
@@ -484,6 +495,7 @@ void DocumentWindow::rename() {
     entry->set_hexpand();
     dialog = std::make_unique<Gtk::Dialog>("Rename Curves", *this, true);
     dialog->set_default_size(360, -1);
+    dialog->set_hide_on_close();
     dialog->get_content_area()->append(*entry);
     dialog->add_button("_Cancel", Gtk::ResponseType::CANCEL);
     dialog->add_button("_Rename", Gtk::ResponseType::OK);
@@ -514,20 +526,22 @@ void DocumentWindow::readText(const std::string &text, const std::string &source
 // As text, not by the message that pastes: a script would find another clipboard.
 void DocumentWindow::paste() {
     const auto clipboard = get_clipboard();
-    clipboard->read_text_async([this, clipboard](Glib::RefPtr<Gio::AsyncResult> &result) {
+    const auto take = [this, clipboard](Glib::RefPtr<Gio::AsyncResult> &result) {
         try {
             readText(clipboard->read_text_finish(result), "Clipboard");
         } catch (const Glib::Error &) {
             tell("The clipboard holds no text");
         }
-    });
+    };
+    clipboard->read_text_async(sigc::track_obj(take, *this)); // the window may go before
 }
 
-// Its numbers may say what the decimal separator is, as when it is opened.
+// Its numbers may say what the decimal separator is, as when it is opened. A document that was
+// dropped with it may have taken the window's place.
 void DocumentWindow::takeFile(const std::string &path) {
     try {
         std::string bytes = readWholeFile(path);
-        if (beginsAsDocument(bytes)) return application.openFile(path);
+        if (retired || beginsAsDocument(bytes)) return application.openFile(path);
         std::string text = textOfFile(std::move(bytes));
         unifyLineEnds(text);
         const CommaUse use = commaUseOfFile(text, application.decimalSeparator());
@@ -539,19 +553,24 @@ void DocumentWindow::takeFile(const std::string &path) {
     }
 }
 
-void DocumentWindow::closeAfterAsking() {
+void DocumentWindow::closeAfterAsking(const std::function<void()> &then) {
     if (retired) return;
     if (application.isBusy()) {
         application.cancelFitOf(document);
         tell("Closes as soon as the work is done");
-        return application.whenFree([this] { closeAfterAsking(); });
+        return application.whenFree([this, then] { closeAfterAsking(then); });
     }
-    if (!hasUnsavedChanges(document)) return application.closeDocument(document);
+    const auto close = [this, then] {
+        application.closeDocument(document);
+        then();
+    };
+    if (!hasUnsavedChanges(document)) return close();
     if (dialog && dialog->get_visible()) return dialog->present();
     auto asking = std::make_unique<Gtk::MessageDialog>(
         *this, Glib::ustring::sprintf("Save changes to “%s” before closing?", document.name), false,
         Gtk::MessageType::QUESTION, Gtk::ButtonsType::NONE, true);
     asking->set_title("Save Changes");
+    asking->set_hide_on_close();
     asking->set_secondary_text("Changes that are not saved will be lost.");
     constexpr int discard = 1;
     auto *discarding = asking->add_button("_Discard", discard);
@@ -561,14 +580,14 @@ void DocumentWindow::closeAfterAsking() {
     saving->add_css_class("suggested-action");
     asking->set_default_response(Gtk::ResponseType::ACCEPT);
     dialog = std::move(asking);
-    dialog->signal_response().connect([this](int response) {
+    dialog->signal_response().connect([this, close](int response) {
         dialog->hide();
         if (response != discard && response != Gtk::ResponseType::ACCEPT) return;
         application.cancelFitOf(document);
-        application.whenFree([this, response] {
+        application.whenFree([this, response, close] {
             if (retired) return;
-            if (response == discard) return application.closeDocument(document);
-            save([this] { application.closeDocument(document); });
+            if (response == discard) return close();
+            save(close);
         });
     });
     present();

@@ -4,6 +4,7 @@
 
 #include "plotwerk/window/curveList.h"
 #include "plotwerk/window/fitPane.h"
+#include "plotwerk/window/hiddenCurves.h"
 #include "plotwerk/window/journalPane.h"
 #include "plotwerk/window/plotArea.h"
 #include "plotwerk/window/versions.h"
@@ -44,7 +45,8 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
 
     // Asks what becomes of unsaved changes, and closes the document unless the user wants to keep
     // it open. Without any it is closed at once. A fit of it is cancelled, another one waited for.
-    void closeAfterAsking();
+    // When it has been closed `then` is called.
+    void closeAfterAsking(const std::function<void()> &then = [] {});
 
     // The document is about to go: the window disappears and does nothing from now on.
     void retire();
@@ -56,7 +58,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     bool isDone(const char *member, std::vector<Argument> arguments);
     bool isFree();
 
-    void restore(const Versions::Version &version);
+    void restore(Versions::Version version);
     void selectCurves(const std::vector<int> &curves);
     void setRanges(const std::vector<AxisRange> &ranges);
     void showView(const View &view);
@@ -64,7 +66,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     void setLooks(const char *action, int argument);
     void hideCurves();
     void showCurves();
-    void sendLook(const CurveLook &look);
+    void drawParts(const DrawnParts &parts);
     void toggleLogarithmic(AxisCode axis, Gio::SimpleAction &action);
 
     void chooseFileToOpen();
@@ -88,7 +90,8 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     Versions versions;
     Versions::Change change = Versions::Change::none; // since the last version
     std::string readOutText;
-    CurveLook lookWhenHidden; // of the curve that was hidden last
+    bool isWithinStep = false; // several messages are one step
+    HiddenCurves hiddenCurves;
 
     CurveList curves;
     PlotArea plot;

@@ -9,7 +9,11 @@ namespace plotwerk {
 static Gtk::Label *heading(const char *text) {
     auto *label = Gtk::make_managed<Gtk::Label>(text, true);
     label->set_xalign(0);
-    label->add_css_class("heading");
+    Pango::AttrList
+        bold; // the theme's headings have a size of their own, whatever the desktop's is
+    auto weight = Pango::Attribute::create_attr_weight(Pango::Weight::BOLD);
+    bold.insert(weight);
+    label->set_attributes(bold);
     return label;
 }
 
@@ -47,14 +51,20 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     scrolled->set_has_frame();
     append(*scrolled);
     const auto focus = Gtk::EventControllerFocus::create();
-    focus->signal_leave().connect([this] { sendFormula(); });
+    focus->signal_leave().connect([this] {
+        if (!filling) sendFormula();
+    });
     formula.add_controller(focus);
 
     parametersHeading = heading("Parameters");
     append(*parametersHeading);
     grid.set_row_spacing(4);
     grid.set_column_spacing(6);
-    append(grid);
+    auto *scrolledGrid = Gtk::make_managed<Gtk::ScrolledWindow>();
+    scrolledGrid->set_child(grid);
+    scrolledGrid->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+    scrolledGrid->set_propagate_natural_height();
+    append(*scrolledGrid);
 
     fitButton.add_css_class("suggested-action");
     fitButton.set_margin_top(6);
@@ -78,6 +88,11 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     append(report);
     makeRows();
     refresh();
+}
+
+// Its parts lose the focus when they go.
+FitPane::~FitPane() {
+    filling = true;
 }
 
 static std::string shortText(double value) {
@@ -126,7 +141,9 @@ void FitPane::hideProgress() {
 }
 
 void FitPane::makeRows() {
+    filling = true;
     while (Gtk::Widget *child = grid.get_first_child()) grid.remove(*child);
+    filling = false;
     rows.clear();
     parametersHeading->set_visible(!document.parameters.empty());
     int line = 0;
@@ -163,7 +180,7 @@ void FitPane::fillRows() {
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const FitParameter &parameter = document.parameters[i];
         const std::string value = shortText(parameter.value);
-        if (rows[i]->value.get_text().raw() != value) rows[i]->value.set_text(value);
+        if (std::exchange(rows[i]->shownValue, value) != value) rows[i]->value.set_text(value);
         rows[i]->error.set_text(std::isnan(parameter.error)
                                     ? Glib::ustring()
                                     : Glib::ustring::sprintf("± %.2g", parameter.error));
@@ -179,12 +196,13 @@ void FitPane::sendFormula() {
 }
 
 // What is shown is shorter than the value may be: only another text is another value.
-void FitPane::sendParameter(const std::string &name, const Row &row) {
+void FitPane::sendParameter(const std::string &name, Row &row) {
     for (const FitParameter &parameter : document.parameters) {
         if (parameter.name != name) continue;
         const std::string text = row.value.get_text();
         const bool otherValue = text != shortText(parameter.value);
         if (!otherValue && row.fixed.get_active() == parameter.fixed) return;
+        row.shownValue.clear(); // what was written is shown as the document has it
         char exact[40];
         std::snprintf(exact, sizeof exact, "%.17g", parameter.value);
         wishes.setParameters(name + " = " + (otherValue ? text : exact) +

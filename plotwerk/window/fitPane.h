@@ -25,6 +25,7 @@ class FitPane final : public Gtk::Box {
   public:
     // The document must outlive it.
     FitPane(const Document &document, FitWishes wishes);
+    ~FitPane() override;
 
     // To be called when the document may have changed. What the user is writing stays.
     void refresh();
@@ -40,19 +41,20 @@ class FitPane final : public Gtk::Box {
         Gtk::Entry value;
         Gtk::Label error;
         Gtk::CheckButton fixed;
+        std::string shownValue; // as the document has it
     };
 
     void makeRows();
     void fillRows();
     void sendFormula();
-    void sendParameter(const std::string &name, const Row &row);
+    void sendParameter(const std::string &name, Row &row);
     void fit();
 
     const Document &document;
     const FitWishes wishes;
     std::optional<std::uint64_t> revision; // that is shown
     std::string shownFormula;
-    bool filling = false;
+    bool filling = false; // nothing is the user's that happens now
 
     Gtk::TextView formula;
     Gtk::Label *parametersHeading = nullptr;

@@ -21,7 +21,7 @@ static void drawPage(const Glib::RefPtr<Gtk::PrintContext> &context, const Docum
 }
 
 void printByDialog(Gtk::Window &window, const Document &document,
-                   const std::function<void(const std::string &reason)> &failed) {
+                   const sigc::slot<void(const Glib::ustring &reason)> &failed) {
     const auto operation = Gtk::PrintOperation::create();
     const auto printed = std::make_shared<const Document>(document);
     operation->set_job_name(document.name);

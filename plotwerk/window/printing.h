@@ -4,16 +4,14 @@
 
 #include "plotwerk/model/document.h"
 
-#include <functional>
 #include <gtkmm.h>
-#include <string>
 
 namespace plotwerk {
 
 // Asks where to, and prints the picture as it is now, in its own size or as large as fits, in the
 // middle of the page. Returns at once; `failed` hears later why nothing could be printed.
 void printByDialog(Gtk::Window &window, const Document &document,
-                   const std::function<void(const std::string &reason)> &failed);
+                   const sigc::slot<void(const Glib::ustring &reason)> &failed);
 
 } // namespace plotwerk
 

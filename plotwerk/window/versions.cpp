@@ -3,6 +3,7 @@
 #include "plotwerk/model/change.h"
 
 #include <cstring>
+#include <map>
 #include <utility>
 
 namespace plotwerk {
@@ -107,19 +108,37 @@ void Versions::keep(Document &document, Change change, std::size_t lines) {
     present = versions.size() - 1;
 }
 
-Versions::Version Versions::restored(const Kept &kept) const {
+// First what may fail: the document is whole until then.
+Versions::Version Versions::restored(const Kept &kept, Document &document) const {
+    std::map<const std::vector<double> *, std::vector<double> *> staying;
+    auto own = versions[present].values.begin();
+    forColumns(document, [&](Column &column) { staying.emplace((own++)->get(), &column.values); });
+
     Version version = kept.version;
-    std::size_t place = 0;
-    forColumns(version.document, [&](Column &column) { column.values = *kept.values[place++]; });
+    std::vector<std::pair<std::vector<double> *, std::vector<double> *>> moves;
+    auto values = kept.values.begin();
+    forColumns(version.document, [&](Column &column) {
+        const auto stays = staying.extract(values->get());
+        if (stays)
+            moves.emplace_back(&column.values, stays.mapped());
+        else
+            column.values = **values;
+        ++values;
+    });
+    for (const auto &[to, from] : moves) to->swap(*from);
     return version;
 }
 
-Versions::Version Versions::undo() {
-    return restored(versions[--present]);
+Versions::Version Versions::undo(Document &document) {
+    Version version = restored(versions[present - 1], document);
+    --present;
+    return version;
 }
 
-Versions::Version Versions::redo() {
-    return restored(versions[++present]);
+Versions::Version Versions::redo(Document &document) {
+    Version version = restored(versions[present + 1], document);
+    ++present;
+    return version;
 }
 
 } // namespace plotwerk

@@ -36,9 +36,11 @@ class Versions {
         std::size_t lines = 0; // of the journal
     };
 
-    // The version before the present one, or after it, which is the present one from now on.
-    Version undo();
-    Version redo();
+    // The version before the present one, or after it, which is the present one from now on. The
+    // document is as it was kept last; the columns that stay as they are leave it for the version,
+    // which it has to become.
+    Version undo(Document &document);
+    Version redo(Document &document);
 
     // The document has become the version that was given last.
     void setRestored(const Document &document) { revision = document.revision; }
@@ -52,7 +54,7 @@ class Versions {
     };
 
     Kept keptFrom(Document &document, Change change) const;
-    Version restored(const Kept &kept) const;
+    Version restored(const Kept &kept, Document &document) const;
     void noteSave(const Document &document);
 
     std::vector<Kept> versions;

@@ -37,13 +37,16 @@ void WindowedApplication::on_startup() {
     };
     g_unix_signal_add(SIGTERM, end, this);
     g_unix_signal_add(SIGINT, end, this);
-    hold(); // it ends by end alone
+    hold(); // it ends by end alone, and not with the bus
+    if (const auto connection = get_dbus_connection())
+        g_dbus_connection_set_exit_on_close(connection->gobj(), FALSE);
     addActions();
     startServer();
 }
 
 void WindowedApplication::startServer() {
     served.desktop = this;
+    served.runFit = sigc::mem_fun(*this, &WindowedApplication::runFit);
     try {
         server.emplace(served);
     } catch (const std::exception &exception) {
@@ -85,7 +88,7 @@ void WindowedApplication::on_activate() {
 
 void WindowedApplication::on_open(const type_vec_files &files, const Glib::ustring &) {
     if (!server) return;
-    if (busy) return whenFree([this, files] { on_open(files, {}); });
+    if (isBusy()) return whenFree([this, files] { on_open(files, {}); });
     std::string refused;
     for (const auto &file : files) {
         openFile(file->get_path());
@@ -103,7 +106,7 @@ static bool isUntouched(const Document &document) {
 // An untouched document makes room for the file's, which may have the same name. What stands for a
 // file that couldn't be opened isn't for the user, but the reason is.
 void WindowedApplication::openFile(const std::string &path) {
-    if (busy) return whenFree([this, path] { openFile(path); });
+    if (isBusy()) return whenFree([this, path] { openFile(path); });
     Document *before = served.front();
     const bool replaces = windows.size() == 1 && isUntouched(*before);
     const std::string aside = "Untitled, untouched";
@@ -130,7 +133,7 @@ void WindowedApplication::withDecimalSeparator(char separator, const std::functi
 }
 
 bool WindowedApplication::perform(const char *member, std::vector<Argument> arguments) {
-    if (busy || !server) return false;
+    if (isBusy() || !server) return false;
     for (const auto &[document, window] : windows) window->endStep();
     served.lastError.clear();
     server->perform({served.decimalSeparator, member, std::move(arguments)});
@@ -139,8 +142,8 @@ bool WindowedApplication::perform(const char *member, std::vector<Argument> argu
     return served.lastError.empty();
 }
 
-void WindowedApplication::restore(Document &document, const Versions::Version &version) {
-    served.restore(document, version.document, version.isSaved);
+void WindowedApplication::restore(Document &document, Versions::Version version) {
+    served.restore(document, std::move(version.document), version.isSaved);
     refresh();
 }
 
@@ -159,7 +162,12 @@ void WindowedApplication::hear(const RecordedMessage &message) {
 }
 
 DocumentWindow *WindowedApplication::frontWindow() {
-    const auto found = windows.find(served.front());
+    const Document *front = served.front();
+    return front ? windowOf(*front) : nullptr;
+}
+
+DocumentWindow *WindowedApplication::windowOf(const Document &document) {
+    const auto found = windows.find(&document);
     return found == windows.end() ? nullptr : found->second.get();
 }
 
@@ -191,8 +199,7 @@ void WindowedApplication::closing(const Document &document) {
 }
 
 void WindowedApplication::activated(const Document &document) {
-    const auto found = windows.find(&document);
-    if (found != windows.end()) found->second->present();
+    if (DocumentWindow *window = windowOf(document)) window->present();
 }
 
 bool WindowedApplication::asksToSave(const Document &document) {
@@ -226,6 +233,7 @@ std::optional<std::string> WindowedApplication::foreignText() {
 // longer than one would wonder about.
 void WindowedApplication::runFit(const Document &document, FitProgress &progress,
                                  const std::function<void()> &solve) {
+    if (endsSoon) progress.cancel();
     std::packaged_task<void()> task(solve);
     std::future<void> result = task.get_future();
     const auto isOver = [&](auto within) {
@@ -240,7 +248,7 @@ void WindowedApplication::runFit(const Document &document, FitProgress &progress
         fitted = &document;
         fitProgress = &progress;
         beginWork();
-        DocumentWindow *window = windowOf(document.name); // null while the program ends
+        DocumentWindow *window = windowOf(document); // null while the program ends
         if (window) window->beginFit();
         sigc::connection timer = Glib::signal_timeout().connect(
             [&] {
@@ -267,12 +275,11 @@ void WindowedApplication::cancelFitOf(const Document &document) {
 }
 
 void WindowedApplication::beginWork() {
-    busy = true;
-    if (bus) bus->suspend();
+    if (works++ == 0 && bus) bus->suspend();
 }
 
 void WindowedApplication::endWork() {
-    busy = false;
+    if (--works > 0) return;
     if (bus) bus->resume();
     if (putOff.empty()) return;
     Glib::signal_idle().connect_once(
@@ -284,7 +291,7 @@ void WindowedApplication::endWork() {
 }
 
 void WindowedApplication::whenFree(const std::function<void()> &work) {
-    if (!busy) return work();
+    if (!isBusy()) return work();
     putOff.push_back(work);
 }
 
@@ -295,12 +302,13 @@ void WindowedApplication::closeDocument(const Document &document) {
     ending = false;
 }
 
+// One document after the other, the one in front first, until the user keeps one open.
 void WindowedApplication::quitAfterAsking() {
-    std::vector<std::string> names;
-    for (const auto &[document, window] : windows) names.push_back(document->name);
-    if (names.empty()) return end();
-    for (const std::string &name : names)
-        if (DocumentWindow *window = windowOf(name)) window->closeAfterAsking();
+    if (ended) return;
+    DocumentWindow *window = frontWindow();
+    if (!window) return end();
+    window->closeAfterAsking(
+        [this] { Glib::signal_idle().connect_once([this] { quitAfterAsking(); }); });
 }
 
 void WindowedApplication::offerLeftDocuments() {
@@ -320,25 +328,54 @@ void WindowedApplication::offerLeftDocuments() {
     dialog->set_default_response(Gtk::ResponseType::ACCEPT);
     dialog->signal_response().connect([this](int response) {
         dialog->hide();
-        if (response == Gtk::ResponseType::ACCEPT) whenFree([this] { server->recover(); });
+        if (response != Gtk::ResponseType::ACCEPT) return;
+        // It lets the main loop run, which is not for the handler of an event.
+        Glib::signal_idle().connect_once([this] { whenFree([this] { bringBack(); }); });
     });
     dialog->show();
+}
+
+// What took long once, may take as long again.
+void WindowedApplication::bringBack() {
+    using Clock = std::chrono::steady_clock;
+    constexpr auto slice = 16ms;
+    if (ended) return;
+    if (DocumentWindow *window = frontWindow()) window->tell("Documents are brought back…");
+    beginWork();
+    auto last = Clock::now() - slice;
+    server->recover([&] {
+        if (Clock::now() < last + slice) return;
+        for (const auto end = Clock::now() + slice; Clock::now() < end;)
+            if (!g_main_context_iteration(nullptr, FALSE)) break;
+        last = Clock::now();
+    });
+    endWork();
+    const bool all = served.leftDocuments().empty();
+    for (const auto &[document, window] : windows)
+        window->tell(all ? "" : "Not all documents could be brought back: the log says why");
 }
 
 void WindowedApplication::fail(const std::string &reason) {
     log(LogLevel::error, reason);
     exitStatus = 1;
     bus.reset();
+    const bool hasDocuments = !windows.empty();
     dialog = std::make_unique<Gtk::MessageDialog>("Plotwerk can't answer messages", false,
                                                   Gtk::MessageType::ERROR, Gtk::ButtonsType::CLOSE,
                                                   true);
+    if (DocumentWindow *window = frontWindow()) dialog->set_transient_for(*window);
     dialog->set_title("Plotwerk");
-    dialog->set_secondary_text(reason);
-    dialog->signal_response().connect([this](int) { endSoon(); });
+    dialog->set_secondary_text(hasDocuments ? reason + ".\n\nThe documents stay open, to be saved."
+                                            : reason);
+    dialog->signal_response().connect([this, hasDocuments](int) {
+        dialog->hide();
+        if (!hasDocuments) endSoon();
+    });
     dialog->show();
 }
 
 void WindowedApplication::endSoon() {
+    endsSoon = true;
     cancelFit();
     whenFree([this] { end(); });
 }

@@ -42,8 +42,9 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     // Another one is in force while the work is done.
     void withDecimalSeparator(char separator, const std::function<void()> &work);
 
-    // While a message lets the main loop run, nothing else may be done to a document.
-    bool isBusy() const { return busy; }
+    // While a message lets the main loop run, nothing else may be done to a document, nor is the
+    // application asked for one: it may hold others meanwhile, which are being brought back.
+    bool isBusy() const { return works > 0; }
 
     // Has the work done as soon as that is so no more, before further messages; at once otherwise.
     void whenFree(const std::function<void()> &work);
@@ -53,7 +54,7 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     void cancelFitOf(const Document &document);
 
     // As plotwerk::Application::restore.
-    void restore(Document &document, const Versions::Version &version);
+    void restore(Document &document, Versions::Version version);
 
     // Opens it as the message does, when it is free; then the only window goes if its document was
     // a new one that nobody has touched.
@@ -76,14 +77,18 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     void copyText(const std::string &text) override;
     void copyPicture(const Document &document) override;
     std::optional<std::string> foreignText() override;
+
+    // Beside the user, who may look at everything, follow the fit and cancel it, but change no
+    // document meanwhile.
     void runFit(const Document &document, FitProgress &progress,
-                const std::function<void()> &solve) override;
+                const std::function<void()> &solve);
 
     void addActions();
     void startServer();
     void refresh();
     void hear(const RecordedMessage &message);
     void offerLeftDocuments();
+    void bringBack();
     void fail(const std::string &reason);
     void quitAfterAsking();
     void endSoon();
@@ -91,6 +96,7 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     void beginWork();
     void endWork();
     DocumentWindow *frontWindow();
+    DocumentWindow *windowOf(const Document &document);
     DocumentWindow *windowOf(const std::string &name);
 
     const bool keepsJournals;
@@ -100,8 +106,9 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     std::map<const Document *, std::unique_ptr<DocumentWindow>> windows;
     std::vector<std::unique_ptr<DocumentWindow>> retired; // until the loop is idle
     std::unique_ptr<Gtk::MessageDialog> dialog;
-    bool busy = false;   // with a message that lets the main loop run
-    bool ending = false; // the last window closes: the document that follows needs none
+    int works = 0;         // that let the main loop run; one may be part of another
+    bool ending = false;   // the last window closes: the document that follows needs none
+    bool endsSoon = false; // no fit is begun any more
     bool ended = false;
     std::vector<std::function<void()>> putOff; // until it isn't busy
     const Document *fitted = nullptr;          // by the fit that is running, if there is one

@@ -97,6 +97,29 @@ void Screen::wheel(Place at, int clicks) {
     point({"click", "--repeat", std::to_string(std::abs(clicks)), clicks > 0 ? "4" : "5"});
 }
 
+void Screen::dragAcross(Place from, Place to, const std::function<bool()> &isTaken) {
+    waitUntil("what was dragged", [&] {
+        move(from);
+        const Shot before = stillShot();
+        point({"mousedown", "1"});
+        for (const int step : {5, 10, 20}) point(motion({from.x - step, from.y - step}));
+        waitUntil("something to drag", [&] { return shot() != before; });
+        move(to);
+        stillShot();
+        point({"mouseup", "1"});
+        stillShot();
+        return isTaken();
+    });
+}
+
+// A window that goes meanwhile fails the search.
+void Screen::place(const std::string &title, Place corner) {
+    const std::vector<std::string> words{
+        "xdotool",         "search",     "--onlyvisible",          "--name",
+        '^' + title + '$', "windowmove", std::to_string(corner.x), std::to_string(corner.y)};
+    waitUntil("the window " + title, [&] { return runProgram(words).status == 0; });
+}
+
 std::vector<std::string> Screen::titles() {
     const Output ids = runProgram({"xdotool", "search", "--onlyvisible", "--name", "."});
     std::istringstream lines(ids.out);

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -46,6 +47,12 @@ class Screen {
     void click(Place at, const std::string &key = "");
     void drag(Place from, Place to, int button = 1, const std::string &key = "");
     void wheel(Place at, int clicks); // up where positive
+
+    // From one program's window to another's, which have to find each other: again until `isTaken`.
+    void dragAcross(Place from, Place to, const std::function<bool()> &isTaken);
+
+    // Where a window of that title gets its upper left corner.
+    void place(const std::string &title, Place corner);
 
     // The titles of the windows that are shown.
     std::vector<std::string> titles();

@@ -22,6 +22,15 @@ struct Edited {
     void keep(Versions::Change kind, std::size_t lines = 0) {
         versions.keep(document, kind, lines);
     }
+    Versions::Version undo() { return become(versions.undo(document)); }
+    Versions::Version redo() { return become(versions.redo(document)); }
+    // Its document is the one that is edited.
+    Versions::Version become(Versions::Version version) {
+        version.document.revision = document.revision + 1;
+        document = std::move(version.document);
+        versions.setRestored(document);
+        return version;
+    }
     void setX(double max) {
         change(document, [&](Document &changed) { setRange(changed, xAxis, 0, max); });
     }
@@ -42,16 +51,17 @@ TEST(Versions, AreUndoneAndRedoneToTheSameBytes) {
         steps.push_back(bytesOf(edited.document));
     }
     for (std::size_t i = 120; i-- > 0;) {
-        const auto version = edited.versions.undo();
-        ASSERT_EQ(bytesOf(version.document), steps[i]) << i;
-        ASSERT_EQ(version.lines, i);
+        ASSERT_EQ(edited.undo().lines, i);
+        ASSERT_EQ(bytesOf(edited.document), steps[i]) << i;
     }
     EXPECT_FALSE(edited.versions.canUndo());
-    for (std::size_t i = 1; i <= 120; ++i)
-        ASSERT_EQ(bytesOf(edited.versions.redo().document), steps[i]) << i;
+    for (std::size_t i = 1; i <= 120; ++i) {
+        edited.redo();
+        ASSERT_EQ(bytesOf(edited.document), steps[i]) << i;
+    }
     EXPECT_FALSE(edited.versions.canRedo());
 
-    edited.versions.undo();
+    edited.undo();
     edited.setFirstValue(-1);
     edited.keep(Versions::Change::ofData);
     EXPECT_FALSE(edited.versions.canRedo()) << "another way was taken";
@@ -64,15 +74,18 @@ TEST(Versions, HaveOneStepForSettingsInARowAndNoneForTheSelection) {
         edited.setX(max);
         edited.keep(Versions::Change::ofSetting);
     }
-    EXPECT_EQ(bytesOf(edited.versions.undo().document), first);
-    edited.versions.redo();
+    edited.undo();
+    EXPECT_EQ(bytesOf(edited.document), first);
+    edited.redo();
     edited.setFirstValue(3);
     edited.keep(Versions::Change::ofData);
     change(edited.document, [](Document &document) { document.markWalk = 1; });
     edited.keep(Versions::Change::ofView);
     edited.keep(Versions::Change::ofData); // of the same revision
-    EXPECT_EQ(edited.versions.undo().document.axes[xAxis].range.max, 7);
-    EXPECT_EQ(bytesOf(edited.versions.undo().document), first);
+    edited.undo();
+    EXPECT_EQ(edited.document.axes[xAxis].range.max, 7);
+    edited.undo();
+    EXPECT_EQ(bytesOf(edited.document), first);
     EXPECT_FALSE(edited.versions.canUndo());
 }
 
@@ -84,8 +97,8 @@ TEST(Versions, KnowWhichOfThemIsSaved) {
     edited.keep(Versions::Change::ofData);
     edited.setX(6);
     edited.keep(Versions::Change::ofData);
-    EXPECT_TRUE(edited.versions.undo().isSaved);
-    EXPECT_FALSE(edited.versions.undo().isSaved) << "another is in the file by now";
+    EXPECT_TRUE(edited.undo().isSaved);
+    EXPECT_FALSE(edited.undo().isSaved) << "another is in the file by now";
 }
 
 TEST(Versions, TellLooksFromData) {
@@ -98,7 +111,25 @@ TEST(Versions, TellLooksFromData) {
     edited.keep(Versions::Change::ofData);
     change(edited.document, [](Document &changed) { changed.sources.pop_back(); });
     edited.keep(Versions::Change::ofLook);
-    edited.versions.undo();
-    EXPECT_EQ(bytesOf(edited.versions.undo().document), titled);
-    EXPECT_EQ(bytesOf(edited.versions.undo().document), before);
+    edited.undo();
+    edited.undo();
+    EXPECT_EQ(bytesOf(edited.document), titled);
+    edited.undo();
+    EXPECT_EQ(bytesOf(edited.document), before);
+}
+
+TEST(Versions, LeaveColumnsWhereTheyAre) {
+    Edited edited;
+    const auto place = [&] { return edited.document.sources[0].tables[0].y[0].values.data(); };
+    const double *const before = place();
+    change(edited.document, [](Document &changed) { changed.title = "another"; });
+    edited.keep(Versions::Change::ofLook);
+    edited.undo();
+    EXPECT_EQ(place(), before);
+    edited.redo();
+    EXPECT_EQ(place(), before);
+    edited.setFirstValue(7);
+    edited.keep(Versions::Change::ofData);
+    edited.undo();
+    EXPECT_NE(place(), before) << "the values before were kept";
 }

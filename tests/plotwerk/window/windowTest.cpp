@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <optional>
+#include <regex>
 
 namespace {
 
@@ -145,6 +146,52 @@ TEST_F(WindowTest, ClosingAsksToSave) {
     bus.waitForNoOwner(busName);
     EXPECT_NE(bytesOf(pathOf("line.plotwerk")), before);
     EXPECT_EQ(program->finish().status, 0) << "it ends with its last window";
+}
+
+TEST_F(WindowTest, QuittingAsksAboutOneDocumentAfterTheOtherUntilOneIsKept) {
+    startWithLine();
+    plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
+    plotwerk->newDocumentWithName_("other");
+    plotwerk->setXRangeOf_xmin_xmax_("other", 0, 5);
+    screen.frame();
+    const auto windows = [&](std::size_t count) {
+        waitUntil(std::to_string(count) + " windows",
+                  [&] { return screen.titles().size() == count; });
+        screen.stillShot();
+    };
+    windows(2);
+    screen.type("ctrl+q");
+    windows(3);
+    screen.type("alt+d");
+    waitUntil("the next question", [&] {
+        const auto titles = screen.titles();
+        return titles.size() == 2 && std::count(titles.begin(), titles.end(), "• other") == 0;
+    });
+    screen.stillShot();
+    screen.type("Escape");
+    windows(1);
+    screen.type("ctrl+q");
+    windows(2);
+    screen.type("alt+d");
+    bus.waitForNoOwner(busName);
+    EXPECT_EQ(program->finish().status, 0);
+}
+
+TEST_F(WindowTest, OutlivesTheBus) {
+    startWithLine();
+    plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
+    screen.frame();
+    const std::string before = bytesOf(pathOf("line.plotwerk"));
+    bus.stop();
+    waitUntil("the news", [&] { return screen.titles().size() == 2; });
+    screen.stillShot();
+    screen.type("Escape");
+    waitUntil("the document", [&] { return screen.titles() == std::vector{"• " + name}; });
+    screen.type("ctrl+s");
+    waitUntil("a saved document", [&] { return screen.titles() == std::vector{name}; });
+    EXPECT_NE(bytesOf(pathOf("line.plotwerk")), before);
+    screen.type("ctrl+w");
+    EXPECT_EQ(program->finish().status, 1) << "it could not answer messages to its end";
 }
 
 TEST_F(WindowTest, AnUntouchedDocumentMakesRoomForTheFileThatTheUserOpens) {
@@ -437,23 +484,88 @@ TEST_F(WindowTest, ClosingAndEndingCancelAFit) {
     EXPECT_EQ(fit->finish().out, "fit ERROR 0 nan nan\n");
 }
 
+TEST_F(WindowTest, WhatIsWrittenInTheFitPaneStaysWhileMessagesCome) {
+    startWithLine();
+    plotwerk->setFormulaOf_formulaText_(name, "a*x");
+    screen.frame();
+    screen.type("F7");
+    screen.stillShot();
+    screen.click({800, 180}); // the value of a
+    screen.type("ctrl+a");
+    for (const char *key : {"2", "4"}) screen.type(key);
+    plotwerk->setYRangeOf_ymin_ymax_(name, 0, 300);
+    screen.stillShot();
+    for (const char *key : {"7", "Return"}) screen.type(key);
+    waitUntil("the value", [&] { return plotwerk->getVarOf_varName_(name, "a") == "247"; });
+    plotwerk->setFormulaOf_formulaText_(name, "b*x + c"); // the entry that has the focus goes
+    screen.stillShot();
+    EXPECT_EQ(plotwerk->formulaParameterListOf_(name), "b = 1\nc = 1");
+    stop();
+}
+
 TEST_F(WindowTest, CurvesAreHiddenAndShownInTheList) {
     startWithLine();
     screen.frame();
-    const Shot before = screen.stillShot();
     const Place check{180, 84}; // of the first row below the source's
-    const auto hasLine = [&] { return !holds(contentsOf(name), "\"line\":false"); };
-    const auto hasSymbols = [&] { return holds(contentsOf(name), "\"symbols\":true"); };
+    const auto is = [&](const char *setting) { return holds(contentsOf(name), setting); };
     screen.click(check);
-    waitUntil("a hidden curve", [&] { return !hasLine(); });
+    waitUntil("a hidden curve", [&] { return is("\"line\":false"); });
     screen.click(check);
-    waitUntil("the curve as it was", hasLine);
-    screen.type("ctrl+b");
-    waitUntil("symbols", hasSymbols);
+    waitUntil("the curve as it was", [&] { return !is("\"line\":false"); });
+}
+
+TEST_F(WindowTest, CurvesHiddenTogetherAreShownEachAsItWasByOneStep) {
+    startWithLine();
+    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(
+        "x a b c\n0 1 2 3\n9 4 5 6\n", name, "More", true, false);
+    const auto select = [&](int curve, bool append) {
+        plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_(name, curve, curve, append);
+    };
+    const auto setParts = [&](int curve, int isLine, int isFilled, int hasSymbols) {
+        select(curve, false);
+        plotwerk
+            ->setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_(
+                name, isLine, 2, 2, 2, 2, isFilled, 2, 2, 2, hasSymbols);
+    };
+    setParts(1, 0, 0, 1);
+    setParts(2, 1, 1, 0);
+    for (const int curve : {2, 0, 1}) select(curve, curve != 2);
+    screen.frame();
+    const std::string before = contentsOf(name);
     screen.type("ctrl+h");
-    waitUntil("a hidden selection", [&] { return !hasLine() && !hasSymbols(); });
+    waitUntil("hidden curves", [&] { return contentsOf(name) != before; });
+    screen.stillShot();
+    const std::string hidden = contentsOf(name);
     screen.type("ctrl+j");
-    waitUntil("all shown", [&] { return hasLine() && hasSymbols(); });
+    const auto parts = [&] { // apart from the layers: shown curves come to the front
+        return std::regex_replace(contentsOf(name), std::regex("\"layer\":[0-9]+,?"), "");
+    };
+    const std::string want = std::regex_replace(before, std::regex("\"layer\":[0-9]+,?"), "");
+    waitUntil("each as it was", [&] { return parts() == want; });
+    screen.type("ctrl+z");
+    waitUntil("hidden again, by one step", [&] { return contentsOf(name) == hidden; });
+}
+
+TEST_F(WindowTest, DroppedDataAreReadInAndDroppedDocumentsOpened) {
+    startWithLine();
+    const std::string data = file("decimal commas.txt", "x;y\n0,5;1,5\n2,5;3,5\n");
+    const std::string document = pathOf("other.plotwerk");
+    plotwerk->newDocumentWithName_("other");
+    plotwerk->saveDocument_as_binary_("other", document, false);
+    plotwerk->closeDocument_askForSave_("other", false);
+    ChildProcess source({DRAG_SOURCE, document, data});
+    const Place corner{1100, 750};
+    screen.place("drag source", corner);
+    const Place target = screen.frame().at(0.5, 0.5);
+    screen.dragAcross({corner.x + 50, corner.y + 50}, target, [&] {
+        return plotwerk->indexOfCurveNameOf_source_table_column_(name, "decimal commas.txt", 1,
+                                                                 "y") == 1 &&
+               plotwerk->documentNameOfFrontWindow() == "other";
+    });
+    EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_(name, 1, 1), 3.5);
+    EXPECT_EQ(lastError(), "");
+    source.sendSignal(SIGTERM);
+    source.finish();
 }
 
 TEST_F(WindowTest, PrintsToAFile) {
@@ -486,9 +598,24 @@ TEST_F(WindowTest, UndoesWhatMessagesDidToTheSameBytes) {
     stop();
 }
 
+// Its fits are done again, and the windows live meanwhile.
 TEST_F(WindowTest, OffersWhatAKilledOneHadNotSaved) {
     start();
-    plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
+    std::string data = "x y\n";
+    for (int i = 0; i < 50'000; ++i) {
+        const double x = 2e-3 * i;
+        const double y = std::exp(-x / 50) * std::cos(x) + 0.01 * (i % 7);
+        data += std::to_string(x) + ' ' + std::to_string(y) + '\n';
+    }
+    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(data, name, "Data",
+                                                                              true, false);
+    std::string formula = "a*exp(-b*x)*cos(c*x) + d";
+    for (int i = 0; i < 10; ++i) formula += " + 1e-12*sin(a*x + " + std::to_string(i) + ')';
+    plotwerk->setFormulaOf_formulaText_(name, formula);
+    for (int i = 0; i < 3; ++i) {
+        plotwerk->readFormulaParameterOf_parameterList_(name, "a=2, b=0.021, c=1.0001, d=0.1");
+        EXPECT_EQ(std::get<0>(plotwerk->startFitOf_iterations_lambda_chiq_(name)), 0);
+    }
     const std::string made = contentsOf(name);
     program->sendSignal(SIGKILL);
     program->finish();
@@ -496,8 +623,20 @@ TEST_F(WindowTest, OffersWhatAKilledOneHadNotSaved) {
     waitUntil("the question", [&] { return screen.titles().size() == 2; });
     screen.stillShot();
     screen.type("Return");
+    Shot last = screen.shot();
+    int changes = 0;
     waitUntil("two documents", [&] {
-        return screen.titles().size() == 2 && plotwerk->documentNameOfFrontWindow() != name;
+        screen.move({300 + 40 * (changes % 5), 300});
+        Shot next = screen.shot();
+        if (std::exchange(last, std::move(next)) != last) ++changes;
+        for (const std::string &title : screen.titles())
+            if (title.starts_with("• ")) return true;
+        return false;
     });
+    EXPECT_GE(changes, 3) << "the read-out followed the mouse";
+    const std::string other = plotwerk->documentNameOfFrontWindow(); // there is an "Untitled"
+    std::string back = contentsOf(other);
+    back.replace(back.find(other), other.size(), name);
+    EXPECT_TRUE(back == made);
     stop();
 }

@@ -1,0 +1,43 @@
+#include "plotwerk/window/hiddenCurves.h"
+
+#include "plotwerk/model/curves.h"
+
+#include <algorithm>
+
+namespace plotwerk {
+
+static DrawnParts partsOf(const CurveLook &look) {
+    return {look.line, look.yError, look.xError, look.filled, look.marker, look.symbols};
+}
+
+bool isSeen(const CurveLook &look) {
+    return look.visible && partsOf(look) != DrawnParts{};
+}
+
+HiddenCurves::Place HiddenCurves::placeOf(const Document &document, const CurveRef &curve) {
+    return {document.sources[static_cast<std::size_t>(curve.source)].name, curve.table,
+            columnOf(document, curve).name};
+}
+
+void HiddenCurves::keepSelected(const Document &document) {
+    for (const CurveRef &curve : selectedCurves(document)) {
+        const CurveLook &look = columnOf(document, curve).look;
+        if (isSeen(look)) kept[placeOf(document, curve)] = partsOf(look);
+    }
+}
+
+std::vector<HiddenCurves::Group> HiddenCurves::selected(const Document &document) const {
+    std::vector<Group> groups;
+    for (const CurveRef &curve : selectedCurves(document)) {
+        if (partsOf(columnOf(document, curve).look) != DrawnParts{}) continue;
+        const auto found = kept.find(placeOf(document, curve));
+        const DrawnParts parts = found == kept.end() ? DrawnParts{.line = true} : found->second;
+        const auto isSame = [&](const Group &group) { return group.parts == parts; };
+        auto group = std::find_if(groups.begin(), groups.end(), isSame);
+        if (group == groups.end()) group = groups.insert(group, {parts, {}});
+        group->curves.push_back(curve.index);
+    }
+    return groups;
+}
+
+} // namespace plotwerk
