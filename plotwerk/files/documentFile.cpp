@@ -78,7 +78,7 @@ static std::string textOf(const Version &version) {
 Document documentOf(std::string bytes) {
     const bool binary = bytes.starts_with(cborMark);
     Tree tree = binary ? treeOfCbor(bytes) : treeOfJson(bytes);
-    bytes = std::string(); // the tree holds it all now
+    std::string().swap(bytes); // the tree holds it all now
 
     if (!tree.is_object() || tree.value("format", Tree()) != formatName) {
         throw Refusal("not a document of Plotwerk");

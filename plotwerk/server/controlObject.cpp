@@ -2,8 +2,6 @@
 
 #include "protocol/PlotwerkControlNames.h"
 
-#include <new>
-
 namespace plotwerk {
 
 std::string_view ControlObject::selector() const {
@@ -28,10 +26,8 @@ void ControlObject::tellListener() const noexcept {
 static std::string reasonOfCurrentException() {
     try {
         throw;
-    } catch (const std::bad_alloc &) {
-        return "not enough memory";
     } catch (const std::exception &exception) {
-        return exception.what();
+        return reasonOf(exception);
     } catch (...) {
         return "unknown";
     }

@@ -143,6 +143,66 @@ TEST_F(RecoveryTest, BringsBackWhatNoFileHolds) {
     stop();
 }
 
+// By the limits of a start, or its memory, none is brought back in part, and none is lost.
+TEST_F(RecoveryTest, KeepsWhatCannotBeBroughtBackNow) {
+    start();
+    plotwerk->newDocumentWithName_("small");
+    plotwerk->setXRangeOf_xmin_xmax_("small", 1, 2);
+    plotwerk->newDocumentWithName_("large"); // 10.4 MB made by a message
+    plotwerk->createCurveAtSelectionOf_minx_maxx_incx_miny_incy_("large", 1, 650'000, 1, 0, 1);
+    plotwerk->duplicateAsPlottedOf_("large"); // written as it is
+    plotwerk->actify_("small");
+    const std::vector<std::string> names{"small", "large", "large copy"};
+    std::vector<std::string> contents;
+    for (const std::string &name : names) contents.push_back(contentsOf(name));
+
+    const struct {
+        std::vector<std::string> arguments;
+        std::vector<std::string> told;
+    } starts[] = {{{"--recover", "--limit=memory=10"},
+                   {"can't bring back \"large\" as it was on ",
+                    ": can't be repeated: would take too much memory (limit memory) (\"large\")\n",
+                    "info: brought back \"large copy\""}},
+                  {{"--recover", "--limit=documents=10"},
+                   {"can't bring back \"large\" as it was on ",
+                    "can't bring back \"large copy\" as it was on ",
+                    ": the open documents would take too much memory (limit documents)\n"}}};
+    for (const auto &each : starts) {
+        die(SIGKILL, each.arguments);
+        EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "small");
+        EXPECT_EQ(contentsOf("small"), contents[0]);
+        EXPECT_EQ(journals(), 3U);
+        const std::string log = die(SIGTERM, {});
+        for (const std::string &line : each.told) EXPECT_TRUE(holds(log, line));
+    }
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
+    rlimit unlimited{};
+    getrlimit(RLIMIT_AS, &unlimited);
+    const rlim_t reserve = rlim_t{320} << 20;
+    const rlim_t least = std::stoul(program->procStatus("VmSize")) * 1024 - reserve;
+    int refused = 0;
+    for (const int room : {4, 20, 36, 60}) {
+        const rlimit limit{least + (static_cast<rlim_t>(room) << 20), unlimited.rlim_max};
+        setrlimit(RLIMIT_AS, &limit); // inherited
+        die(SIGKILL, {"--recover"});
+        setrlimit(RLIMIT_AS, &unlimited);
+        EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "small") << room;
+        EXPECT_EQ(journals(), 3U) << room;
+        const std::string log = die(SIGTERM, {});
+        const std::regex line(
+            "brought back \"large|can't bring back \"large.*: not enough memory\n");
+        EXPECT_EQ(std::distance(std::sregex_iterator(log.begin(), log.end(), line), {}), 2) << log;
+        refused += holds(log, "not enough memory");
+    }
+    EXPECT_GT(refused, 0);
+    EXPECT_LT(refused, 4);
+#endif
+    die(SIGKILL, {"--recover"});
+    for (std::size_t i = 0; i < names.size(); ++i)
+        EXPECT_TRUE(contentsOf(names[i]) == contents[i]) << names[i];
+    stop();
+}
+
 TEST_F(RecoveryTest, CountsWhatIsTooMuchToName) {
     start();
     for (int i = 0; i < 12; ++i) {
