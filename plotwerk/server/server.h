@@ -39,7 +39,8 @@ class Server {
     bool processPending();
 
   private:
-    void readMessages();
+    bool readMessage();
+    bool readMessages();
 
     Application &application;
     std::unique_ptr<sdbus::IConnection> bus;

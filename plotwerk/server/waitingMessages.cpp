@@ -6,9 +6,16 @@ namespace plotwerk {
 
 void WaitingMessages::add(const std::string &client, std::size_t bytes,
                           std::function<void()> answer) {
+    // what may throw comes first
+    std::list<Message> message;
+    message.push_back({bytes, std::move(answer)});
+    std::list<Clients::iterator> turn(1);
     const auto [messages, isFirst] = clients.try_emplace(client);
-    if (isFirst) turns.push_back(messages);
-    messages->second.push_back({bytes, std::move(answer)});
+    if (isFirst) {
+        turn.front() = messages;
+        turns.splice(turns.end(), turn);
+    }
+    messages->second.splice(messages->second.end(), message);
     bytesOfAll += bytes;
 }
 

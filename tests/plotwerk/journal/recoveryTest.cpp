@@ -362,7 +362,7 @@ TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
 }
 
 // Of the address space that it has left, and how many sizes: PLOTWERK_SIZES. A sanitizer ends the
-// process where an allocation fails.
+// process where an allocation fails. Messages come alone, and in groups that wait to be answered.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
 TEST_F(RecoveryTest, KeepsWhatItAnswersAndLivesWithAnyMemory) {
     const char *wanted = std::getenv("PLOTWERK_SIZES");
@@ -371,6 +371,14 @@ TEST_F(RecoveryTest, KeepsWhatItAnswersAndLivesWithAnyMemory) {
     const std::vector<Method> methods = methodsOf(*connection);
     Random random(static_cast<unsigned>(sizes));
     int refused = 0;
+    std::string large = "x a\n";
+    for (int i = 0; i < 100'000; ++i) large += std::to_string(i) + " 1.25\n";
+    const std::vector<Message> largeOnes{
+        {"replaceDataformText_of_source_doRangeOverAll_", {large, "doc", "Large", false}},
+        {"selectCurvesOf_sourceName_table_column_appendSelection_",
+         {"doc", "Large", 1, "a", false}},
+        {"dataOfSelectedCurvesOf_", {"doc"}},
+        {"selectCurvesOf_indexFirst_indexLast_appendSelection_", {"doc", 0, 0, false}}};
     for (int i = 0; i < sizes; ++i) {
         SCOPED_TRACE(i);
         documents();
@@ -379,21 +387,65 @@ TEST_F(RecoveryTest, KeepsWhatItAnswersAndLivesWithAnyMemory) {
             ASSERT_EQ(prlimit(program->pid(), RLIMIT_AS, &limit, nullptr), 0);
         };
         std::vector<Message> done;
-        const auto sendMessage = [&](const Message &message) {
-            ASSERT_NO_THROW(send(*control, message.method, message.values)) << message.method;
-            const std::string error = lastError();
-            if (error.empty() || hasSelectedNone(error)) done.push_back(message);
-            refused += error.find("memory") != std::string::npos;
+        const auto sendTogether = [&](const std::vector<Message> &group) {
+            struct Outcome {
+                bool answered = false;
+                std::string error = "not answered";
+            };
+            std::vector<Outcome> outcomes(group.size());
+            size_t answers = 0;
+            const std::string noMemory = "org.freedesktop.DBus.Error.NoMemory";
+            std::string id;
+            program->sendSignal(SIGSTOP);
+            for (size_t k = 0; k < group.size(); ++k) {
+                sendAhead(*control, group[k].method, group[k].values,
+                          [&, k](sdbus::MethodReply &, const sdbus::Error *error) {
+                              ++answers;
+                              outcomes[k].answered = !error;
+                              const std::string name = error ? error->getName() : noMemory;
+                              EXPECT_EQ(name, noMemory);
+                          });
+                sendAhead(*control, "getVarOf_varName_", {"", "lastError"},
+                          [&, k](sdbus::MethodReply &reply, const sdbus::Error *error) {
+                              ++answers;
+                              if (error)
+                                  ADD_FAILURE() << error->getMessage();
+                              else
+                                  reply >> outcomes[k].error;
+                          });
+            }
+            sdbus::createProxy(*connection, "org.freedesktop.DBus", "/org/freedesktop/DBus")
+                ->callMethod("GetId")
+                .onInterface("org.freedesktop.DBus")
+                .storeResultsTo(id);
+            program->sendSignal(SIGCONT);
+            waitUntil("all answers", [&] {
+                while (connection->processPendingRequest()) {
+                }
+                return answers == 2 * group.size();
+            });
+            for (size_t k = 0; k < group.size(); ++k) {
+                const auto &[answered, error] = outcomes[k];
+                if (answered && (error.empty() || hasSelectedNone(error))) done.push_back(group[k]);
+                refused += !answered || error.find("memory") != std::string::npos;
+            }
         };
-        for (const Message &message : beginning) sendMessage(message);
+        for (const Message &message : beginning) sendTogether({message});
         const rlim_t has = std::stoul(program->procStatus("VmSize")) * 1024;
-        limitTo(has + (rlim_t{16} << 10) * static_cast<rlim_t>(i * i));
+        // half of the times little more than what the longest message takes to come in, and of the
+        // room that is set aside for it nothing
+        const rlim_t least = i % 2 == 0 ? has : has - (rlim_t{320 - 6} << 20);
+        limitTo(least + (rlim_t{16} << 10) * static_cast<rlim_t>(i * i));
         Messages messages(methods, random);
+        std::vector<Message> group;
         for (int count = 0; count < 150 && !HasFatalFailure();) {
-            const auto message = messages.next();
+            auto message = messages.next();
             if (!message) continue;
-            sendMessage(*message);
             ++count;
+            group.push_back(std::move(*message));
+            if (count % 50 == 0) group.insert(group.end(), largeOnes.begin(), largeOnes.end());
+            if (group.size() < 1 + random.below(30)) continue;
+            sendTogether(std::exchange(group, {}));
         }
         if (HasFatalFailure()) FAIL() << program->finish().err;
         limitTo(RLIM_INFINITY);
