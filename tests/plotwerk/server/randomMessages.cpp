@@ -102,3 +102,11 @@ void sendAhead(sdbus::IProxy &control, const std::string &method, const Values &
                sdbus::async_reply_handler answered) {
     control.callMethod(callOf(control, method, values), std::move(answered), deadline);
 }
+
+void waitForBus(sdbus::IConnection &bus) {
+    std::string id;
+    sdbus::createProxy(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus")
+        ->callMethod("GetId")
+        .onInterface("org.freedesktop.DBus")
+        .storeResultsTo(id);
+}

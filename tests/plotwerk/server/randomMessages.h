@@ -39,4 +39,7 @@ void send(sdbus::IProxy &control, const std::string &method, const Values &value
 void sendAhead(sdbus::IProxy &control, const std::string &method, const Values &values,
                sdbus::async_reply_handler answered);
 
+// Until it has passed on all that was sent.
+void waitForBus(sdbus::IConnection &bus);
+
 #endif
