@@ -61,8 +61,9 @@ class BusObject final : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkC
                 }
                 give(reply, *result);
             } catch (const sdbus::Error &error) {
-                // a short answer can wait for memory, a long one might for ever
-                if (result && lengthOf(*result) < 1000 && isNoMemory(error)) throw;
+                // what has changed something has a short answer, which can wait for memory
+                constexpr std::size_t longAnswer = 1 << 16;
+                if (result && lengthOf(*result) < longAnswer && isNoMemory(error)) throw;
                 reply.returnError(error);
             }
         }
