@@ -37,8 +37,8 @@ void ControlObject::refuse() noexcept {
     try {
         application.lastError = oneLine(reasonOfCurrentException());
         log(LogLevel::warning, application.lastError + " [" + std::string(selector()) + ']');
-    } catch (...) { // no memory for the line either: the neutral answer still goes out
-        application.lastError.clear();
+    } catch (...) { // no memory for the line either, but for a text as short as this
+        application.lastError = "no memory";
     }
 }
 
