@@ -101,7 +101,7 @@ static void openFiles(Application &application, char **files, int count) {
         try {
             application.open(files[i], false);
         } catch (const std::exception &error) {
-            log(LogLevel::error, error.what());
+            log(LogLevel::error, reasonOf(error));
         }
     }
     if (!application.front()) application.add({});
@@ -138,7 +138,7 @@ int main(int argc, char **argv) {
         openFiles(application, argv + optind, argc - optind);
         runUntilSignal(server);
     } catch (const std::exception &error) {
-        log(LogLevel::error, error.what());
+        log(LogLevel::error, reasonOf(error));
         status = 1;
     }
     application.leave();

@@ -119,7 +119,8 @@ class Application {
 
     // Brings back the documents of the journals that nobody uses, each in front of the one before,
     // as they were when their process ended, and logs them. `repeat` does a message of a journal
-    // again. What can't be brought back is logged, and its journal stays.
+    // again, within the limits of messages. What can't be brought back is logged, and its journal
+    // stays.
     using Repeat = std::function<void(std::string_view message)>;
     void recover(const Repeat &repeat);
 
@@ -177,6 +178,7 @@ class Application {
     double bytesHeld();
 
     Document broughtBack(LeftJournal &journal, const Repeat &repeat);
+    void recoverFrom(LeftJournal &journal, const Repeat &repeat);
 
     // The document in the file, or the one that stands for it, comes to the front.
     void takeIn(const std::filesystem::path &file);

@@ -2,6 +2,7 @@
 #include "plotwerk/application/application.h"
 #include "plotwerk/base/bounds.h"
 #include "plotwerk/base/log.h"
+#include "plotwerk/base/memoryReserve.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/stateDirectory.h"
 #include "plotwerk/model/change.h"
@@ -26,6 +27,14 @@ void Application::keepJournals() {
     }
 }
 
+// There may be no memory left for the line.
+template<class Line> static void tell(LogLevel level, Line line) noexcept {
+    try {
+        log(level, line());
+    } catch (const std::exception &) { // the journals tell what there is, too
+    }
+}
+
 // Those in the directory that nobody uses, the one whose document was in front last at the end.
 static std::vector<LeftJournal> leftJournals(const fs::path &directory) {
     std::vector<LeftJournal> left;
@@ -33,7 +42,9 @@ static std::vector<LeftJournal> leftJournals(const fs::path &directory) {
         try {
             if (auto journal = LeftJournal::lock(path)) left.push_back(std::move(*journal));
         } catch (const std::exception &exception) {
-            log(LogLevel::error, std::string("can't bring back a document: ") + exception.what());
+            tell(LogLevel::error, [&] {
+                return std::string("can't bring back a document: ") + reasonOf(exception);
+            });
         }
     }
     const auto byStamp = [](const LeftJournal &a, const LeftJournal &b) {
@@ -86,7 +97,10 @@ Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat) {
         lastError.clear();
     };
     try {
-        documents.push_back(std::make_unique<OpenDocument>(OpenDocument{journal.document()}));
+        {
+            const WithMemoryOfDocuments asBefore;
+            documents.push_back(std::make_unique<OpenDocument>(OpenDocument{journal.document()}));
+        }
         while (const auto message = journal.nextMessage()) {
             lastError.clear();
             repeat(*message);
@@ -101,20 +115,28 @@ Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat) {
     }
 }
 
+// None of this may take the memory that is set aside for messages.
+void Application::recoverFrom(LeftJournal &journal, const Repeat &repeat) {
+    const WithoutReserve withoutReserve;
+    Document document = broughtBack(journal, repeat);
+    const WithMemoryOfDocuments asBefore;
+    Document &added = add(std::move(document));
+    documents.back()->journal->write(added, journal.path);
+}
+
 void Application::recover(const Repeat &repeat) {
     if (journals.empty()) return;
-    const WithoutBounds unbounded;
     for (LeftJournal &journal : leftJournals(journals)) {
         bool attempted = false;
         try {
             journal.beginAttempt();
             attempted = true;
-            Document &document = add(broughtBack(journal, repeat));
-            documents.back()->journal->write(document, journal.path);
-            log(LogLevel::info, "brought back " + descriptionOf(journal));
+            recoverFrom(journal, repeat);
+            tell(LogLevel::info, [&] { return "brought back " + descriptionOf(journal); });
         } catch (const std::exception &exception) {
-            log(LogLevel::error,
-                "can't bring back " + descriptionOf(journal) + ": " + exception.what());
+            tell(LogLevel::error, [&] {
+                return "can't bring back " + descriptionOf(journal) + ": " + reasonOf(exception);
+            });
         }
         if (attempted) journal.endAttempt();
     }

@@ -2,6 +2,7 @@
 
 #include "plotwerk/base/refusal.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <utility>
@@ -25,7 +26,7 @@ std::array<Bound, boundCount> table = {{
 constexpr double megabyte = 1e6;
 
 std::function<double()> bytesHeld;
-bool unbounded = false;
+bool asDocuments = false; // memory is that of all open documents
 
 } // namespace
 
@@ -67,11 +68,11 @@ double mostUnread() {
     return table[unread].value * megabyte;
 }
 
-WithoutBounds::WithoutBounds() : before(std::exchange(unbounded, true)) {
+WithMemoryOfDocuments::WithMemoryOfDocuments() : before(std::exchange(asDocuments, true)) {
 }
 
-WithoutBounds::~WithoutBounds() {
-    unbounded = before;
+WithMemoryOfDocuments::~WithMemoryOfDocuments() {
+    asDocuments = before;
 }
 
 void setBytesHeld(std::function<double()> count) {
@@ -79,18 +80,18 @@ void setBytesHeld(std::function<double()> count) {
 }
 
 void requireTime(double nanoseconds) {
-    if (!unbounded && !(nanoseconds <= mostSeconds() * 1e9))
-        throw Refusal("would take too long (limit seconds)");
+    if (!(nanoseconds <= mostSeconds() * 1e9)) throw Refusal("would take too long (limit seconds)");
 }
 
 void requireMemory(double bytes) {
-    if (!unbounded && !(bytes <= mostMemory()))
+    const double ofDocuments = asDocuments ? table[documents].value * megabyte : 0;
+    if (!(bytes <= std::max(mostMemory(), ofDocuments)))
         throw Refusal("would take too much memory (limit memory)");
 }
 
 void requireRoom(double bytes) {
     requireMemory(bytes);
-    if (unbounded || !bytesHeld) return;
+    if (!bytesHeld) return;
     if (!(bytesHeld() + bytes <= table[documents].value * megabyte))
         throw Refusal("the open documents would take too much memory (limit documents)");
 }

@@ -56,14 +56,14 @@ void requireRoom(double bytes);
 // Has the function tell, from here on, how many bytes the open documents hold; none: nothing.
 void setBytesHeld(std::function<double()> count);
 
-// While it lives nothing is refused by what is above: for work that was within bounds when it was
-// first done.
-class WithoutBounds {
+// While it lives requireMemory allows what all open documents may hold where that is more than one
+// message may take: a document that is brought back had been made by many.
+class WithMemoryOfDocuments {
   public:
-    WithoutBounds();
-    ~WithoutBounds();
-    WithoutBounds(const WithoutBounds &) = delete;
-    WithoutBounds &operator=(const WithoutBounds &) = delete;
+    WithMemoryOfDocuments();
+    ~WithMemoryOfDocuments();
+    WithMemoryOfDocuments(const WithMemoryOfDocuments &) = delete;
+    WithMemoryOfDocuments &operator=(const WithMemoryOfDocuments &) = delete;
 
   private:
     bool before;

@@ -11,6 +11,12 @@ constexpr bool isControl(std::uint32_t code) {
     return code < 0x20 || (code >= 0x7f && code < 0xa0) || code == 0x2028 || code == 0x2029;
 }
 
+// One that turns the direction of all that is shown behind it until another ends that: of what
+// others print, too.
+constexpr bool turnsDirection(std::uint32_t code) {
+    return (code >= 0x202a && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069);
+}
+
 // One that can't be seen but joins, parts or turns round what is near it. Names in many scripts
 // have them by right.
 constexpr bool isFormat(std::uint32_t code) {

@@ -21,6 +21,19 @@ bool giveReserveUp() noexcept;
 // Gives the reserve up when `bytes` could not be allocated without it.
 void makeRoomFor(std::size_t bytes) noexcept;
 
+// While it lives, an operator new that finds no memory, and no reserve, fails by calling this,
+// which throws std::bad_alloc or what is derived from it.
+class FailingBy {
+  public:
+    explicit FailingBy(void (*fail)());
+    ~FailingBy();
+    FailingBy(const FailingBy &) = delete;
+    FailingBy &operator=(const FailingBy &) = delete;
+
+  private:
+    void (*const before)();
+};
+
 // While it lives, operator new leaves the reserve alone.
 class WithoutReserve {
   public:

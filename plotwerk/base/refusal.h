@@ -2,6 +2,8 @@
 #ifndef PLOTWERK_BASE_REFUSAL_H
 #define PLOTWERK_BASE_REFUSAL_H
 
+#include <exception>
+#include <new>
 #include <stdexcept>
 
 namespace plotwerk {
@@ -12,6 +14,12 @@ namespace plotwerk {
 struct Refusal : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
+
+// What the exception says, and of one that found no memory, which says nothing, that.
+inline const char *reasonOf(const std::exception &exception) noexcept {
+    const bool noMemory = dynamic_cast<const std::bad_alloc *>(&exception) != nullptr;
+    return noMemory ? "not enough memory" : exception.what();
+}
 
 } // namespace plotwerk
 

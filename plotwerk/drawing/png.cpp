@@ -22,8 +22,10 @@ static bool begin(png_structp png, png_infop info, const RasterSize &size) {
     png_set_IHDR(png, info, static_cast<png_uint_32>(size.width),
                  static_cast<png_uint_32>(size.height), 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
                  PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-    // of line art unfiltered rows get smaller, by a sixth
+    // of line art unfiltered rows get smaller, by a sixth; the levels above take half as much time
+    // again for 3 %
     png_set_filter(png, PNG_FILTER_TYPE_DEFAULT, PNG_FILTER_NONE);
+    png_set_compression_level(png, 4);
     png_set_pHYs(png, info, dotsPerMetre, dotsPerMetre, PNG_RESOLUTION_METER);
     png_write_info(png, info);
     return true;

@@ -86,7 +86,7 @@ static void boundSymbols(Document &document) {
 Document documentOf(std::string bytes) {
     const bool binary = bytes.starts_with(cborMark);
     Tree tree = binary ? treeOfCbor(bytes) : treeOfJson(bytes);
-    bytes = std::string(); // the tree holds it all now
+    std::string().swap(bytes); // the tree holds it all now
 
     if (!tree.is_object() || tree.value("format", Tree()) != formatName) {
         throw Refusal("not a document of Plotwerk");

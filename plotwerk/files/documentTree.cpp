@@ -4,6 +4,7 @@
 #include "plotwerk/base/refusal.h"
 
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace plotwerk {
@@ -193,9 +194,14 @@ static bool isPlainCbor(std::string_view bytes) {
 Tree treeOfCbor(std::string_view bytes) {
     const std::string_view body = bytes.substr(cborMark.size());
     if (!isPlainCbor(body)) throw Refusal("damaged");
-    Tree tree =
-        Tree::from_cbor(body.begin(), body.end(), true, false, Tree::cbor_tag_handler_t::store);
-    if (tree.is_discarded()) throw Refusal("damaged");
+    // as Tree::from_cbor, which copies the tree that it returns
+    Tree tree;
+    nlohmann::detail::json_sax_dom_parser<Tree> builder(tree, false);
+    auto input = nlohmann::detail::input_adapter(body.begin(), body.end());
+    constexpr auto cbor = nlohmann::detail::input_format_t::cbor;
+    nlohmann::detail::binary_reader<Tree, decltype(input)> reader(std::move(input), cbor);
+    if (!reader.sax_parse(cbor, &builder, true, Tree::cbor_tag_handler_t::store))
+        throw Refusal("damaged");
     return tree;
 }
 

@@ -1,6 +1,7 @@
 #include "plotwerk/journal/journal.h"
 
 #include "plotwerk/base/log.h"
+#include "plotwerk/base/refusal.h"
 #include "plotwerk/model/change.h"
 
 #include <exception>
@@ -32,7 +33,7 @@ template<class Work> void Journal::attempt(const Document &document, Work work) 
     } catch (const std::exception &exception) {
         failed = true;
         if (file) file->setIncomplete();
-        tellEnd(document.name, exception.what());
+        tellEnd(document.name, reasonOf(exception));
     }
 }
 

@@ -14,7 +14,7 @@ template<class Visit> static void visitControls(std::string_view text, Visit vis
     std::size_t length = 0;
     for (std::size_t at = 0; at < text.size(); at += std::max<std::size_t>(length, 1)) {
         const std::uint32_t code = plw::firstCodePoint(text.substr(at), &length);
-        if (length > 0 && isControl(code)) visit(at, length);
+        if (length > 0 && (isControl(code) || turnsDirection(code))) visit(at, length);
     }
 }
 
@@ -22,7 +22,7 @@ void requireName(std::string_view text) {
     if (text.size() > longestName)
         throw Refusal("a name can't have more than " + std::to_string(longestName) + " bytes");
     visitControls(text, [](std::size_t, std::size_t) {
-        throw Refusal("a name can't have control characters or line ends");
+        throw Refusal("a name can't have control characters, line ends or turns of direction");
     });
 }
 

@@ -12,8 +12,8 @@ namespace plotwerk {
 // The most bytes of a name, of a document, a source or a column.
 inline constexpr std::size_t longestName = 1000;
 
-// Refused when the text can't be a name: too long, or with a control character or line end in it
-// (characters.h), which would forge a line where the name is printed.
+// Refused when the text can't be a name: too long, or with a control character, line end or turn of
+// direction in it (characters.h), which would forge a line where the name is printed.
 void requireName(std::string_view text);
 
 // The text with a space for each character that a name can't have; its length isn't looked at.

@@ -5,6 +5,10 @@
 
 namespace plotwerk {
 
+bool isNoMemory(const sdbus::Error &error) {
+    return error.getName() == "org.freedesktop.DBus.Error.NoMemory";
+}
+
 BusObject::BusObject(sdbus::IConnection &bus, ControlObject &answering)
     : AdaptorInterfaces(bus, plotwerkControl::objectPath), control(answering), unread(bus) {
     registerAdaptor();

@@ -9,12 +9,15 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <type_traits>
 #include <utility>
 
 namespace plotwerk {
+
+bool isNoMemory(const sdbus::Error &error);
 
 class BusObject final : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkControl_adaptor> {
   public:
@@ -24,16 +27,52 @@ class BusObject final : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkC
     BusObject(const BusObject &) = delete;
     BusObject &operator=(const BusObject &) = delete;
 
-    // While set, what comes in has to wait; otherwise it is answered at once.
-    bool keepsWaiting = false;
+    // What has come in waits here to be answered.
     WaitingMessages waiting;
 
   private:
     template<class T> static std::size_t lengthOf(const T &) { return sizeof(T); }
     static std::size_t lengthOf(const std::string &text) { return text.size(); }
     template<class... Ts> static std::size_t lengthOf(const std::tuple<Ts...> &values) {
-        return std::apply([](const auto &...each) { return (lengthOf(each) + ...); }, values);
+        return std::apply(
+            [](const auto &...each) { return (lengthOf(each) + ... + std::size_t{0}); }, values);
     }
+
+    // A message that has come in. What it leaves undone when it finds no memory is done when it is
+    // answered again, but no work twice.
+    template<class Reply, class Work, class... Parameters> class Received {
+      public:
+        Received(std::string sender, Reply &&to, Work how, Parameters &&...given)
+            : client(std::move(sender)),
+              reply(std::move(to)),
+              work(std::move(how)),
+              arguments(std::in_place, std::move(given)...) {}
+
+        const std::string client;
+        const Reply reply;
+
+        void answer(BusObject &object) {
+            try {
+                if (!result) {
+                    object.unread.require(client);
+                    result.emplace(std::apply(work, *arguments));
+                    arguments.reset();
+                    object.answered(client, lengthOf(*result));
+                }
+                give(reply, *result);
+            } catch (const sdbus::Error &error) {
+                // what has changed something has a short answer, which can wait for memory
+                constexpr std::size_t longAnswer = 1 << 16;
+                if (result && lengthOf(*result) < longAnswer && isNoMemory(error)) throw;
+                reply.returnError(error);
+            }
+        }
+
+      private:
+        const Work work;
+        std::optional<std::tuple<Parameters...>> arguments; // until the work is done
+        std::optional<std::invoke_result_t<Work, const Parameters &...>> result;
+    };
 
     void answered(const std::string &client, std::size_t length);
 
@@ -41,38 +80,23 @@ class BusObject final : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkC
     void receive(sdbus::Result<Results...> &&result, const char *member,
                  Answer (ControlObject::*method)(const Parameters &...),
                  std::type_identity_t<Parameters>... arguments) {
-        const std::string client = getObject().getCurrentlyProcessedMessage()->getSender();
         const auto work = [this, member, method](const Parameters &...each) {
-            return control.answerTo(member, method, each...);
-        };
-        if (!keepsWaiting) return answer(client, result, [&] { return work(arguments...); });
-
-        constexpr std::size_t overhead = 1000;
-        const std::size_t bytes = (lengthOf(arguments) + ... + overhead);
-        // shared: a function must be one that can be copied
-        auto reply = std::make_shared<sdbus::Result<Results...>>(std::move(result));
-        auto held = std::make_shared<std::tuple<Parameters...>>(std::move(arguments)...);
-        waiting.add(client, bytes, [this, client, work, reply, held] {
-            answer(client, *reply, [&] { return std::apply(work, *held); });
-        });
-    }
-
-    template<class Result, class Work>
-    void answer(const std::string &client, const Result &reply, Work work) {
-        try {
-            unread.require(client);
-            if constexpr (std::is_void_v<decltype(work())>) {
-                work();
-                answered(client, 0);
-                reply.returnResults();
+            if constexpr (std::is_void_v<Answer>) {
+                control.answerTo(member, method, each...);
+                return std::tuple<>();
             } else {
-                const auto result = work();
-                answered(client, lengthOf(result));
-                give(reply, result);
+                return control.answerTo(member, method, each...);
             }
-        } catch (const sdbus::Error &error) {
-            reply.returnError(error);
-        }
+        };
+        using Message = Received<sdbus::Result<Results...>, decltype(work), Parameters...>;
+        // the arguments are there twice: as the bus library has read them, too
+        constexpr std::size_t overhead = 1500;
+        const std::size_t bytes = 2 * (lengthOf(arguments) + ... + overhead);
+        // shared: a function must be one that can be copied
+        const auto message =
+            std::make_shared<Message>(getObject().getCurrentlyProcessedMessage()->getSender(),
+                                      std::move(result), work, std::move(arguments)...);
+        waiting.add(message->client, bytes, [this, message] { message->answer(*this); });
     }
 
     template<class Result, class Value> static void give(const Result &reply, const Value &value) {

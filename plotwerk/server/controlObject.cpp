@@ -2,8 +2,6 @@
 
 #include "protocol/PlotwerkControlNames.h"
 
-#include <new>
-
 namespace plotwerk {
 
 std::string_view ControlObject::selector() const {
@@ -28,10 +26,8 @@ void ControlObject::tellListener() const noexcept {
 static std::string reasonOfCurrentException() {
     try {
         throw;
-    } catch (const std::bad_alloc &) {
-        return "not enough memory";
     } catch (const std::exception &exception) {
-        return exception.what();
+        return reasonOf(exception);
     } catch (...) {
         return "unknown";
     }
@@ -41,8 +37,8 @@ void ControlObject::refuse() noexcept {
     try {
         application.lastError = oneLine(reasonOfCurrentException());
         log(LogLevel::warning, application.lastError + " [" + std::string(selector()) + ']');
-    } catch (...) { // no memory for the line either: the neutral answer still goes out
-        application.lastError.clear();
+    } catch (...) { // no memory for the line either, but for a text as short as this
+        application.lastError = "no memory";
     }
 }
 

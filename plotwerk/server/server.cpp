@@ -5,6 +5,8 @@
 #include "protocol/PlotwerkControlNames.h"
 
 #include <chrono>
+#include <exception>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -80,44 +82,75 @@ sdbus::IConnection::PollData Server::pollData() const {
     }
 }
 
-// Takes in all that has come, but not for ever, nor without end.
-void Server::readMessages() {
+namespace {
+
+// The bus library answers by the errors of its own kind. Any other exception would leave it amidst
+// a message, and every message after that refused.
+struct NoMemory final : std::bad_alloc, sdbus::Error {
+    NoMemory() : Error("org.freedesktop.DBus.Error.NoMemory", "not enough memory") {}
+    const char *what() const noexcept override { return Error::what(); }
+};
+
+} // namespace
+
+// Made while there is memory for it.
+static const std::exception_ptr noMemory = std::make_exception_ptr(NoMemory());
+
+// Takes in one message. False when none has come.
+bool Server::readMessage() {
+    const FailingBy failing([] { std::rethrow_exception(noMemory); });
+    return bus->processPendingRequest();
+}
+
+// Takes in all that has come, but not for ever, nor without end. False when no more has come.
+bool Server::readMessages() {
     constexpr std::size_t mostBytes = 50'000'000;
     constexpr std::chrono::milliseconds longest{100};
     const auto begin = std::chrono::steady_clock::now();
-    busObject.keepsWaiting = true;
-    try {
-        while (busObject.waiting.bytes() < mostBytes && bus->processPendingRequest() &&
-               std::chrono::steady_clock::now() - begin < longest) {
-        }
-    } catch (...) {
-        busObject.keepsWaiting = false;
-        throw;
+    while (busObject.waiting.bytes() < mostBytes &&
+           std::chrono::steady_clock::now() - begin < longest) {
+        if (!readMessage()) return false;
     }
-    busObject.keepsWaiting = false;
+    return true;
+}
+
+// Does the work unless there is no memory for it.
+template<class Work> static bool findsMemory(Work work) {
+    try {
+        work();
+        return true;
+    } catch (const std::bad_alloc &) {
+        return false;
+    } catch (const sdbus::Error &error) {
+        if (!isNoMemory(error)) throwBusHasGone(error);
+        return false;
+    }
 }
 
 // Who has sent messages is looked at after each work that has taken long: looking costs as much as
-// short work. Without memory for a message it stays with the bus until there is some.
+// short work. Where there is no memory, a message stays with the bus until there is some, and an
+// answer is given later.
 bool Server::processPending() {
+    using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds pause{10}, longWork{1};
-    try {
-        if (std::chrono::steady_clock::now() - lastRead > longWork) {
-            readMessages();
-            lastRead = std::chrono::steady_clock::now();
+    bool more = true;
+    const bool isRead = findsMemory([&] {
+        if (Clock::now() - lastRead > longWork) {
+            more = readMessages();
+            lastRead = Clock::now();
+        } else if (busObject.waiting.empty()) {
+            more = readMessage();
         }
-        bool more = true;
-        if (busObject.waiting.empty())
-            more = bus->processPendingRequest();
-        else
-            busObject.waiting.answerNext();
+    });
+    if (busObject.waiting.empty() && isRead) return more;
+    const bool isAnswered = findsMemory([&] {
+        if (!busObject.waiting.empty()) busObject.waiting.answerNext();
+    });
+    if (isRead && isAnswered)
         setReserveAside();
-        return more;
-    } catch (const sdbus::Error &error) {
-        if (error.getName() != "org.freedesktop.DBus.Error.NoMemory") throwBusHasGone(error);
-        if (!giveReserveUp()) std::this_thread::sleep_for(pause);
-        return true;
-    }
+    else if (!giveReserveUp() && (!isAnswered || busObject.waiting.empty()))
+        std::this_thread::sleep_for(pause);
+    return true;
 }
 
 } // namespace plotwerk

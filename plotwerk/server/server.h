@@ -40,7 +40,8 @@ class Server {
     bool processPending();
 
   private:
-    void readMessages();
+    bool readMessage();
+    bool readMessages();
 
     Application &application;
     std::unique_ptr<sdbus::IConnection> bus;

@@ -6,24 +6,42 @@ namespace plotwerk {
 
 void WaitingMessages::add(const std::string &client, std::size_t bytes,
                           std::function<void()> answer) {
+    // what may throw comes first
+    std::list<Message> message;
+    message.push_back({bytes, std::move(answer)});
+    std::list<Clients::iterator> turn(1);
     const auto [messages, isFirst] = clients.try_emplace(client);
-    if (isFirst) turns.push_back(messages);
-    messages->second.push_back({bytes, std::move(answer)});
+    if (isFirst) {
+        turn.front() = messages;
+        turns.splice(turns.end(), turn);
+    }
+    messages->second.splice(messages->second.end(), message);
     bytesOfAll += bytes;
 }
 
-void WaitingMessages::answerNext() {
+// Takes the message whose turn it is. Allocates nothing.
+void WaitingMessages::takeNext(std::list<Message> &taken) {
     const auto client = turns.front();
-    const Message message = std::move(client->second.front());
-    client->second.pop_front();
-    bytesOfAll -= message.bytes;
-    if (client->second.empty()) {
+    std::list<Message> &messages = client->second;
+    bytesOfAll -= messages.front().bytes;
+    taken.splice(taken.end(), messages, messages.begin());
+    if (messages.empty()) {
         turns.pop_front();
         clients.erase(client);
     } else {
         turns.splice(turns.end(), turns, turns.begin());
     }
-    message.answer();
+}
+
+void WaitingMessages::answerNext() {
+    std::list<Message> taken = std::exchange(unfinished, {});
+    if (taken.empty()) takeNext(taken);
+    try {
+        taken.front().answer();
+    } catch (...) {
+        unfinished = std::move(taken);
+        throw;
+    }
 }
 
 } // namespace plotwerk

@@ -17,10 +17,10 @@ class WaitingMessages {
     // `answer` is called when it is the message's turn; until then the message takes `bytes`.
     void add(const std::string &client, std::size_t bytes, std::function<void()> answer);
 
-    bool empty() const { return turns.empty(); }
+    bool empty() const { return turns.empty() && unfinished.empty(); }
     std::size_t bytes() const { return bytesOfAll; }
 
-    // Removes the next one and answers it. Throws what answering it throws.
+    // Answers the next one and removes it. Throws what answering it throws, and then it stays.
     void answerNext();
 
   private:
@@ -30,8 +30,11 @@ class WaitingMessages {
     };
     using Clients = std::map<std::string, std::list<Message>>; // those that have messages
 
+    void takeNext(std::list<Message> &taken);
+
     Clients clients;
     std::list<Clients::iterator> turns;
+    std::list<Message> unfinished; // which could not be answered yet
     std::size_t bytesOfAll = 0;
 };
 

@@ -111,7 +111,7 @@ TEST_F(BoundedWork, IsRefusedByItsMemory) {
         EXPECT_EQ(bytesOf(large), before) << c.what;
     }
     std::filesystem::remove(file);
-    const WithoutBounds unbounded;
+    const WithMemoryOfDocuments broughtBack;
     EXPECT_EQ(refusalOf([&] { appendData(large, "Data", "1 2\n", '.'); }), "");
 }
 

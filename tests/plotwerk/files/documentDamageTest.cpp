@@ -69,7 +69,7 @@ TEST(DamagedDocument, NestedTooDeepIsRefused) {
 
 // Names of a file that would forge a line, or a terminal's command, where they are printed.
 TEST(DamagedDocument, HasItsNamesInOneLine) {
-    const Column column{.name = "a\tb", .values = {}, .look = {}};
+    const Column column{.name = "a\tb\u202ec\u2069", .values = {}, .look = {}};
     const Document document{.name = "front\nforged \u2028",
                             .sources = {{"\x1b]0;x\x7f\u0085", {Table{column, {column}}}}},
                             .formula = "a = 1\na*x"};
@@ -77,8 +77,8 @@ TEST(DamagedDocument, HasItsNamesInOneLine) {
         const Document read = documentOf(saved(document, binary));
         EXPECT_EQ(read.name, "front forged  ");
         EXPECT_EQ(read.sources[0].name, " ]0;x  ");
-        EXPECT_EQ(read.sources[0].tables[0].x.name, "a b");
-        EXPECT_EQ(read.sources[0].tables[0].y[0].name, "a b");
+        EXPECT_EQ(read.sources[0].tables[0].x.name, "a b c ");
+        EXPECT_EQ(read.sources[0].tables[0].y[0].name, "a b c ");
         EXPECT_EQ(read.formula, document.formula);
     }
 }

@@ -1,6 +1,7 @@
 #include "plotwerk/formula/formula.h"
 
 #include "plotwerk/formula/evaluator.h"
+#include "plotwerk/formula/tape.h"
 #include "tests/plotwerk/model/documents.h"
 
 #include <cmath>
@@ -51,6 +52,17 @@ TEST(Formula, KnowsItsFunctions) {
             EXPECT_TRUE(got == want || (std::isnan(got) && std::isnan(want))) << f.name << s;
         }
     }
+}
+
+// Work is refused by it; what depends on parameters alone is done once.
+TEST(Formula, TellsWhatAPointCosts) {
+    const double leaf = nanosecondsPerPoint(Formula("x").tape());
+    const std::pair<const char *, double> cases[] = {
+        {"-x", 1},         {"floor(x)", 1},   {"x<y", 1 + leaf},      {"if(x,a,b)", 1},
+        {"exp(x)", 25},    {"lgamma(x)", 25}, {"atan2(x,a)", 25},     {"x^a", 25},
+        {"gamma(x)", 100}, {"x*gamma(a)", 1}, {"gamma(exp(-x))", 126}};
+    for (const auto &[text, time] : cases)
+        EXPECT_EQ(nanosecondsPerPoint(Formula(text).tape()), leaf + time) << text;
 }
 
 TEST(Formula, MissingValuesStayMissing) {

@@ -170,27 +170,27 @@ TEST_F(JournalFileTest, IsBroughtBackThreeTimesWhenThatEndsTheProcess) {
 }
 
 TEST_F(JournalFileTest, GoesAfterAMonthOrBeyondAGigabyteUnlessInUse) {
-    constexpr std::time_t day = 24 * 3600;
+    constexpr std::time_t hour = 3600, day = 24 * hour;
     const JournalFile used(directory / "used.journal", document, 0);
     const struct {
         const char *name;
-        int days;
+        std::time_t age;
         uintmax_t size;
         bool stays;
-    } files[] = {{"used.journal", 40, 0, true},
-                 {"large.journal", 10, 600'000'000, true},
-                 {"larger.journal", 20, 300'000'000, true},
-                 {"small.journal", 28, 0, true},
-                 {"beyond.journal", 29, 200'000'000, false},
-                 {"old.journal", 31, 0, false},
-                 {"young.journal.new", 0, 0, true},
-                 {"unfinished.journal.new", 2, 0, false},
-                 {"other.json", 99, 0, true}};
+    } files[] = {{"used.journal", 40 * day, 0, true},
+                 {"large.journal", 10 * day, 600'000'000, true},
+                 {"larger.journal", 20 * day, 300'000'000, true},
+                 {"small.journal", 30 * day - 2 * hour, 100'000'000, true},
+                 {"beyond.journal", 30 * day - hour, 1, false},
+                 {"old.journal", 30 * day + hour, 0, false},
+                 {"young.journal.new", day - hour, 0, true},
+                 {"unfinished.journal.new", day + hour, 0, false},
+                 {"other.json", 99 * day, 0, true}};
     for (const auto &each : files) {
         const fs::path name = directory / each.name;
         std::ofstream(name, std::ios::app);
         if (each.size > 0) fs::resize_file(name, each.size);
-        const timespec then{std::time(nullptr) - each.days * day, 0};
+        const timespec then{std::time(nullptr) - each.age, 0};
         const timespec times[] = {then, then};
         ASSERT_EQ(utimensat(AT_FDCWD, name.c_str(), times, 0), 0);
     }

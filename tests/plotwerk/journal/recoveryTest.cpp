@@ -42,9 +42,11 @@ class RecoveryTest : public ServerTest {
         const auto add = [&](const std::string &name) {
             plotwerk->saveDocument_to_binary_(name, copy, true);
             EXPECT_TRUE(plotwerk->didSaveSucceed_(name)) << name;
-            // a name that holds the time holds another when its message is sent again
-            static const std::regex time(" [0-9]{2}:[0-9]{2}:[0-9]{2}");
-            all.emplace_back(name, std::regex_replace(bytesOf(copy), time, " hh:mm:ss"));
+            // a name that holds the time holds another, perhaps longer, when its message is sent
+            // again
+            static const std::regex time(
+                "(dname.)?([A-Za-z]*) [0-9]{2}:[0-9]{2}:[0-9]{2}(#[0-9]+)?");
+            all.emplace_back(name, std::regex_replace(bytesOf(copy), time, "$2 hh:mm:ss"));
         };
         closeAll(add);
         add("Untitled");
@@ -140,6 +142,66 @@ TEST_F(RecoveryTest, BringsBackWhatNoFileHolds) {
     EXPECT_EQ(xRange, std::make_tuple(1.0, 2.0));
     plotwerk->saveDocument_as_binary_("changed copy", pathOf("b"), false);
     EXPECT_EQ(journals(), 0U);
+    stop();
+}
+
+// By the limits of a start, or its memory, none is brought back in part, and none is lost.
+TEST_F(RecoveryTest, KeepsWhatCannotBeBroughtBackNow) {
+    start();
+    plotwerk->newDocumentWithName_("small");
+    plotwerk->setXRangeOf_xmin_xmax_("small", 1, 2);
+    plotwerk->newDocumentWithName_("large"); // 10.4 MB made by a message
+    plotwerk->createCurveAtSelectionOf_minx_maxx_incx_miny_incy_("large", 1, 650'000, 1, 0, 1);
+    plotwerk->duplicateAsPlottedOf_("large"); // written as it is
+    plotwerk->actify_("small");
+    const std::vector<std::string> names{"small", "large", "large copy"};
+    std::vector<std::string> contents;
+    for (const std::string &name : names) contents.push_back(contentsOf(name));
+
+    const struct {
+        std::vector<std::string> arguments;
+        std::vector<std::string> told;
+    } starts[] = {{{"--recover", "--limit=memory=10"},
+                   {"can't bring back \"large\" as it was on ",
+                    ": can't be repeated: would take too much memory (limit memory) (\"large\")\n",
+                    "info: brought back \"large copy\""}},
+                  {{"--recover", "--limit=documents=10"},
+                   {"can't bring back \"large\" as it was on ",
+                    "can't bring back \"large copy\" as it was on ",
+                    ": the open documents would take too much memory (limit documents)\n"}}};
+    for (const auto &each : starts) {
+        die(SIGKILL, each.arguments);
+        EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "small");
+        EXPECT_EQ(contentsOf("small"), contents[0]);
+        EXPECT_EQ(journals(), 3U);
+        const std::string log = die(SIGTERM, {});
+        for (const std::string &line : each.told) EXPECT_TRUE(holds(log, line));
+    }
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
+    rlimit unlimited{};
+    getrlimit(RLIMIT_AS, &unlimited);
+    plotwerk->waitForEmptyReply(); // until all is set aside that is to be
+    const rlim_t reserve = rlim_t{320} << 20;
+    const rlim_t least = std::stoul(program->procStatus("VmSize")) * 1024 - reserve;
+    int refused = 0;
+    for (const int room : {4, 60}) {
+        const rlimit limit{least + (static_cast<rlim_t>(room) << 20), unlimited.rlim_max};
+        setrlimit(RLIMIT_AS, &limit); // inherited
+        die(SIGKILL, {"--recover"});
+        setrlimit(RLIMIT_AS, &unlimited);
+        EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "small") << room;
+        EXPECT_EQ(journals(), 3U) << room;
+        const std::string log = die(SIGTERM, {});
+        const std::regex line(
+            "brought back \"large|can't bring back \"large.*: not enough memory\n");
+        EXPECT_EQ(std::distance(std::sregex_iterator(log.begin(), log.end(), line), {}), 2) << log;
+        refused += holds(log, "not enough memory");
+    }
+    EXPECT_EQ(refused, 1);
+#endif
+    die(SIGKILL, {"--recover"});
+    for (std::size_t i = 0; i < names.size(); ++i)
+        EXPECT_TRUE(contentsOf(names[i]) == contents[i]) << names[i];
     stop();
 }
 
@@ -302,7 +364,7 @@ TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
 }
 
 // Of the address space that it has left, and how many sizes: PLOTWERK_SIZES. A sanitizer ends the
-// process where an allocation fails.
+// process where an allocation fails. Messages come alone, and in groups that wait to be answered.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
 TEST_F(RecoveryTest, KeepsWhatItAnswersAndLivesWithAnyMemory) {
     const char *wanted = std::getenv("PLOTWERK_SIZES");
@@ -311,6 +373,14 @@ TEST_F(RecoveryTest, KeepsWhatItAnswersAndLivesWithAnyMemory) {
     const std::vector<Method> methods = methodsOf(*connection);
     Random random(static_cast<unsigned>(sizes));
     int refused = 0;
+    std::string large = "x a\n";
+    for (int i = 0; i < 20'000; ++i) large += std::to_string(i) + " 1.25\n";
+    const std::vector<Message> largeOnes{
+        {"replaceDataformText_of_source_doRangeOverAll_", {large, "doc", "Large", false}},
+        {"selectCurvesOf_sourceName_table_column_appendSelection_",
+         {"doc", "Large", 1, "a", false}},
+        {"dataOfSelectedCurvesOf_", {"doc"}},
+        {"selectCurvesOf_indexFirst_indexLast_appendSelection_", {"doc", 0, 0, false}}};
     for (int i = 0; i < sizes; ++i) {
         SCOPED_TRACE(i);
         documents();
@@ -319,21 +389,61 @@ TEST_F(RecoveryTest, KeepsWhatItAnswersAndLivesWithAnyMemory) {
             ASSERT_EQ(prlimit(program->pid(), RLIMIT_AS, &limit, nullptr), 0);
         };
         std::vector<Message> done;
-        const auto sendMessage = [&](const Message &message) {
-            ASSERT_NO_THROW(send(*control, message.method, message.values)) << message.method;
-            const std::string error = lastError();
-            if (error.empty() || hasSelectedNone(error)) done.push_back(message);
-            refused += error.find("memory") != std::string::npos;
+        const auto sendTogether = [&](const std::vector<Message> &group) {
+            struct Outcome {
+                bool answered = false;
+                std::string error = "not answered";
+            };
+            std::vector<Outcome> outcomes(group.size());
+            size_t answers = 0;
+            const std::string noMemory = "org.freedesktop.DBus.Error.NoMemory";
+            program->sendSignal(SIGSTOP);
+            for (size_t k = 0; k < group.size(); ++k) {
+                sendAhead(*control, group[k].method, group[k].values,
+                          [&, k](sdbus::MethodReply &, const sdbus::Error *error) {
+                              ++answers;
+                              outcomes[k].answered = !error;
+                              const std::string name = error ? error->getName() : noMemory;
+                              EXPECT_EQ(name, noMemory);
+                          });
+                sendAhead(*control, "getVarOf_varName_", {"", "lastError"},
+                          [&, k](sdbus::MethodReply &reply, const sdbus::Error *error) {
+                              ++answers;
+                              if (error)
+                                  ADD_FAILURE() << error->getMessage();
+                              else
+                                  reply >> outcomes[k].error;
+                          });
+            }
+            waitForBus(*connection);
+            program->sendSignal(SIGCONT);
+            waitUntil("all answers", [&] {
+                while (connection->processPendingRequest()) {
+                }
+                return answers == 2 * group.size();
+            });
+            for (size_t k = 0; k < group.size(); ++k) {
+                const auto &[answered, error] = outcomes[k];
+                if (answered && (error.empty() || hasSelectedNone(error))) done.push_back(group[k]);
+                refused += !answered || error.find("memory") != std::string::npos;
+            }
         };
-        for (const Message &message : beginning) sendMessage(message);
+        for (const Message &message : beginning) sendTogether({message});
         const rlim_t has = std::stoul(program->procStatus("VmSize")) * 1024;
-        limitTo(has + (rlim_t{16} << 10) * static_cast<rlim_t>(i * i));
+        // half of the times little more than what the longest message takes to come in, and of the
+        // room that is set aside for it nothing
+        const rlim_t least = i % 2 == 0 ? has : has - (rlim_t{320 - 6} << 20);
+        limitTo(least + (rlim_t{16} << 10) * static_cast<rlim_t>(i * i));
         Messages messages(methods, random);
+        std::vector<Message> group;
         for (int count = 0; count < 150 && !HasFatalFailure();) {
-            const auto message = messages.next();
+            auto message = messages.next();
             if (!message) continue;
-            sendMessage(*message);
             ++count;
+            group.push_back(std::move(*message));
+            if (count % 50 == 0) group.insert(group.end(), largeOnes.begin(), largeOnes.end());
+            if (group.size() < 1 + random.below(30)) continue;
+            sendTogether(std::exchange(group, {}));
         }
         if (HasFatalFailure()) FAIL() << program->finish().err;
         limitTo(RLIM_INFINITY);

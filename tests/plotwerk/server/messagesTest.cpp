@@ -46,7 +46,8 @@ TEST_F(MessagesTest, RefuseTextsThatAreTooLongAndWhatIsNoName) {
     for (const Method &method : methodsOf(*connection)) methods[method.name] = method;
     const std::string n994(994, 'n'), n1000(1000, 'n'), text(100'001, 't'), doc = "Untitled";
     const std::string longName = "a name can't have more than 1000 bytes",
-                      noName = "a name can't have control characters or line ends";
+                      noName =
+                          "a name can't have control characters, line ends or turns of direction";
     const auto longer = [](const std::string &what) { return what + " bytes"; };
     const char *read = "replaceDataformText_of_source_doRangeOverAll_";
     const char *setText = "setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_";
@@ -69,7 +70,9 @@ TEST_F(MessagesTest, RefuseTextsThatAreTooLongAndWhatIsNoName) {
         {"changeNameOfSelectionOf_to_", {doc, n994 + 'n'}, longName},
         {"changeNameOfSelectionOf_to_", {doc, "a\u2028b"}, noName},
         {"changeNameOfSelectionOf_to_", {doc, "a\u0085b"}, noName},
-        {"changeNameOfSelectionOf_to_", {doc, "\u202e\u05d0\u200f"}},
+        {"changeNameOfSelectionOf_to_", {doc, "\u202e\u05d0"}, noName},
+        {"changeNameOfSelectionOf_to_", {doc, "a\u2066b"}, noName},
+        {"changeNameOfSelectionOf_to_", {doc, "\u05d0\u200f\u061c"}},
         {"changeNameOfSelectionOf_to_", {doc, n994}},
         {"setXTitleOf_to_", {doc, text}, longer("a title can't have more than 100000")},
         {setText,

@@ -86,9 +86,27 @@ void Random::damage(std::string &text) {
     std::erase_if(text, [](char c) { return static_cast<unsigned char>(c) >= 0x80 || c == '/'; });
 }
 
-void send(sdbus::IProxy &control, const std::string &method, const Values &values) {
+static sdbus::MethodCall callOf(sdbus::IProxy &control, const std::string &method,
+                                const Values &values) {
     sdbus::MethodCall call = control.createMethodCall(busName, method);
     for (const Value &value : values)
         std::visit([&](const auto &argument) { call << argument; }, value);
-    control.callMethod(call, deadline);
+    return call;
+}
+
+void send(sdbus::IProxy &control, const std::string &method, const Values &values) {
+    control.callMethod(callOf(control, method, values), deadline);
+}
+
+void sendAhead(sdbus::IProxy &control, const std::string &method, const Values &values,
+               sdbus::async_reply_handler answered) {
+    control.callMethod(callOf(control, method, values), std::move(answered), deadline);
+}
+
+void waitForBus(sdbus::IConnection &bus) {
+    std::string id;
+    sdbus::createProxy(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus")
+        ->callMethod("GetId")
+        .onInterface("org.freedesktop.DBus")
+        .storeResultsTo(id);
 }

@@ -35,4 +35,11 @@ class Random {
 // Throws sdbus::Error for what isn't answered.
 void send(sdbus::IProxy &control, const std::string &method, const Values &values);
 
+// Doesn't wait for the answer.
+void sendAhead(sdbus::IProxy &control, const std::string &method, const Values &values,
+               sdbus::async_reply_handler answered);
+
+// Until it has passed on all that was sent.
+void waitForBus(sdbus::IConnection &bus);
+
 #endif

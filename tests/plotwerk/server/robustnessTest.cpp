@@ -154,13 +154,6 @@ TEST_F(RobustnessTest, LetsClientsTakeTurns) {
     std::vector<int> done, wanted;
     double seen = 0; // by the other client
 
-    const auto waitForBus = [](sdbus::IConnection &connected) { // until it has passed all on
-        std::string id;
-        sdbus::createProxy(connected, "org.freedesktop.DBus", "/org/freedesktop/DBus")
-            ->callMethod("GetId")
-            .onInterface("org.freedesktop.DBus")
-            .storeResultsTo(id);
-    };
     program->sendSignal(SIGSTOP);
     for (int i = 1; i <= 50; ++i) {
         busy->callMethodAsync("setValueOfDoc_atIndex_indexSerie_toValue_")
@@ -268,6 +261,54 @@ TEST_F(RobustnessTest, CutsOffAClientThatDoesNotReadItsAnswers) {
     EXPECT_EQ(again.dataOfSelectedCurvesOf_("doc").size(), length);
     EXPECT_TRUE(holds(stop().err, " doesn't read its answers (limit unread)\n"));
 }
+
+// What it is without the reserve that is set aside for messages, with 8 MB for them.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
+TEST_F(RobustnessTest, OutlivesMessagesThatItHasNoMemoryFor) {
+    const rlim_t has = std::stoul(program->procStatus("VmSize")) * 1024;
+    const auto limitTo = [&](rlim_t most) {
+        const rlimit limit{most, RLIM_INFINITY};
+        ASSERT_EQ(prlimit(program->pid(), RLIMIT_AS, &limit, nullptr), 0);
+    };
+    limitTo(has - (rlim_t{320 - 8} << 20));
+    const std::string noMemory = "org.freedesktop.DBus.Error.NoMemory";
+    const auto errorOf = [&](size_t length) {
+        try {
+            send("setFormulaOf_formulaText_", {"doc", std::string(length, 'a')});
+        } catch (const sdbus::Error &error) {
+            return error.getName();
+        }
+        return std::string();
+    };
+    // the length at which it can be read, but not taken apart
+    size_t length = 1 << 20;
+    std::string error;
+    for (; error.empty() && length < 8 << 20; length += 1 << 18) error = errorOf(length);
+    EXPECT_EQ(error, noMemory) << length;
+    EXPECT_TRUE(contentsOf("doc") == contents);
+
+    // One that stays with the bus doesn't keep those before it from being answered.
+    int answered = 0;
+    const auto count = [&](sdbus::MethodReply &, const sdbus::Error *each) { answered += !each; };
+    program->sendSignal(SIGSTOP);
+    for (int i = 0; i < 20; ++i) sendAhead(*control, "indexOfFitCurveOf_", {"doc"}, count);
+    sendAhead(*control, "setFormulaOf_formulaText_", {"doc", std::string(16 << 20, 'a')}, count);
+    waitForBus(*connection);
+    program->sendSignal(SIGCONT);
+    const auto waitFor = [&](int answers) {
+        waitUntil("answers", [&] {
+            while (connection->processPendingRequest()) {
+            }
+            return answered >= answers;
+        });
+    };
+    waitFor(20);
+    EXPECT_EQ(answered, 20);
+    limitTo(RLIM_INFINITY);
+    waitFor(21);
+    stop();
+}
+#endif
 
 TEST_F(RobustnessTest, TakesDataOfAnyLength) {
     connection->setMethodCallTimeout(5 * deadline); // as a client waits
