@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <exception>
 #include <getopt.h>
+#include <malloc.h>
 #include <sys/resource.h>
 
 using namespace plotwerk;
@@ -124,6 +125,7 @@ int main(int argc, char **argv) {
     holdSignals();
     endInTheMiddleOfWork();
     allowManyFiles();
+    mallopt(M_ARENA_MAX, 1); // threads take no address space of their own: memory is limited by it
 
     Application application;
     int status = 0;

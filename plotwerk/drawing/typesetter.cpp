@@ -8,6 +8,8 @@
 #include <memory>
 #include <set>
 #include <sys/mman.h>
+#include <system_error>
+#include <thread>
 
 namespace plotwerk {
 
@@ -226,6 +228,11 @@ void SetText::draw(cairo_t *cr, Point place, double angle, Point anchor) const {
 }
 
 void beginToReadFonts() {
+    try {
+        std::thread([] {}).join(); // where none can be started pango ends the process
+    } catch (const std::system_error &) {
+        return;
+    }
     pango_cairo_font_map_get_default();
 }
 

@@ -25,7 +25,7 @@ Answer reply(std::vector<std::string> values) {
 template<typename Value> static std::string shown(const Value &value) {
     if constexpr (std::is_same_v<Value, std::string>) return "'" + value + "'";
     if constexpr (std::is_same_v<Value, bool>) return value ? "yes" : "no";
-    if constexpr (std::is_same_v<Value, int32_t>) return std::to_string(value);
+    if constexpr (std::is_same_v<Value, std::int32_t>) return std::to_string(value);
     if constexpr (std::is_same_v<Value, double>) {
         if (std::isnan(value)) return "nan"; // whatever its sign
         char text[32];

@@ -31,7 +31,7 @@ TEST(Log, MakesOneLineOfAnyText) {
 }
 
 TEST(Log, ShortensBetweenCharacters) {
-    for (size_t shift = 0; shift < 4; ++shift) {
+    for (std::size_t shift = 0; shift < 4; ++shift) {
         std::string text(shift, 'n');
         for (int i = 0; i < 1000; ++i) text += "\U0001F600";
         EXPECT_EQ(oneLine(text).find("\u00f0"), std::string::npos)

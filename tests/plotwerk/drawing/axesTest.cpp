@@ -23,7 +23,7 @@ static std::string lineOf(Point a, Point b) {
 static std::multiset<std::string> linesIn(const std::vector<Drawn> &drawn, double thickness) {
     std::multiset<std::string> lines;
     for (const Drawn &each : drawn)
-        for (size_t i = 1; each.thickness == thickness && i < each.path.size(); ++i)
+        for (std::size_t i = 1; each.thickness == thickness && i < each.path.size(); ++i)
             if (!isBreak(each.path[i - 1]) && !isBreak(each.path[i]))
                 lines.insert(lineOf(each.path[i - 1], each.path[i]));
     return lines;
@@ -372,7 +372,7 @@ TEST(Titles, StandBesideTheNumbersOrAtTheEndsOfCrossingAxes) {
 
 // The number that a text shows, of characters that C reads.
 static double shownBy(std::string text) {
-    for (size_t at; (at = text.find("\u2212")) != std::string::npos;) text.replace(at, 3, "-");
+    for (std::size_t at; (at = text.find("\u2212")) != std::string::npos;) text.replace(at, 3, "-");
     return std::stod(text);
 }
 
@@ -402,7 +402,7 @@ TEST(Axes, HaveNumbersThatTellTheirValuesAtTheirPlaces) {
                 double offset = 0;
                 for (const TextRun &run : axis.marks.common) {
                     if (run.script > 0) power = std::pow(10, shownBy(run.text));
-                    const size_t sign = run.text.find_first_of("+\u2212");
+                    const std::size_t sign = run.text.find_first_of("+\u2212");
                     if (run.script == 0 && sign != std::string::npos)
                         offset = (run.text[sign] == '+' ? 1 : -1) *
                                  shownBy(run.text.substr(run.text.find(' ', sign) + 1));
@@ -412,7 +412,7 @@ TEST(Axes, HaveNumbersThatTellTheirValuesAtTheirPlaces) {
                                                                            : 2u);
                 ASSERT_EQ(axis.numbers.size(), axis.marks.numbers.size());
                 std::set<std::string> texts;
-                for (size_t i = 0; i < axis.numbers.size(); ++i) {
+                for (std::size_t i = 0; i < axis.numbers.size(); ++i) {
                     const std::string text = plainTextOf(axis.marks.numbers[i].text);
                     const double value = axis.numbers[i].value;
                     EXPECT_NEAR(offset + power * shownBy(text), value,

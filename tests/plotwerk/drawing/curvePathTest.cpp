@@ -9,7 +9,7 @@ using namespace plotwerk;
 
 static double distanceToPath(const Point &p, const Path &path) {
     double nearest = INFINITY;
-    for (size_t i = 1; i < path.size(); ++i) {
+    for (std::size_t i = 1; i < path.size(); ++i) {
         const std::complex<double> line(path[i].x - path[i - 1].x, path[i].y - path[i - 1].y);
         const std::complex<double> way(p.x - path[i - 1].x, p.y - path[i - 1].y);
         const double part = std::clamp((way * std::conj(line)).real() / std::norm(line), 0.0, 1.0);
@@ -71,7 +71,7 @@ TEST(CurvePath, ReductionKeepsTheLook) {
         circle.push_back({50 * std::cos(i * 0.01), 50 * std::sin(i * 0.01)});
         walk.push_back({walk.back().x + normal(random), walk.back().y + normal(random)});
     }
-    const std::pair<Path, size_t> pathsAndSizes[] = {{noise, 220}, {circle, 200}, {walk, 601}};
+    const std::pair<Path, std::size_t> pathsAndSizes[] = {{noise, 220}, {circle, 200}, {walk, 601}};
     for (const auto &[path, size] : pathsAndSizes) {
         const Path reduced = reducedPath(path);
         EXPECT_LE(reduced.size(), size);

@@ -11,7 +11,7 @@ static void expectDrawn(const Document &document, const std::vector<double> &wan
     const ScaledFrame frame = scaledFrameOf(document, curves);
     const Path got = linePath(pointsOnPaper(curves[0], frame), curves[0], frame);
     ASSERT_EQ(got.size(), want.size());
-    for (size_t i = 0; i < got.size(); ++i) {
+    for (std::size_t i = 0; i < got.size(); ++i) {
         const double y = frame.at(1, want[i]).y;
         EXPECT_TRUE(std::isnan(y) ? isBreak(got[i]) : std::abs(got[i].y - y) < 1e-9) << i;
     }

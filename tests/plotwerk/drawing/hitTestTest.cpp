@@ -42,7 +42,7 @@ class RandomDocuments {
     std::vector<double> values(int n) {
         const double offset = chance(0.5) ? 0 : within(-1000, 1000);
         const double size = std::pow(10, within(-3, 5));
-        std::vector<double> result(static_cast<size_t>(n));
+        std::vector<double> result(static_cast<std::size_t>(n));
         for (double &value : result)
             value = chance(0.05) ? unset : offset + within(chance(0.5) ? 0 : -1, 1) * size;
         return result;
@@ -159,7 +159,7 @@ static Document curveAndPoint(std::vector<double> x, std::vector<double> y, doub
 }
 
 TEST(NearestPoint, IsMeasuredOnPaper) {
-    const auto lookOf = [](Document &document, size_t curve) -> CurveLook & {
+    const auto lookOf = [](Document &document, std::size_t curve) -> CurveLook & {
         return document.sources[0].tables[0].y[curve].look;
     };
     const Document apart = // 12 cm for 0..1000, 8 cm for 0..8

@@ -17,7 +17,7 @@ using L = CurveLook &;
 // The numbers after the key on its line.
 static std::vector<double> numbersAfter(const std::string &text, const std::string &key) {
     std::vector<double> numbers;
-    const size_t at = text.find(key);
+    const std::size_t at = text.find(key);
     if (at == std::string::npos) return numbers;
     std::istringstream line(text.substr(at + key.size(), text.find('\n', at) - at - key.size()));
     for (std::string word; line >> word;)
@@ -342,7 +342,7 @@ TEST(Pages, HoldTheSymbolsOfAllCurvesAndNothingTooFarAway) {
     table.y.resize(3, table.y[0]);
     for (Axis &axis : document.axes) axis.noLine = axis.noNumbers = true;
     const double sizes[] = {20, 40, 30};
-    for (size_t i = 0; i < 3; ++i) {
+    for (std::size_t i = 0; i < 3; ++i) {
         table.y[i].name = "";
         table.y[i].look.symbols = i < 2;
         table.y[i].look.symbolSize = sizes[i];
@@ -378,7 +378,7 @@ TEST(Pictures, HaveSixteenSymbols) {
         look.symbolSize = 4 * pointsPerCm;
         onlyCurve(document).values = {unset, 4, unset};
         const Pixels pixels(document);
-        for (size_t i = 0; i < 4; ++i) {
+        for (std::size_t i = 0; i < 4; ++i) {
             double reach = 3.5;
             const auto [dx, dy] = directions[i];
             while (reach > 0 && pixels.at(4 + reach * dx, 4 + reach * dy) == '_') reach -= 0.01;
@@ -494,7 +494,7 @@ TEST(Composition, PlacesScalesTurnsAndShears) {
         const std::vector<double> ink = inkBoxOf(pdf);
         ASSERT_EQ(ink.size(), 4u);
         // the picture's own margin is 3 points before scaling; a sheared corner holds less
-        for (size_t side = 0; side < 4; ++side)
+        for (std::size_t side = 0; side < 4; ++side)
             EXPECT_NEAR(ink[side], c.box[side], c.shear == 0 ? 4 : 20)
                 << c.angle << ' ' << c.shear << ' ' << side;
     }

@@ -22,7 +22,7 @@ Column &onlyCurve(Document &document) {
 Document sineDocument() {
     std::vector<double> x(200);
     std::vector<double> y(200);
-    for (size_t i = 0; i < x.size(); ++i) {
+    for (std::size_t i = 0; i < x.size(); ++i) {
         x[i] = static_cast<double>(i) * 10 / 199;
         y[i] = std::sin(x[i]);
     }
@@ -40,8 +40,8 @@ std::string described(const Path &path) {
 }
 
 void expectApart(const std::vector<Box> &boxes) {
-    for (size_t i = 0; i < boxes.size(); ++i)
-        for (size_t k = 0; k < i; ++k)
+    for (std::size_t i = 0; i < boxes.size(); ++i)
+        for (std::size_t k = 0; k < i; ++k)
             EXPECT_TRUE(boxes[i].left >= boxes[k].right || boxes[k].left >= boxes[i].right ||
                         boxes[i].top >= boxes[k].bottom || boxes[k].top >= boxes[i].bottom)
                 << i << " and " << k;
@@ -119,11 +119,11 @@ std::vector<Drawn> drawnBy(const std::function<void(cairo_t *)> &draw) {
     cairo_surface_finish(surface.get());
     std::vector<Drawn> all;
     const std::string key = "<path style=\"";
-    for (size_t at = svg.find(key); at != std::string::npos; at = svg.find(key, at + 1)) {
+    for (std::size_t at = svg.find(key); at != std::string::npos; at = svg.find(key, at + 1)) {
         const std::string element = svg.substr(at, svg.find("/>", at) - at);
         if (element.find("transform") != std::string::npos) continue;
         Drawn drawn;
-        if (const size_t width = element.find("stroke-width:"); width != std::string::npos)
+        if (const std::size_t width = element.find("stroke-width:"); width != std::string::npos)
             drawn.thickness = std::stod(element.substr(width + 13));
         std::istringstream data(element.substr(element.find(" d=\"") + 4));
         double x = 0;

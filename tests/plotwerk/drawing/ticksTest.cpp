@@ -168,7 +168,7 @@ TEST(Ticks, HaveSmallOnesBetweenThem) {
     axis.ticks = -1;
     const struct {
         double increment, distance;
-        size_t between;
+        std::size_t between;
     } cases[] = {{1, 17, 4}, {1, 12, 1}, {1, 5, 0}, {2, 17, 3}, {2, 11, 1}, {5, 17, 4}, {5, 12, 0}};
     for (const auto &c : cases) {
         axis.increment = c.increment;

@@ -24,7 +24,7 @@ TEST(TimeTicks, TellDatesAndTimesOnce) {
     const struct {
         Range range;
         double increment;
-        size_t smallTicks;
+        std::size_t smallTicks;
         const char *want;
     } cases[] = {
         {{noon, noon + 0.004},
@@ -79,7 +79,7 @@ TEST(TimeTicks, TellDatesAndTimesOnce) {
         EXPECT_EQ(marks.smallTicks.size(), c.smallTicks) << c.want;
         for (const AxisNumber &number : marks.numbers) EXPECT_TRUE(isOnAxis(number.value, scale));
         // between two ticks there are as many small ones everywhere, Mondays in months aside
-        for (size_t i = 2; i < marks.ticks.size(); ++i) {
+        for (std::size_t i = 2; i < marks.ticks.size(); ++i) {
             const auto between = [&](double low, double high) {
                 return std::ranges::count_if(marks.smallTicks,
                                              [&](double v) { return v > low && v < high; });

@@ -36,7 +36,7 @@ class AtomicFile : public testing::Test {
     // In several pieces, so that there is a time when a part of the text is on its way.
     static void write(const fs::path &path, const std::string &text) {
         writeWholeFile(path, [&](std::ostream &stream) {
-            for (size_t i = 0; i < text.size(); i += 1000)
+            for (std::size_t i = 0; i < text.size(); i += 1000)
                 stream << text.substr(i, 1000) << std::flush;
         });
     }
@@ -129,11 +129,11 @@ TEST_F(AtomicFile, IsLockedWhileItIsWritten) {
 // might.
 TEST_F(AtomicFile, KeepsItsAccessControlListAndNoOtherAttribute) {
     struct Entry {
-        uint16_t tag, rights;
-        uint32_t id;
+        std::uint16_t tag, rights;
+        std::uint32_t id;
     };
     const struct {
-        uint32_t version = 2;
+        std::uint32_t version = 2;
         Entry entries[5] = {{1, 6, ~0U}, {2, 6, 12345}, {4, 0, ~0U}, {16, 6, ~0U}, {32, 0, ~0U}};
     } list;
     constexpr auto access = "system.posix_acl_access", ofDirectory = "system.posix_acl_default";

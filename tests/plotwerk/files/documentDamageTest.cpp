@@ -28,7 +28,7 @@ static std::string repeated(const std::string &piece) {
 TEST(DamagedDocument, IsRefusedWhereverItIsCutAndReadOrRefusedWithAnyByteChanged) {
     for (const bool binary : {false, true}) {
         const std::string whole = saved(smallDocument(), binary);
-        for (size_t i = binary ? 3 : 0; i + (binary ? 0 : 1) < whole.size(); ++i) {
+        for (std::size_t i = binary ? 3 : 0; i + (binary ? 0 : 1) < whole.size(); ++i) {
             ASSERT_NE(refusalOf(whole.substr(0, i)), "") << "binary " << binary << " cut at " << i;
             for (const char byte : {'\0', '\x9b'}) {
                 std::string damaged = whole;
@@ -147,7 +147,8 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
         {"formula", "\"\"", {"\"a*x\""}, "damaged: the parameters are not those of the formula"}};
     for (const auto &c : cases) {
         const std::string key = '"' + c.key + '"';
-        const size_t at = sound.rfind(key + ':' + c.from); // of looks the last, that of a curve
+        const std::size_t at =
+            sound.rfind(key + ':' + c.from); // of looks the last, that of a curve
         ASSERT_NE(at, std::string::npos) << key << c.from;
         for (const std::string &to : c.to) {
             std::string damaged = sound;

@@ -27,7 +27,7 @@ constexpr double numbers[] = {0.1,       -0.0,  subnormal,          1.7976931348
 // An archive that hands each plain value of a record, and of the records in it, to `leaf`.
 template<class Leaf> struct Walk {
     Leaf leaf;
-    size_t elements = 0; // that lists of records are given; 0: they stay as they are
+    std::size_t elements = 0; // that lists of records are given; 0: they stay as they are
 
     template<class T> void operator()(const char *key, T &value, Version = {}) {
         if constexpr (std::is_invocable_v<Leaf &, const char *, T &>) {
@@ -48,7 +48,7 @@ struct Fill {
     void operator()(const char *, bool &value) { value = !value; }
     void operator()(const char *, int &value) { value = ++count; }
     void operator()(const char *, double &value) {
-        value = numbers[static_cast<size_t>(++count) % std::size(numbers)];
+        value = numbers[static_cast<std::size_t>(++count) % std::size(numbers)];
     }
     void operator()(const char *, std::string &value) {
         value = "n\u00e4me \"\\/ \t\n\x01 \U0001F600 " + std::to_string(++count);
@@ -64,14 +64,14 @@ struct List {
     void operator()(const char *key, bool &value) { add(key, std::to_string(value)); }
     void operator()(const char *key, std::string &value) { add(key, value); }
     void operator()(const char *key, double &value) {
-        add(key, std::isnan(value) ? "nan" : std::to_string(std::bit_cast<uint64_t>(value)));
+        add(key, std::isnan(value) ? "nan" : std::to_string(std::bit_cast<std::uint64_t>(value)));
     }
     void add(const std::string &key, const std::string &value) {
         lines.push_back(key + ' ' + value);
     }
 };
 
-Document filled(size_t elements) {
+Document filled(std::size_t elements) {
     Document document;
     Walk<Fill> fill{{}, elements};
     fields(fill, document);

@@ -92,26 +92,26 @@ TEST_F(JournalFileTest, HoldsTheDocumentAndItsMessagesForOneProcessAtATime) {
 
 TEST_F(JournalFileTest, DropsWhatWasNotWrittenToItsEndAndRefusesAllOtherDamage) {
     write({});
-    const size_t beginning = bytes().size();
+    const std::size_t beginning = bytes().size();
     const std::vector<std::string> sent{"first", "second", "third"};
     write(sent);
     const std::string whole = bytes();
-    constexpr size_t headSize = 32, recordHeadSize = 16;
-    for (size_t length = beginning; length <= whole.size(); ++length) {
+    constexpr std::size_t headSize = 32, recordHeadSize = 16;
+    for (std::size_t length = beginning; length <= whole.size(); ++length) {
         putBytes(whole.substr(0, length));
         std::vector<std::string> wanted;
-        size_t end = beginning;
+        std::size_t end = beginning;
         for (const std::string &message : sent) {
             end += recordHeadSize + message.size();
             if (end <= length) wanted.push_back(message);
         }
         EXPECT_EQ(messages(), wanted) << length;
     }
-    for (size_t length = 0; length < beginning; length += 1 + length / 50) {
+    for (std::size_t length = 0; length < beginning; length += 1 + length / 50) {
         putBytes(whole.substr(0, length));
         EXPECT_THROW(messages(), Refusal) << length;
     }
-    for (size_t i = 0; i<whole.size(); i += i> 150 && i + 150 < whole.size() ? 37 : 1) {
+    for (std::size_t i = 0; i<whole.size(); i += i> 150 && i + 150 < whole.size() ? 37 : 1) {
         if (i >= 20 && i < headSize) continue; // what is written anew: any value is good
         std::string damaged = whole;
         damaged[i] ^= 0x10;

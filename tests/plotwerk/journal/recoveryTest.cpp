@@ -32,7 +32,9 @@ class RecoveryTest : public ServerTest {
         return output.err;
     }
 
-    size_t journals() const { return plotwerk::journalPaths(stateDirectory / "journal").size(); }
+    std::size_t journals() const {
+        return plotwerk::journalPaths(stateDirectory / "journal").size();
+    }
 
     // Of all open documents, the front one first, names and contents in CBOR. Closes them. An
     // untouched "Untitled" behind them is none of them.
@@ -59,7 +61,7 @@ class RecoveryTest : public ServerTest {
     using Documents = std::vector<std::pair<std::string, std::string>>;
     static std::string differenceOf(const Documents &got, const Documents &wanted) {
         std::string text;
-        for (size_t i = 0; i < std::max(got.size(), wanted.size()); ++i) {
+        for (std::size_t i = 0; i < std::max(got.size(), wanted.size()); ++i) {
             const auto &[name, bytes] = i < got.size() ? got[i] : Documents::value_type();
             const auto &[wantedName, wantedBytes] =
                 i < wanted.size() ? wanted[i] : Documents::value_type();
@@ -69,7 +71,8 @@ class RecoveryTest : public ServerTest {
             if (at.first == bytes.end() && at.second == wantedBytes.end()) continue;
             const auto part = [](const std::string &all, auto place) {
                 const auto begin = std::max<long>(0, place - all.begin() - 60);
-                return testing::PrintToString(all.substr(static_cast<size_t>(begin), 120)) + '\n';
+                return testing::PrintToString(all.substr(static_cast<std::size_t>(begin), 120)) +
+                       '\n';
             };
             text += part(bytes, at.first) + "wanted\n" + part(wantedBytes, at.second);
         }
@@ -302,7 +305,7 @@ TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
     documents();
     const std::vector<Method> methods = methodsOf(*connection);
     Random random(static_cast<unsigned>(deaths));
-    size_t answered = 0, unanswered = 0, done = 0;
+    std::size_t answered = 0, unanswered = 0, done = 0;
     for (int death = 0; death < deaths; ++death) {
         auto proxy = sdbus::createProxy(*connection, busName, objectPath);
         std::vector<Message> sent;
@@ -341,8 +344,8 @@ TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
 
         // The same messages to one that nobody ends.
         proxy = sdbus::createProxy(*connection, busName, objectPath);
-        const auto wantedAfter = [&](size_t count) {
-            for (size_t i = 0; i < count; ++i) send(*proxy, sent[i].method, sent[i].values);
+        const auto wantedAfter = [&](std::size_t count) {
+            for (std::size_t i = 0; i < count; ++i) send(*proxy, sent[i].method, sent[i].values);
             return documents();
         };
         const auto expected = wantedAfter(sent.size() - 1);
@@ -395,10 +398,10 @@ TEST_F(RecoveryTest, KeepsWhatItAnswersAndLivesWithAnyMemory) {
                 std::string error = "not answered";
             };
             std::vector<Outcome> outcomes(group.size());
-            size_t answers = 0;
+            std::size_t answers = 0;
             const std::string noMemory = "org.freedesktop.DBus.Error.NoMemory";
             program->sendSignal(SIGSTOP);
-            for (size_t k = 0; k < group.size(); ++k) {
+            for (std::size_t k = 0; k < group.size(); ++k) {
                 sendAhead(*control, group[k].method, group[k].values,
                           [&, k](sdbus::MethodReply &, const sdbus::Error *error) {
                               ++answers;
@@ -422,7 +425,7 @@ TEST_F(RecoveryTest, KeepsWhatItAnswersAndLivesWithAnyMemory) {
                 }
                 return answers == 2 * group.size();
             });
-            for (size_t k = 0; k < group.size(); ++k) {
+            for (std::size_t k = 0; k < group.size(); ++k) {
                 const auto &[answered, error] = outcomes[k];
                 if (answered && (error.empty() || hasSelectedNone(error))) done.push_back(group[k]);
                 refused += !answered || error.find("memory") != std::string::npos;

@@ -333,7 +333,7 @@ Values valuesOf(const std::string &saved) {
 std::string changes(const Values &before, const Values &after) {
     std::string text, last;
     const auto add = [&](const std::string &path, const std::string &what) {
-        const size_t slash = path.find_last_of('/');
+        const std::size_t slash = path.find_last_of('/');
         const bool inside = slash != std::string::npos;
         std::string record = inside ? path.substr(0, slash) : "";
         const auto name = before.find(record + "/name");

@@ -99,8 +99,8 @@ TEST_F(JobsTest, PanelsShareAnAxisAndAPictureIsWhatItsPathSays) {
                               "-x getVar -s lastError\n");
     EXPECT_EQ(output.out, "save succeeded\nsave succeeded\nsave succeeded\nsave succeeded\n\n");
     const Output texts = runProgram({"pdftotext", pathOf("page.pdf"), "-"});
-    size_t titles = 0;
-    for (size_t at = 0; (at = texts.out.find("time", at)) != std::string::npos; ++at) ++titles;
+    std::size_t titles = 0;
+    for (std::size_t at = 0; (at = texts.out.find("time", at)) != std::string::npos; ++at) ++titles;
     EXPECT_EQ(titles, 1U) << texts.out;
     EXPECT_TRUE(holds(texts.out, "V\n") && holds(texts.out, "R\n")) << "names of columns";
     EXPECT_TRUE(holds(runProgram({"file", pathOf("a.svg")}).out, "SVG Scalable Vector Graphics"));

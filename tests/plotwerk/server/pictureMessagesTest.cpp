@@ -31,10 +31,10 @@ class PictureMessages : public ServerTest {
     }
 
     // How many children of the server there are, dead ones included.
-    size_t children() {
+    std::size_t children() {
         std::string list = bytesOf("/proc/" + std::to_string(program->pid()) + "/task/" +
                                    std::to_string(program->pid()) + "/children");
-        return static_cast<size_t>(std::count(list.begin(), list.end(), ' '));
+        return static_cast<std::size_t>(std::count(list.begin(), list.end(), ' '));
     }
 };
 

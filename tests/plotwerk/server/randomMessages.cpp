@@ -56,7 +56,7 @@ const Values &valuesOf(const Method::Argument &argument) {
 }
 
 Values Random::arguments(const Method &method) {
-    const size_t odds = size_t{2} << (2 * below(3));
+    const std::size_t odds = std::size_t{2} << (2 * below(3));
     Values arguments;
     for (const auto &argument : method.arguments) {
         const Values &values = valuesOf(argument);

@@ -10,7 +10,7 @@
 #include <vector>
 
 using Rectangle = sdbus::Struct<double, double, double, double>;
-using Value = std::variant<std::string, int32_t, double, bool, Rectangle>;
+using Value = std::variant<std::string, std::int32_t, double, bool, Rectangle>;
 using Values = std::vector<Value>;
 
 // What may be sent: the first is sensible, the others need not be. The first document is "doc".
@@ -20,7 +20,9 @@ class Random {
   public:
     explicit Random(unsigned seed) : engine(seed) {}
 
-    size_t below(size_t n) { return std::uniform_int_distribution<size_t>(0, n - 1)(engine); }
+    std::size_t below(std::size_t n) {
+        return std::uniform_int_distribution<std::size_t>(0, n - 1)(engine);
+    }
 
     // Arguments that are mostly sensible: all but one in 2, 8 or 32.
     Values arguments(const Method &method);

@@ -32,7 +32,7 @@ TEST(RecordedMessage, GivesItsArgumentsBackBitForBit) {
     EXPECT_EQ(std::bit_cast<std::uint64_t>(std::get<double>(message.arguments[5])),
               0xfff8'0000'dead'beefULL);
 
-    for (size_t length = record.size() - 8; length < record.size(); ++length)
+    for (std::size_t length = record.size() - 8; length < record.size(); ++length)
         EXPECT_THROW(decodedMessage(std::string_view(record).substr(0, length)), Refusal);
     EXPECT_THROW(decodedMessage(record + 'q'), Refusal);
     EXPECT_TRUE(
@@ -92,11 +92,11 @@ TEST_F(ServerTest, EveryMessageCountsItsRevision) {
                    {"x a b \"a error\"\n0 1 5 1\n1 3 4 2\n2 5 6 1\n", "doc", "Data", false});
             repeat("selectCurvesOf_indexFirst_indexLast_appendSelection_", {"doc", 0, 0, false});
         }
-        const Method &method = methods[static_cast<size_t>(i) % methods.size()];
+        const Method &method = methods[static_cast<std::size_t>(i) % methods.size()];
         const std::string keyword = method.keyword();
         if (elsewhere.contains(keyword)) continue;
         Values values = random.arguments(method);
-        for (size_t k = 0; k < values.size(); ++k)
+        for (std::size_t k = 0; k < values.size(); ++k)
             if (isDocument(method.arguments[k])) values[k] = "doc";
         const std::uint64_t before = document.revision;
         application.lastError.clear();

@@ -80,7 +80,7 @@ TEST_F(RobustnessTest, AnswersEveryMessageWithEachArgumentAtItsExtremes) {
         Values sensible;
         for (const auto &argument : method.arguments)
             sensible.push_back(valuesOf(argument).front());
-        for (size_t i = 0; i < sensible.size(); ++i) {
+        for (std::size_t i = 0; i < sensible.size(); ++i) {
             Values sent = sensible;
             for (const Value &extreme : valuesOf(method.arguments[i])) {
                 sent[i] = extreme;
@@ -233,7 +233,7 @@ TEST_F(RobustnessTest, CutsOffAClientThatDoesNotReadItsAnswers) {
     plotwerk->newDocumentWithName_("doc");
     plotwerk->createCurveAtSelectionOf_minx_maxx_incx_miny_incy_("doc", 1, 40'000, 1, 0, 0.125);
     plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_("doc", 0, 0, false);
-    const size_t length = plotwerk->dataOfSelectedCurvesOf_("doc").size();
+    const std::size_t length = plotwerk->dataOfSelectedCurvesOf_("doc").size();
 
     const auto own = sdbus::createSessionBusConnection();
     const auto deaf = sdbus::createProxy(*own, busName, objectPath);
@@ -272,7 +272,7 @@ TEST_F(RobustnessTest, OutlivesMessagesThatItHasNoMemoryFor) {
     };
     limitTo(has - (rlim_t{320 - 8} << 20));
     const std::string noMemory = "org.freedesktop.DBus.Error.NoMemory";
-    const auto errorOf = [&](size_t length) {
+    const auto errorOf = [&](std::size_t length) {
         try {
             send("setFormulaOf_formulaText_", {"doc", std::string(length, 'a')});
         } catch (const sdbus::Error &error) {
@@ -281,7 +281,7 @@ TEST_F(RobustnessTest, OutlivesMessagesThatItHasNoMemoryFor) {
         return std::string();
     };
     // the length at which it can be read, but not taken apart
-    size_t length = 1 << 20;
+    std::size_t length = 1 << 20;
     std::string error;
     for (; error.empty() && length < 8 << 20; length += 1 << 18) error = errorOf(length);
     EXPECT_EQ(error, noMemory) << length;
@@ -313,7 +313,7 @@ TEST_F(RobustnessTest, OutlivesMessagesThatItHasNoMemoryFor) {
 TEST_F(RobustnessTest, TakesDataOfAnyLength) {
     connection->setMethodCallTimeout(5 * deadline); // as a client waits
     plotwerk->selectCurvesOf_sourceName_table_column_appendSelection_("doc", "Data", 1, "a", false);
-    for (const size_t length : {size_t{64} << 10, size_t{64} << 20}) {
+    for (const std::size_t length : {std::size_t{64} << 10, std::size_t{64} << 20}) {
         const bool shorter = length < 1 << 20;
         const std::string zeros(shorter ? 0 : 1000, '0'); // many bytes, few numbers
         std::string text = "x\ta\n";

@@ -132,7 +132,7 @@ template<class Value> static Value read(sdbus::MethodReply &reply) {
 
 std::string ServerTest::answerTo(const Method &method, const std::vector<std::string> &arguments) {
     sdbus::MethodCall call = control->createMethodCall(busName, method.name);
-    for (size_t i = 0; i < arguments.size(); ++i)
+    for (std::size_t i = 0; i < arguments.size(); ++i)
         append(call, method.arguments.at(i).type[0], arguments[i]);
     sdbus::MethodReply reply = control->callMethod(call, deadline);
     std::ostringstream line;
@@ -140,7 +140,7 @@ std::string ServerTest::answerTo(const Method &method, const std::vector<std::st
         if (line.tellp() > 0) line << ' ';
         switch (type) {
         case 's': line << '\'' << read<std::string>(reply) << '\''; break;
-        case 'i': line << read<int32_t>(reply); break;
+        case 'i': line << read<std::int32_t>(reply); break;
         case 'd': line << read<double>(reply); break;
         default: line << (read<bool>(reply) ? "yes" : "no");
         }
