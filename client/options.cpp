@@ -3,7 +3,6 @@
 #include "client/failures.h"
 #include "util/text/utf8.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cmath>
@@ -14,7 +13,8 @@
 static void failAsNo(const char *what, const OptionText &option) {
     constexpr std::size_t longestShown = 60;
     std::string_view value = option.text;
-    value = value.substr(0, std::min(value.find_first_of("\r\n"), longestShown));
+    value = value.substr(0, value.find_first_of("\r\n"));
+    value = value.substr(0, plw::prefixOfCharacters(value, longestShown));
     fail(option.command, std::string("the value of -") + option.letter + " is no " + what + ": " +
                              std::string(value));
 }
@@ -36,26 +36,20 @@ static bool isInteger(const char *text) {
     return end != text && isBlank(end) && errno == 0 && value >= INT_MIN && value <= INT_MAX;
 }
 
-double real(const char *text, double whenEmpty) {
-    return *text ? std::atof(text) : whenEmpty;
-}
-
 double real(const OptionText &option, double whenEmpty) {
-    if (*option && failuresAreTold() && !isReal(option)) failAsNo("number", option);
-    return real(option.text, whenEmpty);
+    if (!*option) return whenEmpty;
+    if (failuresAreTold() && !isReal(option)) failAsNo("number", option);
+    return std::atof(option);
 }
 
 double real(const OptionText &option) {
     return real(option, std::sqrt(-1.0));
 }
 
-int integer(const char *text, int whenEmpty) {
-    return *text ? std::atoi(text) : whenEmpty;
-}
-
 int integer(const OptionText &option, int whenEmpty) {
-    if (*option && failuresAreTold() && !isInteger(option)) failAsNo("integer", option);
-    return integer(option.text, whenEmpty);
+    if (!*option) return whenEmpty;
+    if (failuresAreTold() && !isInteger(option)) failAsNo("integer", option);
+    return std::atoi(option);
 }
 
 int integer(const OptionText &option) {

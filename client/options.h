@@ -33,15 +33,13 @@ struct Options {
     }
 };
 
-// NaN for an empty text, else what atof reads: 0 for a text that is not a number. Of an option's
-// text that isn't a number the command fails (failures.h).
-double real(const char *text, double whenEmpty);
+// NaN for an empty text, else what atof reads: 0 for a text that is not a number, of which the
+// command fails where failures are told (failures.h).
 double real(const OptionText &option, double whenEmpty);
 double real(const OptionText &option);
 
-// -1 for an empty text, else what atoi reads: 0 for a text that is not a number. Of an option's
-// text that isn't a whole number of 32 bits the command fails.
-int integer(const char *text, int whenEmpty);
+// -1 for an empty text, else what atoi reads: 0 for a text that is not a number. Likewise of what
+// isn't a whole number of 32 bits.
 int integer(const OptionText &option, int whenEmpty);
 int integer(const OptionText &option);
 

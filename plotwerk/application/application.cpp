@@ -35,8 +35,8 @@ Application::~Application() {
     setBytesHeld(nullptr);
 }
 
-double Application::bytesHeld() {
-    double bytes = composition ? composition->bytes() : 0;
+double Application::bytesOfDocuments() {
+    double bytes = 0;
     for (const auto &open : documents) {
         if (open->countedAt != open->document.revision) {
             open->bytes = bytesOf(open->document);
@@ -44,7 +44,13 @@ double Application::bytesHeld() {
         }
         bytes += open->bytes;
     }
-    return bytes + static_cast<double>(clipboard.dataText.size());
+    return bytes;
+}
+
+double Application::bytesHeld() {
+    const double page = composition ? composition->bytes() : 0;
+    return bytesOfOthers + bytesOfDocuments() + page +
+           static_cast<double>(clipboard.dataText.size());
 }
 
 Document *Application::front() {
@@ -83,7 +89,12 @@ Document &Application::add(Document document) {
         documents.back()->journal.emplace(journals);
         documents.back()->journal->setFront();
     }
-    if (desktop) desktop->opened(documents.back()->document);
+    try {
+        if (desktop) desktop->opened(documents.back()->document);
+    } catch (...) {
+        documents.pop_back();
+        throw;
+    }
     return documents.back()->document;
 }
 

@@ -174,7 +174,8 @@ class Application {
         std::uint64_t countedAt = ~0ULL; // at that revision
     };
 
-    // Of memory, what the documents and the composition take.
+    // Of memory, what the documents in the list take, and what is held in all.
+    double bytesOfDocuments();
     double bytesHeld();
 
     Document broughtBack(LeftJournal &journal, const Repeat &repeat);
@@ -191,6 +192,7 @@ class Application {
 
     // in order of activation, the front one last
     std::vector<std::unique_ptr<OpenDocument>> documents;
+    double bytesOfOthers = 0;       // that aren't in the list while one is brought back
     std::filesystem::path journals; // their directory; empty: none are kept
     std::optional<Composition> composition;
 };

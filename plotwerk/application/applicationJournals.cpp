@@ -87,11 +87,13 @@ void Application::tellLeftJournals() const {
 // The document of the journal. While it is made it is the only one, under the name by which its
 // messages call it, and no desktop knows of it.
 Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat) {
+    bytesOfOthers = bytesOfDocuments();
     auto others = std::exchange(documents, {});
     Desktop *const theirDesktop = std::exchange(desktop, nullptr);
     const char separator = decimalSeparator;
     const auto restore = [&] {
         documents = std::move(others);
+        bytesOfOthers = 0;
         desktop = theirDesktop;
         decimalSeparator = separator;
         lastError.clear();

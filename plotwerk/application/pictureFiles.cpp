@@ -100,6 +100,7 @@ fs::path writeClipboardPicture(const Document &document, PictureKind kind) {
 }
 
 void printPicture(const Document &document) {
+    loadFontsOnce();
     startProgram({"lp", "-t", document.name}, [&](std::ostream &stream) {
         inChild([&] { stream << pdfOfDocument(document) << std::flush; });
     });

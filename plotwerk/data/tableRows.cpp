@@ -93,7 +93,8 @@ bool RowReader::append(const char *line, std::size_t lineNumber) {
         row.push_back(isNumeric(field.kind) ? field.value : unset);
     }
     if (word && !number && emptyRows == table.count) {
-        take();
+        const LineCount passedOver = take().linesOfWords;
+        table.linesOfWords = passedOver;
         return false;
     }
     if (width == 0) {

@@ -3,20 +3,37 @@
 #include "plotwerk/drawing/curvePoints.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace plotwerk {
 
 static constexpr double lengthOfPoint = 5; // of a line that weighs as much as a symbol
 static constexpr std::size_t enoughPoints = 20000;
 
+// Leaves every step-th point, and the breaks between those left.
+static void thin(Path &points, std::size_t step) {
+    std::size_t index = 0;
+    bool broken = false;
+    Path left;
+    for (const Point &p : points) {
+        broken = broken || isBreak(p);
+        if (isBreak(p) || index++ % step != 0) continue;
+        if (broken && !left.empty()) left.push_back(pathBreak);
+        broken = false;
+        left.push_back(p);
+    }
+    points = std::move(left);
+}
+
 std::vector<CurveInk> inkOf(const std::vector<DrawnCurve> &curves, const ScaledFrame &frame) {
     std::vector<CurveInk> inks;
     for (const DrawnCurve &curve : curves) {
         const CurveLook &look = curve.column->look;
         Path points = pointsOnPaper(curve, frame);
-        const std::size_t step = points.size() / enoughPoints + 1;
-        for (std::size_t i = 0; i * step < points.size(); ++i) points[i] = points[i * step];
-        points.resize((points.size() + step - 1) / step);
+        const auto count = static_cast<std::size_t>(
+            std::ranges::count_if(points, [](const Point &p) { return !isBreak(p); }));
+        const std::size_t step = count / enoughPoints + 1;
+        thin(points, step);
 
         CurveInk &ink = inks.emplace_back();
         ink.pointsPerMark = static_cast<double>(step);

@@ -167,7 +167,10 @@ static Path interpolated(Line line, const Path &path, int points, const DrawnCur
 }
 
 Path linePath(Path points, const DrawnCurve &curve, const ScaledFrame &frame, double resolution) {
-    const int between = pointsBetween(curve, frame, points.size());
+    const CurveLook &look = curve.column->look;
+    // as many as between all rows: the points may be some of them
+    const std::size_t rows = look.sum > 1 ? 0 : curve.column->values.size();
+    const int between = pointsBetween(curve, frame, std::max(points.size(), rows));
     if (between > 0 && resolution > 0) {
         points = interpolated(ColumnExtremes(resolution), points, between, curve, frame);
     } else if (between > 0) {
@@ -175,7 +178,7 @@ Path linePath(Path points, const DrawnCurve &curve, const ScaledFrame &frame, do
         line.reserve(points.size() * static_cast<std::size_t>(between + 1));
         points = interpolated(std::move(line), points, between, curve, frame);
     }
-    return curve.column->look.stepped ? steppedPath(points) : points;
+    return look.stepped ? steppedPath(points) : points;
 }
 
 Path brokenOnReverse(const Path &path, bool reversedAxis) {

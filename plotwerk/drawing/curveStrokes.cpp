@@ -4,9 +4,13 @@
 
 #include <algorithm>
 #include <array>
+#include <numbers>
 #include <numeric>
+#include <vector>
 
 namespace plotwerk {
+
+static constexpr double sizeOfDot = 3; // of a lone point, in thicknesses of the line
 
 // The line's dashes, from that distance after their beginning on.
 static void setDash(cairo_t *cr, const CurveLook &look, double distance) {
@@ -27,12 +31,15 @@ void tracePath(cairo_t *cr, const Path &path, std::size_t begin, std::size_t end
     }
 }
 
+static bool isAlone(const Path &path, std::size_t i) {
+    return !isBreak(path[i]) && (i == 0 || isBreak(path[i - 1])) &&
+           (i + 1 == path.size() || isBreak(path[i + 1]));
+}
+
 // Points between two breaks: a line can't show them, but a dot can.
 static void traceDots(cairo_t *cr, const Path &path, std::size_t begin, std::size_t end) {
     for (std::size_t i = begin; i < end; ++i) {
-        const bool alone = !isBreak(path[i]) && (i == 0 || isBreak(path[i - 1])) &&
-                           (i + 1 == path.size() || isBreak(path[i + 1]));
-        if (!alone) continue;
+        if (!isAlone(path, i)) continue;
         cairo_move_to(cr, path[i].x, path[i].y);
         cairo_line_to(cr, path[i].x, path[i].y);
     }
@@ -43,7 +50,7 @@ static void strokeDots(cairo_t *cr, const Path &path, std::size_t begin, std::si
     cairo_save(cr);
     cairo_set_dash(cr, nullptr, 0, 0);
     cairo_set_line_cap(cr, CAIRO_LINE_CAP_ROUND);
-    cairo_set_line_width(cr, 3 * cairo_get_line_width(cr));
+    cairo_set_line_width(cr, sizeOfDot * cairo_get_line_width(cr));
     cairo_stroke(cr);
     cairo_restore(cr);
 }
@@ -75,12 +82,25 @@ void strokeInParts(cairo_t *cr, const Path &path, const CurveLook &look, bool da
     cairo_set_dash(cr, nullptr, 0, 0);
 }
 
+Box withRoomForDots(const Box &box, const Path &path, const CurveLook &look) {
+    for (std::size_t i = 0; i < path.size(); ++i)
+        if (isAlone(path, i)) return box.grownBy(sizeOfDot / 2 * look.lineThickness + 10);
+    return box;
+}
+
 void strokeAsImage(cairo_t *cr, const Path &path, double thickness, DenseImage image) {
+    std::vector<Point> alone;
     for (std::size_t i = 0; i < path.size(); ++i) {
         if (isBreak(path[i])) continue;
         const bool joins = i > 0 && !isBreak(path[i - 1]);
-        image.addLine(joins ? path[i - 1] : path[i], path[i], thickness);
+        if (joins) image.addLine(path[i - 1], path[i], thickness);
+        if (isAlone(path, i)) alone.push_back(path[i]);
     }
+    const double radius = sizeOfDot / 2 * thickness;
+    image.stamp(alone, radius, [&](cairo_t *dot) {
+        cairo_arc(dot, 0, 0, radius, 0, 2 * std::numbers::pi);
+        cairo_fill(dot);
+    });
     image.paintOn(cr);
 }
 
@@ -95,7 +115,8 @@ void strokePath(cairo_t *cr, const Path &path, const CurveLook &look, bool dashe
     // a colour that is not opaque would be painted twice where parts meet
     const bool whole = look.lineColour.opacity < 1;
     if (path.size() > (whole ? mostAtOnce : mostVectors)) {
-        strokeAsImage(cr, path, look.lineThickness, DenseImage(box, dpiFor(lengthOf(path))));
+        strokeAsImage(cr, path, look.lineThickness,
+                      DenseImage(withRoomForDots(box, path, look), dpiFor(lengthOf(path))));
         return;
     }
     setPen(cr, look);

@@ -24,10 +24,12 @@ void tracePath(cairo_t *cr, const Path &path, std::size_t begin, std::size_t end
 void strokePath(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed, const Box &box);
 
 // The parts of strokePath, in the current colour: the thickness and the joins of the curve's pen,
-// strokes of so many points each, and the lines in an image.
+// strokes of so many points each, and the lines in an image: of the box, with room for the dots
+// of lone points.
 void setPen(cairo_t *cr, const CurveLook &look);
 void strokeInParts(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed,
                    std::size_t atOnce);
+Box withRoomForDots(const Box &box, const Path &path, const CurveLook &look);
 void strokeAsImage(cairo_t *cr, const Path &path, double thickness, DenseImage image);
 
 } // namespace plotwerk

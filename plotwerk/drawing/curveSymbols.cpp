@@ -46,7 +46,10 @@ void drawSymbols(cairo_t *cr, const Path &points, const CurveLook &look, const S
     const double size = look.symbolSize;
     if (size == 0) return;
     const std::vector<Point> chosen = symbolPoints(points, look.symbolInc, frame, resolution);
-    const bool asImage = chosen.size() > mostSymbols;
+    // as on paper, where symbols of an image aren't white inside
+    const bool asImage = chosen.size() > mostSymbols ||
+                         (resolution > 0 && points.size() > mostSymbols &&
+                          symbolPoints(points, look.symbolInc, frame, 0).size() > mostSymbols);
     if (!asImage) {
         for (const Point &p : chosen) drawSymbolOf(cr, look, p, look.lineColour, true);
         return;

@@ -29,8 +29,8 @@ class DenseImage {
     DenseImage(const Box &box, double dpi);
 
     // For a screen, where nothing finer than the resolution, in points, is seen. Four pixels are
-    // painted as one that is shaded, from a whole dot of the context on: so where the resolution is
-    // half a dot, nothing is left to be scaled.
+    // painted as one that is shaded. The image begins at a whole dot of the context, so that with
+    // half a dot as resolution what is painted are the screen's dots.
     static DenseImage onScreen(cairo_t *cr, const Box &box, double resolution);
 
     // A straight line with square ends, in the paper's coordinates; at least a pixel wide.

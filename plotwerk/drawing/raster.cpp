@@ -1,5 +1,7 @@
 #include "plotwerk/drawing/raster.h"
 
+#include "plotwerk/base/refusal.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -9,6 +11,7 @@
 namespace plotwerk {
 
 static constexpr double scale = rasterDpi / 72;
+static constexpr int mostColumns = 32767;        // of a surface of cairo's
 static constexpr int mostPixelsAtOnce = 8000000; // drawn together
 
 RasterSize rasterSizeOf(const Page &page) {
@@ -46,6 +49,7 @@ static void readRow(cairo_surface_t *surface, int y, std::vector<unsigned char> 
 
 void drawRows(const Page &page, const std::function<void(unsigned char *row)> &take) {
     const auto [width, height] = rasterSizeOf(page);
+    if (width > mostColumns) throw Refusal("a picture of pixels can't be wider than 277 cm");
     const int rowsAtOnce = std::clamp(mostPixelsAtOnce / width, 1, height);
     std::vector<unsigned char> rgb(static_cast<std::size_t>(width) * 3);
     for (int top = 0; top < height; top += rowsAtOnce) {

@@ -15,6 +15,7 @@ static constexpr std::size_t fewPoints = 500;
 static constexpr std::size_t mostAsVectors = 20000; // of lines that aren't upright
 static constexpr int boxesAtOnce = 50;              // so many that overlap are filled fastest
 static constexpr std::size_t linesAtOnce = 20;
+static constexpr double thickestBox = 16; // resolutions: the ends are off by less than a dot then
 
 // With as much ink beyond its ends as round joins have.
 static void addUpright(cairo_t *cr, const Point &a, const Point &b, double thickness) {
@@ -56,18 +57,26 @@ static Path fillUprights(cairo_t *cr, const Path &path, double thickness, double
 
 static void strokeOpaque(cairo_t *cr, const Path &path, const CurveLook &look, const Box &box,
                          double resolution) {
-    const Path rest = fillUprights(cr, path, look.lineThickness, 2 * resolution);
+    const Path rest = look.lineThickness <= thickestBox * resolution
+                          ? fillUprights(cr, path, look.lineThickness, 2 * resolution)
+                          : path;
     if (rest.size() > mostAsVectors) {
-        strokeAsImage(cr, rest, look.lineThickness, DenseImage::onScreen(cr, box, resolution));
+        strokeAsImage(cr, rest, look.lineThickness,
+                      DenseImage::onScreen(cr, withRoomForDots(box, rest, look), resolution));
         return;
     }
     setPen(cr, look);
     strokeInParts(cr, rest, look, false, linesAtOnce);
 }
 
+// Not where the line covers half of the box.
+static bool showsDashes(const Path &path, const CurveLook &look, const Box &box) {
+    return look.dashed && lengthOf(path) * look.lineThickness < box.width() * box.height() / 2;
+}
+
 void strokeOnScreen(cairo_t *cr, const Path &path, const CurveLook &look, const Box &box,
                     double resolution) {
-    if (path.size() <= fewPoints) {
+    if (path.size() <= fewPoints || showsDashes(path, look, box)) {
         strokePath(cr, path, look, look.dashed, box);
         return;
     }

@@ -11,8 +11,8 @@
 namespace plotwerk {
 
 // As strokePath, where nothing finer than the resolution, in points, is seen. Of many points the
-// lines that are all but upright are drawn as boxes, which costs a fraction of the time, and no
-// dashes, which can't be seen where lines are that dense.
+// lines that are all but upright are drawn as boxes, which costs a fraction of the time, and dashes
+// only where the line covers less than half of the box.
 void strokeOnScreen(cairo_t *cr, const Path &path, const CurveLook &look, const Box &box,
                     double resolution);
 

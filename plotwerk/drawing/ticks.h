@@ -28,7 +28,8 @@ struct AxisMarks {
 using NumbersFit = std::function<bool(const std::vector<AxisNumber> &)>;
 
 // How far numbers are from each other, in points: as far as they can be while there are five of
-// them, and one for each widest, but not closer than close; than closest where only three stood.
+// them, and one for each widest, but not closer than close; than closest where fewer than four
+// stood.
 struct NumberSpacing {
     double closest = 0;
     double close = 0;

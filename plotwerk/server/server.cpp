@@ -142,7 +142,10 @@ bool Server::processPending() {
             more = readMessage();
         }
     });
-    if (busObject.waiting.empty() && isRead) return more;
+    if (busObject.waiting.empty() && isRead) {
+        setReserveAside();
+        return more;
+    }
     const bool isAnswered = findsMemory([&] {
         if (!busObject.waiting.empty()) busObject.waiting.answerNext();
     });

@@ -18,7 +18,7 @@ struct BusSource::Source {
 
 namespace {
 
-// What is done when the bus has gone is done from dispatch, where it may end the loop.
+// When the bus has gone, that is told once.
 template<class Source, class Work> void onBus(Source &bus, Work work) {
     try {
         work();

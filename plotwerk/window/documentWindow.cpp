@@ -305,9 +305,14 @@ void DocumentWindow::updateActions() {
     forward->set_enabled(history.hasLater());
 }
 
-void DocumentWindow::tell(const Glib::ustring &text) {
+void DocumentWindow::note(const Glib::ustring &text) {
     messageLabel.set_text(text);
     messageLabel.set_tooltip_text(text);
+    messageLabel.remove_css_class("error");
+}
+
+void DocumentWindow::tell(const Glib::ustring &text) {
+    note(text);
     messageLabel.add_css_class("error");
 }
 
@@ -318,11 +323,10 @@ void DocumentWindow::beginFit() {
 void DocumentWindow::showFit(const FitProgress &progress) {
     fitPane.showProgress(progress);
     if (fitPane.get_visible()) return;
-    tell(progress.iterations() == 0
+    note(progress.iterations() == 0
              ? "Fitting. Escape cancels."
              : Glib::ustring::sprintf("Fitting: χ² = %.7g, %d iterations. Escape cancels.",
                                       progress.chiSquare(), progress.iterations()));
-    messageLabel.remove_css_class("error");
 }
 
 void DocumentWindow::endFit() {
@@ -461,16 +465,17 @@ void DocumentWindow::saveAs(const std::function<void()> &then) {
     });
 }
 
+// That saves a picture as the path's end says; PDF without an end that is known.
+static const char *messageFor(const std::filesystem::path &path) {
+    const Glib::ustring end = Glib::ustring(path.extension().string()).lowercase();
+    if (end == ".eps") return "savePictureEPS_as_";
+    if (end == ".tiff" || end == ".tif" || end == ".png") return "savePictureTIFF_as_";
+    return "savePicturePDF_as_";
+}
+
 void DocumentWindow::exportPicture() {
     chooseFile("Export Picture", Gtk::FileChooser::Action::SAVE, document.name + ".pdf",
-               [this](const std::string &path) {
-                   const std::filesystem::path file(path);
-                   const char *member = "savePicturePDF_as_";
-                   if (file.extension() == ".eps") member = "savePictureEPS_as_";
-                   if (file.extension() == ".tiff" || file.extension() == ".tif")
-                       member = "savePictureTIFF_as_";
-                   send(member, {path});
-               });
+               [this](const std::string &path) { send(messageFor(path), {path}); });
 }
 
 void DocumentWindow::saveScript() {
@@ -561,8 +566,7 @@ void DocumentWindow::closeAfterAsking(const std::function<void()> &then) {
         return application.whenFree([this, then] { closeAfterAsking(then); });
     }
     const auto close = [this, then] {
-        application.closeDocument(document);
-        then();
+        if (application.closeDocument(document)) then();
     };
     if (!hasUnsavedChanges(document)) return close();
     if (dialog && dialog->get_visible()) return dialog->present();

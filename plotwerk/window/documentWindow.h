@@ -35,7 +35,8 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     // the first time is one step otherwise.
     void endStep();
 
-    // A line for the user, until the next one; empty: none.
+    // A line for the user, until the next one; empty: none. What is told has gone wrong.
+    void note(const Glib::ustring &line);
     void tell(const Glib::ustring &line);
 
     // A fit of the document has begun that the user can cancel; has come so far; is over.

@@ -9,8 +9,8 @@ namespace plotwerk {
 static Gtk::Label *heading(const char *text) {
     auto *label = Gtk::make_managed<Gtk::Label>(text, true);
     label->set_xalign(0);
-    Pango::AttrList
-        bold; // the theme's headings have a size of their own, whatever the desktop's is
+    // the theme's headings have a size of their own, whatever the desktop's is
+    Pango::AttrList bold;
     auto weight = Pango::Attribute::create_attr_weight(Pango::Weight::BOLD);
     bold.insert(weight);
     label->set_attributes(bold);

@@ -3,6 +3,8 @@
 #include "plotwerk/model/curves.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <set>
 
 namespace plotwerk {
 
@@ -20,18 +22,26 @@ HiddenCurves::Place HiddenCurves::placeOf(const Document &document, const CurveR
 }
 
 void HiddenCurves::keepSelected(const Document &document) {
+    std::set<Place> met;
     for (const CurveRef &curve : selectedCurves(document)) {
         const CurveLook &look = columnOf(document, curve).look;
-        if (isSeen(look)) kept[placeOf(document, curve)] = partsOf(look);
+        if (!isSeen(look)) continue;
+        const Place place = placeOf(document, curve);
+        if (met.insert(place).second) kept[place].clear();
+        kept[place].push_back(partsOf(look));
     }
 }
 
 std::vector<HiddenCurves::Group> HiddenCurves::selected(const Document &document) const {
     std::vector<Group> groups;
+    std::map<Place, std::size_t> met;
     for (const CurveRef &curve : selectedCurves(document)) {
         if (partsOf(columnOf(document, curve).look) != DrawnParts{}) continue;
-        const auto found = kept.find(placeOf(document, curve));
-        const DrawnParts parts = found == kept.end() ? DrawnParts{.line = true} : found->second;
+        const Place place = placeOf(document, curve);
+        const auto found = kept.find(place);
+        DrawnParts parts{.line = true};
+        if (found != kept.end()) // of one name, some may have been hidden alone
+            parts = found->second[std::min(met[place]++, found->second.size() - 1)];
         const auto isSame = [&](const Group &group) { return group.parts == parts; };
         auto group = std::find_if(groups.begin(), groups.end(), isSame);
         if (group == groups.end()) group = groups.insert(group, {parts, {}});

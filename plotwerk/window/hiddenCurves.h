@@ -47,7 +47,7 @@ class HiddenCurves {
     using Place = std::tuple<std::string, int, std::string>;
     static Place placeOf(const Document &document, const CurveRef &curve);
 
-    std::map<Place, DrawnParts> kept;
+    std::map<Place, std::vector<DrawnParts>> kept; // curves of one name in the order of selection
 };
 
 } // namespace plotwerk

@@ -20,7 +20,7 @@ class JournalPane final : public Gtk::ScrolledWindow {
 
     std::size_t numberOfLines() const { return lines.size(); }
 
-    // Takes lines back, or puts back what was taken back, so that there are so many.
+    // Takes lines back, or puts back what was taken back, so that there are `count`.
     void showLines(std::size_t count);
 
     // The lines as a script for a shell.

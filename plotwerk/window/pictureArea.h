@@ -32,7 +32,7 @@ class PictureArea final : public Gtk::DrawingArea {
     // Of the document as it is now.
     const PageView &view();
 
-    // Whether the main loop has had no time for a frame that was asked for so long ago.
+    // Whether the main loop has had no time for a frame that was asked for that long ago.
     bool isBehind(std::chrono::duration<double> time) const;
 
     sigc::signal<void()> &signalDrawn() { return drawn; }

@@ -23,8 +23,8 @@ class Versions {
     // the values of columns; or those, too.
     enum class Change { none, ofView, ofSetting, ofLook, ofData };
 
-    // The document is a new version now, with so many lines in its journal. What could be redone is
-    // forgotten. Nothing happens when its revision is that of the version.
+    // The document is a new version now, with that number of lines in its journal. What could be
+    // redone is forgotten. Nothing happens when its revision is that of the version.
     void keep(Document &document, Change change, std::size_t lines);
 
     bool canUndo() const { return present > 0; }

@@ -295,20 +295,21 @@ void WindowedApplication::whenFree(const std::function<void()> &work) {
     putOff.push_back(work);
 }
 
-void WindowedApplication::closeDocument(const Document &document) {
+bool WindowedApplication::closeDocument(const Document &document) {
     ending = windows.size() == 1;
     const bool done = perform("closeDocument_askForSave_", {document.name, false});
     if (done && ending) end();
     ending = false;
+    return done;
 }
 
 // One document after the other, the one in front first, until the user keeps one open.
 void WindowedApplication::quitAfterAsking() {
     if (ended) return;
-    DocumentWindow *window = frontWindow();
-    if (!window) return end();
-    window->closeAfterAsking(
-        [this] { Glib::signal_idle().connect_once([this] { quitAfterAsking(); }); });
+    if (windows.empty()) return end();
+    frontWindow()->closeAfterAsking([this] {
+        Glib::signal_idle().connect_once([this] { whenFree([this] { quitAfterAsking(); }); });
+    });
 }
 
 void WindowedApplication::offerLeftDocuments() {
@@ -339,15 +340,17 @@ void WindowedApplication::offerLeftDocuments() {
 void WindowedApplication::bringBack() {
     using Clock = std::chrono::steady_clock;
     constexpr auto slice = 16ms;
-    if (ended) return;
-    if (DocumentWindow *window = frontWindow()) window->tell("Documents are brought back…");
+    if (ended || endsSoon) return;
+    if (DocumentWindow *window = frontWindow()) window->note("Documents are brought back…");
     beginWork();
     auto last = Clock::now() - slice;
     server->recover([&] {
-        if (Clock::now() < last + slice) return;
-        for (const auto end = Clock::now() + slice; Clock::now() < end;)
-            if (!g_main_context_iteration(nullptr, FALSE)) break;
-        last = Clock::now();
+        if (Clock::now() >= last + slice) {
+            for (const auto end = Clock::now() + slice; Clock::now() < end;)
+                if (!g_main_context_iteration(nullptr, FALSE)) break;
+            last = Clock::now();
+        }
+        if (endsSoon) throw Refusal("the program ends");
     });
     endWork();
     const bool all = served.leftDocuments().empty();
@@ -360,18 +363,18 @@ void WindowedApplication::fail(const std::string &reason) {
     exitStatus = 1;
     bus.reset();
     const bool hasDocuments = !windows.empty();
-    dialog = std::make_unique<Gtk::MessageDialog>("Plotwerk can't answer messages", false,
-                                                  Gtk::MessageType::ERROR, Gtk::ButtonsType::CLOSE,
-                                                  true);
-    if (DocumentWindow *window = frontWindow()) dialog->set_transient_for(*window);
-    dialog->set_title("Plotwerk");
-    dialog->set_secondary_text(hasDocuments ? reason + ".\n\nThe documents stay open, to be saved."
-                                            : reason);
-    dialog->signal_response().connect([this, hasDocuments](int) {
-        dialog->hide();
-        if (!hasDocuments) endSoon();
+    failure = std::make_unique<Gtk::MessageDialog>("Plotwerk can't answer messages", false,
+                                                   Gtk::MessageType::ERROR, Gtk::ButtonsType::CLOSE,
+                                                   true);
+    if (DocumentWindow *window = frontWindow()) failure->set_transient_for(*window);
+    failure->set_title("Plotwerk");
+    failure->set_secondary_text(hasDocuments ? reason + ".\n\nThe documents stay open, to be saved."
+                                             : reason);
+    failure->signal_response().connect([this](int) {
+        failure->hide();
+        if (windows.empty()) endSoon();
     });
-    dialog->show();
+    failure->show();
 }
 
 void WindowedApplication::endSoon() {

@@ -61,7 +61,7 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     void openFile(const std::string &path);
 
     // The window's document is closed by the user: with the last window the program ends.
-    void closeDocument(const Document &document);
+    bool closeDocument(const Document &document);
 
   private:
     explicit WindowedApplication(bool keepJournals);
@@ -106,6 +106,7 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     std::map<const Document *, std::unique_ptr<DocumentWindow>> windows;
     std::vector<std::unique_ptr<DocumentWindow>> retired; // until the loop is idle
     std::unique_ptr<Gtk::MessageDialog> dialog;
+    std::unique_ptr<Gtk::MessageDialog> failure;
     int works = 0;         // that let the main loop run; one may be part of another
     bool ending = false;   // the last window closes: the document that follows needs none
     bool endsSoon = false; // no fit is begun any more

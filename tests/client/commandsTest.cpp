@@ -292,7 +292,8 @@ TEST(Options, AreReadByTheFirstCharacterOrAsFarAsANumberGoes) {
     for (const auto &c : texts) {
         EXPECT_EQ(yesNo(c.text), c.yes) << c.text;
         EXPECT_EQ(triState(c.text), c.state) << c.text;
-        EXPECT_EQ(integer(c.text, 10), c.whole) << c.text;
-        EXPECT_TRUE(same(real(c.text, 10), c.number)) << c.text;
+        const OptionText option{c.text, 'a', "YatX"};
+        EXPECT_EQ(integer(option, 10), c.whole) << c.text;
+        EXPECT_TRUE(same(real(option, 10), c.number)) << c.text;
     }
 }

@@ -16,6 +16,7 @@ namespace plw {
 // the bus carries begins, and for an empty text.
 std::uint32_t firstCodePoint(std::string_view text, std::size_t *length);
 
+// Whether Unicode keeps the code point for no character: U+FDD0 to U+FDEF, U+xxFFFE, U+xxFFFF.
 bool isNonCharacter(std::uint32_t code);
 
 // Whether a byte of UTF-8 begins no character but goes on with one.
