@@ -3,6 +3,7 @@
 // Each work is done on both in turn, on documents of their own. What is printed is the processor's
 // time of plotwerkd for a message, which says more than elapsed time where other work runs, and the
 // ratios; all are medians over the pairs.
+#include "protocol/PlotwerkControlNames.h"
 #include "protocol/PlotwerkControlProxy.h"
 #include "tests/support/privateBus.h"
 
