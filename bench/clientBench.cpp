@@ -1,6 +1,6 @@
 // clientBench: what callPlw costs beside its peers, against the same plotwerkd in the same run.
 //
-// - one command as a whole process, beside the same message sent by busctl
+// - one command as a whole process, beside the same message sent by busctl (package systemd)
 // - line mode through a pipe with each answer awaited, and 100,000 lines fed at once, beside a bare
 //   loop over libsystemd's sd-bus that makes the same calls
 // - that loop behind the same pipes (this program with the argument "lines"): what a client would

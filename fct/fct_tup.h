@@ -53,8 +53,8 @@ void removeAtEndFct_tup(Fct_tup *T, int k);
 void removeAtBeginFct_tup(Fct_tup *T, int k);
 
 // Sorts the rows by member c, ascending, with qsortFlex: equal rows may change places, and rows
-// with a NaN in c may end up anywhere and keep others from being sorted. Time: that of n log n or
-// less for values that are all different or ascend already; otherwise that of qsortFlex. Ends the
+// with a NaN in c may end up anywhere and keep others from being sorted. Time: n log n at most for
+// values that are all different or ascend already; otherwise that of qsortFlex. Ends the
 // process: "ERROR in sortFct_tup: index out of range" and c.
 void sortFct_tup(Fct_tup *T, int c);
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the fuzz targets and runs each for so many seconds: fuzz.sh [SECONDS], 60 unless given.
+# Builds the fuzz targets and runs each for the given time: fuzz.sh [SECONDS], 60 by default.
 # What a target has found interesting is kept under build/fuzz/corpus, what broke it in build/fuzz.
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -31,7 +31,8 @@ build_packages=(g++ cmake ninja-build pkg-config libsdbus-c++-dev libsdbus-c++-b
 window_packages=(libgtkmm-4.0-dev)
 # A message bus of one's own.
 bus_packages=(dbus-daemon)
-# What the tests and benchmarks are built of; packing, and tools that look into pictures.
+# What the tests and benchmarks are built of (clientBench also runs busctl, of systemd); packing, and
+# tools that look into pictures.
 test_packages=(libgtest-dev libbenchmark-dev libgsl-dev dpkg-dev file poppler-utils ghostscript
     librsvg2-bin libtiff-tools pngcheck)
 # A screen that nobody sees, its mouse and clipboard, and pictures of it.

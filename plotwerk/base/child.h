@@ -8,7 +8,8 @@ namespace plotwerk {
 
 // Does the work in a forked child within the bounds of one message (bounds.h) and waits for it. The
 // child sees everything as it is now; what it changes in memory is lost, what it writes to open
-// files stays. It dies with this process. For a process of one thread.
+// files stays. It dies with this process. Other threads must not hold anything that the work
+// needs.
 //
 // Throws Refusal: with the reason that the work gave by an exception; when it took too much time or
 // memory, or crashed; when no child can be started; and when SIGTERM or SIGINT, which the caller

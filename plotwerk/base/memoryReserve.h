@@ -3,7 +3,7 @@
 // Where a process may have no more memory (RLIMIT_AS), work that asks for it fails and is refused.
 // The libraries that talk to the bus couldn't go on then: for them the reserve is given up, and set
 // aside again when memory has become free. It is never touched, so that it takes none. For one
-// thread at a time: others may allocate only while that one is within WithoutReserve.
+// thread at a time: others may call operator new only while that one is within WithoutReserve.
 #ifndef PLOTWERK_BASE_MEMORYRESERVE_H
 #define PLOTWERK_BASE_MEMORYRESERVE_H
 

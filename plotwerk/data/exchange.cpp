@@ -27,7 +27,7 @@ static Source *sourceNamed(Document &document, const std::string &name) {
     return found == document.sources.end() ? nullptr : &*found;
 }
 
-// Curves that come after so many others.
+// The looks of new curves, the first of which has curvesBefore others before it.
 static void giveLooks(Table &table, int &curvesBefore) {
     for (Column &column : table.y) column.look = lookOfNewCurve(curvesBefore++);
 }
@@ -59,7 +59,8 @@ static bool continues(const DataTable &more, const Table &table) {
     return more.table.y.size() == table.y.size() && (!more.countedX || countsItsRows(table));
 }
 
-// The rows that a column has room for when so many are added: growth by single rows stays cheap.
+// The capacity for that many more rows; it grows by a quarter at least, so that single rows stay
+// cheap.
 static std::size_t capacityWith(const Column &column, std::size_t more) {
     const std::size_t needed = column.values.size() + more;
     const std::size_t capacity = column.values.capacity();
@@ -69,7 +70,7 @@ static std::size_t capacityWith(const Column &column, std::size_t more) {
 // Makes room so that appending can't fail.
 static void reserveRows(Table &table, std::size_t more) {
     if (table.x.values.size() + more > std::numeric_limits<int>::max())
-        throw Refusal("a table can't have so many rows");
+        throw Refusal("a table can't have that many rows");
     const auto columns = static_cast<double>(table.y.size() + 1);
     requireMemory(columns * sizeof(double) * static_cast<double>(capacityWith(table.x, more)));
     table.x.values.reserve(capacityWith(table.x, more));

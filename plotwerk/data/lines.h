@@ -33,7 +33,7 @@ class Lines {
     char *end;
     bool hasQuotes;
     std::size_t lineNumber = 0;
-    std::size_t joined = 1; // so many lines are the one that next gave
+    std::size_t joined = 1; // how many lines of the text next has given as one
 };
 
 } // namespace plotwerk

@@ -13,10 +13,10 @@ namespace plotwerk {
 
 static constexpr std::size_t mostValues = 100'000'000;
 
-// A table of so many rows may well go on to the end of the text.
+// A table that has reached this length may well go on to the end of the text.
 static constexpr std::size_t rowsOfLongTable = 1024;
 
-// After so many unusual rows in turn the next ones aren't tried as plain ones any more.
+// After this many unusual rows in a row, later ones are no longer tried as plain ones.
 static constexpr int mostUnusualRows = 8;
 
 void requireRoom(const TableSizes &finished, std::size_t columns, std::size_t rows) {
@@ -36,8 +36,8 @@ static bool hasEmptyField(const char *line) {
     return false;
 }
 
-// Reads so many numbers and moves p behind them and the blanks that follow. What stands there, and
-// a line end where there were fewer.
+// Reads the wanted count of numbers and moves p behind them and the blanks that follow. Gives the
+// byte there, or a line end where there were fewer.
 static char readNumbers(const char *&p, double *to, std::size_t wanted) {
     int count;
     p = plw::scanline(p, to, static_cast<int>(wanted), &count);

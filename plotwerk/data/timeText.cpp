@@ -6,7 +6,7 @@
 
 namespace plotwerk {
 
-// Reads so many digits; null when there are fewer.
+// Reads exactly count digits; null when there are fewer.
 static const char *readDigits(const char *p, int count, int *value) {
     *value = 0;
     for (; count > 0; --count, ++p) {

@@ -10,7 +10,7 @@
 
 namespace plotwerk {
 
-// Where a curve lies. Of one with very many points it holds every so many.
+// Where a curve lies. A curve with very many points is represented by every n-th of them.
 struct CurveInk {
     Path marks; // its points; empty where only the line is drawn
     Path line;

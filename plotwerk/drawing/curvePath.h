@@ -50,8 +50,9 @@ class ColumnExtremes {
         }
     }
 
-    // Whether points between the one added last and p, whose y is beyond that of both by at most so
-    // much, needn't be added: they would change nothing, or less than 1/16 of the width.
+    // Whether the points between the last one added and p can be left out, none of them lying
+    // further than `beyond` above or below both: they would change nothing, or less than 1/16 of
+    // the width.
     bool covers(const Point &p, double beyond) const {
         if (std::floor(p.x / width) != column) return false;
         const auto [low, high] = std::minmax(last.p.y, p.y);

@@ -84,9 +84,10 @@ template<class Line> static void addSpline(Line &line, const Point *p, std::size
     const std::vector<double> curvature = splineCurvatures(p, n);
     for (std::size_t i = 0; i + 1 < n; ++i) {
         const double h = p[i + 1].x - p[i].x;
-        const double bend = std::max(std::abs(curvature[i]), std::abs(curvature[i + 1]));
+        const double secondDerivative =
+            std::max(std::abs(curvature[i]), std::abs(curvature[i + 1]));
         line.add(p[i]);
-        if (line.covers(p[i + 1], bend * h * h / 8)) continue;
+        if (line.covers(p[i + 1], secondDerivative * h * h / 8)) continue;
         for (int k = 1; k <= between; ++k) {
             const double b = static_cast<double>(k) / (between + 1);
             const double a = 1 - b;
@@ -126,7 +127,7 @@ static void addStraight(Line &line, const Point *p, std::size_t n, int points,
     line.add(p[n - 1]);
 }
 
-// How many are drawn between any two of so many points.
+// How many points are drawn between two neighbours of a curve that has this many.
 static int pointsBetween(const DrawnCurve &curve, const ScaledFrame &frame, std::size_t points) {
     const CurveLook &look = curve.column->look;
     const bool logarithmic = frame.scales[curve.horizontalAxis()].logarithmic ||

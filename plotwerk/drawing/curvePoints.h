@@ -16,7 +16,7 @@ Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame);
 Path rowsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame, std::size_t begin,
                  std::size_t end);
 
-// What is drawn: the rows or, with look.sum above 1, the means of so many valid rows each, without
+// What is drawn: the rows or, with look.sum above 1, the means of look.sum valid rows each, without
 // breaks.
 Path pointsOnPaper(const DrawnCurve &curve, const ScaledFrame &frame);
 

@@ -23,9 +23,9 @@ void tracePath(cairo_t *cr, const Path &path, std::size_t begin, std::size_t end
 // where lines are that dense.
 void strokePath(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed, const Box &box);
 
-// The parts of strokePath, in the current colour: the thickness and the joins of the curve's pen,
-// strokes of so many points each, and the lines in an image: of the box, with room for the dots
-// of lone points.
+// The parts of strokePath, in the current colour: the thickness and joins of the curve's pen;
+// strokes of atOnce points each; the box enlarged by the dots of lone points; the lines as an
+// image.
 void setPen(cairo_t *cr, const CurveLook &look);
 void strokeInParts(cairo_t *cr, const Path &path, const CurveLook &look, bool dashed,
                    std::size_t atOnce);

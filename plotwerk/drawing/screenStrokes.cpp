@@ -13,7 +13,7 @@ namespace plotwerk {
 
 static constexpr std::size_t fewPoints = 500;
 static constexpr std::size_t mostAsVectors = 20000; // of lines that aren't upright
-static constexpr int boxesAtOnce = 50;              // so many that overlap are filled fastest
+static constexpr int boxesAtOnce = 50;              // of overlapping ones: the fastest
 static constexpr std::size_t linesAtOnce = 20;
 static constexpr double thickestBox = 16; // resolutions: the ends are off by less than a dot then
 
@@ -25,8 +25,8 @@ static void addUpright(cairo_t *cr, const Point &a, const Point &b, double thick
                     bottom - top + 2 * beyond);
 }
 
-// Fills the lines that are at most so wide, as boxes, and gives the rest of the path. A point at
-// which only such lines end isn't in it: it would be a dot.
+// Fills the lines whose ends are at most `widest` apart in x, as boxes, and gives the rest of the
+// path. A point at which only such lines end isn't in it: it would be a dot.
 static Path fillUprights(cairo_t *cr, const Path &path, double thickness, double widest) {
     Path rest;
     int boxes = 0;

@@ -38,7 +38,7 @@ bool isTimeScale(const Scale &scale) {
 
 namespace {
 
-// So many seconds or months; years are twelve months.
+// A number of seconds or of months; years are twelve months.
 struct TimeStep {
     double seconds = 0;
     int months = 0;
@@ -257,7 +257,7 @@ static void setNumbers(const TimeStep &step, int precision, AxisMarks &marks) {
     }
 }
 
-// The finest step that divides this one into at most so many parts.
+// The finest step that divides this one into at most mostParts parts.
 static std::optional<TimeStep> divided(const TimeStep &step, double mostParts, double distance) {
     for (const TimeStep &finer : steps) {
         const double parts = step.meanSeconds() / finer.meanSeconds();
@@ -270,8 +270,8 @@ static std::optional<TimeStep> divided(const TimeStep &step, double mostParts, d
     return std::nullopt;
 }
 
-// The finest step of the calendar (days or Mondays in months), or so many parts of each step as the
-// axis asks for.
+// Small ticks at the finest step of the calendar (days or Mondays in months), or as many to each
+// step as the axis asks for.
 static std::vector<double> smallTicks(const Axis &axis, const TimeStep &step, const Scale &scale,
                                       const std::vector<double> &ticks) {
     const double distance = scale.length * step.meanSeconds() / (scale.max - scale.min);
@@ -298,7 +298,7 @@ static std::vector<double> smallTicks(const Axis &axis, const TimeStep &step, co
     return small;
 }
 
-// The widest step with enough ticks, no finer than they may be close.
+// The widest step with enough ticks, but none finer than spacing.close allows.
 static std::size_t chosenStep(const Scale &scale, const NumberSpacing &spacing) {
     const double least = spacing.close * (scale.max - scale.min) / scale.length;
     std::size_t chosen = 0;

@@ -52,7 +52,7 @@ class Typesetter {
     // On one line, size in points.
     SetText line(const RichText &text, double size) const;
 
-    // Lines broken at the width; what of a paragraph doesn't fit into so many lines ends in an
+    // Lines broken at the width; a paragraph that needs more than that number of lines ends in an
     // ellipsis.
     SetText paragraph(const RichText &text, double size, double width, int lines,
                       PangoAlignment alignment = PANGO_ALIGN_CENTER) const;

@@ -61,7 +61,7 @@ struct FitOutcome {
 // as free parameters. If all parameters are fixed only chiSquare is computed.
 //
 // parameters: one for each of formula.parameterNames(), in that order. At most 500 may be free.
-// seconds: the fit is given up as not converged when by estimate it has taken so long.
+// seconds: beyond this estimated time the fit is given up as not converged.
 // run: has the search for the minimum done; empty: it is done at once. Cancelled, the fit counts as
 // not converged.
 FitOutcome fit(const Formula &formula, const FitData &data, std::vector<FitParameter> &parameters,

@@ -26,7 +26,8 @@ struct Strategy {
 static constexpr Strategy strategies[] = {{1, false, 1000}, {0.5, true, 4000}};
 
 // Points times steps that a strategy may take, so that a hopeless problem with many points ends
-// long before its time is over. So many steps are allowed in any case.
+// long before its time is over. However many points there are, leastSteps are
+// allowed.
 static constexpr double mostWork = 1e8;
 static constexpr int leastSteps = 200;
 
@@ -45,13 +46,15 @@ static constexpr double lower = 9;
 // paper takes 0.75 and less for hard problems.
 static constexpr double reach = 0.1;
 static constexpr double mostCurvature = 0.5;
-// A gain within this fraction of the linear model's: the next step needs no acceleration.
+// Where the gain is within this fraction of the linear model's, the path hardly curves, and the
+// acceleration isn't worth its evaluation of the formula.
 static constexpr double straight = 0.1;
 
 // The solver hands over to the polish when an undamped step promises to lower chi-square by less
 // than this part of it, the square of Bates and Watts' relative offset: there undamped steps
 // converge, and differences of chi-square begin to drown in its rounding. So they do for any step
-// that is hardly damped and promises far less than chi-square's rounding.
+// that is hardly damped, by a thousandth of J's scale, and promises far less than chi-square's
+// rounding.
 static constexpr double smallOffset = 1e-10;
 static constexpr double smallDecrease = 1e-20;
 static constexpr double hardlyDamped = 1e-3;
@@ -63,7 +66,7 @@ static constexpr double dataRounding = 1e-14;
 static constexpr double lastDigit = 1e-16;
 
 // Where at least this fraction of each column of J is independent of those before it, the triangle
-// in double is exact enough for the last step and the covariance.
+// in double is exact enough for the last step and the covariance: three of its 16 digits are lost.
 static constexpr double independence = 1e-3;
 
 // A bound is let go of when the cosine between the residuals and the parameter's derivatives says

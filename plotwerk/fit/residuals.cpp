@@ -7,11 +7,11 @@
 
 namespace plotwerk {
 
-// About the time of a step: the formula and its derivatives at the points, their reduction, and the
-// damping of the triangle.
+// About the nanoseconds of a step: the formula and its derivatives at the points, their reduction,
+// and the damping of the triangle. The factors need only be of the right size.
 template<class Real>
 static double timeOfStep(const Tape &tape, std::size_t points, std::size_t parameters) {
-    // The processor has no vectors of extended numbers.
+    // Extended numbers are computed one at a time: the processor has no vectors of them.
     constexpr double slowness = std::is_same_v<Real, double> ? 1 : 15;
     const auto p = static_cast<double>(parameters + 1);
     const double onePoint = nanosecondsPerPoint(tape) + 0.1 * p * p + 3;

@@ -32,7 +32,7 @@ template<class Real> class Evaluator {
     // The formula at n <= blockSize() points from the first one on; valid until the next call.
     const Real *values(const Inputs &inputs, int first, int n);
 
-    // Derivatives at the points of the last values(), to be had by derivative(j).
+    // Computes the derivatives at the points of the last values(); derivative(j) gives them.
     void differentiate();
 
     // The derivatives by parameter j, one for each point.

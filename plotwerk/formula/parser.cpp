@@ -7,13 +7,14 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <numbers>
 
 namespace plotwerk {
 
-constexpr int deepest = 200;   // signs, parentheses and exponents inside each other
-constexpr int longest = 10000; // instructions
+static constexpr int deepest = 200;   // signs, parentheses and exponents inside each other
+static constexpr int longest = 10000; // instructions
 
 namespace {
 
@@ -56,14 +57,11 @@ static unsigned char byteAt(std::string_view text, std::size_t at) {
 // Bytes of the letter (or _) at a position, 0 when there is none. Of what UTF-8 writes in two
 // bytes: U+00B5 (micro) and U+00C0..U+052F but for the signs of multiplication and division.
 static std::size_t letterLength(std::string_view text, std::size_t at) {
-    const unsigned char first = byteAt(text, at);
-    if ((first >= 'a' && first <= 'z') || (first >= 'A' && first <= 'Z') || first == '_') return 1;
-
-    const unsigned char second = byteAt(text, at + 1);
-    if (first < 0xC2 || first > 0xDF || (second & 0xC0) != 0x80) return 0;
-    const int code = (first & 0x1F) << 6 | (second & 0x3F);
+    std::size_t length;
+    const std::uint32_t code = plw::firstCodePoint(text.substr(std::min(at, text.size())), &length);
+    if (length == 1) return code == '_' || plw::isLetter(static_cast<int>(code)) ? 1 : 0;
     const bool letter = code == 0xB5 || (code >= 0xC0 && code <= 0x52F);
-    return letter && code != 0xD7 && code != 0xF7 ? 2 : 0;
+    return length == 2 && letter && code != 0xD7 && code != 0xF7 ? 2 : 0;
 }
 
 // The character at a position as a message shows it.
@@ -77,7 +75,7 @@ class Parser::Nested {
     explicit Nested(Parser &p) : parser(p) {
         if (++parser.depth > deepest) parser.refuse("nested too deeply", parser.position);
     }
-    ~Nested() { parser.depth--; }
+    ~Nested() { --parser.depth; }
     Nested(const Nested &) = delete;
     Nested &operator=(const Nested &) = delete;
 

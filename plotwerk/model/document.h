@@ -53,7 +53,7 @@ struct CurveLook {
     double interpolationPoints = 0; // points drawn between two data points
     int interpolationType = 0;      // 0 straight, 1 cubic spline
     double symbolSize = 4;          // in points of 1/72 inch
-    int symbolInc = 1;              // every so many points have a symbol
+    int symbolInc = 1;              // every n-th point has a symbol
     // codes of drawSymbol, below symbolCount; others than the first, above 0, are drawn over it
     std::array<int, 4> symbol{0, 0, 0, 0};
     double lineThickness = 1; // in points
@@ -121,8 +121,8 @@ struct Axis {
     bool numbersInside = false;
     bool noNumbers = false;
     bool arrow = false;
-    int logTicksAt = -1;   // a tick at every so many decades; -1 automatic
-    int logNumbersAt = -1; // a number at every so many decades; -1 automatic
+    int logTicksAt = -1;   // a tick at every n-th decade; -1 automatic
+    int logNumbersAt = -1; // a number at every n-th decade; -1 automatic
     bool reversed = false;
     double labelDensity = 1;
 };

@@ -118,8 +118,8 @@ static bool isAsWide(const std::vector<double> &y, int top, double level, int wi
     return count >= width;
 }
 
-// A window of so many points is fine enough to look for peaks: beyond, the points are averaged in
-// blocks, so that the time doesn't go with the width.
+// A window of this many points is enough to look for peaks: points of wider ones are averaged in
+// blocks, so that the time doesn't grow with the width.
 static constexpr int pointsInWindow = 32;
 
 // Where peaks of that width are, roughly: indexes of points.

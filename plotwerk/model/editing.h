@@ -54,8 +54,8 @@ void createCurve(Document &document, double minX, double maxX, double incX, doub
                  double incY);
 
 // After the table of each selected curve adds one with the curve "NAME maxima", "NAME minima", or
-// both, as flags say: the points that are extremes at least so wide and high. The order is that of
-// the points; those without x or y are left out. For a maximum
+// both, as flags say: the points that are extremes at least minWidth wide and minHeight high. The
+// order is that of the points; those without x or y are left out. For a maximum
 //   height is how far the curve falls, on the side where it falls less, before it rises above the
 //   maximum or ends (its prominence),
 //   width is the number of points around it above half of that height.

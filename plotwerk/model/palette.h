@@ -33,9 +33,9 @@ struct RoundOfCurves {
 inline constexpr std::array<RoundOfCurves, 4> laterRounds = {
     {{{4, 2, 0, 0}, 2}, {{1, 1.5, 0, 0}, 4}, {{6, 1.5, 1, 1.5}, 6}, {{8, 3, 0, 0}, 8}}};
 
-// The look of a new curve in a document that already has so many: the default, in the next colour
-// of the palette, told apart from those of that colour for 35 curves; the first curve's area keeps
-// its default.
+// The look of a new curve after curvesBefore others: the default, in the next colour of the
+// palette. Dashes and symbols distinguish curves of one colour, up to 35 curves; the first curve's
+// area keeps its default.
 inline CurveLook lookOfNewCurve(int curvesBefore) {
     CurveLook look;
     const std::size_t round = static_cast<std::size_t>(curvesBefore) / palette.size();
@@ -64,7 +64,7 @@ inline CurveLook lookOfNewCurve(int curvesBefore, const CurveLook &origin) {
 inline constexpr std::array<Colour, 4> fitPalette = {
     {{0.78, 0.04, 0.2, 1}, {0.33, 0.2, 0.62, 1}, {0.47, 0.28, 0.1, 1}, {0, 0.36, 0.2, 1}}};
 
-// The look of a fit of that curve in a document that has kept so many fits.
+// The look of a fit of that curve in a document that has kept fitsBefore fits.
 inline CurveLook lookOfNewFit(int fitsBefore, const CurveLook &origin) {
     CurveLook look = lookOfNewCurve(0, origin);
     paint(look, fitPalette[static_cast<std::size_t>(fitsBefore) % fitPalette.size()]);

@@ -33,9 +33,9 @@ static plw::Fct linked(std::span<const double> x, std::span<const double> y, std
     return f;
 }
 
-// Where the library finds no memory it ends the process; so that much is looked for before.
+// The library ends the process where it finds no memory: what it will need is tried first.
 static void requireFree(std::size_t bytes) {
-    void *volatile memory = std::malloc(bytes); // so that it isn't optimised away
+    void *volatile memory = std::malloc(bytes); // volatile: not optimised away
     if (memory == nullptr) throw std::bad_alloc();
     std::free(memory);
 }
@@ -69,8 +69,9 @@ void sortTogether(std::span<double> key, std::span<double> other) {
 }
 
 std::vector<double> peakPositions(std::span<const double> y, double minStrength, double width) {
-    // Samples: 2 of their number; rises across the window: at half their spacing, so 4, half as
-    // many again while they grow; where to look next: 3; peaks: 2 at most, which grow likewise.
+    // In arrays of y's size: the samples take 2. The differences, twice as many, take 4, and half
+    // as much again while they grow. Where to look next takes 3. The peaks take at most 2, and grow
+    // likewise.
     requireFree(16 * y.size_bytes());
     using Function = std::unique_ptr<plw::Fct, decltype(&plw::freeFct)>;
     const Function f(plw::newFctWith(y.data(), countOf(y, y, 0), 0, 1), plw::freeFct);

@@ -80,7 +80,7 @@ static int select(Document &document, const std::vector<CurveRef> &curves, bool 
     return static_cast<int>(curves.size());
 }
 
-// A table's number is in range when any source has so many.
+// A table's number is valid when any source has that many tables.
 static void requireTable(const Document &document, int table) {
     if (table == -1) return;
     for (const Source &source : document.sources)

@@ -29,7 +29,7 @@ struct ShownPoints {
 ShownPoints rowPoints(const Table &table, const Column &curve, const Errors &xErrors,
                       const Errors &yErrors);
 
-// What is drawn: the rows or, with look.sum above 1, the means of so many rows with x and y each.
+// What is drawn: the rows or, with look.sum above 1, the means of look.sum rows with x and y each.
 // The error of a mean is that of independent values, the root of the sum of squares through their
 // number.
 ShownPoints shownPoints(const Table &table, const Column &curve, const Errors &xErrors,

@@ -84,8 +84,8 @@ sdbus::IConnection::PollData Server::pollData() const {
 
 namespace {
 
-// The bus library answers by the errors of its own kind. Any other exception would leave it amidst
-// a message, and every message after that refused.
+// The bus library answers only errors of its own kind. Any other exception would leave it in the
+// middle of a message, and every later message refused.
 struct NoMemory final : std::bad_alloc, sdbus::Error {
     NoMemory() : Error("org.freedesktop.DBus.Error.NoMemory", "not enough memory") {}
     const char *what() const noexcept override { return Error::what(); }

@@ -465,7 +465,7 @@ void DocumentWindow::saveAs(const std::function<void()> &then) {
     });
 }
 
-// That saves a picture as the path's end says; PDF without an end that is known.
+// Saves a picture in the format of the path's extension; PDF if that isn't known.
 static const char *messageFor(const std::filesystem::path &path) {
     const Glib::ustring end = Glib::ustring(path.extension().string()).lowercase();
     if (end == ".eps") return "savePictureEPS_as_";

@@ -39,7 +39,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     void note(const Glib::ustring &line);
     void tell(const Glib::ustring &line);
 
-    // A fit of the document has begun that the user can cancel; has come so far; is over.
+    // The progress of a fit of the document, which the user can cancel.
     void beginFit();
     void showFit(const FitProgress &progress);
     void endFit();

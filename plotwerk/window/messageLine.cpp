@@ -104,7 +104,7 @@ static constexpr Row rows[] = {
     {"setLocalRangeOf_XorYAxis_", "", "", Effect::keepsData},
 };
 
-// About no document's contents.
+// These do nothing to a document's contents, and have no line.
 static constexpr std::string_view withoutLine[] = {
     "waitForEmptyReply",
     "actify_",

@@ -2,6 +2,7 @@
 #include "client/commandTable.h"
 #include "tests/support/process.h"
 
+#include <cctype>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
@@ -32,6 +33,15 @@ TEST(Documentation, ManualPageHasEveryCommandOnceWithItsOptions) {
     EXPECT_EQ(written, known);
 }
 
+static std::string lettersOf(const CommandRow &row) {
+    static const std::regex option("[-|] ?([a-zA-Z])(?= )");
+    const std::string synopsis = row.synopsis;
+    std::string letters;
+    for (std::sregex_iterator at(synopsis.begin(), synopsis.end(), option), end; at != end; ++at)
+        letters += at->str(1);
+    return letters;
+}
+
 TEST(Documentation, CompletionOffersCommandsAndTheirOptionsWhereTheyAreWanted) {
     using Names = std::multiset<std::string>;
     const auto offered = [&](const std::string &words) {
@@ -56,18 +66,42 @@ TEST(Documentation, CompletionOffersCommandsAndTheirOptionsWhereTheyAreWanted) {
         {"-xopen -f file -", {"-f", "-r", "-x"}},
         {"-x nonsense ''", {"-x"}},
         {"stray ''", {}}};
-    static const std::regex option("[-|] ?([a-zA-Z])(?= )");
     for (const CommandTable *table : command::allTables) {
         for (const CommandRow &row : *table) {
             names.insert(row.name);
             Names options{"-x"};
-            const std::string synopsis = row.synopsis;
-            for (std::sregex_iterator at(synopsis.begin(), synopsis.end(), option), end; at != end;
-                 ++at)
-                options.insert("-" + at->str(1));
+            for (const char letter : lettersOf(row)) options.insert({'-', letter});
             cases.push_back({std::string("-x ") + row.name + " ''", options});
         }
     }
     cases.insert(cases.end(), {{"-x ''", names}, {"-s '' -xopen -x ''", names}});
     for (const auto &[words, offers] : cases) EXPECT_EQ(offered(words), offers) << words;
+}
+
+// Rows {"MEMBER", "COMMAND -o VALUE|OTHER", "d a b? ."} of the table in the source.
+TEST(Documentation, JournalOfAWindowHasCommandsAndOptionsOfTheTables) {
+    std::map<std::string, std::string> letters;
+    for (const CommandTable *table : command::allTables)
+        for (const CommandRow &row : *table) letters[row.name] = lettersOf(row);
+
+    std::ifstream file(MESSAGE_LINES);
+    const std::string text(std::istreambuf_iterator<char>(file), {});
+    static const std::regex row("\\{(?:\"\\w+\"\\s*)*\"\\w+_\",\\s*\"([^\"]+)\",\\s*\"([^\"]*)\"");
+    int rows = 0;
+    for (std::sregex_iterator at(text.begin(), text.end(), row), end; at != end; ++at, ++rows) {
+        const std::string command = at->str(1);
+        std::istringstream names(command), kinds(at->str(2));
+        std::string known;
+        for (std::string name; std::getline(names, name, '|');) {
+            const auto found = letters.find(name.substr(0, name.find(' ')));
+            ASSERT_TRUE(found != letters.end()) << name;
+            known = found->second;
+        }
+        for (std::string kind; kinds >> kind;) {
+            const bool isOption = std::isalpha(static_cast<unsigned char>(kind[0])) && kind != "d";
+            EXPECT_TRUE(!isOption || known.find(kind[0]) != std::string::npos)
+                << command << " -" << kind;
+        }
+    }
+    EXPECT_GT(rows, 40);
 }

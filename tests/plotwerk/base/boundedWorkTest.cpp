@@ -49,7 +49,7 @@ class BoundedWork : public testing::Test {
         return "";
     }
 
-    // Of a selected curve with so many rows.
+    // With one selected curve of that many rows.
     static Document documentWith(int rows) {
         Table table;
         table.x.values.assign(rows, 1);

@@ -83,7 +83,8 @@ char Pixels::at(double x, double y) const {
     unsigned value = 0;
     std::memcpy(&value,
                 cairo_image_surface_get_data(surface.get()) +
-                    ptrdiff_t{row} * cairo_image_surface_get_stride(surface.get()) + 4 * column,
+                    std::ptrdiff_t{row} * cairo_image_surface_get_stride(surface.get()) +
+                    4 * column,
                 sizeof value);
     const int red = value >> 16 & 255;
     const int green = value >> 8 & 255;

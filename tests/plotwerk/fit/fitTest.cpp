@@ -144,11 +144,11 @@ TEST(Fit, BoundsHoldAndTheRestIsFittedBesideThem) {
             Numbers f(x.size());
             formula.evaluate({x}, at, f);
             double total = 0;
-            for (std::size_t i = 0; i < f.size(); i++) total += (f[i] - data[i]) * (f[i] - data[i]);
+            for (std::size_t i = 0; i < f.size(); ++i) total += (f[i] - data[i]) * (f[i] - data[i]);
             return total;
         };
         EXPECT_NEAR(outcome.result.chiSquare, sum(values), 1e-12) << what;
-        for (std::size_t j = 0; j < values.size(); j++)
+        for (std::size_t j = 0; j < values.size(); ++j)
             for (const double step : {-1e-4, 1e-4}) {
                 Numbers moved = values;
                 moved[j] += step;
@@ -174,10 +174,10 @@ TEST(Fit, ExactDataGiveTheExactParameters) {
         Numbers values(x.size());
         formula.evaluate({x}, c.truth, values);
         std::vector<FitParameter> parameters = ones(formula);
-        for (std::size_t j = 0; j < parameters.size(); j++) parameters[j].value = c.start[j];
+        for (std::size_t j = 0; j < parameters.size(); ++j) parameters[j].value = c.start[j];
         const FitOutcome outcome = fit(formula, {x, values, {}, {}}, parameters);
         ASSERT_EQ(outcome.status, fitConverged) << c.text << ": " << outcome.reason;
-        for (std::size_t j = 0; j < parameters.size(); j++)
+        for (std::size_t j = 0; j < parameters.size(); ++j)
             EXPECT_NEAR(parameters[j].value, c.truth[j], 1e-13) << c.text;
         // six parameters for six points leave nothing to tell the scatter by
         EXPECT_EQ(std::isnan(parameters[0].error), parameters.size() == 6) << c.text;
@@ -186,7 +186,7 @@ TEST(Fit, ExactDataGiveTheExactParameters) {
 
 TEST(Fit, FailuresSayWhyAndLeaveTheParameters) {
     std::string sum = "0";
-    for (int j = 0; j < 501; j++) sum += "+a" + std::to_string(j) + "*x";
+    for (int j = 0; j < 501; ++j) sum += "+a" + std::to_string(j) + "*x";
     const Numbers many(501, 1), none(6, 0), huge(6, 1e300);
     const std::string startless =
         "the formula's derivatives or the residuals have no finite value at the start";

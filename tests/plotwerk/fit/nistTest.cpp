@@ -52,7 +52,7 @@ Set readSet(const std::string &name) {
     Set set;
     std::ifstream file(TEST_DATA_DIR "/nist/" + name + ".dat");
     std::string line;
-    for (int number = 1; std::getline(file, line); number++) {
+    for (int number = 1; std::getline(file, line); ++number) {
         std::istringstream words(line);
         std::string key, equals;
         Certified c{};
@@ -101,7 +101,7 @@ TEST(Nist, AllSetsFromBothStartsToTheCertifiedDigits) {
         EXPECT_EQ(outcome.result.points, static_cast<int>(set.x.size()));
 
         double worst = 11, worstDeviation = 11;
-        for (std::size_t j = 0; j < parameters.size(); j++) {
+        for (std::size_t j = 0; j < parameters.size(); ++j) {
             worst = std::min(worst, digits(parameters[j].value, certified[j].value));
             worstDeviation =
                 std::min(worstDeviation, digits(parameters[j].error, certified[j].deviation));
@@ -113,7 +113,7 @@ TEST(Nist, AllSetsFromBothStartsToTheCertifiedDigits) {
         EXPECT_GE(worstDeviation, roundedData ? 3 : 10.3);
         EXPECT_GE(digits(outcome.result.chiSquare, set.chiSquare), roundedData ? 3 : 10);
         sum += worst;
-        runs++;
+        ++runs;
     };
     for (const auto &[names, formula] : models) {
         std::istringstream each(names);

@@ -98,8 +98,8 @@ TEST(Formula, RefusesWithThePosition) {
     const std::string minuses(500, '-');
     std::string powers = "x";
     std::string sum = "x";
-    for (int k = 0; k < 500; k++) powers += "^x";
-    for (int k = 0; k < 11000; k++) sum += "+x*" + std::to_string(k + 2);
+    for (int k = 0; k < 500; ++k) powers += "^x";
+    for (int k = 0; k < 11000; ++k) sum += "+x*" + std::to_string(k + 2);
     const struct {
         std::string text, want;
     } cases[] = {
@@ -135,7 +135,7 @@ TEST(Formula, RefusesWithThePosition) {
 TEST(Formula, EvaluatesAnyNumberOfPointsInPlace) {
     const Formula formula("s*x + y*if(x<300,1,0)");
     std::vector<double> x(1000), y(1000), want(1000);
-    for (int i = 0; i < 1000; i++) {
+    for (int i = 0; i < 1000; ++i) {
         x[i] = i;
         y[i] = 3 * i;
         want[i] = 2 * x[i] + (i < 300 ? y[i] : 0);

@@ -108,7 +108,8 @@ TEST_F(ServerTest, EveryMessageCountsItsRevision) {
         EXPECT_EQ(document.revision - before, isDone && changes) << method.name;
     }
 
-    // Nor does any of the others, which are refused for a document whose file couldn't be read.
+    // A document whose file couldn't be read refuses every message about its contents, and keeps
+    // its revision.
     EXPECT_THROW(application.open("/nowhere/lost", false), Refusal);
     const Document &lost = application.document("lost");
     const std::uint64_t before = lost.revision;
