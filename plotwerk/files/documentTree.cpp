@@ -197,9 +197,9 @@ Tree treeOfCbor(std::string_view bytes) {
     // as Tree::from_cbor, which copies the tree that it returns
     Tree tree;
     nlohmann::detail::json_sax_dom_parser<Tree> builder(tree, false);
-    auto input = nlohmann::detail::input_adapter(body.begin(), body.end());
     constexpr auto cbor = nlohmann::detail::input_format_t::cbor;
-    nlohmann::detail::binary_reader<Tree, decltype(input)> reader(std::move(input), cbor);
+    const auto input = [&] { return nlohmann::detail::input_adapter(body.begin(), body.end()); };
+    nlohmann::detail::binary_reader<Tree, decltype(input())> reader(input(), cbor);
     if (!reader.sax_parse(cbor, &builder, true, Tree::cbor_tag_handler_t::store))
         throw Refusal("damaged");
     return tree;

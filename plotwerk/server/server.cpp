@@ -87,14 +87,15 @@ namespace {
 // The bus library answers only errors of its own kind. Any other exception would leave it in the
 // middle of a message, and every later message refused.
 struct NoMemory final : std::bad_alloc, sdbus::Error {
-    NoMemory() : Error("org.freedesktop.DBus.Error.NoMemory", "not enough memory") {}
+    using Error::Error;
     const char *what() const noexcept override { return Error::what(); }
 };
 
 } // namespace
 
 // Made while there is memory for it.
-static const std::exception_ptr noMemory = std::make_exception_ptr(NoMemory());
+static const std::exception_ptr noMemory =
+    std::make_exception_ptr(NoMemory("org.freedesktop.DBus.Error.NoMemory", "not enough memory"));
 
 // Takes in one message. False when none has come.
 bool Server::readMessage() {
