@@ -1,10 +1,10 @@
 // plotwerkd - a Plotwerk without a window: opens files and answers the messages of the session bus.
 #include "plotwerk/application/application.h"
+#include "plotwerk/application/pictureFiles.h"
 #include "plotwerk/base/bounds.h"
 #include "plotwerk/base/ending.h"
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
-#include "plotwerk/drawing/typesetter.h"
 #include "plotwerk/server/mainLoop.h"
 #include "plotwerk/server/server.h"
 
@@ -131,13 +131,13 @@ int main(int argc, char **argv) {
     int status = 0;
     try {
         Server server(application);
-        beginToReadFonts();
         if (given.journal) application.keepJournals();
         if (given.recover)
             server.recover();
         else
             application.tellLeftJournals();
         openFiles(application, argv + optind, argc - optind);
+        loadFonts(); // while a client that waited for this program is starting
         runUntilSignal(server);
     } catch (const std::exception &error) {
         log(LogLevel::error, reasonOf(error));

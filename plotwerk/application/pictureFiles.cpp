@@ -44,14 +44,14 @@ static std::string bytesOf(const Document &document, PictureKind kind) {
 }
 
 // Children share what is loaded before they begin, and don't load it anew for each picture.
-static void loadFontsOnce() {
+void loadFonts() {
     static const std::string anyPicture = pdfOfDocument({});
 }
 
 // What a picture costs can't be told beforehand, so a child process draws it.
 static void writeFromChild(const fs::path &path, const std::function<std::string()> &bytes,
                            mode_t ofNew = 0666) {
-    loadFontsOnce();
+    loadFonts();
     writeWholeFile(
         path,
         [&](std::ostream &stream) {
@@ -100,7 +100,7 @@ fs::path writeClipboardPicture(const Document &document, PictureKind kind) {
 }
 
 void printPicture(const Document &document) {
-    loadFontsOnce();
+    loadFonts();
     startProgram({"lp", "-t", document.name}, [&](std::ostream &stream) {
         inChild([&] { stream << pdfOfDocument(document) << std::flush; });
     });

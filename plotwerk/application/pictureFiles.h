@@ -11,6 +11,9 @@ namespace plotwerk {
 
 enum class PictureKind { pdf, svg, eps, tiff, png };
 
+// Loads what each picture needs; the first one does where this hasn't been called.
+void loadFonts();
+
 // SVG instead of PDF, and PNG instead of TIFF, for a path that ends in .svg or .png (or .SVG).
 PictureKind kindFor(const std::filesystem::path &path, PictureKind wanted);
 
