@@ -95,6 +95,31 @@ TEST_F(ApplicationTest, BringsBackEachDocumentByItself) {
         EXPECT_TRUE(holds(logOf([&] { application.recover(repeat); }), ": the reason\n")) << i;
 }
 
+// Their order stays even where bringing back ends after any of them, for it is that of the stamps.
+TEST_F(ApplicationTest, BringsBackTheDocumentsThatWereInFrontLastFirstAndInTheirOrder) {
+    const std::vector<std::string> names{"one", "two", "three", "four"};
+    for (std::size_t i = 0; i < names.size(); ++i)
+        leave(names[i], static_cast<std::int64_t>(i), {"title"});
+    leave("next", 9, {"too much"});
+    std::vector<std::string> order;
+    {
+        Application application;
+        application.keepJournals();
+        application.add({.name = "open"});
+        application.recover([&](std::string_view message) {
+            order.push_back(application.front()->name);
+            if (message == "too much") application.lastError = message;
+        });
+        EXPECT_EQ(order, (std::vector<std::string>{"next", "four", "three", "two", "one"}));
+        for (std::size_t i = names.size(); i > 1; --i) {
+            EXPECT_EQ(application.front()->name, names[i - 1]);
+            if (i > 2) application.close(*application.front(), false);
+        }
+    }
+    EXPECT_EQ(LeftJournal::lock(journals / "one.journal")->stamp, 0);
+    EXPECT_EQ(LeftJournal::lock(journals / "two.journal")->stamp, 1);
+}
+
 TEST_F(ApplicationTest, GivesUpAJournalThatEndsTheProcess) {
     leave("deadly", 1, {"message"});
     int ends = 0;

@@ -164,14 +164,17 @@ TEST_F(RecoveryTest, KeepsWhatCannotBeBroughtBackNow) {
     const struct {
         std::vector<std::string> arguments;
         std::vector<std::string> told;
-    } starts[] = {{{"--recover", "--limit=memory=10"},
-                   {"can't bring back \"large\" as it was on ",
-                    ": can't be repeated: would take too much memory (limit memory) (\"large\")\n",
-                    "info: brought back \"large copy\""}},
-                  {{"--recover", "--limit=documents=10"},
-                   {"can't bring back \"large\" as it was on ",
-                    "can't bring back \"large copy\" as it was on ",
-                    ": the open documents would take too much memory (limit documents)\n"}}};
+    } starts[] = {
+        {{"--recover", "--limit=memory=10"},
+         {"can't bring back \"large\" as it was on ",
+          ": can't be repeated: would take too much memory (limit memory) (\"large\")\n",
+          "info: brought back \"large copy\""}},
+        {{"--recover", "--limit=documents=18"},
+         {"info: brought back \"large copy\"", "can't bring back \"large\" as it was on "}},
+        {{"--recover", "--limit=documents=10"},
+         {"can't bring back \"large\" as it was on ",
+          "can't bring back \"large copy\" as it was on ",
+          ": the open documents would take too much memory (limit documents)\n"}}};
     for (const auto &each : starts) {
         die(SIGKILL, each.arguments);
         EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "small");
