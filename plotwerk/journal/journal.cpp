@@ -24,23 +24,18 @@ static void tell(const std::string &name, const std::string &what) noexcept {
     }
 }
 
-// Work on the file. A failure ends it, and what is written later must be the whole document.
+// Work on the file. A failure ends it, and what is written next must be the whole document.
 template<class Work> void Journal::attempt(const Document &document, Work work) {
-    using Clock = std::chrono::steady_clock;
-    const auto begin = Clock::now();
     try {
         work();
         if (nextTry) tell(document.name, "goes on");
         nextTry.reset();
     } catch (const std::exception &exception) {
-        const auto now = Clock::now();
-        // Attempts take a twentieth of the time.
-        const auto pause = std::chrono::seconds(1) + 20 * (now - begin);
         if (!nextTry)
             tell(document.name,
                  std::string("ends, and a crash would lose what changes from here on: ") +
                      reasonOf(exception));
-        nextTry = now + pause;
+        nextTry = Clock::now() + std::chrono::seconds(1);
     }
 }
 
@@ -67,12 +62,20 @@ void Journal::takeOver(const Document &document, LeftJournal left) {
     if (old) old->endAttempt();
 }
 
+// Attempts that fail take a twentieth of the time.
+void Journal::tryToBegin(const Document &document) {
+    const auto begin = Clock::now();
+    if (nextTry && begin < *nextTry) return;
+    write(document);
+    if (nextTry) *nextTry += 20 * (Clock::now() - begin);
+}
+
 void Journal::add(const Document &document, std::chrono::duration<double> time,
                   const MessageAsData &message) {
     if (!file || nextTry) {
         // Until then a file holds all that anybody would save.
         if (!hasUnsavedChanges(document)) return;
-        if (!nextTry || std::chrono::steady_clock::now() >= *nextTry) write(document);
+        tryToBegin(document);
         if (nextTry) setIncomplete();
         return;
     }

@@ -47,8 +47,11 @@ class Journal {
     bool holdsAll() const { return file && !nextTry; }
 
   private:
+    using Clock = std::chrono::steady_clock;
+
     template<class Work> void attempt(const Document &document, Work work);
     void writeFile(const std::filesystem::path &path, const Document &document);
+    void tryToBegin(const Document &document);
     void setIncomplete();
 
     std::filesystem::path directory;
@@ -56,7 +59,7 @@ class Journal {
     std::optional<LeftJournal> old; // which no file has taken the place of
     std::int64_t stamp = 0;         // when it came to the front
     std::chrono::duration<double> replayTime{};
-    std::optional<std::chrono::steady_clock::time_point> nextTry; // since it failed
+    std::optional<Clock::time_point> nextTry; // since it failed
 };
 
 } // namespace plotwerk

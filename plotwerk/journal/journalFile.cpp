@@ -246,7 +246,9 @@ JournalFile::JournalFile(fs::path path, const Document &document, std::int64_t s
 
 void JournalFile::append(const std::vector<std::string_view> &message) {
     RecordHead head;
-    std::vector<iovec> parts{{&head, sizeof head}};
+    std::vector<iovec> parts;
+    parts.reserve(message.size() + 1);
+    parts.push_back({&head, sizeof head});
     std::uint64_t length = 0;
     std::uint32_t sum = 0;
     for (const std::string_view piece : message) {
