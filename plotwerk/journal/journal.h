@@ -44,7 +44,7 @@ class Journal {
     void remove();
 
     // Whether all of the document could be brought back. False also before it has been changed.
-    bool holdsAll() const { return file && !nextTry; }
+    bool holdsAll() const { return nextTry ? old && !old->isIncomplete : file.has_value(); }
 
   private:
     using Clock = std::chrono::steady_clock;

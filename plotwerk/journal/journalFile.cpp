@@ -392,6 +392,7 @@ void LeftJournal::noteAttempts() const {
 }
 
 void LeftJournal::setIncomplete() {
+    isIncomplete = true;
     noteIncomplete(file.number);
 }
 

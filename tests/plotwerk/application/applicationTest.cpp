@@ -7,6 +7,7 @@
 #include "plotwerk/model/change.h"
 #include "tests/plotwerk/server/serverTest.h"
 
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <regex>
@@ -138,6 +139,32 @@ TEST_F(ApplicationTest, GivesUpAJournalThatEndsTheProcess) {
         ends += WEXITSTATUS(status) == 3;
     }
     EXPECT_EQ(ends, 3);
+}
+
+// However often; each time in the middle of the first one's messages.
+TEST_F(ApplicationTest, CanBeAskedToEndWhileItBringsBack) {
+    leave("behind", 1, {"message"});
+    leave("front", 2, {"message", "message"});
+    sigset_t ends;
+    sigemptyset(&ends);
+    sigaddset(&ends, SIGTERM);
+    sigprocmask(SIG_BLOCK, &ends, nullptr);
+    const auto messagesBefore = [&](bool end) {
+        Application application;
+        application.keepJournals();
+        int messages = 0;
+        application.recover([&](std::string_view) {
+            if (++messages == 1 && end) raise(SIGTERM);
+        });
+        return messages;
+    };
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(messagesBefore(true), 1) << i;
+        int taken = 0;
+        sigwait(&ends, &taken);
+    }
+    sigprocmask(SIG_UNBLOCK, &ends, nullptr);
+    EXPECT_EQ(messagesBefore(false), 3);
 }
 
 TEST_F(ApplicationTest, SavesWhatWasOpenedInItsOwnFile) {

@@ -174,9 +174,11 @@ TEST_F(JournalFileTest, KeepsWhatItHasWhenTheDiskIsFull) {
         journal.takeOver(document, std::move(*left));
         EXPECT_FALSE(LeftJournal::lock(path)) << "nobody else's";
         EXPECT_FALSE(isIncomplete());
+        EXPECT_TRUE(journal.holdsAll());
         limitTo(100);
         journal.add(document, {}, message);
         EXPECT_TRUE(isIncomplete());
+        EXPECT_FALSE(journal.holdsAll());
         for (int i = 0; room && i < 100 && !journal.holdsAll(); ++i) {
             usleep(50'000);
             journal.add(document, {}, message);
