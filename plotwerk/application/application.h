@@ -117,10 +117,11 @@ class Application {
     std::vector<std::string> leftDocuments() const;
     void tellLeftJournals() const;
 
-    // Brings back the documents of the journals that nobody uses, each in front of the one before,
-    // as they were when their process ended, and logs them. `repeat` does a message of a journal
+    // Brings back the documents of the journals that nobody uses, as they were when their process
+    // ended, and logs them. The last one that was in front comes to the front, and is the first to
+    // be brought back, the others behind it in their order. `repeat` does a message of a journal
     // again, within the limits of messages. What can't be brought back is logged, and its journal
-    // stays.
+    // stays. Gives up when the process is asked to end.
     using Repeat = std::function<void(std::string_view message)>;
     void recover(const Repeat &repeat);
 

@@ -1,6 +1,7 @@
 // The journals of the open documents, and what was left behind by a process that has ended.
 #include "plotwerk/application/application.h"
 #include "plotwerk/base/bounds.h"
+#include "plotwerk/base/ending.h"
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/memoryReserve.h"
 #include "plotwerk/base/refusal.h"
@@ -8,6 +9,7 @@
 #include "plotwerk/model/change.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <ctime>
 #include <exception>
 #include <utility>
@@ -104,6 +106,7 @@ Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat) {
             documents.push_back(std::make_unique<OpenDocument>(OpenDocument{journal.document()}));
         }
         while (const auto message = journal.nextMessage()) {
+            if (endIsAskedFor()) throw Refusal("the process is to end");
             lastError.clear();
             repeat(*message);
             if (!lastError.empty()) throw Refusal("can't be repeated: " + lastError);
@@ -122,26 +125,32 @@ void Application::recoverFrom(LeftJournal &journal, const Repeat &repeat) {
     const WithoutReserve withoutReserve;
     Document document = broughtBack(journal, repeat);
     const WithMemoryOfDocuments asBefore;
-    Document &added = add(std::move(document));
-    documents.back()->journal->write(added, journal.path);
+    const Document &added = add(std::move(document));
+    tell(LogLevel::info, [&] { return "brought back " + descriptionOf(journal); });
+    documents.back()->journal->takeOver(added, std::move(journal));
 }
 
+// The newest first: where the limits leave no room for all, it is the old ones that stay behind.
+// Their order is that of the stamps, which they keep, and so it outlives an end in the middle.
 void Application::recover(const Repeat &repeat) {
     if (journals.empty()) return;
-    for (LeftJournal &journal : leftJournals(journals)) {
+    const auto others = static_cast<std::ptrdiff_t>(documents.size());
+    for (auto left = leftJournals(journals); !left.empty() && !endIsAskedFor(); left.pop_back()) {
+        LeftJournal &journal = left.back();
         bool attempted = false;
         try {
             journal.beginAttempt();
             attempted = true;
             recoverFrom(journal, repeat);
-            tell(LogLevel::info, [&] { return "brought back " + descriptionOf(journal); });
+            std::rotate(documents.begin() + others, documents.end() - 1, documents.end());
         } catch (const std::exception &exception) {
             tell(LogLevel::error, [&] {
                 return "can't bring back " + descriptionOf(journal) + ": " + reasonOf(exception);
             });
+            if (attempted) journal.endAttempt();
         }
-        if (attempted) journal.endAttempt();
     }
+    if (!documents.empty()) activate(documents.back()->document);
 }
 
 void Application::record(const Document &document, std::chrono::duration<double> time,

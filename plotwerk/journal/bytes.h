@@ -28,6 +28,11 @@ inline void putText(std::string &bytes, std::string_view text) {
 // Bytes in pieces: long texts aren't copied, but referred to, and must outlive it.
 class GatheredBytes {
   public:
+    GatheredBytes() {
+        constexpr std::size_t usual = 256; // that most messages take
+        held.reserve(usual);
+    }
+
     template<class T> void putNumber(T number) { plotwerk::putNumber(held, number); }
     void putText(std::string_view text) {
         constexpr std::size_t longText = 4096;
@@ -38,6 +43,7 @@ class GatheredBytes {
 
     std::vector<std::string_view> pieces() const {
         std::vector<std::string_view> all;
+        all.reserve(2 * referred.size() + 1);
         std::size_t taken = 0;
         for (const Referred &each : referred) {
             all.push_back(std::string_view(held).substr(taken, each.position - taken));

@@ -17,48 +17,66 @@ static constexpr std::chrono::seconds longestReplay{10};
 Journal::Journal(fs::path place) : directory(std::move(place)) {
 }
 
-static void tellEnd(const std::string &name, const char *reason) noexcept {
+static void tell(const std::string &name, const std::string &what) noexcept {
     try {
-        log(LogLevel::warning,
-            "the journal of \"" + name +
-                "\" ends, and a crash would lose what changes from here on: " + reason);
+        log(LogLevel::warning, "the journal of \"" + name + "\" " + what);
     } catch (const std::exception &) { // no memory for the line
     }
 }
 
-// Work on the file; a failure ends it.
+// Work on the file. A failure ends it, and what is written next must be the whole document.
 template<class Work> void Journal::attempt(const Document &document, Work work) {
     try {
         work();
+        if (nextTry) tell(document.name, "goes on");
+        nextTry.reset();
     } catch (const std::exception &exception) {
-        failed = true;
-        if (file) file->setIncomplete();
-        tellEnd(document.name, reasonOf(exception));
+        if (!nextTry)
+            tell(document.name,
+                 std::string("ends, and a crash would lose what changes from here on: ") +
+                     reasonOf(exception));
+        nextTry = Clock::now() + std::chrono::seconds(1);
     }
 }
 
 // The old file stays ours until the new one has taken its place.
 void Journal::writeFile(const fs::path &path, const Document &document) {
     file = JournalFile(path, document, stamp);
+    old.reset();
     replayTime = {};
 }
 
 void Journal::write(const Document &document) {
-    if (failed) return;
-    attempt(document,
-            [&] { writeFile(file ? file->path() : JournalFile::freePath(directory), document); });
+    attempt(document, [&] {
+        writeFile(file  ? file->path()
+                  : old ? old->path
+                        : JournalFile::freePath(directory),
+                  document);
+    });
 }
 
-void Journal::write(const Document &document, const fs::path &path) {
-    attempt(document, [&] { writeFile(path, document); });
+void Journal::takeOver(const Document &document, LeftJournal left) {
+    stamp = left.stamp;
+    old = std::move(left);
+    write(document);
+    if (old) old->endAttempt();
+}
+
+// Attempts that fail take a twentieth of the time.
+void Journal::tryToBegin(const Document &document) {
+    const auto begin = Clock::now();
+    if (nextTry && begin < *nextTry) return;
+    write(document);
+    if (nextTry) *nextTry += 20 * (Clock::now() - begin);
 }
 
 void Journal::add(const Document &document, std::chrono::duration<double> time,
                   const MessageAsData &message) {
-    if (failed) return;
-    if (!file) {
+    if (!file || nextTry) {
         // Until then a file holds all that anybody would save.
-        if (hasUnsavedChanges(document)) write(document);
+        if (!hasUnsavedChanges(document)) return;
+        tryToBegin(document);
+        if (nextTry) setIncomplete();
         return;
     }
     replayTime += time;
@@ -70,6 +88,13 @@ void Journal::add(const Document &document, std::chrono::duration<double> time,
         else
             writeFile(fs::path(file->path()), document);
     });
+    if (nextTry) setIncomplete();
+}
+
+// Of what was written before it failed.
+void Journal::setIncomplete() {
+    if (file) file->setIncomplete();
+    if (old) old->setIncomplete();
 }
 
 void Journal::setFront() {
@@ -80,8 +105,10 @@ void Journal::setFront() {
 
 void Journal::remove() {
     if (file) file->remove();
+    if (old) old->remove();
     file.reset();
-    failed = false;
+    old.reset();
+    nextTry.reset();
 }
 
 } // namespace plotwerk

@@ -2,8 +2,8 @@
 //
 // It gets one as soon as it holds what no file does: written as it is after the first message that
 // changed it, and continued by the messages after that. Where the file can't be written, the log
-// says so once, and there is none until the document is saved: what was done stays done, and none
-// of the functions throws.
+// says so once, and changes from time to time try to begin it anew: what was done stays done, and
+// none of the functions throws.
 #ifndef PLOTWERK_JOURNAL_JOURNAL_H
 #define PLOTWERK_JOURNAL_JOURNAL_H
 
@@ -27,8 +27,9 @@ class Journal {
     // Begins the file, or begins it anew, with the document as it is.
     void write(const Document &document);
 
-    // The same in the place of the file that the document was brought back from.
-    void write(const Document &document, const std::filesystem::path &path);
+    // The same in the place of the file that the document was brought back from, with its stamp.
+    // Where that fails the old file stays, as this journal's own.
+    void takeOver(const Document &document, LeftJournal left);
 
     // A message has changed the document, in the given time. `message` gives it as data, or nothing
     // when it can't be repeated: its result is written then.
@@ -43,17 +44,22 @@ class Journal {
     void remove();
 
     // Whether all of the document could be brought back. False also before it has been changed.
-    bool holdsAll() const { return file && !failed; }
+    bool holdsAll() const { return nextTry ? old && !old->isIncomplete : file.has_value(); }
 
   private:
+    using Clock = std::chrono::steady_clock;
+
     template<class Work> void attempt(const Document &document, Work work);
     void writeFile(const std::filesystem::path &path, const Document &document);
+    void tryToBegin(const Document &document);
+    void setIncomplete();
 
     std::filesystem::path directory;
     std::optional<JournalFile> file;
-    std::int64_t stamp = 0; // when it came to the front
+    std::optional<LeftJournal> old; // which no file has taken the place of
+    std::int64_t stamp = 0;         // when it came to the front
     std::chrono::duration<double> replayTime{};
-    bool failed = false;
+    std::optional<Clock::time_point> nextTry; // since it failed
 };
 
 } // namespace plotwerk

@@ -246,7 +246,9 @@ JournalFile::JournalFile(fs::path path, const Document &document, std::int64_t s
 
 void JournalFile::append(const std::vector<std::string_view> &message) {
     RecordHead head;
-    std::vector<iovec> parts{{&head, sizeof head}};
+    std::vector<iovec> parts;
+    parts.reserve(message.size() + 1);
+    parts.push_back({&head, sizeof head});
     std::uint64_t length = 0;
     std::uint32_t sum = 0;
     for (const std::string_view piece : message) {
@@ -286,9 +288,13 @@ void JournalFile::setStamp(std::int64_t stamp) {
     overwrite(file.number, &stamp, sizeof stamp, offsetof(Head, stamp));
 }
 
-void JournalFile::setIncomplete() {
+static void noteIncomplete(int file) {
     constexpr std::uint16_t yes = 1;
-    overwrite(file.number, &yes, sizeof yes, offsetof(Head, incomplete));
+    overwrite(file, &yes, sizeof yes, offsetof(Head, incomplete));
+}
+
+void JournalFile::setIncomplete() {
+    noteIncomplete(file.number);
 }
 
 void JournalFile::remove() {
@@ -370,12 +376,28 @@ void LeftJournal::beginAttempt() {
                       " attempts to bring it back have ended the process");
     }
     ++attempts;
-    overwrite(file.number, &attempts, sizeof attempts, offsetof(Head, attempts));
+    noteAttempts();
 }
 
 void LeftJournal::endAttempt() {
     --attempts;
+    noteAttempts();
+}
+
+// An attempt changes nothing of what the file holds, and leaves its time.
+void LeftJournal::noteAttempts() const {
     overwrite(file.number, &attempts, sizeof attempts, offsetof(Head, attempts));
+    const timespec times[] = {{0, UTIME_OMIT}, {lastChange, 0}};
+    futimens(file.number, times);
+}
+
+void LeftJournal::setIncomplete() {
+    isIncomplete = true;
+    noteIncomplete(file.number);
+}
+
+void LeftJournal::remove() {
+    unlink(path.c_str());
 }
 
 static std::vector<fs::path> pathsWithSuffix(const fs::path &directory, std::string_view ending) {
@@ -426,7 +448,10 @@ void removeOldJournals(const fs::path &directory) {
     off_t bytes = 0;
     for (const Left &journal : left) {
         bytes += journal.size;
-        if (journal.changed >= now - 30 * day && bytes <= mostBytes) continue;
+        const bool isOld = journal.changed < now - 30 * day;
+        // What a process has just left is to be brought back, whatever its size.
+        const bool isTooMuch = bytes > mostBytes && journal.changed < now - day;
+        if (!isOld && !isTooMuch) continue;
         // Somebody may bring it back just now.
         if (const JournalDescriptor file(lockedFile(journal.path)); file.number >= 0)
             unlink(journal.path.c_str());

@@ -96,9 +96,13 @@ class LeftJournal {
     void beginAttempt();
     void endAttempt();
 
+    void setIncomplete();
+    void remove();
+
   private:
     LeftJournal() : file(-1) {}
     std::optional<std::string> nextRecord();
+    void noteAttempts() const;
 
     JournalDescriptor file;
     std::uint64_t position = 0; // of the next record
@@ -109,8 +113,8 @@ class LeftJournal {
 // The journals in the directory, those in use too.
 std::vector<std::filesystem::path> journalPaths(const std::filesystem::path &directory);
 
-// Removes what was left behind in the directory: journals older than 30 days, the oldest of those
-// beyond 1 GB in all, and files that were never finished.
+// Removes what was left behind in the directory: journals older than 30 days, those older than a
+// day beyond 1 GB in all, the oldest first, and files that were never finished.
 void removeOldJournals(const std::filesystem::path &directory);
 
 } // namespace plotwerk

@@ -7,6 +7,7 @@
 #include "plotwerk/model/change.h"
 #include "tests/plotwerk/server/serverTest.h"
 
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <regex>
@@ -95,6 +96,31 @@ TEST_F(ApplicationTest, BringsBackEachDocumentByItself) {
         EXPECT_TRUE(holds(logOf([&] { application.recover(repeat); }), ": the reason\n")) << i;
 }
 
+// Their order stays even where bringing back ends after any of them, for it is that of the stamps.
+TEST_F(ApplicationTest, BringsBackTheDocumentsThatWereInFrontLastFirstAndInTheirOrder) {
+    const std::vector<std::string> names{"one", "two", "three", "four"};
+    for (std::size_t i = 0; i < names.size(); ++i)
+        leave(names[i], static_cast<std::int64_t>(i), {"title"});
+    leave("next", 9, {"too much"});
+    std::vector<std::string> order;
+    {
+        Application application;
+        application.keepJournals();
+        application.add({.name = "open"});
+        application.recover([&](std::string_view message) {
+            order.push_back(application.front()->name);
+            if (message == "too much") application.lastError = message;
+        });
+        EXPECT_EQ(order, (std::vector<std::string>{"next", "four", "three", "two", "one"}));
+        for (std::size_t i = names.size(); i > 1; --i) {
+            EXPECT_EQ(application.front()->name, names[i - 1]);
+            if (i > 2) application.close(*application.front(), false);
+        }
+    }
+    EXPECT_EQ(LeftJournal::lock(journals / "one.journal")->stamp, 0);
+    EXPECT_EQ(LeftJournal::lock(journals / "two.journal")->stamp, 1);
+}
+
 TEST_F(ApplicationTest, GivesUpAJournalThatEndsTheProcess) {
     leave("deadly", 1, {"message"});
     int ends = 0;
@@ -113,6 +139,32 @@ TEST_F(ApplicationTest, GivesUpAJournalThatEndsTheProcess) {
         ends += WEXITSTATUS(status) == 3;
     }
     EXPECT_EQ(ends, 3);
+}
+
+// However often; each time in the middle of the first one's messages.
+TEST_F(ApplicationTest, CanBeAskedToEndWhileItBringsBack) {
+    leave("behind", 1, {"message"});
+    leave("front", 2, {"message", "message"});
+    sigset_t ends;
+    sigemptyset(&ends);
+    sigaddset(&ends, SIGTERM);
+    sigprocmask(SIG_BLOCK, &ends, nullptr);
+    const auto messagesBefore = [&](bool end) {
+        Application application;
+        application.keepJournals();
+        int messages = 0;
+        application.recover([&](std::string_view) {
+            if (++messages == 1 && end) raise(SIGTERM);
+        });
+        return messages;
+    };
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(messagesBefore(true), 1) << i;
+        int taken = 0;
+        sigwait(&ends, &taken);
+    }
+    sigprocmask(SIG_UNBLOCK, &ends, nullptr);
+    EXPECT_EQ(messagesBefore(false), 3);
 }
 
 TEST_F(ApplicationTest, SavesWhatWasOpenedInItsOwnFile) {

@@ -148,7 +148,7 @@ TEST_F(JournalFileTest, KeepsWhatItHasWhenTheDiskIsFull) {
         EXPECT_FALSE(journal.holdsAll());
         limitTo(unlimited.rlim_cur);
         journal.add(document, {}, message);
-        EXPECT_FALSE(journal.holdsAll());
+        EXPECT_FALSE(journal.holdsAll()) << "not tried at once";
         journal.remove();
         journal.add(document, {}, message);
         EXPECT_TRUE(journal.holdsAll());
@@ -156,6 +156,38 @@ TEST_F(JournalFileTest, KeepsWhatItHasWhenTheDiskIsFull) {
     }
     EXPECT_EQ(messages(), std::vector<std::string>{"first"});
     EXPECT_EQ(std::distance(fs::directory_iterator(directory), {}), 1);
+
+    // That of a document that was brought back stays until there is a new one, which comes once
+    // there is room.
+    const auto isIncomplete = [&] {
+        limitTo(unlimited.rlim_cur);
+        fs::copy_file(path, directory / "copy", fs::copy_options::overwrite_existing);
+        return LeftJournal::lock(directory / "copy")->isIncomplete;
+    };
+    const auto message = [] { return GatheredBytes(); };
+    for (const bool room : {false, true}) {
+        write({"first"});
+        auto left = LeftJournal::lock(path);
+        left->stamp = 7;
+        Journal journal(directory);
+        limitTo(100);
+        journal.takeOver(document, std::move(*left));
+        EXPECT_FALSE(LeftJournal::lock(path)) << "nobody else's";
+        EXPECT_FALSE(isIncomplete());
+        EXPECT_TRUE(journal.holdsAll());
+        limitTo(100);
+        journal.add(document, {}, message);
+        EXPECT_TRUE(isIncomplete());
+        EXPECT_FALSE(journal.holdsAll());
+        for (int i = 0; room && i < 100 && !journal.holdsAll(); ++i) {
+            usleep(50'000);
+            journal.add(document, {}, message);
+        }
+        EXPECT_EQ(journal.holdsAll(), room);
+        EXPECT_EQ(isIncomplete(), !room);
+        journal.remove();
+        EXPECT_FALSE(fs::exists(path));
+    }
 }
 
 TEST_F(JournalFileTest, IsBroughtBackThreeTimesWhenThatEndsTheProcess) {
@@ -165,8 +197,12 @@ TEST_F(JournalFileTest, IsBroughtBackThreeTimesWhenThatEndsTheProcess) {
         left->beginAttempt();
         left->endAttempt();
     }
+    const timespec then{1'000'000'000, 0};
+    const timespec times[] = {then, then};
+    ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
     for (int i = 0; i < 3; ++i) LeftJournal::lock(path)->beginAttempt();
     EXPECT_THROW(LeftJournal::lock(path)->beginAttempt(), Refusal);
+    EXPECT_EQ(LeftJournal::lock(path)->lastChange, then.tv_sec) << "it is no younger for that";
 }
 
 TEST_F(JournalFileTest, GoesAfterAMonthOrBeyondAGigabyteUnlessInUse) {
@@ -197,6 +233,14 @@ TEST_F(JournalFileTest, GoesAfterAMonthOrBeyondAGigabyteUnlessInUse) {
     removeOldJournals(directory);
     for (const auto &each : files)
         EXPECT_EQ(fs::exists(directory / each.name), each.stays) << each.name;
+
+    // What was left today stays at any size, in the place of older ones.
+    const fs::path huge = directory / "huge.journal";
+    std::ofstream(huge, std::ios::app);
+    fs::resize_file(huge, 2'000'000'000);
+    removeOldJournals(directory);
+    EXPECT_TRUE(fs::exists(huge));
+    EXPECT_FALSE(fs::exists(directory / "large.journal"));
 }
 
 // What a message leaves in the document here is its number.
