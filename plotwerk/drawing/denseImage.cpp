@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 #include <span>
+#include <utility>
 
 namespace plotwerk {
 
@@ -86,34 +87,73 @@ void DenseImage::addLine(const Point &from, const Point &to, double thickness) {
     }
 }
 
+namespace {
+
+// A line of a ring, downwards: it changes the winding number of the pixels at its right.
+struct Edge {
+    int begin; // rows
+    int end;
+    Point top;
+    double slope;
+    int change;
+};
+
+} // namespace
+
+// Sorted by their first rows.
+static std::vector<Edge> edgesOf(const Path &ring, int rows) {
+    std::vector<Edge> edges;
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+        Point a = ring[i];
+        Point b = ring[i + 1 < ring.size() ? i + 1 : 0];
+        const int change = a.y < b.y ? 1 : -1;
+        if (change < 0) std::swap(a, b);
+        const int begin = pixelFrom(std::min(a.y, 1.0 * rows));
+        const int end = pixelFrom(std::min(b.y, 1.0 * rows));
+        if (begin < end) edges.push_back({begin, end, a, (b.x - a.x) / (b.y - a.y), change});
+    }
+    std::ranges::sort(edges, {}, &Edge::begin);
+    return edges;
+}
+
 void DenseImage::fill(const std::vector<Path> &rings) {
-    // by how much the winding number of a pixel differs from that of its left neighbour
-    std::vector<int> changes(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows));
-    for (const Path &ring : rings)
-        for (std::size_t i = 0; i < ring.size(); ++i) {
-            Point a = pixelAt(ring[i]);
-            Point b = pixelAt(ring[i + 1 < ring.size() ? i + 1 : 0]);
-            const int change = a.y < b.y ? 1 : -1;
-            if (change < 0) std::swap(a, b);
-            const double slope = (b.x - a.x) / (b.y - a.y);
-            const int end = pixelFrom(std::min(b.y, 1.0 * rows));
-            for (int y = pixelFrom(a.y); y < end; ++y) {
-                const double x = a.x + (y + 0.5 - a.y) * slope;
-                const int column = pixelFrom(std::min(x, columns - 1.0));
-                changes[static_cast<std::size_t>(y) * columns + column] += change;
+    // in one row by how much the winding number of a pixel differs from that of its left neighbour,
+    // and where it was changed
+    std::vector<int> changes(static_cast<std::size_t>(columns));
+    std::vector<std::uint64_t> changed(changes.size() / 64 + 1);
+    std::vector<Edge> active;
+    for (const Path &ring : rings) {
+        Path pixels(ring.size());
+        std::ranges::transform(ring, pixels.begin(), [&](const Point &p) { return pixelAt(p); });
+        const std::vector<Edge> edges = edgesOf(pixels, rows);
+        active.clear();
+        auto next = edges.begin();
+        for (int y = 0; next != edges.end() || !active.empty(); ++y) {
+            if (active.empty()) y = next->begin;
+            for (; next != edges.end() && next->begin == y; ++next) active.push_back(*next);
+            for (const Edge &edge : active) {
+                const double x = edge.top.x + (y + 0.5 - edge.top.y) * edge.slope;
+                const auto column = static_cast<std::size_t>(pixelFrom(std::min(x, columns - 1.0)));
+                changes[column] += edge.change;
+                changed[column / 64] |= std::uint64_t{1} << column % 64;
             }
-        }
-    for (int y = 0; y < rows; ++y) {
-        const int *row = changes.data() + static_cast<std::size_t>(y) * columns;
-        int winding = 0;
-        int begin = 0;
-        for (int x = 0; x < columns; ++x) {
-            if (row[x] == 0) continue;
-            if (winding != 0) setRow(y, begin, x);
-            winding += row[x];
-            begin = x;
+            fillRow(y, changes, changed);
+            std::erase_if(active, [y](const Edge &edge) { return edge.end == y + 1; });
         }
     }
+}
+
+// Sets the pixels of a row whose winding number isn't 0, and clears the changes.
+void DenseImage::fillRow(int y, std::vector<int> &changes, std::vector<std::uint64_t> &changed) {
+    int winding = 0;
+    int begin = 0;
+    for (std::size_t word = 0; word < changed.size(); ++word)
+        for (; changed[word] != 0; changed[word] &= changed[word] - 1) {
+            const int x = static_cast<int>(64 * word) + std::countr_zero(changed[word]);
+            if (winding != 0) setRow(y, begin, x);
+            winding += std::exchange(changes[static_cast<std::size_t>(x)], 0);
+            begin = x;
+        }
 }
 
 // Words of one-bit images begin with the lowest bit on little-endian machines, with the highest on

@@ -36,8 +36,8 @@ class DenseImage {
     // A straight line with square ends, in the paper's coordinates; at least a pixel wide.
     void addLine(const Point &from, const Point &to, double thickness);
 
-    // Fills what closed rings wind about, in the paper's coordinates, within the box. Takes time
-    // for each line but not for the crossings of lines.
+    // Fills what any of the closed rings winds about, in the paper's coordinates, within the box.
+    // Takes time for each line but not for the crossings of lines.
     void fill(const std::vector<Path> &rings);
 
     // Repeats what `draw` draws around (0, 0), within `radius`, at each of the points.
@@ -61,6 +61,7 @@ class DenseImage {
     void stampAll(const std::vector<std::uint64_t> &places, const std::vector<Run> &runs);
     void setBits(int y, int x, std::uint64_t pixels);
     void setRow(int y, double left, double right);
+    void fillRow(int y, std::vector<int> &changes, std::vector<std::uint64_t> &changed);
     Surface halved() const;
     Surface mask() const;
 

@@ -133,10 +133,13 @@ TEST(DenseImage, HasThePixelsOfWhatItStandsFor) {
             cairo_stroke(cr);
         });
     }
-    // a star that is wound twice about its middle, a hole in it, and what lies partly outside
+    // a star that is wound twice about its middle, two over it in either direction, a ring that
+    // crosses itself, and what lies partly outside
     const std::vector<Path> rings = {
         {{60.1, 25}, {75.3, 74}, {34, 43.1}, {86.2, 43.2}, {45.1, 74.2}},
         {{55, 50.1}, {58, 50.2}, {58.1, 53}},
+        {{40, 43.3}, {58, 50.2}, {70.1, 30}},
+        {{82, 32}, {97, 58.1}, {97, 32}, {82, 58.1}},
         {{-5, 60}, {30, 90.1}, {20.2, 22}, {16, 5}},
         {{100, 30.1}, {500, 20.2}, {500, 70}, {100, 60.3}}};
     DenseImage area(box, 72 * scale);
@@ -145,8 +148,8 @@ TEST(DenseImage, HasThePixelsOfWhatItStandsFor) {
         for (const Path &ring : rings) {
             tracePath(cr, ring, 0, ring.size());
             cairo_close_path(cr);
+            cairo_fill(cr);
         }
-        cairo_fill(cr);
     });
     const auto shape = [](cairo_t *cr) {
         cairo_arc(cr, 0, 0, 20, 0.3, 5);
