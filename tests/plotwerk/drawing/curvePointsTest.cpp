@@ -46,6 +46,22 @@ TEST(CurvePoints, AreInterpolated) {
     EXPECT_LE(pointsOfLine(curves[0], scaledFrameOf(spline, curves)), 5e6);
 }
 
+// Those that are seen on a screen are some of the rows; on a page there are all.
+TEST(CurvePoints, BetweenTwoAreAsManyAsTheRowsAllow) {
+    const std::vector<double> ramp(1'000'000, 1.0);
+    Document document = documentWith(ramp, ramp);
+    CurveLook &look = onlyCurve(document).look;
+    look.interpolationType = 1;
+    look.interpolationPoints = 10;
+    const auto pointsOfOne = [&] {
+        const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+        return linePath({{0, 0}, {9, 9}}, curves[0], scaledFrameOf(document, curves)).size();
+    };
+    EXPECT_EQ(pointsOfOne(), 2 + 4);
+    look.sum = 500'000;
+    EXPECT_EQ(pointsOfOne(), 2 + 10);
+}
+
 TEST(CurvePoints, OfStraightLinesAreBentOnLogarithmicAxes) {
     Document document = documentWith({0, 1, 2, 3}, {1, 100, -1, 5});
     document.axes[yAxis].range = {1, 100};

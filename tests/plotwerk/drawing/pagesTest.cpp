@@ -600,3 +600,8 @@ TEST(Composition, KeepsPicturesAsTheyWereAndAsText) {
     tall.add(document, {50, 100, 300, 0}, 0, 0);
     EXPECT_NEAR(inkBoxOf(tall.pdf()).at(1), 100, 4);
 }
+
+TEST(Composition, IsRefusedAsPixelsWhereRowsWouldBeTooLong) {
+    EXPECT_NO_THROW(Composition(7864, 1).png());
+    EXPECT_THROW(Composition(7864.1, 1).png(), Refusal);
+}
