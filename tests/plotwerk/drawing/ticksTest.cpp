@@ -139,6 +139,7 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
         {{5, 2000},
          [](Axis &axis) { axis.logarithmic = true, axis.labelDensity = 0.1; },
          "10 100 1000"},
+        {{20, 80}, [](Axis &axis) { axis.logarithmic = true, axis.labelDensity = 0.1; }, "20 50"},
         {{1, 5},
          [](Axis &axis) { axis.increment = 1.2345678; },
          "1.2345678 2.4691356 3.7037034 4.9382712"},
