@@ -46,8 +46,8 @@ TEST(RecordedMessage, ThatIsDamagedChangesNothingForLaterOnes) {
     ControlObject object(application);
     EXPECT_THROW(object.repeat(encodedMessage('.', "none", std::tuple<>()).whole()), Refusal);
     object.perform({'.',
-                    "selectCurvesOf_indexFirst_indexLast_appendSelection_",
-                    {std::string("doc"), 5, 5, false}});
+                    "selectCurvesOf_sourceName_table_column_appendSelection_",
+                    {std::string("doc"), std::string("none"), -1, std::string(), false}});
     EXPECT_TRUE(hasSelectedNone(application.lastError)) << application.lastError;
 }
 
