@@ -1,6 +1,8 @@
 // The open documents, their files and their journals.
 #include "plotwerk/application/application.h"
 
+#include "plotwerk/application/desktop.h"
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/stateDirectory.h"
@@ -10,12 +12,27 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
+#include <new>
 #include <regex>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
 using namespace plotwerk;
+
+namespace {
+
+struct DesktopWithoutMemory final : Desktop {
+    void opened(Document &) override { throw std::bad_alloc(); }
+    void closing(const Document &) override {}
+    void activated(const Document &) override {}
+    bool asksToSave(const Document &) override { return false; }
+    void copyText(const std::string &) override {}
+    void copyPicture(const Document &) override {}
+    std::optional<std::string> foreignText() override { return std::nullopt; }
+};
+
+} // namespace
 
 class ApplicationTest : public testing::Test {
   protected:
@@ -121,6 +138,24 @@ TEST_F(ApplicationTest, BringsBackTheDocumentsThatWereInFrontLastFirstAndInTheir
     EXPECT_EQ(LeftJournal::lock(journals / "two.journal")->stamp, 1);
 }
 
+// While one is brought back, the limit holds for it and the open ones together.
+TEST_F(ApplicationTest, CountsTheOpenDocumentsWhileOneIsBroughtBack) {
+    leave("other", 1, {"message"});
+    Application application;
+    application.keepJournals();
+    application.add({.name = "open", .formula = std::string(6'000'000, 'x')});
+    setBound("documents=10");
+    int repeated = 0;
+    application.recover([&](std::string_view) {
+        ++repeated;
+        EXPECT_THROW(requireRoom(5e6), Refusal);
+        EXPECT_NO_THROW(requireRoom(3e6));
+    });
+    EXPECT_EQ(repeated, 1);
+    EXPECT_NO_THROW(requireRoom(3e6)) << "counted once";
+    setBound("documents=2000");
+}
+
 TEST_F(ApplicationTest, GivesUpAJournalThatEndsTheProcess) {
     leave("deadly", 1, {"message"});
     int ends = 0;
@@ -190,4 +225,14 @@ TEST_F(ApplicationTest, TellsAtItsEndWhichChangesAreLost) {
     application.create({.name = "other"});
     retitle(application, "title");
     EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"other\" are lost\n"));
+}
+
+TEST_F(ApplicationTest, TakesInNothingThatHasNoWindow) {
+    Application application;
+    application.create({.name = "open"});
+    DesktopWithoutMemory desktop;
+    application.desktop = &desktop;
+    EXPECT_THROW(application.create({.name = "new"}), std::bad_alloc);
+    EXPECT_EQ(application.front()->name, "open");
+    EXPECT_THROW(application.document("new"), Refusal);
 }

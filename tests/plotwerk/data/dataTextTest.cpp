@@ -68,6 +68,7 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"equals sign", "x y=2x\n1 2\n", "x=1 y=2x=2"},
         {"later line wins", "title of it\nx a\n\n1 2\n", "x=1 a=2"},
         {"names of one table only", "x a\n1 2\n\n3 4\n", "x=1 a=2; X=3 Y1=4"},
+        {"a quote behind a number", "1\t2 \"s\"\n3\t4\n", "X=1,3 Y1=2,4"},
         {"words after a row", "1 2\n3 4 V \"m s\"\n5V 6\n", "X=1,3,nan Y1=2,4,6"},
     };
     for (const auto &c : cases) EXPECT_EQ(read(c.text, '.'), c.want) << c.what;

@@ -185,7 +185,7 @@ TEST(Axes, HaveSlantedNumbersWithOneEndAtTheTick) {
         Point middle; // from the tick, of numbers that rise
     } cases[] = {{xAxis, {-1, 0}}, {upperXAxis, {1, 0}}, {yAxis, {0, 1}}, {rightYAxis, {0, -1}}};
     for (const auto &c : cases)
-        for (const double angle : {45.0, -45.0}) {
+        for (const double angle : {45.0, -45.0, 11.0, 79.0, 9.0, 81.0}) {
             Document document = plain();
             document.axes[c.axis].range = {1000, 5000};
             document.axes[c.axis].increment = 1000;
@@ -194,7 +194,13 @@ TEST(Axes, HaveSlantedNumbersWithOneEndAtTheTick) {
             for (const PlacedNumber &number : frame.axes[c.axis].numbers) {
                 const double tick = frame.scales[c.axis].position(number.value);
                 const bool horizontal = isHorizontal(c.axis);
-                const double along = number.width / 2 * std::sqrt(0.5) * angle / 45;
+                const double turn = angle * G_PI / 180;
+                const bool slanted = angle != 9 && angle != 81; // else as level or upright ones
+                const double along =
+                    slanted
+                        ? number.width / 2 *
+                              (horizontal ? std::copysign(std::cos(turn), angle) : std::sin(turn))
+                        : 0;
                 EXPECT_NEAR(horizontal ? number.middle.x - tick : number.middle.y - 100 + tick,
                             along * (horizontal ? c.middle.x : c.middle.y), 1e-9)
                     << c.axis << ' ' << angle;

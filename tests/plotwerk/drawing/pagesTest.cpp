@@ -600,3 +600,13 @@ TEST(Composition, KeepsPicturesAsTheyWereAndAsText) {
     tall.add(document, {50, 100, 300, 0}, 0, 0);
     EXPECT_NEAR(inkBoxOf(tall.pdf()).at(1), 100, 4);
 }
+
+TEST(Composition, IsRefusedAsPixelsWhereRowsWouldBeTooLong) {
+    EXPECT_NO_THROW(Composition(7864, 1).png());
+    try {
+        Composition(7864.1, 1).png();
+        ADD_FAILURE();
+    } catch (const Refusal &refusal) {
+        EXPECT_STREQ(refusal.what(), "a picture of pixels can't be wider than 277 cm");
+    }
+}

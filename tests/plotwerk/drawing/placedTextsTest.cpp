@@ -5,6 +5,7 @@
 #include "plotwerk/drawing/textFields.h"
 #include "tests/plotwerk/drawing/samples.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <regex>
@@ -126,6 +127,17 @@ TEST(Legend, WithoutAPlaceGoesToTheCornerThatHidesLeast) {
         const LaidText placed = laid({.text = "<legend>", .x = 0.5, .y = 0.4}, document);
         EXPECT_NEAR(placed.middle.x, document.frame.xAxisLength * pointsPerCm / 2, 1);
     }
+}
+
+TEST(Legend, IsNotKeptAwayByTheGapOfALongCurve) {
+    std::vector<double> x(50'000, 0.97);
+    std::vector<double> y(50'000, 0.2);
+    std::fill_n(y.begin(), 25'000, 2); // beyond the frame
+    y[25'001] = unset;
+    Document document = documentWith(x, y);
+    for (Axis &axis : document.axes) axis.range = {0, 1};
+    const Point corner = laid({.text = "<legend>"}, document).middle;
+    EXPECT_TRUE(corner.x > 170 && corner.y < 113) << corner.x << ' ' << corner.y;
 }
 
 TEST(Legend, LeavesAloneWhatIsInItsCorner) {

@@ -62,6 +62,16 @@ TEST(DocumentFile, GivesEveryFieldBackBitForBit) {
     }
 }
 
+TEST(DocumentFile, HasTheShortestHeadsOfCbor) {
+    for (const std::uint64_t value : {0x17ULL, 0x18ULL, 0xffULL, 0x100ULL, 0xffffULL, 0x10000ULL,
+                                      0xffffffffULL, 0x100000000ULL, ~0ULL}) {
+        std::ostringstream stream;
+        TreeWriter(stream, true).write(value);
+        const auto want = Tree::to_cbor(value);
+        EXPECT_EQ(stream.str(), std::string(want.begin(), want.end())) << value;
+    }
+}
+
 TEST(DocumentFile, IsToldFromDataTextByItsFirstBytes) {
     for (const char *document : {"{", " \n{\"format\"", "\xef\xbb\xbf{}", "\xd9\xd9\xf7"})
         EXPECT_TRUE(beginsAsDocument(document)) << document;

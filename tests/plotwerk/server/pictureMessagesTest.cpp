@@ -42,6 +42,8 @@ TEST_F(PictureMessages, ACopyNeedsAPlace) {
     unsetenv("XDG_RUNTIME_DIR");
     for (int round = 0; round < 2; ++round) {
         startWithData();
+        plotwerk->pasteDataOf_("Untitled");
+        EXPECT_EQ(lastError(), "the clipboard is empty (\"Untitled\")");
         plotwerk->copySelectedCurvesOf_includeX_("Untitled", true);
         plotwerk->copyPDF_("Untitled");
         EXPECT_EQ(lastError(), "no place for a copy: XDG_RUNTIME_DIR is not set (\"Untitled\")");

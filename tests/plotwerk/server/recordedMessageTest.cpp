@@ -39,6 +39,18 @@ TEST(RecordedMessage, GivesItsArgumentsBackBitForBit) {
         decodedMessage(encodedMessage('.', "none", std::tuple<>()).whole()).arguments.empty());
 }
 
+// Messages after it are refused as ever: a selection that finds none isn't, when a journal repeats.
+TEST(RecordedMessage, ThatIsDamagedChangesNothingForLaterOnes) {
+    Application application;
+    application.add({.name = "doc"});
+    ControlObject object(application);
+    EXPECT_THROW(object.repeat(encodedMessage('.', "none", std::tuple<>()).whole()), Refusal);
+    object.perform({'.',
+                    "selectCurvesOf_sourceName_table_column_appendSelection_",
+                    {std::string("doc"), std::string("none"), -1, std::string(), false}});
+    EXPECT_TRUE(hasSelectedNone(application.lastError)) << application.lastError;
+}
+
 // One that changes the document counts one revision, a refused one and one that asks count none.
 TEST_F(ServerTest, EveryMessageCountsItsRevision) {
     start();
