@@ -104,6 +104,11 @@ Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat) {
             documents.push_back(std::make_unique<OpenDocument>(OpenDocument{journal.document()}));
         }
         while (const auto message = journal.nextMessage()) {
+            if (isRestoration(*message)) {
+                const WithMemoryOfDocuments asBefore;
+                restoreBy(*message, documents.front()->document);
+                continue;
+            }
             lastError.clear();
             repeat(*message);
             if (!lastError.empty()) throw Refusal("can't be repeated: " + lastError);

@@ -176,6 +176,10 @@ void CurveList::setUp(const Glib::RefPtr<Gtk::ListItem> &listItem) {
         const bool isShown = check->get_active(); // selecting may bind the row anew
         selectFor(*item);
         wishes.showSelection(isShown);
+        const auto curve = curveAt(document, items->get_item(item->get_position())->row.first);
+        binding = true; // what was refused isn't so
+        check->set_active(curve && isSeen(columnOf(document, *curve).look));
+        binding = false;
     });
     const auto click = Gtk::GestureClick::create();
     click->set_button(GDK_BUTTON_SECONDARY);
@@ -281,6 +285,8 @@ void CurveList::tellSelection() {
             if (curves.empty() || curve > curves.back()) curves.push_back(curve);
     }
     wishes.select(curves);
+    revision.reset(); // what was refused isn't selected
+    refresh();
 }
 
 } // namespace plotwerk

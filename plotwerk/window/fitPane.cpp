@@ -205,8 +205,12 @@ void FitPane::sendParameter(const std::string &name, Row &row) {
         row.shownValue.clear(); // what was written is shown as the document has it
         char exact[40];
         std::snprintf(exact, sizeof exact, "%.17g", parameter.value);
-        wishes.setParameters(name + " = " + (otherValue ? text : exact) +
-                             (row.fixed.get_active() ? " !" : ""));
+        if (wishes.setParameters(name + " = " + (otherValue ? text : exact) +
+                                 (row.fixed.get_active() ? " !" : "")))
+            return; // the row may be another one now
+        filling = true;
+        row.fixed.set_active(parameter.fixed);
+        filling = false;
         return;
     }
 }

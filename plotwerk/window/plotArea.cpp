@@ -189,6 +189,7 @@ void PlotArea::endHandle() {
         std::minmax({valueAt(marks.fitRange->left), valueAt(marks.fitRange->right)});
     handle = nullptr;
     wishes.setFitRange(min, max);
+    placeFitRange(); // where it was, if that was refused
 }
 
 // The nearest point is looked for once a frame, however often the mouse moves.

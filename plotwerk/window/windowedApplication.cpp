@@ -27,8 +27,18 @@ WindowedApplication::WindowedApplication(bool keepJournals)
       keepsJournals(keepJournals) {
 }
 
+// What an event's handler throws, memory that there isn't, ends that event alone.
+static void logException() {
+    try {
+        throw;
+    } catch (const std::exception &exception) {
+        log(LogLevel::error, reasonOf(exception));
+    }
+}
+
 void WindowedApplication::on_startup() {
     Gtk::Application::on_startup();
+    Glib::add_exception_handler(sigc::ptr_fun(logException));
     Glib::set_application_name("Plotwerk");
     Gtk::Window::set_default_icon_name("org.plotwerk.Plotwerk");
     const auto end = +[](gpointer application) -> gboolean {
@@ -67,9 +77,9 @@ void WindowedApplication::addActions() {
         whenFree([this] { quitAfterAsking(); });
     });
     add_action("about", [this] {
-        if (DocumentWindow *window = frontWindow()) {
+        if (Gtk::Window *window = get_active_window()) {
             gtk_show_about_dialog(
-                GTK_WINDOW(window->gobj()), "program-name", "Plotwerk", "version", PLOTWERK_VERSION,
+                window->gobj(), "program-name", "Plotwerk", "version", PLOTWERK_VERSION,
                 "logo-icon-name", "org.plotwerk.Plotwerk", "comments",
                 "Plots data and fits formulas to them; scripts drive it by callPlw.", nullptr);
         }
@@ -79,6 +89,10 @@ void WindowedApplication::addActions() {
 
 void WindowedApplication::on_activate() {
     if (!server) return;
+    if (isBusy()) {
+        if (Gtk::Window *window = get_active_window()) window->present();
+        return;
+    }
     if (!served.front()) {
         served.add({});
         return;
@@ -143,7 +157,7 @@ bool WindowedApplication::perform(const char *member, std::vector<Argument> argu
 }
 
 void WindowedApplication::restore(Document &document, Versions::Version version) {
-    served.restore(document, std::move(version.document), version.isSaved);
+    served.restore(document, std::move(version.document), version.origins, version.isSaved);
     refresh();
 }
 
@@ -223,11 +237,29 @@ void WindowedApplication::copyPicture(const Document &document) {
 }
 
 std::optional<std::string> WindowedApplication::foreignText() {
-    beginWork();
-    auto text = foreignTextOf(clipboard());
-    endWork();
+    std::optional<std::string> text;
+    lettingLoopRun([&] { text = foreignTextOf(clipboard()); });
     return text;
 }
+
+// The fit that can be cancelled while this lives.
+class WindowedApplication::Running {
+  public:
+    Running(WindowedApplication &by, const Document &document, FitProgress &progress)
+        : application(by) {
+        application.fitted = &document;
+        application.fitProgress = &progress;
+    }
+    ~Running() {
+        application.fitted = nullptr;
+        application.fitProgress = nullptr;
+    }
+    Running(const Running &) = delete;
+    Running &operator=(const Running &) = delete;
+
+  private:
+    WindowedApplication &application;
+};
 
 // A short fit is waited for; a long one lets the main loop run, and tells of itself when it takes
 // longer than one would wonder about.
@@ -245,23 +277,20 @@ void WindowedApplication::runFit(const Document &document, FitProgress &progress
     });
     if (!isOver(16ms)) {
         constexpr unsigned int interval = 200; // of telling, in ms
-        fitted = &document;
-        fitProgress = &progress;
-        beginWork();
-        DocumentWindow *window = windowOf(document); // null while the program ends
-        if (window) window->beginFit();
-        sigc::connection timer = Glib::signal_timeout().connect(
-            [&] {
-                if (window) window->showFit(progress);
-                return true;
-            },
-            interval);
-        while (!isOver(0ms)) g_main_context_iteration(nullptr, TRUE);
-        timer.disconnect();
-        if (window) window->endFit();
-        endWork();
-        fitted = nullptr;
-        fitProgress = nullptr;
+        const Running running(*this, document, progress);
+        lettingLoopRun([&] {
+            DocumentWindow *window = windowOf(document); // null while the program ends
+            if (window) window->beginFit();
+            sigc::connection timer = Glib::signal_timeout().connect(
+                [&] {
+                    if (window) window->showFit(progress);
+                    return true;
+                },
+                interval);
+            while (!isOver(0ms)) g_main_context_iteration(nullptr, TRUE);
+            timer.disconnect();
+            if (window) window->endFit();
+        });
     }
     result.get();
 }
@@ -274,8 +303,15 @@ void WindowedApplication::cancelFitOf(const Document &document) {
     if (fitted == &document) cancelFit();
 }
 
-void WindowedApplication::beginWork() {
+void WindowedApplication::lettingLoopRun(const std::function<void()> &work) {
     if (works++ == 0 && bus) bus->suspend();
+    try {
+        work();
+    } catch (...) {
+        endWork();
+        throw;
+    }
+    endWork();
 }
 
 void WindowedApplication::endWork() {
@@ -342,18 +378,22 @@ void WindowedApplication::bringBack() {
     constexpr auto slice = 16ms;
     if (ended || endsSoon) return;
     if (DocumentWindow *window = frontWindow()) window->note("Documents are brought back…");
-    beginWork();
     auto last = Clock::now() - slice;
-    server->recover([&] {
+    const auto letLoopRun = [&] {
         if (Clock::now() >= last + slice) {
             for (const auto end = Clock::now() + slice; Clock::now() < end;)
                 if (!g_main_context_iteration(nullptr, FALSE)) break;
             last = Clock::now();
         }
         if (endsSoon) throw Refusal("the program ends");
-    });
-    endWork();
-    const bool all = served.leftDocuments().empty();
+    };
+    bool all = false;
+    try {
+        lettingLoopRun([&] { server->recover(letLoopRun); });
+        all = served.leftDocuments().empty();
+    } catch (const std::exception &exception) { // no memory to begin with
+        log(LogLevel::error, reasonOf(exception));
+    }
     for (const auto &[document, window] : windows)
         window->tell(all ? "" : "Not all documents could be brought back: the log says why");
 }

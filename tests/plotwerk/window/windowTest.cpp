@@ -177,6 +177,34 @@ TEST_F(WindowTest, QuittingAsksAboutOneDocumentAfterTheOtherUntilOneIsKept) {
     EXPECT_EQ(program->finish().status, 0);
 }
 
+TEST_F(WindowTest, QuittingWaitsForTheAnswerToAnOpenDialog) {
+    startWithLine();
+    plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_(name, 0, 0, false);
+    plotwerk->changeNameOfSelectionOf_to_(name, "unsaved");
+    screen.frame();
+    screen.type("F2");
+    waitUntil("the dialog", [&] { return screen.titles().size() == 2; });
+    screen.stillShot();
+    const auto quit = [&] {
+        runProgram({"gdbus", "call", "--session", "--dest", "org.plotwerk.Plotwerk",
+                    "--object-path", "/org/plotwerk/Plotwerk", "--method",
+                    "org.gtk.Actions.Activate", "quit", "[]", "{}"});
+    };
+    quit();
+    screen.type("Escape");
+    const auto isAsked = [&] {
+        const auto titles = screen.titles();
+        return titles.size() == 2 && std::count(titles.begin(), titles.end(), "Save Changes") == 1;
+    };
+    waitUntil("the question", isAsked);
+    quit();
+    screen.stillShot();
+    EXPECT_TRUE(isAsked()) << "once";
+    screen.type("alt+d");
+    bus.waitForNoOwner(busName);
+    EXPECT_EQ(program->finish().status, 0);
+}
+
 TEST_F(WindowTest, OutlivesTheBus) {
     startWithLine();
     plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
