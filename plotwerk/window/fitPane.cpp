@@ -26,7 +26,7 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     : Gtk::Box(Gtk::Orientation::VERTICAL, 6),
       document(shown),
       wishes(std::move(heard)),
-      fitButton("_Fit", true),
+      fitButton("F_it", true),
       progressBox(Gtk::Orientation::VERTICAL, 6),
       cancelButton("Cance_l", true) {
     set_margin(12);

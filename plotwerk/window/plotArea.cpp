@@ -130,7 +130,7 @@ void PlotArea::placeSelection() {
 void PlotArea::followPicture() {
     placeSelection();
     placeFitRange();
-    if (pointer && readOutRevision != document.revision) move(pointer->x, pointer->y);
+    if (pointer) move(pointer->x, pointer->y);
 }
 
 void PlotArea::showFitRange(bool shown) {
@@ -209,7 +209,6 @@ void PlotArea::readOut() {
         set_cursor(atHandle ? "ew-resize" : "crosshair");
     std::optional<Point> ring;
     ReadOut text;
-    readOutRevision = document.revision;
     if (pointer) {
         const PageView &view = pictureArea.view();
         const Point place = view.onPaper(*pointer);

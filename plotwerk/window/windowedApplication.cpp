@@ -36,8 +36,17 @@ static void logException() {
     }
 }
 
+// The theme's red alone is hardly to be read on dark desktops.
+static void makeErrorsReadable() {
+    const auto style = Gtk::CssProvider::create();
+    style->load_from_data("label.error { color: mix(@error_color, @theme_fg_color, 0.5); }");
+    Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), style,
+                                                GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+}
+
 void WindowedApplication::on_startup() {
     Gtk::Application::on_startup();
+    makeErrorsReadable();
     Glib::add_exception_handler(sigc::ptr_fun(logException));
     Glib::set_application_name("Plotwerk");
     Gtk::Window::set_default_icon_name("org.plotwerk.Plotwerk");
