@@ -317,6 +317,7 @@ void DocumentWindow::note(const Glib::ustring &text) {
 void DocumentWindow::tell(const Glib::ustring &text) {
     note(text);
     messageLabel.add_css_class("error");
+    if (!text.empty()) toldAt = std::chrono::steady_clock::now();
 }
 
 void DocumentWindow::beginFit() {
@@ -324,8 +325,9 @@ void DocumentWindow::beginFit() {
 }
 
 void DocumentWindow::showFit(const FitProgress &progress) {
+    constexpr std::chrono::seconds toRead{2}; // what was told meanwhile
     fitPane.showProgress(progress);
-    if (fitPane.get_visible()) return;
+    if (fitPane.get_visible() || std::chrono::steady_clock::now() < toldAt + toRead) return;
     note(progress.iterations() == 0
              ? "Fitting. Escape cancels."
              : Glib::ustring::sprintf("Fitting: χ² = %.7g, %d iterations. Escape cancels.",

@@ -10,6 +10,7 @@
 #include "plotwerk/window/versions.h"
 #include "plotwerk/window/viewHistory.h"
 
+#include <chrono>
 #include <gtkmm.h>
 #include <string>
 #include <vector>
@@ -120,6 +121,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     Glib::RefPtr<Gio::SimpleAction> cancelFit;
     Glib::RefPtr<Gtk::FileChooserNative> chooser;
     std::unique_ptr<Gtk::Dialog> dialog;
+    std::chrono::steady_clock::time_point toldAt;
     bool closesWhenAnswered = false;
     std::function<void()> whenClosed;
     bool retired = false;
