@@ -443,6 +443,10 @@ void DocumentWindow::chooseFile(const Glib::ustring &title, Gtk::FileChooser::Ac
     chooser =
         Gtk::FileChooserNative::create(title, *this, action, opens ? "_Open" : "_Save", "_Cancel");
     chooser->set_modal();
+    std::error_code none;
+    const std::filesystem::path folder =
+        document.path.empty() ? std::filesystem::current_path(none) : document.path.parent_path();
+    if (!folder.empty()) chooser->set_current_folder(Gio::File::create_for_path(folder.string()));
     if (!opens) chooser->set_current_name(name);
     chooser->signal_response().connect([this, chosen](int response) {
         const auto ended = std::exchange(chooser, {});

@@ -1,5 +1,7 @@
 #include "plotwerk/window/fitPane.h"
 
+#include "plotwerk/fit/fitVariables.h"
+
 #include <cmath>
 #include <cstdio>
 #include <utility>
@@ -84,8 +86,14 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     report.set_xalign(0);
     report.set_wrap();
     report.set_selectable();
+    report.set_yalign(0);
     report.add_css_class("numeric");
-    append(report);
+    auto *scrolledReport = Gtk::make_managed<Gtk::ScrolledWindow>();
+    scrolledReport->set_child(report);
+    scrolledReport->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+    scrolledReport->set_min_content_height(72);
+    scrolledReport->set_vexpand();
+    append(*scrolledReport);
     makeRows();
     refresh();
 }
@@ -114,10 +122,9 @@ void FitPane::refresh() {
     if (!same) makeRows();
     fillRows();
     const FitResult &fit = document.fit;
-    report.set_text(fit.done ? Glib::ustring::sprintf("χ² = %s\n%d points, %d iterations",
-                                                      shortText(fit.chiSquare), fit.points,
-                                                      fit.iterations)
-                             : Glib::ustring());
+    report.set_text(
+        fit.done ? Glib::ustring::sprintf("%s\n%d iterations", fitReport(fit), fit.iterations)
+                 : Glib::ustring());
     fitButton.set_sensitive(!document.formula.empty() || !document.sources.empty());
 }
 
