@@ -126,24 +126,32 @@ static bool isUntouched(const Document &document) {
            document.revision == 0;
 }
 
+static constexpr const char *aside = "Untitled, untouched";
+
+// The only document, when it is untouched, under a name that no other one wants.
+Document *WindowedApplication::untouchedAside() {
+    Document *front = served.front();
+    if (windows.size() != 1 || !isUntouched(*front)) return nullptr;
+    front->name = aside;
+    return front;
+}
+
 // An untouched document makes room for the file's, which may have the same name. What stands for a
 // file that couldn't be opened isn't for the user, but the reason is.
 void WindowedApplication::openFile(const std::string &path) {
     if (isBusy()) return whenFree([this, path] { openFile(path); });
-    Document *before = served.front();
-    const bool replaces = windows.size() == 1 && isUntouched(*before);
-    const std::string aside = "Untitled, untouched";
-    if (replaces) before->name = aside;
+    Document *const before = served.front();
+    Document *const replaced = untouchedAside();
     const auto close = [this](const std::string &name) {
         perform("closeDocument_askForSave_", {name, false});
     };
     if (perform("openFile_file_doRangeOverAll_", {std::string(), path, false})) {
-        if (replaces) close(aside);
+        if (replaced) close(aside);
         return;
     }
     const std::string reason = served.lastError;
     if (served.front() != before) close(served.front()->name);
-    if (replaces) before->name = "Untitled";
+    if (replaced) replaced->name = "Untitled";
     served.lastError = reason;
     refresh();
     if (DocumentWindow *window = frontWindow()) window->tell(reason);
@@ -397,12 +405,17 @@ void WindowedApplication::bringBack() {
         if (endsSoon) throw Refusal("the program ends");
     };
     bool all = false;
+    Document *const replaced = untouchedAside();
     try {
         lettingLoopRun([&] { server->recover(letLoopRun); });
         all = served.leftDocuments().empty();
     } catch (const std::exception &exception) { // no memory to begin with
         log(LogLevel::error, reasonOf(exception));
     }
+    if (replaced && windows.size() > 1)
+        perform("closeDocument_askForSave_", {std::string(aside), false});
+    else if (replaced)
+        replaced->name = "Untitled";
     for (const auto &[document, window] : windows)
         window->tell(all ? "" : "Not all documents could be brought back: the log says why");
 }

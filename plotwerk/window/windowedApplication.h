@@ -97,6 +97,7 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     void end();
     void lettingLoopRun(const std::function<void()> &work);
     void endWork();
+    Document *untouchedAside();
     DocumentWindow *frontWindow();
     DocumentWindow *windowOf(const Document &document);
     DocumentWindow *windowOf(const std::string &name);
