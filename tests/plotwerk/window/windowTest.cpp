@@ -535,6 +535,7 @@ TEST_F(WindowTest, JournalHasWhatEachActionDoes) {
 TEST_F(WindowTest, AFitIsFollowedAndCancelledWhileOtherMessagesWait) {
     startWithSlowFit();
     const std::string before = contentsOf(name);
+    const Place check{179, 84}; // of the curve in the list
     ChildProcess other({CALLPLW});
     const std::string question = "-x getVar -s status\n";
     other.write(question);
@@ -548,12 +549,16 @@ TEST_F(WindowTest, AFitIsFollowedAndCancelledWhileOtherMessagesWait) {
         const Place cancel = waitForCancelButton();
         other.write(question);
         screen.type("ctrl+z");
+        screen.click(check);
         byKey ? screen.type("Escape") : screen.click(cancel);
         EXPECT_EQ(fit.finish().out, "fit ERROR 0 nan nan\n");
         EXPECT_EQ(other.readLine(), "4\n") << "answered behind the fit";
         EXPECT_TRUE(holds(lastError(), "cancelled")) << "by key: " << byKey;
         EXPECT_TRUE(contentsOf(name) == before) << "nor was anything undone, by key: " << byKey;
         EXPECT_EQ(screen.titles(), std::vector{name}) << "without unsaved changes";
+        screen.move({300, 300});
+        const auto place = static_cast<std::size_t>(check.y * idle.width + check.x - 5);
+        EXPECT_EQ(screen.stillShot().pixels[place], idle.pixels[place]) << "checked as before";
     }
     stop();
 }
