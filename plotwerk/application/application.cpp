@@ -173,15 +173,10 @@ Application::OpenDocument &Application::openOf(const Document &document) {
     return const_cast<OpenDocument &>(std::as_const(*this).openOf(document));
 }
 
-void Application::restore(Document &document, Document version, bool isSaved) {
-    change(document, [&](Document &changed) {
-        version.path = changed.path;
-        version.revision = changed.revision;
-        version.savedRevision = changed.savedRevision;
-        changed = std::move(version);
-    });
-    if (isSaved) setSaved(document);
-    record(document, {}, [] { return std::nullopt; });
+void Application::restore(Document &document, Document version, const ColumnOrigins &origins,
+                          bool isSaved) {
+    become(document, std::move(version), isSaved);
+    record(document, {}, [&] { return encodedRestoration(document, origins); });
 }
 
 void Application::save(const Document &saved, const fs::path &path, bool binary, bool ownPath) {

@@ -9,6 +9,7 @@
 #include "plotwerk/fit/fit.h"
 #include "plotwerk/fit/fitProgress.h"
 #include "plotwerk/journal/journal.h"
+#include "plotwerk/journal/restoration.h"
 #include "plotwerk/model/document.h"
 
 #include <chrono>
@@ -90,8 +91,8 @@ class Application {
     Document &open(const std::filesystem::path &file, bool rangeOverAll);
 
     // The document becomes as `version` is, but for its path. With isSaved that is what its file
-    // holds.
-    void restore(Document &document, Document version, bool isSaved);
+    // holds. `origins` are those of the version's columns in the document as it was before.
+    void restore(Document &document, Document version, const ColumnOrigins &origins, bool isSaved);
 
     // Saves as JSON or, when binary, as CBOR; an empty path stands for the document's own. With
     // ownPath the path becomes the document's own; its name stays, since clients address it by

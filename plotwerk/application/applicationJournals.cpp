@@ -107,6 +107,11 @@ Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat) {
         }
         while (const auto message = journal.nextMessage()) {
             if (endIsAskedFor()) throw Refusal("the process is to end");
+            if (isRestoration(*message)) {
+                const WithMemoryOfDocuments asBefore;
+                restoreBy(*message, documents.front()->document);
+                continue;
+            }
             lastError.clear();
             repeat(*message);
             if (!lastError.empty()) throw Refusal("can't be repeated: " + lastError);

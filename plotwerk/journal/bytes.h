@@ -41,6 +41,9 @@ class GatheredBytes {
         referred.push_back({held.size(), text});
     }
 
+    // The same, with a copy of the text whatever its length.
+    void putCopy(std::string_view text) { plotwerk::putText(held, text); }
+
     std::vector<std::string_view> pieces() const {
         std::vector<std::string_view> all;
         all.reserve(2 * referred.size() + 1);

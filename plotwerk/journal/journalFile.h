@@ -7,7 +7,7 @@
 // Layout, in this machine's byte order: a Head; then records, each the length of its payload (8
 // bytes), the payload's CRC-32 and the CRC-32 of these 12 bytes (4 each), and the payload. The
 // first record tells what document it is, the second is the document in CBOR, the others are one
-// message each.
+// message or one restoration (restoration.h) each.
 #ifndef PLOTWERK_JOURNAL_JOURNALFILE_H
 #define PLOTWERK_JOURNAL_JOURNALFILE_H
 

@@ -15,7 +15,7 @@ std::optional<GatheredBytes> ControlObject::messageAsData() const {
 }
 
 void ControlObject::tellListener() const noexcept {
-    if (!listener) return;
+    if (!listener || repeating) return;
     try {
         if (const auto data = answered.asData(answered, application.decimalSeparator))
             listener(decodedMessage(data->whole()));

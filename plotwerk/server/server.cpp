@@ -62,12 +62,10 @@ Server::Server(Application &served)
 }
 
 void Server::recover(const std::function<void()> &afterEach) {
-    const auto listener = std::exchange(controlObject.listener, {});
     application.recover([&](std::string_view message) {
         controlObject.repeat(message);
         afterEach();
     });
-    controlObject.listener = listener;
 }
 
 void Server::setListener(std::function<void(const RecordedMessage &)> listener) {

@@ -1,6 +1,7 @@
 #include "plotwerk/window/curveList.h"
 
 #include "plotwerk/model/curves.h"
+#include "plotwerk/model/errorColumns.h"
 #include "plotwerk/window/hiddenCurves.h"
 #include "plotwerk/window/menus.h"
 
@@ -22,6 +23,7 @@ struct Row {
     bool marked = false;
     bool fitData = false;
     bool hidden = false;
+    bool errors = false; // of another curve: never drawn as one
     bool line = false;
     bool symbols = false;
     double red = 0;
@@ -44,7 +46,7 @@ class CurveList::Item final : public Glib::Object {
     explicit Item(Row shown) : row(std::move(shown)) {}
 };
 
-static Row rowOf(const Column &column, int index) {
+static Row rowOf(const Column &column, int index, bool holdsErrors) {
     const Colour &colour = column.look.lineColour;
     return {Row::curve,
             column.name.empty() ? Glib::ustring("(no name)") : Glib::ustring(column.name),
@@ -53,6 +55,7 @@ static Row rowOf(const Column &column, int index) {
             column.marked,
             column.fitData,
             !isSeen(column.look),
+            holdsErrors,
             column.look.line,
             column.look.symbols,
             colour.red,
@@ -76,9 +79,10 @@ static std::vector<Row> rowsOf(const Document &document, Gtk::Bitset &selected) 
                                 .text = Glib::ustring::sprintf("Table %d", number),
                                 .first = index,
                                 .last = index + static_cast<int>(table.y.size()) - 1});
-            for (const Column &column : table.y) {
-                if (column.rank > 0) selected.add(static_cast<guint>(rows.size()));
-                rows.push_back(rowOf(column, index++));
+            const ErrorColumns errors(table);
+            for (std::size_t i = 0; i < table.y.size(); ++i) {
+                if (table.y[i].rank > 0) selected.add(static_cast<guint>(rows.size()));
+                rows.push_back(rowOf(table.y[i], index++, errors.holdsErrors(i)));
             }
         }
         rows[head].last = index - 1;
@@ -176,6 +180,10 @@ void CurveList::setUp(const Glib::RefPtr<Gtk::ListItem> &listItem) {
         const bool isShown = check->get_active(); // selecting may bind the row anew
         selectFor(*item);
         wishes.showSelection(isShown);
+        const auto curve = curveAt(document, items->get_item(item->get_position())->row.first);
+        binding = true; // what was refused isn't so
+        check->set_active(curve && isSeen(columnOf(document, *curve).look));
+        binding = false;
     });
     const auto click = Gtk::GestureClick::create();
     click->set_button(GDK_BUTTON_SECONDARY);
@@ -199,6 +207,7 @@ static Glib::ustring tagsOf(const Row &row) {
     };
     add(row.marked, "marked");
     add(row.fitData, "fit data");
+    add(row.errors, "errors");
     return tags;
 }
 
@@ -211,6 +220,7 @@ void CurveList::bind(const Glib::RefPtr<Gtk::ListItem> &listItem) {
     auto *check = dynamic_cast<Gtk::CheckButton *>(tags->get_next_sibling());
 
     swatch->set_visible(row.kind == Row::curve);
+    swatch->set_opacity(row.errors ? 0 : 1);
     swatch->set_draw_func([row](const Cairo::RefPtr<Cairo::Context> &cr, int width, int height) {
         cr->set_source_rgb(1, 1, 1); // as on the page, whatever the theme
         cr->paint();
@@ -232,7 +242,7 @@ void CurveList::bind(const Glib::RefPtr<Gtk::ListItem> &listItem) {
     box->set_opacity(row.hidden ? 0.6 : 1);
     tags->set_text(tagsOf(row));
     binding = true;
-    check->set_visible(row.kind == Row::curve);
+    check->set_visible(row.kind == Row::curve && !row.errors);
     check->set_active(!row.hidden);
     binding = false;
 }
@@ -281,6 +291,8 @@ void CurveList::tellSelection() {
             if (curves.empty() || curve > curves.back()) curves.push_back(curve);
     }
     wishes.select(curves);
+    revision.reset(); // what was refused isn't selected
+    refresh();
 }
 
 } // namespace plotwerk

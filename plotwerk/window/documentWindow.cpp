@@ -182,9 +182,11 @@ void DocumentWindow::addActions() {
         send("display_doRangeOverAll_", {true});
     });
     back = add_action("view-back", [this] {
+        if (!isFree()) return;
         if (const auto view = history.back(viewOf(document))) showView(*view);
     });
     forward = add_action("view-forward", [this] {
+        if (!isFree()) return;
         if (const auto view = history.forward(viewOf(document))) showView(*view);
     });
     logarithmicX =
@@ -301,8 +303,9 @@ void DocumentWindow::updateActions() {
     setState(logarithmicY, document.axes[yAxis].logarithmic);
     undo->set_enabled(versions.canUndo());
     redo->set_enabled(versions.canRedo());
-    back->set_enabled(history.hasEarlier());
-    forward->set_enabled(history.hasLater());
+    const View view = viewOf(document);
+    back->set_enabled(history.hasEarlier(view));
+    forward->set_enabled(history.hasLater(view));
 }
 
 void DocumentWindow::note(const Glib::ustring &text) {
@@ -314,6 +317,7 @@ void DocumentWindow::note(const Glib::ustring &text) {
 void DocumentWindow::tell(const Glib::ustring &text) {
     note(text);
     messageLabel.add_css_class("error");
+    if (!text.empty()) toldAt = std::chrono::steady_clock::now();
 }
 
 void DocumentWindow::beginFit() {
@@ -321,8 +325,9 @@ void DocumentWindow::beginFit() {
 }
 
 void DocumentWindow::showFit(const FitProgress &progress) {
+    constexpr std::chrono::seconds toRead{2}; // what was told meanwhile
     fitPane.showProgress(progress);
-    if (fitPane.get_visible()) return;
+    if (fitPane.get_visible() || std::chrono::steady_clock::now() < toldAt + toRead) return;
     note(progress.iterations() == 0
              ? "Fitting. Escape cancels."
              : Glib::ustring::sprintf("Fitting: χ² = %.7g, %d iterations. Escape cancels.",
@@ -438,11 +443,17 @@ void DocumentWindow::chooseFile(const Glib::ustring &title, Gtk::FileChooser::Ac
     chooser =
         Gtk::FileChooserNative::create(title, *this, action, opens ? "_Open" : "_Save", "_Cancel");
     chooser->set_modal();
+    std::error_code none;
+    const std::filesystem::path folder =
+        document.path.empty() ? std::filesystem::current_path(none) : document.path.parent_path();
+    if (!folder.empty()) chooser->set_current_folder(Gio::File::create_for_path(folder.string()));
     if (!opens) chooser->set_current_name(name);
     chooser->signal_response().connect([this, chosen](int response) {
         const auto ended = std::exchange(chooser, {});
-        if (response == static_cast<int>(Gtk::ResponseType::ACCEPT) && ended->get_file())
-            chosen(ended->get_file()->get_path());
+        const bool isChosen =
+            response == static_cast<int>(Gtk::ResponseType::ACCEPT) && ended->get_file();
+        if (isChosen) chosen(ended->get_file()->get_path());
+        answered();
     });
     chooser->show();
 }
@@ -509,6 +520,7 @@ void DocumentWindow::rename() {
         dialog->hide();
         if (response == Gtk::ResponseType::OK)
             send("changeNameOfSelectionOf_to_", {std::string(entry->get_text())});
+        answered();
     });
     dialog->show();
 }
@@ -558,18 +570,44 @@ void DocumentWindow::takeFile(const std::string &path) {
     }
 }
 
+bool DocumentWindow::isAsking() const {
+    return chooser || (dialog && dialog->get_visible());
+}
+
 void DocumentWindow::closeAfterAsking(const std::function<void()> &then) {
+    if (then || !isAsking()) whenClosed = then;
+    closeWhenFree();
+}
+
+// The user may be in the middle of another question.
+void DocumentWindow::closeWhenFree() {
     if (retired) return;
     if (application.isBusy()) {
         application.cancelFitOf(document);
         tell("Closes as soon as the work is done");
-        return application.whenFree([this, then] { closeAfterAsking(then); });
+        return application.whenFree([this] { closeWhenFree(); });
     }
-    const auto close = [this, then] {
-        if (application.closeDocument(document)) then();
-    };
+    if (isAsking()) {
+        closesWhenAnswered = true;
+        present();
+        if (!chooser) dialog->present();
+        return;
+    }
     if (!hasUnsavedChanges(document)) return close();
-    if (dialog && dialog->get_visible()) return dialog->present();
+    askToSave();
+}
+
+void DocumentWindow::close() {
+    const auto then = std::exchange(whenClosed, {});
+    if (application.closeDocument(document) && then) then();
+}
+
+void DocumentWindow::answered() {
+    if (!std::exchange(closesWhenAnswered, false)) return;
+    Glib::signal_idle().connect_once(sigc::track_obj([this] { closeWhenFree(); }, *this));
+}
+
+void DocumentWindow::askToSave() {
     auto asking = std::make_unique<Gtk::MessageDialog>(
         *this, Glib::ustring::sprintf("Save changes to “%s” before closing?", document.name), false,
         Gtk::MessageType::QUESTION, Gtk::ButtonsType::NONE, true);
@@ -584,14 +622,15 @@ void DocumentWindow::closeAfterAsking(const std::function<void()> &then) {
     saving->add_css_class("suggested-action");
     asking->set_default_response(Gtk::ResponseType::ACCEPT);
     dialog = std::move(asking);
-    dialog->signal_response().connect([this, close](int response) {
+    dialog->signal_response().connect([this](int response) {
         dialog->hide();
+        closesWhenAnswered = false;
         if (response != discard && response != Gtk::ResponseType::ACCEPT) return;
         application.cancelFitOf(document);
-        application.whenFree([this, response, close] {
+        application.whenFree([this, response] {
             if (retired) return;
             if (response == discard) return close();
-            save(close);
+            save([this] { close(); });
         });
     });
     present();

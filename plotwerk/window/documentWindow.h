@@ -10,6 +10,7 @@
 #include "plotwerk/window/versions.h"
 #include "plotwerk/window/viewHistory.h"
 
+#include <chrono>
 #include <gtkmm.h>
 #include <string>
 #include <vector>
@@ -45,9 +46,10 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     void endFit();
 
     // Asks what becomes of unsaved changes, and closes the document unless the user wants to keep
-    // it open. Without any it is closed at once. A fit of it is cancelled, another one waited for.
-    // When it has been closed `then` is called.
-    void closeAfterAsking(const std::function<void()> &then = [] {});
+    // it open. Without any it is closed at once. A fit of it is cancelled, another one waited for,
+    // and so is the answer to what the user is being asked already. When it has been closed `then`
+    // is called.
+    void closeAfterAsking(const std::function<void()> &then = {});
 
     // The document is about to go: the window disappears and does nothing from now on.
     void retire();
@@ -82,6 +84,11 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     void chooseFile(const Glib::ustring &title, Gtk::FileChooser::Action action,
                     const Glib::ustring &name,
                     const std::function<void(const std::string &path)> &chosen);
+    bool isAsking() const;
+    void answered();
+    void closeWhenFree();
+    void close();
+    void askToSave();
     void updateTitle();
     void updateActions();
 
@@ -114,6 +121,9 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     Glib::RefPtr<Gio::SimpleAction> cancelFit;
     Glib::RefPtr<Gtk::FileChooserNative> chooser;
     std::unique_ptr<Gtk::Dialog> dialog;
+    std::chrono::steady_clock::time_point toldAt;
+    bool closesWhenAnswered = false;
+    std::function<void()> whenClosed;
     bool retired = false;
 };
 

@@ -1,5 +1,7 @@
 #include "plotwerk/window/fitPane.h"
 
+#include "plotwerk/fit/fitVariables.h"
+
 #include <cmath>
 #include <cstdio>
 #include <utility>
@@ -26,7 +28,7 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     : Gtk::Box(Gtk::Orientation::VERTICAL, 6),
       document(shown),
       wishes(std::move(heard)),
-      fitButton("_Fit", true),
+      fitButton("F_it", true),
       progressBox(Gtk::Orientation::VERTICAL, 6),
       cancelButton("Cance_l", true) {
     set_margin(12);
@@ -84,8 +86,14 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     report.set_xalign(0);
     report.set_wrap();
     report.set_selectable();
+    report.set_yalign(0);
     report.add_css_class("numeric");
-    append(report);
+    auto *scrolledReport = Gtk::make_managed<Gtk::ScrolledWindow>();
+    scrolledReport->set_child(report);
+    scrolledReport->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+    scrolledReport->set_min_content_height(72);
+    scrolledReport->set_vexpand();
+    append(*scrolledReport);
     makeRows();
     refresh();
 }
@@ -114,10 +122,9 @@ void FitPane::refresh() {
     if (!same) makeRows();
     fillRows();
     const FitResult &fit = document.fit;
-    report.set_text(fit.done ? Glib::ustring::sprintf("χ² = %s\n%d points, %d iterations",
-                                                      shortText(fit.chiSquare), fit.points,
-                                                      fit.iterations)
-                             : Glib::ustring());
+    report.set_text(
+        fit.done ? Glib::ustring::sprintf("%s\n%d iterations", fitReport(fit), fit.iterations)
+                 : Glib::ustring());
     fitButton.set_sensitive(!document.formula.empty() || !document.sources.empty());
 }
 
@@ -205,8 +212,12 @@ void FitPane::sendParameter(const std::string &name, Row &row) {
         row.shownValue.clear(); // what was written is shown as the document has it
         char exact[40];
         std::snprintf(exact, sizeof exact, "%.17g", parameter.value);
-        wishes.setParameters(name + " = " + (otherValue ? text : exact) +
-                             (row.fixed.get_active() ? " !" : ""));
+        if (wishes.setParameters(name + " = " + (otherValue ? text : exact) +
+                                 (row.fixed.get_active() ? " !" : "")))
+            return; // the row may be another one now
+        filling = true;
+        row.fixed.set_active(parameter.fixed);
+        filling = false;
         return;
     }
 }

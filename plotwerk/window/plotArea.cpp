@@ -130,7 +130,7 @@ void PlotArea::placeSelection() {
 void PlotArea::followPicture() {
     placeSelection();
     placeFitRange();
-    if (pointer && readOutRevision != document.revision) move(pointer->x, pointer->y);
+    if (pointer) move(pointer->x, pointer->y);
 }
 
 void PlotArea::showFitRange(bool shown) {
@@ -189,6 +189,7 @@ void PlotArea::endHandle() {
         std::minmax({valueAt(marks.fitRange->left), valueAt(marks.fitRange->right)});
     handle = nullptr;
     wishes.setFitRange(min, max);
+    placeFitRange(); // where it was, if that was refused
 }
 
 // The nearest point is looked for once a frame, however often the mouse moves.
@@ -208,7 +209,6 @@ void PlotArea::readOut() {
         set_cursor(atHandle ? "ew-resize" : "crosshair");
     std::optional<Point> ring;
     ReadOut text;
-    readOutRevision = document.revision;
     if (pointer) {
         const PageView &view = pictureArea.view();
         const Point place = view.onPaper(*pointer);

@@ -82,7 +82,6 @@ class PlotArea final : public Gtk::Overlay {
 
     std::optional<Point> pointer; // in the widget
     bool readOutIsDue = false;
-    std::uint64_t readOutRevision = 0;
 
     Point dragBegin; // in the widget
     bool dragged = false;

@@ -1,6 +1,7 @@
 #include "plotwerk/window/versions.h"
 
 #include "plotwerk/model/change.h"
+#include "plotwerk/model/columnValues.h"
 
 #include <cstring>
 #include <map>
@@ -10,39 +11,15 @@ namespace plotwerk {
 
 static constexpr std::size_t mostVersions = 200;
 
-// Calls work(column) for each column, x columns too.
-template<class AnyDocument, class Work> static void forColumns(AnyDocument &document, Work work) {
-    for (auto &source : document.sources)
-        for (auto &table : source.tables) {
-            work(table.x);
-            for (auto &column : table.y) work(column);
-        }
-}
-
 // Bit for bit: NaN is NaN, and 0 isn't -0.
 static bool isSame(const std::vector<double> &a, const std::vector<double> &b) {
     return a.size() == b.size() &&
            (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0);
 }
 
-// The document without the values of its columns, which are not copied but out of the way
-// meanwhile.
 static Document skeletonOf(Document &document) {
-    std::vector<std::vector<double>> aside;
-    forColumns(document, [&](Column &) { aside.emplace_back(); });
-    const auto exchange = [&] {
-        auto place = aside.begin();
-        forColumns(document, [&](Column &column) { column.values.swap(*place++); });
-    };
-    exchange();
-    try {
-        Document skeleton = document;
-        exchange();
-        return skeleton;
-    } catch (...) {
-        exchange();
-        throw;
-    }
+    const ValuesAside aside(document);
+    return document;
 }
 
 Versions::Versions(Document &document)
@@ -110,9 +87,17 @@ void Versions::keep(Document &document, Change change, std::size_t lines) {
 
 // First what may fail: the document is whole until then.
 Versions::Version Versions::restored(const Kept &kept, Document &document) const {
-    std::map<const std::vector<double> *, std::vector<double> *> staying;
-    auto own = versions[present].values.begin();
-    forColumns(document, [&](Column &column) { staying.emplace((own++)->get(), &column.values); });
+    struct Place {
+        std::vector<double> *values;
+        std::int32_t index;
+    };
+    std::map<const std::vector<double> *, Place> staying;
+    const std::vector<Values> &own = versions[present].values;
+    std::int32_t index = 0;
+    forColumns(document, [&](Column &column) {
+        staying.emplace(own[static_cast<std::size_t>(index)].get(), Place{&column.values, index});
+        ++index;
+    });
 
     Version version = kept.version;
     std::vector<std::pair<std::vector<double> *, std::vector<double> *>> moves;
@@ -120,9 +105,10 @@ Versions::Version Versions::restored(const Kept &kept, Document &document) const
     forColumns(version.document, [&](Column &column) {
         const auto stays = staying.extract(values->get());
         if (stays)
-            moves.emplace_back(&column.values, stays.mapped());
+            moves.emplace_back(&column.values, stays.mapped().values);
         else
             column.values = **values;
+        version.origins.push_back(stays ? stays.mapped().index : -1);
         ++values;
     });
     for (const auto &[to, from] : moves) to->swap(*from);

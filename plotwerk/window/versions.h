@@ -4,6 +4,7 @@
 #ifndef PLOTWERK_WINDOW_VERSIONS_H
 #define PLOTWERK_WINDOW_VERSIONS_H
 
+#include "plotwerk/model/columnValues.h"
 #include "plotwerk/model/document.h"
 
 #include <cstddef>
@@ -32,6 +33,7 @@ class Versions {
 
     struct Version {
         Document document;
+        ColumnOrigins origins; // of its columns, in the document as it was when it was given
         bool isSaved = false;  // it is what the document's file holds
         std::size_t lines = 0; // of the journal
     };
@@ -42,8 +44,11 @@ class Versions {
     Version undo(Document &document);
     Version redo(Document &document);
 
-    // The document has become the version that was given last.
-    void setRestored(const Document &document) { revision = document.revision; }
+    // The document has become the version that was given last, saved as that was.
+    void setRestored(const Document &document) {
+        revision = document.revision;
+        savedRevision = document.savedRevision;
+    }
 
   private:
     using Values = std::shared_ptr<const std::vector<double>>;

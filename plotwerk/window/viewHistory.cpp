@@ -1,5 +1,7 @@
 #include "plotwerk/window/viewHistory.h"
 
+#include <utility>
+
 namespace plotwerk {
 
 static constexpr std::size_t longest = 100;
@@ -21,9 +23,14 @@ static bool isSame(const View &a, const View &b) {
 }
 
 void ViewHistory::leave(const View &view) {
+    settle(view);
+    left = view;
+}
+
+void ViewHistory::settle(const View &present) {
+    if (!left || isSame(*left, present)) return;
     later.clear();
-    if (!earlier.empty() && isSame(earlier.back(), view)) return;
-    earlier.push_back(view);
+    earlier.push_back(*std::exchange(left, std::nullopt));
     if (earlier.size() > longest) earlier.erase(earlier.begin());
 }
 
@@ -39,11 +46,25 @@ static std::optional<View> step(std::vector<View> &from, std::vector<View> &to,
 }
 
 std::optional<View> ViewHistory::back(const View &present) {
+    settle(present);
+    left.reset();
     return step(earlier, later, present);
 }
 
 std::optional<View> ViewHistory::forward(const View &present) {
+    settle(present);
+    left.reset();
     return step(later, earlier, present);
+}
+
+bool ViewHistory::hasEarlier(const View &present) {
+    settle(present);
+    return !earlier.empty();
+}
+
+bool ViewHistory::hasLater(const View &present) {
+    settle(present);
+    return !later.empty();
 }
 
 } // namespace plotwerk

@@ -16,17 +16,21 @@ View viewOf(const Document &document);
 
 class ViewHistory {
   public:
-    // The view is about to be left for a new one: what could be gone forward to is forgotten.
+    // The view is about to be left for a new one. When another one has taken its place, what could
+    // be gone forward to is forgotten.
     void leave(const View &view);
 
     // The view before, or after, the present one, which is kept for the way back.
     std::optional<View> back(const View &present);
     std::optional<View> forward(const View &present);
 
-    bool hasEarlier() const { return !earlier.empty(); }
-    bool hasLater() const { return !later.empty(); }
+    bool hasEarlier(const View &present);
+    bool hasLater(const View &present);
 
   private:
+    void settle(const View &present);
+
+    std::optional<View> left; // it may be the present one still
     std::vector<View> earlier;
     std::vector<View> later;
 };

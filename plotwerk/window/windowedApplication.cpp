@@ -27,8 +27,27 @@ WindowedApplication::WindowedApplication(bool keepJournals)
       keepsJournals(keepJournals) {
 }
 
+// What an event's handler throws, memory that there isn't, ends that event alone.
+static void logException() {
+    try {
+        throw;
+    } catch (const std::exception &exception) {
+        log(LogLevel::error, reasonOf(exception));
+    }
+}
+
+// The theme's red alone is hardly to be read on dark desktops.
+static void makeErrorsReadable() {
+    const auto style = Gtk::CssProvider::create();
+    style->load_from_data("label.error { color: mix(@error_color, @theme_fg_color, 0.5); }");
+    Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), style,
+                                                GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+}
+
 void WindowedApplication::on_startup() {
     Gtk::Application::on_startup();
+    makeErrorsReadable();
+    Glib::add_exception_handler(sigc::ptr_fun(logException));
     Glib::set_application_name("Plotwerk");
     Gtk::Window::set_default_icon_name("org.plotwerk.Plotwerk");
     const auto end = +[](gpointer application) -> gboolean {
@@ -67,9 +86,9 @@ void WindowedApplication::addActions() {
         whenFree([this] { quitAfterAsking(); });
     });
     add_action("about", [this] {
-        if (DocumentWindow *window = frontWindow()) {
+        if (Gtk::Window *window = get_active_window()) {
             gtk_show_about_dialog(
-                GTK_WINDOW(window->gobj()), "program-name", "Plotwerk", "version", PLOTWERK_VERSION,
+                window->gobj(), "program-name", "Plotwerk", "version", PLOTWERK_VERSION,
                 "logo-icon-name", "org.plotwerk.Plotwerk", "comments",
                 "Plots data and fits formulas to them; scripts drive it by callPlw.", nullptr);
         }
@@ -79,6 +98,10 @@ void WindowedApplication::addActions() {
 
 void WindowedApplication::on_activate() {
     if (!server) return;
+    if (isBusy()) {
+        if (Gtk::Window *window = get_active_window()) window->present();
+        return;
+    }
     if (!served.front()) {
         served.add({});
         return;
@@ -103,24 +126,32 @@ static bool isUntouched(const Document &document) {
            document.revision == 0;
 }
 
+static constexpr const char *aside = "Untitled, untouched";
+
+// The only document, when it is untouched, under a name that no other one wants.
+Document *WindowedApplication::untouchedAside() {
+    Document *front = served.front();
+    if (windows.size() != 1 || !isUntouched(*front)) return nullptr;
+    front->name = aside;
+    return front;
+}
+
 // An untouched document makes room for the file's, which may have the same name. What stands for a
 // file that couldn't be opened isn't for the user, but the reason is.
 void WindowedApplication::openFile(const std::string &path) {
     if (isBusy()) return whenFree([this, path] { openFile(path); });
-    Document *before = served.front();
-    const bool replaces = windows.size() == 1 && isUntouched(*before);
-    const std::string aside = "Untitled, untouched";
-    if (replaces) before->name = aside;
+    Document *const before = served.front();
+    Document *const replaced = untouchedAside();
     const auto close = [this](const std::string &name) {
         perform("closeDocument_askForSave_", {name, false});
     };
     if (perform("openFile_file_doRangeOverAll_", {std::string(), path, false})) {
-        if (replaces) close(aside);
+        if (replaced) close(aside);
         return;
     }
     const std::string reason = served.lastError;
     if (served.front() != before) close(served.front()->name);
-    if (replaces) before->name = "Untitled";
+    if (replaced) replaced->name = "Untitled";
     served.lastError = reason;
     refresh();
     if (DocumentWindow *window = frontWindow()) window->tell(reason);
@@ -143,7 +174,7 @@ bool WindowedApplication::perform(const char *member, std::vector<Argument> argu
 }
 
 void WindowedApplication::restore(Document &document, Versions::Version version) {
-    served.restore(document, std::move(version.document), version.isSaved);
+    served.restore(document, std::move(version.document), version.origins, version.isSaved);
     refresh();
 }
 
@@ -223,11 +254,29 @@ void WindowedApplication::copyPicture(const Document &document) {
 }
 
 std::optional<std::string> WindowedApplication::foreignText() {
-    beginWork();
-    auto text = foreignTextOf(clipboard());
-    endWork();
+    std::optional<std::string> text;
+    lettingLoopRun([&] { text = foreignTextOf(clipboard()); });
     return text;
 }
+
+// The fit that can be cancelled while this lives.
+class WindowedApplication::Running {
+  public:
+    Running(WindowedApplication &by, const Document &document, FitProgress &progress)
+        : application(by) {
+        application.fitted = &document;
+        application.fitProgress = &progress;
+    }
+    ~Running() {
+        application.fitted = nullptr;
+        application.fitProgress = nullptr;
+    }
+    Running(const Running &) = delete;
+    Running &operator=(const Running &) = delete;
+
+  private:
+    WindowedApplication &application;
+};
 
 // A short fit is waited for; a long one lets the main loop run, and tells of itself when it takes
 // longer than one would wonder about.
@@ -245,23 +294,20 @@ void WindowedApplication::runFit(const Document &document, FitProgress &progress
     });
     if (!isOver(16ms)) {
         constexpr unsigned int interval = 200; // of telling, in ms
-        fitted = &document;
-        fitProgress = &progress;
-        beginWork();
-        DocumentWindow *window = windowOf(document); // null while the program ends
-        if (window) window->beginFit();
-        sigc::connection timer = Glib::signal_timeout().connect(
-            [&] {
-                if (window) window->showFit(progress);
-                return true;
-            },
-            interval);
-        while (!isOver(0ms)) g_main_context_iteration(nullptr, TRUE);
-        timer.disconnect();
-        if (window) window->endFit();
-        endWork();
-        fitted = nullptr;
-        fitProgress = nullptr;
+        const Running running(*this, document, progress);
+        lettingLoopRun([&] {
+            DocumentWindow *window = windowOf(document); // null while the program ends
+            if (window) window->beginFit();
+            sigc::connection timer = Glib::signal_timeout().connect(
+                [&] {
+                    if (window) window->showFit(progress);
+                    return true;
+                },
+                interval);
+            while (!isOver(0ms)) g_main_context_iteration(nullptr, TRUE);
+            timer.disconnect();
+            if (window) window->endFit();
+        });
     }
     result.get();
 }
@@ -274,8 +320,15 @@ void WindowedApplication::cancelFitOf(const Document &document) {
     if (fitted == &document) cancelFit();
 }
 
-void WindowedApplication::beginWork() {
+void WindowedApplication::lettingLoopRun(const std::function<void()> &work) {
     if (works++ == 0 && bus) bus->suspend();
+    try {
+        work();
+    } catch (...) {
+        endWork();
+        throw;
+    }
+    endWork();
 }
 
 void WindowedApplication::endWork() {
@@ -342,18 +395,27 @@ void WindowedApplication::bringBack() {
     constexpr auto slice = 16ms;
     if (ended || endsSoon) return;
     if (DocumentWindow *window = frontWindow()) window->note("Documents are brought back…");
-    beginWork();
     auto last = Clock::now() - slice;
-    server->recover([&] {
+    const auto letLoopRun = [&] {
         if (Clock::now() >= last + slice) {
             for (const auto end = Clock::now() + slice; Clock::now() < end;)
                 if (!g_main_context_iteration(nullptr, FALSE)) break;
             last = Clock::now();
         }
         if (endsSoon) throw Refusal("the program ends");
-    });
-    endWork();
-    const bool all = served.leftDocuments().empty();
+    };
+    bool all = false;
+    Document *const replaced = untouchedAside();
+    try {
+        lettingLoopRun([&] { server->recover(letLoopRun); });
+        all = served.leftDocuments().empty();
+    } catch (const std::exception &exception) { // no memory to begin with
+        log(LogLevel::error, reasonOf(exception));
+    }
+    if (replaced && windows.size() > 1)
+        perform("closeDocument_askForSave_", {std::string(aside), false});
+    else if (replaced)
+        replaced->name = "Untitled";
     for (const auto &[document, window] : windows)
         window->tell(all ? "" : "Not all documents could be brought back: the log says why");
 }

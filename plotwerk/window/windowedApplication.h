@@ -83,6 +83,8 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     void runFit(const Document &document, FitProgress &progress,
                 const std::function<void()> &solve);
 
+    class Running;
+
     void addActions();
     void startServer();
     void refresh();
@@ -93,8 +95,9 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
     void quitAfterAsking();
     void endSoon();
     void end();
-    void beginWork();
+    void lettingLoopRun(const std::function<void()> &work);
     void endWork();
+    Document *untouchedAside();
     DocumentWindow *frontWindow();
     DocumentWindow *windowOf(const Document &document);
     DocumentWindow *windowOf(const std::string &name);

@@ -1,10 +1,14 @@
 #include "plotwerk/window/versions.h"
 
+#include "plotwerk/application/application.h"
 #include "plotwerk/model/change.h"
 #include "plotwerk/model/ranges.h"
 #include "tests/plotwerk/files/fullDocument.h"
 
+#include <cstdlib>
+#include <filesystem>
 #include <gtest/gtest.h>
+#include <random>
 
 using namespace plotwerk;
 
@@ -132,4 +136,58 @@ TEST(Versions, LeaveColumnsWhereTheyAre) {
     edited.keep(Versions::Change::ofData);
     edited.undo();
     EXPECT_NE(place(), before) << "the values before were kept";
+}
+
+// Changes write the journal's document anew, steps back and forth are added to it.
+TEST(Versions, ThatWereGoneBackToOutliveTheProcess) {
+    namespace fs = std::filesystem;
+    std::string pattern = (fs::temp_directory_path() / "versions-XXXXXX").string();
+    const fs::path folder = mkdtemp(pattern.data());
+    setenv("XDG_STATE_HOME", (folder / "own").c_str(), 1);
+    Application application;
+    application.keepJournals();
+    Document &document = application.create(fullDocument());
+    Versions versions(document);
+    const auto restore = [&](const Versions::Version &version) {
+        application.restore(document, version.document, version.origins, version.isSaved);
+        versions.setRestored(document);
+    };
+    const auto edit = [&](const std::function<void(Document &)> &work) {
+        change(document, work);
+        application.record(document, {}, [] { return std::nullopt; });
+        versions.keep(document, Versions::Change::ofData, 0);
+    };
+    std::minstd_rand random(5);
+    for (int step = 0; step < 200; ++step) {
+        switch (random() % 6) {
+        case 0: edit([&](Document &edited) { edited.title = std::to_string(step); }); break;
+        case 1:
+            edit([&](Document &edited) {
+                for (Table &table : edited.sources[0].tables)
+                    for (Column &column : table.y)
+                        if (!column.values.empty()) column.values[0] = step;
+            });
+            break;
+        case 2:
+            edit([&](Document &edited) { std::swap(edited.sources[0], edited.sources.back()); });
+            break;
+        case 3:
+            if (versions.canRedo()) restore(versions.redo(document));
+            break;
+        default:
+            if (versions.canUndo()) restore(versions.undo(document));
+        }
+        if (step % 10 != 0) continue;
+        fs::remove_all(folder / "other");
+        fs::copy(folder / "own", folder / "other", fs::copy_options::recursive);
+        setenv("XDG_STATE_HOME", (folder / "other").c_str(), 1);
+        Application other;
+        other.keepJournals();
+        other.recover([](std::string_view) { FAIL() << "no message was recorded"; });
+        ASSERT_TRUE(other.front()) << step;
+        ASSERT_EQ(bytesOf(*other.front()), bytesOf(document)) << step;
+        ASSERT_EQ(hasUnsavedChanges(*other.front()), hasUnsavedChanges(document)) << step;
+    }
+    unsetenv("XDG_STATE_HOME");
+    fs::remove_all(folder);
 }

@@ -101,6 +101,55 @@ class WindowTest : public ServerTest {
         return {(trace[0].x + trace[1].x) / 2, trace[1].y - 12};
     }
 
+    // The actions of the application, or of its window of that number.
+    std::unique_ptr<sdbus::IProxy> actionsOf(int window) const {
+        std::string path = "/org/plotwerk/Plotwerk";
+        if (window > 0) path += "/window/" + std::to_string(window);
+        return sdbus::createProxy(*connection, "org.plotwerk.Plotwerk", path);
+    }
+    void activate(int window, const std::string &action) const {
+        actionsOf(window)
+            ->callMethod("Activate")
+            .onInterface("org.gtk.Actions")
+            .withArguments(action, std::vector<sdbus::Variant>(),
+                           std::map<std::string, sdbus::Variant>());
+    }
+
+    // The text of the journal, copied as a user would.
+    std::string copiedJournal(const std::string &line) {
+        screen.type("F8");
+        screen.stillShot();
+        screen.click({300, 580});
+        screen.type("ctrl+a");
+        screen.type("ctrl+c");
+        std::string script;
+        waitUntil("the journal's text", [&] {
+            script = runProgram({"xclip", "-selection", "clipboard", "-o"}).out;
+            return script.find(line) != std::string::npos;
+        });
+        return script;
+    }
+
+    // Begins anew with the saved document, for the script to make of it what there is now.
+    void expectItMakesTheSame(const std::string &script, const std::string &path) {
+        const std::string made = contentsOf(name);
+        stop();
+        start({"--no-journal", path});
+        const std::string programs = std::filesystem::path(CALLPLW).parent_path().string();
+        setenv("PATH", (programs + ':' + std::getenv("PATH")).c_str(), 1);
+        const std::string shown =
+            script.substr(0, 2000) + "..." + script.substr(script.size() - script.size() / 2);
+        EXPECT_EQ(runProgram({"sh"}, script).err, "") << shown;
+        const std::string again = contentsOf(name);
+        const auto differ = std::mismatch(made.begin(), made.end(), again.begin(), again.end());
+        const auto from = std::max<std::ptrdiff_t>(differ.first - made.begin() - 200, 0);
+        EXPECT_TRUE(again == made)
+            << shown << "\nmakes\n"
+            << again.substr(static_cast<std::size_t>(from), 400) << "\ninstead of\n"
+            << made.substr(static_cast<std::size_t>(from), 400);
+        stop();
+    }
+
     const std::string name = "Untitled";
     Screen screen;
     Shot idle; // what was shown before a fit
@@ -172,6 +221,29 @@ TEST_F(WindowTest, QuittingAsksAboutOneDocumentAfterTheOtherUntilOneIsKept) {
     windows(1);
     screen.type("ctrl+q");
     windows(2);
+    screen.type("alt+d");
+    bus.waitForNoOwner(busName);
+    EXPECT_EQ(program->finish().status, 0);
+}
+
+TEST_F(WindowTest, QuittingWaitsForTheAnswerToAnOpenDialog) {
+    startWithLine();
+    plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_(name, 0, 0, false);
+    plotwerk->changeNameOfSelectionOf_to_(name, "unsaved");
+    screen.frame();
+    screen.type("F2");
+    waitUntil("the dialog", [&] { return screen.titles().size() == 2; });
+    screen.stillShot();
+    activate(0, "quit");
+    screen.type("Escape");
+    const auto isAsked = [&] {
+        const auto titles = screen.titles();
+        return titles.size() == 2 && std::count(titles.begin(), titles.end(), "Save Changes") == 1;
+    };
+    waitUntil("the question", isAsked);
+    activate(0, "quit");
+    screen.stillShot();
+    EXPECT_TRUE(isAsked()) << "once";
     screen.type("alt+d");
     bus.waitForNoOwner(busName);
     EXPECT_EQ(program->finish().status, 0);
@@ -371,9 +443,15 @@ TEST_F(WindowTest, CopiesDataAndPicturesAndPastesData) {
 
 // All that is done in the window is in its journal, and doing that again makes the same document.
 TEST_F(WindowTest, JournalIsAScriptThatMakesTheSameDocument) {
-    const std::string programs = std::filesystem::path(CALLPLW).parent_path().string();
     startWithLine();
     const ShownFrame frame = screen.frame();
+    const std::string before = contentsOf(name);
+    screen.type("F7");
+    waitUntil("the fit pane", [&] { return screen.frame().upperRight.x < frame.upperRight.x; });
+    const ShownFrame narrow = screen.frame();
+    screen.drag(narrow.at(0, 0.3), narrow.at(0.4, 0.3)); // a handle
+    waitUntil("a range of the fit", [&] { return contentsOf(name) != before; });
+    screen.type("F7");
     screen.wheel(frame.at(0.3, 0.3), 2);
     screen.drag(frame.at(0.2, 0.2), frame.at(0.9, 0.8), 1, "ctrl");
     screen.drag(frame.at(0.5, 0.5), frame.at(0.6, 0.4), 2);
@@ -409,37 +487,55 @@ TEST_F(WindowTest, JournalIsAScriptThatMakesTheSameDocument) {
     screen.type("Home");
     waitUntil("all data", [&] { return ranges()[3] == 100; });
 
-    screen.type("F8");
-    screen.stillShot();
-    screen.click({300, 580});
-    screen.type("ctrl+a");
-    screen.type("ctrl+c");
-    std::string script;
-    waitUntil("the journal's text", [&] {
-        script = runProgram({"xclip", "-selection", "clipboard", "-o"}).out;
-        return script.find("callPlw -x fit") != std::string::npos;
-    });
-    const std::string made = contentsOf(name);
-    stop();
+    const std::string script = copiedJournal("callPlw -x fit");
+    expectItMakesTheSame(script, pathOf("line.plotwerk"));
+}
 
-    start({"--no-journal", pathOf("line.plotwerk")});
-    setenv("PATH", (programs + ':' + std::getenv("PATH")).c_str(), 1);
-    const std::string shown = script.substr(0, 2000) + "..." + script.substr(script.size() - 3000);
-    EXPECT_EQ(runProgram({"sh"}, script).err, "") << shown;
-    const std::string again = contentsOf(name);
-    const auto differ = std::mismatch(made.begin(), made.end(), again.begin(), again.end());
-    const auto from = std::max<std::ptrdiff_t>(differ.first - made.begin() - 200, 0);
-    EXPECT_TRUE(again == made) << shown << "\nmakes\n"
-                               << again.substr(static_cast<std::size_t>(from), 400)
-                               << "\ninstead of\n"
-                               << made.substr(static_cast<std::size_t>(from), 400);
+TEST_F(WindowTest, JournalHasWhatEachActionDoes) {
+    start({"--no-journal"});
+    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(
+        "x a b\n1 1 9\n3 2 4\n2 5 3\n", name, "Data", true, false);
+    const std::string path = pathOf("curves.plotwerk");
+    plotwerk->saveDocument_as_binary_(name, path, false);
     stop();
+    start({"--no-journal", path});
+    screen.frame();
+
+    std::vector<std::string> actions;
+    actionsOf(1)->callMethod("List").onInterface("org.gtk.Actions").storeResultsTo(actions);
+    std::sort(actions.begin(), actions.end());
+    for (const char *action : {"close", "export", "open", "print", "rename", "save", "save-as",
+                               "save-script", "show-fit", "show-journal"})
+        EXPECT_EQ(std::erase(actions, action), 1U) << action; // they ask, or change no document
+    for (const char *action : {"copy-data", "paste-data", "delete", "undo", "redo"}) {
+        EXPECT_EQ(std::erase(actions, action), 1U) << action;
+        actions.emplace_back(action); // what they do depends on the others
+    }
+    const auto hasCurve = [&](const std::string &source, const std::string &curve) {
+        return plotwerk->indexOfCurveNameOf_source_table_column_(name, source, 1, curve) >= 0;
+    };
+    std::size_t changes = 0;
+    for (const std::string &action : actions) {
+        const std::string before = contentsOf(name);
+        plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_(name, 0, 1, false);
+        if (action == actions.front() || action == "undo" || action == "redo")
+            screen.stillShot(); // it is enabled
+        activate(1, action);
+        if (action == "paste-data")
+            waitUntil("the clipboard's data", [&] { return hasCurve("Clipboard", "b"); });
+        changes += contentsOf(name) != before;
+    }
+    EXPECT_GE(changes, 15U) << testing::PrintToString(actions);
+
+    const std::string script = copiedJournal("callPlw -x diff");
+    expectItMakesTheSame(script, path);
 }
 
 // A client connected already, whose messages are on the bus as soon as they are written.
 TEST_F(WindowTest, AFitIsFollowedAndCancelledWhileOtherMessagesWait) {
     startWithSlowFit();
     const std::string before = contentsOf(name);
+    const Place check{179, 84}; // of the curve in the list
     ChildProcess other({CALLPLW});
     const std::string question = "-x getVar -s status\n";
     other.write(question);
@@ -453,12 +549,19 @@ TEST_F(WindowTest, AFitIsFollowedAndCancelledWhileOtherMessagesWait) {
         const Place cancel = waitForCancelButton();
         other.write(question);
         screen.type("ctrl+z");
+        screen.click(check);
         byKey ? screen.type("Escape") : screen.click(cancel);
         EXPECT_EQ(fit.finish().out, "fit ERROR 0 nan nan\n");
         EXPECT_EQ(other.readLine(), "4\n") << "answered behind the fit";
         EXPECT_TRUE(holds(lastError(), "cancelled")) << "by key: " << byKey;
         EXPECT_TRUE(contentsOf(name) == before) << "nor was anything undone, by key: " << byKey;
         EXPECT_EQ(screen.titles(), std::vector{name}) << "without unsaved changes";
+        screen.move({300, 300});
+        const Shot after = screen.stillShot();
+        for (int x = check.x - 6; x <= check.x + 6; ++x) {
+            const auto place = static_cast<std::size_t>(check.y * idle.width + x);
+            EXPECT_EQ(after.pixels[place], idle.pixels[place]) << "checked as before";
+        }
     }
     stop();
 }
@@ -625,18 +728,13 @@ TEST_F(WindowTest, OffersWhatAKilledOneHadNotSaved) {
     screen.type("Return");
     Shot last = screen.shot();
     int changes = 0;
-    waitUntil("two documents", [&] {
+    waitUntil("the document in the place of the untouched one", [&] {
         screen.move({300 + 40 * (changes % 5), 300});
         Shot next = screen.shot();
         if (std::exchange(last, std::move(next)) != last) ++changes;
-        for (const std::string &title : screen.titles())
-            if (title.starts_with("• ")) return true;
-        return false;
+        return screen.titles() == std::vector{"• " + name};
     });
     EXPECT_GE(changes, 1) << "the read-out followed the mouse";
-    const std::string other = plotwerk->documentNameOfFrontWindow(); // there is an "Untitled"
-    std::string back = contentsOf(other);
-    back.replace(back.find(other), other.size(), name);
-    EXPECT_TRUE(back == made);
+    EXPECT_TRUE(contentsOf(name) == made);
     stop();
 }
