@@ -104,6 +104,14 @@ TEST(PictureOnAScreen, CoversTheDotsThatTheWholeCurveCovers) {
              onlyCurve(d).look.symbol[0] = 2;
          }},
         {"thick", 0.01, [](Document &d) { onlyCurve(d).look.lineThickness = 6; }},
+        {"level lines with gaps between upright ones", 0,
+         [](Document &d) {
+             d.frame.xAxisLength = 60;
+             d.axes[yAxis].range = {-50, 50};
+             std::vector<double> &y = onlyCurve(d).values;
+             for (std::size_t i = 0; i < y.size(); ++i)
+                 y[i] = i % 100 / 20 == 2 ? unset : static_cast<double>(i / 100 % 2);
+         }},
         {"lone points", 0.2,
          [](Document &d) {
              std::vector<double> &y = onlyCurve(d).values;
