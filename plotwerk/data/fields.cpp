@@ -187,6 +187,19 @@ class FieldReader {
         return !readPlainNumber(p, unused);
     }
 
+    // Adds the time of day of the cell behind a date, if there is one, and moves p behind it.
+    void joinTimeOfDay(const char *&p, Field &date) const {
+        const char *next = plw::skipSpaces(p);
+        if (isSeparator(*next) || (date.quoted && *next == ',')) next = plw::skipSpaces(next + 1);
+        const bool quoted = isQuote(*next);
+        double sinceMidnight;
+        const char *end = readTimeOfDay(next + quoted, commas == Commas::decimal, &sinceMidnight);
+        if (end == nullptr || (quoted && *end++ != *next) || !endsField(end)) return;
+        date.value += sinceMidnight;
+        date.joined = true;
+        p = end;
+    }
+
     // Reads a date, with a time of day if one follows, even in the next cell.
     bool readTimeField(const char *&p, Field &field) const {
         bool isDate;
@@ -194,17 +207,7 @@ class FieldReader {
         if (end == nullptr || !endsField(end)) return false;
         field.kind = FieldKind::time;
         field.joined = !isDate && std::find(p, end, ' ') != end;
-        if (isDate) {
-            const char *next = plw::skipSpaces(end);
-            if (isSeparator(*next)) next = plw::skipSpaces(next + 1);
-            double sinceMidnight;
-            const char *behind = readTimeOfDay(next, commas == Commas::decimal, &sinceMidnight);
-            if (behind != nullptr && endsField(behind)) {
-                field.value += sinceMidnight;
-                field.joined = true;
-                end = behind;
-            }
-        }
+        if (isDate) joinTimeOfDay(end, field);
         field.text = {p, end};
         p = end;
         return true;
@@ -241,10 +244,12 @@ class FieldReader {
         bool isDate;
         const std::string text(field.text);
         const char *behind = readTime(text.c_str(), true, &field.value, &isDate);
-        if (behind != nullptr && *behind == '\0')
-            field.kind = FieldKind::time;
-        else
+        if (behind == nullptr || *behind != '\0') {
             interpret(field);
+            return field;
+        }
+        field.kind = FieldKind::time;
+        if (isDate) joinTimeOfDay(p, field);
         return field;
     }
 

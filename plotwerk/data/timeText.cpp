@@ -75,10 +75,22 @@ static const char *readZone(const char *p, int *seconds) {
     return behind;
 }
 
+// Reads AM or PM at p, if it makes sense of the hour, and returns where it ends.
+static const char *readHalfOfDay(const char *p, int *hour) {
+    const char *letter = p;
+    while (*letter == ' ') ++letter;
+    const bool isAm = *letter == 'A' || *letter == 'a';
+    const bool isPm = *letter == 'P' || *letter == 'p';
+    if ((!isAm && !isPm) || (letter[1] != 'M' && letter[1] != 'm')) return p;
+    if (*hour < 1 || *hour > 12) return p;
+    *hour = *hour % 12 + (isPm ? 12 : 0);
+    return letter + 2;
+}
+
 static const char *readClock(const char *p, char separator, bool decimalComma, double *seconds) {
     int hour, minute, second = 0, zone;
     double fraction = 0;
-    p = readDigits(p, 2, &hour);
+    p = readDigits(p, separator != '\0' && plw::isDigit(*p) && p[1] == separator ? 1 : 2, &hour);
     p = readPair(p, separator, &minute);
     if (p == nullptr) return nullptr;
     if (separator == '\0' ? plw::isDigit(*p) : *p == separator) {
@@ -87,6 +99,7 @@ static const char *readClock(const char *p, char separator, bool decimalComma, d
         if ((*p == '.' || (*p == ',' && decimalComma)) && plw::isDigit(p[1]))
             p = readFraction(p + 1, &fraction);
     }
+    p = readHalfOfDay(p, &hour);
     const bool midnight = hour == 24 && minute == 0 && second == 0 && fraction == 0;
     if ((hour > 23 && !midnight) || minute > 59 || second > 60) return nullptr;
     p = readZone(p, &zone);

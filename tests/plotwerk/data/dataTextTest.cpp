@@ -144,6 +144,8 @@ TEST(DataText, ReadsTimesAsSecondsSince1970) {
         {"20240229T1334+01:00", 1709210040},
         {"20240229t123456Z", 1709210096},
         {"\"2024-02-29 12:34:56.25\"", 1709210096.25},
+        {"2024-02-29 1:34:56 PM", 1709213696},
+        {"2024-02-29T12:34am", 1709166840},
         {"1969-12-31T23:59:59.5", -0.5},
         {"2016-12-31T23:59:60Z", 1483228800},
         {"2000-01-01T24:00", 946771200},
@@ -161,10 +163,16 @@ TEST(DataText, ReadsTimesAsSecondsSince1970) {
                              "20241301T1000", "20240101T10:00", "20240101T100", "20240101T10005"})
         EXPECT_EQ(read(text + std::string(",1,2\n3,4,5\n"), '.'), text + std::string("=3 1=4 2=5"));
 
-    const std::vector<DataTable> tables =
-        readDataText("Date,Time,T\n2024-01-02,10:00:00,5\n2024-01-02,10:00:01,6\n", '.');
-    EXPECT_EQ(tables[0].table.x.name, "Date Time");
-    EXPECT_EQ(tables[0].table.x.values[1], 1704189601);
+    for (const char *text :
+         {"Date,Time,T\n2024-01-02,9:00:00,5\n2024-01-02,10:00:01,6\n",
+          "\"Date\",\"Time\",\"T\"\n\"2024-01-02\",\"9:00\",\"5\"\n\"2024-01-02\",\"10:00:01\","
+          "\"6\"\n",
+          "Date\tTime\tT\n2024-01-02\t\"9:00 AM\"\t5\n\"2024-01-02\"\t10:00:01 AM\t6\n"}) {
+        const std::vector<DataTable> tables = readDataText(text, '.');
+        EXPECT_EQ(tables[0].table.x.name, "Date Time") << text;
+        EXPECT_EQ(tables[0].table.x.values, (std::vector<double>{1704186000, 1704189601})) << text;
+        EXPECT_EQ(tables[0].table.y[0].values[1], 6) << text;
+    }
 }
 
 TEST(DataFile, SaysItselfWhatItsCommasAre) {
