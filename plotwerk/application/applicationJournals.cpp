@@ -139,7 +139,7 @@ void Application::recoverFrom(LeftJournal &journal, const Repeat &repeat) {
 // Their order is that of the stamps, which they keep, and so it outlives an end in the middle.
 void Application::recover(const Repeat &repeat) {
     if (journals.empty()) return;
-    const auto others = static_cast<std::ptrdiff_t>(documents.size());
+    const std::size_t others = documents.size();
     for (auto left = leftJournals(journals); !left.empty() && !endIsAskedFor(); left.pop_back()) {
         LeftJournal &journal = left.back();
         bool attempted = false;
@@ -147,7 +147,8 @@ void Application::recover(const Repeat &repeat) {
             journal.beginAttempt();
             attempted = true;
             recoverFrom(journal, repeat);
-            std::rotate(documents.begin() + others, documents.end() - 1, documents.end());
+            std::rotate(documents.begin() + static_cast<std::ptrdiff_t>(others),
+                        documents.end() - 1, documents.end());
         } catch (const std::exception &exception) {
             tell(LogLevel::error, [&] {
                 return "can't bring back " + descriptionOf(journal) + ": " + reasonOf(exception);
@@ -155,7 +156,7 @@ void Application::recover(const Repeat &repeat) {
             if (attempted) journal.endAttempt();
         }
     }
-    if (!documents.empty()) activate(documents.back()->document);
+    if (documents.size() > others) activate(documents.back()->document);
 }
 
 void Application::record(const Document &document, std::chrono::duration<double> time,

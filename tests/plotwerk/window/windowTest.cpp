@@ -555,9 +555,9 @@ TEST_F(WindowTest, AFitIsFollowedAndCancelledWhileOtherMessagesWait) {
         EXPECT_EQ(other.readLine(), "4\n") << "answered behind the fit";
         EXPECT_TRUE(holds(lastError(), "cancelled")) << "by key: " << byKey;
         EXPECT_TRUE(contentsOf(name) == before) << "nor was anything undone, by key: " << byKey;
-        EXPECT_EQ(screen.titles(), std::vector{name}) << "without unsaved changes";
         screen.move({300, 300});
         const Shot after = screen.stillShot();
+        EXPECT_EQ(screen.titles(), std::vector{name}) << "without unsaved changes";
         for (int x = check.x - 6; x <= check.x + 6; ++x) {
             const auto place = static_cast<std::size_t>(check.y * idle.width + x);
             EXPECT_EQ(after.pixels[place], idle.pixels[place]) << "checked as before";
