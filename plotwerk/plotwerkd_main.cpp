@@ -14,6 +14,7 @@
 #include <exception>
 #include <getopt.h>
 #include <malloc.h>
+#include <new>
 #include <sys/resource.h>
 
 using namespace plotwerk;
@@ -108,6 +109,14 @@ static void openFiles(Application &application, char **files, int count) {
     if (!application.front()) application.add({});
 }
 
+// While a client that waited for this program is starting.
+static void prepareForPictures() {
+    try {
+        loadFonts();
+    } catch (const std::bad_alloc &) { // the first picture tries again
+    }
+}
+
 // Each open document has a journal, an open file.
 static void allowManyFiles() {
     rlimit limit{};
@@ -137,7 +146,7 @@ int main(int argc, char **argv) {
         else
             application.tellLeftJournals();
         openFiles(application, argv + optind, argc - optind);
-        loadFonts(); // while a client that waited for this program is starting
+        prepareForPictures();
         runUntilSignal(server);
     } catch (const std::exception &error) {
         log(LogLevel::error, reasonOf(error));

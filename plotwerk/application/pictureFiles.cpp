@@ -1,6 +1,7 @@
 #include "plotwerk/application/pictureFiles.h"
 
 #include "plotwerk/base/child.h"
+#include "plotwerk/base/memoryReserve.h"
 #include "plotwerk/base/programs.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/atomicFile.h"
@@ -43,9 +44,15 @@ static std::string bytesOf(const Document &document, PictureKind kind) {
     }
 }
 
+static std::string emptyPicture() {
+    constexpr std::size_t mostOfFonts = 64'000'000; // address space, with that of threads' stacks
+    requireFree(mostOfFonts);
+    return pdfOfDocument({});
+}
+
 // Children share what is loaded before they begin, and don't load it anew for each picture.
 void loadFonts() {
-    static const std::string anyPicture = pdfOfDocument({});
+    static const std::string loaded = emptyPicture();
 }
 
 // What a picture costs can't be told beforehand, so a child process draws it.

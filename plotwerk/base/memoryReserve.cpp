@@ -41,6 +41,12 @@ void makeRoomFor(std::size_t bytes) noexcept {
     std::free(probe);
 }
 
+void requireFree(std::size_t bytes) {
+    void *volatile probe = std::malloc(bytes);
+    if (!probe) throw std::bad_alloc();
+    std::free(probe);
+}
+
 FailingBy::FailingBy(void (*failing)()) : before(std::exchange(fail, failing)) {
 }
 

@@ -21,6 +21,10 @@ bool giveReserveUp() noexcept;
 // Gives the reserve up when `bytes` could not be allocated without it.
 void makeRoomFor(std::size_t bytes) noexcept;
 
+// For libraries that end the process where they find no memory: throws std::bad_alloc when `bytes`
+// can't be allocated without the reserve.
+void requireFree(std::size_t bytes);
+
 // While it lives, an operator new that finds no memory, and no reserve, fails by calling this,
 // which throws std::bad_alloc or what is derived from it.
 class FailingBy {

@@ -2,14 +2,13 @@
 
 #include "fct/fct.h"
 #include "fct/statistics.h"
+#include "plotwerk/base/memoryReserve.h"
 #include "plotwerk/base/refusal.h"
 #include "util/arrays/search.h"
 #include "util/arrays/sort.h"
 
-#include <cstdlib>
 #include <limits>
 #include <memory>
-#include <new>
 
 namespace plotwerk {
 
@@ -31,13 +30,6 @@ static plw::Fct linked(std::span<const double> x, std::span<const double> y, std
     f.lastIndex = hint;
     f.linked = 1;
     return f;
-}
-
-// The library ends the process where it finds no memory: what it will need is tried first.
-static void requireFree(std::size_t bytes) {
-    void *volatile memory = std::malloc(bytes); // volatile: not optimised away
-    if (memory == nullptr) throw std::bad_alloc();
-    std::free(memory);
 }
 
 double interpolated(std::span<const double> x, std::span<const double> y, double at, int &hint) {
