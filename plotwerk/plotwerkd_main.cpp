@@ -5,6 +5,7 @@
 #include "plotwerk/base/ending.h"
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/drawing/typesetter.h"
 #include "plotwerk/server/mainLoop.h"
 #include "plotwerk/server/server.h"
 
@@ -140,6 +141,7 @@ int main(int argc, char **argv) {
     int status = 0;
     try {
         Server server(application);
+        beginToReadFonts();
         if (given.journal) application.keepJournals();
         if (given.recover)
             server.recover();

@@ -8,6 +8,8 @@
 #include <memory>
 #include <set>
 #include <sys/mman.h>
+#include <system_error>
+#include <thread>
 
 namespace plotwerk {
 
@@ -223,6 +225,15 @@ void SetText::draw(cairo_t *cr, Point place, double angle, Point anchor) const {
     cairo_move_to(cr, -anchor.x, -anchor.y - baseline);
     pango_cairo_show_layout(cr, layout.get());
     cairo_restore(cr);
+}
+
+void beginToReadFonts() {
+    try {
+        std::thread([] {}).join(); // where none can be started pango ends the process
+    } catch (const std::system_error &) {
+        return;
+    }
+    pango_cairo_font_map_get_default();
 }
 
 Typesetter::Typesetter()

@@ -40,6 +40,10 @@ class SetText {
     Box inkBox;
 };
 
+// Begins to read the list of installed fonts, in a thread that ends by itself, so that the first
+// picture needn't wait for it. Where no thread can be started the first picture does wait.
+void beginToReadFonts();
+
 // The font of pictures, in which glyphs keep their exact widths on every device.
 class Typesetter {
   public:
