@@ -15,7 +15,6 @@
 #include <exception>
 #include <getopt.h>
 #include <malloc.h>
-#include <new>
 #include <sys/resource.h>
 
 using namespace plotwerk;
@@ -114,7 +113,7 @@ static void openFiles(Application &application, char **files, int count) {
 static void prepareForPictures() {
     try {
         loadFonts();
-    } catch (const std::bad_alloc &) { // the first picture tries again
+    } catch (const std::exception &) { // the first picture tries again
     }
 }
 

@@ -122,9 +122,12 @@ class Application {
     // ended, and logs them. The last one that was in front comes to the front, and is the first to
     // be brought back, the others behind it in their order. `repeat` does a message of a journal
     // again, within the limits of messages. What can't be brought back is logged, and its journal
-    // stays. Gives up when the process is asked to end.
+    // stays. Gives up when the process is asked to end, or goesOn, which is asked between any two
+    // records, answers no.
     using Repeat = std::function<void(std::string_view message)>;
-    void recover(const Repeat &repeat);
+    using GoesOn = std::function<bool()>;
+    void recover(
+        const Repeat &repeat, const GoesOn &goesOn = [] { return true; });
 
     // Adds what has changed the document to its journal, if it has one.
     void record(const Document &document, std::chrono::duration<double> time,
@@ -180,8 +183,8 @@ class Application {
     double bytesOfDocuments();
     double bytesHeld();
 
-    Document broughtBack(LeftJournal &journal, const Repeat &repeat);
-    void recoverFrom(LeftJournal &journal, const Repeat &repeat);
+    Document broughtBack(LeftJournal &journal, const Repeat &repeat, const GoesOn &goesOn);
+    void recoverFrom(LeftJournal &journal, const Repeat &repeat, const GoesOn &goesOn);
 
     // The document in the file, or the one that stands for it, comes to the front.
     void takeIn(const std::filesystem::path &file);

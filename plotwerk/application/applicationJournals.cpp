@@ -88,7 +88,8 @@ void Application::tellLeftJournals() const {
 
 // The document of the journal. While it is made it is the only one, under the name by which its
 // messages call it, and no desktop knows of it.
-Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat) {
+Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat,
+                                  const GoesOn &goesOn) {
     bytesOfOthers = bytesOfDocuments();
     auto others = std::exchange(documents, {});
     Desktop *const theirDesktop = std::exchange(desktop, nullptr);
@@ -106,7 +107,7 @@ Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat) {
             documents.push_back(std::make_unique<OpenDocument>(OpenDocument{journal.document()}));
         }
         while (const auto message = journal.nextMessage()) {
-            if (endIsAskedFor()) throw Refusal("the process is to end");
+            if (!goesOn()) throw Refusal("the process is to end");
             if (isRestoration(*message)) {
                 const WithMemoryOfDocuments asBefore;
                 restoreBy(*message, documents.front()->document);
@@ -126,9 +127,9 @@ Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat) {
 }
 
 // None of this may take the memory that is set aside for messages.
-void Application::recoverFrom(LeftJournal &journal, const Repeat &repeat) {
+void Application::recoverFrom(LeftJournal &journal, const Repeat &repeat, const GoesOn &goesOn) {
     const WithoutReserve withoutReserve;
-    Document document = broughtBack(journal, repeat);
+    Document document = broughtBack(journal, repeat, goesOn);
     const WithMemoryOfDocuments asBefore;
     const Document &added = add(std::move(document));
     tell(LogLevel::info, [&] { return "brought back " + descriptionOf(journal); });
@@ -137,16 +138,17 @@ void Application::recoverFrom(LeftJournal &journal, const Repeat &repeat) {
 
 // The newest first: where the limits leave no room for all, it is the old ones that stay behind.
 // Their order is that of the stamps, which they keep, and so it outlives an end in the middle.
-void Application::recover(const Repeat &repeat) {
+void Application::recover(const Repeat &repeat, const GoesOn &goesOn) {
     if (journals.empty()) return;
     const std::size_t others = documents.size();
-    for (auto left = leftJournals(journals); !left.empty() && !endIsAskedFor(); left.pop_back()) {
+    const auto mayGoOn = [&] { return !endIsAskedFor() && goesOn(); };
+    for (auto left = leftJournals(journals); !left.empty() && mayGoOn(); left.pop_back()) {
         LeftJournal &journal = left.back();
         bool attempted = false;
         try {
             journal.beginAttempt();
             attempted = true;
-            recoverFrom(journal, repeat);
+            recoverFrom(journal, repeat, mayGoOn);
             std::rotate(documents.begin() + static_cast<std::ptrdiff_t>(others),
                         documents.end() - 1, documents.end());
         } catch (const std::exception &exception) {

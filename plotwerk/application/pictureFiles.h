@@ -12,7 +12,7 @@ namespace plotwerk {
 enum class PictureKind { pdf, svg, eps, tiff, png };
 
 // Loads what each picture needs; the first one does where this hasn't been called. Throws
-// std::bad_alloc with nothing loaded.
+// std::bad_alloc or Refusal where there is no memory; the next call tries again.
 void loadFonts();
 
 // SVG instead of PDF, and PNG instead of TIFF, for a path that ends in .svg or .png (or .SVG).

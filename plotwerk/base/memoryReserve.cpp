@@ -35,16 +35,18 @@ bool giveReserveUp() noexcept {
     return true;
 }
 
-void makeRoomFor(std::size_t bytes) noexcept {
+static bool isFree(std::size_t bytes) noexcept {
     void *volatile probe = std::malloc(bytes); // volatile: not optimised away
-    if (!probe) giveReserveUp();
     std::free(probe);
+    return probe != nullptr;
+}
+
+void makeRoomFor(std::size_t bytes) noexcept {
+    if (!isFree(bytes)) giveReserveUp();
 }
 
 void requireFree(std::size_t bytes) {
-    void *volatile probe = std::malloc(bytes);
-    if (!probe) throw std::bad_alloc();
-    std::free(probe);
+    if (!isFree(bytes)) throw std::bad_alloc();
 }
 
 FailingBy::FailingBy(void (*failing)()) : before(std::exchange(fail, failing)) {

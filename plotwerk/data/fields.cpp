@@ -193,7 +193,8 @@ class FieldReader {
         if (isSeparator(*next) || (date.quoted && *next == ',')) next = plw::skipSpaces(next + 1);
         const bool quoted = isQuote(*next);
         double sinceMidnight;
-        const char *end = readTimeOfDay(next + quoted, commas == Commas::decimal, &sinceMidnight);
+        const bool decimalComma = quoted || commas == Commas::decimal;
+        const char *end = readTimeOfDay(next + quoted, decimalComma, &sinceMidnight);
         if (end == nullptr || (quoted && *end++ != *next) || !endsField(end)) return;
         date.value += sinceMidnight;
         date.joined = true;

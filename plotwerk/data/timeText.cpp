@@ -82,8 +82,8 @@ static const char *readHalfOfDay(const char *p, int *hour) {
     const bool isAm = *letter == 'A' || *letter == 'a';
     const bool isPm = *letter == 'P' || *letter == 'p';
     if ((!isAm && !isPm) || (letter[1] != 'M' && letter[1] != 'm')) return p;
-    if (*hour < 1 || *hour > 12) return p;
-    *hour = *hour % 12 + (isPm ? 12 : 0);
+    if (isPm ? *hour == 0 : *hour > 12) return p;
+    if (*hour <= 12) *hour = *hour % 12 + (isPm ? 12 : 0); // else it is one of 24
     return letter + 2;
 }
 

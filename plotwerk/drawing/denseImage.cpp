@@ -131,23 +131,29 @@ void DenseImage::fill(const std::vector<Path> &rings) {
         for (int y = 0; next != edges.end() || !active.empty(); ++y) {
             if (active.empty()) y = next->begin;
             for (; next != edges.end() && next->begin == y; ++next) active.push_back(*next);
+            std::size_t firstWord = changed.size();
+            std::size_t endWord = 0;
             for (const Edge &edge : active) {
                 const double x = edge.top.x + (y + 0.5 - edge.top.y) * edge.slope;
                 const auto column = static_cast<std::size_t>(pixelFrom(std::min(x, columns - 1.0)));
                 changes[column] += edge.change;
                 changed[column / 64] |= std::uint64_t{1} << column % 64;
+                firstWord = std::min(firstWord, column / 64);
+                endWord = std::max(endWord, column / 64 + 1);
             }
-            fillRow(y, changes, changed);
+            fillRow(y, changes, changed, firstWord, endWord);
             std::erase_if(active, [y](const Edge &edge) { return edge.end == y + 1; });
         }
     }
 }
 
-// Sets the pixels of a row whose winding number isn't 0, and clears the changes.
-void DenseImage::fillRow(int y, std::vector<int> &changes, std::vector<std::uint64_t> &changed) {
+// Sets the pixels of a row whose winding number isn't 0, and clears the changes, which lie in the
+// words from the first one on to the end.
+void DenseImage::fillRow(int y, std::vector<int> &changes, std::vector<std::uint64_t> &changed,
+                         std::size_t firstWord, std::size_t endWord) {
     int winding = 0;
     int begin = 0;
-    for (std::size_t word = 0; word < changed.size(); ++word)
+    for (std::size_t word = firstWord; word < endWord; ++word)
         for (; changed[word] != 0; changed[word] &= changed[word] - 1) {
             const int x = static_cast<int>(64 * word) + std::countr_zero(changed[word]);
             if (winding != 0) setRow(y, begin, x);

@@ -37,7 +37,8 @@ class DenseImage {
     void addLine(const Point &from, const Point &to, double thickness);
 
     // Fills what any of the closed rings winds about, in the paper's coordinates, within the box.
-    // Takes time for each line but not for the crossings of lines.
+    // Takes time for each row of each ring and what is wound about there, not for crossings of
+    // lines.
     void fill(const std::vector<Path> &rings);
 
     // Repeats what `draw` draws around (0, 0), within `radius`, at each of the points.
@@ -61,7 +62,8 @@ class DenseImage {
     void stampAll(const std::vector<std::uint64_t> &places, const std::vector<Run> &runs);
     void setBits(int y, int x, std::uint64_t pixels);
     void setRow(int y, double left, double right);
-    void fillRow(int y, std::vector<int> &changes, std::vector<std::uint64_t> &changed);
+    void fillRow(int y, std::vector<int> &changes, std::vector<std::uint64_t> &changed,
+                 std::size_t firstWord, std::size_t endWord);
     Surface halved() const;
     Surface mask() const;
 

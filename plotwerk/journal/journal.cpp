@@ -17,9 +17,9 @@ static constexpr std::chrono::seconds longestReplay{10};
 Journal::Journal(fs::path place) : directory(std::move(place)) {
 }
 
-static void tell(const std::string &name, const std::string &what) noexcept {
+static void tell(const std::string &name, const char *what, const char *reason = "") noexcept {
     try {
-        log(LogLevel::warning, "the journal of \"" + name + "\" " + what);
+        log(LogLevel::warning, "the journal of \"" + name + "\" " + what + reason);
     } catch (const std::exception &) { // no memory for the line
     }
 }
@@ -31,11 +31,11 @@ template<class Work> void Journal::attempt(const Document &document, Work work) 
         if (nextTry) tell(document.name, "goes on");
         nextTry.reset();
     } catch (const std::exception &exception) {
-        if (!nextTry)
-            tell(document.name,
-                 std::string("ends, and a crash would lose what changes from here on: ") +
-                     reasonOf(exception));
+        const bool isFirst = !nextTry;
         nextTry = Clock::now() + std::chrono::seconds(1);
+        if (isFirst)
+            tell(document.name,
+                 "ends, and a crash would lose what changes from here on: ", reasonOf(exception));
     }
 }
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <new>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -22,6 +23,7 @@ static std::string withoutValues(Document &document) {
     const ValuesAside aside(document);
     std::ostringstream stream;
     writeDocument(stream, document, true);
+    if (!stream) throw std::bad_alloc(); // which the stream has kept to itself
     return std::move(stream).str();
 }
 

@@ -36,7 +36,7 @@ template<class Work> void changeView(Document &document, Work &&work) {
 // The document becomes that version of it, path aside. With isSaved that is what its file holds.
 inline void become(Document &document, Document version, bool isSaved) {
     change(document, [&](Document &changed) {
-        version.path = changed.path;
+        version.path.swap(changed.path);
         version.revision = changed.revision;
         version.savedRevision = changed.savedRevision;
         changed = std::move(version);

@@ -61,11 +61,8 @@ Server::Server(Application &served)
     throw std::runtime_error("the bus has gone: " + error.getMessage());
 }
 
-void Server::recover(const std::function<void()> &afterEach) {
-    application.recover([&](std::string_view message) {
-        controlObject.repeat(message);
-        afterEach();
-    });
+void Server::recover(const Application::GoesOn &goesOn) {
+    application.recover([&](std::string_view message) { controlObject.repeat(message); }, goesOn);
 }
 
 void Server::setListener(std::function<void(const RecordedMessage &)> listener) {

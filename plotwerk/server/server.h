@@ -20,9 +20,9 @@ class Server {
     // Throws std::runtime_error: no session bus, or the name has an owner (unique name and pid).
     explicit Server(Application &application);
 
-    // Brings back the documents that were left behind, and calls afterEach after each message of
-    // theirs. No message is to be answered meanwhile.
-    void recover(const std::function<void()> &afterEach = [] {});
+    // Brings back the documents that were left behind, as Application::recover does. No message
+    // is to be answered meanwhile.
+    void recover(const Application::GoesOn &goesOn = [] { return true; });
 
     // As ControlObject::perform.
     void perform(const RecordedMessage &message) { controlObject.perform(message); }

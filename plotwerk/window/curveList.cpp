@@ -4,6 +4,7 @@
 #include "plotwerk/model/errorColumns.h"
 #include "plotwerk/window/hiddenCurves.h"
 #include "plotwerk/window/menus.h"
+#include "plotwerk/window/scopedValue.h"
 
 #include <initializer_list>
 #include <numbers>
@@ -181,9 +182,8 @@ void CurveList::setUp(const Glib::RefPtr<Gtk::ListItem> &listItem) {
         selectFor(*item);
         wishes.showSelection(isShown);
         const auto curve = curveAt(document, items->get_item(item->get_position())->row.first);
-        binding = true; // what was refused isn't so
+        const ScopedValue ownDoing(binding, true); // a refused change isn't shown
         check->set_active(curve && isSeen(columnOf(document, *curve).look));
-        binding = false;
     });
     const auto click = Gtk::GestureClick::create();
     click->set_button(GDK_BUTTON_SECONDARY);
@@ -241,10 +241,9 @@ void CurveList::bind(const Glib::RefPtr<Gtk::ListItem> &listItem) {
     box->set_margin_start(row.kind == Row::source ? 0 : row.kind == Row::table ? 6 : 12);
     box->set_opacity(row.hidden ? 0.6 : 1);
     tags->set_text(tagsOf(row));
-    binding = true;
+    const ScopedValue ownDoing(binding, true);
     check->set_visible(row.kind == Row::curve && !row.errors);
     check->set_active(!row.hidden);
-    binding = false;
 }
 
 void CurveList::refresh() {
@@ -270,14 +269,13 @@ void CurveList::update() {
     while (tail < had - head && tail < has - head && rowAt(had - 1 - tail) == rows[has - 1 - tail])
         ++tail;
 
-    updating = true;
+    const ScopedValue ownDoing(updating, true);
     std::vector<Glib::RefPtr<Item>> added;
     for (guint i = head; i < has - tail; ++i) added.push_back(Item::create(rows[i]));
     if (had - head - tail > 0 || !added.empty()) items->splice(head, had - head - tail, added);
     const auto all = Gtk::Bitset::create();
     all->add_range(0, has);
     selection->set_selection(selected, all);
-    updating = false;
 }
 
 void CurveList::tellSelection() {

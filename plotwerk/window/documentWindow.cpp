@@ -11,6 +11,7 @@
 #include "plotwerk/window/clipboard.h"
 #include "plotwerk/window/menus.h"
 #include "plotwerk/window/printing.h"
+#include "plotwerk/window/scopedValue.h"
 #include "plotwerk/window/windowedApplication.h"
 
 #include <algorithm>
@@ -400,7 +401,15 @@ void DocumentWindow::hideCurves() {
 
 // Where curves get different parts again, those that get the same ones are selected for it.
 void DocumentWindow::showCurves() {
-    isWithinStep = true;
+    {
+        const ScopedValue within(isWithinStep, true);
+        showSelection();
+    }
+    endStep();
+}
+
+// In several messages.
+void DocumentWindow::showSelection() {
     send("showCurveOf_");
     const auto hidden = hiddenCurves.selected(document);
     std::vector<int> selected; // by their ranks
@@ -411,8 +420,6 @@ void DocumentWindow::showCurves() {
         drawParts(group.parts);
     }
     if (!same && !hidden.empty()) selectCurves(selected);
-    isWithinStep = false;
-    endStep();
 }
 
 // Of the selected curves.
@@ -593,12 +600,11 @@ void DocumentWindow::closeWhenFree() {
         if (!chooser) dialog->present();
         return;
     }
-    if (!hasUnsavedChanges(document)) return close();
+    if (!hasUnsavedChanges(document)) return close(std::exchange(whenClosed, {}));
     askToSave();
 }
 
-void DocumentWindow::close() {
-    const auto then = std::exchange(whenClosed, {});
+void DocumentWindow::close(const std::function<void()> &then) {
     if (application.closeDocument(document) && then) then();
 }
 
@@ -625,12 +631,13 @@ void DocumentWindow::askToSave() {
     dialog->signal_response().connect([this](int response) {
         dialog->hide();
         closesWhenAnswered = false;
+        const auto then = std::exchange(whenClosed, {});
         if (response != discard && response != Gtk::ResponseType::ACCEPT) return;
         application.cancelFitOf(document);
-        application.whenFree([this, response] {
+        application.whenFree([this, response, then] {
             if (retired) return;
-            if (response == discard) return close();
-            save([this] { close(); });
+            if (response == discard) return close(then);
+            save([this, then] { close(then); });
         });
     });
     present();

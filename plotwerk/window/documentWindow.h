@@ -69,6 +69,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     void setLooks(const char *action, int argument);
     void hideCurves();
     void showCurves();
+    void showSelection();
     void drawParts(const DrawnParts &parts);
     void toggleLogarithmic(AxisCode axis, Gio::SimpleAction &action);
 
@@ -87,7 +88,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     bool isAsking() const;
     void answered();
     void closeWhenFree();
-    void close();
+    void close(const std::function<void()> &then);
     void askToSave();
     void updateTitle();
     void updateActions();

@@ -1,6 +1,7 @@
 #include "plotwerk/window/fitPane.h"
 
 #include "plotwerk/fit/fitVariables.h"
+#include "plotwerk/window/scopedValue.h"
 
 #include <cmath>
 #include <cstdio>
@@ -148,9 +149,10 @@ void FitPane::hideProgress() {
 }
 
 void FitPane::makeRows() {
-    filling = true;
-    while (Gtk::Widget *child = grid.get_first_child()) grid.remove(*child);
-    filling = false;
+    {
+        const ScopedValue ownDoing(filling, true);
+        while (Gtk::Widget *child = grid.get_first_child()) grid.remove(*child);
+    }
     rows.clear();
     parametersHeading->set_visible(!document.parameters.empty());
     int line = 0;
@@ -183,7 +185,7 @@ void FitPane::makeRows() {
 }
 
 void FitPane::fillRows() {
-    filling = true;
+    const ScopedValue ownDoing(filling, true);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const FitParameter &parameter = document.parameters[i];
         const std::string value = shortText(parameter.value);
@@ -193,7 +195,6 @@ void FitPane::fillRows() {
                                     : Glib::ustring::sprintf("± %.2g", parameter.error));
         rows[i]->fixed.set_active(parameter.fixed);
     }
-    filling = false;
 }
 
 void FitPane::sendFormula() {
@@ -215,9 +216,8 @@ void FitPane::sendParameter(const std::string &name, Row &row) {
         if (wishes.setParameters(name + " = " + (otherValue ? text : exact) +
                                  (row.fixed.get_active() ? " !" : "")))
             return; // the row may be another one now
-        filling = true;
+        const ScopedValue ownDoing(filling, true);
         row.fixed.set_active(parameter.fixed);
-        filling = false;
         return;
     }
 }

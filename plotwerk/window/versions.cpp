@@ -67,7 +67,6 @@ void Versions::keep(Document &document, Change change, std::size_t lines) {
         versions[present].version.isSaved = !hasUnsavedChanges(document);
         return;
     }
-    revision = document.revision;
     Kept kept = keptFrom(document, change);
     kept.version.lines = lines;
     kept.change = change;
@@ -77,10 +76,12 @@ void Versions::keep(Document &document, Change change, std::size_t lines) {
     if (sameStep) {
         kept.change = last.change;
         last = std::move(kept);
+        revision = document.revision;
         return;
     }
     versions.resize(present + 1);
     versions.push_back(std::move(kept));
+    revision = document.revision;
     if (versions.size() > mostVersions) versions.erase(versions.begin());
     present = versions.size() - 1;
 }

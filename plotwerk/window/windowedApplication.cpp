@@ -6,6 +6,7 @@
 #include "plotwerk/model/change.h"
 #include "plotwerk/window/clipboard.h"
 #include "plotwerk/window/menus.h"
+#include "plotwerk/window/scopedValue.h"
 
 #include <chrono>
 #include <csignal>
@@ -27,7 +28,7 @@ WindowedApplication::WindowedApplication(bool keepJournals)
       keepsJournals(keepJournals) {
 }
 
-// What an event's handler throws, memory that there isn't, ends that event alone.
+// An exception from an event's handler, such as lack of memory, ends only that event.
 static void logException() {
     try {
         throw;
@@ -36,7 +37,7 @@ static void logException() {
     }
 }
 
-// The theme's red alone is hardly to be read on dark desktops.
+// The theme's red alone is hard to read on dark desktops.
 static void makeErrorsReadable() {
     const auto style = Gtk::CssProvider::create();
     style->load_from_data("label.error { color: mix(@error_color, @theme_fg_color, 0.5); }");
@@ -158,9 +159,8 @@ void WindowedApplication::openFile(const std::string &path) {
 }
 
 void WindowedApplication::withDecimalSeparator(char separator, const std::function<void()> &work) {
-    const char own = std::exchange(served.decimalSeparator, separator);
+    const ScopedValue given(served.decimalSeparator, separator);
     work();
-    served.decimalSeparator = own;
 }
 
 bool WindowedApplication::perform(const char *member, std::vector<Argument> arguments) {
@@ -349,10 +349,9 @@ void WindowedApplication::whenFree(const std::function<void()> &work) {
 }
 
 bool WindowedApplication::closeDocument(const Document &document) {
-    ending = windows.size() == 1;
+    const ScopedValue isLast(ending, windows.size() == 1);
     const bool done = perform("closeDocument_askForSave_", {document.name, false});
     if (done && ending) end();
-    ending = false;
     return done;
 }
 
@@ -402,7 +401,7 @@ void WindowedApplication::bringBack() {
                 if (!g_main_context_iteration(nullptr, FALSE)) break;
             last = Clock::now();
         }
-        if (endsSoon) throw Refusal("the program ends");
+        return !endsSoon;
     };
     bool all = false;
     Document *const replaced = untouchedAside();
