@@ -76,7 +76,7 @@ static double largestFrom(double offset, const std::vector<double> &ticks) {
 }
 
 NumberFormat formatOfNumbers(double increment, const std::vector<double> &ticks, int precision,
-                             bool exponents) {
+                             bool exponents, bool narrow) {
     NumberFormat format;
     const int places = placesOf(increment);
     const auto exponentOf = [](double x) { return x > 0 ? plw::decimalExponent(x) : 0; };
@@ -94,8 +94,10 @@ NumberFormat formatOfNumbers(double increment, const std::vector<double> &ticks,
     const bool shorter =
         lengthWith(mantissaDecimals) < lengthWith(fixedDecimals) + std::max(exponent, 0);
     const bool manyZeros = exponent < -1 && fixedDecimals >= mostReadDigits;
-    const bool powers =
-        exponents || ((needsPowers(largest) || manyZeros) && (places > mostDecimals || shorter));
+    const bool small = narrow && exponent < -2;
+    const bool large = narrow && exponent > 3;
+    const bool powers = exponents || ((needsPowers(largest) || manyZeros || small || large) &&
+                                      (places > mostDecimals || shorter));
     format.exponent = powers ? exponent : 0;
     format.eachPower = exponents;
     format.decimals = std::max(precision, format.exponent != 0 ? mantissaDecimals : fixedDecimals);

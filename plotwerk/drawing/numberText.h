@@ -24,11 +24,12 @@ struct NumberFormat {
 //   without a common power of ten where FormatOfReal takes the exponential notation for the
 //   largest, or all have zeros behind the point and seven decimals, and get shorter by that.
 // Precision is the least number of decimals; with exponents each number has its power of ten.
+// Narrow takes the common power wherever numbers below 0.01 or from 10,000 on get shorter by that.
 //   0, 0.25, 0.5 -> 0.00 0.25 0.50                 0, 2e-12, 4e-12 -> 0 2 4, ×10^-12
 //   1234567000, 1234567020 -> 0 20, + 1234567000
 //   0.001234, 0.0012345 -> 1.2340 1.2345, ×10^-3
 NumberFormat formatOfNumbers(double increment, const std::vector<double> &ticks, int precision,
-                             bool exponents);
+                             bool exponents, bool narrow = false);
 
 // Zero is written without a power of ten.
 RichText numberText(double value, const NumberFormat &format);

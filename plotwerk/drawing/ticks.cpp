@@ -175,20 +175,25 @@ static AxisMarks linearMarks(const Axis &axis, const Scale &scale, const NumberS
         step = step.finer();
     const RoundStep wanted = step;
 
-    // a wider step until the numbers fit, in no more decimals than the axis asks for; but never
-    // less than two numbers for want of that
+    // a wider step until the numbers fit, in no more decimals than the axis asks for; but rather a
+    // common power of ten than few numbers, and never less than two
     AxisMarks marks;
     bool precise = true;
-    const auto markAt = [&](const RoundStep &at) {
+    const auto markAt = [&](const RoundStep &at, bool narrow = false) {
         marks.ticks = multiplesOf(at.value(), scale);
         const NumberFormat format =
-            formatOfNumbers(at.value(), marks.ticks, axis.precision, axis.exponents);
+            formatOfNumbers(at.value(), marks.ticks, axis.precision, axis.exponents, narrow);
         marks.numbers = numbersAt(marks.ticks, format);
         marks.common = commonText(format);
         precise = axis.precision < 0 || format.decimals <= axis.precision;
     };
+    const auto fits = [&] { return precise && fit(marks.numbers); };
     markAt(step);
-    while (marks.numbers.size() > 1 && !(precise && fit(marks.numbers))) {
+    while (marks.numbers.size() > 1 && !fits()) {
+        if (axis.precision < 0 && countAt(step.coarser()) < few) {
+            markAt(step, true);
+            if (fits()) break;
+        }
         step = step.coarser();
         markAt(step);
     }

@@ -159,6 +159,22 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
     }
 }
 
+TEST(Numbers, TakeACommonPowerRatherThanBeFew) {
+    const struct {
+        Range range;
+        const char *want;
+    } cases[] = {{{-0.001, 0.001}, "\u22121.0 \u22120.5 0.0 0.5 1.0 | \u00d710\u22123"},
+                 {{-20000, 20000}, "\u22122 \u22121 0 1 2 | \u00d7104"},
+                 {{-0.002, 0.002}, "\u22120.002 \u22120.001 0.000 0.001 0.002"}, // fit as they are
+                 {{-0.01, 0.01}, "\u22120.010 \u22120.005 0.000 0.005 0.010"}};
+    for (const auto &c : cases) {
+        const Axis axis;
+        EXPECT_EQ(
+            told(marksBeside(axis, scaleOf(axis, c.range, 170), false, Side::below, Typesetter())),
+            c.want);
+    }
+}
+
 TEST(Ticks, HaveSmallOnesBetweenThem) {
     Axis axis;
     axis.increment = 2.5;
