@@ -37,6 +37,7 @@ TEST(RichText, ReadsRtf) {
         {R"({\rtf1 a{\b b}c\ul d\ulnone e\ul0 f})", "a<b>b<>c<u>d<>e<>f"},
         {R"({\rtf1 10\super 5\nosupersub  m\sub i})", "10<^>5<> m<_>i"},
         {R"({\rtf1 x\up6 2\up0 y\dn i\plain z})", "x<+6>2<>y<-6>i<>z"},
+        {R"({\rtf1 x\up401 y\dn999 z})", "x<+400>y<-400>z"},
         {R"({\rtf1\fs24 a\fs100000 b\fs0 c})", "<24>a<400>b<2>c"},
         {R"({\rtf1\uc1 \u228?\u8364 ?\u-3913?})", "\u00e4\u20ac\uf0b7"},
         {R"({\rtf1\uc0\u228 b\uc2 \u228??c\uc1\u228\'e4d})", "\u00e4b\u00e4c\u00e4d"},
