@@ -42,6 +42,7 @@ TEST(RichText, ReadsRtf) {
         {R"({\rtf1\uc1 \u228?\u8364 ?\u-3913?})", "\u00e4\u20ac\uf0b7"},
         {R"({\rtf1\uc0\u228 b\uc2 \u228??c\uc1\u228\'e4d})", "\u00e4b\u00e4c\u00e4d"},
         {R"({\rtf1\u-10179?\u-8704?!\u-10179?x\u-8704?})", "\U0001f600!\ufffdx\ufffd"},
+        {R"({\rtf1\u-10179?\b\u-8704?a\u-10179?})", "\ufffd<b>\ufffda\ufffd"},
         {R"({\rtf1 {\uc0\u228}?})", "\u00e4<>?"}, // a group ends the characters to skip
         {R"({\rtf1 \'e4\'80\'81\'zz\'04})", "\u00e4\u20aczz"}, // neither unassigned nor control
         {R"({\rtf1 a\par b\line c\tab d\~e\_f\{\}\\})", "a\nb\nc\td\u00a0e\u2011f{}\\"},
