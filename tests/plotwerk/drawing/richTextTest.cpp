@@ -95,6 +95,7 @@ TEST(Markup, SpellsOutSignsScriptsAndEmphasis) {
          "10<^>6<> m<^>2<> 10<^>−6<> s<^>−1.5<> e<^>−x<> 2^nd K<^>+<> x<^>*<> 0<^>°"},
         {"\\pi^+_0 x^a_1 SO_4^{2-} a_{b-c}", "π<^>+<_>0<> x<^>a<_>1<> SO<_>4<^>2−<> a<_>b-c"},
         {"e^{-x_{i^2}} x_{} a_{b x^{c", "e<^>−x<^_>i<^^>2<> x a_{b x^{c"},
+        {R"(x^{a\}b} x_{\{c} d)", "x<^>a}b<> x<_>{c<> d"},
         {"a*b 2*x*y *a* **b** ***c*** *d **e***", "a*b 2*x*y <i>a<> <b>b<> <bi>c<> <i>d <bi>e"},
         {"* a * (*x*) *m*v *a\nb* **c*", "* a * (<i>x<>) <i>m<>v *a\nb* **c*"},
         {R"({\rtf1 a_{\b b\'5c'}c})", "a<b_>b<b>\\'<>c"},
