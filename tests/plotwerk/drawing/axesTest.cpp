@@ -273,6 +273,15 @@ TEST(Axes, HaveNoNumbersOnTheLinesOfOthers) {
     document.axes[yAxis].noLine = document.axes[xAxis].noLine = true;
     EXPECT_EQ(numbersOf(document, xAxis), (std::vector<double>{0, 2, 4, 6, 8, 10}));
     EXPECT_EQ(numbersOf(document, yAxis), (std::vector<double>{0, 1, 2, 3, 4}));
+
+    document.axes[yAxis].noLine = false;
+    document.frame.yAxisPos = unset;
+    const Box four = placed(document).axes[xAxis].numbers[1].bounds();
+    for (double at = 70.1; at < 90; at += 0.25) { // a point from it at least
+        document.frame.yAxisPos = at / 20;
+        const bool apart = at < four.left - 1 || at > four.right + 1;
+        EXPECT_EQ(numbersOf(document, xAxis).size(), apart ? 6U : 5U) << at;
+    }
 }
 
 TEST(Axes, ReachAsFarAsTheirTicks) {

@@ -247,6 +247,24 @@ TEST(Curves, WithoutThicknessHaveSymbolsOnly) {
     for (const Drawn &each : drawn) EXPECT_EQ(each.thickness, 0.25);
 }
 
+TEST(Curves, HaveSymbolsOfEverySizeButNone) {
+    Document document = documentWith({1, 3, 5}, {1, 3, 2});
+    CurveLook &look = onlyCurve(document).look;
+    look.line = false;
+    look.symbols = true;
+    look.symbol = {14, 0, 0, 0}; // a level line of 1.2 sizes
+    for (const double size : {0.0, 0.5, 1.0, 2.0, 40.0}) {
+        look.symbolSize = size;
+        const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+        const ScaledFrame frame = scaledFrameOf(document, curves);
+        const auto drawn =
+            drawnBy([&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0); });
+        EXPECT_EQ(drawn.size(), size > 0 ? 3U : 0U) << size;
+        for (const Drawn &each : drawn)
+            EXPECT_NEAR(each.path.back().x - each.path.front().x, 1.2 * size, 0.01);
+    }
+}
+
 TEST(CoveredCurves, CountPointsAndTheLengthOfLines) {
     for (const int points : {13, 60001}) {
         std::vector<double> x;

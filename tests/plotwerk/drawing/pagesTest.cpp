@@ -443,9 +443,9 @@ TEST(Frame, LeavesRoomAroundDataAndBeginsWhereAreasDo) {
                  [](D d, L look) { look.filled = true, d.frame.xAxisPos = 100; });
     expectLimits("given limit", yAxis, 25, 77,
                  [](D d, L look) { look.filled = true, d.axes[yAxis].range.min = 25; });
-    expectLimits("logarithmic", yAxis, 0.1, 1e26, [](D d, L look) {
+    expectLimits("logarithmic", yAxis, 1, 1e27, [](D d, L look) {
         look.filled = true, d.axes[yAxis].logarithmic = true;
-        onlyCurve(d).values = {1, 10, 1e25};
+        onlyCurve(d).values = {10, 100, 1e26};
     });
     expectLimits("the opposite axis's", yAxis, 49, 76, [](D, L look) { look.rightY = true; });
     expectLimits("its own", yAxis, 2, 3,

@@ -37,10 +37,12 @@ TEST(RichText, ReadsRtf) {
         {R"({\rtf1 a{\b b}c\ul d\ulnone e\ul0 f})", "a<b>b<>c<u>d<>e<>f"},
         {R"({\rtf1 10\super 5\nosupersub  m\sub i})", "10<^>5<> m<_>i"},
         {R"({\rtf1 x\up6 2\up0 y\dn i\plain z})", "x<+6>2<>y<-6>i<>z"},
+        {R"({\rtf1 x\up401 y\dn999 z})", "x<+400>y<-400>z"},
         {R"({\rtf1\fs24 a\fs100000 b\fs0 c})", "<24>a<400>b<2>c"},
         {R"({\rtf1\uc1 \u228?\u8364 ?\u-3913?})", "\u00e4\u20ac\uf0b7"},
         {R"({\rtf1\uc0\u228 b\uc2 \u228??c\uc1\u228\'e4d})", "\u00e4b\u00e4c\u00e4d"},
         {R"({\rtf1\u-10179?\u-8704?!\u-10179?x\u-8704?})", "\U0001f600!\ufffdx\ufffd"},
+        {R"({\rtf1\u-10179?\b\u-8704?a\u-10179?})", "\ufffd<b>\ufffda\ufffd"},
         {R"({\rtf1 {\uc0\u228}?})", "\u00e4<>?"}, // a group ends the characters to skip
         {R"({\rtf1 \'e4\'80\'81\'zz\'04})", "\u00e4\u20aczz"}, // neither unassigned nor control
         {R"({\rtf1 a\par b\line c\tab d\~e\_f\{\}\\})", "a\nb\nc\td\u00a0e\u2011f{}\\"},
@@ -93,6 +95,7 @@ TEST(Markup, SpellsOutSignsScriptsAndEmphasis) {
          "10<^>6<> m<^>2<> 10<^>−6<> s<^>−1.5<> e<^>−x<> 2^nd K<^>+<> x<^>*<> 0<^>°"},
         {"\\pi^+_0 x^a_1 SO_4^{2-} a_{b-c}", "π<^>+<_>0<> x<^>a<_>1<> SO<_>4<^>2−<> a<_>b-c"},
         {"e^{-x_{i^2}} x_{} a_{b x^{c", "e<^>−x<^_>i<^^>2<> x a_{b x^{c"},
+        {R"(x^{a\}b} x_{\{c} d)", "x<^>a}b<> x<_>{c<> d"},
         {"a*b 2*x*y *a* **b** ***c*** *d **e***", "a*b 2*x*y <i>a<> <b>b<> <bi>c<> <i>d <bi>e"},
         {"* a * (*x*) *m*v *a\nb* **c*", "* a * (<i>x<>) <i>m<>v *a\nb* **c*"},
         {R"({\rtf1 a_{\b b\'5c'}c})", "a<b_>b<b>\\'<>c"},

@@ -103,3 +103,19 @@ TEST(TimeTicks, HaveAsManySmallOnesAsTheAxisAsksFor) {
                                      secondsAt(2024, 3, 16, 43200), secondsAt(2024, 4, 16)}));
     EXPECT_EQ(small(1000), small(-1)) << "there is no room for so many";
 }
+
+TEST(TimeTicks, OfShortAxesAreTwoRatherThanThoseOfAFinerStep) {
+    const struct {
+        double length, days;
+        const char *want;
+    } cases[] = {{100, 200, "Apr Jul | 2024"},
+                 {90, 800, "2025 2026 | "},
+                 {40, 1.0 / 24, "12:00 13:00 | 2024-03-05"}};
+    for (const auto &c : cases) {
+        const double noon = secondsAt(2024, 3, 5, 43200);
+        const Scale scale = scaleOf({}, {noon, noon + 86400 * c.days}, c.length);
+        const AxisMarks marks = marksBeside({}, scale, true, Side::below, Typesetter());
+        EXPECT_EQ(told(marks), c.want);
+        EXPECT_EQ(marks.ticks.size(), 2U) << c.want;
+    }
+}
