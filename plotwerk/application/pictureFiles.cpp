@@ -1,9 +1,9 @@
 #include "plotwerk/application/pictureFiles.h"
 
 #include "plotwerk/base/child.h"
-#include "plotwerk/base/memoryReserve.h"
 #include "plotwerk/base/programs.h"
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/drawing/typesetter.h"
 #include "plotwerk/files/atomicFile.h"
 
 #include <cctype>
@@ -45,8 +45,7 @@ static std::string bytesOf(const Document &document, PictureKind kind) {
 }
 
 static std::string emptyPicture() {
-    constexpr std::size_t mostOfFonts = 64'000'000; // address space, with that of threads' stacks
-    requireFree(mostOfFonts);
+    requireRoomForFonts();
     return pdfOfDocument({});
 }
 

@@ -1,14 +1,15 @@
 #include "plotwerk/drawing/typesetter.h"
 
 #include "plotwerk/base/log.h"
+#include "plotwerk/base/memoryReserve.h"
 #include "plotwerk/drawing/curveSample.h"
 
 #include <cmath>
 #include <cstdio>
+#include <exception>
 #include <memory>
 #include <set>
 #include <sys/mman.h>
-#include <system_error>
 #include <thread>
 
 namespace plotwerk {
@@ -227,10 +228,16 @@ void SetText::draw(cairo_t *cr, Point place, double angle, Point anchor) const {
     cairo_restore(cr);
 }
 
+void requireRoomForFonts() {
+    constexpr std::size_t most = 64'000'000; // address space, with that of threads' stacks
+    requireFree(most);
+}
+
 void beginToReadFonts() {
     try {
+        requireRoomForFonts();
         std::thread([] {}).join(); // where none can be started pango ends the process
-    } catch (const std::system_error &) {
+    } catch (const std::exception &) {
         return;
     }
     pango_cairo_font_map_get_default();

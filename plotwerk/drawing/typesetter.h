@@ -40,8 +40,13 @@ class SetText {
     Box inkBox;
 };
 
+// For whoever will need fonts: throws std::bad_alloc where there is too little memory for them.
+// Their libraries would end the process.
+void requireRoomForFonts();
+
 // Begins to read the list of installed fonts, in a thread that ends by itself, so that the first
-// picture needn't wait for it. Where no thread can be started the first picture does wait.
+// picture needn't wait for it. Where there is no memory for that, or no thread can be started, the
+// first picture does wait.
 void beginToReadFonts();
 
 // The font of pictures, in which glyphs keep their exact widths on every device.
