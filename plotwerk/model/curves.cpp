@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <set>
 #include <string>
 #include <utility>
@@ -210,19 +211,31 @@ const XOrder &orderOfX(const Table &table) {
     return order;
 }
 
+// Most data are complete, and copied as a whole.
 ValidPoints validPoints(const Table &table, const Column &y) {
+    const std::size_t rows = y.values.size();
+    const double *const x = table.x.values.data();
+    const double *const values = y.values.data();
     const auto isValid = [&](std::size_t row) {
-        return !std::isnan(table.x.values[row]) && !std::isnan(y.values[row]);
+        return !std::isnan(x[row]) && !std::isnan(values[row]);
     };
     ValidPoints points;
-    for (std::size_t row = 0; row < y.values.size(); ++row) points.n += isValid(row);
-    points.x.reserve(points.n);
-    points.y.reserve(points.n);
-    points.row.reserve(points.n);
-    for (std::size_t row = 0; row < y.values.size(); ++row) {
+    for (std::size_t row = 0; row < rows; ++row) points.n += isValid(row);
+    const auto count = static_cast<std::size_t>(points.n);
+    if (count == rows) {
+        points.x.assign(x, x + rows);
+        points.y.assign(values, values + rows);
+        points.row.resize(rows);
+        std::iota(points.row.begin(), points.row.end(), 0);
+        return points;
+    }
+    points.x.reserve(count);
+    points.y.reserve(count);
+    points.row.reserve(count);
+    for (std::size_t row = 0; row < rows; ++row) {
         if (!isValid(row)) continue;
-        points.x.push_back(table.x.values[row]);
-        points.y.push_back(y.values[row]);
+        points.x.push_back(x[row]);
+        points.y.push_back(values[row]);
         points.row.push_back(static_cast<int>(row));
     }
     return points;

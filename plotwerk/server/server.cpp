@@ -145,9 +145,11 @@ bool Server::processPending() {
     const bool isAnswered = findsMemory([&] {
         if (!busObject.waiting.empty()) busObject.waiting.answerNext();
     });
-    if (isRead && isAnswered)
+    if (isRead && isAnswered) {
         setReserveAside();
-    else if (!giveReserveUp() && (!isAnswered || busObject.waiting.empty()))
+        return !busObject.waiting.empty();
+    }
+    if (!giveReserveUp() && (!isAnswered || busObject.waiting.empty()))
         std::this_thread::sleep_for(pause);
     return true;
 }

@@ -1,5 +1,8 @@
 #include "plotwerk/window/busSource.h"
 
+#include <chrono>
+#include <ctime>
+#include <poll.h>
 #include <utility>
 
 namespace plotwerk {
@@ -49,10 +52,24 @@ template<class Source> gboolean check(GSource *base) {
     return ready;
 }
 
+// Whether a message comes within the time that a client takes to send its next one.
+bool messageFollows(const Server &server) {
+    constexpr timespec soon{0, 200'000};
+    const auto data = server.pollData();
+    pollfd waited{data.fd, data.events, 0};
+    return ppoll(&waited, 1, &soon, nullptr) > 0;
+}
+
+// Coming round would cost the loop as much as answering a short message does.
 template<class Source> gboolean dispatch(GSource *base, GSourceFunc, gpointer) {
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds longest{2};
     auto &bus = *reinterpret_cast<Source *>(base);
     onBus(bus, [&] {
-        bus.more = bus.server->processPending();
+        const auto begin = Clock::now();
+        do bus.more = bus.server->processPending();
+        while (!bus.suspended && Clock::now() - begin < longest &&
+               (bus.more || messageFollows(*bus.server)));
         bus.answered();
     });
     return G_SOURCE_CONTINUE;

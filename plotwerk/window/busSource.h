@@ -9,8 +9,8 @@
 
 namespace plotwerk {
 
-// Answers one message each time that the loop comes round, and calls `answered` after it, or `gone`
-// once when the bus has gone.
+// Each time that the loop comes round it answers what is there and what follows at once, for 2 ms;
+// it calls `answered` after that, or `gone` once when the bus has gone.
 class BusSource {
   public:
     BusSource(Server &server, std::function<void()> answered,
