@@ -1,5 +1,8 @@
 #include "plotwerk/window/busSource.h"
 
+#include "plotwerk/window/guarded.h"
+
+#include <stdexcept>
 #include <utility>
 
 namespace plotwerk {
@@ -20,12 +23,14 @@ namespace {
 
 // When the bus has gone, that is told once.
 template<class Source, class Work> void onBus(Source &bus, Work work) {
-    try {
-        work();
-    } catch (const std::exception &exception) {
-        bus.ended = true;
-        bus.gone(exception.what());
-    }
+    guarded([&] {
+        try {
+            work();
+        } catch (const std::runtime_error &error) {
+            bus.ended = true;
+            bus.gone(error.what());
+        }
+    });
 }
 
 template<class Source> gboolean prepare(GSource *base, gint *timeout) {
@@ -51,10 +56,8 @@ template<class Source> gboolean check(GSource *base) {
 
 template<class Source> gboolean dispatch(GSource *base, GSourceFunc, gpointer) {
     auto &bus = *reinterpret_cast<Source *>(base);
-    onBus(bus, [&] {
-        bus.more = bus.server->processPending();
-        bus.answered();
-    });
+    onBus(bus, [&] { bus.more = bus.server->processPending(); });
+    if (!bus.ended) guarded(bus.answered);
     return G_SOURCE_CONTINUE;
 }
 

@@ -2,11 +2,13 @@
 #ifndef PLOTWERK_WINDOW_DOCUMENTWINDOW_H
 #define PLOTWERK_WINDOW_DOCUMENTWINDOW_H
 
+#include "plotwerk/window/closing.h"
 #include "plotwerk/window/curveList.h"
 #include "plotwerk/window/fitPane.h"
 #include "plotwerk/window/hiddenCurves.h"
 #include "plotwerk/window/journalPane.h"
 #include "plotwerk/window/plotArea.h"
+#include "plotwerk/window/questions.h"
 #include "plotwerk/window/versions.h"
 #include "plotwerk/window/viewHistory.h"
 
@@ -49,10 +51,11 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     // it open. Without any it is closed at once. A fit of it is cancelled, another one waited for,
     // and so is the answer to what the user is being asked already. When it has been closed `then`
     // is called.
-    void closeAfterAsking(const std::function<void()> &then = {});
+    void closeAfterAsking(const std::function<void()> &then = {}) { closing.begin(then); }
 
     // The document is about to go: the window disappears and does nothing from now on.
     void retire();
+    bool isRetired() const { return retired; }
 
   private:
     void addActions();
@@ -82,14 +85,9 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     void paste();
     void readText(const std::string &text, const std::string &source);
     void takeFile(const std::string &path);
-    void chooseFile(const Glib::ustring &title, Gtk::FileChooser::Action action,
+    void askForFile(const Glib::ustring &title, Gtk::FileChooser::Action action,
                     const Glib::ustring &name,
                     const std::function<void(const std::string &path)> &chosen);
-    bool isAsking() const;
-    void answered();
-    void closeWhenFree();
-    void close(const std::function<void()> &then);
-    void askToSave();
     void updateTitle();
     void updateActions();
 
@@ -120,11 +118,9 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     Glib::RefPtr<Gio::SimpleAction> back;
     Glib::RefPtr<Gio::SimpleAction> forward;
     Glib::RefPtr<Gio::SimpleAction> cancelFit;
-    Glib::RefPtr<Gtk::FileChooserNative> chooser;
-    std::unique_ptr<Gtk::Dialog> dialog;
+    Questions questions;
+    Closing closing;
     std::chrono::steady_clock::time_point toldAt;
-    bool closesWhenAnswered = false;
-    std::function<void()> whenClosed;
     bool retired = false;
 };
 

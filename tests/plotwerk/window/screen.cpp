@@ -63,6 +63,10 @@ void Screen::type(const std::string &key) {
     point({"key", key});
 }
 
+void Screen::write(const std::string &text) {
+    point({"type", text});
+}
+
 void Screen::move(Place to) {
     std::vector<std::string> words = motion({to.x - 3, to.y - 2});
     add(words, motion(to));
