@@ -163,11 +163,19 @@ void DocumentWindow::addActions() {
 
     undo = add_action("undo", [this] {
         endStep();
-        if (versions.canUndo() && isFree()) restore(versions.undo(document));
+        if (!versions.canUndo() || !isFree()) return;
+        Versions::Version version = versions.undo(document);
+        const std::size_t lines = version.lines;
+        restore(std::move(version));
+        journalPane.takeBackTo(lines);
+        versions.setRestored(document, journalPane.numberOfLines());
     });
     redo = add_action("redo", [this] {
         endStep();
-        if (versions.canRedo() && isFree()) restore(versions.redo(document));
+        if (!versions.canRedo() || !isFree()) return;
+        restore(versions.redo(document));
+        journalPane.putBack();
+        versions.setRestored(document, journalPane.numberOfLines());
     });
     forSelection.push_back(
         add_action("copy-data", [this] { send("copySelectedCurvesOf_includeX_", {true}); }));
@@ -257,6 +265,7 @@ void DocumentWindow::send(const char *member, std::vector<Argument> arguments) {
 
 void DocumentWindow::hear(const MessageLine &message) {
     journalPane.add(message);
+    if (std::exchange(heardRevision, document.revision) == document.revision) return;
     const auto kind = message.selects            ? Versions::Change::ofView
                       : !message.setting.empty() ? Versions::Change::ofSetting
                       : message.keepsData        ? Versions::Change::ofLook
@@ -269,14 +278,13 @@ void DocumentWindow::endStep() {
     // What nobody has told of may be anything.
     const auto kind = change == Versions::Change::none ? Versions::Change::ofData : change;
     versions.keep(document, kind, journalPane.numberOfLines());
+    if (!versions.canRedo()) journalPane.forgetTakenBack();
     change = Versions::Change::none;
 }
 
 void DocumentWindow::restore(Versions::Version version) {
-    const std::size_t lines = version.lines;
     application.restore(document, std::move(version));
-    versions.setRestored(document);
-    journalPane.showLines(lines);
+    heardRevision = document.revision;
     picture().refreshNow();
 }
 

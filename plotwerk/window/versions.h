@@ -25,7 +25,8 @@ class Versions {
     enum class Change { none, ofView, ofSetting, ofLook, ofData };
 
     // The document is a new version now, with that number of lines in its journal. What could be
-    // redone is forgotten. Nothing happens when its revision is that of the version.
+    // redone is forgotten, but not after a change of the view. Nothing happens when its revision is
+    // that of the version.
     void keep(Document &document, Change change, std::size_t lines);
 
     bool canUndo() const { return present > 0; }
@@ -44,10 +45,12 @@ class Versions {
     Version undo(Document &document);
     Version redo(Document &document);
 
-    // The document has become the version that was given last, saved as that was.
-    void setRestored(const Document &document) {
+    // The document has become the version that was given last, saved as that was, with that number
+    // of lines in its journal.
+    void setRestored(const Document &document, std::size_t lines) {
         revision = document.revision;
         savedRevision = document.savedRevision;
+        versions[present].version.lines = lines;
     }
 
   private:

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <csignal>
+#include <sys/resource.h>
 
 TEST_F(WindowTest, ShowsAWindowForEachDocumentWithAMarkForUnsavedChanges) {
     const std::string path = file("small.txt", "1 2\n3 4\n");
@@ -139,3 +140,35 @@ TEST_F(WindowTest, OffersWhatAKilledOneHadNotSaved) {
     EXPECT_TRUE(contentsOf(name) == made);
     stop();
 }
+
+// Not with a sanitizer, whose memory can't be limited.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
+TEST_F(WindowTest, GoesOnAfterAnExceptionInAHandler) {
+    startWithLine();
+    std::string data = "x y\n";
+    for (int i = 0; i < 5'000'000; ++i) data += "1 2\n";
+    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(data, name, "Many",
+                                                                              false, false);
+    screen.frame();
+    const auto hasCurves = [&] {
+        return plotwerk->indexOfCurveNameOf_source_table_column_(name, "Many", 1, "y") >= 0;
+    };
+    plotwerk->deleteAllCurvesOf_(name);
+
+    // Less than a column takes, beside the reserve that is kept for messages.
+    const rlim_t has = std::stoul(program->procStatus("VmSize")) * 1024;
+    const auto limitTo = [&](rlim_t most) {
+        const rlimit limit{most, RLIM_INFINITY};
+        ASSERT_EQ(prlimit(program->pid(), RLIMIT_AS, &limit, nullptr), 0);
+    };
+    const Shot before = screen.stillShot();
+    limitTo(has - (rlim_t{320 - 8} << 20));
+    screen.type("ctrl+z");
+    waitUntil("the reason", [&] { return screen.shot() != before; });
+    limitTo(RLIM_INFINITY);
+    EXPECT_FALSE(hasCurves());
+    screen.type("ctrl+z");
+    waitUntil("the curves", hasCurves);
+    EXPECT_TRUE(holds(stop().err, "plotwerk: error: not enough memory\n"));
+}
+#endif

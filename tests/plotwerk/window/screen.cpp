@@ -73,11 +73,11 @@ void Screen::move(Place to) {
     point(words);
 }
 
-void Screen::click(Place at, const std::string &key) {
+void Screen::click(Place at, const std::string &key, int times) {
     move(at);
     std::vector<std::string> words;
     if (!key.empty()) add(words, {"keydown", key});
-    add(words, {"click", "1"});
+    add(words, {"click", "--repeat", std::to_string(times), "1"});
     if (!key.empty()) add(words, {"keyup", key});
     point(words);
 }
