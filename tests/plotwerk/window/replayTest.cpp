@@ -228,6 +228,7 @@ TEST_F(ReplayTest, MouseKeysAndPanesAreInTheJournal) {
     belowAxis.y += 12;
     const Place check{179, 84}; // of the first curve in the list
     const Place valueOfA{800, 180};
+    std::string contents = contentsOf(name);
     const std::pair<std::string, std::function<void()>> gestures[] = {
         {"a click on a curve", [&] { screen.click(frame.at(0.8, 0.8)); }},
         {"another added", [&] { screen.click(frame.at(0.8, 0.2), "ctrl"); }},
@@ -250,12 +251,14 @@ TEST_F(ReplayTest, MouseKeysAndPanesAreInTheJournal) {
          }},
         {"a source of the list",
          [&] {
-             screen.click({80, 46});
+             screen.click({80, 122});
          }},
         {"hiding", [&] { screen.click(check); }},
         {"showing", [&] { screen.click(check); }},
         {"a handle",
          [&] {
+             plotwerk->setXRangeOf_xmin_xmax_(name, 0, 10); // the handles are at its ends
+             contents = contentsOf(name);
              screen.move(middle);
              screen.type("F7");
              ShownFrame narrow;
@@ -288,7 +291,6 @@ TEST_F(ReplayTest, MouseKeysAndPanesAreInTheJournal) {
              screen.type("Tab");
          }},
     };
-    std::string contents = contentsOf(name);
     for (const auto &[gesture, make] : gestures) {
         make();
         waitUntil(gesture, [&] {
