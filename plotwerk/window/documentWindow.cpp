@@ -475,29 +475,47 @@ void DocumentWindow::save(const std::function<void()> &then) {
     if (isDone("saveDocument_to_binary_", {document.name, std::string(), false}) && then) then();
 }
 
+// What a file of that kind may be called, for a document that may be called after one of data.
+//   "U/V.txt" -> "U_V.pdf"        "run 1.5" -> "run 1.5.pdf"
+static Glib::ustring fileName(const Document &document, const char *end) {
+    std::string name = document.name;
+    std::replace(name.begin(), name.end(), '/', '_');
+    const std::size_t point = name.rfind('.');
+    const auto isLetter = [](char c) { return g_ascii_isalpha(c) != 0; };
+    if (point != std::string::npos && point > 0 &&
+        std::all_of(name.begin() + static_cast<std::ptrdiff_t>(point) + 1, name.end(), isLetter))
+        name.resize(point);
+    return name + end;
+}
+
 void DocumentWindow::saveAs(const std::function<void()> &then) {
     const std::string own = document.path.filename().string();
-    const Glib::ustring name = own.empty() ? document.name + ".plotwerk" : own;
+    const Glib::ustring name = own.empty() ? fileName(document, ".plotwerk") : Glib::ustring(own);
     askForFile("Save", Gtk::FileChooser::Action::SAVE, name, [this, then](const std::string &path) {
         if (isDone("saveDocument_as_binary_", {document.name, path, false}) && then) then();
     });
 }
 
-// Saves a picture in the format of the path's extension; PDF if that isn't known.
+// Saves a picture in the format of the path's extension; null if there is none of that.
 static const char *messageFor(const std::filesystem::path &path) {
     const Glib::ustring end = Glib::ustring(path.extension().string()).lowercase();
+    if (end == ".pdf" || end == ".svg") return "savePicturePDF_as_";
     if (end == ".eps") return "savePictureEPS_as_";
     if (end == ".tiff" || end == ".tif" || end == ".png") return "savePictureTIFF_as_";
-    return "savePicturePDF_as_";
+    return nullptr;
 }
 
 void DocumentWindow::exportPicture() {
-    askForFile("Export Picture", Gtk::FileChooser::Action::SAVE, document.name + ".pdf",
-               [this](const std::string &path) { send(messageFor(path), {path}); });
+    askForFile("Export Picture as PDF, SVG, EPS, TIFF or PNG", Gtk::FileChooser::Action::SAVE,
+               fileName(document, ".pdf"), [this](const std::string &path) {
+                   if (const char *member = messageFor(path)) return send(member, {path});
+                   tell("Not exported: the name of a picture ends in .pdf, .svg, .eps, .tiff or "
+                        ".png");
+               });
 }
 
 void DocumentWindow::saveScript() {
-    askForFile("Save Journal as Script", Gtk::FileChooser::Action::SAVE, document.name + ".sh",
+    askForFile("Save Journal as Script", Gtk::FileChooser::Action::SAVE, fileName(document, ".sh"),
                [this](const std::string &path) {
                    try {
                        const std::string script = journalPane.script();

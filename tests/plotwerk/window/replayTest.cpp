@@ -152,6 +152,12 @@ TEST_F(ReplayTest, EveryActionIsInTheJournalAsWhatAScriptDoes) {
         {"export", "callPlw -x saveTIFF ", [&] { written("c.png"); }},
         {"copy-picture", "callPlw -x copyPDF\n"},
         // These do nothing to the document.
+        {"export", nothing,
+         [&] { // of a kind that there isn't
+             choose(pathOf("d.jpg"));
+             waitForWindows(1);
+             EXPECT_FALSE(std::filesystem::exists(pathOf("d.jpg")));
+         }},
         {"copy-read-out", nothing},
         {"fill-window", nothing},
         {"show-curves", nothing},

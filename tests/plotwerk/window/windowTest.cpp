@@ -7,6 +7,10 @@
 WindowTest::WindowTest() : ServerTest(PLOTWERK) {
 }
 
+WindowTest::~WindowTest() {
+    std::filesystem::current_path(folder);
+}
+
 void WindowTest::startWithLine() {
     start({"--no-journal"});
     plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(
