@@ -168,14 +168,14 @@ void DocumentWindow::addActions() {
         const std::size_t lines = version.lines;
         restore(std::move(version));
         journalPane.takeBackTo(lines);
-        versions.setRestored(document, journalPane.numberOfLines());
+        versions.setLines(journalPane.numberOfLines());
     });
     redo = add_action("redo", [this] {
         endStep();
         if (!versions.canRedo() || !isFree()) return;
         restore(versions.redo(document));
         journalPane.putBack();
-        versions.setRestored(document, journalPane.numberOfLines());
+        versions.setLines(journalPane.numberOfLines());
     });
     forSelection.push_back(
         add_action("copy-data", [this] { send("copySelectedCurvesOf_includeX_", {true}); }));
@@ -273,6 +273,12 @@ void DocumentWindow::hear(const MessageLine &message) {
     change = std::max(change, kind);
 }
 
+void DocumentWindow::hearOpened(const MessageLine &message) {
+    if (!document.path.empty() || journalPane.numberOfLines() > 0) return;
+    journalPane.add(message);
+    versions.setLines(journalPane.numberOfLines());
+}
+
 void DocumentWindow::endStep() {
     if (isWithinStep) return;
     // What nobody has told of may be anything.
@@ -284,6 +290,7 @@ void DocumentWindow::endStep() {
 
 void DocumentWindow::restore(Versions::Version version) {
     application.restore(document, std::move(version));
+    versions.setRestored(document);
     heardRevision = document.revision;
     picture().refreshNow();
 }

@@ -31,6 +31,10 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     // A message of that line was done to the document.
     void hear(const MessageLine &line);
 
+    // A message of that line has opened a file, and the document is in front now. Where the file
+    // holds data, the journal begins with it: nothing that is saved later changes those.
+    void hearOpened(const MessageLine &message);
+
     // To be called when the document may have changed.
     void refresh();
 

@@ -45,13 +45,14 @@ class Versions {
     Version undo(Document &document);
     Version redo(Document &document);
 
-    // The document has become the version that was given last, saved as that was, with that number
-    // of lines in its journal.
-    void setRestored(const Document &document, std::size_t lines) {
+    // The document has become the version that was given last, saved as that was.
+    void setRestored(const Document &document) {
         revision = document.revision;
         savedRevision = document.savedRevision;
-        versions[present].version.lines = lines;
     }
+
+    // The present version has that number of lines in its journal.
+    void setLines(std::size_t lines) { versions[present].version.lines = lines; }
 
   private:
     using Values = std::shared_ptr<const std::vector<double>>;

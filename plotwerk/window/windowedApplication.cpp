@@ -196,7 +196,8 @@ void WindowedApplication::refresh() {
 void WindowedApplication::hear(const RecordedMessage &message) {
     const auto line = messageLine(message);
     if (!line) return;
-    if (DocumentWindow *window = windowOf(line->document)) window->hear(*line);
+    if (DocumentWindow *window = line->opens ? frontWindow() : windowOf(line->document))
+        line->opens ? window->hearOpened(*line) : window->hear(*line);
 }
 
 DocumentWindow *WindowedApplication::frontWindow() {

@@ -26,11 +26,11 @@ class ReplayTest : public WindowTest {
         return script;
     }
 
-    // Gives a plotwerkd of its own the document that was saved before, for the script to make of
-    // it what there is now, and to write the files again.
+    // Gives a plotwerkd of its own the document that was saved before, if one was, for the script
+    // to make of it what there is now, and to write the files again.
     void expectItMakesTheSame(const std::string &script, const std::string &before,
                               const std::vector<std::string> &files = {}) {
-        const std::string made = contentsOf(name);
+        const std::string made = contentsOf(plotwerk->documentNameOfFrontWindow());
         std::vector<std::string> written;
         for (const std::string &path : files) {
             written.push_back(bytesOf(path));
@@ -39,14 +39,14 @@ class ReplayTest : public WindowTest {
         stop();
         programPath = PLOTWERKD;
         start({"--no-journal"});
-        openInstead(before);
+        if (!before.empty()) openInstead(before);
         const std::string programs = std::filesystem::path(CALLPLW).parent_path().string();
         setenv("PATH", (programs + ':' + std::getenv("PATH")).c_str(), 1);
         setenv("CALLPLW_ERRORS", "report", 1);
         const std::string shown = script.substr(0, 2000) + "..." + script.substr(script.size() / 2);
         EXPECT_EQ(runProgram({"sh"}, script).err, "") << shown;
         unsetenv("CALLPLW_ERRORS");
-        const std::string again = contentsOf(name);
+        const std::string again = contentsOf(plotwerk->documentNameOfFrontWindow());
         const auto differ = std::mismatch(made.begin(), made.end(), again.begin(), again.end());
         const auto from = std::max<std::ptrdiff_t>(differ.first - made.begin() - 200, 0);
         EXPECT_TRUE(again == made)
@@ -346,4 +346,15 @@ TEST_F(ReplayTest, MessagesOfTheBusAreInTheJournalWhateverTheyAre) {
     screen.type("ctrl+shift+z");
     waitUntil("redo", [&] { return contentsOf(name) == last; });
     expectItMakesTheSame(copiedJournal("callPlw -x fit"), before);
+}
+
+TEST_F(ReplayTest, AScriptBeginsWithTheDataThatWereOpened) {
+    start({"--no-journal", file("some data.txt", "x y\n1 5\n2 6\n4 9\n")});
+    screen.frame();
+    activate(1, "select-all");
+    activate(1, "differentiate");
+    screen.stillShot();
+    activate(1, "undo");
+    activate(1, "zoom-in");
+    expectItMakesTheSame(copiedJournal("callPlw -x setYRange"), "");
 }

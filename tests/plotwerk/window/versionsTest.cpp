@@ -32,7 +32,7 @@ struct Edited {
     Versions::Version become(Versions::Version version) {
         version.document.revision = document.revision + 1;
         document = std::move(version.document);
-        versions.setRestored(document, version.lines);
+        versions.setRestored(document);
         return version;
     }
     void setX(double max) {
@@ -157,7 +157,7 @@ TEST(Versions, ThatWereGoneBackToOutliveTheProcess) {
     Versions versions(document);
     const auto restore = [&](const Versions::Version &version) {
         application.restore(document, version.document, version.origins, version.isSaved);
-        versions.setRestored(document, version.lines);
+        versions.setRestored(document);
     };
     const auto edit = [&](
                           const std::function<void(Document &)> &work,
