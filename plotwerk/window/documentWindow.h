@@ -100,7 +100,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     ViewHistory history;
     Versions versions;
     Versions::Change change = Versions::Change::none; // since the last version
-    std::uint64_t heardRevision = 0;                  // after the last message
+    std::uint64_t heardRevision = document.revision;  // after the last message
     std::string readOutText;
     bool isWithinStep = false; // several messages are one step
     HiddenCurves hiddenCurves;

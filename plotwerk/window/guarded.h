@@ -8,7 +8,7 @@ namespace plotwerk {
 
 // Does the work. What it throws goes where the exceptions of gtkmm's own handlers go, to the
 // application's handler of exceptions, and ends only this work.
-template<class Work> void guarded(Work work) noexcept {
+template<class Work> void guarded(const Work &work) noexcept {
     try {
         work();
     } catch (...) {

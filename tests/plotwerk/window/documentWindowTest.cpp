@@ -154,6 +154,7 @@ TEST_F(WindowTest, GoesOnAfterAnExceptionInAHandler) {
         return plotwerk->indexOfCurveNameOf_source_table_column_(name, "Many", 1, "y") >= 0;
     };
     plotwerk->deleteAllCurvesOf_(name);
+    const Shot before = screen.stillShot();
 
     // Less than a column takes, beside the reserve that is kept for messages.
     const rlim_t has = std::stoul(program->procStatus("VmSize")) * 1024;
@@ -161,7 +162,6 @@ TEST_F(WindowTest, GoesOnAfterAnExceptionInAHandler) {
         const rlimit limit{most, RLIM_INFINITY};
         ASSERT_EQ(prlimit(program->pid(), RLIMIT_AS, &limit, nullptr), 0);
     };
-    const Shot before = screen.stillShot();
     limitTo(has - (rlim_t{320 - 8} << 20));
     screen.type("ctrl+z");
     waitUntil("the reason", [&] { return screen.shot() != before; });
