@@ -1,8 +1,11 @@
 #include "plotwerk/window/busSource.h"
 
+#include "plotwerk/window/guarded.h"
+
 #include <chrono>
 #include <ctime>
 #include <poll.h>
+#include <stdexcept>
 #include <utility>
 
 namespace plotwerk {
@@ -23,12 +26,14 @@ namespace {
 
 // When the bus has gone, that is told once.
 template<class Source, class Work> void onBus(Source &bus, Work work) {
-    try {
-        work();
-    } catch (const std::exception &exception) {
-        bus.ended = true;
-        bus.gone(exception.what());
-    }
+    guarded([&] {
+        try {
+            work();
+        } catch (const std::runtime_error &error) {
+            bus.ended = true;
+            bus.gone(error.what());
+        }
+    });
 }
 
 template<class Source> gboolean prepare(GSource *base, gint *timeout) {
@@ -56,6 +61,7 @@ template<class Source> gboolean check(GSource *base) {
 bool messageFollows(const Server &server) {
     constexpr timespec soon{0, 200'000};
     const auto data = server.pollData();
+    if (data.getPollTimeout() == 0) return true;
     pollfd waited{data.fd, data.events, 0};
     return ppoll(&waited, 1, &soon, nullptr) > 0;
 }
@@ -67,11 +73,12 @@ template<class Source> gboolean dispatch(GSource *base, GSourceFunc, gpointer) {
     auto &bus = *reinterpret_cast<Source *>(base);
     onBus(bus, [&] {
         const auto begin = Clock::now();
-        do bus.more = bus.server->processPending();
-        while (!bus.suspended && Clock::now() - begin < longest &&
-               (bus.more || messageFollows(*bus.server)));
-        bus.answered();
+        do {
+            bus.more = bus.server->processPending();
+        } while (!bus.suspended && Clock::now() - begin < longest &&
+                 (bus.more || messageFollows(*bus.server)));
     });
+    if (!bus.ended) guarded(bus.answered);
     return G_SOURCE_CONTINUE;
 }
 

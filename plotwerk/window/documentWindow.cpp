@@ -70,7 +70,10 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
                    Glib::signal_idle().connect_once([this] {
                        if (!retired) send("startFitOf_iterations_lambda_chiq_");
                    });
-               }}) {
+               }}),
+      questions(*this),
+      closing(*app, *this, shown, questions,
+              [this](const std::function<void()> &then) { save(then); }) {
     set_default_size(960, 640);
     set_show_menubar();
 
@@ -136,7 +139,7 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
     add_controller(yieldingKeys());
     signal_close_request().connect(
         [this] {
-            closeAfterAsking();
+            closing.begin({});
             return true;
         },
         false);
@@ -156,15 +159,23 @@ void DocumentWindow::addActions() {
     add_action("print", [this] {
         printByDialog(*this, document, sigc::mem_fun(*this, &DocumentWindow::tell));
     });
-    add_action("close", [this] { closeAfterAsking(); });
+    add_action("close", [this] { closing.begin({}); });
 
     undo = add_action("undo", [this] {
         endStep();
-        if (versions.canUndo() && isFree()) restore(versions.undo(document));
+        if (!versions.canUndo() || !isFree()) return;
+        Versions::Version version = versions.undo(document);
+        const std::size_t lines = version.lines;
+        restore(std::move(version));
+        journalPane.takeBackTo(lines);
+        versions.setLines(journalPane.numberOfLines());
     });
     redo = add_action("redo", [this] {
         endStep();
-        if (versions.canRedo() && isFree()) restore(versions.redo(document));
+        if (!versions.canRedo() || !isFree()) return;
+        restore(versions.redo(document));
+        journalPane.putBack();
+        versions.setLines(journalPane.numberOfLines());
     });
     forSelection.push_back(
         add_action("copy-data", [this] { send("copySelectedCurvesOf_includeX_", {true}); }));
@@ -254,6 +265,7 @@ void DocumentWindow::send(const char *member, std::vector<Argument> arguments) {
 
 void DocumentWindow::hear(const MessageLine &message) {
     journalPane.add(message);
+    if (std::exchange(heardRevision, document.revision) == document.revision) return;
     const auto kind = message.selects            ? Versions::Change::ofView
                       : !message.setting.empty() ? Versions::Change::ofSetting
                       : message.keepsData        ? Versions::Change::ofLook
@@ -261,19 +273,25 @@ void DocumentWindow::hear(const MessageLine &message) {
     change = std::max(change, kind);
 }
 
+void DocumentWindow::hearOpened(const MessageLine &message) {
+    if (!document.path.empty() || journalPane.numberOfLines() > 0) return;
+    journalPane.add(message);
+    versions.setLines(journalPane.numberOfLines());
+}
+
 void DocumentWindow::endStep() {
     if (isWithinStep) return;
     // What nobody has told of may be anything.
     const auto kind = change == Versions::Change::none ? Versions::Change::ofData : change;
     versions.keep(document, kind, journalPane.numberOfLines());
+    if (!versions.canRedo()) journalPane.forgetTakenBack();
     change = Versions::Change::none;
 }
 
 void DocumentWindow::restore(Versions::Version version) {
-    const std::size_t lines = version.lines;
     application.restore(document, std::move(version));
     versions.setRestored(document);
-    journalPane.showLines(lines);
+    heardRevision = document.revision;
     picture().refreshNow();
 }
 
@@ -443,30 +461,19 @@ void DocumentWindow::toggleLogarithmic(AxisCode axis, Gio::SimpleAction &action)
          keep, unset, keep, keep, keep, keep, same, same, keep, unset});
 }
 
-void DocumentWindow::chooseFile(const Glib::ustring &title, Gtk::FileChooser::Action action,
+// In the folder of the document.
+void DocumentWindow::askForFile(const Glib::ustring &title, Gtk::FileChooser::Action action,
                                 const Glib::ustring &name,
                                 const std::function<void(const std::string &)> &chosen) {
-    const bool opens = action == Gtk::FileChooser::Action::OPEN;
-    chooser =
-        Gtk::FileChooserNative::create(title, *this, action, opens ? "_Open" : "_Save", "_Cancel");
-    chooser->set_modal();
     std::error_code none;
-    const std::filesystem::path folder =
-        document.path.empty() ? std::filesystem::current_path(none) : document.path.parent_path();
-    if (!folder.empty()) chooser->set_current_folder(Gio::File::create_for_path(folder.string()));
-    if (!opens) chooser->set_current_name(name);
-    chooser->signal_response().connect([this, chosen](int response) {
-        const auto ended = std::exchange(chooser, {});
-        const bool isChosen =
-            response == static_cast<int>(Gtk::ResponseType::ACCEPT) && ended->get_file();
-        if (isChosen) chosen(ended->get_file()->get_path());
-        answered();
-    });
-    chooser->show();
+    questions.askForFile(title, action,
+                         document.path.empty() ? std::filesystem::current_path(none)
+                                               : document.path.parent_path(),
+                         name, chosen);
 }
 
 void DocumentWindow::chooseFileToOpen() {
-    chooseFile("Open", Gtk::FileChooser::Action::OPEN, "",
+    askForFile("Open", Gtk::FileChooser::Action::OPEN, "",
                [this](const std::string &path) { application.openFile(path); });
 }
 
@@ -475,29 +482,47 @@ void DocumentWindow::save(const std::function<void()> &then) {
     if (isDone("saveDocument_to_binary_", {document.name, std::string(), false}) && then) then();
 }
 
+// What a file of that kind may be called, for a document that may be called after one of data.
+//   "U/V.txt" -> "U_V.pdf"        "run 1.5" -> "run 1.5.pdf"
+static Glib::ustring fileName(const Document &document, const char *end) {
+    std::string name = document.name;
+    std::replace(name.begin(), name.end(), '/', '_');
+    const std::size_t point = name.rfind('.');
+    const auto isLetter = [](char c) { return g_ascii_isalpha(c) != 0; };
+    if (point != std::string::npos && point > 0 &&
+        std::all_of(name.begin() + static_cast<std::ptrdiff_t>(point) + 1, name.end(), isLetter))
+        name.resize(point);
+    return name + end;
+}
+
 void DocumentWindow::saveAs(const std::function<void()> &then) {
     const std::string own = document.path.filename().string();
-    const Glib::ustring name = own.empty() ? document.name + ".plotwerk" : own;
-    chooseFile("Save", Gtk::FileChooser::Action::SAVE, name, [this, then](const std::string &path) {
+    const Glib::ustring name = own.empty() ? fileName(document, ".plotwerk") : Glib::ustring(own);
+    askForFile("Save", Gtk::FileChooser::Action::SAVE, name, [this, then](const std::string &path) {
         if (isDone("saveDocument_as_binary_", {document.name, path, false}) && then) then();
     });
 }
 
-// Saves a picture in the format of the path's extension; PDF if that isn't known.
+// Saves a picture in the format of the path's extension; null if there is none of that.
 static const char *messageFor(const std::filesystem::path &path) {
     const Glib::ustring end = Glib::ustring(path.extension().string()).lowercase();
+    if (end == ".pdf" || end == ".svg") return "savePicturePDF_as_";
     if (end == ".eps") return "savePictureEPS_as_";
     if (end == ".tiff" || end == ".tif" || end == ".png") return "savePictureTIFF_as_";
-    return "savePicturePDF_as_";
+    return nullptr;
 }
 
 void DocumentWindow::exportPicture() {
-    chooseFile("Export Picture", Gtk::FileChooser::Action::SAVE, document.name + ".pdf",
-               [this](const std::string &path) { send(messageFor(path), {path}); });
+    askForFile("Export Picture as PDF, SVG, EPS, TIFF or PNG", Gtk::FileChooser::Action::SAVE,
+               fileName(document, ".pdf"), [this](const std::string &path) {
+                   if (const char *member = messageFor(path)) return send(member, {path});
+                   tell("Not exported: the name of a picture ends in .pdf, .svg, .eps, .tiff or "
+                        ".png");
+               });
 }
 
 void DocumentWindow::saveScript() {
-    chooseFile("Save Journal as Script", Gtk::FileChooser::Action::SAVE, document.name + ".sh",
+    askForFile("Save Journal as Script", Gtk::FileChooser::Action::SAVE, fileName(document, ".sh"),
                [this](const std::string &path) {
                    try {
                        const std::string script = journalPane.script();
@@ -511,25 +536,9 @@ void DocumentWindow::saveScript() {
 void DocumentWindow::rename() {
     const auto curve = firstSelectedCurve(document);
     if (!curve) return;
-    auto *entry = Gtk::make_managed<Gtk::Entry>();
-    entry->set_text(columnOf(document, *curve).name);
-    entry->set_activates_default();
-    entry->set_margin(12);
-    entry->set_hexpand();
-    dialog = std::make_unique<Gtk::Dialog>("Rename Curves", *this, true);
-    dialog->set_default_size(360, -1);
-    dialog->set_hide_on_close();
-    dialog->get_content_area()->append(*entry);
-    dialog->add_button("_Cancel", Gtk::ResponseType::CANCEL);
-    dialog->add_button("_Rename", Gtk::ResponseType::OK);
-    dialog->set_default_response(Gtk::ResponseType::OK);
-    dialog->signal_response().connect([this, entry](int response) {
-        dialog->hide();
-        if (response == Gtk::ResponseType::OK)
-            send("changeNameOfSelectionOf_to_", {std::string(entry->get_text())});
-        answered();
-    });
-    dialog->show();
+    questions.askForText(
+        "Rename Curves", "_Rename", columnOf(document, *curve).name,
+        [this](const std::string &text) { send("changeNameOfSelectionOf_to_", {text}); });
 }
 
 static std::string freeSourceName(const Document &document, const std::string &name) {
@@ -577,77 +586,9 @@ void DocumentWindow::takeFile(const std::string &path) {
     }
 }
 
-bool DocumentWindow::isAsking() const {
-    return chooser || (dialog && dialog->get_visible());
-}
-
-void DocumentWindow::closeAfterAsking(const std::function<void()> &then) {
-    if (then || !isAsking()) whenClosed = then;
-    closeWhenFree();
-}
-
-// The user may be in the middle of another question.
-void DocumentWindow::closeWhenFree() {
-    if (retired) return;
-    if (application.isBusy()) {
-        application.cancelFitOf(document);
-        tell("Closes as soon as the work is done");
-        return application.whenFree([this] { closeWhenFree(); });
-    }
-    if (isAsking()) {
-        closesWhenAnswered = true;
-        present();
-        if (!chooser) dialog->present();
-        return;
-    }
-    if (!hasUnsavedChanges(document)) return close(std::exchange(whenClosed, {}));
-    askToSave();
-}
-
-void DocumentWindow::close(const std::function<void()> &then) {
-    if (application.closeDocument(document) && then) then();
-}
-
-void DocumentWindow::answered() {
-    if (!std::exchange(closesWhenAnswered, false)) return;
-    Glib::signal_idle().connect_once(sigc::track_obj([this] { closeWhenFree(); }, *this));
-}
-
-void DocumentWindow::askToSave() {
-    auto asking = std::make_unique<Gtk::MessageDialog>(
-        *this, Glib::ustring::sprintf("Save changes to “%s” before closing?", document.name), false,
-        Gtk::MessageType::QUESTION, Gtk::ButtonsType::NONE, true);
-    asking->set_title("Save Changes");
-    asking->set_hide_on_close();
-    asking->set_secondary_text("Changes that are not saved will be lost.");
-    constexpr int discard = 1;
-    auto *discarding = asking->add_button("_Discard", discard);
-    discarding->add_css_class("destructive-action");
-    asking->add_button("_Cancel", Gtk::ResponseType::CANCEL);
-    auto *saving = asking->add_button("_Save", Gtk::ResponseType::ACCEPT);
-    saving->add_css_class("suggested-action");
-    asking->set_default_response(Gtk::ResponseType::ACCEPT);
-    dialog = std::move(asking);
-    dialog->signal_response().connect([this](int response) {
-        dialog->hide();
-        closesWhenAnswered = false;
-        const auto then = std::exchange(whenClosed, {});
-        if (response != discard && response != Gtk::ResponseType::ACCEPT) return;
-        application.cancelFitOf(document);
-        application.whenFree([this, response, then] {
-            if (retired) return;
-            if (response == discard) return close(then);
-            save([this, then] { close(then); });
-        });
-    });
-    present();
-    dialog->show();
-}
-
 void DocumentWindow::retire() {
     retired = true;
-    if (dialog) dialog->hide();
-    chooser.reset();
+    questions.withdraw();
     hide();
 }
 

@@ -2,11 +2,13 @@
 #ifndef PLOTWERK_WINDOW_DOCUMENTWINDOW_H
 #define PLOTWERK_WINDOW_DOCUMENTWINDOW_H
 
+#include "plotwerk/window/closing.h"
 #include "plotwerk/window/curveList.h"
 #include "plotwerk/window/fitPane.h"
 #include "plotwerk/window/hiddenCurves.h"
 #include "plotwerk/window/journalPane.h"
 #include "plotwerk/window/plotArea.h"
+#include "plotwerk/window/questions.h"
 #include "plotwerk/window/versions.h"
 #include "plotwerk/window/viewHistory.h"
 
@@ -29,6 +31,10 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     // A message of that line was done to the document.
     void hear(const MessageLine &line);
 
+    // A message of that line has opened a file, and the document is in front now. Where the file
+    // holds data, the journal begins with it: nothing that is saved later changes those.
+    void hearOpened(const MessageLine &message);
+
     // To be called when the document may have changed.
     void refresh();
 
@@ -49,10 +55,11 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     // it open. Without any it is closed at once. A fit of it is cancelled, another one waited for,
     // and so is the answer to what the user is being asked already. When it has been closed `then`
     // is called.
-    void closeAfterAsking(const std::function<void()> &then = {});
+    void closeAfterAsking(const std::function<void()> &then = {}) { closing.begin(then); }
 
     // The document is about to go: the window disappears and does nothing from now on.
     void retire();
+    bool isRetired() const { return retired; }
 
   private:
     void addActions();
@@ -82,14 +89,9 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     void paste();
     void readText(const std::string &text, const std::string &source);
     void takeFile(const std::string &path);
-    void chooseFile(const Glib::ustring &title, Gtk::FileChooser::Action action,
+    void askForFile(const Glib::ustring &title, Gtk::FileChooser::Action action,
                     const Glib::ustring &name,
                     const std::function<void(const std::string &path)> &chosen);
-    bool isAsking() const;
-    void answered();
-    void closeWhenFree();
-    void close(const std::function<void()> &then);
-    void askToSave();
     void updateTitle();
     void updateActions();
 
@@ -98,6 +100,7 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     ViewHistory history;
     Versions versions;
     Versions::Change change = Versions::Change::none; // since the last version
+    std::uint64_t heardRevision = document.revision;  // after the last message
     std::string readOutText;
     bool isWithinStep = false; // several messages are one step
     HiddenCurves hiddenCurves;
@@ -120,11 +123,9 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     Glib::RefPtr<Gio::SimpleAction> back;
     Glib::RefPtr<Gio::SimpleAction> forward;
     Glib::RefPtr<Gio::SimpleAction> cancelFit;
-    Glib::RefPtr<Gtk::FileChooserNative> chooser;
-    std::unique_ptr<Gtk::Dialog> dialog;
+    Questions questions;
+    Closing closing;
     std::chrono::steady_clock::time_point toldAt;
-    bool closesWhenAnswered = false;
-    std::function<void()> whenClosed;
     bool retired = false;
 };
 

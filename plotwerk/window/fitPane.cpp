@@ -54,10 +54,12 @@ FitPane::FitPane(const Document &shown, FitWishes heard)
     scrolled->set_has_frame();
     append(*scrolled);
     const auto focus = Gtk::EventControllerFocus::create();
-    focus->signal_leave().connect([this] {
-        if (!filling) sendFormula();
-    });
+    focus->signal_leave().connect([this] { sendSoon([this] { sendFormula(); }); });
     formula.add_controller(focus);
+    signal_unmap().connect([this] {
+        sendFormula();
+        for (const auto &row : rows) sendParameter(*row);
+    });
 
     parametersHeading = heading("Parameters");
     append(*parametersHeading);
@@ -167,12 +169,17 @@ void FitPane::makeRows() {
         row->fixed.set_tooltip_text("Hold the parameter fixed");
         setAccessibleLabel(row->value, parameter.name);
         setAccessibleLabel(row->fixed, Glib::ustring::sprintf("Hold %s fixed", parameter.name));
-        const auto send = [this, name = parameter.name, sent = row.get()] {
-            if (!filling) sendParameter(name, *sent);
+        const auto send = [this, sent = row.get()] {
+            if (!filling) sendParameter(*sent);
         };
         row->value.signal_activate().connect(send);
         const auto focus = Gtk::EventControllerFocus::create();
-        focus->signal_leave().connect(send);
+        focus->signal_leave().connect([this, name = parameter.name] {
+            sendSoon([this, name] {
+                for (const auto &left : rows)
+                    if (left->name.get_text().raw() == name) return sendParameter(*left);
+            });
+        });
         row->value.add_controller(focus);
         row->fixed.signal_toggled().connect(send);
         grid.attach(row->name, 0, line);
@@ -197,6 +204,15 @@ void FitPane::fillRows() {
     }
 }
 
+// Parts that come and go while the focus goes from one to another would lead it astray.
+void FitPane::sendSoon(const std::function<void()> &send) {
+    if (filling) return;
+    const auto sendIfShown = [this, send] {
+        if (get_mapped()) send(); // else that was done, and the document may be gone
+    };
+    Glib::signal_idle().connect_once(sigc::track_obj(sendIfShown, *this), Glib::PRIORITY_HIGH);
+}
+
 void FitPane::sendFormula() {
     const std::string text = formula.get_buffer()->get_text();
     if (text == document.formula || !wishes.setFormula(text)) return;
@@ -204,7 +220,8 @@ void FitPane::sendFormula() {
 }
 
 // What is shown is shorter than the value may be: only another text is another value.
-void FitPane::sendParameter(const std::string &name, Row &row) {
+void FitPane::sendParameter(Row &row) {
+    const std::string name = row.name.get_text();
     for (const FitParameter &parameter : document.parameters) {
         if (parameter.name != name) continue;
         const std::string text = row.value.get_text();

@@ -46,8 +46,9 @@ class FitPane final : public Gtk::Box {
 
     void makeRows();
     void fillRows();
+    void sendSoon(const std::function<void()> &send);
     void sendFormula();
-    void sendParameter(const std::string &name, Row &row);
+    void sendParameter(Row &row);
     void fit();
 
     const Document &document;

@@ -1,6 +1,7 @@
 #include "plotwerk/window/journalPane.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace plotwerk {
 
@@ -65,7 +66,6 @@ char JournalPane::decimalSeparator() const {
 }
 
 void JournalPane::add(const MessageLine &line) {
-    takenBack.clear();
     if (line.decimalSeparator && *line.decimalSeparator != decimalSeparator()) {
         MessageLine both = line;
         both.text = *line.decimalSeparator == ',' ? "callPlw -x setDecimalSeparator -s 1\n"
@@ -83,15 +83,20 @@ void JournalPane::add(const MessageLine &line) {
     insert(line);
 }
 
-void JournalPane::showLines(std::size_t count) {
-    if (count < lines.size()) {
-        for (std::size_t i = lines.size(); i-- > count;) takenBack.push_back(lines[i]);
-        erase(count, lines.size() - count);
-    }
-    while (count > lines.size() && !takenBack.empty()) {
-        insert(takenBack.back());
-        takenBack.pop_back();
-    }
+void JournalPane::takeBackTo(std::size_t count) {
+    const std::size_t from = std::min(count, lines.size());
+    const auto first = lines.begin() + static_cast<std::ptrdiff_t>(from);
+    takenBack.push_back({from, {first, lines.end()}});
+    erase(from, lines.size() - from);
+}
+
+void JournalPane::putBack() {
+    if (takenBack.empty()) return;
+    const TakenBack again = std::move(takenBack.back());
+    takenBack.pop_back();
+    for (std::size_t i = lines.size(); i-- > again.from;)
+        if (lines[i].selects) erase(i, 1);
+    for (const MessageLine &line : again.lines) insert(line);
 }
 
 std::string JournalPane::script() const {

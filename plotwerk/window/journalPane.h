@@ -14,14 +14,20 @@ class JournalPane final : public Gtk::ScrolledWindow {
   public:
     JournalPane();
 
-    // Adds a line. Of lines that set the same, one after the other, the last one stays. Lines that
-    // were taken back are forgotten.
+    // Adds a line. Of lines that set the same, one after the other, the last one stays.
     void add(const MessageLine &line);
 
     std::size_t numberOfLines() const { return lines.size(); }
 
-    // Takes lines back, or puts back what was taken back, so that there are `count`.
-    void showLines(std::size_t count);
+    // Takes back the lines behind the first `count`, when what they did is undone.
+    void takeBackTo(std::size_t count);
+
+    // Adds the lines again that were taken back last, when that is redone. What was only selected
+    // meanwhile isn't selected any more, and has no line.
+    void putBack();
+
+    // Nothing is redone any more.
+    void forgetTakenBack() { takenBack.clear(); }
 
     // The lines as a script for a shell.
     std::string script() const;
@@ -34,7 +40,11 @@ class JournalPane final : public Gtk::ScrolledWindow {
     void showAll();
 
     std::vector<MessageLine> lines;
-    std::vector<MessageLine> takenBack; // the next one last
+    struct TakenBack {
+        std::size_t from; // where they stood
+        std::vector<MessageLine> lines;
+    };
+    std::vector<TakenBack> takenBack;
     Gtk::TextView view;
     Glib::RefPtr<Gtk::TextMark> endMark; // to which a view scrolls once the lines have their height
 };

@@ -35,7 +35,10 @@ struct Row {
 
 } // namespace
 
+static constexpr const char *openingMember = "openFile_file_doRangeOverAll_";
+
 static constexpr Row rows[] = {
+    {openingMember, "open", "d f r"},
     {"printDoc_", "print", "d"},
     {"saveDocument_to_binary_", "saveDocument -k yes", "d f b"},
     {"saveDocument_as_binary_", "saveDocument", "d f b"},
@@ -110,7 +113,6 @@ static constexpr std::string_view withoutLine[] = {
     "actify_",
     "closeDocument_askForSave_",
     "newDocumentWithName_",
-    "openFile_file_doRangeOverAll_",
     "newCompositionView_",
     "addPDFtoCompositionView_inRect_angle_sheer_",
     "savePDFofCompositionView_openWith_",
@@ -324,6 +326,7 @@ std::optional<MessageLine> messageLine(const RecordedMessage &message) {
     MessageLine line;
     line.document = std::get<std::string>(message.arguments[documentArgument]);
     line.text = *text;
+    line.opens = message.member == openingMember;
     if (row->effect == Effect::setsRange && setsAll(message)) line.setting = message.member;
     line.keepsData = row->effect != Effect::anything;
     line.selects = message.member.starts_with("selectCurvesOf_");

@@ -20,13 +20,14 @@ struct MessageLine {
     // That the line needs to be in force; nothing where it makes no difference.
     std::optional<char> decimalSeparator{};
 
+    bool opens = false;     // a file; the document is in front then, whatever its name
     bool selects = false;   // curves, and nothing else
     bool keepsData = false; // all values of all columns stay
 };
 
 // Without the document's name: the line is for the document in front. What no command of callPlw
 // can say is sent by busctl; data too long for a line are read in by several. Nothing for one that
-// only asks or opens.
+// only asks or closes.
 std::optional<MessageLine> messageLine(const RecordedMessage &message);
 
 } // namespace plotwerk

@@ -73,13 +73,13 @@ void Versions::keep(Document &document, Change change, std::size_t lines) {
     Kept &last = versions[present];
     const bool sameStep = change == Change::ofView ||
                           (change == Change::ofSetting && last.change == Change::ofSetting);
+    if (change != Change::ofView) versions.resize(present + 1);
     if (sameStep) {
         kept.change = last.change;
         last = std::move(kept);
         revision = document.revision;
         return;
     }
-    versions.resize(present + 1);
     versions.push_back(std::move(kept));
     revision = document.revision;
     if (versions.size() > mostVersions) versions.erase(versions.begin());

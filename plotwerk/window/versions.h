@@ -25,7 +25,8 @@ class Versions {
     enum class Change { none, ofView, ofSetting, ofLook, ofData };
 
     // The document is a new version now, with that number of lines in its journal. What could be
-    // redone is forgotten. Nothing happens when its revision is that of the version.
+    // redone is forgotten, but not after a change of the view. Nothing happens when its revision is
+    // that of the version.
     void keep(Document &document, Change change, std::size_t lines);
 
     bool canUndo() const { return present > 0; }
@@ -49,6 +50,9 @@ class Versions {
         revision = document.revision;
         savedRevision = document.savedRevision;
     }
+
+    // The present version has that number of lines in its journal.
+    void setLines(std::size_t lines) { versions[present].version.lines = lines; }
 
   private:
     using Values = std::shared_ptr<const std::vector<double>>;

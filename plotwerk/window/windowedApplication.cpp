@@ -5,6 +5,7 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/change.h"
 #include "plotwerk/window/clipboard.h"
+#include "plotwerk/window/guarded.h"
 #include "plotwerk/window/menus.h"
 #include "plotwerk/window/scopedValue.h"
 
@@ -28,15 +29,6 @@ WindowedApplication::WindowedApplication(bool keepJournals)
       keepsJournals(keepJournals) {
 }
 
-// An exception from an event's handler, such as lack of memory, ends only that event.
-static void logException() {
-    try {
-        throw;
-    } catch (const std::exception &exception) {
-        log(LogLevel::error, reasonOf(exception));
-    }
-}
-
 // The theme's red alone is hard to read on dark desktops.
 static void makeErrorsReadable() {
     const auto style = Gtk::CssProvider::create();
@@ -48,11 +40,11 @@ static void makeErrorsReadable() {
 void WindowedApplication::on_startup() {
     Gtk::Application::on_startup();
     makeErrorsReadable();
-    Glib::add_exception_handler(sigc::ptr_fun(logException));
+    Glib::add_exception_handler([this] { tellException(); });
     Glib::set_application_name("Plotwerk");
     Gtk::Window::set_default_icon_name("org.plotwerk.Plotwerk");
     const auto end = +[](gpointer application) -> gboolean {
-        static_cast<WindowedApplication *>(application)->endSoon();
+        guarded([&] { static_cast<WindowedApplication *>(application)->endSoon(); });
         return G_SOURCE_REMOVE;
     };
     g_unix_signal_add(SIGTERM, end, this);
@@ -64,6 +56,20 @@ void WindowedApplication::on_startup() {
     startServer();
 }
 
+// An exception from the handler of an event, such as lack of memory, ends only that event; one from
+// here would end the process.
+void WindowedApplication::tellException() noexcept {
+    try {
+        try {
+            throw;
+        } catch (const std::exception &exception) {
+            log(LogLevel::error, reasonOf(exception));
+            if (DocumentWindow *window = frontWindow()) window->tell(reasonOf(exception));
+        }
+    } catch (...) { // nor is there memory to tell of it
+    }
+}
+
 void WindowedApplication::startServer() {
     served.desktop = this;
     served.runFit = sigc::mem_fun(*this, &WindowedApplication::runFit);
@@ -72,7 +78,8 @@ void WindowedApplication::startServer() {
     } catch (const std::exception &exception) {
         return fail(exception.what());
     }
-    server->setListener([this](const RecordedMessage &message) { hear(message); });
+    server->setListener(
+        [this](const RecordedMessage &message) { guarded([&] { hear(message); }); });
     if (keepsJournals) served.keepJournals();
     bus.emplace(
         *server, [this] { refresh(); }, [this](const std::string &reason) { fail(reason); });
@@ -189,7 +196,8 @@ void WindowedApplication::refresh() {
 void WindowedApplication::hear(const RecordedMessage &message) {
     const auto line = messageLine(message);
     if (!line) return;
-    if (DocumentWindow *window = windowOf(line->document)) window->hear(*line);
+    if (DocumentWindow *window = line->opens ? frontWindow() : windowOf(line->document))
+        line->opens ? window->hearOpened(*line) : window->hear(*line);
 }
 
 DocumentWindow *WindowedApplication::frontWindow() {

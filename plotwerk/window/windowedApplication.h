@@ -85,6 +85,7 @@ class WindowedApplication final : public Gtk::Application, private Desktop {
 
     class Running;
 
+    void tellException() noexcept;
     void addActions();
     void startServer();
     void refresh();

@@ -69,6 +69,7 @@ class ServerTest : public testing::Test {
 
     std::string lastError() { return plotwerk->getVarOf_varName_("", "lastError"); }
 
+    std::string programPath;
     std::filesystem::path directory;
     std::filesystem::path stateDirectory; // $XDG_STATE_HOME/plotwerk
     PrivateBus bus;
@@ -78,7 +79,6 @@ class ServerTest : public testing::Test {
     std::unique_ptr<sdbus::IProxy> control; // the same object, for messages by name
 
   private:
-    const std::string programPath;
     const std::string programsPath; // $PATH, which a test may change
 };
 

@@ -63,17 +63,21 @@ void Screen::type(const std::string &key) {
     point({"key", key});
 }
 
+void Screen::write(const std::string &text) {
+    point({"type", text});
+}
+
 void Screen::move(Place to) {
     std::vector<std::string> words = motion({to.x - 3, to.y - 2});
     add(words, motion(to));
     point(words);
 }
 
-void Screen::click(Place at, const std::string &key) {
+void Screen::click(Place at, const std::string &key, int times) {
     move(at);
     std::vector<std::string> words;
     if (!key.empty()) add(words, {"keydown", key});
-    add(words, {"click", "1"});
+    add(words, {"click", "--repeat", std::to_string(times), "1"});
     if (!key.empty()) add(words, {"keyup", key});
     point(words);
 }

@@ -43,8 +43,9 @@ class Screen {
 
     // Words of xdotool. The mouse is moved in steps, as a hand does it.
     void type(const std::string &key);
+    void write(const std::string &text);
     void move(Place to);
-    void click(Place at, const std::string &key = "");
+    void click(Place at, const std::string &key = "", int times = 1);
     void drag(Place from, Place to, int button = 1, const std::string &key = "");
     void wheel(Place at, int clicks); // up where positive
 

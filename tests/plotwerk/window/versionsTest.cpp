@@ -88,6 +88,12 @@ TEST(Versions, HaveOneStepForSettingsInARowAndNoneForTheSelection) {
     edited.keep(Versions::Change::ofData); // of the same revision
     edited.undo();
     EXPECT_EQ(edited.document.axes[xAxis].range.max, 7);
+    change(edited.document, [](Document &document) { document.markWalk = 2; });
+    edited.keep(Versions::Change::ofView);
+    EXPECT_TRUE(edited.versions.canRedo());
+    edited.setX(8);
+    edited.keep(Versions::Change::ofSetting);
+    EXPECT_FALSE(edited.versions.canRedo()) << "it would take another way than the user";
     edited.undo();
     EXPECT_EQ(bytesOf(edited.document), first);
     EXPECT_FALSE(edited.versions.canUndo());

@@ -1,0 +1,174 @@
+// Windows and the documents that they show.
+#include "tests/plotwerk/window/windowTest.h"
+
+#include <algorithm>
+#include <cmath>
+#include <csignal>
+#include <sys/resource.h>
+
+TEST_F(WindowTest, ShowsAWindowForEachDocumentWithAMarkForUnsavedChanges) {
+    const std::string path = file("small.txt", "1 2\n3 4\n");
+    start({"--no-journal", path});
+    const auto hasTitles = [&](std::vector<std::string> want) {
+        waitUntil(testing::PrintToString(want), [&] {
+            auto is = screen.titles();
+            std::sort(is.begin(), is.end());
+            return is == want;
+        });
+    };
+    hasTitles({"small.txt"});
+    plotwerk->newDocumentWithName_("new");
+    hasTitles({"new", "small.txt"});
+    plotwerk->setXRangeOf_xmin_xmax_("new", 1, 2);
+    hasTitles({"small.txt", "• new"});
+    plotwerk->saveDocument_as_binary_("new", pathOf("new.plotwerk"), false);
+    hasTitles({"new", "small.txt"});
+    EXPECT_EQ(runProgram({PLOTWERK, file("third.txt", "1 1\n")}).status, 0)
+        << "handed to the one that runs";
+    hasTitles({"new", "small.txt", "third.txt"});
+    plotwerk->closeDocument_askForSave_("new", false);
+    hasTitles({"small.txt", "third.txt"});
+    EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "third.txt");
+    stop();
+}
+
+TEST_F(WindowTest, AnUntouchedDocumentMakesRoomForTheFileThatTheUserOpens) {
+    const std::string path = file("small.txt", "1 2\n3 4\n");
+    const auto handOver = [&](const std::string &to) { runProgram({PLOTWERK, to}); };
+    const auto hasTitle = [&](const std::string &want) {
+        waitUntil(want, [&] { return screen.titles() == std::vector{want}; });
+    };
+    start({"--no-journal"});
+    hasTitle(name);
+    const std::string same = pathOf("saved under the same name");
+    plotwerk->saveDocument_to_binary_(name, same, false);
+    handOver(same);
+    waitUntil("a document with a path", [&] {
+        plotwerk->saveDocument_to_binary_(name, "", false);
+        return plotwerk->didSaveSucceed_(name);
+    });
+    hasTitle(name);
+    plotwerk->closeDocument_askForSave_(name, false);
+    handOver(file("no data.txt", "nothing but words\n"));
+    hasTitle(name);
+    handOver(path);
+    hasTitle("small.txt");
+    plotwerk->closeDocument_askForSave_("small.txt", false);
+    hasTitle(name);
+    plotwerk->openFile_file_doRangeOverAll_("", path, false);
+    waitUntil("both", [&] { return screen.titles().size() == 2; });
+    handOver(file("other.txt", "1 2\n"));
+    waitUntil("all", [&] { return screen.titles().size() == 3; });
+    stop();
+}
+
+TEST_F(WindowTest, ShowsWhatMessagesChangeAndNothingElse) {
+    startWithLine();
+    screen.frame();
+    const Shot line = screen.stillShot();
+    plotwerk->getXRangeOf_xmin_xmax_(name);
+    EXPECT_EQ(screen.stillShot(), line);
+    plotwerk->setYRangeOf_ymin_ymax_(name, 0, 200);
+    waitUntil("another picture", [&] { return screen.shot() != line; });
+    plotwerk->setYRangeOf_ymin_ymax_(name, 0, 100);
+    waitUntil("the first picture", [&] { return screen.shot() == line; });
+}
+
+TEST_F(WindowTest, UndoesWhatMessagesDidToTheSameBytes) {
+    startWithLine();
+    screen.frame();
+    const std::string first = contentsOf(name);
+    plotwerk->deleteAllCurvesOf_(name);
+    screen.stillShot();
+    const std::string last = contentsOf(name);
+    screen.type("ctrl+z");
+    waitUntil("the curves", [&] { return contentsOf(name) == first; });
+    screen.type("ctrl+shift+z");
+    waitUntil("no curves", [&] { return contentsOf(name) == last; });
+    stop();
+}
+
+TEST_F(WindowTest, OutlivesTheBus) {
+    startWithLine();
+    plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
+    screen.frame();
+    const std::string before = bytesOf(pathOf("line.plotwerk"));
+    bus.stop();
+    waitForWindows(2);
+    screen.type("Escape");
+    waitUntil("the document", [&] { return screen.titles() == std::vector{"• " + name}; });
+    screen.type("ctrl+s");
+    waitUntil("a saved document", [&] { return screen.titles() == std::vector{name}; });
+    EXPECT_NE(bytesOf(pathOf("line.plotwerk")), before);
+    screen.type("ctrl+w");
+    EXPECT_EQ(program->finish().status, 1) << "it could not answer messages to its end";
+}
+
+// Its fits are done again, and the windows live meanwhile.
+TEST_F(WindowTest, OffersWhatAKilledOneHadNotSaved) {
+    start();
+    std::string data = "x y\n";
+    for (int i = 0; i < 50'000; ++i) {
+        const double x = 2e-3 * i;
+        const double y = std::exp(-x / 50) * std::cos(x) + 0.01 * (i % 7);
+        data += std::to_string(x) + ' ' + std::to_string(y) + '\n';
+    }
+    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(data, name, "Data",
+                                                                              true, false);
+    std::string formula = "a*exp(-b*x)*cos(c*x) + d";
+    for (int i = 0; i < 5; ++i) formula += " + 1e-12*sin(a*x + " + std::to_string(i) + ')';
+    plotwerk->setFormulaOf_formulaText_(name, formula);
+    for (int i = 0; i < 3; ++i) {
+        plotwerk->readFormulaParameterOf_parameterList_(name, "a=2, b=0.021, c=1.0001, d=0.1");
+        EXPECT_EQ(std::get<0>(plotwerk->startFitOf_iterations_lambda_chiq_(name)), 0);
+    }
+    const std::string made = contentsOf(name);
+    program->sendSignal(SIGKILL);
+    program->finish();
+    start();
+    waitForWindows(2);
+    screen.type("Return");
+    Shot last = screen.shot();
+    int changes = 0;
+    waitUntil("the document in the place of the untouched one", [&] {
+        screen.move({300 + 40 * (changes % 5), 300});
+        Shot next = screen.shot();
+        if (std::exchange(last, std::move(next)) != last) ++changes;
+        return screen.titles() == std::vector{"• " + name};
+    });
+    EXPECT_GE(changes, 1) << "the read-out followed the mouse";
+    EXPECT_TRUE(contentsOf(name) == made);
+    stop();
+}
+
+// Not with a sanitizer, whose memory can't be limited.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
+TEST_F(WindowTest, GoesOnAfterAnExceptionInAHandler) {
+    startWithLine();
+    std::string data = "x y\n";
+    for (int i = 0; i < 5'000'000; ++i) data += "1 2\n";
+    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(data, name, "Many",
+                                                                              false, false);
+    screen.frame();
+    const auto hasCurves = [&] {
+        return plotwerk->indexOfCurveNameOf_source_table_column_(name, "Many", 1, "y") >= 0;
+    };
+    plotwerk->deleteAllCurvesOf_(name);
+    const Shot before = screen.stillShot();
+
+    // Less than a column takes, beside the reserve that is kept for messages.
+    const rlim_t has = std::stoul(program->procStatus("VmSize")) * 1024;
+    const auto limitTo = [&](rlim_t most) {
+        const rlimit limit{most, RLIM_INFINITY};
+        ASSERT_EQ(prlimit(program->pid(), RLIMIT_AS, &limit, nullptr), 0);
+    };
+    limitTo(has - (rlim_t{320 - 8} << 20));
+    screen.type("ctrl+z");
+    waitUntil("the reason", [&] { return screen.shot() != before; });
+    limitTo(RLIM_INFINITY);
+    EXPECT_FALSE(hasCurves());
+    screen.type("ctrl+z");
+    waitUntil("the curves", hasCurves);
+    EXPECT_TRUE(holds(stop().err, "plotwerk: error: not enough memory\n"));
+}
+#endif

@@ -1,0 +1,57 @@
+// windowTest.h - plotwerk run on a screen that nobody sees, by mouse, keys and messages.
+#ifndef TESTS_PLOTWERK_WINDOW_WINDOWTEST_H
+#define TESTS_PLOTWERK_WINDOW_WINDOWTEST_H
+
+#include "tests/plotwerk/server/serverTest.h"
+#include "tests/plotwerk/window/screen.h"
+
+#include <array>
+#include <memory>
+#include <string>
+#include <vector>
+
+class WindowTest : public ServerTest {
+  protected:
+    WindowTest();
+    ~WindowTest() override; // back in the folder where the test began
+
+    // A straight line from (0, 0) to (10, 100), in a document "Untitled" of that range.
+    void startWithLine();
+
+    // Shows the document in a window whose first picture is the document as it is now.
+    void reopen();
+
+    // That file in the place of the document.
+    void openInstead(const std::string &path);
+
+    // Of x and y.
+    std::array<double, 4> ranges();
+
+    // Waits until the ranges are these, within what a pixel is worth.
+    void waitForRanges(const std::array<double, 4> &want, double tolerance);
+
+    // With data and a formula that a fit works on for long, all saved, and the fit pane shown.
+    void startWithSlowFit();
+
+    // The corners of what is shown otherwise than before a fit, beside the plot.
+    std::array<Place, 2> traceOfFit() const;
+
+    Place waitForCancelButton() const;
+
+    void waitForWindows(std::size_t count);
+
+    // The actions of the application, or of its window of that number.
+    std::vector<std::string> actions(int window) const;
+    void activate(int window, const std::string &action) const;
+
+    const std::string name = "Untitled";
+    Screen screen;
+    Shot idle; // what was shown before a fit
+
+  private:
+    std::unique_ptr<sdbus::IProxy> actionsOf(int window) const;
+
+    const std::filesystem::path folder = std::filesystem::current_path();
+};
+
+#endif
