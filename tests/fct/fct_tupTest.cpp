@@ -42,6 +42,9 @@ TEST(AppendFctTup, WidensWithZerosAndNeverShortens) {
 }
 
 TEST(SetFctTupByIndex, MakesMissingRowsAndMembers) {
+    const TablePtr full = newFct_tup(1, 64);
+    setFct_tupByIndex(full, 1, 63, 1);
+    EXPECT_EQ(member(full, 63), (Values{0, 1}));
     const TablePtr T = newFct_tup(1, 2);
     setFct_tupByIndex(T, 5, 0, 1);
     setFct_tupByIndex(T, 2, 2, 7); // the first row and the first member that are missing

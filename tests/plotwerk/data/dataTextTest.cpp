@@ -67,6 +67,8 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"missing name", "x,,b\n1 2 3\n", "x=1 Y1=2 b=3"},
         {"equals sign", "x y=2x\n1 2\n", "x=1 y=2x=2"},
         {"later line wins", "title of it\nx a\n\n1 2\n", "x=1 a=2"},
+        {"a comment that is like a row", "x;y\n# 1;5\n1;2\n", "x=1 y=2"},
+        {"separators of no column", "a, b; c; d\n1;2\n3;4\n", "a, b=1,3 c=2,4"},
         {"names of one table only", "x a\n1 2\n\n3 4\n", "x=1 a=2; X=3 Y1=4"},
         {"a quote behind a number", "1\t2 \"s\"\n3\t4\n", "X=1,3 Y1=2,4"},
         {"words after a row", "1 2\n3 4 V \"m s\"\n5V 6\n", "X=1,3,nan Y1=2,4,6"},

@@ -100,7 +100,7 @@ TEST(DenseImage, HasThePixelsOfWhatItStandsFor) {
         });
     };
     const auto expectSame = [&](const char *what, const DenseImage &image,
-                                const std::function<void(cairo_t *)> &draw) {
+                                const std::function<void(cairo_t *)> &draw, bool exactly = false) {
         const Coverage got = seen([&](cairo_t *cr) { image.paintOn(cr); });
         const Coverage want = seen(draw);
         int painted = 0;
@@ -111,7 +111,7 @@ TEST(DenseImage, HasThePixelsOfWhatItStandsFor) {
                 different += got.at(x, y) != want.at(x, y);
             }
         EXPECT_GT(painted, 15) << what;
-        EXPECT_LE(different, 4 + painted / 200) << what << " of " << painted;
+        EXPECT_LE(different, exactly ? 0 : 4 + painted / 200) << what << " of " << painted;
     };
     const struct {
         const char *what;
@@ -161,15 +161,18 @@ TEST(DenseImage, HasThePixelsOfWhatItStandsFor) {
     for (const auto &stamped : {points, many}) {
         DenseImage stamps(box, 72 * scale);
         stamps.stamp(stamped, 20, shape);
-        expectSame("stamps", stamps, [&](cairo_t *cr) {
-            for (const Point &p : points) {
-                cairo_save(cr);
-                cairo_translate(cr, (std::floor(p.x * scale) + 0.5) / scale,
-                                (std::floor(p.y * scale) + 0.5) / scale);
-                shape(cr);
-                cairo_restore(cr);
-            }
-        });
+        expectSame(
+            "stamps", stamps,
+            [&](cairo_t *cr) {
+                for (const Point &p : points) {
+                    cairo_save(cr);
+                    cairo_translate(cr, (std::floor(p.x * scale) + 0.5) / scale,
+                                    (std::floor(p.y * scale) + 0.5) / scale);
+                    shape(cr);
+                    cairo_restore(cr);
+                }
+            },
+            true);
     }
 }
 
@@ -263,6 +266,37 @@ TEST(Curves, HaveSymbolsOfEverySizeButNone) {
         for (const Drawn &each : drawn)
             EXPECT_NEAR(each.path.back().x - each.path.front().x, 1.2 * size, 0.01);
     }
+}
+
+TEST(Curves, DropLinesToTheXAxisOrZeroOrTheNearestEdge) {
+    const struct {
+        Range range; // of the y axis, 100 points long
+        bool logarithmic;
+        double xAxisPos, value, want; // in points from the lower end of the scale
+    } cases[] = {{{-1, 3}, false, unset, 2, 25},    {{1, 5}, false, unset, 2, 0},
+                 {{-5, -1}, false, unset, -2, 100}, {{-1, 3}, false, 1, 2, 50},
+                 {{1, 100}, true, unset, 20, 0},    {{1, 100}, true, 10, 20, 50}};
+    for (const auto &c : cases)
+        for (const bool reversed : {false, true}) {
+            Document document = documentWith({5}, {c.value});
+            document.frame.yAxisLength = 100 / pointsPerCm;
+            document.frame.xAxisPos = c.xAxisPos;
+            Axis &axis = document.axes[yAxis];
+            axis.range = c.range;
+            axis.logarithmic = c.logarithmic;
+            axis.reversed = reversed;
+            onlyCurve(document).look.line = false;
+            onlyCurve(document).look.marker = true;
+            const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+            const ScaledFrame frame = scaledFrameOf(document, curves);
+            const auto drawn =
+                drawnBy([&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0); });
+            ASSERT_EQ(drawn.size(), 1U);
+            const double base = reversed ? c.want : 100 - c.want;
+            const double point = frame.height - frame.scales[yAxis].position(c.value);
+            EXPECT_NEAR(drawn[0].path.front().y + drawn[0].path.back().y, point + base, 0.1)
+                << c.range.min << c.logarithmic << reversed;
+        }
 }
 
 TEST(CoveredCurves, CountPointsAndTheLengthOfLines) {
