@@ -140,8 +140,11 @@ TEST_F(ApplicationTest, BringsBackTheDocumentsThatWereInFrontLastFirstAndInTheir
 
 // While one is brought back, the limit holds for it and the open ones together.
 TEST_F(ApplicationTest, NamesTheTenYoungestThatAreLeftAndCountsTheOthers) {
+    leave("old", 0, {});
+    fs::last_write_time(journals / "old.journal",
+                        fs::file_time_type::clock::now() - std::chrono::hours(31 * 24));
     Application application;
-    application.keepJournals();
+    application.keepJournals(); // but those of a month ago
     for (std::size_t count = 1; count <= 12; ++count) {
         leave("d" + std::to_string(count), static_cast<std::int64_t>(count), {});
         const std::vector<std::string> told = application.leftDocuments();

@@ -69,6 +69,7 @@ TEST(Increments, AreUsedWhereTheirTicksCanBeToldApart) {
                  {{0, 100}, 4000, 0.1, true}, // a thousand ticks
                  {{0, 100}, 4000, 0.099, false},
                  {{0, 100}, 100, 1e5, true}, // hardly one
+                 {{-50, 50}, 100, 1e5, true},
                  {{0, 100}, 100, 1.01e5, false},
                  {{9e15, 9e15 + 100}, 100, 10, true}, // whose multiples are whole
                  {{9e15, 9e15 + 100}, 100, 8, false},

@@ -44,11 +44,19 @@ TEST(RecordedMessage, ThatIsDamagedChangesNothingForLaterOnes) {
     Application application;
     application.add({.name = "doc"});
     ControlObject object(application);
-    EXPECT_THROW(object.repeat(encodedMessage('.', "none", std::tuple<>()).whole()), Refusal);
-    object.perform({'.',
-                    "selectCurvesOf_sourceName_table_column_appendSelection_",
-                    {std::string("doc"), std::string("none"), -1, std::string(), false}});
-    EXPECT_TRUE(hasSelectedNone(application.lastError)) << application.lastError;
+    const std::string name = "doc";
+    for (const bool damaged : {true, false}) {
+        if (damaged)
+            EXPECT_THROW(object.repeat(encodedMessage('.', "none", std::tuple<>()).whole()),
+                         Refusal);
+        else
+            object.repeat(encodedMessage('.', "setXTitleOf_to_", std::tie(name, name)).whole());
+        object.perform({'.',
+                        "selectCurvesOf_sourceName_table_column_appendSelection_",
+                        {name, std::string("none"), -1, std::string(), false}});
+        EXPECT_TRUE(hasSelectedNone(application.lastError)) << application.lastError;
+        application.lastError.clear();
+    }
 
     const auto title = [&](std::vector<Argument> arguments) {
         object.perform({'.', "setXTitleOf_to_", std::move(arguments)});
@@ -56,7 +64,7 @@ TEST(RecordedMessage, ThatIsDamagedChangesNothingForLaterOnes) {
     const Argument doc = std::string("doc"), text = std::string("text");
     for (const auto &wrong : {std::vector{doc}, {doc, text, text}, {doc, Argument(1.5)}, {}})
         EXPECT_THROW(title(wrong), Refusal) << wrong.size();
-    EXPECT_EQ(application.document("doc").axes[xAxis].title, "");
+    EXPECT_EQ(application.document("doc").axes[xAxis].title, "doc");
     title({doc, text});
     EXPECT_EQ(application.document("doc").axes[xAxis].title, "text");
 }
