@@ -42,6 +42,13 @@ TEST(AppendFctTup, WidensWithZerosAndNeverShortens) {
 }
 
 TEST(SetFctTupByIndex, MakesMissingRowsAndMembers) {
+    const TablePtr full = newFct_tup(1, 64); // as wide as rows can be given
+    [&]<int... c>(std::integer_sequence<int, c...>) {
+        appendFct_tup2(full, 64, double(c)...);
+    }
+    (std::make_integer_sequence<int, 64>());
+    setFct_tupByIndex(full, 1, 63, 1);
+    for (int c = 0; c < 64; ++c) EXPECT_EQ(member(full, c), (Values{double(c), double(c == 63)}));
     const TablePtr T = newFct_tup(1, 2);
     setFct_tupByIndex(T, 5, 0, 1);
     setFct_tupByIndex(T, 2, 2, 7); // the first row and the first member that are missing

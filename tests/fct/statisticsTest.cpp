@@ -39,7 +39,8 @@ TEST(MiniStatitic, SkipsNaNAfterTheFirst) {
     const std::tuple<Values, int, double, double> cases[] = {
         {{1, 2, 2, 3}, 1, 1, 3},    {{3, 1, 1, 1}, 0, 1, 3},    {{1, NaN, 0.5}, 1, 0.5, 1},
         {{NaN, 2, 1}, 0, NaN, NaN}, {Values(), 1, most, -most}, {{inf}, 1, most, inf},
-        {{-inf}, 1, -inf, -most},   {{2, 1, 3}, 0, 1, 3}};
+        {{-inf}, 1, -inf, -most},   {{2, 1, 3}, 0, 1, 3},       {{-0.0, 0.0}, 1, -0.0, -0.0},
+        {{0.0, -0.0}, 1, 0.0, 0.0}};
     char increasing = 7;
     double min = 0, max = 0;
     for (const auto &[v, ascends, least, greatest] : cases) {

@@ -139,6 +139,24 @@ TEST_F(ApplicationTest, BringsBackTheDocumentsThatWereInFrontLastFirstAndInTheir
 }
 
 // While one is brought back, the limit holds for it and the open ones together.
+TEST_F(ApplicationTest, NamesTheTenYoungestThatAreLeftAndCountsTheOthers) {
+    leave("old", 0, {});
+    fs::last_write_time(journals / "old.journal",
+                        fs::file_time_type::clock::now() - std::chrono::hours(31 * 24));
+    Application application;
+    application.keepJournals(); // but those of a month ago
+    for (std::size_t count = 1; count <= 12; ++count) {
+        leave("d" + std::to_string(count), static_cast<std::int64_t>(count), {});
+        const std::vector<std::string> told = application.leftDocuments();
+        EXPECT_EQ(told.size(), std::min<std::size_t>(count, 11));
+        const std::string first = count <= 10   ? "\"d1\" as it was on "
+                                  : count == 11 ? "one older document"
+                                                : "2 older documents";
+        EXPECT_TRUE(told.front().starts_with(first)) << told.front();
+        EXPECT_TRUE(told.back().starts_with("\"d" + std::to_string(count) + "\" as it was on "));
+    }
+}
+
 TEST_F(ApplicationTest, CountsTheOpenDocumentsWhileOneIsBroughtBack) {
     leave("other", 1, {"message"});
     Application application;

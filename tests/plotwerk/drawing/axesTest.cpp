@@ -284,6 +284,25 @@ TEST(Axes, HaveNoNumbersOnTheLinesOfOthers) {
     }
 }
 
+TEST(Axes, HaveNumbersOnlyMoreThanAPointFromTheEndsOfOtherLines) {
+    for (const AxisCode code : {xAxis, yAxis})
+        for (const bool inside : {false, true})
+            for (double away = -2.05; away < 3; away += 0.25) {
+                Document document = plain();
+                for (Axis &axis : document.axes) {
+                    axis.numbersInside = inside;
+                    axis.insideTicks = false;
+                    axis.increment = 2;
+                }
+                document.frame.xAxisPos = document.frame.yAxisPos = 2;
+                const double at = code == xAxis ? (6.5 - away) / 25 : (5 - away) / 20;
+                (code == xAxis ? document.frame.xAxisPos : document.frame.yAxisPos) =
+                    inside ? (code == xAxis ? 4 : 10) - at : at;
+                const std::vector<double> values = numbersOf(document, code);
+                EXPECT_EQ(std::ranges::count(values, 2), away > 1) << code << inside << away;
+            }
+}
+
 TEST(Axes, ReachAsFarAsTheirTicks) {
     Document document = plain();
     for (Axis &axis : document.axes) axis.noNumbers = axis.outsideTicks = true;

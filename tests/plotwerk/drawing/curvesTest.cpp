@@ -265,6 +265,37 @@ TEST(Curves, HaveSymbolsOfEverySizeButNone) {
     }
 }
 
+TEST(Curves, DropLinesToTheXAxisOrZeroOrTheNearestEdge) {
+    const struct {
+        Range range; // of the y axis, 100 points long
+        bool logarithmic;
+        double xAxisPos, value, want; // in points from the lower end of the scale
+    } cases[] = {{{-1, 3}, false, unset, 2, 25},    {{1, 5}, false, unset, 2, 0},
+                 {{-5, -1}, false, unset, -2, 100}, {{-1, 3}, false, 1, 2, 50},
+                 {{1, 100}, true, unset, 20, 0},    {{1, 100}, true, 10, 20, 50}};
+    for (const auto &c : cases)
+        for (const bool reversed : {false, true}) {
+            Document document = documentWith({5}, {c.value});
+            document.frame.yAxisLength = 100 / pointsPerCm;
+            document.frame.xAxisPos = c.xAxisPos;
+            Axis &axis = document.axes[yAxis];
+            axis.range = c.range;
+            axis.logarithmic = c.logarithmic;
+            axis.reversed = reversed;
+            onlyCurve(document).look.line = false;
+            onlyCurve(document).look.marker = true;
+            const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+            const ScaledFrame frame = scaledFrameOf(document, curves);
+            const auto drawn =
+                drawnBy([&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0); });
+            ASSERT_EQ(drawn.size(), 1U);
+            const double base = reversed ? c.want : 100 - c.want;
+            const double point = frame.height - frame.scales[yAxis].position(c.value);
+            EXPECT_NEAR(drawn[0].path.front().y + drawn[0].path.back().y, point + base, 0.1)
+                << c.range.min << c.logarithmic << reversed;
+        }
+}
+
 TEST(CoveredCurves, CountPointsAndTheLengthOfLines) {
     for (const int points : {13, 60001}) {
         std::vector<double> x;

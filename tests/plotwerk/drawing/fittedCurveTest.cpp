@@ -48,10 +48,13 @@ TEST(FittedCurve, WidensAutomaticLimitsByItsBandAtTheData) {
                  {"data in the first half", 600, 1e-2, {}, 20003},
                  {"hardly determined", 10000, 1e4, {}, 20003 + 9999},
                  {"limits that are set", 10000, 1e-2, {0, 15000}, 15000}};
-    for (const auto &c : cases) {
-        Document document = fitted("a*x+b", [](double x) { return 2 * x + 3; });
+    for (int i = 0; i < 8; ++i) {
+        const auto &c = cases[i % 4];
+        const bool falling = i >= 4; // the same, upside down
+        Document document = falling ? fitted("-a*x-b", [](double x) { return -2 * x - 3; })
+                                    : fitted("a*x+b", [](double x) { return 2 * x + 3; });
         document.sources[0].tables[0].y[0].look.filled = true;
-        document.axes[yAxis].range = c.limits;
+        document.axes[yAxis].range = falling ? Range{-c.limits.max, -c.limits.min} : c.limits;
         for (double &each : document.fit.covariance.values) each *= c.scatter;
         Table residuals;
         residuals.x.values = {1, c.dataTo};
@@ -64,7 +67,8 @@ TEST(FittedCurve, WidensAutomaticLimitsByItsBandAtTheData) {
         const double bottom = scale.value(0);
         const double height = scale.value(scale.length) - bottom;
         const double room = std::isnan(c.limits.max) ? 0.04 / 1.08 * height : 0;
-        EXPECT_NEAR(bottom + height - room, c.top, 1) << c.what;
+        const double top = falling ? -(bottom + room) : bottom + height - room;
+        EXPECT_NEAR(top, c.top, 1) << c.what << falling;
     }
 }
 

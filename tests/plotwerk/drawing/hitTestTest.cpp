@@ -184,6 +184,7 @@ TEST(NearestPoint, IsMeasuredOnPaper) {
 
     Document equals = documentOf(table({0, 1}, {column("a", {0, 1}), column("b", {0, 1})}));
     lookOf(equals, 0).layer = 5;
+    const Document twice = documentWith({0, 5, 5, 9}, {0, 5, 5, 1});
     const Document line = curveAndPoint({0, 10}, {0, 0}, 5, 3);
     Document noLine = line;
     lookOf(noLine, 0).line = false;
@@ -219,6 +220,7 @@ TEST(NearestPoint, IsMeasuredOnPaper) {
         {"right axis", right, 0, 900, {1, 0}},
         {"right axis beside a reversed one", reversed, 0, 100, {1, 0}},
         {"the first of equals", equals, 1, 1, {0, 1}},
+        {"the first of rows at one place", twice, 5, 5, {0, 1}},
         {"nearer to the line", line, 4.9, 1, {0, 0}},
         {"nearer to the point", noLine, 5, 1, {1, 3}},
         {"beside the end of a very long line", far, 0.9, 2, {1, 3}},

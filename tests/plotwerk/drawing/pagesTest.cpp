@@ -593,6 +593,15 @@ TEST(Composition, KeepsPicturesAsTheyWereAndAsText) {
     const std::string text = outputOf("pdftotext $f -", pdf);
     EXPECT_TRUE(contains(text, "before") && contains(text, "after")) << text;
     EXPECT_EQ(pageSizeOf(pdf), (std::vector<double>{595, 842}));
+    const auto turned = [&](double angle, double shear) {
+        Composition alone(0, 0);
+        alone.add(document, {}, angle, shear);
+        return alone.pdf();
+    };
+    EXPECT_EQ(turned(370, 1e3), turned(10, 10)) << "the most that is sheared";
+    EXPECT_EQ(turned(-350, -1e3), turned(10, -10));
+    EXPECT_NE(turned(0, 9), turned(0, 9.5));
+    EXPECT_NE(turned(0, -9), turned(0, -9.5));
     Composition absurd(1e300, unset);
     absurd.add(document, {INFINITY, -1e300, 1e300, unset}, INFINITY, 1e300);
     EXPECT_EQ(pageSizeOf(absurd.pdf()).at(0), 14400) << "what PDF readers show";

@@ -163,6 +163,24 @@ TEST(PlacedTexts, AreAnchoredInProportionAndHaveAGroundOverData) {
     EXPECT_TRUE(laid({.text = "right across the sine, to both sides"}).overData);
     EXPECT_FALSE(laid({.text = "x", .x = 0.5, .y = 1.2}).overData);
     EXPECT_FALSE(laid({.text = "<legend> and more", .x = 1}).framed);
+
+    std::vector<LaidText> framed;
+    framed.push_back(laid({.text = "across the sine"}));
+    LaidText &text = framed[0];
+    text.framed = true;
+    text.padding = 4;
+    const double half[] = {text.text.ink().width() / 2 + 4, text.text.ink().height() / 2 + 4};
+    for (const double angle : {0.0, 90.0, -90.0, 180.0}) {
+        text.angle = angle;
+        const bool level = std::fmod(angle, 180) == 0;
+        for (const Drawn &each : drawnBy([&](cairo_t *cr) { drawTexts(cr, framed); }))
+            for (std::size_t i = 0; each.thickness > 0 && i < each.path.size(); ++i) {
+                if (isBreak(each.path[i])) continue;
+                const Point corner = each.path[i];
+                EXPECT_NEAR(std::abs(corner.x - text.middle.x), half[!level], 0.01) << angle;
+                EXPECT_NEAR(std::abs(corner.y - text.middle.y), half[level], 0.01) << angle;
+            }
+    }
 }
 
 TEST(PlacedTexts, KeepTheCurvesUnderThemFaint) {

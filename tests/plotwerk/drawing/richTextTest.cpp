@@ -45,7 +45,8 @@ TEST(RichText, ReadsRtf) {
         {R"({\rtf1\u-10179?\b\u-8704?a\u-10179?})", "\ufffd<b>\ufffda\ufffd"},
         {R"({\rtf1 {\uc0\u228}?})", "\u00e4<>?"}, // a group ends the characters to skip
         {R"({\rtf1 \'e4\'80\'81\'zz\'04})", "\u00e4\u20aczz"}, // neither unassigned nor control
-        {R"({\rtf1 a\par b\line c\tab d\~e\_f\{\}\\})", "a\nb\nc\td\u00a0e\u2011f{}\\"},
+        {"{\\rtf1 a\\par b\\line c\\tab d\\\t\\~e\\_f\\{\\}\\\\}",
+         "a\nb\nc\td\t\u00a0e\u2011f{}\\"},
         {"{\\rtf1 a\nb\r\nc\\\nd}", "abc\nd"}, // line ends are blank, an escaped one is a paragraph
         {R"({\rtf1{\fonttbl{\f0 Times;}}{\colortbl;\red1;}{\*\generator x;{y}}{\info{\title t}}z})",
          "z"},

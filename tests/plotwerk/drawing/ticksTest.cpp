@@ -58,6 +58,30 @@ TEST(Scale, ReplacesLimitsThatCannotBeDrawn) {
     }
 }
 
+TEST(Increments, AreUsedWhereTheirTicksCanBeToldApart) {
+    const struct {
+        Range range;
+        double length, increment;
+        bool want;
+    } cases[] = {{{0, 100}, 100, 2, true}, // two points between ticks
+                 {{0, 100}, 100, 1.99, false},
+                 {{-50, 50}, 100, 1.99, false},
+                 {{0, 100}, 4000, 0.1, true}, // a thousand ticks
+                 {{0, 100}, 4000, 0.099, false},
+                 {{0, 100}, 100, 1e5, true}, // hardly one
+                 {{-50, 50}, 100, 1e5, true},
+                 {{0, 100}, 100, 1.01e5, false},
+                 {{9e15, 9e15 + 100}, 100, 10, true}, // whose multiples are whole
+                 {{9e15, 9e15 + 100}, 100, 8, false},
+                 {{-9e15 - 100, -9e15}, 100, 8, false},
+                 {{0, 100}, 100, 0, false},
+                 {{0, 100}, 100, -2, false},
+                 {{0, 100}, 100, unset, false}};
+    for (const auto &c : cases)
+        EXPECT_EQ(isUsableIncrement(c.increment, scaleOf({}, c.range, c.length)), c.want)
+            << c.range.min << ' ' << c.length << ' ' << c.increment;
+}
+
 TEST(Scale, PlacesValues) {
     const struct {
         Range range;

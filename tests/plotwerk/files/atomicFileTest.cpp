@@ -33,11 +33,12 @@ class AtomicFile : public testing::Test {
     }
     ~AtomicFile() override { fs::remove_all(directory); }
 
-    // In several pieces, so that there is a time when a part of the text is on its way.
+    // In several pieces, so that there is a time when a part of the text is on its way; the last
+    // one is left in the stream.
     static void write(const fs::path &path, const std::string &text) {
         writeWholeFile(path, [&](std::ostream &stream) {
             for (std::size_t i = 0; i < text.size(); i += 1000)
-                stream << text.substr(i, 1000) << std::flush;
+                stream << std::flush << text.substr(i, 1000);
         });
     }
 

@@ -84,6 +84,10 @@ TEST(DocumentFile, MayBeWrittenByHand) {
     std::string text = saved(document, false);
     text.replace(text.find("\"xAxisLength\":12.0"), 18, "\"new\" : [ {} ],\n \"xAxisLength\" : 12");
     EXPECT_EQ(linesOf(documentOf("\xef\xbb\xbf\n" + text)), linesOf(document));
+
+    std::string cbor = saved(document, true); // with a text at its end
+    ++cbor[3];
+    EXPECT_EQ(linesOf(documentOf(cbor + "\x63new\x61x")), linesOf(document));
 }
 
 namespace plotwerk {

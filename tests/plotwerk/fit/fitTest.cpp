@@ -157,6 +157,17 @@ TEST(Fit, BoundsHoldAndTheRestIsFittedBesideThem) {
                 EXPECT_GT(sum(moved), outcome.result.chiSquare) << what << parameters[j].name;
             }
         EXPECT_EQ(outcome.result.freedom, 6 - std::ranges::count(atBound, '0')) << what;
+
+        Numbers manyX, manyY; // each point as often lead the same way
+        for (int i = 0; i < 400; ++i) {
+            manyX.insert(manyX.end(), x.begin(), x.end());
+            manyY.insert(manyY.end(), data.begin(), data.end());
+        }
+        std::vector<FitParameter> ofMany = c.parameters;
+        const FitOutcome same = fit(formula, {manyX, manyY, {}, {}}, ofMany);
+        EXPECT_NEAR(same.result.iterations, outcome.result.iterations, 1) << what;
+        for (std::size_t j = 0; j < values.size(); ++j)
+            EXPECT_NEAR(ofMany[j].value, values[j], 1e-9) << what;
     }
 }
 
@@ -221,6 +232,9 @@ TEST(Fit, FailuresSayWhyAndLeaveTheParameters) {
         for (const FitParameter &parameter : parameters) EXPECT_EQ(parameter.value, 1) << c.text;
         EXPECT_EQ(parameters[0].error, 0.25) << c.text;
     }
+    std::vector<FitParameter> without{{"a", unset}};
+    EXPECT_EQ(fit(Formula("a*x"), {x, y, {}, {}}, without).reason,
+              "fit status 1, impossible: parameter a has no value; set one");
 }
 
 TEST(Fit, TellsItsStepsInAnotherThreadAndIsCancelledThere) {

@@ -21,14 +21,14 @@ TEST(Formula, FollowsThePrecedenceAndOrderOfOperands) {
     const struct {
         const char *text;
         double want;
-    } cases[] = {{"1+2*x", 7},    {"-x^2", -9},          {"(-x)^2", 9},     {"2^-x", 0.125},
-                 {"2^3^2", 512},  {"2^-x^2", 1. / 512},  {"-2^-1", -0.5},   {"2*-x", -6},
-                 {"8/4/2", 1},    {"8-4-2", 2},          {"1 - -x", 4},     {"+x", 3},
-                 {"12/2*x", 18},  {".5+1.e0+1e-1", 1.6}, {"x>2 && x<4", 1}, {"x>=3||y", 1},
-                 {"1+1==2", 1},   {"!x + 1", 1},         {"!0^2", 1},       {"x!=3 || x<=2", 0},
-                 {"1||0&&0", 1},  {"cos(pi)", -1},       {"x*y", 21},       {"sign(-x)", -1},
-                 {"sign(0)", 0},  {"pow(x,2)", 9},       {"atan2(0,x)", 0}, {"min(x,4)", 3},
-                 {"max(x,4)", 4}, {"if(x<1,2,3)", 3},    {"if(x>1,2,3)", 2}};
+    } cases[] = {{"1+2*x", 7},    {"-x^2", -9},          {"(-x)^2", 9},      {"2^-x", 0.125},
+                 {"2^3^2", 512},  {"2^-x^2", 1. / 512},  {"-2^-1", -0.5},    {"2*-x", -6},
+                 {"8/4/2", 1},    {"8-4-2", 2},          {"1 - -x", 4},      {"+x", 3},
+                 {"12/2*x", 18},  {".5+1.e0+1e-1", 1.6}, {"x>2 && x<4", 1},  {"x>=3||y", 1},
+                 {"1+1==2", 1},   {"!x + 1", 1},         {"!0^2", 1},        {"x!=3 || x<=2", 0},
+                 {"1||0&&0", 1},  {"cos(pi)", -1},       {"x*y", 21},        {"sign(-x)", -1},
+                 {"sign(0)", 0},  {"pow(x,2)", 9},       {"atan2(0,x)", 0},  {"min(x,4)", 3},
+                 {"max(x,4)", 4}, {"if(x<1,2,3)", 3},    {"if(x>1,2,3)", 2}, {"0+1/-0", -INFINITY}};
     for (const auto &c : cases) EXPECT_EQ(valueAt(Formula(c.text), x, 7, {}), c.want) << c.text;
 }
 
@@ -108,6 +108,8 @@ TEST(Formula, RefusesWithThePosition) {
         {"2x", "line 1, column 2: expected an operator, not 'x'"},
         {"1e999", "line 1, column 1: number out of range"},
         {"x = 2", "line 1, column 1: x cannot be assigned to"},
+        {"pi = 3\nx", "line 1, column 1: pi cannot be assigned to"},
+        {"sin = 3\nx", "line 1, column 1: sin cannot be assigned to"},
         {"a < x < b", "line 1, column 7: expected an operator, not '<'"},
         {"expo(x)", "line 1, column 1: no function expo"},
         {"1+sin*x", "line 1, column 3: sin needs its arguments in parentheses"},

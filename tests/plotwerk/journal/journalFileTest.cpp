@@ -68,6 +68,9 @@ TEST_F(JournalFileTest, HoldsTheDocumentAndItsMessagesForOneProcessAtATime) {
     ASSERT_EQ(stat(path.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0600U);
     EXPECT_EQ(journalPaths(directory), std::vector<fs::path>{path});
+    std::string head(20, '\0');
+    std::ifstream(path).read(head.data(), 20);
+    EXPECT_EQ(head, std::string("plotwerk journal\1\0\0\0", 20)) << "its version, for later ones";
     {
         const auto left = LeftJournal::lock(path);
         ASSERT_TRUE(left);

@@ -211,21 +211,6 @@ TEST_F(RecoveryTest, KeepsWhatCannotBeBroughtBackNow) {
     stop();
 }
 
-TEST_F(RecoveryTest, CountsWhatIsTooMuchToName) {
-    start();
-    for (int i = 0; i < 12; ++i) {
-        const std::string name = "d" + std::to_string(i);
-        plotwerk->newDocumentWithName_(name);
-        plotwerk->setXRangeOf_xmin_xmax_(name, 0, 1);
-    }
-    die(SIGKILL, {});
-    const std::string log = die(SIGTERM, {});
-    EXPECT_TRUE(holds(log, "info: 2 older documents can be brought back by plotwerkd --recover\n"));
-    EXPECT_FALSE(holds(log, "\"d1\""));
-    EXPECT_TRUE(holds(log, "info: \"d2\" as it was on "));
-    stop();
-}
-
 TEST_F(RecoveryTest, KeepsNoJournalsWhereNoneAreWanted) {
     start({"--no-journal"});
     plotwerk->setXRangeOf_xmin_xmax_("Untitled", 0, 1);

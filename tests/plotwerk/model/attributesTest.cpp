@@ -1,5 +1,8 @@
 #include "plotwerk/model/attributes.h"
 
+#include "plotwerk/base/refusal.h"
+#include "plotwerk/model/limits.h"
+#include "plotwerk/model/structure.h"
 #include "tests/plotwerk/model/documents.h"
 
 #include <climits>
@@ -125,4 +128,46 @@ TEST(PlacedTexts, HaveOnePlaceEach) {
     placeText(document, {"", 0.25, 0.5, 0, true, false});
     ASSERT_EQ(document.texts.size(), 1U);
     EXPECT_TRUE(document.texts[0].text == "three" && document.texts[0].angle == 0);
+}
+
+TEST(Texts, AreNoLongerThanTheirLimit) {
+    std::string &(*const texts[])(Document &) = {
+        [](Document &d) -> std::string & { return d.title; },
+        [](Document &d) -> std::string & { return d.formula; },
+        [](Document &d) -> std::string & { return d.axes[rightYAxis].title; },
+        [](Document &d) -> std::string & { return d.texts.emplace_back().text; }};
+    for (const auto &text : texts)
+        for (const std::size_t over : {0, 1}) {
+            Document document;
+            text(document).assign(longestText + over, 'x');
+            if (over == 0)
+                EXPECT_NO_THROW(requireWithinLimits(document));
+            else
+                EXPECT_THROW(requireWithinLimits(document), Refusal);
+        }
+}
+
+TEST(Documents, TakeTheMemoryOfAllTheirParts) {
+    const std::string name(100, 'n');
+    const auto perPart = [](const std::function<void(Document &)> &add) {
+        Document document;
+        document.sources.push_back({"", {{}}});
+        document.sources[0].tables[0].y.resize(1);
+        const double before = bytesOf(document);
+        for (int i = 0; i < 1000; ++i) add(document);
+        return (bytesOf(document) - before) / 1000;
+    };
+    EXPECT_GE(perPart([](Document &d) { d.parameters.emplace_back(); }), sizeof(FitParameter));
+    EXPECT_GE(perPart([&](Document &d) { d.texts.push_back({name}); }), sizeof(PlacedText) + 100);
+    EXPECT_GE(perPart([&](Document &d) { d.sources.push_back({name, {}}); }), sizeof(Source) + 100);
+    EXPECT_GE(perPart([](Document &d) { d.sources[0].tables.emplace_back(); }), sizeof(Table));
+    EXPECT_GE(perPart([](Document &d) { d.sources[0].tables[0].y.emplace_back(); }),
+              sizeof(Column));
+    for (const bool ofX : {true, false}) {
+        const double each = perPart([&](Document &d) {
+            Table &table = d.sources[0].tables[0];
+            (ofX ? table.x : table.y[0]).values.push_back(1);
+        });
+        EXPECT_NEAR(each, sizeof(double), 2);
+    }
 }

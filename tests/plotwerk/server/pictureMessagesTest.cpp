@@ -39,18 +39,24 @@ class PictureMessages : public ServerTest {
 };
 
 TEST_F(PictureMessages, ACopyNeedsAPlace) {
-    unsetenv("XDG_RUNTIME_DIR");
-    for (int round = 0; round < 2; ++round) {
+    file("plotwerk", "a file where the folder is to be");
+    fs::permissions(directory / "plotwerk", fs::perms::owner_read);
+    const std::string notSet = "no place for a copy: XDG_RUNTIME_DIR is not set (\"Untitled\")";
+    const std::pair<std::string, std::string> cases[] = {
+        {"", notSet},
+        {"run", notSet}, // a relative path doesn't count
+        {directory, pathOf("plotwerk") + " is not the user's own (\"Untitled\")"}};
+    for (const auto &[runtime, reason] : cases) {
+        setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
         startWithData();
         plotwerk->pasteDataOf_("Untitled");
         EXPECT_EQ(lastError(), "the clipboard is empty (\"Untitled\")");
         plotwerk->copySelectedCurvesOf_includeX_("Untitled", true);
         plotwerk->copyPDF_("Untitled");
-        EXPECT_EQ(lastError(), "no place for a copy: XDG_RUNTIME_DIR is not set (\"Untitled\")");
+        EXPECT_EQ(lastError(), reason);
         plotwerk->pasteDataOf_("Untitled");
         EXPECT_EQ(lastError(), "") << "the clipboard is as it was";
         stop();
-        setenv("XDG_RUNTIME_DIR", "run", 1); // a relative path doesn't count
     }
 }
 
@@ -80,6 +86,16 @@ TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
 
     add();
     EXPECT_TRUE(lastError().starts_with("there is no composition")) << "a saved one is done with";
+
+    // as large as the picture, 100 points wide, turned upright and not sheared
+    plotwerk->newCompositionView_({0, 0, 0, 0});
+    plotwerk->addPDFtoCompositionView_inRect_angle_sheer_("Untitled", {500, 10, 100, 0}, 90, 0);
+    plotwerk->savePDFofCompositionView_openWith_(page, "");
+    const std::string pdf = bytesOf(page);
+    double width = 0, height = 0;
+    std::sscanf(pdf.c_str() + pdf.find("/MediaBox"), "/MediaBox [ 0 0 %lf %lf", &width, &height);
+    EXPECT_NEAR(height, 115, 10);
+    EXPECT_NEAR(width, 85, 10);
 
     plotwerk->newCompositionView_({0, 0, 0, 0});
     add();

@@ -44,11 +44,45 @@ TEST(RecordedMessage, ThatIsDamagedChangesNothingForLaterOnes) {
     Application application;
     application.add({.name = "doc"});
     ControlObject object(application);
-    EXPECT_THROW(object.repeat(encodedMessage('.', "none", std::tuple<>()).whole()), Refusal);
-    object.perform({'.',
-                    "selectCurvesOf_sourceName_table_column_appendSelection_",
-                    {std::string("doc"), std::string("none"), -1, std::string(), false}});
-    EXPECT_TRUE(hasSelectedNone(application.lastError)) << application.lastError;
+    const std::string name = "doc";
+    for (const bool damaged : {true, false}) {
+        if (damaged)
+            EXPECT_THROW(object.repeat(encodedMessage('.', "none", std::tuple<>()).whole()),
+                         Refusal);
+        else
+            object.repeat(encodedMessage('.', "setXTitleOf_to_", std::tie(name, name)).whole());
+        object.perform({'.',
+                        "selectCurvesOf_sourceName_table_column_appendSelection_",
+                        {name, std::string("none"), -1, std::string(), false}});
+        EXPECT_TRUE(hasSelectedNone(application.lastError)) << application.lastError;
+        application.lastError.clear();
+    }
+
+    const auto title = [&](std::vector<Argument> arguments) {
+        object.perform({'.', "setXTitleOf_to_", std::move(arguments)});
+    };
+    const Argument doc = std::string("doc"), text = std::string("text");
+    for (const auto &wrong : {std::vector{doc}, {doc, text, text}, {doc, Argument(1.5)}, {}})
+        EXPECT_THROW(title(wrong), Refusal) << wrong.size();
+    EXPECT_EQ(application.document("doc").axes[xAxis].title, "doc");
+    title({doc, text});
+    EXPECT_EQ(application.document("doc").axes[xAxis].title, "text");
+}
+
+TEST(RecordedMessage, IsRepeatedWithItsOwnDecimalSeparator) {
+    Application application;
+    application.add({.name = "doc"});
+    ControlObject object(application);
+    const std::string data = "1,5 2,5\n", doc = "doc", source = "s";
+    const bool range = false;
+    for (const char separator : {',', '.'}) {
+        application.decimalSeparator = separator == ',' ? '.' : ',';
+        object.repeat(encodedMessage(separator, "replaceDataformText_of_source_doRangeOverAll_",
+                                     std::tie(data, doc, source, range))
+                          .whole());
+        const Table &table = application.document("doc").sources.at(0).tables.at(0);
+        EXPECT_EQ(table.x.values.at(0), separator == ',' ? 1.5 : 1);
+    }
 }
 
 // One that changes the document counts one revision, a refused one and one that asks count none.
