@@ -150,14 +150,14 @@ class Replacement {
 
     // Only a file with a name can be moved over another.
     bool takeName() {
+        const std::string own = link();
         for (int i = 0; i < mostTries; ++i) {
-            const fs::path free = temporaryName(target.parent_path());
-            if (linkat(AT_FDCWD, link().c_str(), AT_FDCWD, free.c_str(), AT_SYMLINK_FOLLOW) == 0) {
-                name = free;
+            name = temporaryName(target.parent_path());
+            if (linkat(AT_FDCWD, own.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0)
                 return true;
-            }
             if (errno != EEXIST) break;
         }
+        name.clear(); // somebody else's
         return false;
     }
 
@@ -279,15 +279,16 @@ void writeWholeFile(const fs::path &path, const std::function<void(std::ostream 
                     mode_t ofNew) {
     if (path.empty()) refuse("write", path, std::strerror(ENOENT));
     const fs::path target = withoutLinks(path);
+    const fs::path directory = target.parent_path();
     const Access access = accessOf(target, ofNew);
 
-    removeLeftovers(target.parent_path());
+    removeLeftovers(directory);
     Replacement replacement(target);
     std::ofstream stream(replacement.link(), std::ios::binary);
     write(stream);
     stream.close();
     if (!stream || !replacement.moveIntoPlace(access)) refuse("write", path, textOfErrno());
-    syncDirectory(target.parent_path());
+    syncDirectory(directory);
 }
 
 } // namespace plotwerk

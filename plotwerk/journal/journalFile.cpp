@@ -16,6 +16,7 @@
 #include <libdeflate.h>
 #include <ostream>
 #include <random>
+#include <span>
 #include <streambuf>
 #include <sys/file.h>
 #include <sys/resource.h>
@@ -76,6 +77,23 @@ bool writeAll(int file, const char *bytes, std::size_t count) {
         if (written <= 0) return false;
         bytes += written;
         count -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+// The same of several parts, in as few writes as the system takes them in.
+bool writeAll(int file, std::span<iovec> parts) {
+    while (!parts.empty()) {
+        const std::size_t some = std::min<std::size_t>(parts.size(), IOV_MAX);
+        const ssize_t written = writev(file, parts.data(), static_cast<int>(some));
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return false;
+        auto left = static_cast<std::size_t>(written);
+        for (; !parts.empty() && left >= parts.front().iov_len; parts = parts.subspan(1))
+            left -= parts.front().iov_len;
+        if (left == 0) continue;
+        parts.front().iov_base = static_cast<char *>(parts.front().iov_base) + left;
+        parts.front().iov_len -= left;
     }
     return true;
 }
@@ -257,17 +275,14 @@ void JournalFile::append(const std::vector<std::string_view> &message) {
         parts.push_back({const_cast<char *>(piece.data()), piece.size()});
     }
     head = RecordHead(length, sum);
-    const std::size_t whole = sizeof head + length;
-    const ssize_t written = writev(file.number, parts.data(), static_cast<int>(parts.size()));
-    if (written != static_cast<ssize_t>(whole)) {
-        if (written >= 0) errno = ENOSPC;
+    if (!writeAll(file.number, parts)) {
         const int reason = errno;
         // A half record at the end would do no harm either.
         if (ftruncate(file.number, static_cast<off_t>(size)) != 0) errno = reason;
         errno = reason;
         refuseToWrite(place);
     }
-    size += whole;
+    size += sizeof head + length;
 }
 
 // Counting the document takes long where it has many columns, so it is put off.
@@ -284,8 +299,12 @@ static void overwrite(int file, const void *bytes, std::size_t count, std::size_
         pwrite(file, bytes, count, static_cast<off_t>(position));
 }
 
+static void noteStamp(int file, std::int64_t stamp) {
+    overwrite(file, &stamp, sizeof stamp, offsetof(Head, stamp));
+}
+
 void JournalFile::setStamp(std::int64_t stamp) {
-    overwrite(file.number, &stamp, sizeof stamp, offsetof(Head, stamp));
+    noteStamp(file.number, stamp);
 }
 
 static void noteIncomplete(int file) {
@@ -384,16 +403,27 @@ void LeftJournal::endAttempt() {
     noteAttempts();
 }
 
-// An attempt changes nothing of what the file holds, and leaves its time.
 void LeftJournal::noteAttempts() const {
     overwrite(file.number, &attempts, sizeof attempts, offsetof(Head, attempts));
+    keepTime();
+}
+
+// Of what the document is, nothing has changed.
+void LeftJournal::keepTime() const {
     const timespec times[] = {{0, UTIME_OMIT}, {lastChange, 0}};
     futimens(file.number, times);
+}
+
+void LeftJournal::setStamp(std::int64_t latest) {
+    stamp = latest;
+    noteStamp(file.number, stamp);
+    keepTime();
 }
 
 void LeftJournal::setIncomplete() {
     isIncomplete = true;
     noteIncomplete(file.number);
+    keepTime();
 }
 
 void LeftJournal::remove() {

@@ -46,7 +46,7 @@ class JournalFile {
     // A path in the directory that no file has.
     static std::filesystem::path freePath(const std::filesystem::path &directory);
 
-    // Adds a message, given in pieces, in one write. Throws Refusal as above; nothing may be added
+    // Adds a message, given in pieces, in one write where the system takes it so. Throws Refusal as above; nothing may be added
     // after that.
     void append(const std::vector<std::string_view> &message);
 
@@ -96,6 +96,7 @@ class LeftJournal {
     void beginAttempt();
     void endAttempt();
 
+    void setStamp(std::int64_t latest);
     void setIncomplete();
     void remove();
 
@@ -103,6 +104,7 @@ class LeftJournal {
     LeftJournal() : file(-1) {}
     std::optional<std::string> nextRecord();
     void noteAttempts() const;
+    void keepTime() const;
 
     JournalDescriptor file;
     std::uint64_t position = 0; // of the next record
