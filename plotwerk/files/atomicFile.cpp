@@ -3,6 +3,7 @@
 #include "plotwerk/base/bounds.h"
 #include "plotwerk/base/ending.h"
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/files/directory.h"
 
 #include <cerrno>
 #include <cstdint>
@@ -181,13 +182,9 @@ bool isLeftBehind(const fs::path &path) {
 void removeLeftovers(const fs::path &directory) {
     static std::set<fs::path> seen;
     if (!seen.insert(directory).second) return;
-    std::error_code error;
-    for (fs::directory_iterator each(directory, error), end; !error && each != end;
-         each.increment(error)) {
-        const std::string name = each->path().filename().string();
-        if (name.starts_with(temporaryPrefix) && isLeftBehind(each->path()))
-            unlink(each->path().c_str());
-    }
+    for (const fs::path &path : pathsIn(directory))
+        if (path.filename().native().starts_with(temporaryPrefix) && isLeftBehind(path))
+            unlink(path.c_str());
 }
 
 } // namespace

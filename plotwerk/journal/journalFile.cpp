@@ -1,6 +1,7 @@
 #include "plotwerk/journal/journalFile.h"
 
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/files/directory.h"
 #include "plotwerk/files/documentFile.h"
 #include "plotwerk/journal/bytes.h"
 #include "plotwerk/model/change.h"
@@ -431,12 +432,8 @@ void LeftJournal::remove() {
 }
 
 static std::vector<fs::path> pathsWithSuffix(const fs::path &directory, std::string_view ending) {
-    std::vector<fs::path> paths;
-    std::error_code error;
-    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
-         entry.increment(error)) {
-        if (entry->path().native().ends_with(ending)) paths.push_back(entry->path());
-    }
+    std::vector<fs::path> paths = pathsIn(directory);
+    std::erase_if(paths, [&](const fs::path &path) { return !path.native().ends_with(ending); });
     return paths;
 }
 

@@ -46,8 +46,8 @@ class JournalFile {
     // A path in the directory that no file has.
     static std::filesystem::path freePath(const std::filesystem::path &directory);
 
-    // Adds a message, given in pieces, in one write where the system takes it so. Throws Refusal as above; nothing may be added
-    // after that.
+    // Adds a message, given in pieces, in one write where the system takes it so. Throws Refusal as
+    // above; nothing may be added after that.
     void append(const std::vector<std::string_view> &message);
 
     // The messages take more than four times the room of the document, and more than 16 MB: it is

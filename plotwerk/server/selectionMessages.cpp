@@ -26,9 +26,7 @@ void ControlObject::selectCurvesOf_sourceName_table_column_appendSelection_(
     const std::string &column, const bool &append) {
     selectIn(
         name, [&] { return noCurveOf(source, table, column); },
-        [&](Document &document) {
-            return selectByName(document, source, table, column, append);
-        });
+        [&](Document &document) { return selectByName(document, source, table, column, append); });
 }
 
 void ControlObject::selectCurvesOf_regexSourceName_table_regexColumn_appendSelection_(
