@@ -48,3 +48,14 @@ void operator delete(void *memory) noexcept {
 void operator delete(void *memory, std::size_t) noexcept {
     operator delete(memory);
 }
+
+// By themselves those of arrays call the others, but not those of a sanitizer.
+void *operator new[](std::size_t size) {
+    return operator new(size);
+}
+void operator delete[](void *memory) noexcept {
+    operator delete(memory);
+}
+void operator delete[](void *memory, std::size_t) noexcept {
+    operator delete(memory);
+}
