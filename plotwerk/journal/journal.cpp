@@ -99,7 +99,8 @@ void Journal::add(const Document &document, std::chrono::duration<double> time,
     }
     replayTime += time;
     attempt(document, [&] {
-        const bool isDue = file->isOutgrown(document) || replayTime > longestReplay;
+        const bool isDue =
+            file->isGone() || file->isOutgrown(document) || replayTime > longestReplay;
         const auto record = isDue ? std::nullopt : message();
         if (record)
             file->append(record->pieces());

@@ -48,7 +48,7 @@ class Journal {
     void remove();
 
     // Whether all of the document could be brought back. False also before it has been changed.
-    bool holdsAll() const { return (file || old) && !lacksChanges; }
+    bool holdsAll() const { return (file ? !file->isGone() : old.has_value()) && !lacksChanges; }
 
   private:
     using Clock = std::chrono::steady_clock;

@@ -294,6 +294,11 @@ bool JournalFile::isOutgrown(const Document &document) {
     return taken > 4 * roomOfDocument;
 }
 
+bool JournalFile::isGone() const {
+    struct stat status {};
+    return fstat(file.number, &status) != 0 || status.st_nlink == 0;
+}
+
 // What can't be noted in the head is no reason to lose the rest.
 static void overwrite(int file, const void *bytes, std::size_t count, std::size_t position) {
     [[maybe_unused]] const ssize_t written =
@@ -317,8 +322,14 @@ void JournalFile::setIncomplete() {
     noteIncomplete(file.number);
 }
 
+// Where it can't be deleted it must not bring back what has been saved or closed.
+static void removeFile(const fs::path &path, const JournalDescriptor &file) {
+    if (unlink(path.c_str()) == 0) return;
+    [[maybe_unused]] const int emptied = ftruncate(file.number, 0);
+}
+
 void JournalFile::remove() {
-    unlink(place.c_str());
+    removeFile(place, file);
 }
 
 std::optional<LeftJournal> LeftJournal::lock(const fs::path &path) {
@@ -428,7 +439,7 @@ void LeftJournal::setIncomplete() {
 }
 
 void LeftJournal::remove() {
-    unlink(path.c_str());
+    removeFile(path, file);
 }
 
 static std::vector<fs::path> pathsWithSuffix(const fs::path &directory, std::string_view ending) {

@@ -54,6 +54,9 @@ class JournalFile {
     // time for a new file. More often, writing documents would cost more than writing messages.
     bool isOutgrown(const Document &document);
 
+    // Somebody has deleted it: what is added is lost.
+    bool isGone() const;
+
     void setStamp(std::int64_t stamp);
 
     // Notes that changes are missing from here on.
