@@ -194,8 +194,8 @@ class FieldReader {
         const bool quoted = isQuote(*next);
         double sinceMidnight;
         const bool decimalComma = quoted || commas == Commas::decimal;
-        const char *end = readTimeOfDay(quoted ? plw::skipSpaces(next + 1) : next, decimalComma,
-                                        &sinceMidnight);
+        const char *end =
+            readTimeOfDay(quoted ? plw::skipSpaces(next + 1) : next, decimalComma, &sinceMidnight);
         if (end == nullptr) return;
         if (quoted) end = plw::skipSpaces(end);
         if ((quoted && *end++ != *next) || !endsField(end)) return;

@@ -62,7 +62,8 @@ TEST_F(JournalFileTest, HoldsTheDocumentAndItsMessagesForOneProcessAtATime) {
         path = file.path();
         for (const std::string &message : sent) {
             std::vector<std::string_view> pieces{message};
-            if (message.starts_with('p')) pieces.assign(message.size(), "p"); // of more than a write
+            if (message.starts_with('p'))
+                pieces.assign(message.size(), "p"); // of more than a write
             file.append(pieces);
         }
         file.setStamp(18);
