@@ -302,7 +302,7 @@ TEST_F(NoMemoryMessages, AreRefusedOrDoneAndInTheJournal) {
             }
             before.answer = reason.empty() ? neutral : done.answer;
             bool failed = true;
-            for (long allocations = 0; failed; allocations += 1 + allocations / 4) {
+            for (long allocations = 0; failed; allocations += 1 + allocations / 3) {
                 const std::string what =
                     message.member + ", " + std::to_string(allocations) + (yes ? " yes" : " no");
                 Contents open, unsaved;
