@@ -76,7 +76,8 @@ class TreeBuilder final : public nlohmann::json_sax<Tree> {
     bool end_array() override {
         if (!inValues) return closeInnermost();
         inValues = false;
-        return add(Tree::binary(std::move(values), doublesTag));
+        // Tree::binary would leave half a node where it finds no memory
+        return add(binary_t(std::move(values), doublesTag));
     }
 
     bool parse_error(std::size_t position, const std::string &,
