@@ -77,28 +77,38 @@ void Application::activate(const Document &document) {
     if (desktop) desktop->activated(documents.back()->document);
 }
 
-Document &Application::add(Document document) {
+std::unique_ptr<Application::OpenDocument>
+Application::made(Document document, const std::vector<std::string> &taken) {
     if (document.name.empty()) document.name = "Untitled";
-    requireRoom(bytesOf(document));
-    std::vector<std::string> taken;
-    for (const auto &open : documents) taken.push_back(open->document.name);
     document.name = freeName(document.name, taken);
-    documents.push_back(
-        std::make_unique<OpenDocument>(OpenDocument{.document = std::move(document)}));
+    auto open = std::make_unique<OpenDocument>(OpenDocument{.document = std::move(document)});
     if (!journals.empty()) {
-        documents.back()->journal.emplace(journals);
-        documents.back()->journal->setFront();
+        open->journal.emplace(journals);
+        open->journal->setFront();
     }
+    return open;
+}
+
+void Application::putInFront(std::unique_ptr<OpenDocument> open) {
+    documents.push_back(std::move(open));
     try {
         if (desktop) desktop->opened(documents.back()->document);
     } catch (...) {
         documents.pop_back();
         throw;
     }
+}
+
+Document &Application::add(Document document) {
+    requireRoom(bytesOf(document));
+    std::vector<std::string> taken;
+    for (const auto &open : documents) taken.push_back(open->document.name);
+    putInFront(made(std::move(document), taken));
     return documents.back()->document;
 }
 
 Document &Application::create(Document document) {
+    Journal::setRoomAside();
     Document &created = add(std::move(document));
     if (auto &journal = openOf(created).journal) journal->write(created);
     return created;
@@ -135,7 +145,8 @@ void Application::takeIn(const fs::path &file) {
     try {
         const fs::path path = given(file);
         add(documentIn(path, decimalSeparator));
-        log(LogLevel::info, "opened " + path.string() + " as " + inQuotes(front()->name));
+        logDone(LogLevel::info,
+                [&] { return "opened " + path.string() + " as " + inQuotes(front()->name); });
     } catch (...) {
         Document empty;
         if (file.filename().native().size() <= NAME_MAX) empty.name = nameAfter(file);
@@ -146,6 +157,7 @@ void Application::takeIn(const fs::path &file) {
 }
 
 Document &Application::open(const fs::path &file, bool rangeOverAll) {
+    Journal::setRoomAside();
     const auto isIt = [&](const auto &open) {
         std::error_code none;
         const fs::path &own = open->document.path;
@@ -185,14 +197,16 @@ void Application::save(const Document &saved, const fs::path &path, bool binary,
     open.lastSaveSucceeded = false;
     if (path.empty() && document.path.empty()) throw Refusal("no path of its own");
     const fs::path target = path.empty() ? document.path : given(path);
+    fs::path own = ownPath ? target : document.path; // what may fail comes first
     writeWholeFile(target, [&](std::ostream &stream) { writeDocument(stream, saved, binary); });
     open.lastSaveSucceeded = true;
-    if (ownPath) document.path = target;
+    document.path.swap(own);
     if (document.path == target) {
         setSaved(document);
         if (open.journal) open.journal->remove();
     }
-    log(LogLevel::info, "saved " + inQuotes(saved.name) + " in " + target.string());
+    logDone(LogLevel::info,
+            [&] { return "saved " + inQuotes(saved.name) + " in " + target.string(); });
 }
 
 bool Application::lastSaveSucceeded(const Document &document) const {
@@ -200,16 +214,18 @@ bool Application::lastSaveSucceeded(const Document &document) const {
 }
 
 void Application::close(const Document &document, bool keepChanges) {
+    auto next = documents.size() == 1 ? made({}, {}) : nullptr; // what may fail comes first
     if (keepChanges && hasUnsavedChanges(document)) {
         if (desktop && desktop->asksToSave(document)) return;
         const fs::path kept = keepDocument(document);
-        log(LogLevel::info,
-            "unsaved changes of " + inQuotes(document.name) + " kept in " + kept.string());
+        logDone(LogLevel::info, [&] {
+            return "unsaved changes of " + inQuotes(document.name) + " kept in " + kept.string();
+        });
     }
     if (auto &journal = openOf(document).journal) journal->remove();
     if (desktop) desktop->closing(document);
     std::erase_if(documents, [&](const auto &open) { return &open->document == &document; });
-    if (documents.empty()) add({});
+    if (next) putInFront(std::move(next));
 }
 
 void Application::savePicture(const Document &document, const fs::path &file, PictureKind kind) {
@@ -218,7 +234,9 @@ void Application::savePicture(const Document &document, const fs::path &file, Pi
     const fs::path path = given(file);
     writePicture(path, document, kindFor(path, kind));
     succeeded = true;
-    log(LogLevel::info, "saved the picture of " + inQuotes(document.name) + " in " + path.string());
+    logDone(LogLevel::info, [&] {
+        return "saved the picture of " + inQuotes(document.name) + " in " + path.string();
+    });
 }
 
 void Application::copyPicture(const Document &document, PictureKind kind) {
@@ -251,7 +269,7 @@ FitOutcome Application::fit(Document &document) const {
 
 void Application::print(const Document &document) {
     printPicture(document);
-    log(LogLevel::info, "printed " + inQuotes(document.name));
+    logDone(LogLevel::info, [&] { return "printed " + inQuotes(document.name); });
 }
 
 void Application::newComposition(double width, double height) {
@@ -274,9 +292,9 @@ void Application::saveComposition(const fs::path &file, const std::string &opene
     if (required(composition).empty()) throw Refusal("there is nothing in the composition");
     if (opens) requireProgram(opener);
     writePage(path, *composition);
-    composition.reset();
-    log(LogLevel::info, "saved the composition in " + path.string());
     if (opens) startProgram({opener, path.string()});
+    composition.reset();
+    logDone(LogLevel::info, [&] { return "saved the composition in " + path.string(); });
 }
 
 } // namespace plotwerk

@@ -179,6 +179,10 @@ class Application {
         std::uint64_t countedAt = ~0ULL; // at that revision
     };
 
+    // A document to be added. An empty name becomes "Untitled", and a taken one is made unique.
+    std::unique_ptr<OpenDocument> made(Document document, const std::vector<std::string> &taken);
+    void putInFront(std::unique_ptr<OpenDocument> open);
+
     // Of memory, what the documents in the list take, and what is held in all.
     double bytesOfDocuments();
     double bytesHeld();

@@ -29,14 +29,6 @@ void Application::keepJournals() {
     }
 }
 
-// There may be no memory left for the line.
-template<class Line> static void tell(LogLevel level, Line line) noexcept {
-    try {
-        log(level, line());
-    } catch (const std::exception &) { // the journals tell what there is, too
-    }
-}
-
 // Those in the directory that nobody uses, the one whose document was in front last at the end.
 static std::vector<LeftJournal> leftJournals(const fs::path &directory) {
     std::vector<LeftJournal> left;
@@ -44,7 +36,7 @@ static std::vector<LeftJournal> leftJournals(const fs::path &directory) {
         try {
             if (auto journal = LeftJournal::lock(path)) left.push_back(std::move(*journal));
         } catch (const std::exception &exception) {
-            tell(LogLevel::error, [&] {
+            logDone(LogLevel::error, [&] {
                 return std::string("can't bring back a document: ") + reasonOf(exception);
             });
         }
@@ -132,7 +124,7 @@ void Application::recoverFrom(LeftJournal &journal, const Repeat &repeat, const 
     Document document = broughtBack(journal, repeat, goesOn);
     const WithMemoryOfDocuments asBefore;
     const Document &added = add(std::move(document));
-    tell(LogLevel::info, [&] { return "brought back " + descriptionOf(journal); });
+    logDone(LogLevel::info, [&] { return "brought back " + descriptionOf(journal); });
     documents.back()->journal->takeOver(added, std::move(journal));
 }
 
@@ -152,7 +144,7 @@ void Application::recover(const Repeat &repeat, const GoesOn &goesOn) {
             std::rotate(documents.begin() + static_cast<std::ptrdiff_t>(others),
                         documents.end() - 1, documents.end());
         } catch (const std::exception &exception) {
-            tell(LogLevel::error, [&] {
+            logDone(LogLevel::error, [&] {
                 return "can't bring back " + descriptionOf(journal) + ": " + reasonOf(exception);
             });
             if (attempted) journal.endAttempt();

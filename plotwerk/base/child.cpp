@@ -66,15 +66,16 @@ static void say(int descriptor, const char *text, std::size_t length) {
 }
 
 [[noreturn]] static void workInChild(const std::function<void()> &work, pid_t parent, int answer) {
-    limitChild();
-    if (getppid() != parent) _exit(1); // it ended before its death could be asked for
     try {
+        limitChild();
+        if (getppid() != parent) _exit(1); // it ended before its death could be asked for
         work();
         _exit(0);
     } catch (const std::bad_alloc &) {
         say(answer, &noMemory, 1);
     } catch (const std::exception &exception) {
         say(answer, exception.what(), std::strlen(exception.what()));
+    } catch (...) { // nothing of the child may go on as this process does
     }
     _exit(1);
 }

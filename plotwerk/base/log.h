@@ -2,6 +2,7 @@
 #ifndef PLOTWERK_BASE_LOG_H
 #define PLOTWERK_BASE_LOG_H
 
+#include <exception>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,6 +22,15 @@ void setLogProgram(std::string_view name);
 
 // Writes "PROGRAM: LEVEL: TEXT" as oneLine makes it. A line that nobody takes is lost.
 void log(LogLevel level, std::string_view text);
+
+// The same of the text that makeText() returns, of what is done already: where there is no memory
+// for the line, it is lost.
+template<class MakeText> void logDone(LogLevel level, MakeText makeText) noexcept {
+    try {
+        log(level, makeText());
+    } catch (const std::exception &) { // it isn't undone for that
+    }
+}
 
 // A text from anywhere as one line of bounded length, in UTF-8 that the bus carries: what can't be
 // seen (characters.h) becomes \xHH or \uHHHH, and of a text of more than 800 bytes the middle is

@@ -1,8 +1,11 @@
 #include "plotwerk/base/memoryReserve.h"
 
+#include <algorithm>
+#include <alloca.h>
 #include <cstdlib>
 #include <new>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <utility>
 
 namespace plotwerk {
@@ -20,9 +23,20 @@ static void giveUpOrFail() {
     if (keptBack || !giveReserveUp()) fail();
 }
 
+// A stack that can't grow ends the process. Once it has grown it stays so.
+static void growStack() {
+    constexpr rlim_t most = 1 << 20; // that work takes
+    constexpr std::size_t page = 4096;
+    rlimit limit{};
+    if (getrlimit(RLIMIT_STACK, &limit) != 0) return;
+    const std::size_t size = std::min(most, limit.rlim_cur / 2);
+    volatile char *const grown = static_cast<char *>(alloca(size));
+    for (std::size_t i = page; i < size; i += page) grown[size - i] = 0; // downwards, as it grows
+}
+
 void setReserveAside() {
     if (reserve) return;
-    std::set_new_handler(giveUpOrFail);
+    if (std::set_new_handler(giveUpOrFail) != giveUpOrFail) growStack();
     void *mapped =
         mmap(nullptr, reserveSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (mapped != MAP_FAILED) reserve = mapped;

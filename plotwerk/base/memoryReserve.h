@@ -12,7 +12,8 @@
 namespace plotwerk {
 
 // Sets the reserve aside, if it isn't and if that can be done. From the first time on an operator
-// new that finds no memory gives it up, but not within WithoutReserve.
+// new that finds no memory gives it up, but not within WithoutReserve; and the calling thread's
+// stack has its memory already.
 void setReserveAside();
 
 // False when there is none.

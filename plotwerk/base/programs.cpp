@@ -15,6 +15,7 @@
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 namespace plotwerk {
 
@@ -94,6 +95,7 @@ void requireProgram(const std::string &program) {
 void startProgram(std::vector<std::string> words,
                   const std::function<void(std::ostream &)> &writeInput) {
     const std::string program = words.front();
+    std::map<pid_t, std::string> started{{0, program}}; // what may fail comes first
     std::vector<char *> argv;
     argv.reserve(words.size() + 1);
     for (std::string &word : words) argv.push_back(word.data());
@@ -106,7 +108,9 @@ void startProgram(std::vector<std::string> words,
     const int error = posix_spawnp(&child, program.c_str(), &around.actions, &around.attributes,
                                    argv.data(), environ);
     if (error != 0) refuse(program, error);
-    running[child] = program;
+    auto entry = started.extract(0);
+    entry.key() = child;
+    running.insert(std::move(entry));
 }
 
 void reapChildren() {
@@ -114,12 +118,13 @@ void reapChildren() {
     for (pid_t child; (child = waitpid(-1, &status, WNOHANG)) > 0;) {
         const auto found = running.find(child);
         if (found == running.end()) continue;
-        if (WIFSIGNALED(status)) {
-            log(LogLevel::warning,
-                found->second + " was ended by signal " + std::to_string(WTERMSIG(status)));
-        } else if (WEXITSTATUS(status) != 0) {
-            log(LogLevel::warning,
-                found->second + " ended with status " + std::to_string(WEXITSTATUS(status)));
+        if (status != 0) {
+            logDone(LogLevel::warning, [&] {
+                return found->second +
+                       (WIFSIGNALED(status)
+                            ? " was ended by signal " + std::to_string(WTERMSIG(status))
+                            : " ended with status " + std::to_string(WEXITSTATUS(status)));
+            });
         }
         running.erase(found);
     }

@@ -194,8 +194,11 @@ class FieldReader {
         const bool quoted = isQuote(*next);
         double sinceMidnight;
         const bool decimalComma = quoted || commas == Commas::decimal;
-        const char *end = readTimeOfDay(next + quoted, decimalComma, &sinceMidnight);
-        if (end == nullptr || (quoted && *end++ != *next) || !endsField(end)) return;
+        const char *end =
+            readTimeOfDay(quoted ? plw::skipSpaces(next + 1) : next, decimalComma, &sinceMidnight);
+        if (end == nullptr) return;
+        if (quoted) end = plw::skipSpaces(end);
+        if ((quoted && *end++ != *next) || !endsField(end)) return;
         date.value += sinceMidnight;
         date.joined = true;
         p = end;

@@ -1,5 +1,6 @@
 #include "plotwerk/drawing/richText.h"
 
+#include "plotwerk/base/memoryReserve.h"
 #include "util/text/utf8.h"
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 #include <charconv>
 #include <cstdint>
 #include <glib.h>
+#include <memory>
 
 namespace plotwerk {
 
@@ -16,11 +18,12 @@ static constexpr std::size_t mostColours = 1000;
 static constexpr double smallestSize = 1;
 static constexpr double largestSize = 200;
 
-static std::string validUtf8(std::string_view bytes) {
-    gchar *valid = g_utf8_make_valid(bytes.data(), static_cast<gssize>(bytes.size()));
-    std::string result = valid;
-    g_free(valid);
-    return result;
+static std::string validUtf8(std::string text) {
+    if (plw::isUtf8(text)) return text;
+    requireFree(4 * text.size());
+    const std::unique_ptr<gchar, decltype(&g_free)> valid(
+        g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())), g_free);
+    return valid.get();
 }
 
 // Line ends of every system become line feeds; other control characters go.

@@ -3,6 +3,7 @@
 #include "plotwerk/base/bounds.h"
 #include "plotwerk/base/ending.h"
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/files/directory.h"
 
 #include <cerrno>
 #include <cstdint>
@@ -150,14 +151,14 @@ class Replacement {
 
     // Only a file with a name can be moved over another.
     bool takeName() {
+        const std::string own = link();
         for (int i = 0; i < mostTries; ++i) {
-            const fs::path free = temporaryName(target.parent_path());
-            if (linkat(AT_FDCWD, link().c_str(), AT_FDCWD, free.c_str(), AT_SYMLINK_FOLLOW) == 0) {
-                name = free;
+            name = temporaryName(target.parent_path());
+            if (linkat(AT_FDCWD, own.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0)
                 return true;
-            }
             if (errno != EEXIST) break;
         }
+        name.clear(); // somebody else's
         return false;
     }
 
@@ -181,13 +182,9 @@ bool isLeftBehind(const fs::path &path) {
 void removeLeftovers(const fs::path &directory) {
     static std::set<fs::path> seen;
     if (!seen.insert(directory).second) return;
-    std::error_code error;
-    for (fs::directory_iterator each(directory, error), end; !error && each != end;
-         each.increment(error)) {
-        const std::string name = each->path().filename().string();
-        if (name.starts_with(temporaryPrefix) && isLeftBehind(each->path()))
-            unlink(each->path().c_str());
-    }
+    for (const fs::path &path : pathsIn(directory))
+        if (path.filename().native().starts_with(temporaryPrefix) && isLeftBehind(path))
+            unlink(path.c_str());
 }
 
 } // namespace
@@ -279,15 +276,16 @@ void writeWholeFile(const fs::path &path, const std::function<void(std::ostream 
                     mode_t ofNew) {
     if (path.empty()) refuse("write", path, std::strerror(ENOENT));
     const fs::path target = withoutLinks(path);
+    const fs::path directory = target.parent_path();
     const Access access = accessOf(target, ofNew);
 
-    removeLeftovers(target.parent_path());
+    removeLeftovers(directory);
     Replacement replacement(target);
     std::ofstream stream(replacement.link(), std::ios::binary);
     write(stream);
     stream.close();
     if (!stream || !replacement.moveIntoPlace(access)) refuse("write", path, textOfErrno());
-    syncDirectory(target.parent_path());
+    syncDirectory(directory);
 }
 
 } // namespace plotwerk

@@ -61,10 +61,18 @@ bool beginsAsDocument(std::string_view bytes) {
     return first != std::string_view::npos && bytes[first] == '{';
 }
 
+// Null where there is no such field.
+static const Tree &fieldOf(const Tree &tree, const char *key) {
+    static const Tree none;
+    const auto found = tree.find(key);
+    return found == tree.end() ? none : *found;
+}
+
 // What the file says of its version.
 static Version versionOf(const Tree &tree) {
-    const Tree major = tree.value("version", Tree());
-    const Tree minor = tree.value("minor", Tree(0U)); // version 1 has none
+    const Tree &major = fieldOf(tree, "version");
+    const Tree zero = 0U; // version 1 has no minor one
+    const Tree &minor = tree.contains("minor") ? fieldOf(tree, "minor") : zero;
     if (!major.is_number_unsigned() || major == 0 || !minor.is_number_unsigned())
         throw Refusal("damaged: no version");
     return {major.get<std::uint64_t>(), minor.get<std::uint64_t>()};
@@ -85,10 +93,11 @@ static void boundSymbols(Document &document) {
 
 Document documentOf(std::string bytes) {
     const bool binary = bytes.starts_with(cborMark);
-    Tree tree = binary ? treeOfCbor(bytes) : treeOfJson(bytes);
+    WholeTree whole = binary ? treeOfCbor(bytes) : treeOfJson(bytes);
+    Tree &tree = whole.root;
     std::string().swap(bytes); // the tree holds it all now
 
-    if (!tree.is_object() || tree.value("format", Tree()) != formatName) {
+    if (!tree.is_object() || fieldOf(tree, "format") != formatName) {
         throw Refusal("not a document of Plotwerk");
     }
     const Version version = versionOf(tree);

@@ -16,6 +16,17 @@ static constexpr std::size_t deepest = 16;
 static constexpr double nodeBytes = 170;
 static constexpr double numberBytes = 16;
 
+// From below, so that nothing in it holds anything that does.
+static void empty(Tree &tree) {
+    if (!tree.is_structured()) return;
+    for (Tree &node : tree) empty(node);
+    tree.clear();
+}
+
+WholeTree::~WholeTree() {
+    empty(root);
+}
+
 namespace {
 
 // Builds the tree of a JSON text; the numbers under valuesKey are gathered as bytes.
@@ -65,7 +76,8 @@ class TreeBuilder final : public nlohmann::json_sax<Tree> {
     bool end_array() override {
         if (!inValues) return closeInnermost();
         inValues = false;
-        return add(Tree::binary(std::move(values), doublesTag));
+        // Tree::binary would leave half a node where it finds no memory
+        return add(binary_t(std::move(values), doublesTag));
     }
 
     bool parse_error(std::size_t position, const std::string &,
@@ -123,9 +135,9 @@ class TreeBuilder final : public nlohmann::json_sax<Tree> {
 
 } // namespace
 
-Tree treeOfJson(const std::string &text) {
-    Tree tree;
-    TreeBuilder builder(tree);
+WholeTree treeOfJson(const std::string &text) {
+    WholeTree tree;
+    TreeBuilder builder(tree.root);
     if (!Tree::sax_parse(text, &builder)) throw Refusal(builder.reason);
     return tree;
 }
@@ -191,12 +203,12 @@ static bool isPlainCbor(std::string_view bytes) {
     return bytes.empty();
 }
 
-Tree treeOfCbor(std::string_view bytes) {
+WholeTree treeOfCbor(std::string_view bytes) {
     const std::string_view body = bytes.substr(cborMark.size());
     if (!isPlainCbor(body)) throw Refusal("damaged");
     // as Tree::from_cbor, which copies the tree that it returns
-    Tree tree;
-    nlohmann::detail::json_sax_dom_parser<Tree> builder(tree, false);
+    WholeTree tree;
+    nlohmann::detail::json_sax_dom_parser<Tree> builder(tree.root, false);
     constexpr auto cbor = nlohmann::detail::input_format_t::cbor;
     const auto input = [&] { return nlohmann::detail::input_adapter(body.begin(), body.end()); };
     nlohmann::detail::binary_reader<Tree, decltype(input())> reader(input(), cbor);

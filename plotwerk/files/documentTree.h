@@ -12,6 +12,16 @@ namespace plotwerk {
 
 using Tree = nlohmann::json;
 
+// Owns a tree. By itself one needs memory to be destroyed, and ends the process where it finds
+// none.
+struct WholeTree {
+    WholeTree() = default;
+    WholeTree(WholeTree &&) = default;
+    ~WholeTree();
+
+    Tree root;
+};
+
 // The key of a column's numbers. Under it a tree holds bytes, eight per number, lowest first, so
 // that a million numbers don't become a million nodes. CBOR knows such bytes by this tag.
 constexpr std::string_view valuesKey = "values";
@@ -37,8 +47,8 @@ constexpr std::string_view minusInfinity = "-inf";
 
 // The tree in a JSON text, or in CBOR behind its mark.
 // Throws Refusal: cut or damaged bytes, nested beyond what a document is.
-Tree treeOfJson(const std::string &text);
-Tree treeOfCbor(std::string_view bytes);
+WholeTree treeOfJson(const std::string &text);
+WholeTree treeOfCbor(std::string_view bytes);
 
 // CBOR's mark: the tag that says "what follows is CBOR".
 constexpr std::string_view cborMark = "\xd9\xd9\xf7";

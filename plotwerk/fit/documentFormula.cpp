@@ -66,13 +66,16 @@ void setFormula(Document &document, const std::string &text) {
 }
 
 void changeFrameWithFormula(Document &document, const FrameChange &change) {
-    const bool before = document.frame.multiDimFit;
+    const Frame before = document.frame;
     changeFrame(document, change);
-    if (document.frame.multiDimFit == before || document.formula.empty()) return;
+    if (document.frame.multiDimFit == before.multiDimFit || document.formula.empty()) return;
     try {
         const Formula formula = formulaToFit(document, document.formula);
         document.parameters = parametersNamed(formula.parameterNames(), document.parameters);
     } catch (const Refusal &) { // the formula needs columns: what uses it next says so
+    } catch (...) {
+        document.frame = before;
+        throw;
     }
 }
 

@@ -5,6 +5,8 @@
 #include "plotwerk/model/change.h"
 
 #include <exception>
+#include <memory>
+#include <new>
 #include <utility>
 
 namespace plotwerk {
@@ -18,16 +20,31 @@ Journal::Journal(fs::path place) : directory(std::move(place)) {
 }
 
 static void tell(const std::string &name, const char *what, const char *reason = "") noexcept {
+    logDone(LogLevel::warning, [&] { return "the journal of \"" + name + "\" " + what + reason; });
+}
+
+// What writing takes: of a document only a part at a time is held.
+static constexpr std::size_t roomToWrite = 1 << 20;
+static std::unique_ptr<char[]> room;
+
+void Journal::setRoomAside() {
+    if (!room) room = std::make_unique_for_overwrite<char[]>(roomToWrite);
+}
+
+template<class Work> static void withRoom(Work work) {
     try {
-        log(LogLevel::warning, "the journal of \"" + name + "\" " + what + reason);
-    } catch (const std::exception &) { // no memory for the line
+        work();
+    } catch (const std::bad_alloc &) {
+        if (!room) throw;
+        room.reset();
+        work();
     }
 }
 
 // Work on the file. A failure ends it, and what is written next must be the whole document.
 template<class Work> void Journal::attempt(const Document &document, Work work) {
     try {
-        work();
+        withRoom(work);
         if (nextTry) tell(document.name, "goes on");
         nextTry.reset();
     } catch (const std::exception &exception) {
@@ -43,6 +60,7 @@ template<class Work> void Journal::attempt(const Document &document, Work work) 
 void Journal::writeFile(const fs::path &path, const Document &document) {
     file = JournalFile(path, document, stamp);
     old.reset();
+    lacksChanges = false;
     replayTime = {};
 }
 
@@ -81,8 +99,9 @@ void Journal::add(const Document &document, std::chrono::duration<double> time,
     }
     replayTime += time;
     attempt(document, [&] {
-        std::optional<GatheredBytes> record;
-        if (!file->isOutgrown(document) && replayTime <= longestReplay) record = message();
+        const bool isDue =
+            file->isGone() || file->isOutgrown(document) || replayTime > longestReplay;
+        const auto record = isDue ? std::nullopt : message();
         if (record)
             file->append(record->pieces());
         else
@@ -93,6 +112,7 @@ void Journal::add(const Document &document, std::chrono::duration<double> time,
 
 // Of what was written before it failed.
 void Journal::setIncomplete() {
+    lacksChanges = true;
     if (file) file->setIncomplete();
     if (old) old->setIncomplete();
 }
@@ -101,6 +121,7 @@ void Journal::setFront() {
     using namespace std::chrono;
     stamp = duration_cast<nanoseconds>(system_clock::now().time_since_epoch()).count();
     if (file) file->setStamp(stamp);
+    if (old) old->setStamp(stamp);
 }
 
 void Journal::remove() {
@@ -108,6 +129,7 @@ void Journal::remove() {
     if (old) old->remove();
     file.reset();
     old.reset();
+    lacksChanges = false;
     nextTry.reset();
 }
 

@@ -31,6 +31,10 @@ class Journal {
     // Where that fails the old file stays, as this journal's own.
     void takeOver(const Document &document, LeftJournal left);
 
+    // Sets memory aside by which what is changed next can be written though it has left none.
+    // Throws std::bad_alloc.
+    static void setRoomAside();
+
     // A message has changed the document, in the given time. `message` gives it as data, or nothing
     // when it can't be repeated: its result is written then.
     using MessageAsData = std::function<std::optional<GatheredBytes>()>;
@@ -44,7 +48,7 @@ class Journal {
     void remove();
 
     // Whether all of the document could be brought back. False also before it has been changed.
-    bool holdsAll() const { return nextTry ? old && !old->isIncomplete : file.has_value(); }
+    bool holdsAll() const { return (file ? !file->isGone() : old.has_value()) && !lacksChanges; }
 
   private:
     using Clock = std::chrono::steady_clock;
@@ -58,6 +62,7 @@ class Journal {
     std::optional<JournalFile> file;
     std::optional<LeftJournal> old; // which no file has taken the place of
     std::int64_t stamp = 0;         // when it came to the front
+    bool lacksChanges = false;      // that were made since
     std::chrono::duration<double> replayTime{};
     std::optional<Clock::time_point> nextTry; // since it failed
 };

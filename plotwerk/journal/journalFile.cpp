@@ -1,6 +1,7 @@
 #include "plotwerk/journal/journalFile.h"
 
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/files/directory.h"
 #include "plotwerk/files/documentFile.h"
 #include "plotwerk/journal/bytes.h"
 #include "plotwerk/model/change.h"
@@ -16,6 +17,7 @@
 #include <libdeflate.h>
 #include <ostream>
 #include <random>
+#include <span>
 #include <streambuf>
 #include <sys/file.h>
 #include <sys/resource.h>
@@ -76,6 +78,23 @@ bool writeAll(int file, const char *bytes, std::size_t count) {
         if (written <= 0) return false;
         bytes += written;
         count -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+// The same of several parts, in as few writes as the system takes them in.
+bool writeAll(int file, std::span<iovec> parts) {
+    while (!parts.empty()) {
+        const std::size_t some = std::min<std::size_t>(parts.size(), IOV_MAX);
+        const ssize_t written = writev(file, parts.data(), static_cast<int>(some));
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return false;
+        auto left = static_cast<std::size_t>(written);
+        for (; !parts.empty() && left >= parts.front().iov_len; parts = parts.subspan(1))
+            left -= parts.front().iov_len;
+        if (left == 0) continue;
+        parts.front().iov_base = static_cast<char *>(parts.front().iov_base) + left;
+        parts.front().iov_len -= left;
     }
     return true;
 }
@@ -257,17 +276,14 @@ void JournalFile::append(const std::vector<std::string_view> &message) {
         parts.push_back({const_cast<char *>(piece.data()), piece.size()});
     }
     head = RecordHead(length, sum);
-    const std::size_t whole = sizeof head + length;
-    const ssize_t written = writev(file.number, parts.data(), static_cast<int>(parts.size()));
-    if (written != static_cast<ssize_t>(whole)) {
-        if (written >= 0) errno = ENOSPC;
+    if (!writeAll(file.number, parts)) {
         const int reason = errno;
         // A half record at the end would do no harm either.
         if (ftruncate(file.number, static_cast<off_t>(size)) != 0) errno = reason;
         errno = reason;
         refuseToWrite(place);
     }
-    size += whole;
+    size += sizeof head + length;
 }
 
 // Counting the document takes long where it has many columns, so it is put off.
@@ -278,14 +294,23 @@ bool JournalFile::isOutgrown(const Document &document) {
     return taken > 4 * roomOfDocument;
 }
 
+bool JournalFile::isGone() const {
+    struct stat status {};
+    return fstat(file.number, &status) != 0 || status.st_nlink == 0;
+}
+
 // What can't be noted in the head is no reason to lose the rest.
 static void overwrite(int file, const void *bytes, std::size_t count, std::size_t position) {
     [[maybe_unused]] const ssize_t written =
         pwrite(file, bytes, count, static_cast<off_t>(position));
 }
 
+static void noteStamp(int file, std::int64_t stamp) {
+    overwrite(file, &stamp, sizeof stamp, offsetof(Head, stamp));
+}
+
 void JournalFile::setStamp(std::int64_t stamp) {
-    overwrite(file.number, &stamp, sizeof stamp, offsetof(Head, stamp));
+    noteStamp(file.number, stamp);
 }
 
 static void noteIncomplete(int file) {
@@ -297,8 +322,14 @@ void JournalFile::setIncomplete() {
     noteIncomplete(file.number);
 }
 
+// Where it can't be deleted it must not bring back what has been saved or closed.
+static void removeFile(const fs::path &path, const JournalDescriptor &file) {
+    if (unlink(path.c_str()) == 0) return;
+    [[maybe_unused]] const int emptied = ftruncate(file.number, 0);
+}
+
 void JournalFile::remove() {
-    unlink(place.c_str());
+    removeFile(place, file);
 }
 
 std::optional<LeftJournal> LeftJournal::lock(const fs::path &path) {
@@ -384,29 +415,36 @@ void LeftJournal::endAttempt() {
     noteAttempts();
 }
 
-// An attempt changes nothing of what the file holds, and leaves its time.
 void LeftJournal::noteAttempts() const {
     overwrite(file.number, &attempts, sizeof attempts, offsetof(Head, attempts));
+    keepTime();
+}
+
+// Of what the document is, nothing has changed.
+void LeftJournal::keepTime() const {
     const timespec times[] = {{0, UTIME_OMIT}, {lastChange, 0}};
     futimens(file.number, times);
+}
+
+void LeftJournal::setStamp(std::int64_t latest) {
+    stamp = latest;
+    noteStamp(file.number, stamp);
+    keepTime();
 }
 
 void LeftJournal::setIncomplete() {
     isIncomplete = true;
     noteIncomplete(file.number);
+    keepTime();
 }
 
 void LeftJournal::remove() {
-    unlink(path.c_str());
+    removeFile(path, file);
 }
 
 static std::vector<fs::path> pathsWithSuffix(const fs::path &directory, std::string_view ending) {
-    std::vector<fs::path> paths;
-    std::error_code error;
-    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
-         entry.increment(error)) {
-        if (entry->path().native().ends_with(ending)) paths.push_back(entry->path());
-    }
+    std::vector<fs::path> paths = pathsIn(directory);
+    std::erase_if(paths, [&](const fs::path &path) { return !path.native().ends_with(ending); });
     return paths;
 }
 

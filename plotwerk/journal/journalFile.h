@@ -46,13 +46,16 @@ class JournalFile {
     // A path in the directory that no file has.
     static std::filesystem::path freePath(const std::filesystem::path &directory);
 
-    // Adds a message, given in pieces, in one write. Throws Refusal as above; nothing may be added
-    // after that.
+    // Adds a message, given in pieces, in one write where the system takes it so. Throws Refusal as
+    // above; nothing may be added after that.
     void append(const std::vector<std::string_view> &message);
 
     // The messages take more than four times the room of the document, and more than 16 MB: it is
     // time for a new file. More often, writing documents would cost more than writing messages.
     bool isOutgrown(const Document &document);
+
+    // Somebody has deleted it: what is added is lost.
+    bool isGone() const;
 
     void setStamp(std::int64_t stamp);
 
@@ -96,6 +99,7 @@ class LeftJournal {
     void beginAttempt();
     void endAttempt();
 
+    void setStamp(std::int64_t latest);
     void setIncomplete();
     void remove();
 
@@ -103,6 +107,7 @@ class LeftJournal {
     LeftJournal() : file(-1) {}
     std::optional<std::string> nextRecord();
     void noteAttempts() const;
+    void keepTime() const;
 
     JournalDescriptor file;
     std::uint64_t position = 0; // of the next record

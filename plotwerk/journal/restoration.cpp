@@ -28,7 +28,7 @@ static std::string withoutValues(Document &document) {
 }
 
 std::optional<GatheredBytes> encodedRestoration(Document &document, const ColumnOrigins &origins) {
-    constexpr std::ptrdiff_t mostOwn = 100; // a write takes 1024 pieces
+    constexpr std::ptrdiff_t mostOwn = 100; // beyond, the whole document is written as quickly
     const auto isOwn = [](std::int32_t origin) { return origin < 0; };
     if (std::count_if(origins.begin(), origins.end(), isOwn) > mostOwn) return std::nullopt;
 

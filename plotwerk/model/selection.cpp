@@ -1,6 +1,7 @@
 #include "plotwerk/model/selection.h"
 
 #include "plotwerk/base/bounds.h"
+#include "plotwerk/base/memoryReserve.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/limits.h"
 #include "plotwerk/model/names.h"
@@ -30,6 +31,7 @@ static constexpr int patternMemory = 1 << 18;
 static NameTest matching(const std::string &pattern, double &time) {
     if (pattern.empty()) return named("");
     if (pattern.size() > longestName) throw Refusal("pattern is too long");
+    requireFree(2 * patternMemory); // RE2 ends the process where it finds none
     RE2::Options options;
     options.set_log_errors(false);
     options.set_never_capture(true);

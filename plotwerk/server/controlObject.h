@@ -142,16 +142,17 @@ class ControlObject {
 
     // actOnView of what selects, and tells how many curves it has found. None is refused with that
     // reason, but only when none is selected: what follows must not hit the curves before.
-    template<class Select>
-    void selectIn(const std::string &name, const std::string &reasonForNone, Select select) {
+    template<class Reason, class Select>
+    void selectIn(const std::string &name, Reason reasonForNone, Select select) {
         int found = 1;
         actOnView(name, [&](Document &document) { found = select(document); });
         if (found > 0 || repeating) return; // it was refused when the journal recorded it
-        attempt([&] { withOpen(name, [&](const Document &) { throw Refusal(reasonForNone); }); });
+        attempt([&] { withOpen(name, [&](const Document &) { throw Refusal(reasonForNone()); }); });
     }
 
     // Makes a change, and adds it to the document's journal before it is answered.
     template<class Change> void recorded(Document &document, Change makeChange) {
+        Journal::setRoomAside();
         const auto begin = std::chrono::steady_clock::now();
         const int names = namesOfTheTime();
         makeChange();

@@ -4,7 +4,9 @@
 
 namespace plotwerk {
 
-static constexpr char noCurves[] = "there are no curves";
+static std::string noCurves() {
+    return "there are no curves";
+}
 
 // What was looked for, of a selection that finds no curve.
 static std::string noCurveOf(const std::string &source, std::int32_t table,
@@ -16,23 +18,25 @@ static std::string noCurveOf(const std::string &source, std::int32_t table,
     if (!source.empty()) add("source", '"' + source + '"');
     if (table != -1) add("table", std::to_string(table));
     if (!column.empty()) add("column", '"' + column + '"');
-    return text.empty() ? noCurves : text;
+    return text.empty() ? noCurves() : text;
 }
 
 void ControlObject::selectCurvesOf_sourceName_table_column_appendSelection_(
     const std::string &name, const std::string &source, const std::int32_t &table,
     const std::string &column, const bool &append) {
-    selectIn(name, noCurveOf(source, table, column), [&](Document &document) {
-        return selectByName(document, source, table, column, append);
-    });
+    selectIn(
+        name, [&] { return noCurveOf(source, table, column); },
+        [&](Document &document) { return selectByName(document, source, table, column, append); });
 }
 
 void ControlObject::selectCurvesOf_regexSourceName_table_regexColumn_appendSelection_(
     const std::string &name, const std::string &source, const std::int32_t &table,
     const std::string &column, const bool &append) {
-    selectIn(name, noCurveOf(source, table, column), [&](Document &document) {
-        return selectByPattern(document, source, table, column, append);
-    });
+    selectIn(
+        name, [&] { return noCurveOf(source, table, column); },
+        [&](Document &document) {
+            return selectByPattern(document, source, table, column, append);
+        });
 }
 
 void ControlObject::
@@ -78,11 +82,14 @@ ControlObject::nameOfNextMarkedCurveOf_name_source_yData_table_index_(const std:
     using Marked = std::tuple<std::string, std::string, bool, std::int32_t, std::int32_t>;
     Marked marked{"", "", false, 0, -1};
     actOnView(name, [&](Document &document) {
+        std::string column, source; // with room for any name, before the walk has gone on
+        column.reserve(longestName);
+        source.reserve(longestName);
         const auto curve = nextMarkedCurve(document);
         if (!curve) return;
-        marked = {columnOf(document, *curve).name,
-                  document.sources[static_cast<std::size_t>(curve->source)].name, true,
-                  curve->table + 1, curve->index};
+        column = columnOf(document, *curve).name;
+        source = document.sources[static_cast<std::size_t>(curve->source)].name;
+        marked = {std::move(column), std::move(source), true, curve->table + 1, curve->index};
     });
     return marked;
 }

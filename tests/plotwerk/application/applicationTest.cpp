@@ -239,10 +239,16 @@ TEST_F(ApplicationTest, TellsAtItsEndWhichChangesAreLost) {
     application.create({.name = "document"});
     retitle(application, "title");
     EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" can be brought back"));
+    for (const fs::path &path : journalPaths(journals)) fs::remove(path);
+    EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" are lost\n"));
+    retitle(application, "another"); // begins it anew
+    EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" can be brought back"));
     fs::remove_all(journals);
     application.create({.name = "other"});
     retitle(application, "title");
-    EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"other\" are lost\n"));
+    const std::string log = logOf([&] { application.leave(); });
+    for (const char *name : {"document", "other"})
+        EXPECT_TRUE(holds(log, std::string(name) + "\" are lost\n"));
 }
 
 TEST_F(ApplicationTest, TakesInNothingThatHasNoWindow) {

@@ -9,31 +9,12 @@
 #include "plotwerk/model/ranges.h"
 #include "plotwerk/model/selection.h"
 #include "tests/plotwerk/files/fullDocument.h"
+#include "tests/support/failingMemory.h"
 
-#include <cstdlib>
 #include <functional>
 #include <gtest/gtest.h>
-#include <limits>
 #include <new>
 #include <string>
-
-static long allocationsLeft = std::numeric_limits<long>::max();
-
-void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
-    if (allocationsLeft == 0) return nullptr;
-    --allocationsLeft;
-    return std::malloc(size > 0 ? size : 1);
-}
-void *operator new(std::size_t size) {
-    if (void *memory = operator new(size, std::nothrow)) return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void *memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void *memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 using namespace plotwerk;
 
@@ -91,13 +72,12 @@ TEST(NoMemory, LeavesTheDocumentAsItWas) {
             if (std::string(what) == "fit") document.parameters[0].value = 5;
             const std::string before = saved(document, false);
             bool done = true;
-            allocationsLeft = allocations;
             try {
+                const FailingMemory failing(allocations, false);
                 work(document);
             } catch (const std::bad_alloc &) {
                 done = false;
             }
-            allocationsLeft = std::numeric_limits<long>::max();
             if (done) {
                 EXPECT_TRUE(saved(document, false) != before) << what << " does nothing";
                 break;

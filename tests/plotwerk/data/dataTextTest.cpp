@@ -176,7 +176,9 @@ TEST(DataText, ReadsTimesAsSecondsSince1970) {
           "\"6\"\n",
           "\"Date\",\"Time\",\"T\"\n\"2024-01-02\",\"9:00:00\",\"5\"\n"
           "\"2024-01-02\",\"10:00:01,0\",\"6\"\n",
-          "Date\tTime\tT\n2024-01-02\t\"9:00 AM\"\t5\n\"2024-01-02\"\t10:00:01 AM\t6\n"}) {
+          "Date\tTime\tT\n2024-01-02\t\"9:00 AM\"\t5\n\"2024-01-02\"\t10:00:01 AM\t6\n",
+          "Date;Time;T\n2024-01-02;\" 9:00  AM\";5\n\"2024-01-02\";\"10:00:01 AM  \";6\n",
+          "Date,Time,T\n2024-01-02,\"  9:00\",5\n\" 2024-01-02\", \"10:00:01  \" ,6\n"}) {
         const std::vector<DataTable> tables = readDataText(text, '.');
         EXPECT_EQ(tables[0].table.x.name, "Date Time") << text;
         EXPECT_EQ(tables[0].table.x.values, (std::vector<double>{1704186000, 1704189601})) << text;

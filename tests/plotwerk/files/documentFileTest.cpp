@@ -111,7 +111,7 @@ TEST(DocumentFile, OfAnOlderVersionLeavesNewFieldsAsTheyBegin) {
         TreeWriter writer(text, false);
         Writer(writer).write(written);
     }
-    const Tree tree = treeOfJson(text.str());
+    const Tree tree = treeOfJson(text.str()).root;
     const std::pair<Version, int> cases[] = {{{1, 7}, 5}, {{2, 0}, 5}, {{2, 1}, 2}, {{2, 2}, 2}};
     for (const auto &[version, added] : cases) {
         Tree read{{"record", tree}};

@@ -187,11 +187,11 @@ TEST_F(RecoveryTest, KeepsWhatCannotBeBroughtBackNow) {
     rlimit unlimited{};
     getrlimit(RLIMIT_AS, &unlimited);
     plotwerk->waitForEmptyReply(); // until all is set aside that is to be
-    const rlim_t reserve = rlim_t{320} << 20;
-    const rlim_t least = std::stoul(program->procStatus("VmSize")) * 1024 - reserve;
-    int refused = 0;
-    for (const int room : {-12, 60}) { // threads for fonts may have left stacks of 8 MB
-        const rlimit limit{least + static_cast<rlim_t>(room * 1'048'576), unlimited.rlim_max};
+    const rlim_t megabyte = 1 << 20, reserve = 320 * megabyte;
+    const rlim_t has = std::stoul(program->procStatus("VmSize")) * 1024 - reserve;
+    bool refused = false;
+    for (rlim_t room = has + 60 * megabyte; !refused && room > has / 2; room -= 8 * megabyte) {
+        const rlimit limit{room, unlimited.rlim_max};
         setrlimit(RLIMIT_AS, &limit); // inherited
         die(SIGKILL, {"--recover"});
         setrlimit(RLIMIT_AS, &unlimited);
@@ -201,9 +201,10 @@ TEST_F(RecoveryTest, KeepsWhatCannotBeBroughtBackNow) {
         const std::regex line(
             "brought back \"large|can't bring back \"large.*: not enough memory\n");
         EXPECT_EQ(std::distance(std::sregex_iterator(log.begin(), log.end(), line), {}), 2) << log;
-        refused += holds(log, "not enough memory");
+        refused = log.find("not enough memory") != log.npos;
+        EXPECT_FALSE(refused && room > has + 50 * megabyte);
     }
-    EXPECT_EQ(refused, 1);
+    EXPECT_TRUE(refused);
 #endif
     die(SIGKILL, {"--recover"});
     for (std::size_t i = 0; i < names.size(); ++i)
@@ -339,11 +340,9 @@ TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
         const auto expected = wantedAfter(sent.size() - 1);
         const bool without = recovered == expected;
         const bool with = !without && recovered == wantedAfter(sent.size());
-        // without memory a journal may have ended, and said so
-        const bool told = tight && holds(log, "the journal of \"");
-        EXPECT_TRUE(without || with || told) << "death " << death << ", after " << sent.size()
-                                             << " messages, the last " << sent.back().method << '\n'
-                                             << differenceOf(recovered, expected) << log;
+        EXPECT_TRUE(without || with) << "death " << death << ", after " << sent.size()
+                                     << " messages, the last " << sent.back().method << '\n'
+                                     << differenceOf(recovered, expected) << log;
         answered += sent.size() - 1;
         unanswered += without;
         done += with;

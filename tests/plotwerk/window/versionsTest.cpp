@@ -16,7 +16,23 @@ static std::string bytesOf(const Document &document) {
     return saved(document, false);
 }
 
+namespace fs = std::filesystem;
+
 namespace {
+
+// A folder for states of plotwerk, and none is set any more when it goes.
+struct StateFolder {
+    StateFolder() { path = mkdtemp(pattern.data()); }
+    ~StateFolder() {
+        unsetenv("XDG_STATE_HOME");
+        fs::remove_all(path);
+    }
+    StateFolder(const StateFolder &) = delete;
+    StateFolder &operator=(const StateFolder &) = delete;
+
+    std::string pattern = (fs::temp_directory_path() / "versions-XXXXXX").string();
+    fs::path path;
+};
 
 // A document as a window has it.
 struct Edited {
@@ -147,9 +163,8 @@ TEST(Versions, LeaveColumnsWhereTheyAre) {
 // Some changes are added to the journal as messages, others write its document anew; steps back and
 // forth are added to it.
 TEST(Versions, ThatWereGoneBackToOutliveTheProcess) {
-    namespace fs = std::filesystem;
-    std::string pattern = (fs::temp_directory_path() / "versions-XXXXXX").string();
-    const fs::path folder = mkdtemp(pattern.data());
+    const StateFolder state;
+    const fs::path &folder = state.path;
     setenv("XDG_STATE_HOME", (folder / "own").c_str(), 1);
     Application application;
     application.keepJournals();
@@ -208,6 +223,4 @@ TEST(Versions, ThatWereGoneBackToOutliveTheProcess) {
         ASSERT_EQ(bytesOf(*other.front()), bytesOf(document)) << step;
         ASSERT_EQ(hasUnsavedChanges(*other.front()), hasUnsavedChanges(document)) << step;
     }
-    unsetenv("XDG_STATE_HOME");
-    fs::remove_all(folder);
 }
