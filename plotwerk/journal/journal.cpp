@@ -88,6 +88,14 @@ void Journal::tryToBegin(const Document &document) {
     if (nextTry) *nextTry += 20 * (Clock::now() - begin);
 }
 
+// Looked at once a second: it takes as long as writing a message.
+bool Journal::isGone() {
+    const auto now = Clock::now();
+    if (now < nextLook) return false;
+    nextLook = now + std::chrono::seconds(1);
+    return file->isGone();
+}
+
 void Journal::add(const Document &document, std::chrono::duration<double> time,
                   const MessageAsData &message) {
     if (!file || nextTry) {
@@ -99,8 +107,7 @@ void Journal::add(const Document &document, std::chrono::duration<double> time,
     }
     replayTime += time;
     attempt(document, [&] {
-        const bool isDue =
-            file->isGone() || file->isOutgrown(document) || replayTime > longestReplay;
+        const bool isDue = isGone() || file->isOutgrown(document) || replayTime > longestReplay;
         const auto record = isDue ? std::nullopt : message();
         if (record)
             file->append(record->pieces());

@@ -56,6 +56,7 @@ class Journal {
     template<class Work> void attempt(const Document &document, Work work);
     void writeFile(const std::filesystem::path &path, const Document &document);
     void tryToBegin(const Document &document);
+    bool isGone();
     void setIncomplete();
 
     std::filesystem::path directory;
@@ -65,6 +66,7 @@ class Journal {
     bool lacksChanges = false;      // that were made since
     std::chrono::duration<double> replayTime{};
     std::optional<Clock::time_point> nextTry; // since it failed
+    Clock::time_point nextLook;               // whether somebody has deleted the file
 };
 
 } // namespace plotwerk
