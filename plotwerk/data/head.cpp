@@ -70,7 +70,7 @@ TableLayout layoutOfPlainRow(const std::vector<HeadLine> &head, std::size_t begi
     for (const Field &field : fields) kinds.push_back(field.kind);
 
     std::vector<Field> above;
-    bool lastWasQuoted = false;
+    std::optional<std::size_t> quotedRow; // the line before, if all its numbers are in quotes
     bool hasNames = false;
     for (std::size_t i = begin; i < head.size(); ++i) {
         if (head[i].isComment) continue;
@@ -82,11 +82,11 @@ TableLayout layoutOfPlainRow(const std::vector<HeadLine> &head, std::size_t begi
             break;
         }
         const bool isQuoted = isAllQuotedNumbers(above);
-        if (isQuoted && (lastWasQuoted || hasNames)) { // one alone may be names
-            layout.firstRow = lastWasQuoted ? i - 1 : i;
+        if (isQuoted && (quotedRow || hasNames)) { // one alone may be names
+            layout.firstRow = quotedRow.value_or(i);
             break;
         }
-        lastWasQuoted = isQuoted;
+        quotedRow = isQuoted ? std::optional(i) : std::nullopt;
         hasNames = hasNames || areWords(above, fields.size());
     }
     return layout;

@@ -70,6 +70,8 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"a comment that is like a row", "x;y\n# 1;5\n1;2\n", "x=1 y=2"},
         {"separators of no column", "a, b; c; d\n1;2\n3;4\n", "a, b=1,3 c=2,4"},
         {"rows in quotes", "\"1\";\"2\"\n\"3\";\"4\"\n5;6\n", "X=1,3,5 Y1=2,4,6"},
+        {"a comment between rows in quotes", "\"1\";\"2\"\n# c\n\"3\";\"4\"\n5;6\n",
+         "X=1,3,5 Y1=2,4,6"},
         {"units behind names", "t (s) U [V]\n1 2\n", "t (s)=1 U [V]=2"},
         {"nothing in the first row", ";\n1;2\n", "X=nan,1 Y1=nan,2"},
         {"names of one table only", "x a\n1 2\n\n3 4\n", "x=1 a=2; X=3 Y1=4"},
@@ -217,8 +219,8 @@ TEST(DataFile, IsReadInTheEncodingsOfSpreadsheets) {
         {"\xB5 b\n1 2\n", "\u00b5=1 b=2"},
         {"\xFF\xFE\xB5\0\t\0b\0\r\0\n\0001\0\t\0002\0"s, "\u00b5=1 b=2"},
         {"\xFE\xFF\xD8\x34\xDD\x1E\0\t\xD8\x34\0\n\0001\0\t\0002"s, "\U0001D11E=1 \uFFFD=2"},
-        {"\xC3\xA4\xEF\xBF\xBE\xEF\xB7\x90\xF0\x9F\xBF\xBF b\n1 2\n",
-         "\u00e4\uFFFD\uFFFD\uFFFD=1 b=2"}};
+        {"\xC3\xA4\xEF\xBF\xBE\xEF\xB7\x90\xF0\x9F\xBF\xBF\xF4\x8F\xBF\xBF b\n1 2\n",
+         "\u00e4\uFFFD\uFFFD\uFFFD\uFFFD=1 b=2"}};
     for (const auto &[bytes, want] : cases)
         EXPECT_EQ(textOf(readDataFile(bytes, '.')[0].table), want);
     EXPECT_THROW(readDataFile("1\0 2\n"s, '.'), Refusal);
