@@ -222,8 +222,8 @@ void Application::close(const Document &document, bool keepChanges) {
             return "unsaved changes of " + inQuotes(document.name) + " kept in " + kept.string();
         });
     }
-    if (auto &journal = openOf(document).journal) journal->remove();
     if (desktop) desktop->closing(document);
+    if (auto &journal = openOf(document).journal) journal->remove();
     std::erase_if(documents, [&](const auto &open) { return &open->document == &document; });
     if (next) putInFront(std::move(next));
 }

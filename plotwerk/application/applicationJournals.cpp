@@ -166,8 +166,10 @@ void Application::leave() {
             const bool left = open->journal && open->journal->holdsAll();
             const char *fate = desktop ? "will be offered when plotwerk starts again"
                                        : "can be brought back by plotwerkd --recover";
-            log(LogLevel::warning,
-                "unsaved changes of \"" + open->document.name + "\" " + (left ? fate : "are lost"));
+            logDone(LogLevel::warning, [&] {
+                return "unsaved changes of \"" + open->document.name + "\" " +
+                       (left ? fate : "are lost");
+            });
         } else if (open->journal) {
             open->journal->remove();
         }

@@ -20,7 +20,7 @@ static constexpr double largestSize = 200;
 
 static std::string validUtf8(std::string text) {
     if (plw::isUtf8(text)) return text;
-    requireFree(4 * text.size());
+    requireFree(12 * text.size()); // three bytes for each bad one, and twice that while it grows
     const std::unique_ptr<gchar, decltype(&g_free)> valid(
         g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())), g_free);
     return valid.get();

@@ -153,6 +153,7 @@ class Replacement {
     bool takeName() {
         const std::string own = link();
         for (int i = 0; i < mostTries; ++i) {
+            name.clear(); // somebody else's
             name = temporaryName(target.parent_path());
             if (linkat(AT_FDCWD, own.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0)
                 return true;

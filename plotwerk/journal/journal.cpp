@@ -106,8 +106,9 @@ void Journal::add(const Document &document, std::chrono::duration<double> time,
         return;
     }
     replayTime += time;
+    const bool gone = isGone();
     attempt(document, [&] {
-        const bool isDue = isGone() || file->isOutgrown(document) || replayTime > longestReplay;
+        const bool isDue = gone || file->isOutgrown(document) || replayTime > longestReplay;
         const auto record = isDue ? std::nullopt : message();
         if (record)
             file->append(record->pieces());

@@ -82,14 +82,16 @@ bool writeAll(int file, const char *bytes, std::size_t count) {
     return true;
 }
 
-// The same of several parts, in as few writes as the system takes them in.
-bool writeAll(int file, std::span<iovec> parts) {
+// The same of several parts at a position, in as few writes as the system takes them in.
+bool writeAll(int file, std::span<iovec> parts, std::uint64_t position) {
     while (!parts.empty()) {
         const std::size_t some = std::min<std::size_t>(parts.size(), IOV_MAX);
-        const ssize_t written = writev(file, parts.data(), static_cast<int>(some));
+        const ssize_t written =
+            pwritev(file, parts.data(), static_cast<int>(some), static_cast<off_t>(position));
         if (written < 0 && errno == EINTR) continue;
         if (written <= 0) return false;
         auto left = static_cast<std::size_t>(written);
+        position += left;
         for (; !parts.empty() && left >= parts.front().iov_len; parts = parts.subspan(1))
             left -= parts.front().iov_len;
         if (left == 0) continue;
@@ -276,7 +278,7 @@ void JournalFile::append(const std::vector<std::string_view> &message) {
         parts.push_back({const_cast<char *>(piece.data()), piece.size()});
     }
     head = RecordHead(length, sum);
-    if (!writeAll(file.number, parts)) {
+    if (!writeAll(file.number, parts, size)) {
         const int reason = errno;
         // A half record at the end would do no harm either.
         if (ftruncate(file.number, static_cast<off_t>(size)) != 0) errno = reason;

@@ -20,6 +20,7 @@ struct BusSource::Source {
     bool more; // messages may be there that the descriptor doesn't tell of
     bool ended;
     bool suspended;
+    bool letLoopRun; // while a message was answered: what it put off comes before the next one
 };
 
 namespace {
@@ -73,9 +74,10 @@ template<class Source> gboolean dispatch(GSource *base, GSourceFunc, gpointer) {
     auto &bus = *reinterpret_cast<Source *>(base);
     onBus(bus, [&] {
         const auto begin = Clock::now();
+        bus.letLoopRun = false;
         do {
             bus.more = bus.server->processPending();
-        } while (!bus.suspended && Clock::now() - begin < longest &&
+        } while (!bus.letLoopRun && Clock::now() - begin < longest &&
                  (bus.more || messageFollows(*bus.server)));
     });
     if (!bus.ended) guarded(bus.answered);
@@ -101,6 +103,7 @@ BusSource::BusSource(Server &server, std::function<void()> answered,
     source->more = true;
     source->ended = false;
     source->suspended = false;
+    source->letLoopRun = false;
     source->waited = {server.pollData().fd, 0, 0};
     g_source_set_name(&source->source, "bus");
     g_source_add_poll(&source->source, &source->waited);
@@ -118,7 +121,7 @@ void BusSource::stayBehind(bool behind) {
 
 // Polled on, the descriptor of a message that nobody takes would keep the loop from waiting.
 void BusSource::suspend() {
-    source->suspended = true;
+    source->suspended = source->letLoopRun = true;
     g_source_remove_poll(&source->source, &source->waited);
 }
 

@@ -23,7 +23,8 @@ void Closing::goOn() {
     if (application.isBusy()) {
         application.cancelFitOf(document);
         window.tell("Closes as soon as the work is done");
-        return application.whenFree([this] { goOn(); });
+        return application.whenFree(
+            sigc::slot<void()>(sigc::track_obj([this] { goOn(); }, window)));
     }
     if (questions.isAsking()) return questions.remind([this] { goOn(); });
     if (!hasUnsavedChanges(document)) return close(std::exchange(whenClosed, {}));

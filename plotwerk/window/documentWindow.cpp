@@ -274,7 +274,10 @@ void DocumentWindow::hear(const MessageLine &message) {
 }
 
 void DocumentWindow::hearOpened(const MessageLine &message) {
-    if (!document.path.empty() || journalPane.numberOfLines() > 0) return;
+    if (journalPane.numberOfLines() > 0) return;
+    versions.keep(document, Versions::Change::ofView, 0); // its ranges are no step of their own
+    heardRevision = document.revision;
+    if (!document.path.empty()) return;
     journalPane.add(message);
     versions.setLines(journalPane.numberOfLines());
 }

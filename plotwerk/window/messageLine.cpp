@@ -331,7 +331,7 @@ std::optional<MessageLine> messageLine(const RecordedMessage &message) {
     line.keepsData = row->effect != Effect::anything;
     line.selects = message.member.starts_with("selectCurvesOf_");
     const bool holdsNumbers =
-        holdsData || message.member == "readFormulaParameterOf_parameterList_";
+        holdsData || line.opens || message.member == "readFormulaParameterOf_parameterList_";
     if (holdsNumbers) line.decimalSeparator = message.decimalSeparator;
     return line;
 }

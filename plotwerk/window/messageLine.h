@@ -27,7 +27,7 @@ struct MessageLine {
 
 // Without the document's name: the line is for the document in front. What no command of callPlw
 // can say is sent by busctl; data too long for a line are read in by several. Nothing for one that
-// only asks or closes.
+// only asks, makes, raises or closes a document, or is about a composition.
 std::optional<MessageLine> messageLine(const RecordedMessage &message);
 
 } // namespace plotwerk

@@ -17,8 +17,8 @@ void Questions::askForFile(const Glib::ustring &title, Gtk::FileChooser::Action 
         const auto ended = std::exchange(chooser, {});
         const bool isChosen =
             response == static_cast<int>(Gtk::ResponseType::ACCEPT) && ended->get_file();
-        if (isChosen) chosen(ended->get_file()->get_path());
         end();
+        if (isChosen) chosen(ended->get_file()->get_path());
     });
     chooser->show();
 }
@@ -40,8 +40,8 @@ void Questions::askForText(const Glib::ustring &title, const Glib::ustring &butt
     dialog->set_default_response(Gtk::ResponseType::OK);
     dialog->signal_response().connect([this, entry, given](int response) {
         dialog->hide();
-        if (response == Gtk::ResponseType::OK) given(entry->get_text());
         end();
+        if (response == Gtk::ResponseType::OK) given(entry->get_text());
     });
     dialog->present();
 }

@@ -230,11 +230,13 @@ void WindowedApplication::opened(Document &document) {
 
 // Its functions may be at work: the window goes when they have come back.
 void WindowedApplication::closing(const Document &document) {
-    auto window = windows.extract(&document);
-    if (window.empty()) return;
-    window.mapped()->retire();
-    retired.push_back(std::move(window.mapped()));
+    const auto window = windows.find(&document);
+    if (window == windows.end()) return;
+    retired.reserve(retired.size() + 1); // what may fail comes first
     Glib::signal_idle().connect_once([this] { retired.clear(); });
+    window->second->retire();
+    retired.push_back(std::move(window->second));
+    windows.erase(window);
 }
 
 void WindowedApplication::activated(const Document &document) {

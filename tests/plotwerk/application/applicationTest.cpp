@@ -138,7 +138,6 @@ TEST_F(ApplicationTest, BringsBackTheDocumentsThatWereInFrontLastFirstAndInTheir
     EXPECT_EQ(LeftJournal::lock(journals / "two.journal")->stamp, 1);
 }
 
-// While one is brought back, the limit holds for it and the open ones together.
 TEST_F(ApplicationTest, NamesTheTenYoungestThatAreLeftAndCountsTheOthers) {
     leave("old", 0, {});
     fs::last_write_time(journals / "old.journal",
@@ -157,6 +156,7 @@ TEST_F(ApplicationTest, NamesTheTenYoungestThatAreLeftAndCountsTheOthers) {
     }
 }
 
+// While one is brought back, the limit holds for it and the open ones together.
 TEST_F(ApplicationTest, CountsTheOpenDocumentsWhileOneIsBroughtBack) {
     leave("other", 1, {"message"});
     Application application;

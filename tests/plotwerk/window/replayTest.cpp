@@ -216,7 +216,8 @@ TEST_F(ReplayTest, EveryActionIsInTheJournalAsWhatAScriptDoes) {
     EXPECT_EQ(names, all);
 
     const std::string script = bytesOf(pathOf("script.sh"));
-    for (const auto &c : cases) EXPECT_TRUE(holds(script, '\n' + c.line)) << c.action;
+    for (const auto &c : cases)
+        EXPECT_TRUE(c.line.empty() || holds(script, '\n' + c.line)) << c.action;
     EXPECT_TRUE(script.starts_with("#!/bin/sh\n"));
     expectItMakesTheSame(script, before, files);
 }
