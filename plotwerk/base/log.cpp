@@ -30,6 +30,10 @@ void setLogLevel(LogLevel level) {
     highestLevel = level;
 }
 
+bool isLogged(LogLevel level) {
+    return level <= highestLevel;
+}
+
 // What a message complains about may stand at either end of its text: both ends stay.
 static std::string shortened(std::string_view text) {
     constexpr std::size_t longest = 800;
@@ -61,7 +65,7 @@ std::string oneLine(std::string_view text) {
 }
 
 void log(LogLevel level, std::string_view text) {
-    if (level > highestLevel) return;
+    if (!isLogged(level)) return;
     std::string line = program + ": ";
     line += levelNames[static_cast<std::size_t>(level)];
     line += ": ";

@@ -20,6 +20,8 @@ void setLogLevel(LogLevel level);
 // The program that lines begin with; "plotwerkd" unless set.
 void setLogProgram(std::string_view name);
 
+bool isLogged(LogLevel level);
+
 // Writes "PROGRAM: LEVEL: TEXT" as oneLine makes it. A line that nobody takes is lost.
 void log(LogLevel level, std::string_view text);
 

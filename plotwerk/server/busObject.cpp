@@ -20,8 +20,7 @@ BusObject::~BusObject() {
 
 // The work is done: that must be said whatever memory it took.
 void BusObject::answered(const std::string &client, std::size_t length) {
-    constexpr std::size_t overhead = 1 << 16;
-    makeRoomFor(2 * length + overhead);
+    if (length >= longAnswer) makeRoomFor(2 * length + longAnswer);
     unread.add(client, length);
 }
 

@@ -40,18 +40,18 @@ class BusObject final : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkC
 
     // A message that has come in. What it leaves undone when it finds no memory is done when it is
     // answered again, but no work twice.
-    template<class Reply, class Work, class... Parameters> class Received {
+    template<class Reply, class Work, class... Parameters>
+    class Received final : public WaitingMessage {
       public:
-        Received(std::string sender, Reply &&to, Work how, Parameters &&...given)
-            : client(std::move(sender)),
+        Received(BusObject &receiving, std::string sender, Reply &&to, Work how,
+                 Parameters &&...given)
+            : object(receiving),
+              client(std::move(sender)),
               reply(std::move(to)),
               work(std::move(how)),
               arguments(std::in_place, std::move(given)...) {}
 
-        const std::string client;
-        const Reply reply;
-
-        void answer(BusObject &object) {
+        void answer() override {
             try {
                 if (!result) {
                     object.unread.require(client);
@@ -61,18 +61,22 @@ class BusObject final : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkC
                 }
                 give(reply, *result);
             } catch (const sdbus::Error &error) {
-                // what has changed something has a short answer, which can wait for memory
-                constexpr std::size_t longAnswer = 1 << 16;
                 if (result && lengthOf(*result) < longAnswer && isNoMemory(error)) throw;
                 reply.returnError(error);
             }
         }
 
       private:
+        BusObject &object;
+        const std::string client;
+        const Reply reply;
         const Work work;
         std::optional<std::tuple<Parameters...>> arguments; // until the work is done
         std::optional<std::invoke_result_t<Work, const Parameters &...>> result;
     };
+
+    // What has changed something has a shorter answer, which can wait for memory.
+    static constexpr std::size_t longAnswer = 1 << 16;
 
     void answered(const std::string &client, std::size_t length);
 
@@ -92,11 +96,10 @@ class BusObject final : public sdbus::AdaptorInterfaces<org::plotwerk::PlotwerkC
         // the arguments are there twice: as the bus library has read them, too
         constexpr std::size_t overhead = 1500;
         const std::size_t bytes = 2 * (lengthOf(arguments) + ... + overhead);
-        // shared: a function must be one that can be copied
-        const auto message =
-            std::make_shared<Message>(getObject().getCurrentlyProcessedMessage()->getSender(),
-                                      std::move(result), work, std::move(arguments)...);
-        waiting.add(message->client, bytes, [this, message] { message->answer(*this); });
+        const std::string client = getObject().getCurrentlyProcessedMessage()->getSender();
+        waiting.add(client, bytes,
+                    std::make_unique<Message>(*this, client, std::move(result), work,
+                                              std::move(arguments)...));
     }
 
     template<class Result, class Value> static void give(const Result &reply, const Value &value) {

@@ -85,7 +85,7 @@ class ControlObject {
     template<class Work> bool attempt(Work work) {
         try {
             const WithoutReserve withoutReserve;
-            log(LogLevel::debug, selector());
+            if (isLogged(LogLevel::debug)) log(LogLevel::debug, selector());
             work();
             tellListener();
             return true;

@@ -5,17 +5,17 @@
 namespace plotwerk {
 
 void WaitingMessages::add(const std::string &client, std::size_t bytes,
-                          std::function<void()> answer) {
+                          std::unique_ptr<WaitingMessage> message) {
     // what may throw comes first
-    std::list<Message> message;
-    message.push_back({bytes, std::move(answer)});
+    std::list<Message> added;
+    added.push_back({bytes, std::move(message)});
     std::list<Clients::iterator> turn(1);
     const auto [messages, isFirst] = clients.try_emplace(client);
     if (isFirst) {
         turn.front() = messages;
         turns.splice(turns.end(), turn);
     }
-    messages->second.splice(messages->second.end(), message);
+    messages->second.splice(messages->second.end(), added);
     bytesOfAll += bytes;
 }
 
@@ -37,7 +37,7 @@ void WaitingMessages::answerNext() {
     std::list<Message> taken = std::exchange(unfinished, {});
     if (taken.empty()) takeNext(taken);
     try {
-        taken.front().answer();
+        taken.front().message->answer();
     } catch (...) {
         unfinished = std::move(taken);
         throw;

@@ -3,19 +3,30 @@
 #define PLOTWERK_SERVER_WAITINGMESSAGES_H
 
 #include <cstddef>
-#include <functional>
 #include <list>
 #include <map>
+#include <memory>
 #include <string>
 
 namespace plotwerk {
+
+class WaitingMessage {
+  public:
+    WaitingMessage() = default;
+    virtual ~WaitingMessage() = default;
+    WaitingMessage(const WaitingMessage &) = delete;
+    WaitingMessage &operator=(const WaitingMessage &) = delete;
+
+    // Throws when it can't be answered yet.
+    virtual void answer() = 0;
+};
 
 // Clients take turns, a message each: one that sends many doesn't make the others wait for all of
 // them. The messages of one client keep their order.
 class WaitingMessages {
   public:
-    // `answer` is called when it is the message's turn; until then the message takes `bytes`.
-    void add(const std::string &client, std::size_t bytes, std::function<void()> answer);
+    // Until it is answered the message takes `bytes`.
+    void add(const std::string &client, std::size_t bytes, std::unique_ptr<WaitingMessage> message);
 
     bool empty() const { return turns.empty() && unfinished.empty(); }
     std::size_t bytes() const { return bytesOfAll; }
@@ -26,7 +37,7 @@ class WaitingMessages {
   private:
     struct Message {
         std::size_t bytes;
-        std::function<void()> answer;
+        std::unique_ptr<WaitingMessage> message;
     };
     using Clients = std::map<std::string, std::list<Message>>; // those that have messages
 

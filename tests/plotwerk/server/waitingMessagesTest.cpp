@@ -2,19 +2,37 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <memory>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 using namespace plotwerk;
+
+namespace {
+
+class Message final : public WaitingMessage {
+  public:
+    explicit Message(std::function<void()> how) : answering(std::move(how)) {}
+    void answer() override { answering(); }
+
+  private:
+    const std::function<void()> answering;
+};
+
+} // namespace
 
 TEST(WaitingMessages, TakeTurnsByClientAndTakeNoRoomOnceTheyAreAnswered) {
     WaitingMessages messages;
     std::string answered;
     bool fails = true;
     const auto add = [&](const char *client, std::size_t bytes, char name) {
-        messages.add(client, bytes, [&, name] {
-            if (name == '2' && std::exchange(fails, false)) throw std::runtime_error("not yet");
-            answered += name;
-        });
+        messages.add(client, bytes, std::make_unique<Message>([&, name] {
+                         if (name == '2' && std::exchange(fails, false))
+                             throw std::runtime_error("not yet");
+                         answered += name;
+                     }));
     };
     const auto answerAll = [&] {
         while (!messages.empty()) {
