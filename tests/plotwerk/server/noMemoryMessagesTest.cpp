@@ -369,30 +369,39 @@ TEST_F(NoMemoryMessages, AreUndoneInTheJournalTooOrNotAtAll) {
             World world(example, false);
             Document &document = world.application.document(documentName);
             Versions versions(document);
-            const std::string before = saved(document, true);
-            change(document, [](Document &changed) {
-                changed.title = "something that needs an allocation";
-                changed.sources[0].tables[0].y[0].values = {5, 6, 7, 8};
-            });
-            world.application.record(document, {}, [] { return std::nullopt; });
-            const std::string after = saved(document, true);
-            try {
+            std::vector<std::string> states{saved(document, true)};
+            for (const char *title : {"something that needs an allocation", "another such thing"}) {
+                versions.keep(document, Versions::Change::ofData, 0);
+                change(document, [&](Document &changed) {
+                    changed.title = title;
+                    changed.sources[0].tables[0].y[0].values.assign(4, title[0]);
+                });
+                world.application.record(document, {}, [] { return std::nullopt; });
+                states.push_back(saved(document, true));
+            }
+            const auto undo = [&] {
                 const FailingMemory failing(allocations);
                 versions.keep(document, Versions::Change::ofData, 0);
                 Versions::Version version = versions.undo(document);
                 world.application.restore(document, std::move(version.document), version.origins,
                                           version.isSaved);
+                versions.setRestored(document);
+                states.pop_back();
                 ++undone;
+            };
+            try {
+                undo();
+                undo(); // what the first one took from the journal is set aside again
             } catch (const std::bad_alloc &) {
                 ++kept;
             }
             failed = FailingMemory::hasFailed();
             now = saved(document, true);
-            EXPECT_TRUE(now == before || now == after) << allocations;
-            if (now == before) continue;
+            EXPECT_TRUE(now == states.back()) << allocations;
             versions.keep(document, Versions::Change::ofData, 0);
-            ASSERT_TRUE(versions.canUndo());
-            EXPECT_TRUE(saved(versions.undo(document).document, true) == before) << allocations;
+            if (states.size() > 1) {
+                EXPECT_TRUE(saved(versions.undo(document).document, true) == states.end()[-2]);
+            }
         }
         EXPECT_TRUE(broughtBack()[documentName] == now) << allocations;
     }
