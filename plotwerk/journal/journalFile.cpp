@@ -347,6 +347,7 @@ std::optional<LeftJournal> LeftJournal::lock(const fs::path &path) {
     fstat(journal.file.number, &status);
     journal.size = static_cast<std::uint64_t>(status.st_size);
     journal.lastChange = status.st_mtime;
+    if (journal.size == 0) return std::nullopt; // it couldn't be deleted
     Head head;
     if (!readAll(journal.file.number, &head, sizeof head, 0) || head.mark != magic)
         refuse("not a journal");
@@ -488,7 +489,7 @@ void removeOldJournals(const fs::path &directory) {
     off_t bytes = 0;
     for (const Left &journal : left) {
         bytes += journal.size;
-        const bool isOld = journal.changed < now - 30 * day;
+        const bool isOld = journal.changed < now - 30 * day || journal.size == 0;
         // What a process has just left is to be brought back, whatever its size.
         const bool isTooMuch = bytes > mostBytes && journal.changed < now - day;
         if (!isOld && !isTooMuch) continue;

@@ -77,7 +77,7 @@ class JournalFile {
 // A journal that was left behind, locked while this lives.
 class LeftJournal {
   public:
-    // None when the file is gone or in use. Throws Refusal "PATH: REASON": not a journal, of a
+    // None when the file is gone, in use or empty. Throws Refusal "PATH: REASON": not a journal, of a
     // later version, damaged.
     static std::optional<LeftJournal> lock(const std::filesystem::path &path);
 
@@ -119,7 +119,8 @@ class LeftJournal {
 std::vector<std::filesystem::path> journalPaths(const std::filesystem::path &directory);
 
 // Removes what was left behind in the directory: journals older than 30 days, those older than a
-// day beyond 1 GB in all, the oldest first, and files that were never finished.
+// day beyond 1 GB in all, the oldest first, files that were never finished, and empty ones, which
+// couldn't be deleted.
 void removeOldJournals(const std::filesystem::path &directory);
 
 } // namespace plotwerk

@@ -26,12 +26,18 @@ static NameTest named(const std::string &name) {
 // In bytes. With it and the length of names the longest search of a name takes milliseconds.
 static constexpr int patternMemory = 1 << 18;
 
+// Where RE2 finds no memory it may end the process, so it must have what it can take at most. To
+// read 333 times \pL it takes 11 MB, to make a program up to 3, to match 1.2.
+static constexpr std::size_t memoryToMatch = 4 << 20;
+static constexpr std::size_t memoryToRead = 4 << 20;
+static constexpr std::size_t memoryPerByte = 16 << 10; // of the pattern
+
 // time: what all tests that share it may have taken at worst, in nanoseconds; refused beyond
 // requireTime.
 static NameTest matching(const std::string &pattern, double &time) {
     if (pattern.empty()) return named("");
     if (pattern.size() > longestName) throw Refusal("pattern is too long");
-    requireFree(2 * patternMemory); // RE2 ends the process where it finds none
+    requireFree(memoryToRead + memoryPerByte * pattern.size());
     RE2::Options options;
     options.set_log_errors(false);
     options.set_never_capture(true);
@@ -41,6 +47,7 @@ static NameTest matching(const std::string &pattern, double &time) {
     constexpr double perByte = 6; // and instruction of the pattern's program
     return [regex, &time](const std::string &name) {
         requireTime(time += perByte * regex->ProgramSize() * static_cast<double>(name.size()));
+        requireFree(memoryToMatch);
         return RE2::FullMatch(name, *regex);
     };
 }

@@ -1,5 +1,6 @@
 #include "plotwerk/window/versions.h"
 
+#include "plotwerk/journal/journal.h"
 #include "plotwerk/model/change.h"
 #include "plotwerk/model/columnValues.h"
 
@@ -112,6 +113,7 @@ Versions::Version Versions::restored(const Kept &kept, Document &document) const
         version.origins.push_back(stays ? stays.mapped().index : -1);
         ++values;
     });
+    Journal::setRoomAside(); // for what the document becomes
     for (const auto &[to, from] : moves) to->swap(*from);
     return version;
 }

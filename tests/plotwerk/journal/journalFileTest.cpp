@@ -116,7 +116,7 @@ TEST_F(JournalFileTest, DropsWhatWasNotWrittenToItsEndAndRefusesAllOtherDamage) 
         }
         EXPECT_EQ(messages(), wanted) << length;
     }
-    for (std::size_t length = 0; length < beginning; length += 1 + length / 50) {
+    for (std::size_t length = 1; length < beginning; length += 1 + length / 50) {
         putBytes(whole.substr(0, length));
         EXPECT_THROW(messages(), Refusal) << length;
     }
@@ -127,6 +127,8 @@ TEST_F(JournalFileTest, DropsWhatWasNotWrittenToItsEndAndRefusesAllOtherDamage) 
         putBytes(damaged);
         EXPECT_THROW(messages(), Refusal) << i;
     }
+    putBytes("");
+    EXPECT_FALSE(LeftJournal::lock(path)) << "what couldn't be deleted is emptied";
     putBytes(whole);
     fs::create_symlink(path, directory / "link.journal");
     EXPECT_FALSE(LeftJournal::lock(directory / "link.journal"));
@@ -145,6 +147,8 @@ TEST_F(JournalFileTest, KeepsWhatItHasWhenTheDiskIsFull) {
         file.append({"first"});
         limitTo(fs::file_size(path) + 10);
         EXPECT_THROW(file.append({"second"}), Refusal);
+        limitTo(fs::file_size(path) + 100);
+        file.append({"third"});
         EXPECT_THROW(JournalFile(path, fullDocument(), 0), Refusal);
         EXPECT_THROW(JournalFile(directory / "two.journal", fullDocument(), 0), Refusal);
 
@@ -165,7 +169,7 @@ TEST_F(JournalFileTest, KeepsWhatItHasWhenTheDiskIsFull) {
         EXPECT_TRUE(journal.holdsAll());
         journal.remove();
     }
-    EXPECT_EQ(messages(), std::vector<std::string>{"first"});
+    EXPECT_EQ(messages(), (std::vector<std::string>{"first", "third"}));
     EXPECT_EQ(std::distance(fs::directory_iterator(directory), {}), 1);
 
     // That of a document that was brought back stays until there is a new one, which comes once
@@ -232,6 +236,7 @@ TEST_F(JournalFileTest, GoesAfterAMonthOrBeyondAGigabyteUnlessInUse) {
                  {"small.journal", 30 * day - 2 * hour, 100'000'000, true},
                  {"beyond.journal", 30 * day - hour, 1, false},
                  {"old.journal", 30 * day + hour, 0, false},
+                 {"emptied.journal", 0, 0, false},
                  {"young.journal.new", day - hour, 0, true},
                  {"unfinished.journal.new", day + hour, 0, false},
                  {"other.json", 99 * day, 0, true}};
