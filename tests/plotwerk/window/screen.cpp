@@ -40,8 +40,10 @@ Screen::Screen(const std::optional<ChildProcess> &of) : program(of) {
 
     std::filesystem::create_directory(folder.path / "gtk-4.0");
     std::ofstream(folder.path / "gtk-4.0/settings.ini")
-        << "[Settings]\ngtk-cursor-blink=false\ngtk-enable-animations=false\n";
-    setenv("XDG_CONFIG_HOME", folder.path.c_str(), 1);
+        << "[Settings]\ngtk-cursor-blink=false\ngtk-enable-animations=false\n"
+           "gtk-print-backends=file\n";
+    for (const char *home : {"XDG_CONFIG_HOME", "XDG_DATA_HOME"})
+        setenv(home, folder.path.c_str(), 1);
 }
 
 Screen::~Screen() {
@@ -71,7 +73,7 @@ void Screen::type(const std::string &key) {
 }
 
 void Screen::write(const std::string &text) {
-    point({"type", text});
+    point({"type", "--delay", "0", text});
 }
 
 void Screen::move(Place to) {
@@ -155,7 +157,7 @@ Shot Screen::shot() const {
 // Whether a program with a main loop waits, for nothing that comes by itself soon: the kernel tells
 // the arguments of the call that it is in, and the third of poll is how long it waits, in ms.
 static bool isIdle(const ChildProcess &program) {
-    constexpr int soon = 150;
+    constexpr int soon = 40;
     std::ifstream file("/proc/" + std::to_string(program.pid()) + "/syscall");
     std::string call, descriptors, count, time;
     if (!(file >> call >> descriptors >> count >> time)) return false; // it is running
