@@ -6,6 +6,7 @@
 #include "protocol/PlotwerkControlNames.h"
 #include "protocol/PlotwerkControlProxy.h"
 #include "tests/support/privateBus.h"
+#include "tests/support/temporaryFolder.h"
 
 #include <algorithm>
 #include <chrono>
@@ -91,9 +92,8 @@ static double median(std::vector<double> values) {
 }
 
 int main() {
-    namespace fs = std::filesystem;
-    std::string pattern = (fs::temp_directory_path() / "journalBench-XXXXXX").string();
-    const fs::path state = mkdtemp(pattern.data());
+    const TemporaryFolder folder;
+    const std::filesystem::path &state = folder.path;
     setenv("XDG_STATE_HOME", state.c_str(), 1);
 
     const std::string rows = rowsOfData(1000), manyRows = rowsOfData(100'000);
@@ -164,6 +164,5 @@ int main() {
             std::fflush(stdout);
         }
     }
-    fs::remove_all(state);
     return EXIT_SUCCESS;
 }

@@ -35,8 +35,8 @@ bus_packages=(dbus-daemon)
 # tools that look into pictures.
 test_packages=(libgtest-dev libbenchmark-dev libgsl-dev dpkg-dev file poppler-utils ghostscript
     librsvg2-bin libtiff-tools pngcheck)
-# A screen that nobody sees, its mouse and clipboard, and pictures of it.
-screen_packages=(xvfb xdotool xclip imagemagick)
+# A screen that nobody sees, its mouse and its clipboard.
+screen_packages=(xvfb xdotool xclip)
 # Sanitizers and fuzzers.
 sanitizer_packages=(clang llvm libclang-rt-14-dev)
 # What looks at the sources.

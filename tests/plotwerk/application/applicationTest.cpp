@@ -37,15 +37,10 @@ struct DesktopWithoutMemory final : Desktop {
 class ApplicationTest : public testing::Test {
   protected:
     ApplicationTest() {
-        std::string pattern = (fs::temp_directory_path() / "application-XXXXXX").string();
-        directory = mkdtemp(pattern.data());
         setenv("XDG_STATE_HOME", directory.c_str(), 1);
         journals = stateDirectory("journal");
     }
-    ~ApplicationTest() override {
-        unsetenv("XDG_STATE_HOME");
-        fs::remove_all(directory);
-    }
+    ~ApplicationTest() override { unsetenv("XDG_STATE_HOME"); }
 
     // A journal that a process has left behind.
     void leave(const std::string &name, std::int64_t stamp,
@@ -71,7 +66,9 @@ class ApplicationTest : public testing::Test {
         return testing::internal::GetCapturedStderr();
     }
 
-    fs::path directory, journals;
+    const TemporaryFolder folder;
+    const fs::path &directory = folder.path;
+    fs::path journals;
 };
 
 TEST_F(ApplicationTest, BringsBackEachDocumentByItself) {

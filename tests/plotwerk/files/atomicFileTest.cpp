@@ -1,6 +1,7 @@
 // Files are whole whenever they are looked at.
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/base/refusal.h"
+#include "tests/support/temporaryFolder.h"
 
 #include <chrono>
 #include <csignal>
@@ -26,13 +27,6 @@ namespace fs = std::filesystem;
 
 class AtomicFile : public testing::Test {
   protected:
-    AtomicFile() {
-        std::string pattern = (fs::temp_directory_path() / "atomicFile-XXXXXX").string();
-        directory = mkdtemp(pattern.data());
-        file = directory / "file";
-    }
-    ~AtomicFile() override { fs::remove_all(directory); }
-
     // In several pieces, so that there is a time when a part of the text is on its way; the last
     // one is left in the stream.
     static void write(const fs::path &path, const std::string &text) {
@@ -61,8 +55,9 @@ class AtomicFile : public testing::Test {
         return list;
     }
 
-    fs::path directory;
-    fs::path file;
+    const TemporaryFolder folder;
+    const fs::path &directory = folder.path;
+    const fs::path file = directory / "file";
 };
 
 TEST_F(AtomicFile, KeepsPermissionsAndLinks) {

@@ -4,6 +4,7 @@
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/files/documentFile.h"
 #include "plotwerk/model/names.h"
+#include "tests/support/temporaryFolder.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -14,12 +15,6 @@ namespace fs = std::filesystem;
 
 class KeptFile : public testing::Test {
   protected:
-    KeptFile() {
-        std::string pattern = (fs::temp_directory_path() / "keptFile-XXXXXX").string();
-        directory = mkdtemp(pattern.data());
-    }
-    ~KeptFile() override { fs::remove_all(directory); }
-
     // Beginning with where the state's home is.
     static std::string keptPath(const std::string &name) {
         Document document;
@@ -30,7 +25,8 @@ class KeptFile : public testing::Test {
         return path;
     }
 
-    fs::path directory;
+    const TemporaryFolder folder;
+    const fs::path &directory = folder.path;
 };
 
 TEST_F(KeptFile, IsNamedAfterItsDocumentAndNeverOverwritten) {

@@ -3,6 +3,7 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/journal/journal.h"
 #include "tests/plotwerk/files/fullDocument.h"
+#include "tests/support/temporaryFolder.h"
 
 #include <chrono>
 #include <csignal>
@@ -19,13 +20,6 @@ using namespace plotwerk;
 
 class JournalFileTest : public testing::Test {
   protected:
-    JournalFileTest() {
-        std::string pattern = (fs::temp_directory_path() / "journals-XXXXXX").string();
-        directory = mkdtemp(pattern.data());
-        path = directory / "one.journal";
-    }
-    ~JournalFileTest() override { fs::remove_all(directory); }
-
     void write(const std::vector<std::string> &messages) const {
         JournalFile file(path, document, 1);
         for (const std::string &message : messages) file.append({message});
@@ -47,7 +41,9 @@ class JournalFileTest : public testing::Test {
         return all;
     }
 
-    fs::path directory, path;
+    const TemporaryFolder folder;
+    const fs::path &directory = folder.path;
+    fs::path path = directory / "one.journal";
     Document document = smallDocument();
 };
 

@@ -147,8 +147,6 @@ Document exampleDocument() {
 class NoMemoryMessages : public testing::Test {
   protected:
     NoMemoryMessages() : path(std::getenv("PATH")), home(fs::current_path()) {
-        std::string pattern = (fs::temp_directory_path() / "noMemory-XXXXXX").string();
-        directory = mkdtemp(pattern.data());
         setenv("XDG_STATE_HOME", (directory / "state").c_str(), 1);
         setenv("XDG_RUNTIME_DIR", (directory / "state").c_str(), 1);
         setenv("PATH", directory.c_str(), 1);
@@ -162,10 +160,10 @@ class NoMemoryMessages : public testing::Test {
         setenv("PATH", path.c_str(), 1);
         unsetenv("XDG_STATE_HOME");
         unsetenv("XDG_RUNTIME_DIR");
-        fs::remove_all(directory);
     }
 
-    fs::path directory;
+    const TemporaryFolder folder;
+    const fs::path &directory = folder.path;
     const Document example = exampleDocument();
 
   private:

@@ -47,15 +47,11 @@ ServerTest::ServerTest() : ServerTest(PLOTWERKD) {
 
 ServerTest::ServerTest(std::string path)
     : programPath(std::move(path)), programsPath(std::getenv("PATH")) {
-    std::string pattern = (fs::temp_directory_path() / "plotwerkd-XXXXXX").string();
-    directory = mkdtemp(pattern.data());
     setenv("XDG_STATE_HOME", (directory / "state").c_str(), 1);
-    stateDirectory = directory / "state" / "plotwerk";
 }
 
 ServerTest::~ServerTest() {
     setenv("PATH", programsPath.c_str(), 1);
-    fs::remove_all(directory);
 }
 
 std::vector<std::string> ServerTest::command(const std::vector<std::string> &arguments) const {

@@ -6,6 +6,7 @@
 #include "protocol/PlotwerkControlProxy.h"
 #include "tests/support/privateBus.h"
 #include "tests/support/process.h"
+#include "tests/support/temporaryFolder.h"
 
 #include <filesystem>
 #include <functional>
@@ -70,8 +71,9 @@ class ServerTest : public testing::Test {
     std::string lastError() { return plotwerk->getVarOf_varName_("", "lastError"); }
 
     std::string programPath;
-    std::filesystem::path directory;
-    std::filesystem::path stateDirectory; // $XDG_STATE_HOME/plotwerk
+    const TemporaryFolder folder;
+    const std::filesystem::path &directory = folder.path;
+    const std::filesystem::path stateDirectory = directory / "state/plotwerk"; // of its state
     PrivateBus bus;
     std::optional<ChildProcess> program;
     std::unique_ptr<sdbus::IConnection> connection;

@@ -154,6 +154,7 @@ TEST_F(WindowTest, GoesOnAfterAnExceptionInAHandler) {
         return plotwerk->indexOfCurveNameOf_source_table_column_(name, "Many", 1, "y") >= 0;
     };
     plotwerk->deleteAllCurvesOf_(name);
+    screen.move({300, 300}); // the read-out is shown before the reason is
     const Shot before = screen.stillShot();
 
     // Less than a column takes, beside the reserve that is kept for messages.

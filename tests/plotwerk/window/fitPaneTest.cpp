@@ -28,10 +28,8 @@ TEST_F(WindowTest, AFitIsFollowedAndCancelledWhileOtherMessagesWait) {
         screen.move({300, 300});
         const Shot after = screen.stillShot();
         EXPECT_EQ(screen.titles(), std::vector{name}) << "without unsaved changes";
-        for (int x = check.x - 6; x <= check.x + 6; ++x) {
-            const auto place = static_cast<std::size_t>(check.y * idle.width + x);
-            EXPECT_EQ(after.pixels[place], idle.pixels[place]) << "checked as before";
-        }
+        for (int x = check.x - 6; x <= check.x + 6; ++x)
+            EXPECT_EQ(after.at(x, check.y), idle.at(x, check.y)) << "checked as before";
     }
     stop();
 }

@@ -4,18 +4,19 @@
 #include <cmath>
 #include <csignal>
 #include <cstdlib>
-#include <optional>
+#include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
-static constexpr int screenWidth = 1280;
-static constexpr int screenHeight = 900;
+std::uint32_t Shot::at(int x, int y) const {
+    return pixels[static_cast<std::size_t>(y * width + x)];
+}
 
 bool Shot::isDark(int x, int y) const {
-    const auto &pixel = pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
-                               static_cast<std::size_t>(x)];
-    return pixel[0] + pixel[1] + pixel[2] < 3 * 110;
+    const std::uint32_t pixel = at(x, y);
+    return (pixel >> 16 & 255) + (pixel >> 8 & 255) + (pixel & 255) < 3 * 110;
 }
 
 Place ShownFrame::at(double right, double up) const {
@@ -23,11 +24,12 @@ Place ShownFrame::at(double right, double up) const {
             static_cast<int>(std::lround(lowerLeft.y + up * (upperRight.y - lowerLeft.y)))};
 }
 
-Screen::Screen() {
+Screen::Screen(const std::optional<ChildProcess> &of) : program(of) {
     const std::string size =
-        std::to_string(screenWidth) + 'x' + std::to_string(screenHeight) + "x24";
-    server = std::make_unique<ChildProcess>(std::vector<std::string>{
-        "Xvfb", "-wr", "-displayfd", "1", "-screen", "0", size, "-nolisten", "tcp", "-noreset"});
+        std::to_string(Shot::width) + 'x' + std::to_string(Shot::height) + "x24";
+    server = std::make_unique<ChildProcess>(
+        std::vector<std::string>{"Xvfb", "-wr", "-displayfd", "1", "-screen", "0", size, "-fbdir",
+                                 folder.path, "-nocursor", "-nolisten", "tcp", "-noreset"});
     std::string number = server->readLine();
     if (number.empty()) throw std::runtime_error("no Xvfb: " + server->finish().err);
     number.pop_back();
@@ -35,6 +37,13 @@ Screen::Screen() {
     setenv("GDK_BACKEND", "x11", 1);
     setenv("GTK_A11Y", "none", 1);
     setenv("GSETTINGS_BACKEND", "memory", 1);
+
+    std::filesystem::create_directory(folder.path / "gtk-4.0");
+    std::ofstream(folder.path / "gtk-4.0/settings.ini")
+        << "[Settings]\ngtk-cursor-blink=false\ngtk-enable-animations=false\n"
+           "gtk-print-backends=file\n";
+    for (const char *home : {"XDG_CONFIG_HOME", "XDG_DATA_HOME"})
+        setenv(home, folder.path.c_str(), 1);
 }
 
 Screen::~Screen() {
@@ -64,7 +73,7 @@ void Screen::type(const std::string &key) {
 }
 
 void Screen::write(const std::string &text) {
-    point({"type", text});
+    point({"type", "--delay", "0", text});
 }
 
 void Screen::move(Place to) {
@@ -125,44 +134,51 @@ void Screen::place(const std::string &title, Place corner) {
 }
 
 std::vector<std::string> Screen::titles() {
-    const Output ids = runProgram({"xdotool", "search", "--onlyvisible", "--name", "."});
-    std::istringstream lines(ids.out);
+    const Output names =
+        runProgram({"xdotool", "search", "--onlyvisible", "--name", ".", "getwindowname", "%@"});
+    std::istringstream lines(names.out);
     std::vector<std::string> titles;
-    for (std::string id; std::getline(lines, id);) {
-        std::string title = runProgram({"xdotool", "getwindowname", id}).out;
-        if (!title.empty()) title.pop_back();
-        titles.push_back(title);
-    }
+    for (std::string title; std::getline(lines, title);) titles.push_back(title);
     return titles;
 }
 
+// The file ends with the pixels.
 Shot Screen::shot() const {
-    const Output output =
-        runProgram({"import", "-silent", "-window", "root", "-depth", "8", "ppm:-"});
-    std::istringstream header(output.out);
-    std::string magic;
-    int most = 0;
     Shot shot;
-    header >> magic >> shot.width >> shot.height >> most;
-    header.get();
-    const std::size_t begin = static_cast<std::size_t>(header.tellg());
-    const auto count = static_cast<std::size_t>(shot.width) * static_cast<std::size_t>(shot.height);
-    if (magic != "P6" || output.out.size() < begin + 3 * count)
-        throw std::runtime_error("no picture of the screen: " + output.err);
-    shot.pixels.resize(count);
-    for (std::size_t i = 0; i < count; ++i)
-        for (std::size_t c = 0; c < 3; ++c)
-            shot.pixels[i][c] = static_cast<std::uint8_t>(output.out[begin + 3 * i + c]);
+    shot.pixels.resize(std::size_t{Shot::width} * Shot::height);
+    const auto bytes = static_cast<std::streamsize>(shot.pixels.size() * sizeof shot.pixels[0]);
+    std::ifstream file(folder.path / "Xvfb_screen0", std::ios::binary);
+    file.seekg(-bytes, std::ios::end);
+    if (!file.read(reinterpret_cast<char *>(shot.pixels.data()), bytes))
+        throw std::runtime_error("no picture of the screen");
     return shot;
 }
 
+// Whether a program with a main loop waits, for nothing that comes by itself soon: the kernel tells
+// the arguments of the call that it is in, and the third of poll is how long it waits, in ms.
+static bool isIdle(const ChildProcess &program) {
+    constexpr int soon = 40;
+    std::ifstream file("/proc/" + std::to_string(program.pid()) + "/syscall");
+    std::string call, descriptors, count, time;
+    if (!(file >> call >> descriptors >> count >> time)) return false; // it is running
+    const int rest = static_cast<int>(std::stoul(time, nullptr, 16));
+    return rest <= 0 || rest > soon;
+}
+
+// What one has sent, the other may not have heard of yet: neither has done anything for a while.
 Shot Screen::stillShot() const {
-    Shot last = shot();
+    using namespace std::chrono_literals;
+    const auto activityOf = [](const ChildProcess &process) {
+        return process.procStatus("State") + process.procStatus("voluntary_ctxt_switches");
+    };
+    const auto activity = [&] { return activityOf(*server) + activityOf(*program); };
     waitUntil("a screen that stands still", [&] {
-        Shot next = shot();
-        return std::exchange(last, std::move(next)) == last;
+        const std::string before = activity();
+        std::this_thread::sleep_for(20ms);
+        const bool isRunning = before.find('R') != before.npos;
+        return !isRunning && isIdle(*program) && activity() == before;
     });
-    return last;
+    return shot();
 }
 
 // The first and the last column, or row, that is dark for a quarter of the screen without a gap.

@@ -3,11 +3,12 @@
 #define TESTS_PLOTWERK_WINDOW_SCREEN_H
 
 #include "tests/support/process.h"
+#include "tests/support/temporaryFolder.h"
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,10 +19,11 @@ struct Place {
 
 // What the screen showed at one time.
 struct Shot {
-    int width = 0;
-    int height = 0;
-    std::vector<std::array<std::uint8_t, 3>> pixels;
+    static constexpr int width = 1280;
+    static constexpr int height = 900;
+    std::vector<std::uint32_t> pixels; // 0x00RRGGBB, row by row
 
+    std::uint32_t at(int x, int y) const;
     bool isDark(int x, int y) const;
     bool operator==(const Shot &) const = default;
 };
@@ -35,10 +37,11 @@ struct ShownFrame {
     Place at(double right, double up) const;
 };
 
-// An X server of the test's own. While it lives it is the display of this process's children.
+// An X server of the test's own. While it lives it is the display of this process's children, of
+// which it waits for the program.
 class Screen {
   public:
-    Screen();
+    explicit Screen(const std::optional<ChildProcess> &program);
     ~Screen();
 
     // Words of xdotool. The mouse is moved in steps, as a hand does it.
@@ -60,7 +63,7 @@ class Screen {
 
     Shot shot() const;
 
-    // Waits until nothing changes any more between two looks, and gives what is shown then.
+    // Waits until neither screen nor program have anything to do, and gives what is shown then.
     Shot stillShot() const;
 
     // The frame of the plot that is shown; waits for one.
@@ -69,6 +72,8 @@ class Screen {
   private:
     void point(const std::vector<std::string> &words);
 
+    const TemporaryFolder folder; // of its memory, and of settings
+    const std::optional<ChildProcess> &program;
     std::unique_ptr<ChildProcess> server;
 };
 

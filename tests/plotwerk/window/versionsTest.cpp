@@ -4,6 +4,7 @@
 #include "plotwerk/model/change.h"
 #include "plotwerk/model/ranges.h"
 #include "tests/plotwerk/files/fullDocument.h"
+#include "tests/support/temporaryFolder.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -19,20 +20,6 @@ static std::string bytesOf(const Document &document) {
 namespace fs = std::filesystem;
 
 namespace {
-
-// A folder for states of plotwerk, and none is set any more when it goes.
-struct StateFolder {
-    StateFolder() { path = mkdtemp(pattern.data()); }
-    ~StateFolder() {
-        unsetenv("XDG_STATE_HOME");
-        fs::remove_all(path);
-    }
-    StateFolder(const StateFolder &) = delete;
-    StateFolder &operator=(const StateFolder &) = delete;
-
-    std::string pattern = (fs::temp_directory_path() / "versions-XXXXXX").string();
-    fs::path path;
-};
 
 // A document as a window has it.
 struct Edited {
@@ -163,9 +150,10 @@ TEST(Versions, LeaveColumnsWhereTheyAre) {
 // Some changes are added to the journal as messages, others write its document anew; steps back and
 // forth are added to it.
 TEST(Versions, ThatWereGoneBackToOutliveTheProcess) {
-    const StateFolder state;
-    const fs::path &folder = state.path;
-    setenv("XDG_STATE_HOME", (folder / "own").c_str(), 1);
+    const TemporaryFolder state;
+    const fs::path own = state.path / "own";
+    const fs::path copy = state.path / "copy";
+    setenv("XDG_STATE_HOME", own.c_str(), 1);
     Application application;
     application.keepJournals();
     Document &document = application.create(fullDocument());
@@ -213,9 +201,9 @@ TEST(Versions, ThatWereGoneBackToOutliveTheProcess) {
             if (versions.canUndo()) restore(versions.undo(document));
         }
         if (step % 10 != 0) continue;
-        fs::remove_all(folder / "other");
-        fs::copy(folder / "own", folder / "other", fs::copy_options::recursive);
-        setenv("XDG_STATE_HOME", (folder / "other").c_str(), 1);
+        fs::remove_all(copy);
+        fs::copy(own, copy, fs::copy_options::recursive);
+        setenv("XDG_STATE_HOME", copy.c_str(), 1);
         Application other;
         other.keepJournals();
         other.recover([&](std::string_view message) { setTitle(*other.front(), message); });

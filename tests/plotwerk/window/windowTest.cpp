@@ -77,8 +77,7 @@ std::array<Place, 2> WindowTest::traceOfFit() const {
     Place last;
     for (int y = 0; y < shown.height; ++y)
         for (int x = shown.width * 6 / 10; x < shown.width; ++x) {
-            const auto place = static_cast<std::size_t>(y * shown.width + x);
-            if (shown.pixels[place] == idle.pixels[place]) continue;
+            if (shown.at(x, y) == idle.at(x, y)) continue;
             first = {std::min(first.x, x), std::min(first.y, y)};
             last = {std::max(last.x, x), y};
         }

@@ -45,7 +45,7 @@ class WindowTest : public ServerTest {
     void activate(int window, const std::string &action) const;
 
     const std::string name = "Untitled";
-    Screen screen;
+    Screen screen{program};
     Shot idle; // what was shown before a fit
 
   private:

@@ -1,6 +1,7 @@
 #include "util/files/output.h"
 
 #include "tests/support/expect.h"
+#include "tests/support/temporaryFolder.h"
 
 #include <fcntl.h>
 #include <filesystem>
@@ -17,8 +18,8 @@ static void write(const std::string &path, const char *text) {
 }
 
 TEST(OutputDeathTest, EmptiesTheFileOrCreatesOneDirectoryOrEndsTheProcess) {
-    std::string dir = testing::TempDir() + "outputXXXXXX";
-    ASSERT_NE(mkdtemp(dir.data()), nullptr);
+    const TemporaryFolder folder;
+    const std::string dir = folder.path;
     const mode_t mask = umask(022);
     write(dir + "/new/list.txt", "a longer text");
     umask(mask);
@@ -39,7 +40,6 @@ TEST(OutputDeathTest, EmptiesTheFileOrCreatesOneDirectoryOrEndsTheProcess) {
     for (const auto &[path, message] : refused)
         expectFatal([&, path = dir + path] { openOutput(path.c_str()); }, message);
     expectFatal([] { write("/dev/full", "text"); }, "ERROR: can't write file: /dev/full");
-    fs::remove_all(dir);
 }
 
 TEST(Output, IsTheStandardOutputWithoutAPathAndStaysOpen) {
