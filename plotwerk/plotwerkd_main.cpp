@@ -142,10 +142,9 @@ int main(int argc, char **argv) {
         Server server(application);
         beginToReadFonts();
         if (given.journal) application.keepJournals();
-        if (given.recover)
-            server.recover();
-        else
-            application.tellLeftJournals();
+        if (given.recover) server.recover();
+        application.removeOldJournals();
+        if (!given.recover) application.tellLeftJournals();
         openFiles(application, argv + optind, argc - optind);
         prepareForPictures();
         runUntilSignal(server);

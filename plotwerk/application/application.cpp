@@ -205,6 +205,12 @@ void Application::save(const Document &saved, const fs::path &path, bool binary,
         setSaved(document);
         if (open.journal) open.journal->remove();
     }
+    // of which this was the file has none any more
+    for (const auto &other : documents) {
+        if (other.get() == &open || other->document.path != target) continue;
+        change(other->document, [](Document &) {});
+        record(other->document, {}, [] { return std::nullopt; });
+    }
     logDone(LogLevel::info,
             [&] { return "saved " + inQuotes(saved.name) + " in " + target.string(); });
 }

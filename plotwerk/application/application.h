@@ -96,8 +96,8 @@ class Application {
 
     // Saves as JSON or, when binary, as CBOR; an empty path stands for the document's own. With
     // ownPath the path becomes the document's own; its name stays, since clients address it by
-    // that. What is saved in the document's own file counts as changed no more. Throws Refusal: no
-    // path, or a file that can't be written.
+    // that. What is saved in the document's own file counts as changed no more, and another one of
+    // that file as changed. Throws Refusal: no path, or a file that can't be written.
     void save(const Document &document, const std::filesystem::path &path, bool binary,
               bool ownPath);
 
@@ -110,8 +110,11 @@ class Application {
     void close(const Document &document, bool keepChanges);
 
     // From here on the documents have journals (journal.h), under
-    // $XDG_STATE_HOME/plotwerk/journal/. Removes old ones. To be called before there are documents.
+    // $XDG_STATE_HOME/plotwerk/journal/. To be called before there are documents.
     void keepJournals();
+
+    // As that of journalFile.h, of those that are kept.
+    void removeOldJournals() const;
 
     // What recover would bring back: the last ten documents that changed, a line for each, behind
     // one that counts the older ones; and logs it.

@@ -7,6 +7,8 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/stateDirectory.h"
 #include "plotwerk/model/change.h"
+#include "plotwerk/model/names.h"
+#include "util/text/utf8.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -21,7 +23,6 @@ namespace fs = std::filesystem;
 void Application::keepJournals() {
     try {
         journals = stateDirectory("journal");
-        removeOldJournals(journals);
     } catch (const Refusal &refusal) {
         log(LogLevel::warning,
             std::string("no journals are kept, and a crash would lose unsaved changes: ") +
@@ -29,12 +30,16 @@ void Application::keepJournals() {
     }
 }
 
+void Application::removeOldJournals() const {
+    if (!journals.empty()) plotwerk::removeOldJournals(journals, std::time(nullptr));
+}
+
 // Those in the directory that nobody uses, the one whose document was in front last at the end.
 static std::vector<LeftJournal> leftJournals(const fs::path &directory) {
     std::vector<LeftJournal> left;
     for (const fs::path &path : journalPaths(directory)) {
         try {
-            if (auto journal = LeftJournal::lock(path)) left.push_back(std::move(*journal));
+            if (auto journal = LeftJournal::look(path)) left.push_back(std::move(*journal));
         } catch (const std::exception &exception) {
             logDone(LogLevel::error, [&] {
                 return std::string("can't bring back a document: ") + reasonOf(exception);
@@ -42,23 +47,10 @@ static std::vector<LeftJournal> leftJournals(const fs::path &directory) {
         }
     }
     const auto byStamp = [](const LeftJournal &a, const LeftJournal &b) {
-        return a.stamp < b.stamp;
+        return a.state.stamp < b.state.stamp;
     };
     std::sort(left.begin(), left.end(), byStamp);
     return left;
-}
-
-// "NAME" of PATH as it was at TIME
-static std::string descriptionOf(const LeftJournal &journal) {
-    std::string text = '"' + journal.name + '"';
-    if (!journal.documentPath.empty()) text += " of " + journal.documentPath.string();
-    char time[64] = "";
-    std::tm local{};
-    if (localtime_r(&journal.lastChange, &local))
-        std::strftime(time, sizeof time, " as it was on %Y-%m-%d at %H:%M:%S", &local);
-    text += time;
-    if (journal.isIncomplete) text += ", without its last changes";
-    return text;
 }
 
 std::vector<std::string> Application::leftDocuments() const {
@@ -118,11 +110,17 @@ Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat,
     }
 }
 
+// By freeName, to a name that is taken already; in bytes, at most.
+static constexpr std::size_t addedToTaken = 32;
+
 // None of this may take the memory that is set aside for messages.
 void Application::recoverFrom(LeftJournal &journal, const Repeat &repeat, const GoesOn &goesOn) {
     const WithoutReserve withoutReserve;
     Document document = broughtBack(journal, repeat, goesOn);
     const WithMemoryOfDocuments asBefore;
+    const auto hasItsName = [&](const auto &open) { return open->document.name == document.name; };
+    if (std::any_of(documents.begin(), documents.end(), hasItsName))
+        document.name.resize(plw::prefixOfCharacters(document.name, longestName - addedToTaken));
     const Document &added = add(std::move(document));
     logDone(LogLevel::info, [&] { return "brought back " + descriptionOf(journal); });
     documents.back()->journal->takeOver(added, std::move(journal));
@@ -135,19 +133,22 @@ void Application::recover(const Repeat &repeat, const GoesOn &goesOn) {
     const std::size_t others = documents.size();
     const auto mayGoOn = [&] { return !endIsAskedFor() && goesOn(); };
     for (auto left = leftJournals(journals); !left.empty() && mayGoOn(); left.pop_back()) {
-        LeftJournal &journal = left.back();
+        std::optional<LeftJournal> journal;
         bool attempted = false;
         try {
-            journal.beginAttempt();
+            journal = LeftJournal::lock(left.back().path);
+            if (!journal) continue; // somebody else has brought it back
+            journal->beginAttempt(std::time(nullptr));
             attempted = true;
-            recoverFrom(journal, repeat, mayGoOn);
+            recoverFrom(*journal, repeat, mayGoOn);
             std::rotate(documents.begin() + static_cast<std::ptrdiff_t>(others),
                         documents.end() - 1, documents.end());
         } catch (const std::exception &exception) {
             logDone(LogLevel::error, [&] {
-                return "can't bring back " + descriptionOf(journal) + ": " + reasonOf(exception);
+                return "can't bring back " + descriptionOf(left.back()) + ": " +
+                       reasonOf(exception);
             });
-            if (attempted) journal.endAttempt();
+            if (attempted) journal->endAttempt();
         }
     }
     if (documents.size() > others) activate(documents.back()->document);

@@ -17,9 +17,10 @@ static fs::path stateHome() {
     throw Refusal("no directory to keep unsaved changes in: HOME is not set");
 }
 
-static void createPrivately(const fs::path &directory) {
-    if (directory.has_relative_path()) createPrivately(directory.parent_path());
+void createPrivately(const fs::path &directory) {
     std::error_code error;
+    if (fs::is_directory(directory, error)) return;
+    if (directory.has_relative_path()) createPrivately(directory.parent_path());
     if (mkdir(directory.c_str(), 0700) == 0 || fs::is_directory(directory, error)) return;
     throw Refusal("can't create " + directory.string());
 }

@@ -7,8 +7,11 @@
 namespace plotwerk {
 
 // $XDG_STATE_HOME/plotwerk, or ~/.local/state/plotwerk where that isn't an absolute path; or a
-// folder in there. A missing directory is created, for the user alone. Throws Refusal.
+// folder in there, by createPrivately. Throws Refusal.
 std::filesystem::path stateDirectory(const std::filesystem::path &folder = {});
+
+// A missing directory is created, and those above it, for the user alone. Throws Refusal.
+void createPrivately(const std::filesystem::path &directory);
 
 } // namespace plotwerk
 

@@ -2,8 +2,10 @@
 
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/files/stateDirectory.h"
 #include "plotwerk/model/change.h"
 
+#include <algorithm>
 #include <exception>
 #include <memory>
 #include <new>
@@ -15,6 +17,8 @@ namespace fs = std::filesystem;
 
 // Messages that took longer than this in all are not to be repeated one by one.
 static constexpr std::chrono::seconds longestReplay{10};
+
+static std::int64_t latestStamp = 0;
 
 Journal::Journal(fs::path place) : directory(std::move(place)) {
 }
@@ -56,8 +60,9 @@ template<class Work> void Journal::attempt(const Document &document, Work work) 
     }
 }
 
-// The old file stays ours until the new one has taken its place.
+// The old file stays ours until the new one has taken its place. Somebody may have deleted all.
 void Journal::writeFile(const fs::path &path, const Document &document) {
+    createPrivately(directory);
     file = JournalFile(path, document, stamp);
     old.reset();
     lacksChanges = false;
@@ -74,7 +79,8 @@ void Journal::write(const Document &document) {
 }
 
 void Journal::takeOver(const Document &document, LeftJournal left) {
-    stamp = left.stamp;
+    stamp = left.state.stamp;
+    latestStamp = std::max(latestStamp, stamp);
     old = std::move(left);
     write(document);
     if (old) old->endAttempt();
@@ -125,9 +131,11 @@ void Journal::setIncomplete() {
     if (old) old->setIncomplete();
 }
 
+// Later than all others, also where the clock was set back.
 void Journal::setFront() {
     using namespace std::chrono;
-    stamp = duration_cast<nanoseconds>(system_clock::now().time_since_epoch()).count();
+    const auto now = duration_cast<nanoseconds>(system_clock::now().time_since_epoch()).count();
+    stamp = latestStamp = std::max<std::int64_t>(now, latestStamp + 1);
     if (file) file->setStamp(stamp);
     if (old) old->setStamp(stamp);
 }

@@ -1,5 +1,6 @@
 #include "plotwerk/journal/journalFile.h"
 
+#include "plotwerk/base/log.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/directory.h"
 #include "plotwerk/files/documentFile.h"
@@ -19,7 +20,6 @@
 #include <random>
 #include <span>
 #include <streambuf>
-#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
@@ -34,21 +34,26 @@ namespace {
 
 constexpr std::array<char, 16> magic{'p', 'l', 'o', 't', 'w', 'e', 'r', 'k',
                                      ' ', 'j', 'o', 'u', 'r', 'n', 'a', 'l'};
-constexpr std::uint32_t version = 1;
-constexpr int mostAttempts = 3;
+constexpr std::uint32_t version = 2;
+constexpr std::uint32_t mostAttempts = 3;
+constexpr std::time_t day = 24 * 3600;
 constexpr double leastRecords = 16 << 20;
 constexpr auto suffix = ".journal";
 constexpr auto unfinishedSuffix = ".journal.new";
 
-// What follows the version is written anew while the file is in use.
 struct Head {
     std::array<char, 16> mark = magic;
     std::uint32_t version = plotwerk::version;
-    std::uint16_t attempts = 0;
-    std::uint16_t incomplete = 0;
-    std::int64_t stamp = 0;
+    std::uint32_t sum = 0; // of the state
+    JournalState state;
+
+    void setState(const JournalState &given) {
+        state = given;
+        sum = sumOfState();
+    }
+    std::uint32_t sumOfState() const { return libdeflate_crc32(0, &state, sizeof state); }
 };
-static_assert(sizeof(Head) == 32);
+static_assert(sizeof(Head) == 48);
 
 struct RecordHead {
     std::uint64_t length = 0;
@@ -173,20 +178,41 @@ std::string descriptionOf(const Document &document) {
     return bytes;
 }
 
-// The file at the path, locked. Negative when it is gone or in use.
-int lockedFile(const fs::path &path) {
-    const int file = open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-    if (file < 0) return -1;
+[[noreturn]] void refuseToRead(const fs::path &path, const char *reason) {
+    throw Refusal(path.string() + ": " + reason);
+}
+
+struct flock wholeFile() {
+    struct flock whole {};
+    whole.l_type = F_WRLCK;
+    return whole;
+}
+
+// False when somebody else has. Of the open file, not of the process: it outlives a fork's end, and
+// can be looked for without keeping others from it.
+bool takeLock(int file) {
+    struct flock whole = wholeFile();
+    return fcntl(file, F_OFD_SETLK, &whole) == 0;
+}
+
+bool isLocked(int file) {
+    struct flock whole = wholeFile();
+    return fcntl(file, F_OFD_GETLK, &whole) == 0 && whole.l_type != F_UNLCK;
+}
+
+// Negative when there is no file any more.
+int openedFile(const fs::path &path, int access) {
+    const int file = open(path.c_str(), access | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    if (file < 0 && errno != ENOENT) refuseToRead(path, std::strerror(errno));
+    return file;
+}
+
+// Between opening and locking another file can have taken its place.
+bool isStillAt(const fs::path &path, int file) {
     struct stat opened {
     }, named{};
-    // Between the two calls another file can have taken its place.
-    if (flock(file, LOCK_EX | LOCK_NB) == 0 && fstat(file, &opened) == 0 &&
-        stat(path.c_str(), &named) == 0 && opened.st_ino == named.st_ino &&
-        S_ISREG(opened.st_mode)) {
-        return file;
-    }
-    close(file);
-    return -1;
+    return fstat(file, &opened) == 0 && lstat(path.c_str(), &named) == 0 &&
+           opened.st_ino == named.st_ino;
 }
 
 } // namespace
@@ -236,9 +262,10 @@ JournalFile::JournalFile(fs::path path, const Document &document, std::int64_t s
             errno = EMFILE;
             refuseToWrite(place);
         }
-        if (flock(file.number, LOCK_EX | LOCK_NB) != 0) refuseToWrite(place);
+        if (!takeLock(file.number)) refuseToWrite(place);
+        state.stamp = stamp;
         Head fileHead;
-        fileHead.stamp = stamp;
+        fileHead.setState(state);
         const std::string description = descriptionOf(document);
         const RecordHead descriptionHead(description.size(), sumOf(description));
         std::string head(reinterpret_cast<const char *>(&fileHead), sizeof fileHead);
@@ -302,26 +329,20 @@ bool JournalFile::isGone() const {
 }
 
 // What can't be noted in the head is no reason to lose the rest.
-static void overwrite(int file, const void *bytes, std::size_t count, std::size_t position) {
-    [[maybe_unused]] const ssize_t written =
-        pwrite(file, bytes, count, static_cast<off_t>(position));
-}
-
-static void noteStamp(int file, std::int64_t stamp) {
-    overwrite(file, &stamp, sizeof stamp, offsetof(Head, stamp));
+static void writeState(int file, const JournalState &state) {
+    Head head;
+    head.setState(state);
+    [[maybe_unused]] const ssize_t written = pwrite(file, &head, sizeof head, 0);
 }
 
 void JournalFile::setStamp(std::int64_t stamp) {
-    noteStamp(file.number, stamp);
-}
-
-static void noteIncomplete(int file) {
-    constexpr std::uint16_t yes = 1;
-    overwrite(file, &yes, sizeof yes, offsetof(Head, incomplete));
+    state.stamp = stamp;
+    writeState(file.number, state);
 }
 
 void JournalFile::setIncomplete() {
-    noteIncomplete(file.number);
+    state.incomplete = 1;
+    writeState(file.number, state);
 }
 
 // Where it can't be deleted it must not bring back what has been saved or closed.
@@ -334,38 +355,58 @@ void JournalFile::remove() {
     removeFile(place, file);
 }
 
-std::optional<LeftJournal> LeftJournal::lock(const fs::path &path) {
-    LeftJournal journal;
-    journal.path = path;
-    journal.file.number = lockedFile(path);
-    if (journal.file.number < 0) return std::nullopt;
+LeftJournal::LeftJournal(fs::path place, int descriptor)
+    : path(std::move(place)), file(descriptor) {
+}
 
-    const auto refuse = [&](const std::string &reason) {
-        throw Refusal(path.string() + ": " + reason);
-    };
-    struct stat status {};
-    fstat(journal.file.number, &status);
-    journal.size = static_cast<std::uint64_t>(status.st_size);
-    journal.lastChange = status.st_mtime;
-    if (journal.size == 0) return std::nullopt; // it couldn't be deleted
-    Head head;
-    if (!readAll(journal.file.number, &head, sizeof head, 0) || head.mark != magic)
-        refuse("not a journal");
-    if (head.version != version) {
-        refuse("written by another Plotwerk (version " + std::to_string(head.version) +
-               " of the format)");
+std::optional<LeftJournal> LeftJournal::lock(const fs::path &path) {
+    LeftJournal journal(path, openedFile(path, O_RDWR));
+    if (journal.file.number < 0) return std::nullopt;
+    if (isAmongTheLast(journal.file.number)) refuseToRead(path, std::strerror(EMFILE));
+    if (!takeLock(journal.file.number)) {
+        if (errno != EAGAIN && errno != EACCES) refuseToRead(path, std::strerror(errno));
+        return std::nullopt;
     }
-    journal.stamp = head.stamp;
-    journal.attempts = head.attempts;
-    journal.isIncomplete = head.incomplete != 0;
-    journal.position = sizeof head;
-    const auto description = journal.nextRecord();
-    if (!description) refuse("damaged: cut off");
-    ByteReader reader(*description);
-    journal.hasUnsavedChanges = reader.number<std::uint8_t>() != 0;
-    journal.name = reader.text();
-    journal.documentPath = std::string(reader.text());
+    if (!isStillAt(path, journal.file.number)) return std::nullopt;
+    journal.readBeginning();
+    if (journal.size == 0) return std::nullopt;
     return journal;
+}
+
+std::optional<LeftJournal> LeftJournal::look(const fs::path &path) {
+    LeftJournal journal(path, openedFile(path, O_RDONLY));
+    if (journal.file.number < 0 || isLocked(journal.file.number)) return std::nullopt;
+    journal.readBeginning();
+    if (journal.size == 0) return std::nullopt;
+    journal.file = JournalDescriptor(-1);
+    return journal;
+}
+
+// All but the size stays as it is where the file is empty.
+void LeftJournal::readBeginning() {
+    struct stat status {};
+    if (fstat(file.number, &status) != 0 || !S_ISREG(status.st_mode))
+        refuseToRead(path, "not a journal");
+    size = static_cast<std::uint64_t>(status.st_size);
+    lastChange = status.st_mtime;
+    if (size == 0) return;
+    Head head;
+    if (!readAll(file.number, &head, offsetof(Head, sum), 0) || head.mark != magic)
+        refuseToRead(path, "not a journal");
+    if (head.version != version) {
+        throw Refusal(path.string() + ": written by another Plotwerk (version " +
+                      std::to_string(head.version) + " of the format)");
+    }
+    if (!readAll(file.number, &head, sizeof head, 0)) refuseToRead(path, "damaged: cut off");
+    if (head.sum != head.sumOfState()) refuseToRead(path, "damaged at its beginning");
+    state = head.state;
+    position = sizeof head;
+    const auto description = nextRecord();
+    if (!description) refuseToRead(path, "damaged: cut off");
+    ByteReader reader(*description);
+    hasUnsavedChanges = reader.number<std::uint8_t>() != 0;
+    name = reader.text();
+    documentPath = std::string(reader.text());
 }
 
 std::optional<std::string> LeftJournal::nextRecord() {
@@ -404,45 +445,65 @@ std::optional<std::string> LeftJournal::nextMessage() {
     return nextRecord();
 }
 
-void LeftJournal::beginAttempt() {
-    if (attempts >= mostAttempts) {
-        throw Refusal(path.string() + ": " + std::to_string(attempts) +
-                      " attempts to bring it back have ended the process");
+static std::uint32_t dayOf(std::time_t time) {
+    return static_cast<std::uint32_t>(time / day);
+}
+
+void LeftJournal::beginAttempt(std::time_t now) {
+    if (state.dayOfAttempt != dayOf(now)) {
+        state.dayOfAttempt = dayOf(now);
+        state.attempts = 0;
     }
-    ++attempts;
-    noteAttempts();
+    if (state.attempts >= mostAttempts) {
+        throw Refusal(
+            path.string() + ": " + std::to_string(state.attempts) +
+            " attempts to bring it back have ended the process; tomorrow it is tried again");
+    }
+    ++state.attempts;
+    noteState();
 }
 
 void LeftJournal::endAttempt() {
-    --attempts;
-    noteAttempts();
+    --state.attempts;
+    noteState();
 }
 
-void LeftJournal::noteAttempts() const {
-    overwrite(file.number, &attempts, sizeof attempts, offsetof(Head, attempts));
-    keepTime();
-}
-
-// Of what the document is, nothing has changed.
-void LeftJournal::keepTime() const {
+// Of what the document is, nothing has changed, so the file is no younger.
+void LeftJournal::noteState() const {
+    writeState(file.number, state);
     const timespec times[] = {{0, UTIME_OMIT}, {lastChange, 0}};
     futimens(file.number, times);
 }
 
 void LeftJournal::setStamp(std::int64_t latest) {
-    stamp = latest;
-    noteStamp(file.number, stamp);
-    keepTime();
+    state.stamp = latest;
+    noteState();
 }
 
 void LeftJournal::setIncomplete() {
-    isIncomplete = true;
-    noteIncomplete(file.number);
-    keepTime();
+    state.incomplete = 1;
+    noteState();
+}
+
+void LeftJournal::setFound(std::uint32_t dayOfThat) {
+    state.dayFound = dayOfThat;
+    noteState();
 }
 
 void LeftJournal::remove() {
     removeFile(path, file);
+}
+
+std::string descriptionOf(const LeftJournal &journal) {
+    std::string text = '"' + journal.name + '"';
+    if (!journal.documentPath.empty()) text += " of " + journal.documentPath.string();
+    char time[64] = "";
+    std::tm local{};
+    if (localtime_r(&journal.lastChange, &local))
+        std::strftime(time, sizeof time, " as it was on %Y-%m-%d at %H:%M:%S", &local);
+    text += time;
+    if (journal.state.incomplete) text += ", without its last changes";
+    return text;
 }
 
 static std::vector<fs::path> pathsWithSuffix(const fs::path &directory, std::string_view ending) {
@@ -455,47 +516,61 @@ std::vector<fs::path> journalPaths(const fs::path &directory) {
     return pathsWithSuffix(directory, suffix);
 }
 
-// The state of a file that nobody has locked.
-static std::optional<struct stat> stateOfLeft(const fs::path &path) {
-    const JournalDescriptor file(lockedFile(path));
+static bool isOlder(const fs::path &path, std::time_t limit) {
     struct stat status {};
-    if (file.number < 0 || fstat(file.number, &status) != 0) return std::nullopt;
-    return status;
+    return lstat(path.c_str(), &status) == 0 && status.st_mtime < limit;
 }
 
-void removeOldJournals(const fs::path &directory) {
-    constexpr std::time_t day = 24 * 3600;
-    constexpr off_t mostBytes = 1'000'000'000;
-    const std::time_t now = std::time(nullptr);
+// Somebody may bring it back just now.
+static void removeUnused(const fs::path &path) {
+    const JournalDescriptor file(open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (file.number >= 0 && takeLock(file.number) && isStillAt(path, file.number))
+        unlink(path.c_str());
+}
+
+// What a process has just left may be about to be brought back.
+static void noteFound(const LeftJournal &found, std::time_t now) {
+    if (found.lastChange > now - day) return;
+    if (auto journal = LeftJournal::lock(found.path)) journal->setFound(dayOf(now));
+}
+
+void removeOldJournals(const fs::path &directory, std::time_t now) {
+    constexpr std::time_t longest = 30 * day;
+    constexpr std::uint64_t mostBytes = 1'000'000'000;
 
     // A younger one can be about to be locked.
-    for (const fs::path &path : pathsWithSuffix(directory, unfinishedSuffix)) {
-        const auto state = stateOfLeft(path);
-        if (state && state->st_mtime < now - day) unlink(path.c_str());
-    }
+    for (const fs::path &path : pathsWithSuffix(directory, unfinishedSuffix))
+        if (isOlder(path, now - day)) removeUnused(path);
 
-    struct Left {
-        fs::path path;
-        std::time_t changed;
-        off_t size;
-    };
-    std::vector<Left> left;
+    std::vector<LeftJournal> left;
     for (const fs::path &path : journalPaths(directory)) {
-        if (const auto state = stateOfLeft(path))
-            left.push_back({path, state->st_mtime, state->st_size});
+        try {
+            if (auto journal = LeftJournal::look(path))
+                left.push_back(std::move(*journal));
+            else if (std::error_code error; fs::file_size(path, error) == 0)
+                removeUnused(path);
+        } catch (const Refusal &refusal) {
+            if (!isOlder(path, now - longest)) continue;
+            removeUnused(path);
+            logDone(LogLevel::warning, [&] { return std::string("removed ") + refusal.what(); });
+        }
     }
-    std::sort(left.begin(), left.end(),
-              [](const Left &a, const Left &b) { return a.changed > b.changed; });
-    off_t bytes = 0;
-    for (const Left &journal : left) {
+    std::sort(left.begin(), left.end(), [](const LeftJournal &a, const LeftJournal &b) {
+        return a.lastChange > b.lastChange;
+    });
+    std::uint64_t bytes = 0;
+    for (const LeftJournal &journal : left) {
         bytes += journal.size;
-        const bool isOld = journal.changed < now - 30 * day || journal.size == 0;
-        // What a process has just left is to be brought back, whatever its size.
-        const bool isTooMuch = bytes > mostBytes && journal.changed < now - day;
-        if (!isOld && !isTooMuch) continue;
-        // Somebody may bring it back just now.
-        if (const JournalDescriptor file(lockedFile(journal.path)); file.number >= 0)
-            unlink(journal.path.c_str());
+        const std::uint32_t found = journal.state.dayFound;
+        if (found == 0) {
+            noteFound(journal, now);
+            continue;
+        }
+        if (dayOf(now) <= found + longest / day && (bytes <= mostBytes || found == dayOf(now)))
+            continue;
+        removeUnused(journal.path);
+        logDone(LogLevel::warning,
+                [&] { return "removed what was left behind of " + descriptionOf(journal); });
     }
 }
 

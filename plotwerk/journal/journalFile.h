@@ -4,10 +4,10 @@
 // since. It belongs to the process that has it locked; a file that nobody has locked was left
 // behind. Nothing is synced: it survives the end of its process, not that of the machine.
 //
-// Layout, in this machine's byte order: a Head; then records, each the length of its payload (8
-// bytes), the payload's CRC-32 and the CRC-32 of these 12 bytes (4 each), and the payload. The
-// first record tells what document it is, the second is the document in CBOR, the others are one
-// message or one restoration (restoration.h) each.
+// Layout, in this machine's byte order: a Head, which holds a JournalState; then records, each the
+// length of its payload (8 bytes), the payload's CRC-32 and the CRC-32 of these 12 bytes (4 each),
+// and the payload. The first record tells what document it is, the second is the document in CBOR,
+// the others are one message or one restoration (restoration.h) each.
 #ifndef PLOTWERK_JOURNAL_JOURNALFILE_H
 #define PLOTWERK_JOURNAL_JOURNALFILE_H
 
@@ -35,11 +35,19 @@ class JournalDescriptor {
     int number; // negative: none
 };
 
+// What is written anew while the file is in use.
+struct JournalState {
+    std::int64_t stamp = 0;         // orders the documents by when they were last in front
+    std::uint32_t dayFound = 0;     // since 1970, when it was found left behind; 0: not yet
+    std::uint32_t dayOfAttempt = 0; // the last one to bring it back
+    std::uint32_t attempts = 0;     // of that day, which haven't come to an end
+    std::uint32_t incomplete = 0;   // 1: changes are missing at the end
+};
+
 // A journal that is being written. Its file stays when this ends, unless it is removed.
 class JournalFile {
   public:
-    // Writes the document as it is now and takes the path's place, whatever was there. With a
-    // stamp, which orders the documents by when they were last in front.
+    // Writes the document as it is now and takes the path's place, whatever was there.
     // Throws Refusal "can't write PATH: REASON", and then the path is as it was.
     JournalFile(std::filesystem::path path, const Document &document, std::int64_t stamp);
 
@@ -69,25 +77,29 @@ class JournalFile {
   private:
     std::filesystem::path place;
     JournalDescriptor file;
+    JournalState state;
     std::uint64_t size = 0;     // of the whole file, in bytes
     std::uint64_t messages = 0; // where they begin
     double roomOfDocument = 0;  // when it was last counted
 };
 
-// A journal that was left behind, locked while this lives.
+// A journal that was left behind.
 class LeftJournal {
   public:
-    // None when the file is gone, in use or empty. Throws Refusal "PATH: REASON": not a journal, of a
-    // later version, damaged.
+    // Locked while this lives. None when the file is gone, in use or empty. Throws Refusal "PATH:
+    // REASON": can't be read, not a journal, of another version, damaged.
     static std::optional<LeftJournal> lock(const std::filesystem::path &path);
+
+    // The same to be looked at only: nobody is kept from locking it, no file stays open.
+    static std::optional<LeftJournal> look(const std::filesystem::path &path);
 
     std::filesystem::path path;         // of the journal
     std::string name;                   // of the document
     std::filesystem::path documentPath; // where it had been opened from or saved as; may be empty
     bool hasUnsavedChanges = false;     // when the file was begun
-    bool isIncomplete = false;          // the last changes are missing
     std::time_t lastChange = 0;
-    std::int64_t stamp = 0;
+    std::uint64_t size = 0; // of the file, in bytes
+    JournalState state;
 
     // Both throw Refusal "PATH: REASON" where the file is damaged. What a process had not finished
     // to write when it ended is no damage: it was never answered.
@@ -95,33 +107,37 @@ class LeftJournal {
     std::optional<std::string> nextMessage(); // after document()
 
     // Around an attempt to bring it back, however that goes, so that one which ends the process
-    // isn't repeated for ever. beginAttempt throws Refusal "PATH: REASON" when three have.
-    void beginAttempt();
+    // isn't repeated for ever. beginAttempt throws Refusal "PATH: REASON" when three have, that
+    // day.
+    void beginAttempt(std::time_t now);
     void endAttempt();
 
     void setStamp(std::int64_t latest);
     void setIncomplete();
+    void setFound(std::uint32_t day);
     void remove();
 
   private:
-    LeftJournal() : file(-1) {}
+    LeftJournal(std::filesystem::path place, int descriptor);
+    void readBeginning();
     std::optional<std::string> nextRecord();
-    void noteAttempts() const;
-    void keepTime() const;
+    void noteState() const;
 
     JournalDescriptor file;
     std::uint64_t position = 0; // of the next record
-    std::uint64_t size = 0;
-    std::uint16_t attempts = 0; // that haven't come to an end
 };
+
+// "NAME" of PATH as it was at TIME, for the log.
+std::string descriptionOf(const LeftJournal &journal);
 
 // The journals in the directory, those in use too.
 std::vector<std::filesystem::path> journalPaths(const std::filesystem::path &directory);
 
-// Removes what was left behind in the directory: journals older than 30 days, those older than a
-// day beyond 1 GB in all, the oldest first, files that were never finished, and empty ones, which
-// couldn't be deleted.
-void removeOldJournals(const std::filesystem::path &directory);
+// Removes what was left behind in the directory, and logs it: journals that were found so, by this,
+// more than 30 days ago, and the oldest of the others beyond 1 GB in all; what is no journal after
+// 30 days, files that were never finished, and empty ones, which couldn't be deleted. None goes on
+// the day on which it is found, nor within a day after its last change.
+void removeOldJournals(const std::filesystem::path &directory, std::time_t now);
 
 } // namespace plotwerk
 

@@ -376,7 +376,7 @@ void WindowedApplication::quitAfterAsking() {
 
 void WindowedApplication::offerLeftDocuments() {
     const std::vector<std::string> left = served.leftDocuments();
-    if (left.empty()) return;
+    if (left.empty()) return served.removeOldJournals();
     Glib::ustring list;
     for (const std::string &document : left) list += document + '\n';
     dialog = std::make_unique<Gtk::MessageDialog>("Bring back unsaved documents?", false,
@@ -391,7 +391,7 @@ void WindowedApplication::offerLeftDocuments() {
     dialog->set_default_response(Gtk::ResponseType::ACCEPT);
     dialog->signal_response().connect([this](int response) {
         dialog->hide();
-        if (response != Gtk::ResponseType::ACCEPT) return;
+        if (response != Gtk::ResponseType::ACCEPT) return served.removeOldJournals();
         // It lets the main loop run, which is not for the handler of an event.
         Glib::signal_idle().connect_once([this] { whenFree([this] { bringBack(); }); });
     });
@@ -418,6 +418,7 @@ void WindowedApplication::bringBack() {
     try {
         lettingLoopRun([&] { server->recover(letLoopRun); });
         all = served.leftDocuments().empty();
+        served.removeOldJournals();
     } catch (const std::exception &exception) { // no memory to begin with
         log(LogLevel::error, reasonOf(exception));
     }

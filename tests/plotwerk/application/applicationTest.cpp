@@ -131,16 +131,13 @@ TEST_F(ApplicationTest, BringsBackTheDocumentsThatWereInFrontLastFirstAndInTheir
             if (i > 2) application.close(*application.front(), false);
         }
     }
-    EXPECT_EQ(LeftJournal::lock(journals / "one.journal")->stamp, 0);
-    EXPECT_EQ(LeftJournal::lock(journals / "two.journal")->stamp, 1);
+    EXPECT_EQ(LeftJournal::lock(journals / "one.journal")->state.stamp, 0);
+    EXPECT_EQ(LeftJournal::lock(journals / "two.journal")->state.stamp, 1);
 }
 
 TEST_F(ApplicationTest, NamesTheTenYoungestThatAreLeftAndCountsTheOthers) {
-    leave("old", 0, {});
-    fs::last_write_time(journals / "old.journal",
-                        fs::file_time_type::clock::now() - std::chrono::hours(31 * 24));
     Application application;
-    application.keepJournals(); // but those of a month ago
+    application.keepJournals();
     for (std::size_t count = 1; count <= 12; ++count) {
         leave("d" + std::to_string(count), static_cast<std::int64_t>(count), {});
         const std::vector<std::string> told = application.leftDocuments();
@@ -227,7 +224,11 @@ TEST_F(ApplicationTest, SavesWhatWasOpenedInItsOwnFile) {
     application.save(*application.front(), "", false, true);
     EXPECT_FALSE(hasUnsavedChanges(*application.front()));
     application.close(*application.front(), false);
-    EXPECT_EQ(application.open(path, false).title, "new");
+    const Document &opened = application.open(path, false);
+    EXPECT_EQ(opened.title, "new");
+    application.save(application.create({.name = "over it"}), path, false, true);
+    EXPECT_TRUE(hasUnsavedChanges(opened)) << "its file is another's";
+    EXPECT_FALSE(hasUnsavedChanges(*application.front()));
 }
 
 TEST_F(ApplicationTest, TellsAtItsEndWhichChangesAreLost) {
@@ -240,7 +241,11 @@ TEST_F(ApplicationTest, TellsAtItsEndWhichChangesAreLost) {
     EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" are lost\n"));
     retitle(application, "another"); // begins it anew
     EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" can be brought back"));
+    fs::remove_all(journals.parent_path());
+    retitle(application, "third"); // all of it
+    EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" can be brought back"));
     fs::remove_all(journals);
+    std::ofstream(journals) << "in the way";
     application.create({.name = "other"});
     retitle(application, "title");
     const std::string log = logOf([&] { application.leave(); });

@@ -72,15 +72,15 @@ TEST_F(JournalFileTest, HoldsTheDocumentAndItsMessagesForOneProcessAtATime) {
     EXPECT_EQ(journalPaths(directory), std::vector<fs::path>{path});
     std::string head(20, '\0');
     std::ifstream(path).read(head.data(), 20);
-    EXPECT_EQ(head, std::string("plotwerk journal\1\0\0\0", 20)) << "its version, for later ones";
+    EXPECT_EQ(head, std::string("plotwerk journal\2\0\0\0", 20)) << "its version, for later ones";
     {
         const auto left = LeftJournal::lock(path);
         ASSERT_TRUE(left);
         EXPECT_EQ(left->name, document.name);
         EXPECT_EQ(left->documentPath, document.path);
         EXPECT_TRUE(left->hasUnsavedChanges);
-        EXPECT_TRUE(left->isIncomplete);
-        EXPECT_EQ(left->stamp, 18);
+        EXPECT_TRUE(left->state.incomplete);
+        EXPECT_EQ(left->state.stamp, 18);
         EXPECT_EQ(left->lastChange, status.st_mtime);
         EXPECT_FALSE(LeftJournal::lock(path)) << "while it is read";
     }
@@ -101,7 +101,7 @@ TEST_F(JournalFileTest, DropsWhatWasNotWrittenToItsEndAndRefusesAllOtherDamage) 
     const std::vector<std::string> sent{"first", "second", "third"};
     write(sent);
     const std::string whole = bytes();
-    constexpr std::size_t headSize = 32, recordHeadSize = 16;
+    constexpr std::size_t recordHeadSize = 16;
     for (std::size_t length = beginning; length <= whole.size(); ++length) {
         putBytes(whole.substr(0, length));
         std::vector<std::string> wanted;
@@ -117,7 +117,6 @@ TEST_F(JournalFileTest, DropsWhatWasNotWrittenToItsEndAndRefusesAllOtherDamage) 
         EXPECT_THROW(messages(), Refusal) << length;
     }
     for (std::size_t i = 0; i<whole.size(); i += i> 150 && i + 150 < whole.size() ? 37 : 1) {
-        if (i >= 20 && i < headSize) continue; // what is written anew: any value is good
         std::string damaged = whole;
         damaged[i] ^= 0x10;
         putBytes(damaged);
@@ -126,8 +125,13 @@ TEST_F(JournalFileTest, DropsWhatWasNotWrittenToItsEndAndRefusesAllOtherDamage) 
     putBytes("");
     EXPECT_FALSE(LeftJournal::lock(path)) << "what couldn't be deleted is emptied";
     putBytes(whole);
-    fs::create_symlink(path, directory / "link.journal");
-    EXPECT_FALSE(LeftJournal::lock(directory / "link.journal"));
+    const fs::path link = directory / "link.journal", folderOfThatName = directory / "d.journal";
+    fs::create_symlink(path, link);
+    fs::create_directory(folderOfThatName);
+    for (const fs::path &wrong : {link, folderOfThatName}) {
+        EXPECT_THROW(LeftJournal::lock(wrong), Refusal) << wrong;
+        EXPECT_THROW(LeftJournal::look(wrong), Refusal) << wrong;
+    }
 }
 
 TEST_F(JournalFileTest, KeepsWhatItHasWhenTheDiskIsFull) {
@@ -184,77 +188,86 @@ TEST_F(JournalFileTest, KeepsWhatItHasWhenTheDiskIsFull) {
         limitTo(100);
         journal.takeOver(document, std::move(*LeftJournal::lock(path)));
         EXPECT_FALSE(LeftJournal::lock(path)) << "nobody else's";
-        EXPECT_EQ(leftAt()->isIncomplete, wasIncomplete);
+        EXPECT_EQ(leftAt()->state.incomplete, wasIncomplete);
         EXPECT_TRUE(journal.holdsAll()) << "what it was brought back from";
         journal.setFront();
-        EXPECT_GT(leftAt()->stamp, 1);
+        EXPECT_GT(leftAt()->state.stamp, 1);
         limitTo(100);
         journal.add(document, {}, message);
-        EXPECT_TRUE(leftAt()->isIncomplete);
+        EXPECT_TRUE(leftAt()->state.incomplete);
         EXPECT_FALSE(journal.holdsAll());
         for (int i = 0; room && i < 100 && !journal.holdsAll(); ++i) {
             usleep(50'000);
             journal.add(document, {}, message);
         }
         EXPECT_EQ(journal.holdsAll(), room);
-        EXPECT_EQ(leftAt()->isIncomplete, !room);
+        EXPECT_EQ(leftAt()->state.incomplete, !room);
         journal.remove();
         EXPECT_FALSE(fs::exists(path));
     }
 }
 
-TEST_F(JournalFileTest, IsBroughtBackThreeTimesWhenThatEndsTheProcess) {
+TEST_F(JournalFileTest, IsBroughtBackThreeTimesADayWhenThatEndsTheProcess) {
+    constexpr std::time_t day = 24 * 3600, now = 2'000'000'000;
     write({});
     for (int i = 0; i < 5; ++i) {
         auto left = LeftJournal::lock(path);
-        left->beginAttempt();
+        left->beginAttempt(now);
         left->endAttempt();
     }
     const timespec then{1'000'000'000, 0};
     const timespec times[] = {then, then};
     ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
-    for (int i = 0; i < 3; ++i) LeftJournal::lock(path)->beginAttempt();
-    EXPECT_THROW(LeftJournal::lock(path)->beginAttempt(), Refusal);
+    for (int i = 0; i < 3; ++i) LeftJournal::lock(path)->beginAttempt(now);
+    EXPECT_THROW(LeftJournal::lock(path)->beginAttempt(now), Refusal);
+    LeftJournal::lock(path)->beginAttempt(now + day);
     EXPECT_EQ(LeftJournal::lock(path)->lastChange, then.tv_sec) << "it is no younger for that";
 }
 
-TEST_F(JournalFileTest, GoesAfterAMonthOrBeyondAGigabyteUnlessInUse) {
+// The age of what was left is known only from where it was found so; the document may have been
+// open unchanged for long.
+TEST_F(JournalFileTest, GoesAMonthAfterItWasFoundOrBeyondAGigabyteUnlessInUse) {
     constexpr std::time_t hour = 3600, day = 24 * hour;
+    const std::time_t now = std::time(nullptr);
     const JournalFile used(directory / "used.journal", document, 0);
     const struct {
         const char *name;
+        bool isJournal;
         std::time_t age;
         uintmax_t size;
-        bool stays;
-    } files[] = {{"used.journal", 40 * day, 0, true},
-                 {"large.journal", 10 * day, 600'000'000, true},
-                 {"larger.journal", 20 * day, 300'000'000, true},
-                 {"small.journal", 30 * day - 2 * hour, 100'000'000, true},
-                 {"beyond.journal", 30 * day - hour, 1, false},
-                 {"old.journal", 30 * day + hour, 0, false},
-                 {"emptied.journal", 0, 0, false},
-                 {"young.journal.new", day - hour, 0, true},
-                 {"unfinished.journal.new", day + hour, 0, false},
-                 {"other.json", 99 * day, 0, true}};
+        int daysToStay;
+    } files[] = {{"used.journal", false, 40 * day, 0, 99},
+                 {"large.journal", true, 10 * day, 600'000'000, 30},
+                 {"larger.journal", true, 20 * day, 300'000'000, 30},
+                 {"small.journal", true, 30 * day - 2 * hour, 100'000'000, 0},
+                 {"old.journal", true, 99 * day, 0, 0},
+                 {"young.journal", true, day - hour, 2'000'000, 31},
+                 {"other.journal", false, 30 * day - hour, 1, 0},
+                 {"no.journal", false, 30 * day + hour, 1, -1},
+                 {"emptied.journal", false, 0, 0, -1},
+                 {"young.journal.new", false, day - hour, 0, 0},
+                 {"unfinished.journal.new", false, day + hour, 0, -1},
+                 {"other.json", false, 99 * day, 0, 99}};
     for (const auto &each : files) {
         const fs::path name = directory / each.name;
+        if (each.isJournal) const JournalFile written(name, document, 0);
         std::ofstream(name, std::ios::app);
         if (each.size > 0) fs::resize_file(name, each.size);
-        const timespec then{std::time(nullptr) - each.age, 0};
+        const timespec then{now - each.age, 0};
         const timespec times[] = {then, then};
         ASSERT_EQ(utimensat(AT_FDCWD, name.c_str(), times, 0), 0);
     }
-    removeOldJournals(directory);
-    for (const auto &each : files)
-        EXPECT_EQ(fs::exists(directory / each.name), each.stays) << each.name;
-
-    // What was left today stays at any size, in the place of older ones.
-    const fs::path huge = directory / "huge.journal";
-    std::ofstream(huge, std::ios::app);
-    fs::resize_file(huge, 2'000'000'000);
-    removeOldJournals(directory);
-    EXPECT_TRUE(fs::exists(huge));
-    EXPECT_FALSE(fs::exists(directory / "large.journal"));
+    for (const int later : {0, 0, 1, 2, 29, 30, 31, 32}) {
+        testing::internal::CaptureStderr();
+        removeOldJournals(directory, now + later * day);
+        const std::string log = testing::internal::GetCapturedStderr();
+        for (const auto &each : files) {
+            EXPECT_EQ(fs::exists(directory / each.name), later <= each.daysToStay)
+                << each.name << " after " << later << " days";
+        }
+        const bool tells = log.find("removed what was left behind of \"") != std::string::npos;
+        EXPECT_EQ(tells, later == 1 || later >= 31) << log;
+    }
 }
 
 // What a message leaves in the document here is its number.
@@ -303,7 +316,7 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhenItsMessagesOutgrowIt) {
     fs::copy_file(path, copy);
     EXPECT_EQ(valueIn(copy), 3007);
     auto left = LeftJournal::lock(copy);
-    EXPECT_GT(left->stamp, 0);
+    EXPECT_GT(left->state.stamp, 0);
     EXPECT_TRUE(left->document().fit.chiSquare == 3006 && left->nextMessage());
     journal.remove();
     fs::remove(copy);
