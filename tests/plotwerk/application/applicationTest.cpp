@@ -135,6 +135,29 @@ TEST_F(ApplicationTest, BringsBackTheDocumentsThatWereInFrontLastFirstAndInTheir
     EXPECT_EQ(LeftJournal::lock(journals / "two.journal")->state.stamp, 1);
 }
 
+TEST_F(ApplicationTest, BringsBackLongNamesTwiceAndOrdersThemWhereTheClockWasSetBack) {
+    const std::string longest(1000, 'n');
+    constexpr std::int64_t future = std::int64_t{1} << 62;
+    for (const int i : {1, 2})
+        const JournalFile left(JournalFile::freePath(journals), {.name = longest}, future + i);
+    {
+        Application application;
+        application.keepJournals();
+        application.recover([](std::string_view) {});
+        EXPECT_EQ(application.front()->name, longest);
+        application.close(*application.front(), false);
+        EXPECT_TRUE(application.front()->name.starts_with(longest.substr(0, 900)));
+        application.create({.name = "later"});
+    }
+    std::map<std::int64_t, std::string> names;
+    for (const fs::path &path : journalPaths(journals)) {
+        const auto left = LeftJournal::look(path);
+        names[left->state.stamp] = left->name;
+    }
+    EXPECT_EQ(names.size(), 2U);
+    EXPECT_EQ(names.rbegin()->second, "later");
+}
+
 TEST_F(ApplicationTest, NamesTheTenYoungestThatAreLeftAndCountsTheOthers) {
     Application application;
     application.keepJournals();

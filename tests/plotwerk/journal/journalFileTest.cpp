@@ -69,6 +69,8 @@ TEST_F(JournalFileTest, HoldsTheDocumentAndItsMessagesForOneProcessAtATime) {
     struct stat status {};
     ASSERT_EQ(stat(path.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0600U);
+    const auto seen = LeftJournal::look(path);
+    EXPECT_TRUE(seen && LeftJournal::lock(path)) << "who looks keeps nobody from it";
     EXPECT_EQ(journalPaths(directory), std::vector<fs::path>{path});
     std::string head(20, '\0');
     std::ifstream(path).read(head.data(), 20);
