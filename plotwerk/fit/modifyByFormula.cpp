@@ -26,19 +26,50 @@ struct Modified {
     std::vector<double> x; // as it will be
 };
 
+// A formula as it is for a curve.
+struct Compiled {
+    Formula formula;
+    std::vector<double> parameters;
+};
+
 using ErrorsOfTables = std::unordered_map<const Table *, ErrorColumns>;
 
 } // namespace
 
-static Modified modified(Document &document, const CurveRef &curve, const Formula &formula,
+static Compiled compiledFor(const Document &document, const CurveRef &curve) {
+    Formula formula = formulaFor(document, curve);
+    std::vector<double> parameters = valuesOf(parametersFor(document, formula));
+    return {std::move(formula), std::move(parameters)};
+}
+
+// The formula for each of the curves, or one for all where it knows no names of columns. Refused
+// where that takes too long: a formula of a line, 0.1 ms.
+static std::vector<Compiled> compiledFor(const Document &document,
+                                         const std::vector<CurveRef> &curves) {
+    std::vector<Compiled> all;
+    all.push_back(compiledFor(document, curves.front()));
+    if (!document.frame.multiDimFit) return all;
+    const auto count = static_cast<double>(curves.size());
+    const auto size = static_cast<double>(all[0].formula.tape().instructions.size());
+    const auto names = static_cast<double>(all[0].parameters.size());
+    double columns = 0;
+    for (const CurveRef &curve : curves)
+        columns += static_cast<double>(tableOf(document, curve).y.size());
+    requireTime(count * (250 * size + 2 * names * names) + 100 * columns);
+    requireMemory(count * 60 * size);
+    while (all.size() < curves.size()) all.push_back(compiledFor(document, curves[all.size()]));
+    return all;
+}
+
+static Modified modified(Document &document, const CurveRef &curve, const Compiled &compiled,
                          ErrorsOfTables &errorsOfTables) {
+    const auto &[formula, parameters] = compiled;
     Table &table = tableOf(document, curve);
     Modified result{validPoints(table, columnOf(document, curve)), {}, nullptr, nullptr, {}, {}};
     const ValidPoints &points = result.points;
     std::vector<std::vector<double>> columns;
     for (const int k : formula.columns()) columns.push_back(atRows(table.y[k].values, points.row));
     const Inputs inputs{points.x, points.y, {columns.begin(), columns.end()}};
-    const std::vector<double> parameters = valuesOf(parametersFor(document, formula));
     result.values.resize(points.x.size());
     formula.evaluate(inputs, parameters, result.values);
     if (!formula.usesY()) return result;
@@ -71,14 +102,19 @@ void modifySelection(Document &document, bool yData) {
     std::vector<CurveRef> curves = requireSelection(document);
     if (!yData) curves = firstOfEachTable(curves);
     requireFormula(document);
-    std::vector<Formula> formulas;
+    const std::vector<Compiled> compiled = compiledFor(document, curves);
+    const auto compiledAt = [&](std::size_t i) -> const Compiled & {
+        return compiled[compiled.size() == 1 ? 0 : i];
+    };
+    constexpr double begun = 60; // for an instruction: what each curve begins with
     double time = 0;
     double rows = 0;
-    for (const CurveRef &curve : curves) {
-        formulas.push_back(formulaFor(document, curve));
-        const int rowsOfCurve = rowsOf(tableOf(document, curve));
+    for (std::size_t i = 0; i < curves.size(); ++i) {
+        const Tape &tape = compiledAt(i).formula.tape();
+        const int rowsOfCurve = rowsOf(tableOf(document, curves[i]));
         rows += rowsOfCurve;
-        time += rowsOfCurve * (20 + nanosecondsPerPoint(formulas.back().tape()));
+        time += rowsOfCurve * (20 + nanosecondsPerPoint(tape));
+        time += begun * static_cast<double>(tape.instructions.size());
     }
     requireTime(time);
     requireMemory(5.5 * sizeof(double) * rows);
@@ -86,7 +122,7 @@ void modifySelection(Document &document, bool yData) {
     ErrorsOfTables errors;
     std::vector<Modified> all;
     for (std::size_t i = 0; i < curves.size(); ++i) {
-        all.push_back(modified(document, curves[i], formulas[i], errors));
+        all.push_back(modified(document, curves[i], compiledAt(i), errors));
         if (yData) continue;
         all.back().slopes.clear();
         all.back().x = tableOf(document, curves[i]).x.values;

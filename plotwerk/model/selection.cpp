@@ -46,7 +46,7 @@ static NameTest matching(const std::string &pattern, double &time) {
     if (!regex->ok()) throw Refusal("pattern \"" + pattern + "\" can't be read: " + regex->error());
     constexpr double perByte = 6; // and instruction of the pattern's program
     return [regex, &time](const std::string &name) {
-        requireTime(time += perByte * regex->ProgramSize() * static_cast<double>(name.size()));
+        requireTime(time += perByte * regex->ProgramSize() * static_cast<double>(name.size() + 1));
         requireFree(memoryToMatch);
         return RE2::FullMatch(name, *regex);
     };

@@ -62,6 +62,16 @@ class BoundedWork : public testing::Test {
         return document;
     }
 
+    // Of selected curves where the formula knows the names of all.
+    static Document manyFormulas(std::size_t curves, const std::string &formula) {
+        Document document = documentWith(2);
+        Table &table = document.sources.front().tables.front();
+        table.y.resize(curves, table.y.front());
+        document.frame.multiDimFit = true;
+        document.formula = formula;
+        return document;
+    }
+
     static std::string repeated(const std::string &text, int times) {
         std::string all;
         for (int i = 0; i < times; ++i) all += text;
@@ -76,6 +86,7 @@ TEST_F(BoundedWork, IsRefusedByItsMemory) {
     Document large = documentWith(rows);
     large.formula = "a*x";
     large.parameters = {{"a"}};
+    Document many = manyFormulas(1500, repeated("x*x+", 400) + "x");
     const double before = bytesOf(large);
     const std::filesystem::path file =
         std::filesystem::temp_directory_path() / ("plotwerk bounds " + std::to_string(getpid()));
@@ -94,6 +105,7 @@ TEST_F(BoundedWork, IsRefusedByItsMemory) {
         {"statistic", [&] { statisticOfSelection(large); }},
         {"duplicate", [&] { duplicateAsPlotted(large); }},
         {"modify", [&] { modifySelection(large, true); }},
+        {"modify each by its own formula", [&] { modifySelection(many, true); }},
         {"fit", [&] { fitDocument(large); }},
         {"copy", [&] { dataTextOfSelection(large, true, '.'); }},
         {"append", [&] { appendData(large, "Data", "1 2\n", '.'); }},
@@ -125,6 +137,7 @@ TEST_F(BoundedWork, IsRefusedByItsTime) {
     table.y[0].look.interpolationPoints = 1e6;
     table.y[0].name = std::string(1000, 'a');
     table.y.resize(200, table.y[0]);
+    Document many = manyFormulas(4000, "x");
     std::ostringstream text;
     const struct {
         const char *what;
@@ -132,6 +145,7 @@ TEST_F(BoundedWork, IsRefusedByItsTime) {
     } cases[] = {
         {"sort", [&] { sortByX(large); }},
         {"statistic", [&] { statisticOfSelection(large); }},
+        {"modify each by its own formula", [&] { modifySelection(many, true); }},
         {"JSON", [&] { writeDocument(text, large, false); }},
         {"hit test", [&] { nearestPoint(interpolated, 1, 1); }},
         {"pattern", [&] { selectByPattern(interpolated, "", -1, ".*[ab].{150}c", false); }},

@@ -9,6 +9,7 @@
 #include "tests/plotwerk/drawing/samples.h"
 
 #include <cmath>
+#include <set>
 
 using namespace plotwerk;
 
@@ -327,6 +328,24 @@ TEST(CoveredCurves, CountPointsAndTheLengthOfLines) {
                 << c.line << c.symbols << c.filled << points;
         }
     }
+}
+
+// Shades took ten seconds of a hundred thousand lines.
+TEST(Rows, ShowVeryManyCurvesWithoutShades) {
+    const auto greysOf = [](std::size_t curves) {
+        Document document = documentWith({0, 1}, {0, 0.3});
+        document.sources[0].tables[0].y.resize(curves, onlyCurve(document));
+        std::set<int> greys; // in the middle
+        const Picture picture(document);
+        const auto [width, height] = rasterSizeOf(pageOf(picture));
+        int y = 0;
+        drawRows(pageOf(picture), [&, middle = width / 2, rows = height](const unsigned char *row) {
+            if (++y > rows / 3 && y < rows * 2 / 3) greys.insert(row[3 * middle]);
+        });
+        return greys.size();
+    };
+    EXPECT_GT(greysOf(5000), 2U);
+    EXPECT_EQ(greysOf(5001), 2U);
 }
 
 TEST(Rows, AreAllOfThePicture) {

@@ -49,4 +49,12 @@ TEST(MessageLine, IsTheCommandThatSendsTheMessage) {
         EXPECT_EQ(line->document, d) << c.member;
     }
     EXPECT_FALSE(messageLine({'.', "getXRangeOf_xmin_xmax_", {d}}));
+
+    // numbers are read with the separator of that time
+    const auto separatorOf = [&](const char *member, const std::vector<Argument> &arguments) {
+        return messageLine({',', member, arguments})->decimalSeparator;
+    };
+    EXPECT_EQ(separatorOf("openFile_file_doRangeOverAll_", {d, std::string("a.txt"), true}), ',');
+    EXPECT_EQ(separatorOf(cases[6].member, cases[6].arguments), ',');
+    EXPECT_NE(separatorOf(cases[0].member, cases[0].arguments), ',');
 }
