@@ -59,12 +59,18 @@ void Screen::point(const std::vector<std::string> &words) {
     if (output.status != 0) throw std::runtime_error("xdotool: " + output.err);
 }
 
-static std::vector<std::string> motion(Place to) {
+static void add(std::vector<std::string> &words, const std::vector<std::string> &more) {
+    words.insert(words.end(), more.begin(), more.end());
+}
+
+static std::vector<std::string> jump(Place to) {
     return {"mousemove", std::to_string(to.x), std::to_string(to.y)};
 }
 
-static void add(std::vector<std::string> &words, const std::vector<std::string> &more) {
-    words.insert(words.end(), more.begin(), more.end());
+static std::vector<std::string> motion(Place to) {
+    std::vector<std::string> words = jump({to.x - 3, to.y - 2});
+    add(words, jump(to));
+    return words;
 }
 
 // Keys go to the window under the mouse.
@@ -77,14 +83,11 @@ void Screen::write(const std::string &text) {
 }
 
 void Screen::move(Place to) {
-    std::vector<std::string> words = motion({to.x - 3, to.y - 2});
-    add(words, motion(to));
-    point(words);
+    point(motion(to));
 }
 
 void Screen::click(Place at, const std::string &key, int times) {
-    move(at);
-    std::vector<std::string> words;
+    std::vector<std::string> words = motion(at);
     if (!key.empty()) add(words, {"keydown", key});
     add(words, {"click", "--repeat", std::to_string(times), "1"});
     if (!key.empty()) add(words, {"keyup", key});
@@ -92,22 +95,22 @@ void Screen::click(Place at, const std::string &key, int times) {
 }
 
 void Screen::drag(Place from, Place to, int button, const std::string &key) {
-    move(from);
-    std::vector<std::string> words;
+    std::vector<std::string> words = motion(from);
     if (!key.empty()) add(words, {"keydown", key});
     add(words, {"mousedown", std::to_string(button)});
     constexpr int steps = 5;
     for (int i = 1; i <= steps; ++i)
         add(words,
-            motion({from.x + (to.x - from.x) * i / steps, from.y + (to.y - from.y) * i / steps}));
+            jump({from.x + (to.x - from.x) * i / steps, from.y + (to.y - from.y) * i / steps}));
     add(words, {"mouseup", std::to_string(button)});
     if (!key.empty()) add(words, {"keyup", key});
     point(words);
 }
 
 void Screen::wheel(Place at, int clicks) {
-    move(at);
-    point({"click", "--repeat", std::to_string(std::abs(clicks)), clicks > 0 ? "4" : "5"});
+    std::vector<std::string> words = motion(at);
+    add(words, {"click", "--repeat", std::to_string(std::abs(clicks)), clicks > 0 ? "4" : "5"});
+    point(words);
 }
 
 void Screen::dragAcross(Place from, Place to, const std::function<bool()> &isTaken) {
@@ -115,12 +118,12 @@ void Screen::dragAcross(Place from, Place to, const std::function<bool()> &isTak
         move(from);
         const Shot before = stillShot();
         point({"mousedown", "1"});
-        for (const int step : {5, 10, 20}) point(motion({from.x - step, from.y - step}));
+        for (const int step : {5, 10, 20}) point(jump({from.x - step, from.y - step}));
         waitUntil("something to drag", [&] { return shot() != before; });
         move(to);
-        stillShot();
+        settle();
         point({"mouseup", "1"});
-        stillShot();
+        settle();
         return isTaken();
     });
 }
@@ -166,7 +169,7 @@ static bool isIdle(const ChildProcess &program) {
 }
 
 // What one has sent, the other may not have heard of yet: neither has done anything for a while.
-Shot Screen::stillShot() const {
+void Screen::settle() const {
     using namespace std::chrono_literals;
     const auto activityOf = [](const ChildProcess &process) {
         return process.procStatus("State") + process.procStatus("voluntary_ctxt_switches");
@@ -178,6 +181,10 @@ Shot Screen::stillShot() const {
         const bool isRunning = before.find('R') != before.npos;
         return !isRunning && isIdle(*program) && activity() == before;
     });
+}
+
+Shot Screen::stillShot() const {
+    settle();
     return shot();
 }
 
