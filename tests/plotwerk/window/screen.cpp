@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <sys/syscall.h>
 #include <thread>
 #include <utility>
 
@@ -157,13 +158,15 @@ Shot Screen::shot() const {
     return shot;
 }
 
-// Whether a program with a main loop waits, for nothing that comes by itself soon: the kernel tells
-// the arguments of the call that it is in, and the third of poll is how long it waits, in ms.
+// Whether a program with a main loop waits, neither for a thread of its own nor for what comes by
+// itself soon: the kernel tells the call that it is in and its arguments, of which the third of
+// poll is how long it waits, in ms.
 static bool isIdle(const ChildProcess &program) {
     constexpr int soon = 40;
     std::ifstream file("/proc/" + std::to_string(program.pid()) + "/syscall");
     std::string call, descriptors, count, time;
     if (!(file >> call >> descriptors >> count >> time)) return false; // it is running
+    if (call == std::to_string(SYS_futex)) return false;
     const int rest = static_cast<int>(std::stoul(time, nullptr, 16));
     return rest <= 0 || rest > soon;
 }
