@@ -162,7 +162,7 @@ Shot Screen::shot() const {
 // itself soon: the kernel tells the call that it is in and its arguments, of which the third of
 // poll is how long it waits, in ms.
 static bool isIdle(const ChildProcess &program) {
-    constexpr int soon = 180;
+    constexpr int soon = 600;
     std::ifstream file("/proc/" + std::to_string(program.pid()) + "/syscall");
     std::string call, descriptors, count, time;
     if (!(file >> call >> descriptors >> count >> time)) return false; // it is running
@@ -180,7 +180,7 @@ void Screen::settle() const {
     const auto activity = [&] { return activityOf(*server) + activityOf(*program); };
     waitUntil("a screen that stands still", [&] {
         const std::string before = activity();
-        std::this_thread::sleep_for(40ms);
+        std::this_thread::sleep_for(30ms);
         const bool isRunning = before.find('R') != before.npos;
         return !isRunning && isIdle(*program) && activity() == before;
     });
