@@ -4,7 +4,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <regex>
 #include <sstream>
 #include <utility>
@@ -147,7 +146,9 @@ std::string ServerTest::answerTo(const Method &method, const std::vector<std::st
 std::string bytesOf(const fs::path &path) {
     std::ifstream stream(path, std::ios::binary);
     EXPECT_TRUE(stream) << path;
-    return {std::istreambuf_iterator<char>(stream), {}};
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    return std::move(bytes).str();
 }
 
 bool hasSelectedNone(const std::string &reason) {

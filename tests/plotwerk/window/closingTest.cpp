@@ -32,7 +32,7 @@ TEST_F(WindowTest, QuittingAsksAboutOneDocumentAfterTheOtherUntilOneIsKept) {
         const auto titles = screen.titles();
         return titles.size() == 2 && std::count(titles.begin(), titles.end(), "• other") == 0;
     });
-    screen.stillShot();
+    screen.settle();
     screen.type("Escape");
     waitForWindows(1);
     screen.type("ctrl+q");
@@ -57,7 +57,7 @@ TEST_F(WindowTest, QuittingWaitsForTheAnswerToAnOpenDialog) {
     };
     waitUntil("the question", isAsked);
     activate(0, "quit");
-    screen.stillShot();
+    screen.settle();
     EXPECT_TRUE(isAsked()) << "once";
     screen.type("alt+d");
     bus.waitForNoOwner(busName);

@@ -34,7 +34,7 @@ TEST_F(WindowTest, CurvesHiddenTogetherAreShownEachAsItWasByOneStep) {
     const std::string before = contentsOf(name);
     screen.type("ctrl+h");
     waitUntil("hidden curves", [&] { return contentsOf(name) != before; });
-    screen.stillShot();
+    screen.settle();
     const std::string hidden = contentsOf(name);
     screen.type("ctrl+j");
     const auto parts = [&] { // apart from the layers: shown curves come to the front

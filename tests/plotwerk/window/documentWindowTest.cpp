@@ -79,7 +79,7 @@ TEST_F(WindowTest, UndoesWhatMessagesDidToTheSameBytes) {
     screen.frame();
     const std::string first = contentsOf(name);
     plotwerk->deleteAllCurvesOf_(name);
-    screen.stillShot();
+    screen.settle();
     const std::string last = contentsOf(name);
     screen.type("ctrl+z");
     waitUntil("the curves", [&] { return contentsOf(name) == first; });

@@ -60,7 +60,7 @@ TEST_F(WindowTest, PrintsToAFile) {
     screen.type("ctrl+p");
     waitForWindows(2);
     for (const char *key : {"Tab", "Down", "space"}) screen.type(key); // the printer of files
-    screen.stillShot();
+    screen.settle();
     screen.type("alt+p");
     waitUntil("a PDF file", [&] {
         return runProgram({"pdftotext", pathOf("Untitled.pdf"), "-"}).out.find("100") !=

@@ -39,16 +39,16 @@ TEST_F(WindowTest, WhatIsWrittenInTheFitPaneStaysWhileMessagesCome) {
     plotwerk->setFormulaOf_formulaText_(name, "a*x");
     screen.frame();
     screen.type("F7");
-    screen.stillShot();
+    screen.settle();
     screen.click({800, 180}); // the value of a
     screen.type("ctrl+a");
     for (const char *key : {"2", "4"}) screen.type(key);
     plotwerk->setYRangeOf_ymin_ymax_(name, 0, 300);
-    screen.stillShot();
+    screen.settle();
     for (const char *key : {"7", "Return"}) screen.type(key);
     waitUntil("the value", [&] { return plotwerk->getVarOf_varName_(name, "a") == "247"; });
     plotwerk->setFormulaOf_formulaText_(name, "b*x + c"); // the entry that has the focus goes
-    screen.stillShot();
+    screen.settle();
     EXPECT_EQ(plotwerk->formulaParameterListOf_(name), "b = 1\nc = 1");
     stop();
 }

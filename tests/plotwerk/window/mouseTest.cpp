@@ -41,7 +41,7 @@ TEST_F(WindowTest, ZoomsAndPansOnAnyScale) {
     const auto restore = [&] {
         plotwerk->setXRangeOf_xmin_xmax_(name, 0, 10);
         plotwerk->setYRangeOf_ymin_ymax_(name, 0, 100);
-        screen.stillShot();
+        screen.settle();
     };
 
     screen.wheel(frame.at(0.5, 0.5), 1);

@@ -14,7 +14,7 @@ class ReplayTest : public WindowTest {
     // The text of the journal, copied as a user would.
     std::string copiedJournal(const std::string &line) {
         screen.type("F8");
-        screen.stillShot();
+        screen.settle();
         screen.click({300, 580});
         screen.type("ctrl+a");
         screen.type("ctrl+c");
@@ -63,7 +63,7 @@ class ReplayTest : public WindowTest {
         waitForWindows(2);
         screen.type("ctrl+a");
         screen.write(path);
-        screen.stillShot();
+        screen.settle();
         screen.type("Return");
     }
 };
@@ -176,7 +176,7 @@ TEST_F(ReplayTest, EveryActionIsInTheJournalAsWhatAScriptDoes) {
              waitForWindows(2);
              for (const char *key : {"Tab", "Down", "space", "alt+p"}) { // the printer of files
                  screen.type(key);
-                 screen.stillShot();
+                 screen.settle();
              }
              waitForWindows(1);
          }},
@@ -304,7 +304,7 @@ TEST_F(ReplayTest, MouseKeysAndPanesAreInTheJournal) {
             const std::string is = contentsOf(name);
             return std::exchange(contents, is) != is;
         });
-        screen.stillShot();
+        screen.settle();
     }
     screen.move(middle);
     expectItMakesTheSame(copiedJournal("callPlw -x fit"), before);
@@ -338,12 +338,12 @@ TEST_F(ReplayTest, MessagesOfTheBusAreInTheJournalWhateverTheyAre) {
     plotwerk->setFormulaOf_formulaText_(name, "c = a*x\nc + b");
     plotwerk->startFitOf_iterations_lambda_chiq_(name);
     const std::string last = contentsOf(name);
-    screen.stillShot();
+    screen.settle();
     screen.type("ctrl+z");
     waitUntil("undo", [&] { return contentsOf(name) != last; });
     plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_(name, 0, 0, false);
     plotwerk->savePicturePDF_as_(name, pathOf("undone.pdf"));
-    screen.stillShot();
+    screen.settle();
     screen.type("ctrl+shift+z");
     waitUntil("redo", [&] { return contentsOf(name) == last; });
     expectItMakesTheSame(copiedJournal("callPlw -x fit"), before);
@@ -354,7 +354,7 @@ TEST_F(ReplayTest, AScriptBeginsWithTheDataThatWereOpened) {
     screen.frame();
     activate(1, "select-all");
     activate(1, "differentiate");
-    screen.stillShot();
+    screen.settle();
     activate(1, "undo");
     activate(1, "zoom-in");
     expectItMakesTheSame(copiedJournal("callPlw -x setYRange"), "");

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <sys/syscall.h>
 #include <thread>
 #include <utility>
 
@@ -59,12 +60,18 @@ void Screen::point(const std::vector<std::string> &words) {
     if (output.status != 0) throw std::runtime_error("xdotool: " + output.err);
 }
 
-static std::vector<std::string> motion(Place to) {
+static void add(std::vector<std::string> &words, const std::vector<std::string> &more) {
+    words.insert(words.end(), more.begin(), more.end());
+}
+
+static std::vector<std::string> jump(Place to) {
     return {"mousemove", std::to_string(to.x), std::to_string(to.y)};
 }
 
-static void add(std::vector<std::string> &words, const std::vector<std::string> &more) {
-    words.insert(words.end(), more.begin(), more.end());
+static std::vector<std::string> motion(Place to) {
+    std::vector<std::string> words = jump({to.x - 3, to.y - 2});
+    add(words, jump(to));
+    return words;
 }
 
 // Keys go to the window under the mouse.
@@ -77,14 +84,11 @@ void Screen::write(const std::string &text) {
 }
 
 void Screen::move(Place to) {
-    std::vector<std::string> words = motion({to.x - 3, to.y - 2});
-    add(words, motion(to));
-    point(words);
+    point(motion(to));
 }
 
 void Screen::click(Place at, const std::string &key, int times) {
-    move(at);
-    std::vector<std::string> words;
+    std::vector<std::string> words = motion(at);
     if (!key.empty()) add(words, {"keydown", key});
     add(words, {"click", "--repeat", std::to_string(times), "1"});
     if (!key.empty()) add(words, {"keyup", key});
@@ -92,22 +96,22 @@ void Screen::click(Place at, const std::string &key, int times) {
 }
 
 void Screen::drag(Place from, Place to, int button, const std::string &key) {
-    move(from);
-    std::vector<std::string> words;
+    std::vector<std::string> words = motion(from);
     if (!key.empty()) add(words, {"keydown", key});
     add(words, {"mousedown", std::to_string(button)});
     constexpr int steps = 5;
     for (int i = 1; i <= steps; ++i)
         add(words,
-            motion({from.x + (to.x - from.x) * i / steps, from.y + (to.y - from.y) * i / steps}));
+            jump({from.x + (to.x - from.x) * i / steps, from.y + (to.y - from.y) * i / steps}));
     add(words, {"mouseup", std::to_string(button)});
     if (!key.empty()) add(words, {"keyup", key});
     point(words);
 }
 
 void Screen::wheel(Place at, int clicks) {
-    move(at);
-    point({"click", "--repeat", std::to_string(std::abs(clicks)), clicks > 0 ? "4" : "5"});
+    std::vector<std::string> words = motion(at);
+    add(words, {"click", "--repeat", std::to_string(std::abs(clicks)), clicks > 0 ? "4" : "5"});
+    point(words);
 }
 
 void Screen::dragAcross(Place from, Place to, const std::function<bool()> &isTaken) {
@@ -115,12 +119,12 @@ void Screen::dragAcross(Place from, Place to, const std::function<bool()> &isTak
         move(from);
         const Shot before = stillShot();
         point({"mousedown", "1"});
-        for (const int step : {5, 10, 20}) point(motion({from.x - step, from.y - step}));
+        for (const int step : {5, 10, 20}) point(jump({from.x - step, from.y - step}));
         waitUntil("something to drag", [&] { return shot() != before; });
         move(to);
-        stillShot();
+        settle();
         point({"mouseup", "1"});
-        stillShot();
+        settle();
         return isTaken();
     });
 }
@@ -154,19 +158,21 @@ Shot Screen::shot() const {
     return shot;
 }
 
-// Whether a program with a main loop waits, for nothing that comes by itself soon: the kernel tells
-// the arguments of the call that it is in, and the third of poll is how long it waits, in ms.
+// Whether a program with a main loop waits, neither for a thread of its own nor for what comes by
+// itself soon: the kernel tells the call that it is in and its arguments, of which the third of
+// poll is how long it waits, in ms.
 static bool isIdle(const ChildProcess &program) {
-    constexpr int soon = 40;
+    constexpr int soon = 600;
     std::ifstream file("/proc/" + std::to_string(program.pid()) + "/syscall");
     std::string call, descriptors, count, time;
     if (!(file >> call >> descriptors >> count >> time)) return false; // it is running
+    if (call == std::to_string(SYS_futex)) return false;
     const int rest = static_cast<int>(std::stoul(time, nullptr, 16));
     return rest <= 0 || rest > soon;
 }
 
 // What one has sent, the other may not have heard of yet: neither has done anything for a while.
-Shot Screen::stillShot() const {
+void Screen::settle() const {
     using namespace std::chrono_literals;
     const auto activityOf = [](const ChildProcess &process) {
         return process.procStatus("State") + process.procStatus("voluntary_ctxt_switches");
@@ -174,10 +180,14 @@ Shot Screen::stillShot() const {
     const auto activity = [&] { return activityOf(*server) + activityOf(*program); };
     waitUntil("a screen that stands still", [&] {
         const std::string before = activity();
-        std::this_thread::sleep_for(20ms);
+        std::this_thread::sleep_for(30ms);
         const bool isRunning = before.find('R') != before.npos;
         return !isRunning && isIdle(*program) && activity() == before;
     });
+}
+
+Shot Screen::stillShot() const {
+    settle();
     return shot();
 }
 

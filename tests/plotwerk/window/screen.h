@@ -63,7 +63,10 @@ class Screen {
 
     Shot shot() const;
 
-    // Waits until neither screen nor program have anything to do, and gives what is shown then.
+    // Returns when neither screen nor program have anything to do.
+    void settle() const;
+
+    // What is shown then.
     Shot stillShot() const;
 
     // The frame of the plot that is shown; waits for one.

@@ -95,8 +95,11 @@ Place WindowTest::waitForCancelButton() const {
 }
 
 void WindowTest::waitForWindows(std::size_t count) {
-    waitUntil(std::to_string(count) + " windows", [&] { return screen.titles().size() == count; });
-    screen.stillShot();
+    waitUntil(std::to_string(count) + " windows", [&] {
+        screen.settle(); // to ask is dearer
+        return screen.titles().size() == count;
+    });
+    screen.settle();
 }
 
 std::unique_ptr<sdbus::IProxy> WindowTest::actionsOf(int window) const {
