@@ -73,7 +73,8 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"a comment between rows in quotes", "\"1\";\"2\"\n# c\n\"3\";\"4\"\n5;6\n",
          "X=1,3,5 Y1=2,4,6"},
         {"units behind names", "t (s) U [V]\n1 2\n", "t (s)=1 U [V]=2"},
-        {"nothing in the first row", ";\n1;2\n", "X=nan,1 Y1=nan,2"},
+        {"nothing in the first row", "# x;y\n;\n1;2\n", "X=nan,1 Y1=nan,2"},
+        {"nothing below the names", "x;y\n;\n1;2\n", "x=1 y=2"},
         {"names of one table only", "x a\n1 2\n\n3 4\n", "x=1 a=2; X=3 Y1=4"},
         {"a quote behind a number", "1\t2 \"s\"\n3\t4\n", "X=1,3 Y1=2,4"},
         {"words after a row", "1 2\n3 4 V \"m s\"\n5V 6\n", "X=1,3,nan Y1=2,4,6"},
@@ -84,6 +85,7 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"1,5;2.5;,5\n", "X=1.5 Y1=2.5 Y2=0.5"},
         {"1 2\n3 4,5,6\n", "X=1,3 Y1=2,nan"},
         {"x a,b\n1 2\n", "x=1 a,b=2"}};
+    EXPECT_EQ(read("\"t\n(s)\",U\n1,2\n" + many("3,4\n", 2000), '.').substr(0, 10), "t (s)=1,3,");
     for (const auto &[text, want] : withCommas) EXPECT_EQ(read(text, ','), want) << text;
 }
 
@@ -108,6 +110,9 @@ TEST(DataText, IsReadAsProgramsExportIt) {
         {"units", "t,U,I,\ns,V,,\n1,2,3,\n", "t (s)=1 U (V)=2 I=3"},
         {"units, then remarks", "t\tU\n[s]\tm/s^2\nfirst\tsecond run\n1\t2\n",
          "t [s]=1 U (m/s^2)=2"},
+        {"brackets around nothing", "t,U\n(),[]\n1,2\n", "()=1 []=2"},
+        {"a unit of forty characters", "t,U\ns,m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*mm\n1,2\n",
+         "t (s)=1 U (m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*mm)=2"},
         {"no units", "Volt Sweep\nx y\n1 2\n", "x=1 y=2"},
         {"empty lines of spreadsheets", "Title,,\n,,\nx,y,z\n1,2,3\n", "x=1 y=2 z=3"},
         // values
@@ -133,6 +138,7 @@ TEST(DataText, IsReadAsProgramsExportIt) {
          "X=1,3,5,7,9,1,1,1,1,1,1 Y1=2,4,6,8,10,2,2,2,2,2,2"},
         {"settings above", "Device,X 2\nPoints,2\nRange,10\n\nt,U\n0,1\n1,2\n", "t=0,1 U=1,2"},
         {"words below", "t,U\n0,1\n1,2\nEnd of data\n", "t=0,1 U=1,2"},
+        {"words below in a second block", "1,2\n\n3,4\nEnd,of it\n5,6\n", "X=1 Y1=2; X=3,5 Y1=4,6"},
         {"more words than rows", "t,U\n0,1\nEnd\nof data\n1,2\n", "t=0,1 U=1,2"},
         {"a value with its unit", "t,U,I\n1,2 V,3\n2,3 V,4\n", "t=1,2 I=3,4"},
     };
@@ -218,6 +224,7 @@ TEST(DataFile, IsReadInTheEncodingsOfSpreadsheets) {
         {"\xEF\xBB\xBF\xC2\xB5 b\n1 2\n", "\u00b5=1 b=2"},
         {"\xB5 b\n1 2\n", "\u00b5=1 b=2"},
         {"\xFF\xFE\xB5\0\t\0b\0\r\0\n\0001\0\t\0002\0"s, "\u00b5=1 b=2"},
+        {"\xFF\xFE\xA9\3\t\0b\0\n\0001\0\t\0002\0"s, "\u03a9=1 b=2"},
         {"\xFE\xFF\xD8\x34\xDD\x1E\0\t\xD8\x34\0\n\0001\0\t\0002"s, "\U0001D11E=1 \uFFFD=2"},
         {"\xC3\xA4\xEF\xBF\xBE\xEF\xB7\x90\xF0\x9F\xBF\xBF\xF4\x8F\xBF\xBF b\n1 2\n",
          "\u00e4\uFFFD\uFFFD\uFFFD\uFFFD=1 b=2"}};
@@ -245,6 +252,9 @@ TEST(DataText, NamesOnTheLogWhatItDidNotRead) {
         {"1;2\n;;note\n3;4\n", "left out, since they hold words: column 3"},
         {"Run 7\n1;<0.5\n3;4\n", "1 line with a leading number taken for words above the rows, the "
                                  "first is line 2"},
+        {"t,U\n1,2,3,4,5,6,7,8,9,10,11\n",
+         "column 3, column 4, column 5, column 6, column 7, column 8, "
+         "column 9, column 10 and 1 more"},
         {"t,U\n1,234.5,2\n", "more columns than names, without one: column 3"},
         {"x,a,b\n1,2,\n", "more names than columns, not used: \"b\""},
         {"by hand\n1\n", ""},

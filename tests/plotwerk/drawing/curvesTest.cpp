@@ -4,6 +4,7 @@
 #include "plotwerk/drawing/coveredCurves.h"
 #include "plotwerk/drawing/curveSample.h"
 #include "plotwerk/drawing/curveStrokes.h"
+#include "plotwerk/drawing/curveSymbols.h"
 #include "plotwerk/drawing/denseImage.h"
 #include "plotwerk/drawing/raster.h"
 #include "tests/plotwerk/drawing/samples.h"
@@ -263,6 +264,23 @@ TEST(Curves, HaveSymbolsOfEverySizeButNone) {
         for (const Drawn &each : drawn)
             EXPECT_NEAR(each.path.back().x - each.path.front().x, 1.2 * size, 0.01);
     }
+}
+
+TEST(Symbols, AreVectorsUpToTwentyThousand) {
+    const Document document = documentWith({0, 1}, {0, 1});
+    const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+    CurveLook look;
+    look.symbols = true;
+    look.symbol = {14, 0, 0, 0};
+    Path points;
+    for (int i = 0; i < 20000; ++i) points.push_back({i % 200 * 0.5, i / 200 * 0.5});
+    points.push_back(points.front()); // on the same spot
+    const auto drawn = [&] {
+        return drawnBy([&](cairo_t *cr) { drawSymbols(cr, points, look, frame, 0); }).size();
+    };
+    EXPECT_EQ(drawn(), 20000U);
+    points.push_back({110, 10});
+    EXPECT_EQ(drawn(), 0U) << "an image";
 }
 
 TEST(Curves, DropLinesToTheXAxisOrZeroOrTheNearestEdge) {
