@@ -204,6 +204,9 @@ TEST(Axes, HaveSlantedNumbersWithOneEndAtTheTick) {
                 EXPECT_NEAR(horizontal ? number.middle.x - tick : number.middle.y - 100 + tick,
                             along * (horizontal ? c.middle.x : c.middle.y), 1e-9)
                     << c.axis << ' ' << angle;
+                EXPECT_NEAR(beyond(number.bounds(), frame.axes[c.axis], frame.line[c.axis]),
+                            horizontal ? 6.5 : 5, 1e-9)
+                    << c.axis << ' ' << angle;
             }
         }
 }
