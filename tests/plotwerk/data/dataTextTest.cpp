@@ -36,6 +36,7 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"nothing between", "1,,3; ;5\n", "X=1 Y1=nan Y2=3 Y3=nan Y4=5"},
         {"nothing between tabs", "1\t\t3\n4 \t \t 6\n", "X=1,4 Y1=nan,nan Y2=3,6"},
         {"tabs after rows of blanks", "1 2 3\n4 5 6\n7\t\t9\n", "X=1,4,7 Y1=2,5,nan Y2=3,6,9"},
+        {"nothing in a longer row", "1\t2\t3\n4\t\t6\t7\n", "X=1,4 Y1=2,nan Y2=3,6 Y3=nan,7"},
         {"nothing before the first", " \t,2\n", "X=nan Y1=2"},
         {"two after the last", "1,2,,\n,,\n", "X=1,nan Y1=2,nan Y2=nan,nan"},
         {"words for NaN", "NAN -\n- nan\n1 NaN\n", "X=nan,nan,1 Y1=nan,nan,nan"},
@@ -240,6 +241,7 @@ TEST(DataFile, IsReadInTheEncodingsOfSpreadsheets) {
         {"\xB5 b\n1 2\n", "\u00b5=1 b=2"},
         {"\xFF\xFE\xB5\0\t\0b\0\r\0\n\0001\0\t\0002\0"s, "\u00b5=1 b=2"},
         {"\xFF\xFE\xA9\3\xAC\x20\t\0b\0\n\0001\0\t\0002\0"s, "\u03a9\u20ac=1 b=2"},
+        {"\xFE\xFF\xD8\0\xDC\0\0\t\0b\0\n\0001\0\t\0002"s, "\U00010000=1 b=2"},
         {"\xFE\xFF\xD8\x34\xDD\x1E\0\t\xD8\x34\0\n\0001\0\t\0002"s, "\U0001D11E=1 \uFFFD=2"},
         {"\xC3\xA4\xEF\xBF\xBE\xEF\xB7\x90\xF0\x9F\xBF\xBF\xF4\x8F\xBF\xBF b\n1 2\n",
          "\u00e4\uFFFD\uFFFD\uFFFD\uFFFD=1 b=2"}};
@@ -253,6 +255,7 @@ TEST(DataText, NamesOnTheLogWhatItDidNotRead) {
         {"T,state\n1,OK\n2,OK\n", "left out, since they hold words: \"state\""},
         {"1 2\n3 x4\n5 6\n",
          "1 word read as missing values, the first is \"x4\" in line 2, column 2"},
+        {"\"t\n(s)\";U\n1;2\n3;x4\n", "is \"x4\" in line 4"},
         {"1 2\n2024-01-01 5\n2 3\n", "both times and numbers in column 1"},
         {"1,5\n", "though they could be decimal"},
         {"1,234,567\n2,345,678\n", "commas separate columns, though they could group digits"},
