@@ -60,6 +60,9 @@ TEST(TextFields, AreFilledWithWhatTheDocumentHolds) {
     undone.fit.done = false;
     for (const Document &document : {Document(), exact, undone})
         EXPECT_EQ(filled("<chi>", document), "");
+    Document large = fitted();
+    large.fit.chiSquare = 1357;
+    EXPECT_EQ(filled("<chi>", large), "\u03c72/ndf = 123") << "without a point at the end";
 
     Document named; // fields are filled as long as the text isn't too long
     named.name = std::string(1000, 'n');
