@@ -36,7 +36,6 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"nothing between", "1,,3; ;5\n", "X=1 Y1=nan Y2=3 Y3=nan Y4=5"},
         {"nothing between tabs", "1\t\t3\n4 \t \t 6\n", "X=1,4 Y1=nan,nan Y2=3,6"},
         {"tabs after rows of blanks", "1 2 3\n4 5 6\n7\t\t9\n", "X=1,4,7 Y1=2,5,nan Y2=3,6,9"},
-        {"nothing in a longer row", "1\t2\t3\n4\t\t6\t7\n", "X=1,4 Y1=2,nan Y2=3,6 Y3=nan,7"},
         {"nothing before the first", " \t,2\n", "X=nan Y1=2"},
         {"two after the last", "1,2,,\n,,\n", "X=1,nan Y1=2,nan Y2=nan,nan"},
         {"words for NaN", "NAN -\n- nan\n1 NaN\n", "X=nan,nan,1 Y1=nan,nan,nan"},
