@@ -56,6 +56,9 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"CR", "1 2\r3 4\r\r5 6", "X=1,3 Y1=2,4; X=5 Y1=6"},
         {"empty lines", "\n\n1 2\n \t\n\n3\n\n", "X=1 Y1=2; X=0 Y1=3"},
         {"comments", "# a b c\n1 2 # c\n#\n3 4#5\n  # d\n% 1 2\n5 6\n", "X=1,3,5 Y1=2,4,6"},
+        {"comments of numbers", "1 2\n// 7 8\n! 7 8\n%% 7 8\n# 7 8\n3 4\n", "X=1,3 Y1=2,4"},
+        {"a stroke is no comment", "1 2\n/ 8\n3 4\n", "X=1,nan,3 Y1=2,8,4"},
+        {"comments in quotes", "x;\"# b\"\n1;2#3\n4;5 # 6\n", "x=1,4 # b=2,5"},
         {"byte order mark", "\xEF\xBB\xBF\x31 2\n", "X=1 Y1=2"},
         // words: names before the first row, NaN after
         {"quoted", "\"t / s\";'it''s'\n1 2\n", "t / s=1 it's=2"},
@@ -73,7 +76,9 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"a comment between rows in quotes", "\"1\";\"2\"\n# c\n\"3\";\"4\"\n5;6\n",
          "X=1,3,5 Y1=2,4,6"},
         {"units behind names", "t (s) U [V]\n1 2\n", "t (s)=1 U [V]=2"},
-        {"nothing in the first row", ";\n1;2\n", "X=nan,1 Y1=nan,2"},
+        {"nothing in the first row", "# x;y\n;\n1;2\n", "X=nan,1 Y1=nan,2"},
+        {"nothing above the names", ";\nx;y\n1;2\n", "x=1 y=2"},
+        {"nothing below the names", "x;y\n;\n1;2\n", "x=1 y=2"},
         {"names of one table only", "x a\n1 2\n\n3 4\n", "x=1 a=2; X=3 Y1=4"},
         {"a quote behind a number", "1\t2 \"s\"\n3\t4\n", "X=1,3 Y1=2,4"},
         {"words after a row", "1 2\n3 4 V \"m s\"\n5V 6\n", "X=1,3,nan Y1=2,4,6"},
@@ -84,6 +89,7 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"1,5;2.5;,5\n", "X=1.5 Y1=2.5 Y2=0.5"},
         {"1 2\n3 4,5,6\n", "X=1,3 Y1=2,nan"},
         {"x a,b\n1 2\n", "x=1 a,b=2"}};
+    EXPECT_EQ(read("\"t\n(s)\",U\n1,2\n" + many("3,4\n", 2000), '.').substr(0, 10), "t (s)=1,3,");
     for (const auto &[text, want] : withCommas) EXPECT_EQ(read(text, ','), want) << text;
 }
 
@@ -98,16 +104,24 @@ TEST(DataText, IsReadAsProgramsExportIt) {
         {"units behind blanks", "Time (s)  U [V]\n1 2\n", "Time (s)=1 U [V]=2"},
         {"quotes", "\"t, s\",\"a \"\"b\"\"\"\n1,2\n", "t, s=1 a \"b\"=2"},
         {"line ends in quotes", "\"t\n(s)\",\"U\r\n(V)\"\n1,2\n", "t (s)=1 U  (V)=2"},
+        {"line ends in quotes behind blanks", "t, \"U\n(V)\" ,\"I \"\"\n\"\"\"\n1,2,3\n",
+         "t=1 U (V)=2 I \" \"=3"},
+        {"an open quote", "t,\"U\n1,2\n3,4\n", "t=1,3 U=2,4"},
         {"inches", "5\",3\" wide\n1,2\n", "5\"=1 3\" wide=2"},
         {"title", "Run of Monday\nt,U\n\n1,2\n", "t=1 U=2"},
         {"title alone", "Run of Monday\n1,2\n", "X=1 Y1=2"},
         {"numbers", "nm,300,310\n400,1,2\n", "nm=400 300=1 310=2"},
         {"behind #", "# made by hand\n# x y err\n0 1 2\n", "x=0 y=1 err=2"},
+        {"behind #, two lines above", "# x y err\n# by hand\n0 1 2\n", "x=0 y=1 err=2"},
+        {"behind #, too far above", "# x y err\n# by hand\n# again\n0 1 2\n", "X=0 Y1=1 Y2=2"},
         {"behind # with numbers", "# 7 runs\n0 1\n", "X=0 Y1=1"},
         {"behind # in each block", "%x,y\n1,2\n\n# a b c\n3,4\n", "x=1 y=2; X=3 Y1=4"},
         {"units", "t,U,I,\ns,V,,\n1,2,3,\n", "t (s)=1 U (V)=2 I=3"},
         {"units, then remarks", "t\tU\n[s]\tm/s^2\nfirst\tsecond run\n1\t2\n",
          "t [s]=1 U (m/s^2)=2"},
+        {"brackets around nothing", "t,U\n(),[]\n1,2\n", "()=1 []=2"},
+        {"a unit of forty characters", "t,U\ns,m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*mm\n1,2\n",
+         "t (s)=1 U (m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*mm)=2"},
         {"no units", "Volt Sweep\nx y\n1 2\n", "x=1 y=2"},
         {"empty lines of spreadsheets", "Title,,\n,,\nx,y,z\n1,2,3\n", "x=1 y=2 z=3"},
         // values
@@ -122,6 +136,10 @@ TEST(DataText, IsReadAsProgramsExportIt) {
          "4,5\n",
          "a=1,2,3 b=nan,nan,-4 c=nan,nan,5"},
         // words
+        {"letters that end like exponents", "t,U\n1,2e\n3,4E+\n5,6e5\n7,8d\n",
+         "t=1,3,5,7 U=nan,nan,600000,nan"},
+        {"a time and a clock", "t,Time,T\n2024-01-02 8:00,9:00:00,5\n", "t=1704182400 T=5"},
+        {"errors of spreadsheets", "#REF!,1\n#NAME?,2\n3,4\n", "X=nan,nan,3 Y1=1,2,4"},
         {"column of words", "T,state,R\n1,OK,2\n3,\"too hot, really\",4\n", "T=1,3 R=2,4"},
         {"first column", "a;b;c\nA;1;2\nB;3;4\n", "b=1,3 c=2,4"},
         {"labels without a name", "\ta\tb\nA\t1\t2\nB\t3\t4\n", "a=1,3 b=2,4"},
@@ -133,6 +151,7 @@ TEST(DataText, IsReadAsProgramsExportIt) {
          "X=1,3,5,7,9,1,1,1,1,1,1 Y1=2,4,6,8,10,2,2,2,2,2,2"},
         {"settings above", "Device,X 2\nPoints,2\nRange,10\n\nt,U\n0,1\n1,2\n", "t=0,1 U=1,2"},
         {"words below", "t,U\n0,1\n1,2\nEnd of data\n", "t=0,1 U=1,2"},
+        {"words below in a second block", "1,2\n\n3,4\nEnd,of it\n5,6\n", "X=1 Y1=2; X=3,5 Y1=4,6"},
         {"more words than rows", "t,U\n0,1\nEnd\nof data\n1,2\n", "t=0,1 U=1,2"},
         {"a value with its unit", "t,U,I\n1,2 V,3\n2,3 V,4\n", "t=1,2 I=3,4"},
     };
@@ -149,6 +168,10 @@ TEST(DataText, ReadsTimesAsSecondsSince1970) {
         {"2024-02-29T07:04:56.25-0530", 1709210096.25},
         {"20240229T123456.25", 1709210096.25},
         {"20240229T1334+01:00", 1709210040},
+        {"2024-02-29T13:34+01", 1709210040},
+        {"2024-03-01T11:34+23:00", 1709210040},
+        {"2024-02-29T12:34-0000", 1709210040},
+        {"1970-01-01T00:00:00.1234567890123456789012345", 0.123456789012345},
         {"20240229t123456Z", 1709210096},
         {"\"2024-02-29 12:34:56.25\"", 1709210096.25},
         {"2024-02-29 1:34:56 PM", 1709213696},
@@ -218,6 +241,8 @@ TEST(DataFile, IsReadInTheEncodingsOfSpreadsheets) {
         {"\xEF\xBB\xBF\xC2\xB5 b\n1 2\n", "\u00b5=1 b=2"},
         {"\xB5 b\n1 2\n", "\u00b5=1 b=2"},
         {"\xFF\xFE\xB5\0\t\0b\0\r\0\n\0001\0\t\0002\0"s, "\u00b5=1 b=2"},
+        {"\xFF\xFE\xA9\3\xAC\x20\t\0b\0\n\0001\0\t\0002\0"s, "\u03a9\u20ac=1 b=2"},
+        {"\xFE\xFF\xD8\0\xDC\0\0\t\0b\0\n\0001\0\t\0002"s, "\U00010000=1 b=2"},
         {"\xFE\xFF\xD8\x34\xDD\x1E\0\t\xD8\x34\0\n\0001\0\t\0002"s, "\U0001D11E=1 \uFFFD=2"},
         {"\xC3\xA4\xEF\xBF\xBE\xEF\xB7\x90\xF0\x9F\xBF\xBF\xF4\x8F\xBF\xBF b\n1 2\n",
          "\u00e4\uFFFD\uFFFD\uFFFD\uFFFD=1 b=2"}};
@@ -231,6 +256,7 @@ TEST(DataText, NamesOnTheLogWhatItDidNotRead) {
         {"T,state\n1,OK\n2,OK\n", "left out, since they hold words: \"state\""},
         {"1 2\n3 x4\n5 6\n",
          "1 word read as missing values, the first is \"x4\" in line 2, column 2"},
+        {"\"t\n(s)\";U\n1;2\n3;x4\n", "is \"x4\" in line 4"},
         {"1 2\n2024-01-01 5\n2 3\n", "both times and numbers in column 1"},
         {"1,5\n", "though they could be decimal"},
         {"1,234,567\n2,345,678\n", "commas separate columns, though they could group digits"},
@@ -245,6 +271,9 @@ TEST(DataText, NamesOnTheLogWhatItDidNotRead) {
         {"1;2\n;;note\n3;4\n", "left out, since they hold words: column 3"},
         {"Run 7\n1;<0.5\n3;4\n", "1 line with a leading number taken for words above the rows, the "
                                  "first is line 2"},
+        {"t,U\n1,2,3,4,5,6,7,8,9,10,11\n",
+         "column 3, column 4, column 5, column 6, column 7, column 8, "
+         "column 9, column 10 and 1 more"},
         {"t,U\n1,234.5,2\n", "more columns than names, without one: column 3"},
         {"x,a,b\n1,2,\n", "more names than columns, not used: \"b\""},
         {"by hand\n1\n", ""},

@@ -4,8 +4,10 @@
 #include "plotwerk/drawing/coveredCurves.h"
 #include "plotwerk/drawing/curveSample.h"
 #include "plotwerk/drawing/curveStrokes.h"
+#include "plotwerk/drawing/curveSymbols.h"
 #include "plotwerk/drawing/denseImage.h"
 #include "plotwerk/drawing/raster.h"
+#include "plotwerk/drawing/symbols.h"
 #include "tests/plotwerk/drawing/samples.h"
 
 #include <cmath>
@@ -264,6 +266,44 @@ TEST(Curves, HaveSymbolsOfEverySizeButNone) {
         for (const Drawn &each : drawn)
             EXPECT_NEAR(each.path.back().x - each.path.front().x, 1.2 * size, 0.01);
     }
+}
+
+TEST(Curves, EndAtTheFrameHoweverThick) {
+    Document document = documentWith({0, 10}, {5, 5});
+    document.axes[yAxis].range = {0, 5};
+    document.axes[xAxis].range = {0, 10};
+    onlyCurve(document).look.lineThickness = 20;
+    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+    const ScaledFrame frame = scaledFrameOf(document, curves);
+    const Box ink = inkOf([&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0); });
+    EXPECT_NEAR(ink.top, 0, 1);
+    EXPECT_NEAR(ink.bottom, 10, 1);
+    EXPECT_NEAR(ink.left, 0, 1);
+    EXPECT_NEAR(ink.right, frame.width, 1);
+}
+
+TEST(Symbols, AreAsClearInsideAsTheirLines) {
+    const Coverage symbol(20, 20, [](cairo_t *cr) {
+        drawSymbol(cr, 1, {10, 10}, 16, 1, Colour{0, 0, 0, 0.5}, true);
+    });
+    EXPECT_NEAR(symbol.at(10, 10), 128, 1);
+}
+
+TEST(Symbols, AreVectorsUpToTwentyThousand) {
+    const Document document = documentWith({0, 1}, {0, 1});
+    const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+    CurveLook look;
+    look.symbols = true;
+    look.symbol = {14, 0, 0, 0};
+    Path points;
+    for (int i = 0; i < 20000; ++i) points.push_back({i % 200 * 0.5, i / 200 * 0.5});
+    points.push_back(points.front()); // on the same spot
+    const auto drawn = [&] {
+        return drawnBy([&](cairo_t *cr) { drawSymbols(cr, points, look, frame, 0); }).size();
+    };
+    EXPECT_EQ(drawn(), 20000U);
+    points.push_back({110, 10});
+    EXPECT_EQ(drawn(), 0U) << "an image";
 }
 
 TEST(Curves, DropLinesToTheXAxisOrZeroOrTheNearestEdge) {

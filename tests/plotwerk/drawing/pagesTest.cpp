@@ -447,6 +447,11 @@ TEST(Frame, LeavesRoomAroundDataAndBeginsWhereAreasDo) {
         look.filled = true, d.axes[yAxis].logarithmic = true;
         onlyCurve(d).values = {10, 100, 1e26};
     });
+    expectLimits("logarithmic below one", yAxis, 0.01 / std::pow(10, 0.08), std::pow(10, 0.08),
+                 [](D d, L) {
+                     d.axes[yAxis].logarithmic = true;
+                     onlyCurve(d).values = {0.01, 0.1, 1};
+                 });
     expectLimits("the opposite axis's", yAxis, 49, 76, [](D, L look) { look.rightY = true; });
     expectLimits("its own", yAxis, 2, 3,
                  [](D d, L look) { look.rightY = true, d.axes[yAxis].range.max = 3; });

@@ -60,6 +60,9 @@ TEST(TextFields, AreFilledWithWhatTheDocumentHolds) {
     undone.fit.done = false;
     for (const Document &document : {Document(), exact, undone})
         EXPECT_EQ(filled("<chi>", document), "");
+    Document large = fitted();
+    large.fit.chiSquare = 1357;
+    EXPECT_EQ(filled("<chi>", large), "\u03c72/ndf = 123") << "without a point at the end";
 
     Document named; // fields are filled as long as the text isn't too long
     named.name = std::string(1000, 'n');
@@ -154,11 +157,20 @@ TEST(Legend, LeavesAloneWhatIsInItsCorner) {
 
 TEST(PlacedTexts, AreAnchoredInProportionAndHaveAGroundOverData) {
     const double width = 12 * pointsPerCm;
+    const double height = 8 * pointsPerCm;
     const double inset = 0.2 * pointsPerCm + 3;
     for (const double x : {0.0, 0.25, 1.0}) {
         const LaidText text = laid({.text = "longer line\\\\i", .x = x, .y = 0.9});
         const double length = text.text.ink().width();
         EXPECT_NEAR(text.middle.x, inset + length / 2 + x * (width - length - 2 * inset), 1e-6);
+    }
+    for (const double angle : {30.0, 135.0, 200.0, -60.0}) {
+        const LaidText text = laid({.text = "longer line", .x = 0, .y = 0, .angle = angle});
+        const double c = std::abs(std::cos(angle * G_PI / 180)) / 2;
+        const double s = std::abs(std::sin(angle * G_PI / 180)) / 2;
+        const Box ink = text.text.ink();
+        EXPECT_NEAR(text.middle.x, inset + ink.width() * c + ink.height() * s, 1e-6) << angle;
+        EXPECT_NEAR(text.middle.y, height - inset - ink.width() * s - ink.height() * c, 1e-6);
     }
     EXPECT_TRUE(laid({.text = "right across the sine, to both sides"}).overData);
     EXPECT_FALSE(laid({.text = "x", .x = 0.5, .y = 1.2}).overData);
@@ -285,7 +297,7 @@ TEST(Typesetter, SetsStylesAndLines) {
 
 TEST(MissingGlyphs, AreNamedOnceByAllChildren) {
     Document document;
-    document.texts = {{.text = "\U00012000 \U00012000"}};
+    document.texts = {{.text = "\U00012000"}, {.text = "\U00012000"}};
     pdfOfDocument({});
     testing::internal::CaptureStderr();
     for (int i = 0; i < 2; ++i) inChild([&] { pdfOfDocument(document); });

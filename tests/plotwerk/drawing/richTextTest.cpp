@@ -62,6 +62,10 @@ TEST(RichText, ReadsRtf) {
         {R"({\rtf)", ""},
     };
     for (const auto &c : cases) EXPECT_EQ(described(richTextOf(c.rtf)), c.want) << c.rtf;
+
+    std::string colours = "{\\rtf1{\\colortbl;";
+    for (int i = 1; i <= 1000; ++i) colours += "\\red1;";
+    EXPECT_EQ(described(richTextOf(colours + "}\\cf999 a\\cf1000 b}")), "<#1#0#0>a<>b");
 }
 
 TEST(RichText, IsPlainTextAsItIsAndNeverTooLong) {
@@ -129,4 +133,11 @@ TEST(Markup, IsBounded) {
     for (const std::string &text : {nested, closed, braces, stars, '_' + braces, fields})
         EXPECT_LE(plainTextOf(readMarkup(richTextOf(text))).size(), 4096u) << text.substr(0, 20);
     EXPECT_TRUE(plainTextOf(readMarkup(richTextOf(closed))).starts_with("_{_{"));
+    for (const std::size_t depth : {20, 21}) {
+        std::string text;
+        for (std::size_t i = 0; i < depth; ++i) text += "a_{";
+        text.append(depth, '}');
+        EXPECT_EQ(plainTextOf(readMarkup(richTextOf(text))).find('_') == text.npos, depth <= 20)
+            << depth;
+    }
 }

@@ -112,9 +112,11 @@ std::vector<Drawn> drawnBy(const std::function<void(cairo_t *)> &draw) {
         static_cast<std::string *>(to)->append(reinterpret_cast<const char *>(bytes), length);
         return CAIRO_STATUS_SUCCESS;
     };
-    const Surface surface(cairo_svg_surface_create_for_stream(append, &svg, 1000, 1000));
+    const Surface surface(cairo_svg_surface_create_for_stream(append, &svg, 2000, 2000));
+    constexpr double around = 500; // the frame's corner, so that what is outside is seen, too
     {
         const Context cr(cairo_create(surface.get()));
+        cairo_translate(cr.get(), around, around);
         draw(cr.get());
     }
     cairo_surface_finish(surface.get());
@@ -122,7 +124,11 @@ std::vector<Drawn> drawnBy(const std::function<void(cairo_t *)> &draw) {
     const std::string key = "<path style=\"";
     for (std::size_t at = svg.find(key); at != std::string::npos; at = svg.find(key, at + 1)) {
         const std::string element = svg.substr(at, svg.find("/>", at) - at);
-        if (element.find("transform") != std::string::npos) continue;
+        cairo_matrix_t matrix;
+        cairo_matrix_init_identity(&matrix);
+        if (const std::size_t turned = element.find("matrix("); turned != std::string::npos)
+            std::sscanf(element.c_str() + turned, "matrix(%lf,%lf,%lf,%lf,%lf,%lf)", &matrix.xx,
+                        &matrix.yx, &matrix.xy, &matrix.yy, &matrix.x0, &matrix.y0);
         Drawn drawn;
         if (const std::size_t width = element.find("stroke-width:"); width != std::string::npos)
             drawn.thickness = std::stod(element.substr(width + 13));
@@ -133,7 +139,9 @@ std::vector<Drawn> drawnBy(const std::function<void(cairo_t *)> &draw) {
             if (command == "C") data >> x >> y >> x >> y; // the ends of curves are enough
             if (command == "Z" || !(data >> x >> y)) break;
             if (command == "M" && !drawn.path.empty()) drawn.path.push_back(pathBreak);
-            drawn.path.push_back({x, y});
+            double left = x, top = y;
+            cairo_matrix_transform_point(&matrix, &left, &top);
+            drawn.path.push_back({left - around, top - around});
         }
         all.push_back(drawn);
     }

@@ -169,6 +169,13 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
         {{1, 5},
          [](Axis &axis) { axis.increment = 1.2345678; },
          "1.2345678 2.4691356 3.7037034 4.9382712"},
+        // an offset where numbers are more than a thousand times as large as they differ
+        {{246.776, 247.024},
+         [](Axis &axis) { axis.increment = 0.12345; },
+         "\u22120.12345 0.00000 0.12345 | + 246.9"},
+        {{246.653, 246.901},
+         [](Axis &axis) { axis.increment = 0.12345; },
+         "246.65310 246.77655 246.90000"},
         // an increment with a tick or none within the limits
         {{-1, 10}, [](Axis &axis) { axis.increment = 5e3; }, "0"},
         {{-1, 10}, [](Axis &axis) { axis.increment = 2e4; }, "0 2 4 6 8 10"},
@@ -224,6 +231,8 @@ TEST(Ticks, HaveSmallOnesBetweenThem) {
     axis.ticks = 4;
     axis.logarithmic = true;
     EXPECT_EQ(marksFor(axis, {1, 1000}).smallTicks.size(), 24u); // 2..9 in three decades
+    EXPECT_EQ(marksFor(axis, {1, 1e28}).ticks.size(), 29U);
+    EXPECT_EQ(marksFor(axis, {1, 1e30}).ticks.size(), 11U) << "decades are too short for one each";
     axis.logTicksAt = 2;
     EXPECT_EQ(marksFor(axis, {1, 1e4}).ticks, (std::vector<double>{1, 100, 1e4}));
     EXPECT_EQ(marksFor(axis, {1, 1e4}).smallTicks, (std::vector<double>{10, 1000}));

@@ -72,11 +72,13 @@ TEST(Fit, HoldsFixedParameters) {
     const Formula formula("a + b*x + 0*n + if(x<0, x^n, 0)");
     std::vector<FitParameter> parameters = ones(formula);
     parameters[0] = {"a", 2, 0.5, true};
+    parameters[0].atBound = true; // of an earlier fit
     parameters[2].fixed = true;
     const FitOutcome outcome = fit(formula, {x, y, {}, {}}, parameters);
     ASSERT_EQ(outcome.status, fitConverged) << outcome.reason;
     EXPECT_EQ(parameters[0].value, 2);
     EXPECT_TRUE(std::isnan(parameters[0].error));
+    EXPECT_FALSE(parameters[0].atBound);
     // slope through (0, 2): sum x (y - 2) / sum x^2
     EXPECT_NEAR(parameters[1].value, (2.8 + 12.4 + 26.7 + 48.4 + 74.5) / 55, 1e-14);
 

@@ -87,7 +87,7 @@ TEST(SearchForValid, GoesToTheNearestPositionWhereBothAreValid) {
     const double x[] = {0, NaN, 2, 3, NaN}, y[] = {NaN, 1, 2, NaN, 4};
     for (const auto &[i, want] : {std::pair{4, 2}, {2, 2}, {1, -1}, {-1, -1}})
         EXPECT_EQ(searchLeftForValid(x, y, i), want) << i;
-    const std::tuple<int, int, int> cases[] = {{5, 0, 2}, {5, 2, 2},  {5, 3, 4},
+    const std::tuple<int, int, int> cases[] = {{5, 0, 2}, {5, 2, 2},  {5, 3, 4}, {2, 0, 1},
                                                {3, 9, 2}, {5, -3, 2}, {0, 0, -1}};
     for (const auto &[n, i, want] : cases)
         EXPECT_EQ(searchRightForValid(x, y, n, i), want) << n << ", " << i;
