@@ -77,8 +77,8 @@ class JournalFile {
 // A journal that was left behind, locked while this lives.
 class LeftJournal {
   public:
-    // None when the file is gone, in use or empty. Throws Refusal "PATH: REASON": not a journal, of a
-    // later version, damaged.
+    // None when the file is gone, in use or empty. Throws Refusal "PATH: REASON": not a journal, of
+    // a later version, damaged.
     static std::optional<LeftJournal> lock(const std::filesystem::path &path);
 
     std::filesystem::path path;         // of the journal
