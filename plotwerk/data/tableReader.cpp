@@ -5,6 +5,7 @@
 #include "util/text/word.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace plotwerk {
@@ -14,6 +15,7 @@ static constexpr std::size_t mostHeadLines = 256;
 
 void TableReader::readLine(const char *line, std::size_t number, const char *textEnd) {
     if (rows.appendPlain(line, textEnd)) return;
+    time.addLine(std::strlen(line));
     const bool isHead = rows.rows().count == 0;
     const char *comment = commentOf(line);
     if (*plw::skipSpaces(line) == '\0') {
@@ -50,6 +52,7 @@ void TableReader::dropFromHead(std::size_t count) {
 void TableReader::readHead(const char *line, std::size_t number) {
     const char separator = separatorOf(line, commas);
     readFields(line, separator, commas, fields);
+    time.addFields(fields);
     if (fields.empty()) return;
     if (!isPlainRow(fields)) {
         noteStop(number);
@@ -95,9 +98,10 @@ bool TableReader::beginTableOfWords() {
 
 // Takes the names from the head, and reads those lines of it that are rows.
 void TableReader::beginTable(const TableLayout &layout) {
+    for (const HeadLine &line : head) time.addNames(std::strlen(line.text));
     names = columnNames(head, layout, commas);
     tableSeparator = layout.separator;
-    rows = RowReader(tableSeparator, commas, finished);
+    rows = RowReader(tableSeparator, commas, finished, time);
     const std::vector<HeadLine> lines = std::exchange(head, {});
     headEnded = false;
     for (std::size_t i = 0; i < lines.size(); ++i) {
