@@ -13,10 +13,13 @@ namespace plotwerk {
 // Head lines that are looked at together; a text of nothing else is looked at in such pieces.
 static constexpr std::size_t mostHeadLines = 256;
 
+// How often one of them is read, at most: by itself, and as one of a group.
+static constexpr int readingsOfHead = 4;
+
 void TableReader::readLine(const char *line, std::size_t number, const char *textEnd) {
     if (rows.appendPlain(line, textEnd)) return;
-    time.addLine(std::strlen(line));
     const bool isHead = rows.rows().count == 0;
+    time.addLine(std::strlen(line), isHead ? readingsOfHead : 1);
     const char *comment = commentOf(line);
     if (*plw::skipSpaces(line) == '\0') {
         endGroup();
@@ -52,7 +55,7 @@ void TableReader::dropFromHead(std::size_t count) {
 void TableReader::readHead(const char *line, std::size_t number) {
     const char separator = separatorOf(line, commas);
     readFields(line, separator, commas, fields);
-    time.addFields(fields);
+    time.addFields(fields, readingsOfHead);
     if (fields.empty()) return;
     if (!isPlainRow(fields)) {
         noteStop(number);
