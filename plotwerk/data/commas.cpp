@@ -94,11 +94,12 @@ static void weigh(std::string_view line, Evidence &evidence) {
     }
 }
 
-static Evidence evidenceIn(std::string_view text) {
+static Evidence evidenceIn(std::string_view text, ReadingTime &time) {
     Evidence evidence;
     if (text.find(',') == std::string_view::npos) return evidence;
     while (!text.empty() && !evidence.isSettled()) {
         std::string_view line = text.substr(0, text.find('\n'));
+        time.addCommas(line.size());
         text.remove_prefix(std::min(line.size() + 1, text.size()));
         line = line.substr(0, line.find('#'));
         if (line.find(',') != std::string_view::npos)
@@ -114,13 +115,13 @@ static bool canOnlyGroup(const Evidence &evidence) {
     return evidence.any && evidence.group && !evidence.decimal && evidence.others;
 }
 
-CommaUse commaUseOf(std::string_view text, char decimalSeparator) {
+CommaUse commaUseOf(std::string_view text, char decimalSeparator, ReadingTime &time) {
     if (decimalSeparator == ',') return {Commas::decimal};
-    return {canOnlyGroup(evidenceIn(text)) ? Commas::group : Commas::separate};
+    return {canOnlyGroup(evidenceIn(text, time)) ? Commas::group : Commas::separate};
 }
 
-CommaUse commaUseOfFile(std::string_view text, char decimalSeparator) {
-    const Evidence evidence = evidenceIn(text);
+CommaUse commaUseOfFile(std::string_view text, char decimalSeparator, ReadingTime &time) {
+    const Evidence evidence = evidenceIn(text, time);
     const bool wantsDecimal = decimalSeparator == ',';
     const Commas given = wantsDecimal ? Commas::decimal : Commas::separate;
     if (!evidence.any) return {given};

@@ -3,6 +3,7 @@
 #include "plotwerk/base/refusal.h"
 #include "util/text/utf8.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 
@@ -31,6 +32,11 @@ static void appendUtf8(std::uint32_t code, std::string &text) {
     }
 }
 
+// Of UTF-16: a unit of two bytes becomes three at most.
+static std::size_t longestUtf8Of(std::size_t bytes) {
+    return bytes / 2 * 3;
+}
+
 // An odd last byte is left out.
 static std::string utf8OfUtf16(std::string_view bytes, bool littleEndian) {
     const auto unit = [&](std::size_t i) {
@@ -39,7 +45,7 @@ static std::string utf8OfUtf16(std::string_view bytes, bool littleEndian) {
         return static_cast<std::uint32_t>(littleEndian ? second << 8 | first : first << 8 | second);
     };
     std::string text;
-    text.reserve(bytes.size() / 2);
+    text.reserve(longestUtf8Of(bytes.size()));
     for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
         std::uint32_t code = unit(i);
         if (code >= 0xd800 && code < 0xdc00 && i + 3 < bytes.size()) {
@@ -67,34 +73,47 @@ static std::size_t noncharacterAt(std::string_view text) {
     return code >= 0x10000 && code <= 0x10ffff && plw::isNonCharacter(code) ? 4 : 0;
 }
 
-static std::string withoutNoncharacters(std::string_view text) {
-    std::string clean;
-    clean.reserve(text.size());
-    std::size_t done = 0;
+// In place: none of them is shorter than what replaces it.
+static void replaceNoncharacters(std::string &text) {
+    std::size_t kept = 0;
     for (std::size_t at = 0; at < text.size();) {
         const auto lead = static_cast<unsigned char>(text[at]);
-        const std::size_t length = lead < 0xef ? 0 : noncharacterAt(text.substr(at));
+        const std::size_t length =
+            lead < 0xef ? 0 : noncharacterAt(std::string_view(text).substr(at));
         if (length == 0) {
-            ++at;
+            text[kept++] = text[at++];
             continue;
         }
-        clean.append(text, done, at - done).append(replacement);
+        kept += replacement.copy(&text[kept], replacement.size());
         at += length;
-        done = at;
     }
-    return clean.append(text, done);
+    text.resize(kept);
 }
 
-std::string textOfFile(std::string bytes) {
+// For the bytes, and what is made of them while they are there.
+static void requireConversion(std::size_t bytes, std::size_t most, ReadingTime &time) {
+    time.addConversion(bytes);
+    requireMemory(static_cast<double>(bytes) + static_cast<double>(most));
+}
+
+std::string textOfFile(std::string bytes, ReadingTime &time) {
     const std::string_view mark = std::string_view(bytes).substr(0, 2);
-    if (mark == "\xFF\xFE" || mark == "\xFE\xFF") {
+    const bool isUtf16 = mark == "\xFF\xFE" || mark == "\xFE\xFF";
+    if (isUtf16) {
+        requireConversion(bytes.size(), longestUtf8Of(bytes.size()), time);
         bytes = utf8OfUtf16(std::string_view(bytes).substr(2), mark == "\xFF\xFE");
-    } else {
-        if (bytes.starts_with(byteOrderMark)) bytes.erase(0, byteOrderMark.size());
-        if (!plw::isUtf8(bytes)) bytes = withoutNoncharacters(bytes);
     }
     if (bytes.find('\0') != std::string::npos)
         throw Refusal("neither a saved document nor data text");
+    if (!isUtf16 && bytes.starts_with(byteOrderMark)) bytes.erase(0, byteOrderMark.size());
+    if (plw::isUtf8(bytes)) return bytes;
+
+    time.addConversion(bytes.size());
+    replaceNoncharacters(bytes);
+    const auto beyondAscii =
+        std::count_if(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
+    if (!plw::isUtf8(bytes))
+        requireConversion(bytes.size(), bytes.size() + static_cast<std::size_t>(beyondAscii), time);
     return plw::utf8Of(std::move(bytes));
 }
 

@@ -18,7 +18,7 @@ static char *nextLineFeed(char *p, char *end) {
 // Where the line ends that begins there: a cell in quotes may hold line ends, which become blanks.
 // Quotes that nothing closes soon belong to a line of their own. *lines becomes how many were
 // joined.
-static char *endOfLine(char *line, char *const end, std::size_t *lines) {
+static char *endOfLine(char *line, char *const end, std::size_t *lines, ReadingTime &time) {
     constexpr std::ptrdiff_t longestCell = 4096;
     char *lineEnd = nextLineFeed(line, end);
     const auto *quote = static_cast<char *>(std::memchr(line, '"', lineEnd - line));
@@ -30,11 +30,13 @@ static char *endOfLine(char *line, char *const end, std::size_t *lines) {
     char *breaks[32];
     int count = 0;
     const auto join = [&](char *joinedEnd) {
+        time.addQuotes(joinedEnd - line);
         for (int i = 0; i < count; ++i) *breaks[i] = ' ';
         *lines += static_cast<std::size_t>(count);
         return joinedEnd;
     };
-    for (char *p = line; p < last; ++p) {
+    char *p = line;
+    for (; p < last; ++p) {
         if (*p == '\n') {
             if (open == nullptr) return join(p);
             if (count == 32) break;
@@ -50,14 +52,16 @@ static char *endOfLine(char *line, char *const end, std::size_t *lines) {
         }
         if (*p != ' ' && open == nullptr) before = *p;
     }
-    if (open != nullptr || last != end) return lineEnd;
-    return join(end);
+    if (open == nullptr && last == end) return join(end);
+    time.addQuotes(p - line);
+    return lineEnd;
 }
 
-Lines::Lines(std::string &text)
+Lines::Lines(std::string &text, ReadingTime &readingTime)
     : following(text.data()),
       end(text.data() + text.size()),
-      hasQuotes(text.find('"') != std::string::npos) {
+      hasQuotes(text.find('"') != std::string::npos),
+      time(readingTime) {
 }
 
 const char *Lines::next() {
@@ -65,7 +69,7 @@ const char *Lines::next() {
     lineNumber += joined;
     joined = 1;
     char *const line = following;
-    char *const lineEnd = hasQuotes ? endOfLine(line, end, &joined) : nextLineFeed(line, end);
+    char *const lineEnd = hasQuotes ? endOfLine(line, end, &joined, time) : nextLineFeed(line, end);
     *lineEnd = '\0';
     following = lineEnd + 1;
     return line;

@@ -2,6 +2,8 @@
 #ifndef PLOTWERK_DATA_LINES_H
 #define PLOTWERK_DATA_LINES_H
 
+#include "plotwerk/data/readingTime.h"
+
 #include <cstddef>
 #include <string>
 
@@ -17,8 +19,8 @@ void unifyLineEnds(std::string &text);
 //   while (const char *line = lines.next()) ... lines.number() ...
 class Lines {
   public:
-    // A text of lines that end in LF, and that outlives them.
-    explicit Lines(std::string &text);
+    // A text of lines that end in LF, and that outlives them, as the time does.
+    Lines(std::string &text, ReadingTime &readingTime);
 
     // Null behind the last line.
     const char *next();
@@ -32,6 +34,7 @@ class Lines {
     char *following;
     char *end;
     bool hasQuotes;
+    ReadingTime &time;
     std::size_t lineNumber = 0;
     std::size_t joined = 1; // how many lines of the text next has given as one
 };

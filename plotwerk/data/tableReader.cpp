@@ -5,6 +5,7 @@
 #include "util/text/word.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace plotwerk {
@@ -12,9 +13,13 @@ namespace plotwerk {
 // Head lines that are looked at together; a text of nothing else is looked at in such pieces.
 static constexpr std::size_t mostHeadLines = 256;
 
+// How often one of them is read, at most: by itself, and as one of a group.
+static constexpr int readingsOfHead = 4;
+
 void TableReader::readLine(const char *line, std::size_t number, const char *textEnd) {
     if (rows.appendPlain(line, textEnd)) return;
     const bool isHead = rows.rows().count == 0;
+    time.addLine(std::strlen(line), isHead ? readingsOfHead : 1);
     const char *comment = commentOf(line);
     if (*plw::skipSpaces(line) == '\0') {
         endGroup();
@@ -50,6 +55,7 @@ void TableReader::dropFromHead(std::size_t count) {
 void TableReader::readHead(const char *line, std::size_t number) {
     const char separator = separatorOf(line, commas);
     readFields(line, separator, commas, fields);
+    time.addFields(fields, readingsOfHead);
     if (fields.empty()) return;
     if (!isPlainRow(fields)) {
         noteStop(number);
@@ -95,9 +101,10 @@ bool TableReader::beginTableOfWords() {
 
 // Takes the names from the head, and reads those lines of it that are rows.
 void TableReader::beginTable(const TableLayout &layout) {
+    for (const HeadLine &line : head) time.addNames(std::strlen(line.text));
     names = columnNames(head, layout, commas);
     tableSeparator = layout.separator;
-    rows = RowReader(tableSeparator, commas, finished);
+    rows = RowReader(tableSeparator, commas, finished, time);
     const std::vector<HeadLine> lines = std::exchange(head, {});
     headEnded = false;
     for (std::size_t i = 0; i < lines.size(); ++i) {

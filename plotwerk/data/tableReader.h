@@ -4,6 +4,7 @@
 
 #include "plotwerk/data/dataText.h"
 #include "plotwerk/data/head.h"
+#include "plotwerk/data/readingTime.h"
 #include "plotwerk/data/remarks.h"
 #include "plotwerk/data/tableRows.h"
 
@@ -15,8 +16,9 @@ namespace plotwerk {
 class TableReader {
   public:
     // With wordsEverywhere even lines that all have words in them, and a column of numbers, are
-    // rows.
-    TableReader(Commas ofText, bool everywhere) : commas(ofText), wordsEverywhere(everywhere) {}
+    // rows. The time outlives the reader.
+    TableReader(Commas ofText, bool everywhere, ReadingTime &readingTime)
+        : commas(ofText), wordsEverywhere(everywhere), time(readingTime) {}
 
     // Lines stay where they are, as they are, until the tables are taken. textEnd: how far the text
     // goes on behind the line.
@@ -32,6 +34,7 @@ class TableReader {
   private:
     Commas commas;
     bool wordsEverywhere;
+    ReadingTime &time;
     std::vector<DataTable> tables;
     TableSizes finished; // of the tables
 

@@ -79,6 +79,7 @@ const char *RowReader::withDecimalPoints(const char *line) {
 
 bool RowReader::append(const char *line, std::size_t lineNumber) {
     readFields(line, separator, commas, fields);
+    time->addFields(fields, 1);
     std::size_t width = 0; // without words at the end
     bool number = false, word = false;
     row.clear();

@@ -3,6 +3,7 @@
 #define PLOTWERK_DATA_TABLEROWS_H
 
 #include "plotwerk/data/fields.h"
+#include "plotwerk/data/readingTime.h"
 #include "plotwerk/data/remarks.h"
 
 #include <cstddef>
@@ -41,8 +42,12 @@ struct TableRows {
 class RowReader {
   public:
     RowReader() = default;
-    RowReader(char lineSeparator, Commas ofText, const TableSizes &finishedTables)
-        : separator(lineSeparator), commas(ofText), finished(finishedTables) {}
+    RowReader(char lineSeparator, Commas ofText, const TableSizes &finishedTables,
+              ReadingTime &readingTime)
+        : separator(lineSeparator),
+          commas(ofText),
+          finished(finishedTables),
+          time(&readingTime) {}
 
     // The usual row: as many numbers as there are columns, and nothing else but separators. False
     // for any other line, and after many of those in turn, where trying costs more than it gains.
@@ -63,6 +68,7 @@ class RowReader {
     char separator = ' ';
     Commas commas = Commas::separate;
     TableSizes finished;
+    ReadingTime *time = nullptr; // of fields in unusual rows
     TableRows table;
     std::size_t emptyRows = 0; // of them without any number
     int unusualRows = 0;       // one after the other that weren't plain

@@ -1,5 +1,7 @@
 #include "util/text/utf8.h"
 
+#include <algorithm>
+
 namespace plw {
 
 // How many bytes the character has that this byte, from 0xc0 on, begins.
@@ -57,7 +59,9 @@ std::string utf8Of(std::string text) {
     if (isUtf8(text)) return text;
 
     std::string converted;
-    converted.reserve(text.size() + text.size() / 8);
+    converted.reserve(text.size() +
+                      static_cast<std::size_t>(std::count_if(
+                          text.begin(), text.end(), [](char c) { return (c & 0x80) != 0; })));
     for (const char c : text) {
         const auto code = static_cast<unsigned char>(c);
         if (code == 0) continue;

@@ -1,0 +1,52 @@
+// readingTime.h - how long it takes to read a data text, counted as it is read.
+#ifndef PLOTWERK_DATA_READINGTIME_H
+#define PLOTWERK_DATA_READINGTIME_H
+
+#include "plotwerk/base/bounds.h"
+#include "plotwerk/data/fields.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+namespace plotwerk {
+
+// The figures, in nanoseconds, are at least one and a half times what the slowest texts were measured
+// to take. Each function refuses what goes beyond the time of one message. Plain rows are paid for
+// with the whole text, before any is read.
+class ReadingTime {
+  public:
+    explicit ReadingTime(std::size_t textBytes) { add(8 * bytes(textBytes)); }
+
+    // Another encoding made UTF-8.
+    void addConversion(std::size_t textBytes) { add(14 * bytes(textBytes)); }
+
+    // A line looked at for what its commas are.
+    void addCommas(std::size_t lineBytes) { add(30 + 12 * bytes(lineBytes)); }
+
+    // Text looked through for the end of a cell in quotes.
+    void addQuotes(std::size_t textBytes) { add(1.5 * bytes(textBytes)); }
+
+    // A line that isn't a plain row, before its fields are read that often, and these then.
+    void addLine(std::size_t lineBytes, int readings) {
+        add(readings * (100 + 6 * bytes(lineBytes)));
+    }
+    void addFields(const std::vector<Field> &fields, int readings) {
+        const auto filled = std::count_if(fields.begin(), fields.end(),
+                                          [](const Field &field) { return !field.text.empty(); });
+        add(readings * 110 * static_cast<double>(filled));
+    }
+
+    // A line above the rows, looked through for names.
+    void addNames(std::size_t lineBytes) { add(100 * bytes(lineBytes)); }
+
+  private:
+    double sum = 0;
+
+    static double bytes(std::size_t count) { return static_cast<double>(count); }
+    void add(double nanoseconds) { requireTime(sum += nanoseconds); }
+};
+
+} // namespace plotwerk
+
+#endif
