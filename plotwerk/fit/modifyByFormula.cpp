@@ -2,6 +2,7 @@
 
 #include "plotwerk/base/bounds.h"
 #include "plotwerk/fit/documentFormula.h"
+#include "plotwerk/formula/evaluationTime.h"
 #include "plotwerk/formula/formula.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/errorColumns.h"
@@ -67,18 +68,25 @@ static void scaleErrors(const Modified &modified) {
     }
 }
 
+static double nanosecondsPerRow(const Formula &formula) {
+    const EvaluationTime time = evaluationTime<double>(formula.tape());
+    const double copying = 40 + 5 * static_cast<double>(formula.columns().size());
+    return copying + time.values + (formula.usesY() ? time.values + time.derivatives : 0);
+}
+
 void modifySelection(Document &document, bool yData) {
     std::vector<CurveRef> curves = requireSelection(document);
     if (!yData) curves = firstOfEachTable(curves);
     requireFormula(document);
-    std::vector<Formula> formulas;
     double time = 0;
+    for (const CurveRef &curve : curves) time += 2 * compilingTime(document, curve);
+    requireTime(time);
     double rows = 0;
     for (const CurveRef &curve : curves) {
-        formulas.push_back(formulaFor(document, curve));
+        const Formula formula = formulaFor(document, curve);
         const int rowsOfCurve = rowsOf(tableOf(document, curve));
         rows += rowsOfCurve;
-        time += rowsOfCurve * (20 + nanosecondsPerPoint(formulas.back().tape()));
+        time += rowsOfCurve * nanosecondsPerRow(formula);
     }
     requireTime(time);
     requireMemory(5.5 * sizeof(double) * rows);
@@ -86,7 +94,9 @@ void modifySelection(Document &document, bool yData) {
     ErrorsOfTables errors;
     std::vector<Modified> all;
     for (std::size_t i = 0; i < curves.size(); ++i) {
-        all.push_back(modified(document, curves[i], formulas[i], errors));
+        // compiled anew: in thousands they would take much memory
+        const Formula formula = formulaFor(document, curves[i]);
+        all.push_back(modified(document, curves[i], formula, errors));
         if (yData) continue;
         all.back().slopes.clear();
         all.back().x = tableOf(document, curves[i]).x.values;
