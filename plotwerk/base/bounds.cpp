@@ -20,7 +20,7 @@ std::array<Bound, boundCount> table = {{
     // the bus takes messages of up to 128 MiB, and cuts off who sends a longer one
     {"answer", "length of one answer, in MB", 120, 1, 120},
     // of 1000 MB that a bus holds back for all it reads nothing more from the one who sends
-    {"unread", "answers that one client leaves unread, in MB", 200, 1, 800},
+    {"unread", "answers that one client leaves unread, in MB", 200, 1, 600},
 }};
 
 constexpr double megabyte = 1e6;

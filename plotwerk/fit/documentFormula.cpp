@@ -1,5 +1,6 @@
 #include "plotwerk/fit/documentFormula.h"
 
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/fit/parameterList.h"
 #include "plotwerk/model/curves.h"
@@ -41,13 +42,30 @@ void requireFormula(const Document &document) {
     if (document.formula.empty()) throw Refusal("no formula");
 }
 
+// Every word is looked for among the variables.
+static double compilingTimeOf(const std::string &text, const Document &document,
+                              const CurveRef &curve) {
+    const auto bytes = static_cast<double>(text.size());
+    const auto columns = static_cast<double>(tableOf(document, curve).y.size());
+    return 1000 + 200 * bytes + (document.frame.multiDimFit ? columns * (30 + 2.5 * bytes) : 0);
+}
+
+static Formula compiled(const std::string &text, const Document &document, const CurveRef &curve) {
+    requireTime(compilingTimeOf(text, document, curve));
+    return Formula(text, variablesFor(document, curve));
+}
+
 Formula formulaFor(const Document &document, const CurveRef &curve) {
-    return Formula(document.formula, variablesFor(document, curve));
+    return compiled(document.formula, document, curve);
+}
+
+double compilingTime(const Document &document, const CurveRef &curve) {
+    return compilingTimeOf(document.formula, document, curve);
 }
 
 static Formula formulaToFit(const Document &document, const std::string &text) {
     const auto fitted = curveToFit(document);
-    return fitted ? Formula(text, variablesFor(document, *fitted)) : Formula(text);
+    return fitted ? compiled(text, document, *fitted) : Formula(text);
 }
 
 void setFormula(Document &document, const std::string &text) {

@@ -26,6 +26,9 @@ void requireFormula(const Document &document);
 // variables. Refused as Formula refuses.
 Formula formulaFor(const Document &document, const CurveRef &curve);
 
+// The time of that, in nanoseconds.
+double compilingTime(const Document &document, const CurveRef &curve);
+
 // The document's parameters as that formula takes them.
 std::vector<FitParameter> parametersFor(const Document &document, const Formula &formula);
 

@@ -2,6 +2,7 @@
 
 #include "plotwerk/base/bounds.h"
 #include "plotwerk/fit/documentFormula.h"
+#include "plotwerk/formula/evaluationTime.h"
 #include "plotwerk/formula/formula.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/errorColumns.h"
@@ -42,8 +43,7 @@ static Compiled compiledFor(const Document &document, const CurveRef &curve) {
     return {std::move(formula), std::move(parameters)};
 }
 
-// The formula for each of the curves, or one for all where it knows no names of columns. Refused
-// where that takes too long: a formula of a line, 0.1 ms.
+// The formula for each of the curves, or one for all where it knows no names of columns.
 static std::vector<Compiled> compiledFor(const Document &document,
                                          const std::vector<CurveRef> &curves) {
     std::vector<Compiled> all;
@@ -52,10 +52,9 @@ static std::vector<Compiled> compiledFor(const Document &document,
     const auto count = static_cast<double>(curves.size());
     const auto size = static_cast<double>(all[0].formula.tape().instructions.size());
     const auto names = static_cast<double>(all[0].parameters.size());
-    double columns = 0;
-    for (const CurveRef &curve : curves)
-        columns += static_cast<double>(tableOf(document, curve).y.size());
-    requireTime(count * (250 * size + 2 * names * names) + 100 * columns);
+    double time = 2 * count * names * names;
+    for (const CurveRef &curve : curves) time += compilingTime(document, curve);
+    requireTime(time);
     requireMemory(count * 60 * size);
     while (all.size() < curves.size()) all.push_back(compiledFor(document, curves[all.size()]));
     return all;
@@ -98,6 +97,12 @@ static void scaleErrors(const Modified &modified) {
     }
 }
 
+static double nanosecondsPerRow(const Formula &formula) {
+    const EvaluationTime time = evaluationTime<double>(formula.tape());
+    const double copying = 40 + 5 * static_cast<double>(formula.columns().size());
+    return copying + time.values + (formula.usesY() ? time.values + time.derivatives : 0);
+}
+
 void modifySelection(Document &document, bool yData) {
     std::vector<CurveRef> curves = requireSelection(document);
     if (!yData) curves = firstOfEachTable(curves);
@@ -110,11 +115,11 @@ void modifySelection(Document &document, bool yData) {
     double time = 0;
     double rows = 0;
     for (std::size_t i = 0; i < curves.size(); ++i) {
-        const Tape &tape = compiledAt(i).formula.tape();
+        const Formula &formula = compiledAt(i).formula;
         const int rowsOfCurve = rowsOf(tableOf(document, curves[i]));
         rows += rowsOfCurve;
-        time += rowsOfCurve * (20 + nanosecondsPerPoint(tape));
-        time += begun * static_cast<double>(tape.instructions.size());
+        time += rowsOfCurve * nanosecondsPerRow(formula);
+        time += begun * static_cast<double>(formula.tape().instructions.size());
     }
     requireTime(time);
     requireMemory(5.5 * sizeof(double) * rows);

@@ -8,21 +8,19 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
+#include <unordered_map>
 
 namespace plotwerk {
 
-static const FitParameter *find(const std::vector<FitParameter> &parameters,
-                                std::string_view name) {
-    const auto found = std::ranges::find(parameters, name, &FitParameter::name);
-    return found == parameters.end() ? nullptr : &*found;
-}
-
 std::vector<FitParameter> parametersNamed(const std::vector<std::string> &names,
                                           const std::vector<FitParameter> &known) {
+    std::unordered_map<std::string_view, const FitParameter *> places;
+    for (const FitParameter &each : known) places.try_emplace(each.name, &each);
     std::vector<FitParameter> parameters;
     for (const std::string &name : names) {
-        const FitParameter *old = find(known, name);
-        parameters.push_back(old != nullptr ? *old : FitParameter{name});
+        const auto old = places.find(name);
+        parameters.push_back(old != places.end() ? *old->second : FitParameter{name});
     }
     return parameters;
 }

@@ -1,5 +1,7 @@
 #include "plotwerk/fit/residuals.h"
 
+#include "plotwerk/formula/evaluationTime.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -7,15 +9,17 @@
 
 namespace plotwerk {
 
-// About the nanoseconds of a step: the formula and its derivatives at the points, their reduction,
-// and the damping of the triangle. The factors need only be of the right size.
+// About the nanoseconds of one run over the points: p parameters and the residuals are p + 1
+// columns.
 template<class Real>
-static double timeOfStep(const Tape &tape, std::size_t points, std::size_t parameters) {
+static RunTime runTime(const Tape &tape, std::size_t points, std::size_t parameters) {
     // Extended numbers are computed one at a time: the processor has no vectors of them.
-    constexpr double slowness = std::is_same_v<Real, double> ? 1 : 15;
+    constexpr double slowness = std::is_same_v<Real, double> ? 1 : 8;
+    const auto n = static_cast<double>(points);
     const auto p = static_cast<double>(parameters + 1);
-    const double onePoint = nanosecondsPerPoint(tape) + 0.1 * p * p + 3;
-    return slowness * onePoint * static_cast<double>(points) + 6 * p * p * p;
+    const EvaluationTime one = evaluationTime<Real>(tape);
+    return {n * one.values, n * (one.derivatives + slowness * 2 * p),
+            slowness * (0.7 * p * p * n + 6 * p * p * p)};
 }
 
 template<class Real>
@@ -28,7 +32,7 @@ Residuals<Real>::Residuals(const Formula &formula, const FitPoints &fitted,
       all(parameters.begin(), parameters.end()),
       evaluator(formula.tape()),
       work(fitWork),
-      nanosecondsPerStep(timeOfStep<Real>(formula.tape(), data.x.size(), free.size())) {
+      time(runTime<Real>(formula.tape(), data.x.size(), free.size())) {
 }
 
 template<class Real>
@@ -53,7 +57,7 @@ template<class Real>
 Real Residuals<Real>::linearise(const std::vector<Real> &b, RowReduction<Real> &triangle) {
     const int n = points();
     const int p = parameters();
-    work.take(nanosecondsPerStep);
+    work.take(time.values + time.derivatives + time.reduction);
     triangle.clear();
     setParameters(evaluator, b);
 
@@ -93,7 +97,7 @@ void Residuals<Real>::addProducts(std::vector<Real> &r, int first, int count,
 template<class Real>
 Real Residuals<Real>::descend(const std::vector<Real> &b, std::vector<Real> &side) {
     const int n = points();
-    work.take(nanosecondsPerStep);
+    work.take(time.values + time.derivatives);
     setParameters(evaluator, b);
     side.assign(parameters(), 0);
 
@@ -118,7 +122,7 @@ std::vector<Real> Residuals<Real>::accelerationSide(const std::vector<Real> &b,
                                                     const std::vector<Real> &v, Real reach) {
     const int n = points();
     const int p = parameters();
-    work.take(nanosecondsPerStep);
+    work.take(2 * time.values + time.derivatives);
     std::vector<Real> further(b);
     for (int j = 0; j < p; ++j) further[j] += reach * v[j];
     if (!ahead) ahead = evaluator;

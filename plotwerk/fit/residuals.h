@@ -31,6 +31,13 @@ class FitWork {
     double left;
 };
 
+// What one run over the points takes, in nanoseconds.
+struct RunTime {
+    double values;
+    double derivatives; // and their products with the residuals
+    double reduction;   // to a triangle, and what is done with that
+};
+
 // The points of a fit: all finite, the vectors of one length; columns are those that the formula
 // reads, weight is empty (all 1) or 1 / error.
 struct FitPoints {
@@ -93,7 +100,7 @@ template<class Real> class Residuals {
     Evaluator<Real> evaluator;
     std::optional<Evaluator<Real>> ahead; // at b + reach * v
     FitWork &work;
-    double nanosecondsPerStep;
+    RunTime time;
 };
 
 } // namespace plotwerk

@@ -5,17 +5,16 @@
 
 namespace plotwerk {
 
-// As many points as keep a short formula, with its derivatives, in the first-level cache, and one
-// of common length in the second-level cache.
-template<class Real> static int blockFor(std::size_t instructions) {
+template<class Real> int blockSizeFor(const Tape &formula) {
     constexpr std::size_t most = 1024 / sizeof(Real);
-    return static_cast<int>(std::clamp<std::size_t>(64 * most / (instructions + 1), 8, most));
+    const std::size_t fitting = 64 * most / (formula.instructions.size() + 1);
+    return static_cast<int>(std::clamp<std::size_t>(fitting, 8, most));
 }
 
 template<class Real>
 Evaluator<Real>::Evaluator(const Tape &formula)
     : tape(&formula),
-      block(blockFor<Real>(formula.instructions.size())),
+      block(blockSizeFor<Real>(formula)),
       values_(formula.instructions.size() * block) {
     for (int k = 0; const Instruction &instruction : tape->instructions) {
         if (instruction.operation == Operation::constant)
@@ -88,6 +87,8 @@ template<class Real> void Evaluator<Real>::differentiate() {
     }
 }
 
+template int blockSizeFor<double>(const Tape &);
+template int blockSizeFor<long double>(const Tape &);
 template class Evaluator<double>;
 template class Evaluator<long double>;
 

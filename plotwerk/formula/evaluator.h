@@ -17,6 +17,10 @@ struct Inputs {
     std::vector<std::span<const double>> columns{};
 };
 
+// How many points an evaluator takes at a time: as many as keep a short formula, with its
+// derivatives, in the first-level cache, and one of common length in the second-level cache.
+template<class Real> int blockSizeFor(const Tape &formula);
+
 // Values, and exact derivatives by all parameters and by y in one backward run (reverse
 // accumulation), at up to blockSize() points at a time. Nothing is allocated after construction.
 // Real is double or long double. The tape must outlive the evaluator.

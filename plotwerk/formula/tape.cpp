@@ -81,17 +81,4 @@ Tape TapeBuilder::finish(int result) {
     return std::exchange(tape, {});
 }
 
-double nanosecondsPerPoint(const Tape &tape) {
-    const auto timeOf = [](Operation operation) {
-        if (operation == Operation::gamma) return 100;
-        const bool isFunction = operation >= Operation::exp && operation <= Operation::lgamma;
-        return isFunction || operation == Operation::power || operation == Operation::atan2 ? 25
-                                                                                            : 1;
-    };
-    double time = 0;
-    for (const Instruction &each : tape.instructions)
-        if (each.varying) time += timeOf(each.operation);
-    return time;
-}
-
 } // namespace plotwerk

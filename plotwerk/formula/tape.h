@@ -43,10 +43,6 @@ struct Tape {
     int result = -1;
 };
 
-// About the CPU time of the tape at one point: gamma takes some 100 ns, other functions and powers
-// 25 ns, all else 1 ns.
-double nanosecondsPerPoint(const Tape &tape);
-
 // Appends to a tape. What is on it already is not computed twice, and what depends on constants
 // alone is computed now.
 class TapeBuilder {

@@ -20,7 +20,10 @@ BusObject::~BusObject() {
 
 // The work is done: that must be said whatever memory it took.
 void BusObject::answered(const std::string &client, std::size_t length) {
-    if (length >= longAnswer) makeRoomFor(2 * length + longAnswer);
+    if (length >= longAnswer) {
+        unread.requireRoomFor(length);
+        makeRoomFor(2 * length + longAnswer);
+    }
     unread.add(client, length);
 }
 

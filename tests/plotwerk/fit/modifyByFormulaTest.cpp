@@ -21,16 +21,27 @@ TEST(ModifyByFormula, SetsValidPointsOfTheSelection) {
     modifySelection(document, false);
     EXPECT_EQ(textOf(document.sources[0].tables[0].x), "x=-1,nan,3,4") << "as a has y";
     EXPECT_EQ(valueAtIndex(document, 0, 1), valueAtX(document, -1, 1));
+}
 
-    Table &large = document.sources[0].tables[0];
-    large.x.values.assign(2'000'000, 1);
-    for (Column &each : large.y) each.values = large.x.values;
+TEST(ModifyByFormula, IsRefusedByItsTime) {
+    const std::string tooLong = "would take too long (limit seconds)";
+    const auto modify = [](Document &d) { modifySelection(d, true); };
+    Document large = documentOf(
+        table(std::vector<double>(2'000'000, 1e300), {column("a", {}), column("b", {})}));
+    for (Column &each : large.sources[0].tables[0].y) each.values.resize(2'000'000);
+    selectByIndex(large, {0, -1}, false);
     std::string text = "x";
-    for (int i = 0; i < 1500; ++i) text += "*x+" + std::to_string(i + 2);
-    setFormula(document, text);
-    Document none; // both curves: 1.2e10 operations
-    EXPECT_EQ(refusalOf(none, [&](auto &) { modifySelection(document, true); }),
-              "would take too long (limit seconds)");
+    for (int i = 0; i < 40; ++i) text += "+sin(x+" + std::to_string(i) + ')';
+    setFormula(large, text);
+    Document none;
+    EXPECT_EQ(refusalOf(none, [&](auto &) { modify(large); }), tooLong);
+
+    // the formula is compiled for each curve, which may use all columns
+    Document wide = documentOf(table({1}, std::vector<Column>(20'000, column("a", {1}))));
+    wide.frame.multiDimFit = true;
+    selectByIndex(wide, {0, -1}, false);
+    setFormula(wide, "x+1");
+    EXPECT_EQ(refusalOf(none, [&](auto &) { modify(wide); }), tooLong);
 }
 
 // The error of sqrt(y) is that of y by 2 sqrt(y).

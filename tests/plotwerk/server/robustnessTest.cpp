@@ -225,41 +225,50 @@ TEST_F(RobustnessTest, SavesHoweverManyDocumentsAreOpen) {
     EXPECT_TRUE(holds(stop().err, "Too many open files"));
 }
 
-// One that doesn't read is answered up to the limit, which others don't notice; once it reads, it
-// is served again.
-TEST_F(RobustnessTest, CutsOffAClientThatDoesNotReadItsAnswers) {
+// Those that don't read are answered up to the limit, each and all together (three times it), which
+// others don't notice; once they read, they are served again.
+TEST_F(RobustnessTest, CutsOffClientsThatDoNotReadTheirAnswers) {
     stop();
-    start({"--limit=unread=2", "--log-level=warning"});
-    plotwerk->newDocumentWithName_("doc");
-    plotwerk->createCurveAtSelectionOf_minx_maxx_incx_miny_incy_("doc", 1, 40'000, 1, 0, 0.125);
-    plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_("doc", 0, 0, false);
-    const std::size_t length = plotwerk->dataOfSelectedCurvesOf_("doc").size();
+    for (const auto &[clients, calls, bytes] : {std::tuple{1, 60, 2e6}, {8, 3, 6e6}}) {
+        start({"--limit=unread=2", "--log-level=warning"});
+        plotwerk->newDocumentWithName_("doc");
+        plotwerk->createCurveAtSelectionOf_minx_maxx_incx_miny_incy_("doc", 1, 40'000, 1, 0, 0.125);
+        plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_("doc", 0, 0, false);
+        const std::string text = plotwerk->dataOfSelectedCurvesOf_("doc");
 
-    const auto own = sdbus::createSessionBusConnection();
-    const auto deaf = sdbus::createProxy(*own, busName, objectPath);
-    constexpr int calls = 60;
-    int answered = 0, refused = 0;
-    const auto count = [&](sdbus::MethodReply &, const sdbus::Error *error) {
-        ++(error ? refused : answered);
-        EXPECT_EQ(error ? error->getName() : "org.freedesktop.DBus.Error.LimitsExceeded",
-                  "org.freedesktop.DBus.Error.LimitsExceeded");
-    };
-    for (int i = 0; i < calls; ++i) {
-        sdbus::MethodCall call = deaf->createMethodCall(busName, "dataOfSelectedCurvesOf_");
-        call << "doc";
-        deaf->callMethod(call, count, deadline);
-        EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "doc"); // others are served
-    }
-    waitUntil("all answers", [&] {
-        while (own->processPendingRequest()) {
+        std::vector<std::unique_ptr<sdbus::IConnection>> own;
+        std::vector<std::unique_ptr<sdbus::IProxy>> deaf;
+        for (int k = 0; k < clients; ++k) {
+            own.push_back(sdbus::createSessionBusConnection());
+            deaf.push_back(sdbus::createProxy(*own.back(), busName, objectPath));
         }
-        return answered + refused == calls;
-    });
-    EXPECT_GE(answered, 2e6 / static_cast<double>(length));
-    EXPECT_LE(answered, 2 + 3e6 / static_cast<double>(length));
-    Plotwerk again(*own);
-    EXPECT_EQ(again.dataOfSelectedCurvesOf_("doc").size(), length);
-    EXPECT_TRUE(holds(stop().err, " doesn't read its answers (limit unread)\n"));
+        int answered = 0, refused = 0;
+        const auto count = [&](sdbus::MethodReply &, const sdbus::Error *error) {
+            ++(error ? refused : answered);
+            EXPECT_EQ(error ? error->getName() : "org.freedesktop.DBus.Error.LimitsExceeded",
+                      "org.freedesktop.DBus.Error.LimitsExceeded");
+        };
+        for (int i = 0; i < calls; ++i) {
+            for (const auto &each : deaf) {
+                sdbus::MethodCall call = each->createMethodCall(busName, "dataOfSelectedCurvesOf_");
+                call << "doc";
+                each->callMethod(call, count, deadline);
+            }
+            EXPECT_TRUE(plotwerk->dataOfSelectedCurvesOf_("doc") == text); // others are served
+        }
+        waitUntil("all answers", [&] {
+            for (const auto &each : own)
+                while (each->processPendingRequest()) {
+                }
+            return answered + refused == clients * calls;
+        });
+        const double length = static_cast<double>(text.size());
+        EXPECT_GE(answered, bytes / length);
+        EXPECT_LE(answered, 2 + 1.5 * bytes / length);
+        for (const auto &each : own)
+            EXPECT_EQ(Plotwerk(*each).dataOfSelectedCurvesOf_("doc").size(), text.size());
+        EXPECT_TRUE(holds(stop().err, " doesn't read its answers (limit unread)\n"));
+    }
 }
 
 // What it is without the reserve that is set aside for messages, with 8 MB for them.
