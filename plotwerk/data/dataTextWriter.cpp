@@ -62,6 +62,10 @@ static double bytesWhileGrowing(double length) {
     return 4 * length; // there are two then
 }
 
+double timeOfWriting(double numbers, double length) {
+    return 130 * numbers + 20 * length;
+}
+
 // Of many rows, by some that are spread over them; 0 for few, which are written soon.
 static double estimatedLength(const std::vector<const Column *> &columns) {
     constexpr std::size_t looks = 1000;
@@ -89,6 +93,7 @@ void writeDataText(const std::vector<const Column *> &columns, char decimalSepar
     const double estimate = estimatedLength(columns) / 1.2;
     requireLength(static_cast<double>(text.size()) + estimate);
     requireMemory(bytesWhileGrowing(static_cast<double>(text.size()) + estimate));
+    requireTime(timeOfWriting(width * rows, static_cast<double>(text.size()) + estimate));
     if (!text.empty()) text += '\n';
     const auto writeLine = [&](auto writeField) {
         for (const Column *column : columns) {
@@ -102,7 +107,9 @@ void writeDataText(const std::vector<const Column *> &columns, char decimalSepar
     for (std::size_t row = 0; row < columns.front()->values.size(); ++row) {
         writeLine(
             [&](const Column &column) { writeNumber(column.values[row], decimalSeparator, text); });
-        requireMemory(bytesWhileGrowing(static_cast<double>(text.size())));
+        const auto length = static_cast<double>(text.size());
+        requireMemory(bytesWhileGrowing(length));
+        requireTime(timeOfWriting(width * static_cast<double>(row), length));
     }
 }
 

@@ -174,6 +174,10 @@ std::string dataTextOfSelection(const Document &document, bool includeX, char de
         }
         blocks[block->second].push_back(&columnOf(document, curve));
     }
+    double numbers = 0;
+    for (const auto &columns : blocks)
+        numbers += static_cast<double>(columns.size() * columns.front()->values.size());
+    requireTime(timeOfWriting(numbers, 0));
     std::string text;
     for (const auto &columns : blocks) writeDataText(columns, decimalSeparator, text, longest);
     return text;

@@ -193,7 +193,7 @@ static void requireBounded(const std::vector<DrawnCurve> &curves, const ScaledFr
     double largest = 0;
     for (const DrawnCurve &curve : curves) {
         const double points = pointsOfLine(curve, frame);
-        time += 60 * points;
+        time += 130 * points;
         largest = std::max(largest, 6 * sizeof(Point) * points);
     }
     requireTime(time);

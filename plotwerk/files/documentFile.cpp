@@ -138,7 +138,7 @@ template<class Archive> void fields(Archive &archive, Whole &whole) {
 } // namespace
 
 void writeDocument(std::ostream &stream, const Document &document, bool binary) {
-    if (!binary) requireTime(70 * bytesOf(document) / sizeof(double));
+    if (!binary) requireTime(90 * bytesOf(document) / sizeof(double));
     Whole whole{formatName, currentVersion, const_cast<Document &>(document)};
     if (binary) stream << cborMark;
     TreeWriter tree(stream, binary);

@@ -394,8 +394,8 @@ void searchExtremes(Document &document, bool maxima, bool minima, int minWidth, 
         rows += rowsOf(tableOf(document, curve));
         largest = std::max<double>(largest, rowsOf(tableOf(document, curve)));
     }
-    requireMemory(120 * largest);
-    requireTime(400 * rows);
+    requireMemory(125 * largest);
+    requireTime(400 * (maxima + minima) * rows);
     double room = 0; // what has been found
     std::vector<NewTable> found;
     const int curvesBefore = numberOfCurves(document);

@@ -43,7 +43,7 @@ Statistic statisticOfSelection(const Document &document) {
                           (orderOfX(table).ascending ? 2.5 : 9) * sizeof(double) * rowsOf(table));
     }
     requireMemory(memory);
-    requireTime(100 * rows);
+    requireTime(130 * rows);
 
     Sum sum;
     Sum area;

@@ -3,6 +3,7 @@
 #include "plotwerk/base/bounds.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/data/dataText.h"
+#include "plotwerk/data/dataTextWriter.h"
 #include "plotwerk/data/exchange.h"
 #include "plotwerk/drawing/hitTest.h"
 #include "plotwerk/files/atomicFile.h"
@@ -129,7 +130,10 @@ TEST_F(BoundedWork, IsRefusedByItsMemory) {
 
 TEST_F(BoundedWork, IsRefusedByItsTime) {
     setBound("memory=1000");
-    Document large = documentWith(11'000'000);
+    Document large = documentWith(8'000'000);
+    Document medium = documentWith(1'500'000);
+    const std::vector<const Column *> columns(6, &medium.sources[0].tables[0].x);
+    std::string data;
     Document interpolated = documentWith(3);
     Table &table = interpolated.sources[0].tables[0];
     table.x.values = {1, 2, 3};
@@ -146,6 +150,8 @@ TEST_F(BoundedWork, IsRefusedByItsTime) {
         {"sort", [&] { sortByX(large); }},
         {"statistic", [&] { statisticOfSelection(large); }},
         {"modify each by its own formula", [&] { modifySelection(many, true); }},
+        {"maxima and minima", [&] { searchExtremes(medium, true, true, 1, 0); }},
+        {"data text", [&] { writeDataText(columns, '.', data, 1e9); }},
         {"JSON", [&] { writeDocument(text, large, false); }},
         {"hit test", [&] { nearestPoint(interpolated, 1, 1); }},
         {"pattern", [&] { selectByPattern(interpolated, "", -1, ".*[ab].{150}c", false); }},
