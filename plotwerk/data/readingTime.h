@@ -11,9 +11,9 @@
 
 namespace plotwerk {
 
-// The figures, in nanoseconds, are at least one and a half times what the slowest texts were measured
-// to take. Each function refuses what goes beyond the time of one message. Plain rows are paid for
-// with the whole text, before any is read.
+// The figures, in nanoseconds, are at least one and a half times what the slowest texts were
+// measured to take. Each function refuses what goes beyond the time of one message. Plain rows are
+// paid for with the whole text, before any is read.
 class ReadingTime {
   public:
     explicit ReadingTime(std::size_t textBytes) { add(8 * bytes(textBytes)); }
@@ -21,7 +21,7 @@ class ReadingTime {
     // Another encoding made UTF-8.
     void addConversion(std::size_t textBytes) { add(14 * bytes(textBytes)); }
 
-    // A line looked at for what its commas are.
+    // A line looked at for what its commas mean.
     void addCommas(std::size_t lineBytes) { add(30 + 12 * bytes(lineBytes)); }
 
     // Text looked through for the end of a cell in quotes.
