@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <fstream>
 
 namespace fs = std::filesystem;
 
@@ -105,7 +106,7 @@ TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
     std::ofstream(pathOf("script")) << "#!/no/interpreter\n";
     std::ofstream(pathOf("rubbish")) << "\x7f"
                                      << "ELF" << std::string(100, '\1');
-    for (const std::string opener : {pathOf("script"), pathOf("rubbish"), pathOf("")}) {
+    for (const std::string &opener : {pathOf("script"), pathOf("rubbish"), pathOf("")}) {
         if (!fs::is_directory(opener)) fs::permissions(opener, fs::perms::owner_all);
         plotwerk->savePDFofCompositionView_openWith_(page, opener);
         EXPECT_TRUE(lastError().starts_with("can't start " + opener + ": ")) << lastError();
