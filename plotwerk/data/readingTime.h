@@ -10,9 +10,10 @@
 
 namespace plotwerk {
 
-// The figures, in nanoseconds, are at least one and a half times what the slowest texts were
-// measured to take. Each function refuses what goes beyond the time of one message. Plain rows are
-// paid for with the whole text, before any is read.
+// The figures, in nanoseconds, are one and a half times what the slowest texts were measured to
+// take, or more. Each function refuses what goes beyond the time of one message. Plain rows are
+// paid for with the whole text, before any is read; there can't be many of the shortest, since a
+// text has a most of values.
 class ReadingTime {
   public:
     explicit ReadingTime(std::size_t textBytes) { add(8 * bytes(textBytes)); }

@@ -578,9 +578,10 @@ void DocumentWindow::takeFile(const std::string &path) {
     try {
         std::string bytes = readWholeFile(path);
         if (retired || beginsAsDocument(bytes)) return application.openFile(path);
-        std::string text = textOfFile(std::move(bytes));
+        ReadingTime time(bytes.size());
+        std::string text = textOfFile(std::move(bytes), time);
         unifyLineEnds(text);
-        const CommaUse use = commaUseOfFile(text, application.decimalSeparator());
+        const CommaUse use = commaUseOfFile(text, application.decimalSeparator(), time);
         application.withDecimalSeparator(use.commas == Commas::decimal ? ',' : '.', [&] {
             readText(text, std::filesystem::path(path).filename().string());
         });
