@@ -19,7 +19,7 @@ class ReadingTime {
     explicit ReadingTime(std::size_t textBytes) { add(8 * bytes(textBytes)); }
 
     // Another encoding made UTF-8.
-    void addConversion(std::size_t textBytes) { add(14 * bytes(textBytes)); }
+    void addConversion(std::size_t textBytes) { add(5 * bytes(textBytes)); }
 
     // A line looked at for what its commas mean.
     void addCommas(std::size_t lineBytes) { add(30 + 12 * bytes(lineBytes)); }
