@@ -13,6 +13,7 @@
 #include <spawn.h>
 #include <sstream>
 #include <sys/mman.h>
+#include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -79,17 +80,45 @@ class Surroundings {
 
 } // namespace
 
+// Why the program at that path can't be started; 0 if it can. Only the kernel knows that of every
+// format and interpreter, so it is started, held before its first instruction, and killed there.
+// Where nothing can be held so, it is taken for granted.
+static int errorOfStarting(const std::string &path) {
+    if (access(path.c_str(), X_OK) != 0) return errno;
+    const pid_t child = fork();
+    if (child < 0) return errno;
+    if (child == 0) {
+        sigset_t none;
+        sigemptyset(&none);
+        sigprocmask(SIG_SETMASK, &none, nullptr);
+        if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(0);
+        execl(path.c_str(), path.c_str(), nullptr);
+        _exit(errno);
+    }
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    if (WIFEXITED(status)) return WEXITSTATUS(status);
+    kill(child, SIGKILL);
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return 0;
+}
+
 void requireProgram(const std::string &program) {
-    const auto runs = [](const std::string &path) { return access(path.c_str(), X_OK) == 0; };
     if (program.find('/') != std::string::npos) {
-        if (!runs(program)) refuse(program, errno);
+        if (const int error = errorOfStarting(program); error != 0) refuse(program, error);
         return;
     }
     const char *path = std::getenv("PATH");
     std::istringstream folders(path ? path : "/bin:/usr/bin");
-    for (std::string folder; std::getline(folders, folder, ':');)
-        if (runs((folder.empty() ? "." : folder) + '/' + program)) return;
-    refuse(program, ENOENT);
+    int last = ENOENT;
+    for (std::string folder; std::getline(folders, folder, ':');) {
+        const int error = errorOfStarting((folder.empty() ? "." : folder) + '/' + program);
+        if (error == 0) return;
+        if (error != ENOENT && error != ENOTDIR) last = error;
+    }
+    refuse(program, last);
 }
 
 void startProgram(std::vector<std::string> words,

@@ -10,7 +10,7 @@
 namespace plotwerk {
 
 // Throws Refusal "can't start PROGRAM: REASON" unless there is such a program, on PATH or at the
-// path it is.
+// path it is, and it can be started: a directory, or a script without its interpreter, can't.
 void requireProgram(const std::string &program);
 
 // Starts a program, looked up on PATH, with its arguments, without a shell, and doesn't wait for

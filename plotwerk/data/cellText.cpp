@@ -87,14 +87,19 @@ static void unifyExponent(std::string &number) {
     if (std::all_of(number.end() - 3, number.end(), plw::isDigit)) number.insert(sign, 1, 'e');
 }
 
+static constexpr std::string_view minusSign = "\u2212";
+
+bool mayBeNumber(std::string_view text) {
+    if (text.starts_with(minusSign)) text.remove_prefix(minusSign.size());
+    return !text.empty() &&
+           (plw::isDigit(text.front()) ||
+            std::string_view("+-.,iInN").find(text.front()) != std::string_view::npos);
+}
+
 bool readNumber(std::string_view text, Commas commas, double *value) {
-    constexpr std::string_view minusSign = "\u2212";
+    if (!mayBeNumber(text)) return false;
     const bool hasMinusSign = text.starts_with(minusSign);
     if (hasMinusSign) text.remove_prefix(minusSign.size());
-    const char first = text.empty() ? '\0' : text.front();
-    if (!plw::isDigit(first) && std::string_view("+-.,iInN").find(first) == std::string_view::npos)
-        return false;
-
     std::string number(hasMinusSign ? "-" : "");
     number += text;
     if (text.find(',') != std::string_view::npos) {

@@ -20,6 +20,9 @@ bool hasGroupCommas(std::string_view text);
 // commas that group or are decimal. Where both are possible they are decimal if `commas` says so.
 bool readNumber(std::string_view text, Commas commas, double *value);
 
+// Whether readNumber looks at more of it than how it begins.
+bool mayBeNumber(std::string_view text);
+
 // Whether the text stands for a value that is missing: "", "NA", "n/a", "--", "null", "#N/A", "***"
 // and the like.
 bool meansMissing(std::string_view text);

@@ -99,9 +99,9 @@ static Evidence evidenceIn(std::string_view text, ReadingTime &time) {
     if (text.find(',') == std::string_view::npos) return evidence;
     while (!text.empty() && !evidence.isSettled()) {
         std::string_view line = text.substr(0, text.find('\n'));
-        time.addCommas(line.size());
         text.remove_prefix(std::min(line.size() + 1, text.size()));
         line = line.substr(0, line.find('#'));
+        time.addCommas(line.size());
         if (line.find(',') != std::string_view::npos)
             weigh(line, evidence);
         else

@@ -44,10 +44,7 @@ class RowReader {
     RowReader() = default;
     RowReader(char lineSeparator, Commas ofText, const TableSizes &finishedTables,
               ReadingTime &readingTime)
-        : separator(lineSeparator),
-          commas(ofText),
-          finished(finishedTables),
-          time(&readingTime) {}
+        : separator(lineSeparator), commas(ofText), finished(finishedTables), time(&readingTime) {}
 
     // The usual row: as many numbers as there are columns, and nothing else but separators. False
     // for any other line, and after many of those in turn, where trying costs more than it gains.

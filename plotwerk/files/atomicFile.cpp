@@ -12,6 +12,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <fstream>
+#include <iterator>
 #include <optional>
 #include <random>
 #include <set>
@@ -62,7 +63,7 @@ constexpr const char *accessControlList = "system.posix_acl_access";
 
 // Who may do what with a file.
 struct Access {
-    mode_t permissions;
+    mode_t permissions; // of a new one, before the umask or the directory's list takes some away
     std::optional<gid_t> group{}; // of the file that was there before
     std::string list{};           // its access control list; empty: none
 };
@@ -72,8 +73,11 @@ struct Access {
 // is locked as long as its writer lives.
 class Replacement {
   public:
-    explicit Replacement(const fs::path &replaced)
-        : target(replaced), descriptor(opened(replaced.parent_path(), name)) {
+    Replacement(const fs::path &replaced, const Access &given)
+        : target(replaced),
+          access(given),
+          descriptor(
+              opened(replaced.parent_path(), given.group ? userOnly : given.permissions, name)) {
         if (descriptor.number < 0) refuse("write", target, textOfErrno());
         flock(descriptor.number, LOCK_EX | LOCK_NB);
     }
@@ -87,10 +91,21 @@ class Replacement {
     std::string link() const { return "/proc/self/fd/" + std::to_string(descriptor.number); }
 
     // Synced, it takes the place. False, with the reason in errno, when that can't be done.
-    bool moveIntoPlace(const Access &access) {
-        if (!handOn(access) || !sync()) return false;
+    bool moveIntoPlace() {
+        if (!handOn() || !sync()) return false;
         if (name.empty() && !takeName()) return false;
         if (std::rename(name.c_str(), target.c_str()) != 0) return false;
+        name.clear();
+        return true;
+    }
+
+    // As moveIntoPlace, but EEXIST where there is something already.
+    bool moveIntoFreePlace() {
+        if (!sync()) return false;
+        if (linkTo(target)) return true;
+        if (errno == EEXIST || name.empty()) return false;
+        if (renameat2(AT_FDCWD, name.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) != 0)
+            return false;
         name.clear();
         return true;
     }
@@ -104,8 +119,8 @@ class Replacement {
 
     // Where the old file's group or list can't be kept, the group gets none of its rights: with a
     // list, what the permissions say of the group is what others on the list may have at most.
-    bool handOn(const Access &access) const {
-        if (!access.group) return fchmod(descriptor.number, access.permissions) == 0;
+    bool handOn() const {
+        if (!access.group) return true;
         fremovexattr(descriptor.number, accessControlList); // that of the directory
         const bool keepsGroup = takeGroup(*access.group);
         if (keepsGroup && !access.list.empty() &&
@@ -136,12 +151,12 @@ class Replacement {
 
     static constexpr int mostTries = 100; // for a name that is free
 
-    static int opened(const fs::path &directory, fs::path &name) {
-        const int nameless = open(directory.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+    static int opened(const fs::path &directory, mode_t mode, fs::path &name) {
+        const int nameless = open(directory.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode);
         if (nameless >= 0) return nameless;
         for (int i = 0; i < mostTries; ++i) {
             name = temporaryName(directory);
-            const int named = open(name.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
+            const int named = open(name.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, mode);
             if (named >= 0) return named;
             if (errno != EEXIST) break;
         }
@@ -149,14 +164,16 @@ class Replacement {
         return -1;
     }
 
+    bool linkTo(const fs::path &path) const {
+        return linkat(AT_FDCWD, link().c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
+    }
+
     // Only a file with a name can be moved over another.
     bool takeName() {
-        const std::string own = link();
         for (int i = 0; i < mostTries; ++i) {
             name.clear(); // somebody else's
             name = temporaryName(target.parent_path());
-            if (linkat(AT_FDCWD, own.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0)
-                return true;
+            if (linkTo(name)) return true;
             if (errno != EEXIST) break;
         }
         name.clear(); // somebody else's
@@ -164,6 +181,7 @@ class Replacement {
     }
 
     const fs::path target;
+    const Access access;
     fs::path name; // empty: none
     const Descriptor descriptor;
 };
@@ -239,9 +257,7 @@ static Access accessOf(const fs::path &path, mode_t ofNew) {
         if (access(path.c_str(), W_OK) != 0) refuse("write", path, textOfErrno());
         return {status.st_mode & 0777, status.st_gid, listOf(path)};
     }
-    const mode_t mask = umask(0);
-    umask(mask);
-    return {ofNew & ~mask};
+    return {ofNew};
 }
 
 // In a folder that everybody can write to, a link may be somebody's trap: only links of the user's
@@ -255,14 +271,24 @@ static bool isTrustedLink(const fs::path &link) {
     return !shared || status.st_uid == geteuid() || status.st_uid == folder.st_uid;
 }
 
-// Where a path leads that may be a symbolic link, to a file or to where there is none yet.
+// Where a path leads that may have symbolic links in it, to a file or to where there is none yet.
 static fs::path withoutLinks(const fs::path &path) {
     std::error_code error;
-    fs::path target = fs::absolute(path);
-    for (int links = 0; fs::is_symlink(target, error); ++links) {
-        if (links == 40) refuse("write", path, std::strerror(ELOOP));
-        if (!isTrustedLink(target)) refuse("write", path, "a link of another user");
-        target = target.parent_path() / fs::read_symlink(target, error);
+    fs::path target;
+    fs::path rest = fs::absolute(path);
+    for (int links = 0; !rest.empty();) {
+        const fs::path next = target / *rest.begin();
+        fs::path behind;
+        for (auto part = std::next(rest.begin()); part != rest.end(); ++part) behind /= *part;
+        if (fs::is_symlink(next, error)) {
+            if (++links > 40) refuse("write", path, std::strerror(ELOOP));
+            if (!isTrustedLink(next)) refuse("write", path, "a link of another user");
+            const fs::path to = fs::read_symlink(next, error);
+            rest = behind.empty() ? to : to / behind;
+        } else {
+            target = next;
+            rest = behind;
+        }
     }
     return target;
 }
@@ -273,20 +299,36 @@ static void syncDirectory(const fs::path &directory) {
     if (opened.number >= 0) fsync(opened.number);
 }
 
+// Has the file that is to take a place written, and moved there by `move`. What was in the way of
+// that, as errno tells it; 0: nothing.
+static int writeAndMove(const fs::path &path, const fs::path &target, const Access &access,
+                        const std::function<void(std::ostream &)> &write,
+                        bool (Replacement::*move)()) {
+    removeLeftovers(target.parent_path());
+    Replacement replacement(target, access);
+    std::ofstream stream(replacement.link(), std::ios::binary);
+    write(stream);
+    stream.close();
+    if (!stream) refuse("write", path, textOfErrno());
+    if (!(replacement.*move)()) return errno;
+    syncDirectory(target.parent_path());
+    return 0;
+}
+
 void writeWholeFile(const fs::path &path, const std::function<void(std::ostream &)> &write,
                     mode_t ofNew) {
     if (path.empty()) refuse("write", path, std::strerror(ENOENT));
     const fs::path target = withoutLinks(path);
-    const fs::path directory = target.parent_path();
-    const Access access = accessOf(target, ofNew);
+    const int error =
+        writeAndMove(path, target, accessOf(target, ofNew), write, &Replacement::moveIntoPlace);
+    if (error != 0) refuse("write", path, std::strerror(error));
+}
 
-    removeLeftovers(directory);
-    Replacement replacement(target);
-    std::ofstream stream(replacement.link(), std::ios::binary);
-    write(stream);
-    stream.close();
-    if (!stream || !replacement.moveIntoPlace(access)) refuse("write", path, textOfErrno());
-    syncDirectory(directory);
+bool writeNewFile(const fs::path &path, const std::function<void(std::ostream &)> &write,
+                  mode_t ofNew) {
+    const int error = writeAndMove(path, path, {ofNew}, write, &Replacement::moveIntoFreePlace);
+    if (error != 0 && error != EEXIST) refuse("write", path, std::strerror(error));
+    return error == 0;
 }
 
 } // namespace plotwerk

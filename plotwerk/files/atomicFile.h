@@ -10,6 +10,9 @@
 
 namespace plotwerk {
 
+// For a file that is nobody else's business.
+constexpr mode_t userOnly = 0600;
+
 // The bytes of a regular file. Nothing is ever waited for: a directory, pipe, socket or device is
 // refused, and so is a file of more than 2 GB.
 // Throws Refusal "can't read PATH: REASON".
@@ -23,15 +26,17 @@ std::string readWholeFile(const std::filesystem::path &path);
 // removes it. Processes that write the same path at once don't disturb each other: the last one
 // stays. A file that is replaced hands its permissions, its group and its access control list on
 // (what the group may do is lost where that can't be), a new one gets `ofNew` as far as the umask
-// leaves them; a symbolic link stays and its target is replaced or made. Throws Refusal
-// "can't write PATH: REASON": no such directory, not a regular file, a file without write
-// permission, a full disk, another user's link in a folder that everybody can write to. What
-// `write` throws is passed on, with the old file in place.
+// leaves them, or the list that new files have there; a symbolic link stays and its target is
+// replaced or made. Throws Refusal "can't write PATH: REASON": no such directory, not a regular
+// file, a file without write permission, a full disk, on the way another user's link in a folder
+// that everybody can write to. What `write` throws is passed on, with the old file in place.
 void writeWholeFile(const std::filesystem::path &path,
                     const std::function<void(std::ostream &)> &write, mode_t ofNew = 0666);
 
-// For a file that is nobody else's business.
-constexpr mode_t userOnly = 0600;
+// As writeWholeFile, where there is nothing yet, not even a link: nothing is ever replaced. False
+// where there is something, also when it came while the file was written.
+bool writeNewFile(const std::filesystem::path &path,
+                  const std::function<void(std::ostream &)> &write, mode_t ofNew = 0666);
 
 } // namespace plotwerk
 

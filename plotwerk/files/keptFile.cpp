@@ -25,11 +25,9 @@ fs::path keepDocument(const Document &document) {
     const fs::path directory = stateDirectory();
     const std::string fileName = fileNameOf(document.name);
     fs::path path = directory / (fileName + ".json");
-    for (int number = 2; fs::exists(path); ++number) {
+    const auto write = [&](std::ostream &stream) { writeDocument(stream, document, false); };
+    for (int number = 2; fs::exists(path) || !writeNewFile(path, write, userOnly); ++number)
         path = directory / (fileName + ' ' + std::to_string(number) + ".json");
-    }
-    writeWholeFile(
-        path, [&](std::ostream &stream) { writeDocument(stream, document, false); }, userOnly);
     return path;
 }
 

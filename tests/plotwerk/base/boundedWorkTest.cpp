@@ -87,7 +87,7 @@ TEST_F(BoundedWork, IsRefusedByItsMemory) {
     Document large = documentWith(rows);
     large.formula = "a*x";
     large.parameters = {{"a"}};
-    Document many = manyFormulas(150, repeated("x*x+", 1000) + "x");
+    Document many = manyFormulas(200, repeated("x*x+", 1000) + "x");
     const double before = bytesOf(large);
     const std::filesystem::path file =
         std::filesystem::temp_directory_path() / ("plotwerk bounds " + std::to_string(getpid()));
@@ -113,6 +113,8 @@ TEST_F(BoundedWork, IsRefusedByItsMemory) {
         {"hit test", [&] { nearestPoint(large, 1, 1); }},
         {"page", [&] { Composition(0, 0).add(large, {}, 0, 0); }},
         {"data text", [&] { readDataText(repeated("1\n", rows), '.'); }},
+        {"UTF-16", [&] { readDataFile("\xff\xfe" + std::string(5'000'000, 'a'), '.'); }},
+        {"ISO 8859-1", [&] { readDataFile(std::string(4'000'000, '\xe9'), '.'); }},
         {"empty maps in CBOR", [&] { documentOf(cbor + std::string(100'000, '\xa0')); }},
         {"empty arrays in JSON", [&] { documentOf("{\"a\":[" + repeated("[],", 100'000)); }},
         {"numbers in JSON", [&] { documentOf("{\"values\":[" + repeated("1,", rows)); }},
@@ -154,6 +156,11 @@ TEST_F(BoundedWork, IsRefusedByItsTime) {
         {"data text", [&] { writeDataText(columns, '.', data, 1e9); }},
         {"JSON", [&] { writeDocument(text, large, false); }},
         {"hit test", [&] { nearestPoint(interpolated, 1, 1); }},
+        {"words", [&] { readDataText(repeated("abc def\n", 800'000), '.'); }},
+        {"rows", [&] { readDataText("1;2;\n" + repeated("3;4;i;i;i;i;i;i\n", 800'000), '.'); }},
+        {"names", [&] { readDataText(std::string(9'000'000, 'a') + "\n1\n", '.'); }},
+        {"quotes", [&] { readDataText(repeated(std::string(124, 'a') + "\";\"\n", 60'000), '.'); }},
+        {"encoding", [&] { readDataFile('\xe9' + std::string(40'000'000, 'a'), '.'); }},
         {"pattern", [&] { selectByPattern(interpolated, "", -1, ".*[ab].{150}c", false); }},
     };
     for (const auto &c : cases)

@@ -149,6 +149,9 @@ TEST_F(AtomicFile, KeepsItsAccessControlListAndNoOtherAttribute) {
     EXPECT_EQ(kept, std::string(reinterpret_cast<const char *>(&list), sizeof list));
     EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0660));
     EXPECT_FALSE(has(file, "user.remark"));
+    write(directory / "first", "new");
+    EXPECT_EQ(fs::status(directory / "first").permissions(), static_cast<fs::perms>(0660))
+        << "as the directory says, whatever the umask";
     write(directory / "plain", "new");
     EXPECT_FALSE(has(directory / "plain", access)) << "it had none, whatever new files get there";
 }
@@ -215,9 +218,32 @@ TEST_F(AtomicFile, FollowsNoLinkThatAnotherUserPutIntoASharedFolder) {
     fs::permissions(directory, static_cast<fs::perms>(01777));
     EXPECT_EQ(refusalOf([&] { write(file, "new"); }),
               "can't write " + file.string() + ": a link of another user");
+    const fs::path inside = directory / "way" / "target";
+    fs::create_symlink(".", directory / "way");
+    ASSERT_EQ(lchown((directory / "way").c_str(), 12345, 12345), 0);
+    EXPECT_EQ(refusalOf([&] { write(inside, "new"); }),
+              "can't write " + inside.string() + ": a link of another user");
     fs::permissions(directory, static_cast<fs::perms>(0755));
     write(file, "new");
     EXPECT_EQ(readWholeFile(directory / "target"), "new");
+}
+
+TEST_F(AtomicFile, ThatIsNewTakesNoPlaceThatIsTaken) {
+    const auto writeNew = [&](const std::string &before) {
+        return writeNewFile(file, [&](std::ostream &stream) {
+            stream << "new";
+            if (!before.empty()) std::ofstream(file) << before;
+        });
+    };
+    EXPECT_FALSE(writeNew("somebody else's")) << "which came while it was written";
+    EXPECT_EQ(readWholeFile(file), "somebody else's");
+    fs::remove(file);
+    fs::create_symlink("target", file);
+    EXPECT_FALSE(writeNew(""));
+    fs::remove(file);
+    EXPECT_TRUE(writeNew(""));
+    EXPECT_EQ(readWholeFile(file), "new");
+    EXPECT_EQ(listing(), "file ");
 }
 
 // The directory may be written to, the file itself not.

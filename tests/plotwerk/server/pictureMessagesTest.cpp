@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <fstream>
 
 namespace fs = std::filesystem;
 
@@ -102,6 +103,15 @@ TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
     plotwerk->savePDFofCompositionView_openWith_(page, "no such; touch " + pathOf("touched"));
     EXPECT_TRUE(lastError().starts_with("can't start no such; touch")) << lastError();
     EXPECT_FALSE(fs::exists(pathOf("touched")));
+    std::ofstream(pathOf("script")) << "#!/no/interpreter\n";
+    std::ofstream(pathOf("rubbish")) << "\x7f"
+                                     << "ELF" << std::string(100, '\1');
+    for (const std::string &opener : {pathOf("script"), pathOf("rubbish"), pathOf("")}) {
+        if (!fs::is_directory(opener)) fs::permissions(opener, fs::perms::owner_all);
+        plotwerk->savePDFofCompositionView_openWith_(page, opener);
+        EXPECT_TRUE(lastError().starts_with("can't start " + opener + ": ")) << lastError();
+        EXPECT_EQ(bytesOf(page), pdf) << "the old page, with " << opener;
+    }
     plotwerk->savePDFofCompositionView_openWith_(page, "broken");
     EXPECT_EQ(lastError(), "");
     waitUntil("the end of all programs", [&] { return children() == 0; });
