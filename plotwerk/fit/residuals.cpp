@@ -14,7 +14,7 @@ namespace plotwerk {
 template<class Real>
 static RunTime runTime(const Tape &tape, std::size_t points, std::size_t parameters) {
     // Extended numbers are computed one at a time: the processor has no vectors of them.
-    constexpr double slowness = std::is_same_v<Real, double> ? 1 : 8;
+    constexpr double slowness = std::is_same_v<Real, double> ? 1 : 10;
     const auto n = static_cast<double>(points);
     const auto p = static_cast<double>(parameters + 1);
     const EvaluationTime one = evaluationTime<Real>(tape);
