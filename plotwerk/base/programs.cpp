@@ -98,7 +98,7 @@ static int errorOfStarting(const std::string &path) {
     int status = 0;
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
-    if (WIFEXITED(status)) return WEXITSTATUS(status);
+    if (!WIFSTOPPED(status)) return WIFEXITED(status) ? WEXITSTATUS(status) : 0;
     kill(child, SIGKILL);
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
