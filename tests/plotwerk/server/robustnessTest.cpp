@@ -229,7 +229,11 @@ TEST_F(RobustnessTest, SavesHoweverManyDocumentsAreOpen) {
 // others don't notice; once they read, they are served again.
 TEST_F(RobustnessTest, CutsOffClientsThatDoNotReadTheirAnswers) {
     stop();
-    for (const auto &[clients, calls, bytes] : {std::tuple{1, 60, 2e6}, {8, 3, 6e6}}) {
+    const struct {
+        int clients, calls;
+        double bytes;
+    } cases[] = {{1, 60, 2e6}, {8, 3, 6e6}};
+    for (const auto &c : cases) {
         start({"--limit=unread=2", "--log-level=warning"});
         plotwerk->newDocumentWithName_("doc");
         plotwerk->createCurveAtSelectionOf_minx_maxx_incx_miny_incy_("doc", 1, 40'000, 1, 0, 0.125);
@@ -238,7 +242,7 @@ TEST_F(RobustnessTest, CutsOffClientsThatDoNotReadTheirAnswers) {
 
         std::vector<std::unique_ptr<sdbus::IConnection>> own;
         std::vector<std::unique_ptr<sdbus::IProxy>> deaf;
-        for (int k = 0; k < clients; ++k) {
+        for (int k = 0; k < c.clients; ++k) {
             own.push_back(sdbus::createSessionBusConnection());
             deaf.push_back(sdbus::createProxy(*own.back(), busName, objectPath));
         }
@@ -248,7 +252,7 @@ TEST_F(RobustnessTest, CutsOffClientsThatDoNotReadTheirAnswers) {
             EXPECT_EQ(error ? error->getName() : "org.freedesktop.DBus.Error.LimitsExceeded",
                       "org.freedesktop.DBus.Error.LimitsExceeded");
         };
-        for (int i = 0; i < calls; ++i) {
+        for (int i = 0; i < c.calls; ++i) {
             for (const auto &each : deaf) {
                 sdbus::MethodCall call = each->createMethodCall(busName, "dataOfSelectedCurvesOf_");
                 call << "doc";
@@ -260,11 +264,11 @@ TEST_F(RobustnessTest, CutsOffClientsThatDoNotReadTheirAnswers) {
             for (const auto &each : own)
                 while (each->processPendingRequest()) {
                 }
-            return answered + refused == clients * calls;
+            return answered + refused == c.clients * c.calls;
         });
         const double length = static_cast<double>(text.size());
-        EXPECT_GE(answered, bytes / length);
-        EXPECT_LE(answered, 2 + 1.5 * bytes / length);
+        EXPECT_GE(answered, c.bytes / length);
+        EXPECT_LE(answered, 2 + 1.5 * c.bytes / length);
         for (const auto &each : own)
             EXPECT_EQ(Plotwerk(*each).dataOfSelectedCurvesOf_("doc").size(), text.size());
         EXPECT_TRUE(holds(stop().err, " doesn't read its answers (limit unread)\n"));
