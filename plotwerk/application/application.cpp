@@ -207,8 +207,9 @@ void Application::save(const Document &saved, const fs::path &path, bool binary,
     }
     // of which this was the file has none any more
     for (const auto &other : documents) {
-        if (other.get() == &open || other->document.path != target) continue;
-        change(other->document, [](Document &) {});
+        std::error_code error;
+        if (other.get() == &open || !fs::equivalent(other->document.path, target, error)) continue;
+        forgetSaved(other->document);
         record(other->document, {}, [] { return std::nullopt; });
     }
     logDone(LogLevel::info,

@@ -30,8 +30,15 @@ void Application::keepJournals() {
     }
 }
 
+// None that wasn't tried, since the process is to end; nor is it worth an end for lack of memory.
 void Application::removeOldJournals() const {
-    if (!journals.empty()) plotwerk::removeOldJournals(journals, std::time(nullptr));
+    if (journals.empty() || endIsAskedFor()) return;
+    try {
+        plotwerk::removeOldJournals(journals, std::time(nullptr));
+    } catch (const std::exception &exception) {
+        logDone(LogLevel::warning,
+                [&] { return std::string("old journals stay: ") + reasonOf(exception); });
+    }
 }
 
 // Those in the directory that nobody uses, the one whose document was in front last at the end.

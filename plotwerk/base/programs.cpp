@@ -86,7 +86,7 @@ class Surroundings {
 static int errorOfStarting(const std::string &path) {
     if (access(path.c_str(), X_OK) != 0) return errno;
     const pid_t child = fork();
-    if (child < 0) return errno;
+    if (child < 0) return 0;
     if (child == 0) {
         sigset_t none;
         sigemptyset(&none);

@@ -60,7 +60,8 @@ template<class Work> void Journal::attempt(const Document &document, Work work) 
     }
 }
 
-// The old file stays ours until the new one has taken its place. Somebody may have deleted all.
+// The old file stays ours until the new one has taken its place. Somebody may have deleted the
+// directory, too.
 void Journal::writeFile(const fs::path &path, const Document &document) {
     createPrivately(directory);
     file = JournalFile(path, document, stamp);

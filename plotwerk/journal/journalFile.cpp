@@ -521,17 +521,20 @@ static bool isOlder(const fs::path &path, std::time_t limit) {
     return lstat(path.c_str(), &status) == 0 && status.st_mtime < limit;
 }
 
-// Somebody may bring it back just now.
-static void removeUnused(const fs::path &path) {
+// Somebody may bring it back just now. False when it stays.
+static bool removeUnused(const fs::path &path) {
     const JournalDescriptor file(open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-    if (file.number >= 0 && takeLock(file.number) && isStillAt(path, file.number))
-        unlink(path.c_str());
+    return file.number >= 0 && takeLock(file.number) && isStillAt(path, file.number) &&
+           unlink(path.c_str()) == 0;
 }
 
 // What a process has just left may be about to be brought back.
 static void noteFound(const LeftJournal &found, std::time_t now) {
     if (found.lastChange > now - day) return;
-    if (auto journal = LeftJournal::lock(found.path)) journal->setFound(dayOf(now));
+    try {
+        if (auto journal = LeftJournal::lock(found.path)) journal->setFound(dayOf(now));
+    } catch (const Refusal &) { // a later start may be let to
+    }
 }
 
 void removeOldJournals(const fs::path &directory, std::time_t now) {
@@ -550,8 +553,7 @@ void removeOldJournals(const fs::path &directory, std::time_t now) {
             else if (std::error_code error; fs::file_size(path, error) == 0)
                 removeUnused(path);
         } catch (const Refusal &refusal) {
-            if (!isOlder(path, now - longest)) continue;
-            removeUnused(path);
+            if (!isOlder(path, now - longest) || !removeUnused(path)) continue;
             logDone(LogLevel::warning, [&] { return std::string("removed ") + refusal.what(); });
         }
     }
@@ -568,7 +570,7 @@ void removeOldJournals(const fs::path &directory, std::time_t now) {
         }
         if (dayOf(now) <= found + longest / day && (bytes <= mostBytes || found == dayOf(now)))
             continue;
-        removeUnused(journal.path);
+        if (!removeUnused(journal.path)) continue;
         logDone(LogLevel::warning,
                 [&] { return "removed what was left behind of " + descriptionOf(journal); });
     }

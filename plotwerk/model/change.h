@@ -7,6 +7,8 @@
 
 #include "plotwerk/model/document.h"
 
+#include <cstdint>
+#include <limits>
 #include <utility>
 
 namespace plotwerk {
@@ -24,6 +26,11 @@ inline bool hasUnsavedChanges(const Document &document) {
 // The document is now as it is in its file.
 inline void setSaved(Document &document) {
     document.savedRevision = document.revision;
+}
+
+// Its file holds no version of it any more.
+inline void forgetSaved(Document &document) {
+    document.savedRevision = std::numeric_limits<std::uint64_t>::max();
 }
 
 // As change, of what nobody would save a document for: the selection, the walk of marks.

@@ -34,16 +34,16 @@ double UnreadAnswers::heldFor(const std::string &client) const {
     } catch (const sdbus::Error &error) {
         const bool late = error.getName() == "org.freedesktop.DBus.Error.Timeout" ||
                           error.getName() == "org.freedesktop.DBus.Error.NoReply";
-        return late ? mostUnread() : 0;
+        return late ? mostUnread() : 0; // cut off until the bus answers
     } catch (const std::out_of_range &) {
         return 0;
     }
 }
 
 void UnreadAnswers::ask(const std::string &name, Client &client) {
-    heldForAll -= client.held;
-    client.held = heldFor(name);
-    heldForAll += client.held;
+    const double held = heldFor(name);
+    heldForAll += held - client.held;
+    client.held = held;
 }
 
 // Once a second and for half a second at most: there may be many.

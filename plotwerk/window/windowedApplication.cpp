@@ -418,7 +418,7 @@ void WindowedApplication::bringBack() {
     try {
         lettingLoopRun([&] { server->recover(letLoopRun); });
         all = served.leftDocuments().empty();
-        served.removeOldJournals();
+        if (!endsSoon) served.removeOldJournals();
     } catch (const std::exception &exception) { // no memory to begin with
         log(LogLevel::error, reasonOf(exception));
     }

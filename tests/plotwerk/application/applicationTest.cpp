@@ -249,7 +249,9 @@ TEST_F(ApplicationTest, SavesWhatWasOpenedInItsOwnFile) {
     application.close(*application.front(), false);
     const Document &opened = application.open(path, false);
     EXPECT_EQ(opened.title, "new");
-    application.save(application.create({.name = "over it"}), path, false, true);
+    fs::create_directory_symlink(directory, directory / "link");
+    application.save(application.create({.name = "over it"}), directory / "link/saved", false,
+                     true);
     EXPECT_TRUE(hasUnsavedChanges(opened)) << "its file is another's";
     EXPECT_FALSE(hasUnsavedChanges(*application.front()));
 }

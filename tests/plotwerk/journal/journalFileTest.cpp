@@ -259,6 +259,12 @@ TEST_F(JournalFileTest, GoesAMonthAfterItWasFoundOrBeyondAGigabyteUnlessInUse) {
         const timespec times[] = {then, then};
         ASSERT_EQ(utimensat(AT_FDCWD, name.c_str(), times, 0), 0);
     }
+    rlimit descriptors{};
+    getrlimit(RLIMIT_NOFILE, &descriptors);
+    const rlimit few{18, descriptors.rlim_max}; // 16 of which are left for others
+    setrlimit(RLIMIT_NOFILE, &few);
+    EXPECT_NO_THROW(removeOldJournals(directory, now));
+    setrlimit(RLIMIT_NOFILE, &descriptors);
     for (const int later : {0, 0, 1, 2, 29, 30, 31, 32}) {
         testing::internal::CaptureStderr();
         removeOldJournals(directory, now + later * day);
