@@ -162,7 +162,7 @@ Shot Screen::shot() const {
 // itself soon: the kernel tells the call that it is in and its arguments, of which the third of
 // poll is how long it waits, in ms.
 static bool isIdle(const ChildProcess &program) {
-    constexpr int soon = 600;
+    constexpr int soon = 260;
     std::ifstream file("/proc/" + std::to_string(program.pid()) + "/syscall");
     std::string call, descriptors, count, time;
     if (!(file >> call >> descriptors >> count >> time)) return false; // it is running
