@@ -27,7 +27,7 @@ step "Include rules" scripts/includeRules.sh
 step "Build: asan" build asan
 step "Tests: asan" run_tests asan
 step "Build: windows, benchmarks and API documentation" build release all benchmarks docs
-step "Tests: windows and packages" run_tests release -R 'Window|Packaging'
+step "Tests: windows and packages" run_tests release -R 'Window|Replay|Packaging'
 # The words of pkg-config's answer are arguments each.
 # shellcheck disable=SC2046
 step "Fuzz targets" clang++ -std=c++20 -Wall -Wextra -Werror -fsyntax-only -I. \
