@@ -65,6 +65,7 @@ TEST_F(JournalFileTest, HoldsTheDocumentAndItsMessagesForOneProcessAtATime) {
         file.setStamp(18);
         file.setIncomplete();
         EXPECT_FALSE(LeftJournal::lock(path)) << "while it is written";
+        EXPECT_FALSE(LeftJournal::look(path)) << "while it is written";
     }
     struct stat status {};
     ASSERT_EQ(stat(path.c_str(), &status), 0);
