@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # What a maintainer looks at beside scripts/test.sh: formatting, include rules, the API's
 # documentation, benchmarks and fuzz targets that still compile, the program with windows, the suite
-# under the address and undefined behaviour sanitizers, clang-tidy.
+# under the address and undefined behaviour sanitizers and without root's rights, clang-tidy.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -28,6 +28,7 @@ step "Build: asan" build asan
 step "Tests: asan" run_tests asan
 step "Build: windows, benchmarks and API documentation" build release all benchmarks docs
 step "Tests: windows and packages" run_tests release -R 'Window|Replay|Packaging'
+step "Tests: as nobody" run_tests_as_nobody release
 # The words of pkg-config's answer are arguments each.
 # shellcheck disable=SC2046
 step "Fuzz targets" clang++ -std=c++20 -Wall -Wextra -Werror -fsyntax-only -I. \

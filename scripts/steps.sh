@@ -23,11 +23,32 @@ build() {
     cmake --build --preset "$preset" -j "$jobs" --target "${@:-all}" -- --quiet
 }
 
-# run_tests PRESET [OPTION ...]: what failed with its output, and the counts; not the lines of what
-# passed.
+# Of ctest's lines those that tell what failed, and the counts.
+without_passed() {
+    grep -v '^ *Start *[0-9]*: \|^ *[0-9]*/[0-9]* Test .* Passed  *[0-9.]* sec$'
+}
+
+# run_tests PRESET [OPTION ...]
 run_tests() {
     local preset=$1
     shift
-    ctest --preset "$preset" -j "$jobs" "$@" |
-        grep -v '^ *Start *[0-9]*: \|^ *[0-9]*/[0-9]* Test .* Passed  *[0-9.]* sec$'
+    ctest --preset "$preset" -j "$jobs" "$@" | without_passed
+}
+
+# run_tests_as_nobody PRESET: once more without root's rights, where root ran them. Packaging isn't
+# tried: it writes into the folder of the build.
+run_tests_as_nobody() {
+    [ "$(id -u)" -eq 0 ] || return 0
+    local folder as_nobody=(setpriv --reuid=nobody --regid=nogroup --clear-groups)
+    "${as_nobody[@]}" test -x "build/$1/tests" || {
+        echo "not run: only root can read this folder"
+        return 0
+    }
+    folder=$(mktemp -d)
+    mkdir "$folder/home"
+    echo "subdirs(\"$PWD/build/$1\")" >"$folder/CTestTestfile.cmake"
+    chown -R nobody: "$folder"
+    HOME=$folder/home TMPDIR=$folder/home "${as_nobody[@]}" ctest --test-dir "$folder" \
+        --output-on-failure --timeout 120 -j "$jobs" -E Packaging | without_passed
+    rm -r "$folder"
 }

@@ -131,13 +131,10 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
     set_child(*content);
 
     addActions();
-    picture().signalDrawn().connect([this] {
-        if (retired) return;
-        endStep();
-        updateActions();
-    });
+    picture().signalDrawn().connect([this] { catchUp(); });
     addDropTarget();
     add_controller(yieldingKeys());
+    catchUpBeforeKeys();
     signal_close_request().connect(
         [this] {
             closing.begin({});
@@ -290,6 +287,26 @@ void DocumentWindow::endStep() {
     versions.keep(document, kind, journalPane.numberOfLines());
     if (!versions.canRedo()) journalPane.forgetTakenBack();
     change = Versions::Change::none;
+}
+
+// With the messages since the last time.
+void DocumentWindow::catchUp() {
+    if (retired) return;
+    endStep();
+    updateActions();
+}
+
+// A key may come between a message and the picture of it, which waits for others.
+void DocumentWindow::catchUpBeforeKeys() {
+    const auto keys = Gtk::EventControllerKey::create();
+    keys->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
+    keys->signal_key_pressed().connect(
+        [this](guint, guint, Gdk::ModifierType) {
+            catchUp();
+            return false;
+        },
+        false);
+    add_controller(keys);
 }
 
 void DocumentWindow::restore(Versions::Version version) {

@@ -64,6 +64,8 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
   private:
     void addActions();
     void addDropTarget();
+    void catchUp();
+    void catchUpBeforeKeys();
     void send(const char *member, std::vector<Argument> arguments = {});
     bool isDone(const char *member, std::vector<Argument> arguments);
     bool isFree();

@@ -44,7 +44,7 @@ END
 printf 'a b\tc d\n1\t2\n3\t4\n' | read_file tabs.txt 1
 printf 'U;I\r\n1,5;2,5\r\n2,5;3,25\r\n' | read_file decimal.csv 1
 printf '# x y err\n1 2 .5\n2 4 .5\n' | read_file comment.txt 1
-printf 'x;gr\303\266\303\237e\n1;2\n3;4\n' | iconv -t UTF-16 | read_file utf16.txt 1
+printf 'x;gr\303\266\303\237e\n1;2\n3;4\n' | iconv -f UTF-8 -t UTF-16 | read_file utf16.txt 1
 read_file words.csv 2 <<'END'
 when,who,p,q
 2024-02-29T12:00:00+01:00,ann,1,10

@@ -79,9 +79,8 @@ TEST_F(WindowTest, UndoesWhatMessagesDidToTheSameBytes) {
     screen.frame();
     const std::string first = contentsOf(name);
     plotwerk->deleteAllCurvesOf_(name);
-    screen.settle();
     const std::string last = contentsOf(name);
-    screen.type("ctrl+z");
+    screen.type("ctrl+z"); // before that is drawn
     waitUntil("the curves", [&] { return contentsOf(name) == first; });
     screen.type("ctrl+shift+z");
     waitUntil("no curves", [&] { return contentsOf(name) == last; });
