@@ -47,6 +47,8 @@ TEST(DocumentFit, DrawsTheFormulaAsACurveOfItsOwn) {
     look.layer = 3;
     look.rightY = true;
     document.fitRange = {-1, unset};
+    Table &data = document.sources[0].tables[0];
+    data.x.isTime = data.y[0].isTime = true;
     fitDocument(document);
     EXPECT_EQ(document.sources.back().name, "Fit");
     const Table &drawn = document.sources.back().tables.front();
@@ -55,6 +57,7 @@ TEST(DocumentFit, DrawsTheFormulaAsACurveOfItsOwn) {
     EXPECT_EQ(drawn.x.values.front(), -1) << "as far as the fit range goes";
     EXPECT_EQ(drawn.x.values.back(), 3) << "as far as the data go";
     EXPECT_TRUE(fit.look.rightY && fit.look.layer == 3 && !fit.fitData && fit.rank == 0);
+    EXPECT_TRUE(drawn.x.isTime && fit.isTime && document.sources.back().tables[1].x.isTime);
     for (int i : {0, 250, 499})
         EXPECT_NEAR(fit.values[i],
                     parameter(document, "a") * drawn.x.values[i] + parameter(document, "b"), 1e-12);
@@ -66,7 +69,7 @@ TEST(DocumentFit, SamplesTheAxisEvenlyAsFinelyAsTheData) {
         bool logarithmic, upperX;
         int points, samples;
         double second; // of the samples, where the data go to 100
-    } cases[] = {{1, true, false, 3, 500, std::pow(100, 1. / 499)},
+    } cases[] = {{2, true, false, 3, 500, 2 * std::pow(50, 1. / 499)},
                  {1, true, true, 3, 500, std::pow(100, 1. / 499)},
                  {-100, true, false, 3, 500, -100 + 200. / 499},
                  {0, false, false, 1001, 1001, 0.1},
@@ -194,6 +197,9 @@ TEST(DocumentFit, LeavesResidualsAtThePointsHidden) {
     EXPECT_EQ(nextMarkedCurve(document)->source, 2);
     const std::vector<Column> &shown = document.sources[1].tables[1].y;
     EXPECT_TRUE(shown[0].look.visible && shown[0].rank == 1 && !shown[1].look.visible);
+    columnOf(document, *curveAt(document, 4)).name = "mine";
+    fitDocument(document);
+    EXPECT_EQ(residuals(), "Residuals=-1,1 mine=-2,4 ");
 
     selectByName(document, "", -1, "Fit", false);
     deleteSelection(document);
@@ -223,6 +229,9 @@ TEST(DocumentFit, FitsTheFitDataOrTheSelectionOrTheOnlyCurve) {
     EXPECT_EQ(level(), "no curve is fit data or selected") << "but for what the fit has drawn";
     y.resize(1);
     EXPECT_EQ(level(), "1");
+    document.formula = "";
+    EXPECT_EQ(level(), "no formula");
+    EXPECT_EQ(variableOf(document, "status"), "1") << "of the last one, not of the last result";
 }
 
 TEST(DocumentFormula, KeepsParametersOfTheSameName) {
@@ -234,7 +243,9 @@ TEST(DocumentFormula, KeepsParametersOfTheSameName) {
 
     const double b = parameter(document, "b");
     EXPECT_GT(document.parameters[1].error, 0);
+    document.parameters[1].atBound = true;
     setFormula(document, "c + a * x + b");
+    EXPECT_FALSE(document.parameters[1].atBound);
     EXPECT_FALSE(document.fit.done);
     EXPECT_EQ(parameter(document, "a"), 5);
     EXPECT_TRUE(document.parameters[1].fixed);
@@ -371,9 +382,13 @@ TEST(DocumentVariables, TellWhatAPaperTells) {
     const std::string negative = variableOf(document, "report");
     EXPECT_NE(negative.find("correlation of m and k: -0.997"), std::string::npos) << negative;
 
-    FitResult zero{.done = true};
-    zero.parameters = {{.name = "k", .value = 0, .error = 0.5}};
-    EXPECT_EQ(fitReport(zero).find('%'), std::string::npos) << "no percentage of zero";
+    FitResult result{.done = true};
+    result.parameters = {{"k", 0, 0.5}, {"l", -1, 0.9951}, {"m", 2}};
+    const std::string parameters = fitReport(result);
+    EXPECT_TRUE(parameters.ends_with("\nk = 0e+00 +- 5e-01\nl = -1.0 +- 1.0 (100 %)\n"
+                                     "m = 2 (error unknown)"))
+        << parameters;
+    EXPECT_EQ(parameters.find("reduced"), std::string::npos) << "without a degree of freedom";
 }
 
 TEST(DocumentFit, TellsHowManyPointsItLeftOutAndWhy) {

@@ -112,18 +112,22 @@ TEST(Fit, BoundsHoldAndTheRestIsFittedBesideThem) {
         const char *text;
         std::vector<FitParameter> parameters; // start and bounds
         const char *atBound;                  // of each
-    } cases[] = {{"a*exp(-b*x)+c", {{"a", 1}, {"b", 1}, {"c", 1, unset, false, {unset, 0}}}, "001"},
-                 {"a*exp(-b*x)+c", {{"a", 1}, {"b", 1}, {"c", 1, unset, false, {0, unset}}}, "000"},
-                 {"a*exp(-b*x)+c",
-                  {{"a", 1, unset, false, {0, 5}}, {"b", 1, unset, false, {0.3, 9}}, {"c"}},
-                  "100"},
-                 {"a+b*x+c*x^2",
-                  {{"a", 0, unset, false, {0, 3}}, {"b", -4, unset, false, {-5, -1}}, {"c"}},
-                  "110"},
-                 {"a+b*x", {{"a", 2, unset, false, {2, 4}}, {"b", 0, unset, false, {0, 1}}}, "11"},
-                 // to the bound of b and away from it again
-                 {"a/(1+b*x)", {{"a", 30}, {"b", 5, unset, false, {0.1, 5}}}, "00"},
-                 {"a*(1+0*x)", {{"a", 2, unset, false, {1, 3}}}, "1"}};
+        int steps;                            // about: the way there, too, is laid down
+    } cases[] = {
+        {"a*exp(-b*x)+c", {{"a", 1}, {"b", 1}, {"c", 1, unset, false, {unset, 0}}}, "001", 156},
+        {"a*exp(-b*x)+c", {{"a", 1}, {"b", 1}, {"c", 1, unset, false, {0, unset}}}, "000", 25},
+        {"a*exp(-b*x)+c",
+         {{"a", 1, unset, false, {0, 5}}, {"b", 1, unset, false, {0.3, 9}}, {"c"}},
+         "100",
+         128},
+        {"a+b*x+c*x^2",
+         {{"a", 0, unset, false, {0, 3}}, {"b", -4, unset, false, {-5, -1}}, {"c"}},
+         "110",
+         5},
+        {"a+b*x", {{"a", 2, unset, false, {2, 4}}, {"b", 0, unset, false, {0, 1}}}, "11", 1},
+        // to the bound of b and away from it again
+        {"a/(1+b*x)", {{"a", 30}, {"b", 5, unset, false, {0.1, 5}}}, "00", 17},
+        {"a*(1+0*x)", {{"a", 2, unset, false, {1, 3}}}, "1", 1}};
     for (const auto &c : cases) {
         const Formula formula(c.text);
         std::vector<FitParameter> parameters = c.parameters;
@@ -158,6 +162,7 @@ TEST(Fit, BoundsHoldAndTheRestIsFittedBesideThem) {
                 if (moved[j] < bounds.min || moved[j] > bounds.max) continue;
                 EXPECT_GT(sum(moved), outcome.result.chiSquare) << what << parameters[j].name;
             }
+        EXPECT_NEAR(outcome.result.iterations, c.steps, 1 + c.steps / 20) << what;
         EXPECT_EQ(outcome.result.freedom, 6 - std::ranges::count(atBound, '0')) << what;
 
         Numbers manyX, manyY; // each point as often lead the same way

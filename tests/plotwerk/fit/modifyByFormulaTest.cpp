@@ -59,4 +59,13 @@ TEST(ModifyByFormula, ScalesErrorsByItsDerivative) {
     setFormula(document, "2*y");
     modifySelection(document, true);
     EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=2,4,1 y error=0.5,1,3") << "selected itself";
+
+    Document pair = documentOf(
+        table({1, 2}, {column("y", {4, 8}), column("y +", {1, 2}), column("y -", {3, -4})}));
+    selectByIndex(pair, {0, 0}, false);
+    for (const char *each : {"-2*y", "y/4"}) {
+        setFormula(pair, each);
+        modifySelection(pair, true);
+    }
+    EXPECT_EQ(textOf(pair), "Data: x=1,2 y=-2,-4 y +=1.5,-2 y -=0.5,1");
 }
