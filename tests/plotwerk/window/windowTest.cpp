@@ -115,6 +115,22 @@ std::vector<std::string> WindowTest::actions(int window) const {
     return names;
 }
 
+std::string WindowTest::states(int window) const {
+    using Description = sdbus::Struct<bool, sdbus::Signature, std::vector<sdbus::Variant>>;
+    std::map<std::string, Description> descriptions;
+    actionsOf(window)
+        ->callMethod("DescribeAll")
+        .onInterface("org.gtk.Actions")
+        .storeResultsTo(descriptions);
+    std::string disabled, on;
+    for (const auto &[action, description] : descriptions) {
+        const std::vector<sdbus::Variant> &state = std::get<2>(description);
+        if (!std::get<0>(description)) disabled += action + ' ';
+        if (!state.empty() && state.front().get<bool>()) on += action + ' ';
+    }
+    return disabled + "| " + on;
+}
+
 // The action that a fit needs is never waited for.
 void WindowTest::activate(int window, const std::string &action) const {
     const auto isEnabled = [&] {

@@ -44,6 +44,9 @@ class WindowTest : public ServerTest {
     std::vector<std::string> actions(int window) const;
     void activate(int window, const std::string &action) const;
 
+    // Those that can't be done now, and behind a bar those that are on.
+    std::string states(int window) const;
+
     const std::string name = "Untitled";
     Screen screen{program};
     Shot idle; // what was shown before a fit
