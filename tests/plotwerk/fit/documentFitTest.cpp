@@ -275,7 +275,10 @@ TEST(DocumentFormula, TakesTheColumnsOfTheTableForVariables) {
     EXPECT_EQ(fitDocument(document).reason, "");
     EXPECT_NEAR(parameter(document, "a"), 2, 1e-12);
     EXPECT_NEAR(parameter(document, "b"), 3, 1e-12);
-    EXPECT_EQ(textOf(document.sources[1].tables[0].x), "x=0,1,2") << "at the points";
+    const Table &drawn = document.sources[1].tables[0];
+    EXPECT_EQ(textOf(drawn.x), "x=0,1,2") << "at the points";
+    const double values[] = {3, 5, 10};
+    for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(drawn.y[0].values.at(i), values[i], 1e-12);
     setFormula(document, "a*y");
     EXPECT_TRUE(fitDocument(document).reason.find("may not use y") != std::string::npos);
 
@@ -389,6 +392,9 @@ TEST(DocumentVariables, TellWhatAPaperTells) {
                                      "m = 2 (error unknown)"))
         << parameters;
     EXPECT_EQ(parameters.find("reduced"), std::string::npos) << "without a degree of freedom";
+    result.weighted = true;
+    result.chiSquare = result.freedom = 1;
+    EXPECT_NE(fitReport(result).find("p value: 0.317\n"), std::string::npos);
 }
 
 TEST(DocumentFit, TellsHowManyPointsItLeftOutAndWhy) {

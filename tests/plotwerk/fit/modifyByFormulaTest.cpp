@@ -13,12 +13,16 @@ TEST(ModifyByFormula, SetsValidPointsOfTheSelection) {
     selectByIndex(document, {0, -1}, false);
     EXPECT_EQ(refusalOf(document, [](Document &d) { modifySelection(d, true); }), "no formula");
     setFormula(document, "2 * sqrt(y) + x");
+    Table &only = document.sources[0].tables[0];
+    only.x.isTime = only.y[1].isTime = true;
     modifySelection(document, true);
+    EXPECT_TRUE(only.x.isTime && !only.y[1].isTime);
     EXPECT_EQ(textOf(document), "Data: x=1,nan,3,4 a=3,2,nan,nan b=9,20,13,12");
 
     setFormula(document, "-x");
     valueAtX(document, 3, 1); // what is known about x now must be forgotten
     modifySelection(document, false);
+    EXPECT_FALSE(only.x.isTime);
     EXPECT_EQ(textOf(document.sources[0].tables[0].x), "x=-1,nan,3,4") << "as a has y";
     EXPECT_EQ(valueAtIndex(document, 0, 1), valueAtX(document, -1, 1));
 }

@@ -45,6 +45,7 @@ TEST(ParameterList, ChangesNothingWhenItIsRefused) {
                  {"a=3 [4, 5]", "parameter list: a begins outside of its bounds"},
                  {"a=3 [3; 3]", "parameter list: the bounds of a leave nothing between them"},
                  {"a=3 [2\n]", "parameter list: the bounds of a are not [least; most]"},
+                 {"a=3 [2; 4 ", "parameter list: the bounds of a are not [least; most]"},
                  {"a=3 [2 ", "parameter list: the bounds of a are not [least; most]"},
                  {"a=3 [x;]", "parameter list: a = \"x\" is not a number"},
                  {"absolutely", "parameter list: no \"name = value\" at \"absolutely\""},
