@@ -1,6 +1,6 @@
 // Files are whole whenever they are looked at.
 #include "plotwerk/files/atomicFile.h"
-#include "plotwerk/base/refusal.h"
+#include "tests/plotwerk/base/refusalOf.h"
 #include "tests/support/temporaryFolder.h"
 
 #include <chrono>
@@ -34,15 +34,6 @@ class AtomicFile : public testing::Test {
             for (std::size_t i = 0; i < text.size(); i += 1000)
                 stream << std::flush << text.substr(i, 1000);
         });
-    }
-
-    static std::string refusalOf(const std::function<void()> &work) {
-        try {
-            work();
-            return "";
-        } catch (const Refusal &refusal) {
-            return refusal.what();
-        }
     }
 
     // The names there, in order.
