@@ -564,4 +564,15 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhereMessagesAreNotToBeRepeate
     EXPECT_EQ(add(0s, 17 << 20), std::pair(7, 1));
     EXPECT_EQ(add(0s), std::pair(9, 0)) << "outgrown";
     EXPECT_EQ(asked, 5);
+
+    // with memory that was set aside, where none is left
+    for (const bool aside : {true, false}) {
+        if (aside) Journal::setRoomAside();
+        bool first = true;
+        journal.add(document, {}, [&] {
+            if (std::exchange(first, false)) throw std::bad_alloc();
+            return GatheredBytes();
+        });
+        EXPECT_EQ(journal.holdsAll(), aside);
+    }
 }
