@@ -374,6 +374,7 @@ TEST_F(JournalFileTest, GoesOnOnceItCanBeWrittenAgain) {
     EXPECT_FALSE(addAt(6s - 1ns));
     EXPECT_TRUE(addAt(6s));
     EXPECT_TRUE(fs::exists(path));
+    withFilesOf(fs::file_size(path) + 5, [&] { EXPECT_FALSE(addAt(6s)); });
     journal.remove();
     EXPECT_FALSE(journal.holdsAll());
     EXPECT_FALSE(fs::exists(path));
@@ -574,5 +575,6 @@ TEST_F(JournalFileTest, IsBegunAnewWithTheDocumentWhereMessagesAreNotToBeRepeate
             return GatheredBytes();
         });
         EXPECT_EQ(journal.holdsAll(), aside);
+        EXPECT_EQ(add(0s), std::pair(9, 2));
     }
 }
