@@ -273,13 +273,6 @@ TEST_F(ApplicationTest, TellsAtItsEndWhichChangesAreLost) {
     application.create({.name = "document"});
     retitle(application, "title");
     EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" can be brought back"));
-    for (const fs::path &path : journalPaths(journals)) fs::remove(path);
-    EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" are lost\n"));
-    retitle(application, "another"); // begins it anew
-    EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" can be brought back"));
-    fs::remove_all(journals.parent_path());
-    retitle(application, "third"); // all of it
-    EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" can be brought back"));
     fs::remove_all(journals);
     std::ofstream(journals) << "in the way";
     application.create({.name = "other"});

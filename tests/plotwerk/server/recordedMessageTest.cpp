@@ -3,12 +3,11 @@
 #include "plotwerk/application/application.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/server/controlObject.h"
-#include "tests/plotwerk/server/randomMessages.h"
+#include "tests/plotwerk/server/serverTest.h"
 
 #include <bit>
 #include <climits>
 #include <gtest/gtest.h>
-#include <set>
 
 using namespace plotwerk;
 
@@ -83,45 +82,4 @@ TEST(RecordedMessage, IsRepeatedWithItsOwnDecimalSeparator) {
         const Table &table = application.document("doc").sources.at(0).tables.at(0);
         EXPECT_EQ(table.x.values.at(0), separator == ',' ? 1.5 : 1);
     }
-}
-
-// A document whose file couldn't be read refuses every message about its contents.
-TEST_F(ServerTest, EveryMessageAboutWhatCouldNotBeReadIsRefused) {
-    start();
-    const std::set<std::string> ofNoDocument{"addPDFtoCompositionView",
-                                             "closeDocument",
-                                             "didSaveSucceed",
-                                             "newCompositionView",
-                                             "newDocumentWithName",
-                                             "openFile",
-                                             "documentNameOfFrontWindow",
-                                             "savePDFofCompositionView",
-                                             "setDeciSeparator",
-                                             "waitForEmptyReply"};
-    Application application;
-    ControlObject object(application);
-    EXPECT_THROW(application.open("/nowhere/lost", false), Refusal);
-    const Document &lost = application.document("lost");
-    const std::uint64_t before = lost.revision;
-    setLogLevel(LogLevel::error);
-    for (const Method &method : methodsOf(*connection)) {
-        if (ofNoDocument.contains(method.keyword())) continue;
-        GatheredBytes record;
-        record.putNumber('.');
-        record.putText(method.name);
-        for (const auto &argument : method.arguments) {
-            const bool isDocument = &valuesOf(argument) == &valuesOf({"of", "s"});
-            std::visit(
-                [&](const auto &each) {
-                    if constexpr (isArgument<std::decay_t<decltype(each)>>)
-                        putArgument(record, each);
-                },
-                isDocument ? Value("lost") : valuesOf(argument).front());
-        }
-        application.lastError.clear();
-        object.repeat(record.whole());
-        EXPECT_EQ(lost.revision, before) << method.name;
-        EXPECT_TRUE(holds(application.lastError, "couldn't be opened (\"lost\")")) << method.name;
-    }
-    setLogLevel(LogLevel::info);
 }
