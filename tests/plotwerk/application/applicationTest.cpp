@@ -316,6 +316,10 @@ TEST_F(ApplicationTest, TellsItsDesktopWhatHappens) {
     EXPECT_EQ(application.pasted().dataText + application.pasted().decimalSeparator, "1,5,");
     desktop.foreign = "1.5";
     EXPECT_EQ(application.pasted().dataText + application.pasted().decimalSeparator, "1.5.");
+    const std::string picture = directory / "a.svg";
+    EXPECT_EQ(
+        logOf([&] { application.savePicture(*application.front(), picture, PictureKind::pdf); }),
+        "plotwerkd: info: saved the picture of \"Untitled\" in " + picture + '\n');
     unsetenv("XDG_RUNTIME_DIR");
 }
 

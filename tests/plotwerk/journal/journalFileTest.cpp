@@ -274,31 +274,34 @@ TEST_F(JournalFileTest, DropsWhatWasNotWrittenToItsEndAndRefusesAllOtherDamage) 
     }
 }
 
-TEST_F(JournalFileTest, KeepsWhatItHasWhenTheDiskIsFull) {
+TEST_F(JournalFileTest, KeepsWhatItHasWhereItCannotBeWritten) {
     const std::string refusal = "can't write " + path.string() + ": ";
     document.sources.at(0).tables.at(0) = {};
     document.sources.at(0).tables.at(0).x.values.assign(20'000, 0.1);
-    {
-        JournalFile file(path, document, 0);
-        file.append({"first"});
-        const std::uintmax_t size = fs::file_size(path);
-        withFilesOf(size + 10, [&] {
-            EXPECT_EQ(refusalOf([&] { file.append({"second"}); }), refusal + "File too large");
-        });
-        EXPECT_EQ(fs::file_size(path), size);
-        file.append({"third"});
-    }
+    JournalFile file(path, document, 0);
+    file.append({"first"});
+    const std::uintmax_t size = fs::file_size(path);
+    withFilesOf(size + 10, [&] {
+        EXPECT_EQ(refusalOf([&] { file.append({"second"}); }), refusal + "File too large");
+    });
+    EXPECT_EQ(fs::file_size(path), size);
+    file.append({"third"});
     for (const rlim_t room : {10, 100, 100'000, 160'500}) // in the head, in what is gathered, ...
         withFilesOf(room, [&] {
             EXPECT_EQ(refusalOf([&] { JournalFile(path, document, 0); }),
                       refusal + "File too large");
         });
+    EXPECT_EQ(openFiles(), 1);
+    const fs::path place = std::exchange(path, directory / "moved");
+    fs::copy_file(place, directory / "copy");
+    fs::rename(place, path);
+    fs::create_directory(place); // which can't be replaced, nor deleted as a file
+    EXPECT_EQ(refusalOf([&] { JournalFile(place, document, 0); }), refusal + "Is a directory");
+    EXPECT_EQ(std::distance(fs::directory_iterator(directory), {}), 3);
+    file.remove();
+    EXPECT_EQ(fs::file_size(path), 0U);
+    path = directory / "copy";
     EXPECT_EQ(messages(), (std::vector<std::string>{"first", "third"}));
-    fs::rename(path, directory / "other");
-    fs::create_directory(path);
-    EXPECT_EQ(refusalOf([&] { JournalFile(path, document, 0); }), refusal + "Is a directory");
-    EXPECT_EQ(std::distance(fs::directory_iterator(directory), {}), 2);
-    EXPECT_EQ(openFiles(), 0);
 }
 
 // So that documents can be saved.
@@ -319,14 +322,6 @@ TEST_F(JournalFileTest, LeavesTheLastSixteenDescriptorsForOthers) {
         EXPECT_EQ(locking, are ? "" : reason);
         EXPECT_EQ(writing, are ? "" : "can't write " + reason);
     }
-}
-
-TEST_F(JournalFileTest, IsEmptiedWhereItCannotBeDeleted) {
-    JournalFile file(path, document, 0);
-    fs::rename(path, directory / "moved");
-    fs::create_directory(path); // which can't be deleted like a file
-    file.remove();
-    EXPECT_EQ(fs::file_size(directory / "moved"), 0U);
 }
 
 // The log says so once; changes try to begin it anew, and take a twentieth of the time for that.

@@ -63,13 +63,15 @@ TEST_F(UnreadAnswersTest, AreBoundedForAllWhileThoseWhoReadAreServed) {
     EXPECT_FALSE(isCutOff("a"));
     EXPECT_EQ(asked, 0) << "600 MB may be held for all";
     answer("small", 8e6 + 1);
-    bus["small"] = 38e6; // a quarter of the mean
+    answer("idle", 256);
+    bus["small"] = 38e6; // a quarter of the mean of those that have any
+    EXPECT_FALSE(isCutOff("idle"));
     EXPECT_FALSE(isCutOff("small"));
-    EXPECT_EQ(asked, 5);
+    EXPECT_EQ(asked, 6);
     EXPECT_TRUE(isCutOff("a"));
     bus["small"] += 1;
     EXPECT_TRUE(isCutOff("small"));
-    EXPECT_EQ(asked, 7) << "of all only once a second";
+    EXPECT_EQ(asked, 8) << "of all only once a second";
     bus["a"] = 0;
     EXPECT_FALSE(isCutOff("a"));
     EXPECT_FALSE(isCutOff("small"));
