@@ -70,6 +70,9 @@ TEST(DocumentFile, HasTheShortestHeadsOfCbor) {
         const auto want = Tree::to_cbor(value);
         EXPECT_EQ(stream.str(), std::string(want.begin(), want.end())) << value;
     }
+    std::ostringstream stream;
+    TreeWriter(stream, true).write(std::numeric_limits<double>::quiet_NaN());
+    EXPECT_EQ(stream.str(), std::string("\xf9\x7e\0", 3));
 }
 
 // A signal is heard only between two writes, and memory may be short.
