@@ -146,7 +146,6 @@ void Journal::remove() {
     if (old) old->remove();
     file.reset();
     old.reset();
-    lacksChanges = false;
     nextTry.reset();
 }
 

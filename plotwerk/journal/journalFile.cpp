@@ -67,6 +67,10 @@ struct RecordHead {
 };
 static_assert(sizeof(RecordHead) == 16);
 
+template<class T> std::string_view bytesIn(const T &record) {
+    return {reinterpret_cast<const char *>(&record), sizeof record};
+}
+
 std::uint32_t sumOf(std::string_view bytes, std::uint32_t before = 0) {
     return libdeflate_crc32(before, bytes.data(), bytes.size());
 }
@@ -75,19 +79,8 @@ std::uint32_t sumOf(std::string_view bytes, std::uint32_t before = 0) {
     throw Refusal("can't write " + path.string() + ": " + std::strerror(errno));
 }
 
-// False, with the reason in errno, when not all could be written.
-bool writeAll(int file, const char *bytes, std::size_t count) {
-    while (count > 0) {
-        const ssize_t written = write(file, bytes, std::min<std::size_t>(count, 1 << 30));
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        bytes += written;
-        count -= static_cast<std::size_t>(written);
-    }
-    return true;
-}
-
-// The same of several parts at a position, in as few writes as the system takes them in.
+// At a position, in as few writes as the system takes them in. False, with the reason in errno,
+// when not all could be written.
 bool writeAll(int file, std::span<iovec> parts, std::uint64_t position) {
     while (!parts.empty()) {
         const std::size_t some = std::min<std::size_t>(parts.size(), IOV_MAX);
@@ -106,43 +99,40 @@ bool writeAll(int file, std::span<iovec> parts, std::uint64_t position) {
     return true;
 }
 
-// Writes to a file and sums up what it writes.
+bool writeAll(int file, std::string_view bytes, std::uint64_t position) {
+    iovec whole{const_cast<char *>(bytes.data()), bytes.size()};
+    return bytes.empty() || writeAll(file, {&whole, 1}, position);
+}
+
+// Writes to a file from a position on, and sums up what it writes. A stream on it is to be flushed.
 class SummingBuffer : public std::streambuf {
   public:
-    explicit SummingBuffer(int descriptor) : file(descriptor) {
+    SummingBuffer(int descriptor, std::uint64_t position) : file(descriptor), begin(position) {
         setp(held.data(), held.data() + held.size());
     }
 
     std::uint64_t length = 0;
     std::uint32_t sum = 0;
-
-    // False, with the reason in errno, when something couldn't be written.
-    bool finish() {
-        const bool good = passOn({pbase(), pptr()});
-        setp(held.data(), held.data() + held.size());
-        errno = good ? 0 : reason;
-        return good;
-    }
+    int reason = 0; // as errno has it, why something couldn't be written
 
   protected:
-    int_type overflow(int_type c) override {
-        if (!finish()) return traits_type::eof();
-        if (!traits_type::eq_int_type(c, traits_type::eof())) sputc(traits_type::to_char_type(c));
-        return traits_type::not_eof(c);
-    }
     std::streamsize xsputn(const char *bytes, std::streamsize count) override {
         if (count < epptr() - pptr()) {
             std::copy_n(bytes, count, pptr());
             pbump(static_cast<int>(count));
             return count;
         }
-        return finish() && passOn({bytes, static_cast<std::size_t>(count)}) ? count : 0;
+        return sync() == 0 && passOn({bytes, static_cast<std::size_t>(count)}) ? count : 0;
+    }
+    int sync() override {
+        if (!passOn({pbase(), pptr()})) return -1;
+        setp(held.data(), held.data() + held.size());
+        return 0;
     }
 
   private:
     bool passOn(std::string_view bytes) {
-        if (reason != 0) return false;
-        if (!writeAll(file, bytes.data(), bytes.size())) {
+        if (!writeAll(file, bytes, begin + length)) {
             reason = errno;
             return false;
         }
@@ -152,15 +142,14 @@ class SummingBuffer : public std::streambuf {
     }
 
     const int file;
-    int reason = 0;
+    const std::uint64_t begin;
     std::array<char, 1 << 16> held;
 };
 
 bool readAll(int file, void *bytes, std::size_t count, std::uint64_t position) {
     auto *at = static_cast<char *>(bytes);
     while (count > 0) {
-        const ssize_t got =
-            pread(file, at, std::min<std::size_t>(count, 1 << 30), static_cast<off_t>(position));
+        const ssize_t got = pread(file, at, count, static_cast<off_t>(position));
         if (got < 0 && errno == EINTR) continue;
         if (got <= 0) return false;
         at += got;
@@ -207,12 +196,10 @@ int openedFile(const fs::path &path, int access) {
     return file;
 }
 
-// Between opening and locking another file can have taken its place.
-bool isStillAt(const fs::path &path, int file) {
-    struct stat opened {
-    }, named{};
-    return fstat(file, &opened) == 0 && lstat(path.c_str(), &named) == 0 &&
-           opened.st_ino == named.st_ino;
+// Also when another one has taken its place.
+bool isDeleted(int file) {
+    struct stat status {};
+    return fstat(file, &status) != 0 || status.st_nlink == 0;
 }
 
 } // namespace
@@ -232,13 +219,9 @@ JournalDescriptor::~JournalDescriptor() {
 
 fs::path JournalFile::freePath(const fs::path &directory) {
     std::random_device random;
-    fs::path path;
-    do {
-        char name[32];
-        std::snprintf(name, sizeof name, "%08x%08x%s", random(), random(), suffix);
-        path = directory / name;
-    } while (fs::exists(path));
-    return path;
+    char name[32];
+    std::snprintf(name, sizeof name, "%08x%08x%s", random(), random(), suffix);
+    return directory / name;
 }
 
 // Of the files that a process may have open, some must be left to save documents.
@@ -268,20 +251,21 @@ JournalFile::JournalFile(fs::path path, const Document &document, std::int64_t s
         fileHead.setState(state);
         const std::string description = descriptionOf(document);
         const RecordHead descriptionHead(description.size(), sumOf(description));
-        std::string head(reinterpret_cast<const char *>(&fileHead), sizeof fileHead);
-        head.append(reinterpret_cast<const char *>(&descriptionHead), sizeof descriptionHead);
-        head += description;
-        const auto documentAt = static_cast<off_t>(head.size());
+        std::string head(bytesIn(fileHead));
+        head.append(bytesIn(descriptionHead)).append(description);
+        const std::size_t documentAt = head.size();
         head.resize(head.size() + sizeof(RecordHead)); // written when the sum is known
-        if (!writeAll(file.number, head.data(), head.size())) refuseToWrite(place);
+        if (!writeAll(file.number, head, 0)) refuseToWrite(place);
 
-        SummingBuffer buffer(file.number);
+        SummingBuffer buffer(file.number, head.size());
         std::ostream stream(&buffer);
         writeDocument(stream, document, true);
-        if (!buffer.finish()) refuseToWrite(place);
+        if (!stream.flush()) {
+            errno = buffer.reason;
+            refuseToWrite(place);
+        }
         const RecordHead documentHead(buffer.length, buffer.sum);
-        if (pwrite(file.number, &documentHead, sizeof documentHead, documentAt) !=
-                sizeof documentHead ||
+        if (!writeAll(file.number, bytesIn(documentHead), documentAt) ||
             std::rename(unfinished.c_str(), place.c_str()) != 0) {
             refuseToWrite(place);
         }
@@ -308,7 +292,7 @@ void JournalFile::append(const std::vector<std::string_view> &message) {
     if (!writeAll(file.number, parts, size)) {
         const int reason = errno;
         // A half record at the end would do no harm either.
-        if (ftruncate(file.number, static_cast<off_t>(size)) != 0) errno = reason;
+        [[maybe_unused]] const int cut = ftruncate(file.number, static_cast<off_t>(size));
         errno = reason;
         refuseToWrite(place);
     }
@@ -324,8 +308,7 @@ bool JournalFile::isOutgrown(const Document &document) {
 }
 
 bool JournalFile::isGone() const {
-    struct stat status {};
-    return fstat(file.number, &status) != 0 || status.st_nlink == 0;
+    return isDeleted(file.number);
 }
 
 // What can't be noted in the head is no reason to lose the rest.
@@ -364,10 +347,10 @@ std::optional<LeftJournal> LeftJournal::lock(const fs::path &path) {
     if (journal.file.number < 0) return std::nullopt;
     if (isAmongTheLast(journal.file.number)) refuseToRead(path, std::strerror(EMFILE));
     if (!takeLock(journal.file.number)) {
-        if (errno != EAGAIN && errno != EACCES) refuseToRead(path, std::strerror(errno));
+        if (errno != EAGAIN) refuseToRead(path, std::strerror(errno));
         return std::nullopt;
     }
-    if (!isStillAt(path, journal.file.number)) return std::nullopt;
+    if (isDeleted(journal.file.number)) return std::nullopt; // between opening and locking
     journal.readBeginning();
     if (journal.size == 0) return std::nullopt;
     return journal;
@@ -524,7 +507,7 @@ static bool isOlder(const fs::path &path, std::time_t limit) {
 // Somebody may bring it back just now. False when it stays.
 static bool removeUnused(const fs::path &path) {
     const JournalDescriptor file(open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-    return file.number >= 0 && takeLock(file.number) && isStillAt(path, file.number) &&
+    return file.number >= 0 && takeLock(file.number) && !isDeleted(file.number) &&
            unlink(path.c_str()) == 0;
 }
 

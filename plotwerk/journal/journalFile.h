@@ -51,7 +51,7 @@ class JournalFile {
     // Throws Refusal "can't write PATH: REASON", and then the path is as it was.
     JournalFile(std::filesystem::path path, const Document &document, std::int64_t stamp);
 
-    // A path in the directory that no file has.
+    // A path in the directory, by a name of 64 random bits.
     static std::filesystem::path freePath(const std::filesystem::path &directory);
 
     // Adds a message, given in pieces, in one write where the system takes it so. Throws Refusal as

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
+#include <memory>
+#include <stdexcept>
 
 namespace plotwerk {
 
@@ -18,14 +20,10 @@ static double mostUnreadByAll() {
     return std::min(3 * mostUnread(), roomOfBus - 3 * longestAnswer());
 }
 
-UnreadAnswers::UnreadAnswers(sdbus::IConnection &bus)
-    : daemon(sdbus::createProxy(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus")) {
-}
-
-double UnreadAnswers::heldFor(const std::string &client) const {
+static double heldByBus(sdbus::IProxy &daemon, const std::string &client) {
     std::map<std::string, sdbus::Variant> numbers;
     try {
-        daemon->callMethod("GetConnectionStats")
+        daemon.callMethod("GetConnectionStats")
             .onInterface("org.freedesktop.DBus.Debug.Stats")
             .withTimeout(std::chrono::milliseconds(500))
             .withArguments(client)
@@ -38,6 +36,12 @@ double UnreadAnswers::heldFor(const std::string &client) const {
     } catch (const std::out_of_range &) {
         return 0;
     }
+}
+
+UnreadAnswers::UnreadAnswers(sdbus::IConnection &bus)
+    : UnreadAnswers([daemon = std::shared_ptr(
+                         sdbus::createProxy(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus"))](
+                        const std::string &client) { return heldByBus(*daemon, client); }) {
 }
 
 void UnreadAnswers::ask(const std::string &name, Client &client) {

@@ -4,10 +4,11 @@
 
 #include <chrono>
 #include <cstddef>
-#include <memory>
+#include <functional>
 #include <sdbus-c++/sdbus-c++.h>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 namespace plotwerk {
 
@@ -17,6 +18,10 @@ namespace plotwerk {
 class UnreadAnswers {
   public:
     explicit UnreadAnswers(sdbus::IConnection &bus);
+
+    // Of a bus that tells by the function how many bytes it holds for a client.
+    using HeldFor = std::function<double(const std::string &client)>;
+    explicit UnreadAnswers(HeldFor told) : heldFor(std::move(told)) {}
 
     // Throws sdbus::Error LimitsExceeded when the client leaves more unread than one may (limit
     // unread), or much while all together leave too much. To be called before one of its messages
@@ -35,13 +40,12 @@ class UnreadAnswers {
         bool isCutOff = false;
     };
 
-    double heldFor(const std::string &client) const;
     void ask(const std::string &name, Client &client);
     void askForAll();
     bool holdsMuch(const Client &client) const;
     void forgetThoseWhoHoldLittle();
 
-    std::unique_ptr<sdbus::IProxy> daemon;
+    const HeldFor heldFor;
     std::unordered_map<std::string, Client> clients;
     double heldForAll = 0;
     std::chrono::steady_clock::time_point askedForAll;

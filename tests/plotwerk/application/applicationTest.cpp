@@ -22,14 +22,24 @@ using namespace plotwerk;
 
 namespace {
 
-struct DesktopWithoutMemory final : Desktop {
-    void opened(Document &) override { throw std::bad_alloc(); }
-    void closing(const Document &) override {}
-    void activated(const Document &) override {}
-    bool asksToSave(const Document &) override { return false; }
-    void copyText(const std::string &) override {}
-    void copyPicture(const Document &) override {}
-    std::optional<std::string> foreignText() override { return std::nullopt; }
+struct FakeDesktop final : Desktop {
+    void opened(Document &document) override {
+        if (!hasMemory) throw std::bad_alloc();
+        told += "opened " + document.name + '\n';
+    }
+    void closing(const Document &document) override { told += "closing " + document.name + '\n'; }
+    void activated(const Document &document) override { told += "front " + document.name + '\n'; }
+    bool asksToSave(const Document &document) override {
+        told += "save " + document.name + "?\n";
+        return asks;
+    }
+    void copyText(const std::string &text) override { told += "copied " + text + '\n'; }
+    void copyPicture(const Document &document) override { told += "drew " + document.name + '\n'; }
+    std::optional<std::string> foreignText() override { return foreign; }
+
+    bool hasMemory = true, asks = true;
+    std::optional<std::string> foreign;
+    std::string told;
 };
 
 } // namespace
@@ -75,7 +85,7 @@ TEST_F(ApplicationTest, BringsBackEachDocumentByItself) {
     leave("front", 30, {"title", ","}, true);
     leave("behind", 10, {"title"});
     std::ofstream(journals / "none.journal") << "no journal at all";
-    leave("wrong", 40, {"title", "refused", "title"});
+    leave("wrong", 5, {"title", "refused", "title"});
     Application application;
     application.keepJournals();
     application.add({.name = "open"});
@@ -244,7 +254,8 @@ TEST_F(ApplicationTest, SavesWhatWasOpenedInItsOwnFile) {
     application.close(*application.front(), false);
     application.open(path, false);
     retitle(application, "new");
-    application.save(*application.front(), "", false, true);
+    EXPECT_EQ(logOf([&] { application.save(*application.front(), "", false, true); }),
+              "plotwerkd: info: saved \"document\" in " + path + '\n');
     EXPECT_FALSE(hasUnsavedChanges(*application.front()));
     application.close(*application.front(), false);
     const Document &opened = application.open(path, false);
@@ -262,13 +273,6 @@ TEST_F(ApplicationTest, TellsAtItsEndWhichChangesAreLost) {
     application.create({.name = "document"});
     retitle(application, "title");
     EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" can be brought back"));
-    for (const fs::path &path : journalPaths(journals)) fs::remove(path);
-    EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" are lost\n"));
-    retitle(application, "another"); // begins it anew
-    EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" can be brought back"));
-    fs::remove_all(journals.parent_path());
-    retitle(application, "third"); // all of it
-    EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" can be brought back"));
     fs::remove_all(journals);
     std::ofstream(journals) << "in the way";
     application.create({.name = "other"});
@@ -281,9 +285,49 @@ TEST_F(ApplicationTest, TellsAtItsEndWhichChangesAreLost) {
 TEST_F(ApplicationTest, TakesInNothingThatHasNoWindow) {
     Application application;
     application.create({.name = "open"});
-    DesktopWithoutMemory desktop;
+    FakeDesktop desktop;
+    desktop.hasMemory = false;
     application.desktop = &desktop;
     EXPECT_THROW(application.create({.name = "new"}), std::bad_alloc);
     EXPECT_EQ(application.front()->name, "open");
     EXPECT_THROW(application.document("new"), Refusal);
+}
+
+TEST_F(ApplicationTest, TellsItsDesktopWhatHappens) {
+    setenv("XDG_RUNTIME_DIR", directory.c_str(), 1);
+    Application application;
+    FakeDesktop desktop;
+    application.desktop = &desktop;
+    application.create({.name = "one"});
+    change(application.create({.name = "two"}), [](Document &) {});
+    application.activate(application.document("one"));
+    application.close(application.document("two"), true);
+    EXPECT_EQ(application.document("two").name, "two") << "which asks the user first";
+    desktop.asks = false;
+    application.close(application.document("two"), true);
+    application.close(*application.front(), true);
+    application.copyPicture(*application.front(), PictureKind::pdf);
+    application.decimalSeparator = ',';
+    application.copyText("1,5");
+    application.decimalSeparator = '.';
+    EXPECT_EQ(desktop.told,
+              "opened one\nopened two\nfront one\nsave two?\nsave two?\n"
+              "closing two\nclosing one\nopened Untitled\ndrew Untitled\ncopied 1,5\n");
+    EXPECT_EQ(application.pasted().dataText + application.pasted().decimalSeparator, "1,5,");
+    desktop.foreign = "1.5";
+    EXPECT_EQ(application.pasted().dataText + application.pasted().decimalSeparator, "1.5.");
+    const std::string picture = directory / "a.svg";
+    EXPECT_EQ(
+        logOf([&] { application.savePicture(*application.front(), picture, PictureKind::pdf); }),
+        "plotwerkd: info: saved the picture of \"Untitled\" in " + picture + '\n');
+    unsetenv("XDG_RUNTIME_DIR");
+}
+
+// None of so long a name can be there.
+TEST_F(ApplicationTest, NamesWhatStandsForAFileThatCannotBeReadAfterIt) {
+    for (const std::size_t length : {255U, 256U}) {
+        Application application;
+        EXPECT_THROW(application.open(directory / std::string(length, 'n'), false), Refusal);
+        EXPECT_EQ(application.front()->name, length == 255 ? std::string(255, 'n') : "Untitled");
+    }
 }

@@ -1,7 +1,6 @@
 // What would take more than a message may take is refused before it begins.
 #include "plotwerk/application/application.h"
 #include "plotwerk/base/bounds.h"
-#include "plotwerk/base/refusal.h"
 #include "plotwerk/data/dataText.h"
 #include "plotwerk/data/dataTextWriter.h"
 #include "plotwerk/data/exchange.h"
@@ -16,6 +15,7 @@
 #include "plotwerk/model/selection.h"
 #include "plotwerk/model/statistic.h"
 #include "plotwerk/model/structure.h"
+#include "tests/plotwerk/base/refusalOf.h"
 
 #include <filesystem>
 #include <fstream>
@@ -39,15 +39,6 @@ class BoundedWork : public testing::Test {
         setBound("memory=1000");
         setBound("seconds=10");
         setBound("documents=2000");
-    }
-
-    static std::string refusalOf(const std::function<void()> &work) {
-        try {
-            work();
-        } catch (const Refusal &refusal) {
-            return refusal.what();
-        }
-        return "";
     }
 
     // With one selected curve of that many rows.

@@ -3,6 +3,7 @@
 #include "plotwerk/base/child.h"
 #include "plotwerk/base/ending.h"
 #include "plotwerk/base/refusal.h"
+#include "tests/plotwerk/base/refusalOf.h"
 
 #include <csignal>
 #include <cstdio>
@@ -17,15 +18,6 @@
 #include <vector>
 
 using namespace plotwerk;
-
-template<class Work> static std::string refusalOf(Work work) {
-    try {
-        work();
-    } catch (const Refusal &refusal) {
-        return refusal.what();
-    }
-    return "";
-}
 
 TEST(Bounds, AreSetByNameAndRefuseWhatGoesBeyond) {
     for (const char *wrong : {"", "seconds", "seconds=", "=1", "second=20", "seconds=0", "memory=9",

@@ -1,4 +1,5 @@
 // Bytes that are no document are refused, whatever they are.
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/documentFields.h"
 #include "plotwerk/files/documentFile.h"
@@ -20,7 +21,7 @@ static std::string refusalOf(const std::string &bytes) {
 
 static std::string repeated(const std::string &piece) {
     std::string text;
-    while (text.size() < 5'000'000) text += piece;
+    while (text.size() < 1'000'000) text += piece;
     return text;
 }
 
@@ -41,18 +42,52 @@ TEST(DamagedDocument, IsRefusedWhereverItIsCutAndReadOrRefusedWithAnyByteChanged
 }
 
 TEST(DamagedDocument, ThatWouldExhaustStackOrMemoryIsRefused) {
-    for (const char *nested : {"[", "{\"a\":", "{\"values\":[["})
-        EXPECT_NE(refusalOf(repeated(nested)), "") << nested;
+    for (const char *nested : {"[", "{\"a\":"})
+        EXPECT_EQ(refusalOf(repeated(nested)), "nested too deep") << nested;
+    EXPECT_EQ(refusalOf("{\"values\":[["), "something else among the numbers of a column");
     const std::string mark = "\xd9\xd9\xf7";
     // arrays, maps, tags, chunks of text and of bytes
     for (const char *nested : {"\x81", "\xa1\x61\x61", "\xc6", "\x7f", "\x5f"})
-        EXPECT_NE(refusalOf(mark + repeated(nested)), "") << nested;
+        EXPECT_EQ(refusalOf(mark + repeated(nested)), "damaged") << nested;
     // huge lengths of bytes, text, array and map; an array without end, tags before no bytes
     for (const std::string cut :
          {"\x5b\xff\xff\xff\xff\xff\xff\xff\xff", "\x7b\x7f\xff\xff\xff\xff\xff\xff\xff",
           "\x9b\xff\xff\xff\xff\xff\xff\xff\xff", "\xbb\x80\x01\x01\x01\x01\x01\x01\x01", "\x9f",
-          "\xd8\x56\x01", "\xd8\x56", ""})
-        EXPECT_NE(refusalOf(mark + cut), "") << cut;
+          "\xd8\x56\x01", "\xd8\x56\x61x", "\xd8\x56", "\xd8\x57\x40", "\x1c", ""})
+        EXPECT_EQ(refusalOf(mark + cut), "damaged") << cut;
+    // numbers of every length, at the end and cut
+    for (const std::string whole :
+         {"\x17", "\x18\x20", "\x19\x20\x20", "\x1a    ", "\x1b        "}) {
+        EXPECT_EQ(refusalOf(mark + whole), "not a document of Plotwerk") << whole.size();
+        for (std::size_t length = 1; length < whole.size(); ++length)
+            EXPECT_EQ(refusalOf(mark + whole.substr(0, length)), "damaged") << length;
+    }
+}
+
+// A node takes 170 bytes, a number of JSON 16, bytes of CBOR one each.
+TEST(DamagedDocument, MayTakeTheMemoryOfAMessage) {
+    setBound("memory=10");
+    const auto zeros = [](int count, const std::string &zero) {
+        std::string all;
+        while (count-- > 0) all += zero;
+        return all;
+    };
+    const auto cbor = [](const char *head, std::uint32_t count, const std::string &rest) {
+        std::string bytes = std::string("\xd9\xd9\xf7") + head;
+        for (const int shift : {24, 16, 8, 0}) bytes += static_cast<char>(count >> shift);
+        return bytes + rest;
+    };
+    for (const int more : {0, 1}) {
+        const int nodes = 58'822 + more, numbers = 624'978 + more;
+        const std::uint32_t text = 9'999'490 + more;
+        const std::string wanted =
+            more == 0 ? "not a document of Plotwerk" : "would take too much memory (limit memory)";
+        EXPECT_EQ(refusalOf(cbor("\x9a", nodes, zeros(nodes, "\x01"))), wanted);
+        EXPECT_EQ(refusalOf(cbor("\x82\x7a", text, std::string(text, 'x') + '\x01')), wanted);
+        EXPECT_EQ(refusalOf("[0" + zeros(nodes - 1, ",0") + ']'), wanted);
+        EXPECT_EQ(refusalOf("{\"values\":[0" + zeros(numbers - 1, ",0") + "]}"), wanted);
+    }
+    setBound("memory=1000");
 }
 
 // Complete items, so that nothing but their depth is wrong with the deeper ones.

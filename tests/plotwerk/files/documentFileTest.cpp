@@ -70,6 +70,31 @@ TEST(DocumentFile, HasTheShortestHeadsOfCbor) {
         const auto want = Tree::to_cbor(value);
         EXPECT_EQ(stream.str(), std::string(want.begin(), want.end())) << value;
     }
+    std::ostringstream stream;
+    TreeWriter(stream, true).write(std::numeric_limits<double>::quiet_NaN());
+    EXPECT_EQ(stream.str(), std::string("\xf9\x7e\0", 3));
+}
+
+// A signal is heard only between two writes, and memory may be short.
+TEST(DocumentFile, IsWrittenInParts) {
+    struct Parts : std::streambuf {
+        std::streamsize xsputn(const char *, std::streamsize count) override {
+            sizes.push_back(count);
+            return count;
+        }
+        std::vector<std::streamsize> sizes;
+    };
+    const auto partsOf = [](bool binary, std::size_t count) {
+        Parts parts;
+        std::ostream stream(&parts);
+        TreeWriter(stream, binary).write(std::vector<double>(count, 0.5));
+        return parts.sizes;
+    };
+    using Sizes = std::vector<std::streamsize>;
+    EXPECT_EQ(partsOf(true, 512), (Sizes{2 + 3 + 4096})) << "few together";
+    EXPECT_EQ(partsOf(true, 513), (Sizes{5, 4104, 0}));
+    EXPECT_EQ(partsOf(true, 300'000), (Sizes{7, 1 << 20, 1 << 20, 302'848, 0}));
+    EXPECT_EQ(partsOf(false, 40'000), (Sizes{65'536, 65'536, 28'929}));
 }
 
 TEST(DocumentFile, IsToldFromDataTextByItsFirstBytes) {

@@ -1,6 +1,7 @@
 #include "plotwerk/journal/restoration.h"
 
 #include "plotwerk/model/change.h"
+#include "tests/plotwerk/base/refusalOf.h"
 #include "tests/plotwerk/files/fullDocument.h"
 
 #include <gtest/gtest.h>
@@ -79,18 +80,36 @@ TEST(Restoration, RefusesDamageAndWhatFitsNoDocument) {
     const std::string record = encoded(version, {0, -1, 2, -1, 4});
     Document document = documentOfTables();
     const auto before = linesOf(document);
+    const auto why = [&](const std::string &wrong) {
+        return refusalOf([&] { restoreBy(wrong, document); });
+    };
     for (std::size_t length = 1; length < record.size(); length += 1 + length / 50)
-        EXPECT_THROW(restoreBy(record.substr(0, length), document), Refusal) << length;
-    EXPECT_THROW(restoreBy(record + 'x', document), Refusal);
+        EXPECT_EQ(why(record.substr(0, length)), "damaged: cut off") << length;
+    const std::string misfit = "damaged: not the values of its columns";
+    EXPECT_EQ(why(record + 'x'), misfit);
+    std::string half = encoded(version, {0, 1, 2, 3, -1});
+    half.pop_back();
+    const std::uint64_t length = 7999;
+    half.replace(half.size() - 7999 - 8, 8, reinterpret_cast<const char *>(&length), 8);
+    EXPECT_EQ(why(half), "damaged: half a value");
     for (const ColumnOrigins &wrong : {ColumnOrigins{0, 1, 2, 3, 5}, ColumnOrigins{0, 1, 2, 2, 4}})
-        EXPECT_THROW(restoreBy(encoded(version, wrong), document), Refusal);
-    version.sources[0].tables[1].y[1].values.pop_back();
-    EXPECT_THROW(restoreBy(encoded(version, {0, 1, 2, 3, -1}), document), Refusal);
+        EXPECT_EQ(why(encoded(version, wrong)), "damaged: a column from nowhere");
+    for (int shorter = 0; shorter < 5; ++shorter) {
+        version = documentOfTables();
+        int column = 0;
+        forColumns(version,
+                   [&](Column &each) { each.values.resize(column++ == shorter ? 999 : 1000); });
+        EXPECT_EQ(why(encoded(version, {-1, -1, -1, -1, -1})), misfit) << shorter;
+    }
     EXPECT_EQ(linesOf(document), before);
 }
 
-TEST(Restoration, IsNoneOfManyColumns) {
-    Document document = documentOfTables();
-    document.sources[0].tables[0].y.resize(200, document.sources[0].tables[0].x);
-    EXPECT_FALSE(encodedRestoration(document, ColumnOrigins(204, -1)));
+TEST(Restoration, IsNoneOfMoreThanAHundredColumnsOfTheirOwn) {
+    for (const int own : {100, 101}) {
+        Document document = documentOfTables();
+        document.sources[0].tables[0].y.resize(200, document.sources[0].tables[0].x);
+        ColumnOrigins origins(204, 0);
+        std::fill_n(origins.begin(), own, -1);
+        EXPECT_EQ(encodedRestoration(document, origins).has_value(), own == 100);
+    }
 }

@@ -1,8 +1,6 @@
 // Documents: which there are, what opening, saving and closing does to them.
 #include "tests/plotwerk/server/serverTest.h"
 
-#include <functional>
-
 namespace fs = std::filesystem;
 
 class DocumentMessages : public ServerTest {
@@ -28,24 +26,6 @@ class DocumentMessages : public ServerTest {
         return plotwerk->didSaveSucceed_("Untitled");
     }
 };
-
-TEST_F(DocumentMessages, TheFrontOneIsTheLastOpenedCreatedOrActivated) {
-    start({file("a", "1 2\n"), file("b", "1 2\n")});
-    const std::pair<std::function<void()>, const char *> steps[] = {
-        {[&] {}, "b"},
-        {[&] { plotwerk->actify_("a"); }, "a"},
-        {[&] { plotwerk->newDocumentWithName_("c \u00e4"); }, "c \u00e4"},
-        {[&] { plotwerk->display_doRangeOverAll_("b", false); }, "b"},
-        {[&] { close("b", false); }, "c \u00e4"},
-        {[&] { close("a", false); }, "c \u00e4"},
-        {[&] { close("c \u00e4", false); }, "Untitled"}};
-    for (const auto &[step, name] : steps) {
-        step();
-        EXPECT_EQ(front(), name);
-    }
-    plotwerk->newDocumentWithName_("Untitled");
-    EXPECT_EQ(front().find("Untitled "), 0U) << "made unique: " << front();
-}
 
 // What a script asks for next hits neither the document that was in front before, nor any other.
 TEST_F(DocumentMessages, AFileThatCannotBeReadLeavesADocumentThatRefusesAllButClosing) {

@@ -358,30 +358,6 @@ TEST_F(NoMemoryMessages, AreBroughtBackAllOrLater) {
     EXPECT_GT(later, 20);
 }
 
-TEST_F(NoMemoryMessages, BeginAJournalAnewThatSomebodyHasDeleted) {
-    const fs::path journals = directory / "state" / "plotwerk" / "journal";
-    int done = 0;
-    bool failed = true;
-    for (long allocations = 0; failed; allocations += 1 + allocations / 16) {
-        Contents open;
-        {
-            World world(example, false);
-            fs::remove_all(journals);
-            fs::create_directory(journals);
-            for (const Message &message : messages)
-                if (message.member == "setXTitleOf_to_")
-                    message.send(world.object, {.allocations = allocations});
-            failed = outcome.hasFailed;
-            if (world.application.lastError.empty()) open = world.contents(false);
-        }
-        const Contents back = broughtBack();
-        if (open.empty()) continue;
-        EXPECT_EQ(back.count(documentName), 1U) << allocations;
-        done += failed;
-    }
-    EXPECT_GT(done, 5);
-}
-
 TEST_F(NoMemoryMessages, AreUndoneInTheJournalTooOrNotAtAll) {
     int undone = 0, kept = 0;
     bool failed = true;

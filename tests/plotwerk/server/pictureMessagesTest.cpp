@@ -115,7 +115,9 @@ TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
     plotwerk->savePDFofCompositionView_openWith_(page, "broken");
     EXPECT_EQ(lastError(), "");
     waitUntil("the end of all programs", [&] { return children() == 0; });
-    EXPECT_NE(stop().err.find("warning: broken ended with status 3\n"), std::string::npos);
+    const std::string log = stop().err;
+    EXPECT_TRUE(holds(log, "warning: broken ended with status 3\n"));
+    EXPECT_TRUE(holds(log, "info: saved the composition in " + page + '\n'));
 }
 
 // A printer that takes its time keeps nobody waiting.
@@ -135,4 +137,5 @@ TEST_F(PictureMessages, PrintingHandsAPdfToLp) {
     EXPECT_EQ(bytesOf(pathOf("printed")), bytesOf(pathOf("a.pdf")));
     EXPECT_EQ(bytesOf(pathOf("arguments")), "-t Untitled\n");
     waitUntil("the end of all programs", [&] { return children() == 0; });
+    EXPECT_TRUE(holds(stop().err, "info: printed \"Untitled\"\n"));
 }

@@ -35,6 +35,7 @@ TEST_F(ProgramTest, OwnsItsNameAloneUntilASignal) {
             holds(second.err, "error: can't own org.plotwerk.PlotwerkControl, its owner is :"));
         EXPECT_TRUE(holds(second.err, ", process " + std::to_string(program->pid()) + "\n"));
         EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "Untitled");
+        waitUntil("sleep", [&] { return program->procStatus("State").starts_with('S'); });
         plotwerk->setXRangeOf_xmin_xmax_("Untitled", 0, 1);
 
         program->sendSignal(signal);

@@ -3,12 +3,11 @@
 #include "plotwerk/application/application.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/server/controlObject.h"
-#include "tests/plotwerk/server/randomMessages.h"
+#include "tests/plotwerk/server/serverTest.h"
 
 #include <bit>
 #include <climits>
 #include <gtest/gtest.h>
-#include <set>
 
 using namespace plotwerk;
 
@@ -83,93 +82,4 @@ TEST(RecordedMessage, IsRepeatedWithItsOwnDecimalSeparator) {
         const Table &table = application.document("doc").sources.at(0).tables.at(0);
         EXPECT_EQ(table.x.values.at(0), separator == ',' ? 1.5 : 1);
     }
-}
-
-// One that changes the document counts one revision, a refused one and one that asks count none.
-TEST_F(ServerTest, EveryMessageCountsItsRevision) {
-    start();
-    const std::set<std::string> elsewhere{
-        "closeDocument",   "display",        "duplicateAsPlottedOf", "newDocumentWithName",
-        "openFile",        "printDoc",       "pasteDataOf",          "savePDFofCompositionView",
-        "saveDocument",    "savePictureEPS", "savePicturePDF",       "savePictureTIFF",
-        "copyPDF",         "copyTIFF",       "newCompositionView",   "addPDFtoCompositionView",
-        "setDeciSeparator"};
-    const std::set<std::string> ofNoDocument{"addPDFtoCompositionView",
-                                             "closeDocument",
-                                             "didSaveSucceed",
-                                             "newCompositionView",
-                                             "newDocumentWithName",
-                                             "openFile",
-                                             "documentNameOfFrontWindow",
-                                             "savePDFofCompositionView",
-                                             "setDeciSeparator",
-                                             "waitForEmptyReply"};
-    const auto isDocument = [](const Method::Argument &argument) {
-        return &valuesOf(argument) == &valuesOf({"of", "s"});
-    };
-    const std::set<std::string> answeredChanges{"startFitOf", "markSelectedCurvesOf",
-                                                "nameOfNextMarkedCurveOf"};
-    const std::set<std::string> silentQuestions{"actify", "waitForEmptyReply",
-                                                "copySelectedCurvesOf"};
-    Application application;
-    ControlObject object(application);
-    const auto repeat = [&](const std::string &member, const Values &values) {
-        GatheredBytes record;
-        record.putNumber('.');
-        record.putText(member);
-        for (const Value &value : values)
-            std::visit(
-                [&](const auto &each) {
-                    if constexpr (isArgument<std::decay_t<decltype(each)>>)
-                        putArgument(record, each);
-                },
-                value);
-        object.repeat(record.whole());
-    };
-    Document &document = application.add({.name = "doc"});
-    Random random(1);
-    std::set<std::string> done, refused;
-    setLogLevel(LogLevel::error);
-    const std::vector<Method> methods = methodsOf(*connection);
-    for (int i = 0; i < 4000; ++i) {
-        if (i % 50 == 0) {
-            document = {.name = "doc"};
-            repeat("replaceDataformText_of_source_doRangeOverAll_",
-                   {"x a b \"a error\"\n0 1 5 1\n1 3 4 2\n2 5 6 1\n", "doc", "Data", false});
-            repeat("selectCurvesOf_indexFirst_indexLast_appendSelection_", {"doc", 0, 0, false});
-        }
-        const Method &method = methods[static_cast<std::size_t>(i) % methods.size()];
-        const std::string keyword = method.keyword();
-        if (elsewhere.contains(keyword)) continue;
-        Values values = random.arguments(method);
-        for (std::size_t k = 0; k < values.size(); ++k)
-            if (isDocument(method.arguments[k])) values[k] = "doc";
-        const std::uint64_t before = document.revision;
-        application.lastError.clear();
-        repeat(method.name, values);
-        const bool isDone = application.lastError.empty();
-        (isDone ? done : refused).insert(method.name);
-        const bool changes = answeredChanges.contains(keyword) ||
-                             (method.results.empty() && !silentQuestions.contains(keyword));
-        EXPECT_EQ(document.revision - before, isDone && changes) << method.name;
-    }
-
-    // A document whose file couldn't be read refuses every message about its contents, and keeps
-    // its revision.
-    EXPECT_THROW(application.open("/nowhere/lost", false), Refusal);
-    const Document &lost = application.document("lost");
-    const std::uint64_t before = lost.revision;
-    for (const Method &method : methods) {
-        if (ofNoDocument.contains(method.keyword())) continue;
-        Values values;
-        for (const auto &argument : method.arguments)
-            values.push_back(isDocument(argument) ? "lost" : valuesOf(argument).front());
-        application.lastError.clear();
-        repeat(method.name, values);
-        EXPECT_EQ(lost.revision, before) << method.name;
-        EXPECT_TRUE(holds(application.lastError, "couldn't be opened (\"lost\")")) << method.name;
-    }
-    setLogLevel(LogLevel::info);
-    EXPECT_GT(done.size(), 50U);
-    EXPECT_GT(refused.size(), 40U);
 }
