@@ -1,5 +1,6 @@
 #include "plotwerk/drawing/fittedCurve.h"
 
+#include "plotwerk/drawing/hitTest.h"
 #include "tests/plotwerk/drawing/samples.h"
 
 #include <gtest/gtest.h>
@@ -151,6 +152,10 @@ TEST(FittedCurve, SkipsWhatLogarithmicAxesCannotShow) {
 TEST(FittedCurve, IsNoneOnceThePointsAreOthers) {
     const Document drawn = fitted("a*x+b", [](double x) { return 2 * x + 3; });
     EXPECT_FALSE(lineOf(drawn).empty());
+    Document beyond = drawn;
+    EXPECT_TRUE(nearestPoint(beyond, 30, 63));
+    beyond.axes[xAxis].range = {20000, 30000};
+    EXPECT_FALSE(nearestPoint(beyond, 20000, 63)) << "nothing of it is drawn";
     void (*const changes[])(Document &) = {
         [](Document &d) { onlyCurve(d).values[2] += 1; },
         [](Document &d) { onlyCurve(d).values[2] = unset; },

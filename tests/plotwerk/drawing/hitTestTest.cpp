@@ -232,6 +232,26 @@ TEST(NearestPoint, IsMeasuredOnPaper) {
     for (const auto &c : cases) EXPECT_EQ(hitOf(c.document, c.x, c.y), c.want) << c.what;
 }
 
+// Rows are looked at in slices, first those whose limits are nearest to the place.
+TEST(NearestPoint, MayLieInASliceThatReachesLessFar) {
+    for (const bool wideFirst : {false, true})
+        for (const double direction : {-1.0, 1.0})
+            for (const bool ofX : {false, true}) {
+                std::vector<double> near(1000, 5);
+                std::vector<double> across(1000, 5);
+                for (std::size_t i = 0; i < 1000; ++i)
+                    if ((i < 256) == wideFirst)
+                        near[i] = across[i] = i % 2 == 0 ? 0 : 10; // about the place
+                    else
+                        near[i] += direction * (i == 999 || i == 255 ? 1 : 2);
+                Document document = ofX ? documentWith(near, across) : documentWith(across, near);
+                for (Axis &axis : document.axes) axis.range = {0, 10};
+                onlyCurve(document).look.line = false;
+                EXPECT_EQ(hitOf(document, 5, 5), (Hit{0, wideFirst ? 999 : 255}))
+                    << direction << ofX;
+            }
+}
+
 // Against all points, and all lines between them cut into small parts.
 TEST(NearestPoint, OfALongCurveIsThatOfAllItsRows) {
     constexpr int rows = 3000;
