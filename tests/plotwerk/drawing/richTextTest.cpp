@@ -167,12 +167,12 @@ TEST(Markup, IsBounded) {
     for (const std::string &text : {nested, closed, braces, stars, '_' + braces, fields})
         EXPECT_LE(plainTextOf(readMarkup(richTextOf(text))).size(), 4096u) << text.substr(0, 20);
     EXPECT_TRUE(plainTextOf(readMarkup(richTextOf(closed))).starts_with("_{_{"));
-    for (const std::string stars : {"", "*"}) {
-        const std::size_t deepest = stars.empty() ? 20 : 19;
+    for (const std::string around : {"", "*"}) {
+        const std::size_t deepest = around.empty() ? 20 : 19;
         for (const std::size_t depth : {deepest, deepest + 1}) {
-            std::string text = "x" + std::string(depth, '}') + stars;
+            std::string text = "x" + std::string(depth, '}') + around;
             for (std::size_t i = 0; i < depth; ++i) text.insert(0, "a_{");
-            EXPECT_EQ(plainTextOf(readMarkup(richTextOf(stars + text))),
+            EXPECT_EQ(plainTextOf(readMarkup(richTextOf(around + text))),
                       std::string(deepest, 'a') + (depth > deepest ? "a_{x}" : "x"));
         }
     }
