@@ -75,7 +75,7 @@ TEST(Strokes, AreJoinedAndGoOnAcrossTheirParts) {
 }
 
 TEST(Strokes, OfManyPointsAreAnImageWithTheSameGaps) {
-    Path path = {{5, 5}, {25, 5}, pathBreak, {32, 5}, pathBreak};
+    Path path = {{1, 5}, pathBreak, {8, 5}, {25, 5}, pathBreak, {32, 5}, pathBreak};
     for (int i = 0; i < 10001; ++i) path.push_back({40.0 + i % 2, 5});
     CurveLook look;
     look.lineColour.opacity = 0.5;
@@ -83,7 +83,9 @@ TEST(Strokes, OfManyPointsAreAnImageWithTheSameGaps) {
     const Coverage seen(60, 10, [&](cairo_t *cr) {
         strokePath(cr, path, look, false, {0, 0, 60, 10});
     });
-    for (const auto &[x, there] : {std::pair(10, true),
+    for (const auto &[x, there] : {std::pair(1, true),
+                                   {6, false},
+                                   {10, true},
                                    {24, true},
                                    {28, false},
                                    {32, true},

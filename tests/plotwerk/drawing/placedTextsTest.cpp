@@ -307,7 +307,7 @@ TEST(Typesetter, SetsStylesAndLines) {
 
 TEST(MissingGlyphs, AreNamedOnceByAllChildren) {
     Document document;
-    document.texts = {{.text = "\U00012000\U0010fffd"}, {.text = "\U00012000"}};
+    document.texts = {{.text = "a\U00012000\U0010fffd"}, {.text = "\U00012000"}};
     pdfOfDocument({});
     testing::internal::CaptureStderr();
     for (int i = 0; i < 2; ++i) inChild([&] { pdfOfDocument(document); });
