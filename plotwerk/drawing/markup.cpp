@@ -368,7 +368,7 @@ class MarkupReader {
         std::size_t begin = end;
         while (isOfWord(at(begin - 1))) --begin;
         if (begin == end) return at(end - 1) == ')' || at(end - 1) == ']';
-        if (begin > 0 && endOfSign(begin - 1) == end) return true;
+        if (endOfSign(begin - 1) == end) return true;
         return isLetter(source[begin]) && begin + plw::firstCharacter(from(begin)).size() == end;
     }
 

@@ -221,9 +221,13 @@ TEST(DenseImage, HasThePixelsOfWhatItStandsFor) {
     const std::vector<Point> points = {{40.6, 50.2}, {79.7, 50.3}, {60.1, 49.8}};
     std::vector<Point> many; // are stamped otherwise
     for (int i = 0; i < 2000; ++i) many.insert(many.end(), points.begin(), points.end());
+    std::vector<std::vector<int>> all;
     for (const auto &stamped : {points, many}) {
         DenseImage stamps(box, 72 * scale);
         stamps.stamp(stamped, 20, shape);
+        const Coverage got = seen([&](cairo_t *cr) { stamps.paintOn(cr); });
+        all.emplace_back();
+        for (int i = 0; i < 240 * 400; ++i) all.back().push_back(got.at(i % 400, i / 400));
         expectSame("stamps", stamps, [&](cairo_t *cr) {
             for (const Point &p : points) {
                 cairo_save(cr);
@@ -234,6 +238,14 @@ TEST(DenseImage, HasThePixelsOfWhatItStandsFor) {
             }
         });
     }
+    EXPECT_EQ(all[0], all[1]);
+
+    DenseImage large({0, 0, 2000, 2000}, 600); // in 50 megapixels
+    large.addLine({0, 20}, {40, 20}, 0);
+    const Coverage thin(40, 40, [&](cairo_t *cr) { large.paintOn(cr); });
+    int ink = 0;
+    for (int y = 0; y < 40; ++y) ink += thin.at(20, y);
+    EXPECT_NEAR(ink, 255 / std::sqrt(50e6 / 4e6), 8) << "a pixel";
 }
 
 // Each dot of a screen has as much of the colour as its four pixels.
@@ -356,35 +368,24 @@ TEST(Samples, ShowLooksInTheSizeOfType) {
             }
 }
 
-TEST(Curves, WithoutThicknessHaveSymbolsOnly) {
+TEST(Curves, WithoutThicknessHaveSymbolsOnlyOfEverySizeButNone) {
     Document document = documentWith({1, 3, 5}, {1, 3, unset});
     document.sources[0].tables[0].y.push_back(column("y error", {1, 1, 1}));
     CurveLook &look = onlyCurve(document).look;
     look.line = look.marker = look.yError = look.symbols = true;
-    look.symbol = {14, 0, 0, 0};
-    look.lineThickness = 0;
-    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-    const ScaledFrame frame = scaledFrameOf(document, curves);
-    const auto drawn = drawnBy([&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0); });
-    ASSERT_EQ(drawn.size(), 2U);
-    for (const Drawn &each : drawn) EXPECT_EQ(each.thickness, 0.25);
-}
-
-TEST(Curves, HaveSymbolsOfEverySizeButNone) {
-    Document document = documentWith({1, 3, 5}, {1, 3, 2});
-    CurveLook &look = onlyCurve(document).look;
-    look.line = false;
-    look.symbols = true;
     look.symbol = {14, 0, 0, 0}; // a level line of 1.2 sizes
-    for (const double size : {0.0, 0.5, 1.0, 2.0, 40.0}) {
+    look.lineThickness = 0;
+    for (const double size : {0.0, 0.5, 2.0, 40.0}) {
         look.symbolSize = size;
         const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
         const ScaledFrame frame = scaledFrameOf(document, curves);
         const auto drawn =
             drawnBy([&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0); });
-        EXPECT_EQ(drawn.size(), size > 0 ? 3U : 0U) << size;
-        for (const Drawn &each : drawn)
+        EXPECT_EQ(drawn.size(), size > 0 ? 2U : 0U) << size;
+        for (const Drawn &each : drawn) {
+            EXPECT_EQ(each.thickness, std::min(0.25, size / 4));
             EXPECT_NEAR(each.path.back().x - each.path.front().x, 1.2 * size, 0.01);
+        }
     }
 }
 

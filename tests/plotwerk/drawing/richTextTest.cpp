@@ -54,6 +54,7 @@ TEST(RichText, ReadsRtf) {
          "\n\n\n\t\u2003\u2002\u2019\u201cx"},
         {R"({\rtf1{\stylesheet x}{\pict x}{\object x}{\header x}{\headerl x}{\headerr x}{\headerf x}{\footer x}{\footerl x}{\footerr x}{\footerf x}{\footnote x}{\listtable x}{\filetbl x}{\revtbl x}{\nonshppict x}{\xe x}{\tc x}z})",
          "z"},
+        {R"({\rtf1\u-10179?\tab\u-10179?\'e4})", "\ufffd\t\ufffd\u00e4"},
         {R"({\rtf1 {\uc0\u228}?})", "\u00e4<>?"}, // a group ends the characters to skip
         {R"({\rtf1 \'e4\'80\'81\'zz\'04})", "\u00e4\u20aczz"}, // neither unassigned nor control
         {"{\\rtf1 a\\par b\\line c\\tab d\\\t\\~e\\_f\\{\\}\\\\}",

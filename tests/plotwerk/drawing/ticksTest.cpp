@@ -122,6 +122,7 @@ TEST(Scale, PlacesValues) {
         axis.reversed = c.reversed;
         const Scale scale = scaleOf(axis, c.range, 100);
         EXPECT_NEAR(scale.position(c.value), c.position, c.range.min < 1e5 ? 1e-9 : 0.01);
+        EXPECT_NEAR(scale.value(c.position) / c.value, 1, 1e-12) << c.value;
     }
     Axis axis;
     EXPECT_EQ(scaleOf(axis, {2, 4}, 100).position(1e308), 1e12);
