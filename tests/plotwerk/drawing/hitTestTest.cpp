@@ -5,7 +5,6 @@
 #include "tests/plotwerk/drawing/samples.h"
 #include "tests/plotwerk/model/documents.h"
 
-#include <algorithm>
 #include <cmath>
 #include <random>
 

@@ -183,6 +183,9 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
         {{12345600, 12345610}, linear, "0 2 4 6 8 10 | + 12345600"},
         {{0.001234, 0.001236}, linear, "1.2340 1.2345 1.2350 1.2355 1.2360 | \u00d710\u22123"},
         {{0.1234, 0.123401}, linear, "0.1234000 0.1234002 0.1234004 0.1234006 0.1234008 0.1234010"},
+        {{1, 1e8},
+         [](Axis &axis) { axis.logarithmic = true, axis.labelDensity = 0.3; },
+         "100 102 104 106 108"},
         // two numbers at least, however few are asked for
         {{0, 7}, [](Axis &axis) { axis.labelDensity = 0.1; }, "0 5"},
         {{5, 2000},
@@ -286,10 +289,11 @@ TEST(Ticks, HaveSmallOnesBetweenThem) {
               marksFor(axis, {1e-300, 1e300}).numbers.size());
 }
 
-TEST(Numbers, HaveNoSignBeforeZero) {
+TEST(Numbers, HaveNoSignBeforeZeroAndPowersAsSuperscripts) {
     const NumberFormat format{.decimals = 1};
     EXPECT_EQ(plainTextOf(numberText(-0.04, format)), "0.0");
     EXPECT_EQ(plainTextOf(numberText(-0.06, format)), "\u22120.1");
+    EXPECT_EQ(commonText({.exponent = 6}).back().script, 1);
 }
 
 // Every axis has at least one number, few ticks, all within its limits, and none of its numbers
