@@ -554,14 +554,3 @@ TEST(Rows, ShowVeryManyCurvesWithoutShades) {
     EXPECT_GT(greysOf(5000), 2U);
     EXPECT_EQ(greysOf(5001), 2U);
 }
-
-TEST(Rows, AreAllOfThePicture) {
-    Document document = documentWith({0, 1}, {0, 1});
-    document.frame.xAxisLength = 60;
-    document.frame.yAxisLength = 25; // more than is drawn at once
-    const Picture picture(document);
-    int rows = 0;
-    drawRows(pageOf(picture), [&](unsigned char *) { ++rows; });
-    EXPECT_EQ(rows, rasterSizeOf(pageOf(picture)).height);
-    EXPECT_NEAR(rows, picture.page().height() * 300 / 72, 1);
-}
