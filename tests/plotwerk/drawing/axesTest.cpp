@@ -416,8 +416,10 @@ TEST(Titles, StandBesideTheNumbersOrAtTheEndsOfCrossingAxes) {
     document.axes[yAxis].title = document.title = "Title";
     EXPECT_NEAR(titlesOf(document).top, -2 * 8.25 - 3.5 - height - 7 - height, 1.5);
 
-    document.frame.xAxisPos = -100; // no farther than the frame
-    EXPECT_EQ(placed(document).line[xAxis], 100);
+    for (const double position : {-100.0, 100.0}) { // no farther than the frame
+        document.frame.xAxisPos = position;
+        EXPECT_EQ(placed(document).line[xAxis], position < 0 ? 100 : 0);
+    }
 }
 
 TEST(Axes, HaveFiveNumbersOnThreeCentimetres) {

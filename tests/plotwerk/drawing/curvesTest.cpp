@@ -547,6 +547,7 @@ TEST(Rows, ShowVeryManyCurvesWithoutShades) {
         const auto [width, height] = rasterSizeOf(pageOf(picture));
         int y = 0;
         drawRows(pageOf(picture), [&, middle = width / 2, rows = height](const unsigned char *row) {
+            EXPECT_EQ(row[0] & row[1] & row[2], 255) << "white from the first dot on";
             if (++y > rows / 3 && y < rows * 2 / 3) greys.insert(row[3 * middle]);
         });
         return greys.size();
