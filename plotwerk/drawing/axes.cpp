@@ -72,7 +72,6 @@ static void addTicks(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &ax
 static void drawTicks(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &axis) {
     addTicks(cr, frame, axis, axis.marks.ticks, frame.tickLength);
     addTicks(cr, frame, axis, axis.marks.smallTicks, 0.5 * frame.tickLength);
-    cairo_set_line_width(cr, frame.thickness);
     cairo_stroke(cr);
 }
 
@@ -96,7 +95,6 @@ static void drawArrow(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &a
         cairo_translate(cr, line, reversed ? frame.height : 0);
         cairo_rotate(cr, reversed ? G_PI / 2 : -G_PI / 2);
     }
-    cairo_set_line_width(cr, frame.thickness);
     strokeLine(cr, {0, 0}, {headLength, 0});
     cairo_stroke(cr);
     cairo_move_to(cr, 2 * headLength, 0);
@@ -108,7 +106,6 @@ static void drawArrow(cairo_t *cr, const PlacedFrame &frame, const PlacedAxis &a
 }
 
 static void drawLines(cairo_t *cr, const PlacedFrame &frame) {
-    cairo_set_line_width(cr, frame.thickness);
     const bool whole = std::all_of(frame.axes.begin(), frame.axes.end(),
                                    [](const PlacedAxis &axis) { return axis.drawn; });
     if (frame.closed && whole) {
@@ -132,6 +129,7 @@ static void drawLines(cairo_t *cr, const PlacedFrame &frame) {
 void drawAxes(cairo_t *cr, const PlacedFrame &frame) {
     setGrey(cr, 0);
     if (frame.thickness > 0) {
+        cairo_set_line_width(cr, frame.thickness);
         for (const PlacedAxis &axis : frame.axes) {
             if (!axis.drawn) continue;
             drawTicks(cr, frame, axis);

@@ -156,7 +156,7 @@ static Path interpolated(Line line, const Path &path, int points, const DrawnCur
         while (end < path.size() && !isBreak(path[end])) ++end;
         const Point *part = path.data() + begin;
         const std::size_t n = end - begin;
-        if (n > 0 && spline && isStrictlyMonotonic(part, n))
+        if (spline && isStrictlyMonotonic(part, n))
             addSpline(line, part, n, points);
         else if (n > 0)
             addStraight(line, part, n, points, frame.scales[curve.horizontalAxis()],

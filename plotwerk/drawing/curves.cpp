@@ -113,7 +113,7 @@ void drawCurve(cairo_t *cr, const DrawnCurve &curve, const ScaledFrame &frame,
             fillRings(cr, areasBetween(path, baseOf(curve, frame, settings), frame.box()), look,
                       frame, resolution);
         if (look.line) {
-            if (settings.noLineOnReverse)
+            if (settings.noLineOnReverse && !fitted) // a formula never runs back
                 path = brokenOnReverse(path, frame.scales[curve.horizontalAxis()].reversed);
             drawLine(cr, path, look, frame, resolution);
         }

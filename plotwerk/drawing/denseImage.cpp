@@ -121,12 +121,11 @@ void DenseImage::fill(const std::vector<Path> &rings) {
     // and where it was changed
     std::vector<int> changes(static_cast<std::size_t>(columns));
     std::vector<std::uint64_t> changed(changes.size() / 64 + 1);
-    std::vector<Edge> active;
+    std::vector<Edge> active; // none behind a ring's end
     for (const Path &ring : rings) {
         Path pixels(ring.size());
         std::ranges::transform(ring, pixels.begin(), [&](const Point &p) { return pixelAt(p); });
         const std::vector<Edge> edges = edgesOf(pixels, rows);
-        active.clear();
         auto next = edges.begin();
         for (int y = 0; next != edges.end() || !active.empty(); ++y) {
             if (active.empty()) y = next->begin;
@@ -273,16 +272,18 @@ static void paintThrough(cairo_t *target, cairo_surface_t *mask) {
 
 // As an image of half the size, with the part of each four pixels that is set.
 Surface DenseImage::halved() const {
-    Surface surface(cairo_image_surface_create(CAIRO_FORMAT_A8, columns / 2, rows / 2));
+    const int width = columns / 2;
+    const int height = rows / 2;
+    Surface surface(cairo_image_surface_create(CAIRO_FORMAT_A8, width, height));
     requireDrawn(cairo_surface_status(surface.get()));
     cairo_surface_flush(surface.get());
     const int stride = cairo_image_surface_get_stride(surface.get());
-    for (int y = 0; y < rows / 2; ++y) {
+    for (int y = 0; y < height; ++y) {
         unsigned char *dots =
             cairo_image_surface_get_data(surface.get()) + std::ptrdiff_t{y} * stride;
         const std::uint64_t *upper = &bits[static_cast<std::size_t>(2 * y) * wordsPerRow];
         const std::uint64_t *lower = upper + wordsPerRow;
-        for (int x = 0; x < columns / 2; ++x) {
+        for (int x = 0; x < width; ++x) {
             const int shift = 2 * x % 64;
             const std::uint64_t four =
                 (upper[x / 32] >> shift & 3) << 2 | (lower[x / 32] >> shift & 3);

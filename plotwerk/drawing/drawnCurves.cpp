@@ -10,8 +10,9 @@ namespace plotwerk {
 std::vector<DrawnCurve> drawnCurvesOf(const Document &document) {
     std::vector<DrawnCurve> curves;
     for (const PlottedCurve &each : plottedCurves(document))
-        curves.push_back({&tableOf(document, each.curve), &columnOf(document, each.curve),
-                          each.xErrors, each.yErrors, each.curve.index});
+        curves.push_back({&document.sources[each.curve.source], &tableOf(document, each.curve),
+                          &columnOf(document, each.curve), each.xErrors, each.yErrors,
+                          each.curve.index});
     std::stable_sort(curves.begin(), curves.end(), [](const DrawnCurve &a, const DrawnCurve &b) {
         return a.column->look.layer < b.column->look.layer;
     });

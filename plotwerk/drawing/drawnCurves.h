@@ -9,6 +9,7 @@
 namespace plotwerk {
 
 struct DrawnCurve {
+    const Source *source = nullptr;
     const Table *table = nullptr;
     const Column *column = nullptr;
     Errors xErrors{}; // shown as bars

@@ -140,12 +140,7 @@ static double distanceFrom(const Point &p, const DrawnCurve &curve, const Slices
                            const ScaledFrame &frame, const Document &document) {
     const CurveLook &look = curve.column->look;
     const auto fitted = look.line ? FittedCurve::of(document, curve) : std::nullopt;
-    if (fitted) {
-        Path line = fitted->line(curve, frame);
-        if (document.frame.noLineOnReverse)
-            line = brokenOnReverse(line, frame.scales[curve.horizontalAxis()].reversed);
-        return std::sqrt(squaredDistance(p, line, true));
-    }
+    if (fitted) return std::sqrt(squaredDistance(p, fitted->line(curve, frame), true));
     const auto distance = [&](Path points) {
         return squaredDistance(p, std::move(points), curve, frame, document.frame);
     };

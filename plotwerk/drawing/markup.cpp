@@ -171,6 +171,7 @@ class MarkupReader {
         bool operator==(const Style &) const = default;
     };
 
+    // Nothing beyond the end, and before the beginning, where i has wrapped around.
     char at(std::size_t i) const { return i < source.size() ? source[i] : '\0'; }
 
     std::string_view from(std::size_t i) const { return std::string_view(source).substr(i); }
@@ -252,7 +253,7 @@ class MarkupReader {
     }
 
     std::size_t readEmphasis(std::size_t i, std::size_t end, Style style, int depth) {
-        if (depth == deepest || (i > 0 && isOfWord(source[i - 1]))) return i;
+        if (depth == deepest || isOfWord(at(i - 1))) return i;
         const std::size_t stars = at(i + 1) == '*' ? 2 : 1;
         const std::size_t close = closingStars(i + stars, end, stars);
         if (close == i) return i;
@@ -339,7 +340,7 @@ class MarkupReader {
 
     std::size_t endOfPlainSubscript(std::size_t underscore) const {
         std::size_t wordBegin = underscore;
-        while (wordBegin > 0 && isOfWord(source[wordBegin - 1])) --wordBegin;
+        while (isOfWord(at(wordBegin - 1))) --wordBegin;
         for (std::size_t i = wordBegin; isOfWord(at(i)); ++i)
             if (at(i) == '_' && at(i + 1) != '{' && endOfSubscript(i) == i) return underscore;
         return endOfSubscript(underscore);
@@ -363,11 +364,11 @@ class MarkupReader {
 
     // Whether one letter, a sign or a bracket stands there, perhaps in italics.
     bool isSingleBefore(std::size_t end) const {
-        while (end > 0 && source[end - 1] == '*') --end;
+        while (at(end - 1) == '*') --end;
         std::size_t begin = end;
-        while (begin > 0 && isOfWord(source[begin - 1])) --begin;
-        if (begin == end) return end > 0 && (source[end - 1] == ')' || source[end - 1] == ']');
-        if (begin > 0 && endOfSign(begin - 1) == end) return true;
+        while (isOfWord(at(begin - 1))) --begin;
+        if (begin == end) return at(end - 1) == ')' || at(end - 1) == ']';
+        if (endOfSign(begin - 1) == end) return true;
         return isLetter(source[begin]) && begin + plw::firstCharacter(from(begin)).size() == end;
     }
 

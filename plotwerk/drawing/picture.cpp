@@ -18,21 +18,19 @@ Picture::Picture(const Document &document_, const FrameSize &size)
     const Context cr(cairo_create(recording.get()));
     drawAnnotations(cr.get());
     requireDrawn(cairo_status(cr.get()));
-    double left = 0;
-    double top = 0;
-    double width = 0;
-    double height = 0;
-    cairo_recording_surface_ink_extents(recording.get(), &left, &top, &width, &height);
+    cairo_rectangle_t ink{};
+    cairo_recording_surface_ink_extents(recording.get(), &ink.x, &ink.y, &ink.width, &ink.height);
 
     double around = 0; // how far curves reach beyond the frame
     for (const DrawnCurve &curve : curves) around = std::max(around, reachOf(curve));
     const Box plot = frame.box().grownBy(around);
     const Box reach = frame.box().grownBy(farthest);
-    pageBox.left = std::floor(std::max(std::min(left, plot.left), reach.left) - margin);
-    pageBox.top = std::floor(std::max(std::min(top, plot.top), reach.top) - margin);
-    pageBox.right = std::ceil(std::min(std::max(left + width, plot.right), reach.right) + margin);
+    pageBox.left = std::floor(std::max(std::min(ink.x, plot.left), reach.left) - margin);
+    pageBox.top = std::floor(std::max(std::min(ink.y, plot.top), reach.top) - margin);
+    pageBox.right =
+        std::ceil(std::min(std::max(ink.x + ink.width, plot.right), reach.right) + margin);
     pageBox.bottom =
-        std::ceil(std::min(std::max(top + height, plot.bottom), reach.bottom) + margin);
+        std::ceil(std::min(std::max(ink.y + ink.height, plot.bottom), reach.bottom) + margin);
 }
 
 void Picture::drawAnnotations(cairo_t *cr) const {

@@ -3,7 +3,6 @@
 #include "plotwerk/drawing/curveSample.h"
 #include "plotwerk/drawing/markup.h"
 #include "plotwerk/model/parameterText.h"
-#include "util/text/charclass.h"
 
 #include <algorithm>
 #include <charconv>
@@ -34,16 +33,14 @@ static void append(RichText &text, RichText more) {
 static RichText printedNumbers(std::string_view text) {
     RichText printed = plain("");
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool exponent = text[i] == 'e' && i > 0 && plw::isDigit(text[i - 1]);
-        if (!exponent) {
+        if (text[i] != 'e') {
             printed.back().text += text[i] == '-' ? "\u2212" : std::string(1, text[i]);
             continue;
         }
         const char *begin = text.data() + i + 1;
-        if (i + 1 < text.size() && *begin == '+') ++begin;
+        if (*begin == '+') ++begin; // which from_chars doesn't read
         int power = 0;
-        const auto [end, error] = std::from_chars(begin, text.data() + text.size(), power);
-        if (error != std::errc()) continue;
+        const char *end = std::from_chars(begin, text.data() + text.size(), power).ptr;
         printed.back().text += "\u00d710";
         TextRun raised;
         raised.text = (power < 0 ? "\u2212" : "") + std::to_string(std::abs(power));
@@ -122,15 +119,7 @@ static std::string today() {
     return {text, std::strftime(text, sizeof text, "%Y-%m-%d", &date)};
 }
 
-static const std::string &sourceOf(const Document &document, const Table *table) {
-    for (const Source &source : document.sources)
-        for (const Table &each : source.tables)
-            if (&each == table) return source.name;
-    return document.name;
-}
-
-static RichText legendText(const Document &document, const std::vector<DrawnCurve> &curves,
-                           std::size_t lines) {
+static RichText legendText(const std::vector<DrawnCurve> &curves, std::size_t lines) {
     std::vector<const DrawnCurve *> listed;
     std::map<std::string_view, int> namesakes;
     for (const DrawnCurve &curve : curves) {
@@ -156,7 +145,7 @@ static RichText legendText(const Document &document, const std::vector<DrawnCurv
         append(text, plain("\u2002"));
         append(text, nameText(column.name));
         if (namesakes[column.name] < 2) continue;
-        const std::string &source = sourceOf(document, listed[i]->table);
+        const std::string &source = listed[i]->source->name;
         append(text, plain(column.name.empty() ? source : " (" + source + ")"));
     }
     if (shown < listed.size()) append(text, plain(shown > 0 ? "\n\u2026" : "\u2026"));
@@ -174,7 +163,7 @@ RichText filledText(std::string_view text, const Document &document,
         if (size > longestFilled) return RichText{};
         RichText filled;
         if (field == "legend")
-            filled = legendText(document, curves, std::max<std::size_t>(legendLines, 1));
+            filled = legendText(curves, std::max<std::size_t>(legendLines, 1));
         else if (field == "formula")
             filled = richTextOf(document.formula);
         else if (field == "parameters")

@@ -259,8 +259,8 @@ static std::vector<double> smallLogTicks(const Axis &axis, const Scale &scale,
 static AxisMarks decadeMarks(const Axis &axis, const Scale &scale, double closest,
                              const NumbersFit &fit) {
     AxisMarks marks;
-    int n = std::max(axis.logNumbersAt, 1);
-    if (axis.logNumbersAt < 1) {
+    int n = axis.logNumbersAt;
+    if (n < 1) {
         for (const int step : {1, 2, 3, 5, 10, 20, 50, 100, 200}) {
             const std::vector<double> values = digitsOfDecades(scale, {1}, step);
             if (step > 1 && values.size() < 2) break;

@@ -249,8 +249,6 @@ Typesetter::Typesetter()
     pango_context_set_font_description(context.get(), font);
     pango_font_description_free(font);
 
-    // one unit of length is a point, on screen and on paper alike
-    pango_cairo_context_set_resolution(context.get(), 72);
     cairo_font_options_t *options = cairo_font_options_create();
     cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
     cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);

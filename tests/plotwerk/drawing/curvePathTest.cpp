@@ -30,8 +30,15 @@ TEST(CurvePath, ClipsAtTheBox) {
         {"passes a corner by", {{-5, 8}, {3, 18}}, ""},
         {"far away", {{5, 5}, {5, 1e12}}, "5,5 5,10 |"},
         {"gap", {{1, 1}, pathBreak, {2, 2}, {3, 3}}, "1,1 | 2,2 3,3"},
-        {"point", {{1, 1}, pathBreak, {20, 20}}, "1,1 |"},
-        {"empty", {}, ""},
+        {"gap outside", {{20, 20}, pathBreak, {30, 5}, {40, 5}, pathBreak, {1, 1}}, "1,1"},
+        {"gaps",
+         {pathBreak, {1, 1}, pathBreak, pathBreak, {2, 2}, {2, 20}, pathBreak, {3, 3}},
+         "1,1 | 2,2 2,10 | 3,3"},
+        {"along the sides", {{0, -5}, {0, 5}, {10, 5}, {10, 15}}, "0,0 0,5 10,5 10,10 |"},
+        {"beside the sides", {{-1, -5}, {-1, 15}, {15, 15}, {15, -1}, {-1, -1}}, ""},
+        {"slanted",
+         {{-2, 3}, {4, -3}, {14, 7}, {7, 14}, {-4, 3}},
+         "0,1 1,0 | 7,0 10,3 | 3,10 0,7 |"},
     };
     for (const auto &c : cases) EXPECT_EQ(described(clippedPath(c.path, box)), c.want) << c.what;
 }
@@ -46,6 +53,10 @@ TEST(CurvePath, AreasReachFromTheLineToTheBase) {
         {"inside", {{1, 5}, {3, 7}}, 10, "1,10 1,5 3,7 3,10;"},
         {"cut at a side", {{-2, 4}, {2, 8}}, 10, "0,10 0,6 2,8 2,10;"},
         {"cut at the top", {{2, 5}, {4, -5}}, 10, "2,10 2,5 3,0 4,0 4,10;"},
+        {"from top to bottom", {{0, -5}, {4, 15}}, 4, "0,4 0,0 1,0 3,10 4,10 4,4;"},
+        {"from bottom to top", {{4, 15}, {0, -5}}, 4, "4,4 4,10 3,10 1,0 0,0 0,4;"},
+        {"cut at both sides, backwards", {{15, 0}, {-5, 10}}, 10, "10,10 10,2.5 0,7.5 0,10;"},
+        {"upright", {{5, 2}, {5, 8}}, 10, "5,10 5,2 5,8 5,10;"},
         {"base outside", {{1, 5}, {3, 5}}, 1e9, "1,10 1,5 3,5 3,10;"},
         {"gap", {{1, 5}, {2, 5}, pathBreak, {4, 5}, {5, 5}}, 6, "1,6 1,5 2,5 2,6;4,6 4,5 5,5 5,6;"},
         {"outside", {{11, 5}, {12, 5}}, 10, ""},

@@ -7,6 +7,7 @@
 #include "plotwerk/drawing/curveSymbols.h"
 #include "plotwerk/drawing/denseImage.h"
 #include "plotwerk/drawing/raster.h"
+#include "plotwerk/drawing/screenStrokes.h"
 #include "plotwerk/drawing/symbols.h"
 #include "tests/plotwerk/drawing/samples.h"
 
@@ -39,7 +40,8 @@ class Coverage {
 
 TEST(Strokes, AreJoinedAndGoOnAcrossTheirParts) {
     Path level; // dashes begin anew behind a break
-    for (int i = 0; i <= 1200; ++i) level.push_back(i == 1003 ? pathBreak : Point{0.5 * i, 10});
+    for (int i = 0; i <= 1200; ++i)
+        level.push_back(i == 103 || i == 1003 ? pathBreak : Point{0.5 * i, 10});
     CurveLook look;
     look.lineThickness = 2;
     look.dashLength = {8, 4, 2, 6};
@@ -48,8 +50,8 @@ TEST(Strokes, AreJoinedAndGoOnAcrossTheirParts) {
         EXPECT_EQ(cairo_get_dash_count(cr), 0) << "what is drawn next has none";
     });
     for (int x = 0; x < 600; ++x) {
-        if (x == 501) continue; // the break
-        const int phase = (x < 501 ? x : x - 502) % 20;
+        if (x == 51 || x == 501) continue; // the breaks
+        const int phase = (x < 51 ? x : x < 501 ? x - 52 : x - 502) % 20;
         EXPECT_EQ(dashes.at(x, 9), phase < 8 || (phase >= 12 && phase < 14) ? 255 : 0) << x;
     }
     look.dashLength = {0, 0, 0, 0}; // no dashes at all
@@ -58,7 +60,8 @@ TEST(Strokes, AreJoinedAndGoOnAcrossTheirParts) {
 
     look.lineColour.opacity = 0.5;
     const Coverage clear(600, 20, [&](cairo_t *cr) { strokePath(cr, level, look, false, {}); });
-    for (int x = 0; x < 600; ++x) EXPECT_NEAR(clear.at(x, 9), x == 501 ? 0 : 128, 1) << x;
+    for (int x = 0; x < 600; ++x)
+        EXPECT_NEAR(clear.at(x, 9), x == 51 || x == 501 ? 0 : 128, 1) << x;
 
     look.lineColour.opacity = 1;
     Path stairs;
@@ -72,7 +75,7 @@ TEST(Strokes, AreJoinedAndGoOnAcrossTheirParts) {
 }
 
 TEST(Strokes, OfManyPointsAreAnImageWithTheSameGaps) {
-    Path path = {{5, 5}, {25, 5}, pathBreak, {32, 5}, pathBreak};
+    Path path = {{1, 5}, pathBreak, {8, 5}, {25, 5}, pathBreak, {32, 5}, pathBreak};
     for (int i = 0; i < 10001; ++i) path.push_back({40.0 + i % 2, 5});
     CurveLook look;
     look.lineColour.opacity = 0.5;
@@ -80,7 +83,9 @@ TEST(Strokes, OfManyPointsAreAnImageWithTheSameGaps) {
     const Coverage seen(60, 10, [&](cairo_t *cr) {
         strokePath(cr, path, look, false, {0, 0, 60, 10});
     });
-    for (const auto &[x, there] : {std::pair(10, true),
+    for (const auto &[x, there] : {std::pair(1, true),
+                                   {6, false},
+                                   {10, true},
                                    {24, true},
                                    {28, false},
                                    {32, true},
@@ -88,6 +93,61 @@ TEST(Strokes, OfManyPointsAreAnImageWithTheSameGaps) {
                                    {40, true},
                                    {50, false}})
         EXPECT_NEAR(seen.at(x, 5), there ? 128 : 0, 6) << x; // the image lies between the pixels
+}
+
+TEST(Strokes, AreVectorsUpToTenThousandPointsWhereClear) {
+    for (const std::size_t points : {10'000U, 10'001U})
+        for (const double opacity : {0.5, 1.0}) {
+            Path path;
+            for (std::size_t i = 0; i < points; ++i)
+                path.push_back({0.01 * static_cast<double>(i), i % 2 == 0 ? 0.0 : 5.0});
+            CurveLook look;
+            look.lineColour.opacity = opacity;
+            const auto drawn = drawnBy([&](cairo_t *cr) {
+                strokePath(cr, path, look, false, {0, 0, 101, 5});
+            });
+            EXPECT_EQ(drawn.size(), opacity == 1 ? (points + 199) / 200 : points == 10'000U);
+        }
+}
+
+// Lines of a screen that are nearly upright are boxes, fifty at once; a path of them alone leaves
+// no dot behind.
+TEST(Strokes, OfManyPointsOnAScreenAreBoxesAndLines) {
+    const auto drawn = [](const Path &path, double thickness) {
+        CurveLook look;
+        look.lineThickness = thickness;
+        return drawnBy([&](cairo_t *cr) { strokeOnScreen(cr, path, look, {0, 0, 900, 100}, 0.5); });
+    };
+    Path path = {{0, 0},  {5, 0},    {10, 0}, {11, 9}, {15, 9},  pathBreak,
+                 {20, 0}, pathBreak, {25, 5}, {25, 0}, pathBreak};
+    while (path.size() < 511) path.push_back({30, path.size() % 2 == 0 ? 20.0 : 30.0});
+    std::string first;
+    std::string strokes;
+    int fills = 0;
+    for (const Drawn &each : drawn(path, 2)) {
+        if (each.thickness == 0 && ++fills == 1) first = described(each.path);
+        if (each.thickness > 0)
+            strokes +=
+                std::to_string(std::lround(each.thickness)) + ": " + described(each.path) + "; ";
+    }
+    EXPECT_EQ(first, "9.5,-0.785156 11.5,-0.785156 11.5,9.78516 9.5,9.78516");
+    EXPECT_EQ(fills, 11) << "of 501 boxes";
+    EXPECT_EQ(strokes, "2: 0,0 10,0 | 11,9 15,9 | 20,0; 6: 20,0 20,0; ");
+    path[3].x = 11.01; // no longer upright
+    EXPECT_EQ(drawn(path, 2).size(), 12U);
+    EXPECT_EQ(drawn(path, 8).front().thickness, 0);
+    EXPECT_EQ(drawn(path, 8.01).front().thickness, 8.01) << "too thick for boxes";
+    path.resize(501);
+    EXPECT_EQ(drawn(path, 2).front().thickness, 0);
+    path.resize(500);
+    EXPECT_EQ(drawn(path, 2).front().thickness, 2) << "few points";
+
+    for (const std::size_t points : {20'000U, 20'001U}) {
+        Path slanted;
+        for (std::size_t i = 0; i < points; ++i)
+            slanted.push_back({i % 2 == 0 ? 0.0 : 20.0, static_cast<double>(i % 100)});
+        EXPECT_EQ(drawn(slanted, 2).size(), points == 20'000U ? 1000U : 0U);
+    }
 }
 
 // Many points are drawn as an image: it marks the pixels that cairo paints.
@@ -161,9 +221,13 @@ TEST(DenseImage, HasThePixelsOfWhatItStandsFor) {
     const std::vector<Point> points = {{40.6, 50.2}, {79.7, 50.3}, {60.1, 49.8}};
     std::vector<Point> many; // are stamped otherwise
     for (int i = 0; i < 2000; ++i) many.insert(many.end(), points.begin(), points.end());
+    std::vector<std::vector<int>> all;
     for (const auto &stamped : {points, many}) {
         DenseImage stamps(box, 72 * scale);
         stamps.stamp(stamped, 20, shape);
+        const Coverage got = seen([&](cairo_t *cr) { stamps.paintOn(cr); });
+        all.emplace_back();
+        for (int i = 0; i < 240 * 400; ++i) all.back().push_back(got.at(i % 400, i / 400));
         expectSame("stamps", stamps, [&](cairo_t *cr) {
             for (const Point &p : points) {
                 cairo_save(cr);
@@ -174,6 +238,72 @@ TEST(DenseImage, HasThePixelsOfWhatItStandsFor) {
             }
         });
     }
+    EXPECT_EQ(all[0], all[1]);
+
+    DenseImage large({0, 0, 2000, 2000}, 600); // in 50 megapixels
+    large.addLine({0, 20}, {40, 20}, 0);
+    const Coverage thin(40, 40, [&](cairo_t *cr) { large.paintOn(cr); });
+    int ink = 0;
+    for (int y = 0; y < 40; ++y) ink += thin.at(20, y);
+    EXPECT_NEAR(ink, 255 / std::sqrt(50e6 / 4e6), 8) << "a pixel";
+}
+
+// Each dot of a screen has as much of the colour as its four pixels.
+TEST(DenseImage, ShadesTheDotsOfAScreen) {
+    const Box box{10.3, 20.7, 110, 80};
+    const auto addTo = [](DenseImage &image) {
+        image.addLine({20, 30}, {93, 71}, 3);
+        image.fill({{{50, 30}, {100, 21}, {105, 77}}});
+    };
+    const Coverage dots(240, 180, [&](cairo_t *cr) {
+        cairo_scale(cr, 2, 2);
+        DenseImage image = DenseImage::onScreen(cr, box, 0.25);
+        addTo(image);
+        image.paintOn(cr);
+    });
+    const Coverage pixels(480, 360, [&](cairo_t *cr) {
+        cairo_scale(cr, 4, 4);
+        DenseImage image({10, 20.5, 110, 80}, 4 * 72);
+        addTo(image);
+        image.paintOn(cr);
+    });
+    std::set<int> seen;
+    for (int y = 0; y < 180; ++y)
+        for (int x = 0; x < 240; ++x) {
+            const int four = pixels.at(2 * x, 2 * y) + pixels.at(2 * x + 1, 2 * y) +
+                             pixels.at(2 * x, 2 * y + 1) + pixels.at(2 * x + 1, 2 * y + 1);
+            ASSERT_EQ(dots.at(x, y), four / 4) << x << ' ' << y;
+            seen.insert(four);
+        }
+    EXPECT_EQ(seen.size(), 5U);
+}
+
+TEST(Curves, OfManyPointsHaveShadesOfQuartersOnAScreen) {
+    std::vector<double> x;
+    std::vector<double> y;
+    for (int i = 0; i < 60'000; ++i) {
+        x.push_back(std::fmod(i * 0.61803, 1));
+        y.push_back(std::fmod(i * 0.41421, 1));
+    }
+    for (const int kind : {0, 1, 2}) {
+        Document document = documentWith(x, y);
+        for (Axis &axis : document.axes) axis.range = {-0.5, 1.5};
+        CurveLook &look = onlyCurve(document).look;
+        look.line = kind == 0;
+        look.filled = kind == 1;
+        look.symbols = kind == 2;
+        look.fillColour = Colour{};
+        look.symbol = {2, 0, 0, 0};
+        look.symbolSize = 3;
+        const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
+        const ScaledFrame frame = scaledFrameOf(document, curves);
+        const Coverage dots(340, 226,
+                            [&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0.5); });
+        std::set<int> greys;
+        for (int row = 0; row < 226; ++row)
+            for (int column = 0; column < 340; ++column) greys.insert(dots.at(column, row));
+        EXPECT_EQ(greys, (std::set<int>{0, 63, 127, 191, 255})) << kind;
+    }
 }
 
 // "THICKNESS: PATH; ...", 0 for what is filled.
@@ -181,7 +311,8 @@ static std::string drawnText(const std::function<void(cairo_t *)> &draw) {
     std::string text;
     for (const Drawn &each : drawnBy(draw)) {
         char thickness[32];
-        std::snprintf(thickness, sizeof thickness, "%g: ", each.thickness);
+        std::snprintf(thickness, sizeof thickness, "%g%s: ", each.thickness,
+                      each.dashed ? " dashed" : "");
         text += (text.empty() ? "" : "; ") + (thickness + described(each.path));
     }
     return text;
@@ -201,9 +332,10 @@ TEST(Samples, ShowLooksInTheSizeOfType) {
         {"line", [](L look) { look.line = look.marker = true; }, level},
         {"thick", [](L look) { look.line = true, look.lineThickness = 9; }, "6" + level.substr(1)},
         {"no thickness", [](L look) { look.line = true, look.lineThickness = 0; }, ""},
-        {"drop lines", [](L look) { look.marker = look.xError = true; }, upright},
+        {"dashes", [](L look) { look.line = look.dashed = true; }, "1 dashed" + level.substr(1)},
+        {"drop lines", [](L look) { look.marker = look.xError = look.dashed = true; }, upright},
         {"errors of y", [](L look) { look.yError = true; }, upright},
-        {"errors of x", [](L look) { look.xError = true; }, level},
+        {"errors of x", [](L look) { look.xError = look.dashed = true; }, level},
         {"symbols", [](L look) { look.symbols = look.yError = look.xError = true; }, symbol},
         {"symbols on a line", [](L look) { look.symbols = look.line = true; },
          level + "; " + symbol},
@@ -236,35 +368,24 @@ TEST(Samples, ShowLooksInTheSizeOfType) {
             }
 }
 
-TEST(Curves, WithoutThicknessHaveSymbolsOnly) {
+TEST(Curves, WithoutThicknessHaveSymbolsOnlyOfEverySizeButNone) {
     Document document = documentWith({1, 3, 5}, {1, 3, unset});
     document.sources[0].tables[0].y.push_back(column("y error", {1, 1, 1}));
     CurveLook &look = onlyCurve(document).look;
     look.line = look.marker = look.yError = look.symbols = true;
-    look.symbol = {14, 0, 0, 0};
-    look.lineThickness = 0;
-    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-    const ScaledFrame frame = scaledFrameOf(document, curves);
-    const auto drawn = drawnBy([&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0); });
-    ASSERT_EQ(drawn.size(), 2U);
-    for (const Drawn &each : drawn) EXPECT_EQ(each.thickness, 0.25);
-}
-
-TEST(Curves, HaveSymbolsOfEverySizeButNone) {
-    Document document = documentWith({1, 3, 5}, {1, 3, 2});
-    CurveLook &look = onlyCurve(document).look;
-    look.line = false;
-    look.symbols = true;
     look.symbol = {14, 0, 0, 0}; // a level line of 1.2 sizes
-    for (const double size : {0.0, 0.5, 1.0, 2.0, 40.0}) {
+    look.lineThickness = 0;
+    for (const double size : {0.0, 0.5, 2.0, 40.0}) {
         look.symbolSize = size;
         const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
         const ScaledFrame frame = scaledFrameOf(document, curves);
         const auto drawn =
             drawnBy([&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0); });
-        EXPECT_EQ(drawn.size(), size > 0 ? 3U : 0U) << size;
-        for (const Drawn &each : drawn)
+        EXPECT_EQ(drawn.size(), size > 0 ? 2U : 0U) << size;
+        for (const Drawn &each : drawn) {
+            EXPECT_EQ(each.thickness, std::min(0.25, size / 4));
             EXPECT_NEAR(each.path.back().x - each.path.front().x, 1.2 * size, 0.01);
+        }
     }
 }
 
@@ -287,6 +408,52 @@ TEST(Symbols, AreAsClearInsideAsTheirLines) {
         drawSymbol(cr, 1, {10, 10}, 16, 1, Colour{0, 0, 0, 0.5}, true);
     });
     EXPECT_NEAR(symbol.at(10, 10), 128, 1);
+}
+
+TEST(Symbols, HaveTheirShapes) {
+    const struct {
+        int code;
+        const char *path;
+    } shapes[] = {{0, "50,0 0,50 -50,0 0,-50 50,0"},
+                  {2, "45.2539,-45.2539 45.2539,45.2539 -45.2539,45.2539 -45.2539,-45.2539"},
+                  {4, "0,-68 58.8906,34 -58.8906,34"},
+                  {6, "0,-68 68,0 0,68 -68,0"},
+                  {8, "0,68 -58.8906,-34 58.8906,-34"},
+                  {10, "0,-60 0,60 | -60,0 60,0"},
+                  {11, "-48,-48 48,48 | -48,48 48,-48"},
+                  {12, "0,-60 0,60 | -60,0 60,0 | -48,-48 48,48 | -48,48 48,-48"},
+                  {13, "0,-60 0,60"},
+                  {14, "-60,0 60,0"},
+                  {15, "20,0 0,20 -20,0 0,-20 20,0"}};
+    const auto drawn = [](int code, bool whiteInside) {
+        return drawnText([&](cairo_t *cr) {
+            drawSymbol(cr, code, {0, 0}, 100, 1, {}, whiteInside);
+        });
+    };
+    for (const auto &[code, path] : shapes) {
+        const std::string outline = std::string("1: ") + path;
+        const std::string area = std::string("0: ") + path;
+        EXPECT_EQ(drawn(code, true), code < 10 || code == 15 ? area : outline) << code;
+        if (code >= 10) continue;
+        for (const bool white : {false, true}) EXPECT_EQ(drawn(code + 1, white), outline);
+    }
+    EXPECT_EQ(drawnBy([](cairo_t *cr) { drawSymbol(cr, 12, {}, 4, 2, {}, true); })[0].thickness, 1)
+        << "a quarter of it";
+}
+
+TEST(Symbols, AreThoseWithinTheFrameAndAHundredthOfAPoint) {
+    const Document document = documentWith({0, 1}, {0, 1});
+    const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+    CurveLook look;
+    look.symbol = {14, 0, 0, 0};
+    for (const double out : {0.009, 0.011})
+        EXPECT_EQ(
+            drawnBy([&](cairo_t *cr) {
+                drawSymbols(
+                    cr, {{-out, 50}, {50, -out}, {frame.width + out, 50}, {50, frame.height + out}},
+                    look, frame, 0);
+            }).size(),
+            out < 0.01 ? 4U : 0U);
 }
 
 TEST(Symbols, AreVectorsUpToTwentyThousand) {
@@ -380,21 +547,11 @@ TEST(Rows, ShowVeryManyCurvesWithoutShades) {
         const auto [width, height] = rasterSizeOf(pageOf(picture));
         int y = 0;
         drawRows(pageOf(picture), [&, middle = width / 2, rows = height](const unsigned char *row) {
+            EXPECT_EQ(row[0] & row[1] & row[2], 255) << "white from the first dot on";
             if (++y > rows / 3 && y < rows * 2 / 3) greys.insert(row[3 * middle]);
         });
         return greys.size();
     };
     EXPECT_GT(greysOf(5000), 2U);
     EXPECT_EQ(greysOf(5001), 2U);
-}
-
-TEST(Rows, AreAllOfThePicture) {
-    Document document = documentWith({0, 1}, {0, 1});
-    document.frame.xAxisLength = 60;
-    document.frame.yAxisLength = 25; // more than is drawn at once
-    const Picture picture(document);
-    int rows = 0;
-    drawRows(pageOf(picture), [&](unsigned char *) { ++rows; });
-    EXPECT_EQ(rows, rasterSizeOf(pageOf(picture)).height);
-    EXPECT_NEAR(rows, picture.page().height() * 300 / 72, 1);
 }

@@ -1,9 +1,12 @@
 #include "plotwerk/drawing/fittedCurve.h"
 
+#include "plotwerk/drawing/curves.h"
+#include "plotwerk/drawing/hitTest.h"
 #include "tests/plotwerk/drawing/samples.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace plotwerk;
@@ -78,11 +81,20 @@ TEST(FittedCurve, IsTheFormulaWhateverTheAxesShow) {
         for (const Range &range : {Range{}, Range{2, 40}, Range{0.5, 1e5}}) {
             document.axes[xAxis].logarithmic = logarithmic;
             document.axes[xAxis].range = range;
+            document.axes[xAxis].reversed = document.frame.noLineOnReverse = !logarithmic;
             const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
-            const Path line = lineOf(document);
+            Path line = lineOf(document);
             ASSERT_GT(line.size(), 100U);
+            const Point middle = line[line.size() / 2 + 10];
+            EXPECT_LT(nearestPoint(document, frame, middle)->distance, 1e-9);
+            const auto drawn = drawnBy([&](cairo_t *cr) {
+                drawCurve(cr, drawnCurvesOf(document)[0], frame, document, 0);
+            });
+            for (const Drawn &part : drawn) EXPECT_GT(part.path.size(), 1U);
+            EXPECT_TRUE(std::ranges::none_of(drawn[0].path, isBreak)) << "joined";
+            if (!logarithmic) std::ranges::reverse(line);
             for (std::size_t i = 1; i < line.size(); ++i)
-                EXPECT_LE(line[i].x - line[i - 1].x, pathResolution);
+                EXPECT_LE(std::abs(line[i].x - line[i - 1].x), pathResolution);
             for (const Point &point : line) {
                 const auto [x, y] = frame.valuesAt(point);
                 ASSERT_NEAR(y, 2 * std::log(x) + 3, 1e-9 * 30);
@@ -102,6 +114,10 @@ TEST(FittedCurve, HasABandThatHolds95Percent) {
         const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
         ASSERT_EQ(band.size(), 1U);
         ASSERT_EQ(band[0].size(), 2 * line.size());
+        onlyCurve(document).look.filled = absolute;
+        const auto drawn = drawnBy(
+            [&](cairo_t *cr) { drawBand(cr, drawnCurvesOf(document)[0], frame, document, 0); });
+        EXPECT_EQ(drawn.size(), absolute ? 1U : 0U);
         for (std::size_t i = 0; i < line.size(); i += 100) {
             const double x = frame.valuesAt(line[i]).x;
             const double half = frame.valuesAt(band[0][i]).y - (2 * x + 3);
@@ -151,6 +167,10 @@ TEST(FittedCurve, SkipsWhatLogarithmicAxesCannotShow) {
 TEST(FittedCurve, IsNoneOnceThePointsAreOthers) {
     const Document drawn = fitted("a*x+b", [](double x) { return 2 * x + 3; });
     EXPECT_FALSE(lineOf(drawn).empty());
+    Document beyond = drawn;
+    EXPECT_TRUE(nearestPoint(beyond, 30, 63));
+    beyond.axes[xAxis].range = {20000, 30000};
+    EXPECT_FALSE(nearestPoint(beyond, 20000, 63)) << "nothing of it is drawn";
     void (*const changes[])(Document &) = {
         [](Document &d) { onlyCurve(d).values[2] += 1; },
         [](Document &d) { onlyCurve(d).values[2] = unset; },

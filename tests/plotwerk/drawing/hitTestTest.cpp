@@ -5,74 +5,12 @@
 #include "tests/plotwerk/drawing/samples.h"
 #include "tests/plotwerk/model/documents.h"
 
-#include <algorithm>
 #include <cmath>
 #include <random>
 
 using namespace plotwerk;
 
 namespace {
-
-class RandomDocuments {
-  public:
-    Document next() {
-        Document document;
-        document.sources.push_back({"Data", {}});
-        for (int i = one(3); i > 0; --i) document.sources[0].tables.push_back(randomTable());
-        for (Axis &axis : document.axes) {
-            axis.logarithmic = chance(0.3);
-            axis.reversed = chance(0.3);
-            if (chance(0.3)) axis.range.min = within(0.01, 1);
-            if (chance(0.3)) axis.range.max = within(2, 200);
-        }
-        if (chance(0.3)) document.frame.xAxisPos = within(-5, 50);
-        document.frame.noLineOnReverse = chance(0.3);
-        document.frame.xAxisLength = within(1, 40);
-        return document;
-    }
-
-    double within(double low, double high) {
-        return std::uniform_real_distribution<double>(low, high)(random);
-    }
-
-  private:
-    bool chance(double part) { return within(0, 1) < part; }
-    int one(int most) { return static_cast<int>(within(1, most + 1)); }
-
-    std::vector<double> values(int n) {
-        const double offset = chance(0.5) ? 0 : within(-1000, 1000);
-        const double size = std::pow(10, within(-3, 5));
-        std::vector<double> result(static_cast<std::size_t>(n));
-        for (double &value : result)
-            value = chance(0.05) ? unset : offset + within(chance(0.5) ? 0 : -1, 1) * size;
-        return result;
-    }
-
-    Table randomTable() {
-        const int rows = one(30);
-        Table result =
-            table(values(rows), {column("a", values(rows)), column("b", values(rows)),
-                                 column("a error", values(rows)), column("x error", values(rows))});
-        for (Column &y : result.y) {
-            CurveLook &look = y.look;
-            look.layer = one(3);
-            look.upperX = chance(0.3);
-            look.rightY = chance(0.3);
-            look.line = chance(0.6);
-            look.stepped = chance(0.3);
-            look.filled = chance(0.4);
-            look.marker = chance(0.3);
-            look.symbols = chance(0.3);
-            look.xError = chance(0.3);
-            look.yError = chance(0.3);
-            look.interpolationPoints = one(3);
-            look.interpolationType = one(2) - 1;
-        }
-        return result;
-    }
-
-    std::mt19937_64 random{1};
-};
 
 struct Hit {
     int curve, index;
@@ -92,62 +30,6 @@ void PrintTo(const Hit &hit, std::ostream *out) {
 }
 
 } // namespace
-
-// From paper to values and back within 1e-9 points, or within the steps between doubles where a
-// scale is so narrow that these are wider.
-TEST(ScaledFrame, PlacesAndValuesAreInverse) {
-    RandomDocuments documents;
-    for (int i = 0; i < 300; ++i) {
-        const Document document = documents.next();
-        const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
-        const auto stepOf = [&](AxisCode axis) {
-            const Scale &scale = frame.scales[axis];
-            const double largest = std::max(std::abs(scale.min), std::abs(scale.max));
-            return scale.logarithmic ? 0 : 1e-15 * largest * scale.factor;
-        };
-        for (const AxisCode horizontal : {xAxis, upperXAxis})
-            for (const AxisCode vertical : {yAxis, rightYAxis}) {
-                const Point place{documents.within(-1, 2) * frame.width,
-                                  documents.within(-1, 2) * frame.height};
-                const ValuePair values = frame.valuesAt(place, horizontal, vertical);
-                const Point back = frame.at(values.x, values.y, horizontal, vertical);
-                EXPECT_NEAR(back.x, place.x, 1e-9 + stepOf(horizontal)) << i;
-                EXPECT_NEAR(back.y, place.y, 1e-9 + stepOf(vertical)) << i;
-            }
-    }
-}
-
-TEST(NearestPoint, IsThePointThatIsDrawnAtThePlace) {
-    RandomDocuments documents;
-    int points = 0;
-    for (int i = 0; i < 300; ++i) {
-        const Document document = documents.next();
-        const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-        const ScaledFrame frame = scaledFrameOf(document, curves);
-        const auto placeOf = [&](const DrawnCurve &curve, int row) {
-            return frame.at(curve.table->x.values[row], curve.column->values[row],
-                            curve.horizontalAxis(), curve.verticalAxis());
-        };
-        for (const DrawnCurve &curve : curves)
-            for (int row = 0; row < static_cast<int>(curve.table->x.values.size()); ++row) {
-                const Point place = placeOf(curve, row);
-                if (isBreak(place) || !frame.box().grownBy(500).contains(place)) continue;
-                const ValuePair values = frame.valuesAt(place);
-                const auto nearest = nearestPoint(document, values.x, values.y);
-                ASSERT_TRUE(nearest) << i << ": " << values.x << ", " << values.y;
-                const auto answered = std::find_if(curves.begin(), curves.end(), [&](auto &each) {
-                    return each.index == nearest->curve;
-                });
-                const Point found = placeOf(*answered, nearest->index);
-                EXPECT_LT(std::hypot(found.x - place.x, found.y - place.y), 1e-6)
-                    << i << ": row " << row << " of curve " << curve.index << ", not "
-                    << nearest->index << " of " << nearest->curve;
-                EXPECT_EQ(nearest->y, answered->column->values[nearest->index]);
-                ++points;
-            }
-    }
-    EXPECT_GT(points, 5000);
-}
 
 // A curve through the points, and another one of a single point.
 static Document curveAndPoint(std::vector<double> x, std::vector<double> y, double px, double py) {
@@ -230,6 +112,26 @@ TEST(NearestPoint, IsMeasuredOnPaper) {
         {"where it runs on, to the left", mirrored, 4, 5.5, {0, 0}},
     };
     for (const auto &c : cases) EXPECT_EQ(hitOf(c.document, c.x, c.y), c.want) << c.what;
+}
+
+// Rows are looked at in slices, first those whose limits are nearest to the place.
+TEST(NearestPoint, MayLieInASliceThatReachesLessFar) {
+    for (const bool wideFirst : {false, true})
+        for (const double direction : {-1.0, 1.0})
+            for (const bool ofX : {false, true}) {
+                std::vector<double> near(1000, 5);
+                std::vector<double> across(1000, 5);
+                for (std::size_t i = 0; i < 1000; ++i)
+                    if ((i < 256) == wideFirst)
+                        near[i] = across[i] = i % 2 == 0 ? 0 : 10; // about the place
+                    else
+                        near[i] += direction * (i == 999 || i == 255 ? 1 : 2);
+                Document document = ofX ? documentWith(near, across) : documentWith(across, near);
+                for (Axis &axis : document.axes) axis.range = {0, 10};
+                onlyCurve(document).look.line = false;
+                EXPECT_EQ(hitOf(document, 5, 5), (Hit{0, wideFirst ? 999 : 255}))
+                    << direction << ofX;
+            }
 }
 
 // Against all points, and all lines between them cut into small parts.

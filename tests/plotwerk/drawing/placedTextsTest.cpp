@@ -179,18 +179,28 @@ TEST(PlacedTexts, AreAnchoredInProportionAndHaveAGroundOverData) {
     std::vector<LaidText> framed;
     framed.push_back(laid({.text = "across the sine"}));
     LaidText &text = framed[0];
-    text.framed = true;
+    const PlacedFrame frame = frameOf(sineDocument(), {}, Typesetter());
     text.padding = 4;
     const double half[] = {text.text.ink().width() / 2 + 4, text.text.ink().height() / 2 + 4};
     for (const double angle : {0.0, 90.0, -90.0, 180.0}) {
         text.angle = angle;
         const bool level = std::fmod(angle, 180) == 0;
-        for (const Drawn &each : drawnBy([&](cairo_t *cr) { drawTexts(cr, framed); }))
-            for (std::size_t i = 0; each.thickness > 0 && i < each.path.size(); ++i) {
-                if (isBreak(each.path[i])) continue;
-                const Point corner = each.path[i];
-                EXPECT_NEAR(std::abs(corner.x - text.middle.x), half[!level], 0.01) << angle;
-                EXPECT_NEAR(std::abs(corner.y - text.middle.y), half[level], 0.01) << angle;
+        for (const bool ground : {false, true})
+            for (const bool overData : {false, true}) {
+                text.framed = !overData || !ground;
+                text.overData = overData;
+                std::vector<Drawn> drawn = drawnBy([&](cairo_t *cr) {
+                    ground ? drawGrounds(cr, framed, frame) : drawTexts(cr, framed);
+                });
+                std::erase_if(drawn,
+                              [&](auto &each) { return each.thickness != (ground ? 0 : 0.5); });
+                ASSERT_EQ(drawn.size(), 1U);
+                const double less = text.framed ? 0 : 2;
+                for (const Point &corner : drawn[0].path) {
+                    if (isBreak(corner)) continue;
+                    EXPECT_NEAR(std::abs(corner.x - text.middle.x), half[!level] - less, 0.01);
+                    EXPECT_NEAR(std::abs(corner.y - text.middle.y), half[level] - less, 0.01);
+                }
             }
     }
 }
@@ -297,10 +307,11 @@ TEST(Typesetter, SetsStylesAndLines) {
 
 TEST(MissingGlyphs, AreNamedOnceByAllChildren) {
     Document document;
-    document.texts = {{.text = "\U00012000"}, {.text = "\U00012000"}};
+    document.texts = {{.text = "a\U00012000\U0010fffd"}, {.text = "\U00012000"}};
     pdfOfDocument({});
     testing::internal::CaptureStderr();
     for (int i = 0; i < 2; ++i) inChild([&] { pdfOfDocument(document); });
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "plotwerkd: warning: no font that is installed has \U00012000 (U+12000)\n");
+              "plotwerkd: warning: no font that is installed has \U00012000 (U+12000), "
+              "\U0010fffd (U+10FFFD)\n");
 }

@@ -1,6 +1,7 @@
 #include "plotwerk/drawing/markup.h"
 
 #include <cmath>
+#include <glib.h>
 #include <gtest/gtest.h>
 
 using namespace plotwerk;
@@ -14,7 +15,7 @@ std::string described(const RichText &text) {
         std::string look = (run.bold ? "b" : "") + std::string(run.italic ? "i" : "");
         if (run.underline) look += 'u';
         for (const int script : {run.script, run.innerScript})
-            if (script != 0) look += script > 0 ? '^' : '_';
+            if (script != 0) look += script == 1 ? '^' : script == -1 ? '_' : '?';
         if (run.colour) {
             for (const double part : {run.colour->red, run.colour->green, run.colour->blue})
                 look += "#" + std::to_string(std::lround(255 * part));
@@ -43,6 +44,17 @@ TEST(RichText, ReadsRtf) {
         {R"({\rtf1\uc0\u228 b\uc2 \u228??c\uc1\u228\'e4d})", "\u00e4b\u00e4c\u00e4d"},
         {R"({\rtf1\u-10179?\u-8704?!\u-10179?x\u-8704?})", "\U0001f600!\ufffdx\ufffd"},
         {R"({\rtf1\u-10179?\b\u-8704?a\u-10179?})", "\ufffd<b>\ufffda\ufffd"},
+        {R"({\rtf1\u-10179?\u-10179?\u-8704?\u-9217?\u-8192?\u-10240?\u-8193?})",
+         "\ufffd\U0001f600\ufffd\ue000\U000103ff"},
+        {R"({\rtf1\b7 a\i0 b\up b\dn0 c\ul7\super0 d\sub0 e\up400 f\fs400 g\fs2 h\fs1 i})",
+         "<b>a<b>b<b+6>b<b>c<bu>d<bu>e<bu+400>f<bu400+400>g<bu2+400>h<bu2+400>i"},
+        {R"({\rtf1\uc2\u228\b{}b\u228\'e4\'e4c\uc200\u228 d\uc-1\u228 e})",
+         "\u00e4<>b\u00e4c\u00e4\u00e4e"},
+        {R"({\rtf1\sect\page\row\cell\emspace\enspace\rquote\ldblquote x})",
+         "\n\n\n\t\u2003\u2002\u2019\u201cx"},
+        {R"({\rtf1{\stylesheet x}{\pict x}{\object x}{\header x}{\headerl x}{\headerr x}{\headerf x}{\footer x}{\footerl x}{\footerr x}{\footerf x}{\footnote x}{\listtable x}{\filetbl x}{\revtbl x}{\nonshppict x}{\xe x}{\tc x}z})",
+         "z"},
+        {R"({\rtf1\u-10179?\tab\u-10179?\'e4})", "\ufffd\t\ufffd\u00e4"},
         {R"({\rtf1 {\uc0\u228}?})", "\u00e4<>?"}, // a group ends the characters to skip
         {R"({\rtf1 \'e4\'80\'81\'zz\'04})", "\u00e4\u20aczz"}, // neither unassigned nor control
         {"{\\rtf1 a\\par b\\line c\\tab d\\\t\\~e\\_f\\{\\}\\\\}",
@@ -62,6 +74,16 @@ TEST(RichText, ReadsRtf) {
         {R"({\rtf)", ""},
     };
     for (const auto &c : cases) EXPECT_EQ(described(richTextOf(c.rtf)), c.want) << c.rtf;
+
+    EXPECT_EQ(described(richTextOf(std::string_view("{\\rtf1\\u2281").substr(0, 11))), "\u00e4");
+    for (unsigned byte = 0x80; byte < 0x100; ++byte) {
+        const char character = static_cast<char>(byte);
+        gchar *want = g_convert(&character, 1, "UTF-8", "CP1252", nullptr, nullptr, nullptr);
+        char rtf[16];
+        std::snprintf(rtf, sizeof rtf, "{\\rtf1\\'%x", byte);
+        EXPECT_EQ(described(richTextOf(rtf)), want == nullptr ? "" : want) << byte;
+        g_free(want);
+    }
 
     std::string colours = "{\\rtf1{\\colortbl;";
     for (int i = 1; i <= 1000; ++i) colours += "\\red1;";
@@ -108,6 +130,19 @@ TEST(Markup, SpellsOutSignsScriptsAndEmphasis) {
         {"x_{-1} x_{a-1} x^{a-1} -1", "x<_>−1<> x<_>a-1<> x<^>a−1<> -1"},
         {"<name> <B> *<name>* \\<name>", "1<b#0#0#255>2<_>3<> <B> <i>1<bi#0#0#255>2<i_>3<> <name>"},
         {R"({\rtf1{\colortbl;\red255;}\cf1 <name>})", "<#255#0#0>1<b#0#0#255>2<_#255#0#0>3"},
+        {"**<name>** <12345678901234567890> <", "<b>1<b#0#0#255>2<b_>3<> <12345678901234567890> <"},
+        {R"({\rtf1\ul\fs24\up6 <name>})", "<u24+6>1<bu#0#0#25524+6>2<u_24+6>3"},
+        {"*_c **_c [a]_x \u00e4_x ab_x a1_x \\alpha{}_x b\\alpha_x a_x_y a_xy x_1a x_1_ x_1A "
+         "a_\\beta "
+         "a_b_{c} x_y1",
+         "*_c **_c [a]<_>x<> ä<_>x<> ab_x a1_x α_x bα<_>x<> a_x_y a_xy x_1a x_1_ x<_>1<>A a<_>β<> "
+         "a_b<_>c<> x_y1"},
+        {"10^\u22126 x^+y x^ab x^+ab x^1.a x^1.5.2 x^12a x^\u00e4 x^, x^-",
+         "10<^>−6<> x<^>+y<> x^ab x^+ab x<^>1<>.a x<^>1.5<>.2 x<^>12<>a x<^>ä<> x^, x<^>−"},
+        {"*a* b*c* *d*e *f *g* h* *i\\*j* *k^*l* * q*",
+         "<i>a<> b*c* <i>d<>e <i>f *g<> h* <i>i*j<> <i>k<i^>*<i>l<> * q*"},
+        {"x_{a\\}", "x_{a}"},
+        {"a_{*b* c} *a_{b}*", "a<i_>b<_> c<> <i>a<i_>b"},
         {"x^{<name>} x^{a_{<name>}}", "x<^>1<b^#0#0#255>2<^_>3<> x<^>a<^_>1<b^_#0#0#255>2<^_>3"},
     };
     const auto field = [](std::string_view name) -> std::optional<RichText> {
@@ -133,11 +168,13 @@ TEST(Markup, IsBounded) {
     for (const std::string &text : {nested, closed, braces, stars, '_' + braces, fields})
         EXPECT_LE(plainTextOf(readMarkup(richTextOf(text))).size(), 4096u) << text.substr(0, 20);
     EXPECT_TRUE(plainTextOf(readMarkup(richTextOf(closed))).starts_with("_{_{"));
-    for (const std::size_t depth : {20, 21}) {
-        std::string text;
-        for (std::size_t i = 0; i < depth; ++i) text += "a_{";
-        text.append(depth, '}');
-        EXPECT_EQ(plainTextOf(readMarkup(richTextOf(text))).find('_') == text.npos, depth <= 20)
-            << depth;
+    for (const std::string around : {"", "*"}) {
+        const std::size_t deepest = around.empty() ? 20 : 19;
+        for (const std::size_t depth : {deepest, deepest + 1}) {
+            std::string text = "x" + std::string(depth, '}') + around;
+            for (std::size_t i = 0; i < depth; ++i) text.insert(0, "a_{");
+            EXPECT_EQ(plainTextOf(readMarkup(richTextOf(around + text))),
+                      std::string(deepest, 'a') + (depth > deepest ? "a_{x}" : "x"));
+        }
     }
 }

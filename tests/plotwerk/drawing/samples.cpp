@@ -15,6 +15,22 @@ Document documentWith(const std::vector<double> &x, const std::vector<double> &y
     return documentOf(table(x, {column("y", y)}));
 }
 
+Document centimetres() {
+    Document document = documentWith({2, 4, 6}, {2, 6, 2});
+    onlyCurve(document).look.fillColour = {1, 0, 0, 1};
+    std::vector<Column> &columns = document.sources[0].tables[0].y;
+    columns.push_back({"y error", {0, 1, 0}, {}});
+    columns.push_back({"x error", {0, 0.5, 0}, {}});
+    for (int code = 0; code < axisCount; ++code) {
+        Axis &axis = document.axes[code];
+        axis.range = {0, isHorizontal(static_cast<AxisCode>(code)) ? 12.0 : 8.0};
+        axis.increment = 2;
+        axis.ticks = 1;
+        axis.insideTicks = false;
+    }
+    return document;
+}
+
 Column &onlyCurve(Document &document) {
     return document.sources[0].tables[0].y[0];
 }
@@ -132,6 +148,7 @@ std::vector<Drawn> drawnBy(const std::function<void(cairo_t *)> &draw) {
         Drawn drawn;
         if (const std::size_t width = element.find("stroke-width:"); width != std::string::npos)
             drawn.thickness = std::stod(element.substr(width + 13));
+        drawn.dashed = element.find("stroke-dasharray:") != std::string::npos;
         std::istringstream data(element.substr(element.find(" d=\"") + 4));
         double x = 0;
         double y = 0;
@@ -165,4 +182,31 @@ std::string outputOf(const std::string &command, const std::string &bytes) {
     const Output output = runProgram({"sh", "-c", script}, bytes);
     EXPECT_EQ(output.status, 0) << command << ": " << output.err;
     return output.out + output.err;
+}
+
+std::vector<double> numbersAfter(const std::string &text, const std::string &key) {
+    std::vector<double> numbers;
+    const std::size_t at = text.find(key);
+    if (at == std::string::npos) return numbers;
+    std::istringstream line(text.substr(at + key.size(), text.find('\n', at) - at - key.size()));
+    for (std::string word; line >> word;)
+        if (std::isdigit(static_cast<unsigned char>(word[0]))) numbers.push_back(std::stod(word));
+    return numbers;
+}
+
+std::vector<double> pageSizeOf(const std::string &pdf) {
+    return numbersAfter(outputOf("pdfinfo $f", pdf), "Page size:");
+}
+
+std::vector<double> inkBoxOf(const std::string &file) {
+    return numbersAfter(outputOf("gs -q -dNOPAUSE -dBATCH -sDEVICE=bbox $f", file),
+                        "%%HiResBoundingBox:");
+}
+
+bool contains(const std::string &text, const std::string &part) {
+    return text.find(part) != std::string::npos;
+}
+
+std::string pngOfSvg(const std::string &svg) {
+    return outputOf("rsvg-convert --dpi-x 300 --dpi-y 300 $f", svg);
 }

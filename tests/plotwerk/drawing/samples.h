@@ -15,6 +15,10 @@ plotwerk::Document documentWith(const std::vector<double> &x, const std::vector<
 // A sine from 0 to 10 in 200 points.
 plotwerk::Document sineDocument();
 
+// A frame in which a value of 1 is 1 cm, with a curve from (2, 2) over (4, 6) to (6, 2), whose
+// errors are 1 and 0.5, and axes without ticks. Areas would be red.
+plotwerk::Document centimetres();
+
 plotwerk::Column &onlyCurve(plotwerk::Document &document);
 
 // "X,Y X,Y | X,Y", with | at breaks.
@@ -49,6 +53,7 @@ class Pixels {
 struct Drawn {
     plotwerk::Path path;  // with a break before each part but the first
     double thickness = 0; // 0: filled
+    bool dashed = false;
 };
 
 std::vector<Drawn> drawnBy(const std::function<void(cairo_t *)> &draw);
@@ -58,5 +63,18 @@ plotwerk::Box inkOf(const std::function<void(cairo_t *)> &draw);
 
 // What a shell command prints, given the bytes as the file $f. A failure fails the test.
 std::string outputOf(const std::string &command, const std::string &bytes);
+
+bool contains(const std::string &text, const std::string &part);
+
+// The numbers after the key on its line.
+std::vector<double> numbersAfter(const std::string &text, const std::string &key);
+
+std::vector<double> pageSizeOf(const std::string &pdf);
+
+// What ghostscript finds drawn: left, bottom, right, top.
+std::vector<double> inkBoxOf(const std::string &file);
+
+// Of 300 dpi, by somebody else's program.
+std::string pngOfSvg(const std::string &svg);
 
 #endif

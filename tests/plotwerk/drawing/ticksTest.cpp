@@ -43,18 +43,37 @@ TEST(Scale, ReplacesLimitsThatCannotBeDrawn) {
         bool logarithmic;
         double wantMin, wantMax;
     } cases[] = {
-        {unset, unset, false, 0, 1}, {unset, unset, true, 1, 10},
-        {5, 5, false, 4.5, 5.5},     {0, 0, false, -1, 1},
-        {3, unset, false, 3, 4},     {unset, 3, false, 2, 3},
-        {7, 2, false, 2, 7},         {-3, 100, true, 0.1, 100},
-        {-3, -1, true, 1, 10},       {-INFINITY, INFINITY, false, -8e307, 8e307},
+        {unset, unset, false, 0, 1},
+        {unset, unset, true, 1, 10},
+        {5, 5, false, 4.5, 5.5},
+        {0, 0, false, -1, 1},
+        {3, unset, false, 3, 4},
+        {unset, 3, false, 2, 3},
+        {7, 2, false, 2, 7},
+        {-3, 100, true, 0.1, 100},
+        {-3, -1, true, 1, 10},
+        {-INFINITY, INFINITY, false, -8e307, 8e307},
+        {-5, -5, false, -5.5, -4.5},
+        {0, 1e-300, false, -1e-290, 1e-290},
+        {unset, 0, true, 1, 10},
+        {1e-300, 1e-300, false, -1e-290, 1e-290},
+        {0, 100, true, 0.1, 100},
+        {1, 1 + 1e-14, false, 0.9, 1.1},
+        {5, unset, true, 5, 50},
+        {1, 1 + 2e-14, false, 1, 1 + 2e-14},
+        {1, INFINITY, true, 1, 8e307},
+        {INFINITY, INFINITY, true, 8e306, 8e307},
+        {5e-324, 1, true, 1e-307, 1},
+        {5e-324, 5e-324, true, 1e-307, 1e-306},
+        {5, 5, true, 5 / std::sqrt(10), 5 * std::sqrt(10)},
+        {1, 1 + 2e-13, true, 1, 1 + 2e-13},
     };
     for (const auto &c : cases) {
         Axis axis;
         axis.logarithmic = c.logarithmic;
         const Scale scale = scaleOf(axis, {c.min, c.max}, 100);
-        EXPECT_DOUBLE_EQ(scale.min, c.wantMin) << c.min << ".." << c.max;
-        EXPECT_DOUBLE_EQ(scale.max, c.wantMax) << c.min << ".." << c.max;
+        EXPECT_NEAR(scale.min, c.wantMin, 1e-9 * std::abs(c.wantMin)) << c.min << ".." << c.max;
+        EXPECT_NEAR(scale.max, c.wantMax, 1e-9 * std::abs(c.wantMax)) << c.min << ".." << c.max;
     }
 }
 
@@ -103,6 +122,7 @@ TEST(Scale, PlacesValues) {
         axis.reversed = c.reversed;
         const Scale scale = scaleOf(axis, c.range, 100);
         EXPECT_NEAR(scale.position(c.value), c.position, c.range.min < 1e5 ? 1e-9 : 0.01);
+        EXPECT_NEAR(scale.value(c.position) / c.value, 1, 1e-12) << c.value;
     }
     Axis axis;
     EXPECT_EQ(scaleOf(axis, {2, 4}, 100).position(1e308), 1e12);
@@ -144,6 +164,11 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
          [](Axis &axis) { axis.logarithmic = axis.exponents = true, axis.logNumbersAt = 1; },
          "100 101 102"},
         {{2, 8}, logarithmic, "2 3 4 5 6 7 8"},
+        {{15, 900}, logarithmic, "20 30 50 70 100 200 300 500 700"},
+        {{15, 95}, [](Axis &a) { a.logarithmic = true, a.labelAngle = 45; }, "20 30 50 70"},
+        {{1, 1001}, logarithmic, "1 10 100 1000"},
+        {{1, 10000}, logarithmic, "100 101 102 103 104"},
+        {{0.1, 80}, logarithmic, "0.1 1 10"},
         {{1e-300, 1e300}, logarithmic, "10\u2212300 10\u2212200 10\u2212100 100 10100 10200 10300"},
         {{0, 5}, [](Axis &axis) { axis.increment = 2.5, axis.precision = 3; }, "0.000 2.500 5.000"},
         {{-1.1, 1.1}, [](Axis &axis) { axis.precision = 0; }, "\u22121 0 1"},
@@ -158,6 +183,9 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
         {{12345600, 12345610}, linear, "0 2 4 6 8 10 | + 12345600"},
         {{0.001234, 0.001236}, linear, "1.2340 1.2345 1.2350 1.2355 1.2360 | \u00d710\u22123"},
         {{0.1234, 0.123401}, linear, "0.1234000 0.1234002 0.1234004 0.1234006 0.1234008 0.1234010"},
+        {{1, 1e8},
+         [](Axis &axis) { axis.logarithmic = true, axis.labelDensity = 0.3; },
+         "100 102 104 106 108"},
         // two numbers at least, however few are asked for
         {{0, 7}, [](Axis &axis) { axis.labelDensity = 0.1; }, "0 5"},
         {{5, 2000},
@@ -228,15 +256,29 @@ TEST(Ticks, HaveSmallOnesBetweenThem) {
         EXPECT_EQ(marks.smallTicks.size(), 10 * c.between) << c.increment << ' ' << c.distance;
     }
     axis.increment = unset;
-    axis.ticks = 4;
     axis.logarithmic = true;
-    EXPECT_EQ(marksFor(axis, {1, 1000}).smallTicks.size(), 24u); // 2..9 in three decades
-    EXPECT_EQ(marksFor(axis, {1, 1e28}).ticks.size(), 29U);
-    EXPECT_EQ(marksFor(axis, {1, 1e30}).ticks.size(), 11U) << "decades are too short for one each";
-    axis.logTicksAt = 2;
-    EXPECT_EQ(marksFor(axis, {1, 1e4}).ticks, (std::vector<double>{1, 100, 1e4}));
-    EXPECT_EQ(marksFor(axis, {1, 1e4}).smallTicks, (std::vector<double>{10, 1000}));
+    const struct {
+        double least, most, length;
+        int logTicksAt;
+        std::size_t ticks, small;
+    } decades[] = {
+        {1, 1e3, 340, -1, 4, 24},                                    // at 2..9
+        {1, 1e17, 340, -1, 18, 136},     {1, 1e18, 340, -1, 19, 0},  // too short for these
+        {1, 1e25, 300, -1, 26, 0},       {1, 1e30, 340, -1, 11, 20}, // too short for a tick each
+        {1, 1e4, 340, 2, 3, 2},          {1, 1e20, 340, 10, 3, 18},
+        {1, 1e170, 340, 1, 171, 0},      {1, 1e171, 340, 1, 9, 0},
+        {1, 1e100, 300, 5, 21, 80},      {1, 1e170, 340, 10, 18, 68}, // every second decade
+        {1e-170, 1e170, 340, 10, 35, 34}};                            // every fifth
+    for (const auto &c : decades) {
+        axis.logTicksAt = c.logTicksAt;
+        const AxisMarks marks = marksBeside(axis, scaleOf(axis, {c.least, c.most}, c.length), false,
+                                            Side::below, Typesetter());
+        EXPECT_EQ(marks.ticks.size(), c.ticks) << c.most << ' ' << c.logTicksAt;
+        EXPECT_EQ(marks.smallTicks.size(), c.small) << c.most << ' ' << c.logTicksAt;
+    }
     axis.logTicksAt = -1;
+    EXPECT_EQ(marksFor(axis, {15, 900}).smallTicks,
+              (std::vector<double>{40, 60, 80, 90, 400, 600, 800, 900}));
     axis.logNumbersAt = 2;
     axis.ticks = 0;
     EXPECT_EQ(joined(marksFor(axis, {1, 1e4})), "100 102 104");
@@ -247,10 +289,11 @@ TEST(Ticks, HaveSmallOnesBetweenThem) {
               marksFor(axis, {1e-300, 1e300}).numbers.size());
 }
 
-TEST(Numbers, HaveNoSignBeforeZero) {
+TEST(Numbers, HaveNoSignBeforeZeroAndPowersAsSuperscripts) {
     const NumberFormat format{.decimals = 1};
     EXPECT_EQ(plainTextOf(numberText(-0.04, format)), "0.0");
     EXPECT_EQ(plainTextOf(numberText(-0.06, format)), "\u22120.1");
+    EXPECT_EQ(commonText({.exponent = 6}).back().script, 1);
 }
 
 // Every axis has at least one number, few ticks, all within its limits, and none of its numbers

@@ -1,8 +1,11 @@
+#include "plotwerk/drawing/timeTicks.h"
+
 #include "plotwerk/drawing/axisNumbers.h"
 #include "tests/plotwerk/drawing/samples.h"
 
 #include <chrono>
 #include <cmath>
+#include <set>
 
 using namespace plotwerk;
 
@@ -48,12 +51,15 @@ TEST(TimeTicks, TellDatesAndTimesOnce) {
         {{secondsAt(2023, 2, 28), secondsAt(2023, 4, 5)},
          unset,
          32,
-         "Mar 6 Mar 13 Mar 20 Mar 27 Apr 3 | 2023"}, // Mondays
-        {{secondsAt(2024, 1, 1), secondsAt(2024, 5, 1)}, unset, 16, "Jan Feb Mar Apr May | 2024"},
-        {{secondsAt(2023, 7, 1), secondsAt(2024, 7, 1)},
+         "Mar 6 Mar 13 Mar 20 Mar 27 Apr 3 | 2023"},                  // Mondays
+        {{secondsAt(2024, 1, 1, 3600), secondsAt(2024, 5, 1, -3600)}, // ticks nearly on it
+         unset,
+         16,
+         "Jan Feb Mar Apr May | 2024"},
+        {{secondsAt(2022, 7, 1), secondsAt(2023, 7, 1)},
          unset,
          8,
-         "2023-07 2023-10 2024-01 2024-04 2024-07 | "},
+         "2022-07 2022-10 2023-01 2023-04 2023-07 | "},
         {{secondsAt(2023, 8, 2), secondsAt(2024, 6, 1)},
          unset,
          41,
@@ -115,6 +121,7 @@ TEST(TimeTicks, OfShortAxesAreTwoRatherThanThoseOfAFinerStep) {
     } cases[] = {{noon, 100, 200, 2, "Apr Jul | 2024"},
                  {noon, 90, 800, 2, "2025 2026 | "},
                  {noon, 40, 1.0 / 24, 2, "12:00 13:00 | 2024-03-05"},
+                 {1.9, 40, 2.2 / 86400, 2, "00:00:02 | 1970-01-01"}, // the next step has no tick
                  {secondsAt(2024, 12, 31, 64800), 60, 0.5, 3, "18:00 06:00 | "}};
     for (const auto &c : cases) {
         const Scale scale = scaleOf({}, {c.from, c.from + 86400 * c.days}, c.length);
@@ -122,4 +129,27 @@ TEST(TimeTicks, OfShortAxesAreTwoRatherThanThoseOfAFinerStep) {
         EXPECT_EQ(told(marks), c.want);
         EXPECT_EQ(marks.ticks.size(), c.ticks) << c.want;
     }
+}
+
+TEST(TimeTicks, AreAtStepsOfTheCalendar) {
+    std::set<double> want; // in seconds, months negative
+    for (double microseconds = 1e-6; microseconds < 0.5; microseconds *= 10)
+        for (const int digit : {1, 2, 5}) want.insert(std::round(digit * microseconds * 1e6) / 1e6);
+    for (const int seconds : {1, 2, 5, 10, 15, 30}) want.insert({1.0 * seconds, 60.0 * seconds});
+    for (const int hours : {1, 2, 3, 6, 12, 24, 48, 7 * 24, 14 * 24}) want.insert(3600.0 * hours);
+    for (const int months : {1, 3, 6}) want.insert(-months);
+    for (const int years : {1, 2, 5, 10, 20, 50, 100, 200, 500, 1000, 2000, 5000})
+        want.insert(-12.0 * years);
+    std::set<double> got;
+    for (const double length : {100, 150, 340, 700})
+        for (double span = 1e-5; span < 3.15e11; span *= 1.1) {
+            const double from = span < 1e9 ? 0 : secondsAt(1, 1, 1);
+            const AxisMarks marks = timeMarksOf({}, scaleOf({}, {from, from + span}, length),
+                                                {16, 24, 70}, [](auto &) { return true; });
+            if (marks.ticks.size() < 2) continue;
+            const double step = marks.ticks[1] - marks.ticks[0];
+            got.insert(step < 27 * 86400.0 ? std::round(step * 1e6) / 1e6
+                                           : -std::round(step / 86400 / 30.436875));
+        }
+    EXPECT_EQ(got, want);
 }
