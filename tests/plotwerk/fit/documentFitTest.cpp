@@ -46,12 +46,14 @@ TEST(DocumentFit, DrawsTheFormulaAsACurveOfItsOwn) {
     CurveLook &look = document.sources[0].tables[0].y[0].look;
     look.layer = 3;
     look.rightY = true;
+    document.sources[0].tables[0].x.isTime = document.sources[0].tables[0].y[0].isTime = true;
     document.fitRange = {-1, unset};
     fitDocument(document);
     EXPECT_EQ(document.sources.back().name, "Fit");
     const Table &drawn = document.sources.back().tables.front();
     const Column &fit = drawn.y.front();
     EXPECT_EQ(fit.name + drawn.x.name, "Fitx");
+    EXPECT_TRUE(drawn.x.isTime && fit.isTime && document.sources.back().tables[1].x.isTime);
     EXPECT_EQ(drawn.x.values.front(), -1) << "as far as the fit range goes";
     EXPECT_EQ(drawn.x.values.back(), 3) << "as far as the data go";
     EXPECT_TRUE(fit.look.rightY && fit.look.layer == 3 && !fit.fitData && fit.rank == 0);
@@ -66,7 +68,7 @@ TEST(DocumentFit, SamplesTheAxisEvenlyAsFinelyAsTheData) {
         bool logarithmic, upperX;
         int points, samples;
         double second; // of the samples, where the data go to 100
-    } cases[] = {{1, true, false, 3, 500, std::pow(100, 1. / 499)},
+    } cases[] = {{2, true, false, 3, 500, 2 * std::pow(50, 1. / 499)},
                  {1, true, true, 3, 500, std::pow(100, 1. / 499)},
                  {-100, true, false, 3, 500, -100 + 200. / 499},
                  {0, false, false, 1001, 1001, 0.1},
@@ -195,11 +197,13 @@ TEST(DocumentFit, LeavesResidualsAtThePointsHidden) {
     const std::vector<Column> &shown = document.sources[1].tables[1].y;
     EXPECT_TRUE(shown[0].look.visible && shown[0].rank == 1 && !shown[1].look.visible);
 
+    document.sources[1].tables[1].y[1].name = "mine";
     selectByName(document, "", -1, "Fit", false);
     deleteSelection(document);
     EXPECT_EQ(fitDocument(document).status, fitConverged) << "residuals are no data to fit";
     EXPECT_EQ(document.sources[1].tables[0].y[0].name, "Fit");
     EXPECT_EQ(document.sources[1].tables.size(), 2U);
+    EXPECT_EQ(document.sources[1].tables[1].y[1].name, "mine");
 }
 
 TEST(DocumentFit, FitsTheFitDataOrTheSelectionOrTheOnlyCurve) {
@@ -229,15 +233,16 @@ TEST(DocumentFormula, KeepsParametersOfTheSameName) {
     Document document = line();
     setParameters(document, "a = 5!, b = 7", '.');
     fitDocument(document);
+    for (FitParameter &each : document.parameters) each.atBound = true;
     setFormula(document, document.formula);
-    EXPECT_TRUE(document.fit.done) << "the same formula";
+    EXPECT_TRUE(document.fit.done && document.parameters[1].atBound) << "the same formula";
 
     const double b = parameter(document, "b");
     EXPECT_GT(document.parameters[1].error, 0);
     setFormula(document, "c + a * x + b");
     EXPECT_FALSE(document.fit.done);
     EXPECT_EQ(parameter(document, "a"), 5);
-    EXPECT_TRUE(document.parameters[1].fixed);
+    EXPECT_TRUE(document.parameters[1].fixed && !document.parameters[2].atBound);
     EXPECT_EQ(parameter(document, "b"), b);
     EXPECT_TRUE(std::isnan(document.parameters[2].error)) << "of another formula's fit";
     EXPECT_EQ(parameter(document, "c"), 1);
@@ -372,8 +377,13 @@ TEST(DocumentVariables, TellWhatAPaperTells) {
     EXPECT_NE(negative.find("correlation of m and k: -0.997"), std::string::npos) << negative;
 
     FitResult zero{.done = true};
-    zero.parameters = {{.name = "k", .value = 0, .error = 0.5}};
-    EXPECT_EQ(fitReport(zero).find('%'), std::string::npos) << "no percentage of zero";
+    zero.parameters = {{.name = "k", .value = 0, .error = 0.5}, {.name = "u", .value = 1}};
+    const std::string ofZero = fitReport(zero);
+    EXPECT_EQ(ofZero.find('%'), std::string::npos) << "no percentage of zero";
+    EXPECT_NE(ofZero.find("u = 1 (error unknown)"), std::string::npos) << ofZero;
+    EXPECT_EQ(fitVariable("redchi", {}, zero), "NAN") << "without a degree of freedom";
+    zero.parameters[1].error = 0.998;
+    EXPECT_NE(fitReport(zero).find("(100 %)"), std::string::npos) << fitReport(zero);
 }
 
 TEST(DocumentFit, TellsHowManyPointsItLeftOutAndWhy) {
