@@ -377,6 +377,7 @@ TEST(DocumentVariables, TellWhatAPaperTells) {
     EXPECT_NE(negative.find("correlation of m and k: -0.997"), std::string::npos) << negative;
 
     FitResult zero{.done = true};
+    zero.chiSquare = 1;
     zero.parameters = {{.name = "k", .value = 0, .error = 0.5}, {.name = "u", .value = 1}};
     const std::string ofZero = fitReport(zero);
     EXPECT_EQ(ofZero.find('%'), std::string::npos) << "no percentage of zero";

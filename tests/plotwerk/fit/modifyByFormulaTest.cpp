@@ -59,4 +59,7 @@ TEST(ModifyByFormula, ScalesErrorsByItsDerivative) {
     setFormula(document, "2*y");
     modifySelection(document, true);
     EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=2,4,1 y error=0.5,1,3") << "selected itself";
+    selectByIndex(document, {0, -1}, false);
+    modifySelection(document, true);
+    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=4,8,1 y error=1,2,3") << "not twice";
 }
