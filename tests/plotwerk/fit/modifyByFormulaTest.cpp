@@ -59,7 +59,9 @@ TEST(ModifyByFormula, ScalesErrorsByItsDerivative) {
     setFormula(document, "2*y");
     modifySelection(document, true);
     EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=2,4,1 y error=0.5,1,3") << "selected itself";
+    document = documentOf(table({1}, {column("y error", {1}), column("y", {4})}));
     selectByIndex(document, {0, -1}, false);
+    setFormula(document, "2*y");
     modifySelection(document, true);
-    EXPECT_EQ(textOf(document), "Data: x=1,2,nan y=4,8,1 y error=1,2,3") << "not twice";
+    EXPECT_EQ(textOf(document), "Data: x=1 y error=2 y=8") << "not twice";
 }
