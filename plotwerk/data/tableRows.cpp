@@ -94,8 +94,7 @@ bool RowReader::append(const char *line, std::size_t lineNumber) {
         row.push_back(isNumeric(field.kind) ? field.value : unset);
     }
     if (word && !number && emptyRows == table.count) {
-        const LineCount passedOver = take().linesOfWords;
-        table.linesOfWords = passedOver;
+        take(); // nothing but rows without a number, behind which no words were passed over
         return false;
     }
     if (width == 0) {

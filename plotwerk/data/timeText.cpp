@@ -61,14 +61,11 @@ static const char *readZone(const char *p, int *seconds) {
     const char *sign = p;
     while (*sign == ' ') ++sign;
     if (*sign != '+' && (*sign != '-' || sign != p)) return p; // " -5" is the next number
-    int hours, minutes = 0;
+    int hours, minutes;
     const char *end = readDigits(sign + 1, 2, &hours);
     if (end == nullptr) return p;
     const char *behind = readDigits(end + (*end == ':'), 2, &minutes);
-    if (behind == nullptr) {
-        minutes = 0;
-        behind = end;
-    }
+    if (behind == nullptr) behind = end; // of an hour alone: minutes is 0
     if (hours > 23 || minutes > 59 || plw::isDigit(*behind) || *behind == '.') return p;
     if (sign != p && behind == end) return p; // " +5" likewise
     *seconds = (*sign == '-' ? -60 : 60) * (60 * hours + minutes);

@@ -37,6 +37,7 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"nothing between tabs", "1\t\t3\n4 \t \t 6\n", "X=1,4 Y1=nan,nan Y2=3,6"},
         {"tabs after rows of blanks", "1 2 3\n4 5 6\n7\t\t9\n", "X=1,4,7 Y1=2,5,nan Y2=3,6,9"},
         {"nothing before the first", " \t,2\n", "X=nan Y1=2"},
+        {"nothing before the first of a later row", "1;2\n;6\n3;4\n", "X=1,nan,3 Y1=2,6,4"},
         {"two after the last", "1,2,,\n,,\n", "X=1,nan Y1=2,nan Y2=nan,nan"},
         {"words for NaN", "NAN -\n- nan\n1 NaN\n", "X=nan,nan,1 Y1=nan,nan,nan"},
         {"a date in digits is a number", "20240229;20240301\n", "X=20240229 Y1=20240301"},
@@ -73,7 +74,7 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
         {"a comment that is like a row", "x;y\n# 1;5\n1;2\n", "x=1 y=2"},
         {"separators of no column", "a, b; c; d\n1;2\n3;4\n", "a, b=1,3 c=2,4"},
         {"rows in quotes", "\"1\";\"2\"\n\"3\";\"4\"\n5;6\n", "X=1,3,5 Y1=2,4,6"},
-        {"a comment between rows in quotes", "\"1\";\"2\"\n# c\n\"3\";\"4\"\n5;6\n",
+        {"a comment between rows in quotes", "\"1\";\"2\"\n# 7;8\n\"3\";\"4\"\n5;6\n",
          "X=1,3,5 Y1=2,4,6"},
         {"units behind names", "t (s) U [V]\n1 2\n", "t (s)=1 U [V]=2"},
         {"nothing in the first row", "# x;y\n;\n1;2\n", "X=nan,1 Y1=nan,2"},
@@ -88,8 +89,10 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
     const std::pair<const char *, const char *> withCommas[] = {
         {"1,5;2.5;,5\n", "X=1.5 Y1=2.5 Y2=0.5"},
         {"1 2\n3 4,5,6\n", "X=1,3 Y1=2,nan"},
+        {"1;2\n1,e5;3 #\n1,;4 #\n", "X=1,nan,nan Y1=2,3,4"},
         {"x a,b\n1 2\n", "x=1 a,b=2"}};
     EXPECT_EQ(read("\"t\n(s)\",U\n1,2\n" + many("3,4\n", 2000), '.').substr(0, 10), "t (s)=1,3,");
+    EXPECT_EQ(read("\"t" + many("\n", 32) + "s\",U\n1,2\n", '.'), "t" + many(" ", 32) + "s=1 U=2");
     for (const auto &[text, want] : withCommas) EXPECT_EQ(read(text, ','), want) << text;
 }
 
@@ -106,6 +109,7 @@ TEST(DataText, IsReadAsProgramsExportIt) {
         {"line ends in quotes", "\"t\n(s)\",\"U\r\n(V)\"\n1,2\n", "t (s)=1 U  (V)=2"},
         {"line ends in quotes behind blanks", "t, \"U\n(V)\" ,\"I \"\"\n\"\"\"\n1,2,3\n",
          "t=1 U (V)=2 I \" \"=3"},
+        {"quotes up to the end", "1,2\n\"3\",\"\n4\"", "X=1,3 Y1=2,4"},
         {"an open quote", "t,\"U\n1,2\n3,4\n", "t=1,3 U=2,4"},
         {"inches", "5\",3\" wide\n1,2\n", "5\"=1 3\" wide=2"},
         {"title", "Run of Monday\nt,U\n\n1,2\n", "t=1 U=2"},
@@ -139,7 +143,8 @@ TEST(DataText, IsReadAsProgramsExportIt) {
         {"letters that end like exponents", "t,U\n1,2e\n3,4E+\n5,6e5\n7,8d\n",
          "t=1,3,5,7 U=nan,nan,600000,nan"},
         {"a time and a clock", "t,Time,T\n2024-01-02 8:00,9:00:00,5\n", "t=1704182400 T=5"},
-        {"errors of spreadsheets", "#REF!,1\n#NAME?,2\n3,4\n", "X=nan,nan,3 Y1=1,2,4"},
+        {"errors of spreadsheets", "#REF!,1\n#NAME?,2\n#N/A,3\n#DIV/0!,4\n#NV,5\n6,7 #N\n8,9 #!\n",
+         "X=nan,nan,nan,nan,nan,6,8 Y1=1,2,3,4,5,7,9"},
         {"column of words", "T,state,R\n1,OK,2\n3,\"too hot, really\",4\n", "T=1,3 R=2,4"},
         {"first column", "a;b;c\nA;1;2\nB;3;4\n", "b=1,3 c=2,4"},
         {"labels without a name", "\ta\tb\nA\t1\t2\nB\t3\t4\n", "a=1,3 b=2,4"},
@@ -209,6 +214,17 @@ TEST(DataText, ReadsTimesAsSecondsSince1970) {
         EXPECT_EQ(tables[0].table.x.values, (std::vector<double>{1704186000, 1704189601})) << text;
         EXPECT_EQ(tables[0].table.y[0].values[1], 6) << text;
     }
+    EXPECT_EQ(read("T,Date,Time,U\n5,1970-01-02,0:01,7\n", '.'), "T=5 Date Time=86460 U=7");
+
+    // a column of times is one in which at least half are, wherever it stands
+    const std::pair<const char *, bool> columns[] = {
+        {"a,b,c\nA,2024-01-01,1\nB,2024-01-02,2\n", true},
+        {"2024-01-01,1\n5,2\n", true},
+        {"2024-01-01,1\n5,2\n6,3\n", false}};
+    for (const auto &[text, isTime] : columns) {
+        const Table table = readDataText(text, '.')[0].table;
+        EXPECT_TRUE(table.x.isTime == isTime && !table.y[0].isTime) << text;
+    }
 }
 
 TEST(DataFile, SaysItselfWhatItsCommasAre) {
@@ -217,6 +233,7 @@ TEST(DataFile, SaysItselfWhatItsCommasAre) {
     } cases[] = {{"1,5;2,5\n", "X=1.5 Y1=2.5", "X=1.5 Y1=2.5"},
                  {"a\tb\n1\t2,5e3\n", "a=1 b=2500", "a=1 b=2500"},
                  {"0,50 1,50\n", "X=0.5 Y1=1.5", "X=0.5 Y1=1.5"},
+                 {"1234,5;2\n", "X=1234.5 Y1=2", "X=1234.5 Y1=2"},
                  {"1;1.234,5\n", "X=1 Y1=1234.5", "X=1 Y1=1234.5"},
                  {"1;1,234.5\n", "X=1 Y1=1234.5", "X=1 Y1=1234.5"},
                  {"1;1,234\n", "X=1 Y1=1234", "X=1 Y1=1.234"},
@@ -294,7 +311,7 @@ TEST(DataText, RefusesWhatHoldsNoNumbersOrTooMany) {
     const std::pair<std::string, const char *> cases[] = {
         {"\n# 1 2\n", "data text has no numbers, nothing but empty lines and comments"},
         {"no numbers\n", "data text has no numbers: line 1, cell 1: \"no\" is no number"},
-        {"x,y\n# 1\n\n,five,six\n",
+        {"x,y\n# 1\n\n,five,six\nseven\n",
          "data text has no numbers: line 4, cell 2: \"five\" is no number"},
         {std::string("1 2\n\0", 5), "data text has a NUL byte"},
         {many("1\n", 6'000) + wide + "1\n", "data text has too many values"},
@@ -315,6 +332,13 @@ TEST(DataText, WritesLinesOfTabsAndShortNumbers) {
     writeDataText({&y, &unquotable}, ',', text);
     EXPECT_EQ(text, "\"t / s\"\tU\\\n0\tNAN\n1.5\t0.1\n1e-07\t0.3333333333333333\n"
                     "\nU\\\t\"a b c\\ \"\nNAN\t1\n0,1\t2\n0,3333333333333333\t3\n");
+
+    // what is just long enough is written, though its length is estimated first
+    const Column many = column("2b", std::vector<double>(100'000, 0.1));
+    std::string whole, cut;
+    writeDataText({&many}, '.', whole, 400'005);
+    EXPECT_EQ(whole.substr(0, 9) + std::to_string(whole.size()), "\"2b\"\n0.1\n400005");
+    EXPECT_THROW(writeDataText({&many}, '.', cut, 400'000), Refusal);
 }
 
 // Any bit pattern is a number that must come back, whatever the separator and the names.

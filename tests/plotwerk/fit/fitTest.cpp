@@ -38,7 +38,10 @@ TEST(Fit, ErrorsWeighAndTheirCommonFactorDoesNot) {
         const double mean = 4.75 / 2.25;
         const double chiSquare = 1 + 4 + 49 / 4. - 2.25 * mean * mean;
         EXPECT_NEAR(parameters[0].value, mean, 1e-14);
-        EXPECT_TRUE(outcome.result.done && outcome.result.lambda > 0);
+        // a damped step leaves lambda / (1 + lambda) of the way, with 1/5, 1/45 and 1/405 in turn
+        EXPECT_NEAR(outcome.result.lambda, 1 / 405., 1e-15);
+        EXPECT_EQ(outcome.result.iterations, 4) << "and an undamped one";
+        EXPECT_TRUE(outcome.result.done);
         EXPECT_NEAR(outcome.result.chiSquare * unit * unit, chiSquare, 1e-14);
         EXPECT_NEAR(parameters[0].error, std::sqrt(chiSquare / 2 / 2.25), 1e-14);
     }

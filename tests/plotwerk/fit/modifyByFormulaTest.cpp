@@ -72,4 +72,9 @@ TEST(ModifyByFormula, ScalesErrorsByItsDerivative) {
         modifySelection(pair, true);
     }
     EXPECT_EQ(textOf(pair), "Data: x=1,2 y=-2,-4 y +=1.5,-2 y -=0.5,1");
+    document = documentOf(table({1}, {column("y error", {1}), column("y", {4})}));
+    selectByIndex(document, {0, -1}, false);
+    setFormula(document, "2*y");
+    modifySelection(document, true);
+    EXPECT_EQ(textOf(document), "Data: x=1 y error=2 y=8") << "not twice";
 }
