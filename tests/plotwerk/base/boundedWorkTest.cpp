@@ -1,7 +1,6 @@
 // What would take more than a message may take is refused before it begins.
 #include "plotwerk/application/application.h"
 #include "plotwerk/base/bounds.h"
-#include "plotwerk/base/refusal.h"
 #include "plotwerk/data/dataText.h"
 #include "plotwerk/data/dataTextWriter.h"
 #include "plotwerk/data/exchange.h"
@@ -16,13 +15,12 @@
 #include "plotwerk/model/selection.h"
 #include "plotwerk/model/statistic.h"
 #include "plotwerk/model/structure.h"
+#include "tests/plotwerk/model/documents.h"
 
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <gtest/gtest.h>
 #include <sstream>
-#include <string>
 #include <unistd.h>
 
 using namespace plotwerk;
@@ -41,26 +39,10 @@ class BoundedWork : public testing::Test {
         setBound("documents=2000");
     }
 
-    static std::string refusalOf(const std::function<void()> &work) {
-        try {
-            work();
-        } catch (const Refusal &refusal) {
-            return refusal.what();
-        }
-        return "";
-    }
-
     // With one selected curve of that many rows.
-    static Document documentWith(int rows) {
-        Table table;
-        table.x.values.assign(rows, 1);
-        Column &curve = table.y.emplace_back();
-        curve.values.assign(rows, 1);
-        curve.rank = 1;
-        Document document;
-        document.sources.push_back({"Data", {}});
-        document.sources.front().tables.push_back(std::move(table));
-        return document;
+    static Document documentWith(std::size_t rows) {
+        return selectedOf(
+            table(std::vector<double>(rows, 1), {column("", std::vector<double>(rows, 1))}));
     }
 
     // Of selected curves where the formula knows the names of all.

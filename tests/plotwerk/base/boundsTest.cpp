@@ -2,30 +2,19 @@
 
 #include "plotwerk/base/child.h"
 #include "plotwerk/base/ending.h"
-#include "plotwerk/base/refusal.h"
+#include "tests/plotwerk/model/documents.h"
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
-#include <gtest/gtest.h>
 #include <limits>
 #include <memory>
 #include <new>
-#include <string>
 #include <unistd.h>
 #include <vector>
 
 using namespace plotwerk;
-
-template<class Work> static std::string refusalOf(Work work) {
-    try {
-        work();
-    } catch (const Refusal &refusal) {
-        return refusal.what();
-    }
-    return "";
-}
 
 TEST(Bounds, AreSetByNameAndRefuseWhatGoesBeyond) {
     for (const char *wrong : {"", "seconds", "seconds=", "=1", "second=20", "seconds=0", "memory=9",

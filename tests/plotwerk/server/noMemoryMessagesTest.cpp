@@ -132,13 +132,14 @@ Document exampleDocument() {
     Document document{.name = documentName};
     addData(document, "a source with a long name",
             "x \"another long name of a column\" \"" + columnName + "\" \"" + columnName +
-                " error\"\n3 1 2 1\n1 2 1 2\n2 4 1 1\n4 3 9 2\n",
+                " error\"\n3 1 2 1\n1 2 1 2\n2 4 1 1\n4 3 9 2\n\n1 2\n0 3\n",
             '.');
     addData(document, "another source with a long name", "x w\n1 2\n2 1\n3 7\n", '.');
     selectByIndex(document, {0, 0}, false);
     markSelection(document);
     selectByIndex(document, {1, 1}, false);
     markSelection(document);
+    selectByIndex(document, {3, 4}, true);
     setFormula(document, "slope_of_the_long_line*x+offset_of_all");
     fitDocument(document);
     return document;
@@ -153,6 +154,7 @@ class NoMemoryMessages : public testing::Test {
         fs::create_directory(directory / "work");
         fs::current_path(directory / "work"); // where a relative path leads
         setLogLevel(static_cast<LogLevel>(-1));
+        loadFonts();
     }
     ~NoMemoryMessages() override {
         setLogLevel(LogLevel::info);
@@ -280,7 +282,6 @@ Result resultIn(World &world) {
 } // namespace
 
 TEST_F(NoMemoryMessages, AreRefusedOrDoneAndInTheJournal) {
-    loadFonts();
     int refused = 0;
     for (const Message &message : messages) {
         if (message.member.find("regex") != message.member.npos)
@@ -325,6 +326,26 @@ TEST_F(NoMemoryMessages, AreRefusedOrDoneAndInTheJournal) {
         }
     }
     EXPECT_GT(refused, 500);
+}
+
+// At each allocation of the work itself, which is no more than the first hundreds.
+TEST_F(NoMemoryMessages, LeaveTheDocumentAsItWasOrAreDone) {
+    for (const Message &message : messages) {
+        if (message.member.find("regex") != message.member.npos) continue;
+        bool failed = true;
+        for (long allocations = 0; failed && allocations < 300; ++allocations) {
+            Application application;
+            ControlObject object(application);
+            Document &document = application.add(example);
+            document.parameters[0].value = 5;
+            const std::string before = saved(document, true);
+            message.send(object, {true, false, allocations});
+            failed = outcome.hasFailed;
+            if (!holds(application.lastError, "memory")) continue;
+            EXPECT_TRUE(saved(application.document(documentName), true) == before)
+                << message.member << ", " << allocations;
+        }
+    }
 }
 
 TEST_F(NoMemoryMessages, AreBroughtBackAllOrLater) {

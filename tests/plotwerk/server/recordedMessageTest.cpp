@@ -94,16 +94,6 @@ TEST_F(ServerTest, EveryMessageCountsItsRevision) {
         "saveDocument",    "savePictureEPS", "savePicturePDF",       "savePictureTIFF",
         "copyPDF",         "copyTIFF",       "newCompositionView",   "addPDFtoCompositionView",
         "setDeciSeparator"};
-    const std::set<std::string> ofNoDocument{"addPDFtoCompositionView",
-                                             "closeDocument",
-                                             "didSaveSucceed",
-                                             "newCompositionView",
-                                             "newDocumentWithName",
-                                             "openFile",
-                                             "documentNameOfFrontWindow",
-                                             "savePDFofCompositionView",
-                                             "setDeciSeparator",
-                                             "waitForEmptyReply"};
     const auto isDocument = [](const Method::Argument &argument) {
         return &valuesOf(argument) == &valuesOf({"of", "s"});
     };
@@ -152,22 +142,6 @@ TEST_F(ServerTest, EveryMessageCountsItsRevision) {
         const bool changes = answeredChanges.contains(keyword) ||
                              (method.results.empty() && !silentQuestions.contains(keyword));
         EXPECT_EQ(document.revision - before, isDone && changes) << method.name;
-    }
-
-    // A document whose file couldn't be read refuses every message about its contents, and keeps
-    // its revision.
-    EXPECT_THROW(application.open("/nowhere/lost", false), Refusal);
-    const Document &lost = application.document("lost");
-    const std::uint64_t before = lost.revision;
-    for (const Method &method : methods) {
-        if (ofNoDocument.contains(method.keyword())) continue;
-        Values values;
-        for (const auto &argument : method.arguments)
-            values.push_back(isDocument(argument) ? "lost" : valuesOf(argument).front());
-        application.lastError.clear();
-        repeat(method.name, values);
-        EXPECT_EQ(lost.revision, before) << method.name;
-        EXPECT_TRUE(holds(application.lastError, "couldn't be opened (\"lost\")")) << method.name;
     }
     setLogLevel(LogLevel::info);
     EXPECT_GT(done.size(), 50U);

@@ -3,17 +3,6 @@
 
 #include <regex>
 
-TEST_F(WindowTest, CurvesAreHiddenAndShownInTheList) {
-    startWithLine();
-    screen.frame();
-    const Place check{180, 84}; // of the first row below the source's
-    const auto is = [&](const char *setting) { return holds(contentsOf(name), setting); };
-    screen.click(check);
-    waitUntil("a hidden curve", [&] { return is("\"line\":false"); });
-    screen.click(check);
-    waitUntil("the curve as it was", [&] { return !is("\"line\":false"); });
-}
-
 TEST_F(WindowTest, CurvesHiddenTogetherAreShownEachAsItWasByOneStep) {
     startWithLine();
     plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(
