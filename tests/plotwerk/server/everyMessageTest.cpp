@@ -88,7 +88,9 @@ const MessageCase cases[] = {
     {"selectCurvesOf:doc sourceIndexFirst:1 sourceIndexLast:2 tableFirst:1 tableLast:1 "
      "columnFirst:1 columnLast:2 appendSelection:no",
      "u place 1; v place 2; w place 3"},
-    {"selectCurvesOf:doc indexFirst:3 indexLast:4 appendSelection:yes", "z place 2; w place 3"},
+    {"selectCurvesOf:doc indexFirst:3 indexLast:4 appendSelection:yes\n"
+     "selectCurvesOf:doc indexFirst:0 indexLast:3 appendSelection:yes\nindexOfSelectedCurveOf:doc",
+     "1; u place 4; u error place 5; z place 2; w place 3"},
     {"selectCurvesOf:doc sourceName:'C' table:1 column:'w' appendSelection:no",
      "no curve of source \"C\", table 1, column \"w\" (\"doc\"); v place 0"},
     {"selectCurvesOf:doc regexSourceName:'' table:-1 regexColumn:'a.*' appendSelection:yes",

@@ -88,10 +88,6 @@ using Arguments = Sending;
 Outcome outcome;
 using Contents = std::map<std::string, std::string>; // of documents, by their names
 
-template<class T> std::string shown(const T &value) {
-    return testing::PrintToString(value);
-}
-
 template<class Answer, class... Parameters>
 void repeatMessage(ControlObject &object, const char *member,
                    Answer (ControlObject::*method)(const Parameters &...), const Sending &sending) {
@@ -114,8 +110,8 @@ void repeatMessage(ControlObject &object, const char *member,
             if constexpr (std::is_void_v<Answer>)
                 send(), outcome.answer = "";
             else // nobody is asked where there is no document to ask for
-                outcome.answer =
-                    shown(sending.toNobody && sizeof...(each) == 0 ? Answer() : send());
+                outcome.answer = testing::PrintToString(
+                    sending.toNobody && sizeof...(each) == 0 ? Answer() : send());
         },
         arguments);
     outcome.hasFailed = FailingMemory::hasFailed();

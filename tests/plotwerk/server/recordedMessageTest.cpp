@@ -69,22 +69,6 @@ TEST(RecordedMessage, ThatIsDamagedChangesNothingForLaterOnes) {
     EXPECT_EQ(application.document("doc").axes[xAxis].title, "text");
 }
 
-TEST(RecordedMessage, IsRepeatedWithItsOwnDecimalSeparator) {
-    Application application;
-    application.add({.name = "doc"});
-    ControlObject object(application);
-    const std::string data = "1,5 2,5\n", doc = "doc", source = "s";
-    const bool range = false;
-    for (const char separator : {',', '.'}) {
-        application.decimalSeparator = separator == ',' ? '.' : ',';
-        object.repeat(encodedMessage(separator, "replaceDataformText_of_source_doRangeOverAll_",
-                                     std::tie(data, doc, source, range))
-                          .whole());
-        const Table &table = application.document("doc").sources.at(0).tables.at(0);
-        EXPECT_EQ(table.x.values.at(0), separator == ',' ? 1.5 : 1);
-    }
-}
-
 // One that changes the document counts one revision, a refused one and one that asks count none.
 TEST_F(ServerTest, EveryMessageCountsItsRevision) {
     start();

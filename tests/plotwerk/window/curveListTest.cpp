@@ -5,8 +5,7 @@
 
 TEST_F(WindowTest, CurvesHiddenTogetherAreShownEachAsItWasByOneStep) {
     startWithLine();
-    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(
-        "x a b c\n0 1 2 3\n9 4 5 6\n", name, "More", true, false);
+    read("x a b c\n0 1 2 3\n9 4 5 6\n", "More", true);
     const auto select = [&](int curve, bool append) {
         plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_(name, curve, curve, append);
     };

@@ -100,8 +100,7 @@ TEST_F(WindowTest, OffersWhatAKilledOneHadNotSaved) {
         const double y = std::exp(-x / 50) * std::cos(x) + 0.01 * (i % 7);
         data += std::to_string(x) + ' ' + std::to_string(y) + '\n';
     }
-    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(data, name, "Data",
-                                                                              true, false);
+    read(data, "Data", true);
     std::string formula = "a*exp(-b*x)*cos(c*x) + d";
     for (int i = 0; i < 5; ++i) formula += " + 1e-12*sin(a*x + " + std::to_string(i) + ')';
     plotwerk->setFormulaOf_formulaText_(name, formula);
@@ -134,8 +133,7 @@ TEST_F(WindowTest, GoesOnAfterAnExceptionInAHandler) {
     startWithLine();
     std::string data = "x y\n";
     for (int i = 0; i < 5'000'000; ++i) data += "1 2\n";
-    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(data, name, "Many",
-                                                                              false, false);
+    read(data, "Many");
     screen.frame();
     const auto hasCurves = [&] {
         return plotwerk->indexOfCurveNameOf_source_table_column_(name, "Many", 1, "y") >= 0;

@@ -70,8 +70,7 @@ TEST_F(WindowTest, ZoomsAndPans) {
 
 TEST_F(WindowTest, SelectsTheCurveThatIsClicked) {
     startWithLine();
-    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(
-        "x z\n0 100\n5 50\n10 0\n", name, "More", false, false);
+    read("x z\n0 100\n5 50\n10 0\n", "More");
     const ShownFrame frame = screen.frame();
     const auto isSelected = [&](int first, int count) {
         waitUntil("the selection", [&] {

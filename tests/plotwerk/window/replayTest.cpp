@@ -75,8 +75,7 @@ TEST_F(ReplayTest, EveryActionIsInTheJournalAsWhatAScriptDoes) {
     std::filesystem::current_path(directory);
     setenv("XDG_RUNTIME_DIR", directory.c_str(), 1);
     start({"--no-journal"});
-    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(
-        "x a b\n1 1 9\n3 2 4\n2 5 3\n", name, "Data", true, false);
+    read("x a b\n1 1 9\n3 2 4\n2 5 3\n", "Data", true);
     const std::string before = pathOf("before.plotwerk");
     plotwerk->saveDocument_as_binary_(name, before, false);
     stop();
@@ -180,7 +179,7 @@ TEST_F(ReplayTest, EveryActionIsInTheJournalAsWhatAScriptDoes) {
              }
              waitForWindows(1);
              waitUntil("a PDF file", [&] {
-                 return holds(runProgram({"pdftotext", pathOf("Untitled.pdf"), "-"}).out, "x");
+                 return runProgram({"pdftotext", pathOf("Untitled.pdf"), "-"}).out.size() > 10;
              });
          }},
         {"mark", "callPlw -x markSelectedCurves\n"},
@@ -227,8 +226,7 @@ TEST_F(ReplayTest, EveryActionIsInTheJournalAsWhatAScriptDoes) {
 
 TEST_F(ReplayTest, MouseKeysAndPanesAreInTheJournal) {
     startWithLine();
-    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(
-        "x z\n0 100\n5 50\n10 1\n", name, "More", false, false);
+    read("x z\n0 100\n5 50\n10 1\n", "More");
     plotwerk->setFormulaOf_formulaText_(name, "a*x + b");
     reopen();
     const std::string before = file("before.plotwerk", bytesOf(pathOf("line.plotwerk")));
@@ -329,8 +327,7 @@ TEST_F(ReplayTest, MessagesOfTheBusAreInTheJournalWhateverTheyAre) {
     plotwerk->setDeciSeparator_(0);
     std::string many = "x z\n";
     for (int i = 0; i < 20'000; ++i) many += std::to_string(i) + ' ' + std::to_string(i % 9) + '\n';
-    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(many, name, "Many",
-                                                                              false, false);
+    read(many, "Many");
     plotwerk->set2YRangeOf_ymin_ymax_(name, -2, NAN);
     plotwerk
         ->setDocAttributes_xAxisLength_yAxisLength_tickLength_axisThickness_yAxisPos_xAxisPos_multiDimFit_noLineOnRev_(
@@ -363,10 +360,10 @@ TEST_F(ReplayTest, AScriptBeginsWithTheDataThatWereOpened) {
     waitUntil("the data",
               [&] { return screen.titles() == std::vector<std::string>{"some data.txt"}; });
     screen.frame();
-    activate(1, "select-all");
-    activate(1, "differentiate");
+    activate(2, "select-all");
+    activate(2, "differentiate");
     screen.settle();
-    activate(1, "undo");
-    activate(1, "zoom-in");
+    activate(2, "undo");
+    activate(2, "zoom-in");
     expectItMakesTheSame(copiedJournal("callPlw -x setYRange"), "");
 }
