@@ -69,6 +69,20 @@ TEST(RecordedMessage, ThatIsDamagedChangesNothingForLaterOnes) {
     EXPECT_EQ(application.document("doc").axes[xAxis].title, "text");
 }
 
+TEST(RecordedMessage, IsRepeatedWithItsOwnDecimalSeparator) {
+    Application application;
+    application.add({.name = "doc"});
+    ControlObject object(application);
+    const std::string data = "1,5 2,5\n", doc = "doc", source = "s";
+    const bool range = false;
+    for (const auto &[separator, x] : {std::pair{',', 1.5}, {'.', 1.0}}) {
+        object.repeat(encodedMessage(separator, "replaceDataformText_of_source_doRangeOverAll_",
+                                     std::tie(data, doc, source, range))
+                          .whole());
+        EXPECT_EQ(application.document("doc").sources.at(0).tables.at(0).x.values.at(0), x);
+    }
+}
+
 // One that changes the document counts one revision, a refused one and one that asks count none.
 TEST_F(ServerTest, EveryMessageCountsItsRevision) {
     start();
