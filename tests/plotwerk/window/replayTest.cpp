@@ -356,7 +356,7 @@ TEST_F(ReplayTest, MessagesOfTheBusAreInTheJournalWhateverTheyAre) {
 TEST_F(ReplayTest, AScriptBeginsWithTheDataThatWereOpened) {
     start({"--no-journal"});
     plotwerk->setDeciSeparator_(1);
-    runProgram({PLOTWERK, file("some data.txt", "1,5 5\n2,5 6\n4,5 9\n")});
+    runProgram({PLOTWERK, file("some data.txt", "1,234 5\n2,345 6\n4,567 9\n")});
     waitUntil("the data",
               [&] { return screen.titles() == std::vector<std::string>{"some data.txt"}; });
     screen.frame();
