@@ -20,9 +20,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <gtest/gtest.h>
 #include <sstream>
-#include <string>
 #include <unistd.h>
 
 using namespace plotwerk;
@@ -42,16 +40,9 @@ class BoundedWork : public testing::Test {
     }
 
     // With one selected curve of that many rows.
-    static Document documentWith(int rows) {
-        Table table;
-        table.x.values.assign(rows, 1);
-        Column &curve = table.y.emplace_back();
-        curve.values.assign(rows, 1);
-        curve.rank = 1;
-        Document document;
-        document.sources.push_back({"Data", {}});
-        document.sources.front().tables.push_back(std::move(table));
-        return document;
+    static Document documentWith(std::size_t rows) {
+        return selectedOf(
+            table(std::vector<double>(rows, 1), {column("", std::vector<double>(rows, 1))}));
     }
 
     // Of selected curves where the formula knows the names of all.

@@ -9,11 +9,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
-#include <gtest/gtest.h>
 #include <limits>
 #include <memory>
 #include <new>
-#include <string>
 #include <unistd.h>
 #include <vector>
 
@@ -85,12 +83,18 @@ TEST(InChild, HasItsShareOfMemoryAndNoMore) {
 }
 #endif
 
+// Returns the mask before.
+static sigset_t blockTermination() {
+    sigset_t ends, before;
+    sigemptyset(&ends);
+    sigaddset(&ends, SIGTERM);
+    sigprocmask(SIG_BLOCK, &ends, &before);
+    return before;
+}
+
 TEST(EndingDeathTest, ComesInTheMiddleOfWork) {
     const auto work = [] {
-        sigset_t ends;
-        sigemptyset(&ends);
-        sigaddset(&ends, SIGTERM);
-        sigprocmask(SIG_BLOCK, &ends, nullptr);
+        blockTermination();
         endInTheMiddleOfWork();
         raise(SIGTERM);
         for (volatile int forever = 1; forever;) {
@@ -100,14 +104,10 @@ TEST(EndingDeathTest, ComesInTheMiddleOfWork) {
 }
 
 TEST(InChild, IsGivenUpWhenTheProgramIsToEnd) {
-    sigset_t ends;
-    sigset_t before;
-    sigemptyset(&ends);
-    sigaddset(&ends, SIGTERM);
-    sigprocmask(SIG_BLOCK, &ends, &before);
+    const sigset_t before = blockTermination();
     raise(SIGTERM);
     EXPECT_EQ(refusalOf([] { inChild([] { pause(); }); }), "given up, since the program is to end");
-    int taken = 0;
-    sigwait(&ends, &taken);
+    std::signal(SIGTERM, SIG_IGN); // which takes it
+    std::signal(SIGTERM, SIG_DFL);
     sigprocmask(SIG_SETMASK, &before, nullptr);
 }

@@ -42,34 +42,12 @@ TEST(Editing, RenamesTheSelectionWithItsErrorsAndShowsItInFront) {
     EXPECT_EQ(first[1].look.layer, 9);
 }
 
-// Where names occur more than once, each curve takes the first such column that is left.
-TEST(Editing, RenamesEachCurvesOwnErrors) {
-    const auto named = [](std::initializer_list<const char *> names) {
-        std::vector<Column> columns;
-        for (const char *name : names) columns.push_back(column(name, {0}));
-        return columns;
-    };
-    Document document = documentOf(
-        table({0}, named({"a", "a error", "b", "a", "a error", "b error", "c error", "c"})));
-    for (const int selected : {0, 2, 3, 5, 7}) selectByIndex(document, {selected, selected}, true);
-    renameSelection(document, "c");
-    EXPECT_EQ(textOf(document), "Data: x=0 c=0 c error=0 c=0 c=0 c error=0 c=0 c error=0 c=0");
-}
-
 // Which takes minutes where each curve looks at all the others.
 TEST(Editing, RenamesManyCurvesOfOneTable) {
     Document document = documentOf(table({0}, std::vector<Column>(30'000, column("a", {0}))));
     selectByIndex(document, {0, 29'999}, false);
     renameSelection(document, "n");
     for (const Column &each : document.sources[0].tables[0].y) ASSERT_EQ(each.name, "n");
-}
-
-TEST(Editing, RenamesSelectedErrorsAsTheyAreAskedFor) {
-    Document document = documentOf(table({1}, {column("a", {1}), column("a error", {1})}));
-    selectByIndex(document, {1, 1}, false);
-    selectByIndex(document, {0, 0}, true);
-    renameSelection(document, "n");
-    EXPECT_EQ(textOf(document.sources[0].tables[0]), "x=1 n=1 n=1");
 }
 
 TEST(Editing, DeletesEmptiedTablesAndSources) {

@@ -117,15 +117,22 @@ TEST(ErrorColumns, GoWhereTheyAreAskedFor) {
 TEST(ErrorColumns, GoByTheNewNameOfTheirCurve) {
     const struct {
         const char *names, *newName, *want;
+        std::vector<int> selected = {0};
     } cases[] = {
         {"t|U|U error|dU|U +|U -|err", "I", "t|I|I error|dI|I +|I -|err"},
         {"t|U (V)|U error (V)|sigma U|U (V) err", "I (A)", "t|I (A)|I error (A)|sigma I|I (A) err"},
         {"t|U (V)|\u00b1U (V)|U error (V)|U error (mV)", "I", "t|I|\u00b1I|I error|U error (mV)"},
         {"t|U|U err (V)", "I", "t|I|I err (V)"},
+        {"t|U|U error", "I", "t|I|I", {1, 0}}, // errors that are selected, as they are asked for
+        // where names occur more than once, each curve takes the first such column that is left
+        {"t|a|a error|b|a|a error|b error|c error|c",
+         "c",
+         "t|c|c error|c|c|c error|c|c error|c",
+         {0, 2, 3, 5, 7}},
     };
     for (const auto &c : cases) {
         Document document = documentOf(named(c.names));
-        selectByIndex(document, {0, 0}, false);
+        for (const int selected : c.selected) selectByIndex(document, {selected, selected}, true);
         renameSelection(document, c.newName);
         const Table &table = document.sources[0].tables[0];
         std::string names = table.x.name;

@@ -35,8 +35,6 @@ TEST(Curves, SeriesMinusOneIsTheFirstSelectedOrTheOnlyCurve) {
     Table lone = table({1}, {column("a error", {1}), column("a", {1}), column("Fit", {1})});
     lone.y[2].drawnByFit = true;
     EXPECT_EQ(curveOfSeries(documentOf(lone), -1).index, 1);
-    lone.y.erase(lone.y.begin(), lone.y.begin() + 2);
-    EXPECT_EQ(curveOfSeries(documentOf(lone), -1).index, 0);
 }
 
 TEST(Selection, FindsByNameAndByPattern) {
@@ -154,16 +152,6 @@ TEST(Selection, FindsByPositionAndIndexWithinLimits) {
     Document empty;
     EXPECT_EQ(selectByIndex(empty, {}, false), 0);
     EXPECT_EQ(selectByPosition(empty, {}, {}, {}, false), 0);
-}
-
-TEST(Selection, AppendedCurvesFollowAndSelectedOnesKeepTheirPlace) {
-    Document document = sample();
-    selectByIndex(document, {2, 3}, false);
-    EXPECT_EQ(selectByIndex(document, {0, 2}, true), 3) << "found, one of them again";
-    EXPECT_EQ(selection(document), "2 3 0 1 ");
-    EXPECT_EQ(indexOfSelectedCurve(document), 2);
-    selectByName(document, "B", -1, "", false);
-    EXPECT_EQ(selection(document), "3 ");
 }
 
 // Counting on from numbers that a file may have must not leave what a file may have.

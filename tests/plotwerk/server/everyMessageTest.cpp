@@ -88,7 +88,13 @@ const MessageCase cases[] = {
     {"selectCurvesOf:doc sourceIndexFirst:1 sourceIndexLast:2 tableFirst:1 tableLast:1 "
      "columnFirst:1 columnLast:2 appendSelection:no",
      "u place 1; v place 2; w place 3"},
-    {"selectCurvesOf:doc indexFirst:3 indexLast:4 appendSelection:yes", "z place 2; w place 3"},
+    {"selectCurvesOf:doc indexFirst:3 indexLast:4 appendSelection:yes\n"
+     "selectCurvesOf:doc indexFirst:0 indexLast:3 appendSelection:yes\nindexOfSelectedCurveOf:doc",
+     "1; u place 4; u error place 5; z place 2; w place 3"},
+    {"selectCurvesOf:doc sourceName:'C' table:1 column:'w' appendSelection:no",
+     "no curve of source \"C\", table 1, column \"w\" (\"doc\"); v place 0"},
+    {"selectCurvesOf:doc regexSourceName:'' table:-1 regexColumn:'a.*' appendSelection:yes",
+     "no curve of column \"a.*\" (\"doc\")"},
     {"indexOfCurveNameOf:doc source:'A' table:2 column:'z'", "3"},
     {"indexOfCurveNameOf:doc regexSource:'[AB]' table:1 regexColumn:'[wz]'", "4"},
     {"nameOfNextMarkedCurveOf:doc\nnameOfNextMarkedCurveOf:doc\nnameOfNextMarkedCurveOf:doc",
@@ -119,8 +125,10 @@ const MessageCase cases[] = {
     {"diffOf:doc", "0/0/y/3 name \"v'\", values -5.5 1.5 1.5 -5.5"},
     {selectW + "deleteSelectedCurvesOf:doc",
      "v place 0; 1/0/x name gone; w name gone; 1 name gone"},
-    {"deleteAllCurvesOf:doc\nindexOfSelectedCurveOf:doc\nindexOfFitCurveOf:doc",
-     "-1; -1; 0/0/x name gone; u name gone; v name gone; u error name gone; 0/1/x name gone; z "
+    {"deleteAllCurvesOf:doc\nindexOfSelectedCurveOf:doc\nindexOfFitCurveOf:doc\n"
+     "selectCurvesOf:doc indexFirst:-1 indexLast:-1 appendSelection:no",
+     "-1; -1; there are no curves (\"doc\"); 0/0/x name gone; u name gone; v name gone; u error "
+     "name gone; 0/1/x name gone; z "
      "name gone; 0 name gone; 1/0/x name gone; w name gone; 1 name gone"},
     {"selectCurvesOf:doc indexFirst:3 indexLast:3 "
      "appendSelection:no\nsortSelectedCurvesByXdata:doc",

@@ -4,8 +4,6 @@
 #include <cstdlib>
 #include <regex>
 
-namespace fs = std::filesystem;
-
 class JobsTest : public ServerTest {
   protected:
     ~JobsTest() override { unsetenv("CALLPLW_ERRORS"); }
@@ -62,49 +60,18 @@ TEST_F(JobsTest, WhatIsRefusedIsToldWithItsReasonAndNothingElseIs) {
     EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "none");
 }
 
-// Without asking: no figure of another file, and no document closed but its own.
-TEST_F(JobsTest, AMissingFileInALoopGetsNothingOfTheOneBefore) {
-    file("a.txt", "t V\n0 1\n1 3\n2 5\n3 6\n");
-    start();
-    plotwerk->newDocumentWithName_("mine");
-    std::string lines;
-    for (const std::string name : {"a", "b", "c"})
-        lines += "-x open -f DIR/" + name + ".txt\n-x selectCurve -c V\n-x setFormula -f a+b*x\n" +
-                 "-x fit\n-x savePDF -f DIR/" + name + ".svg\n" +
-                 (name == "c" ? "" : "-x close -a yes\n");
-    file("c.txt", "t V\n0 2\n1 2\n2 5\n3 9\n");
-    EXPECT_EQ(
-        std::regex_replace(run(lines).out, std::regex("(ERROR|succeeded) .*"), "$1"),
-        "fit succeeded\nsave succeeded\nfit ERROR\nsave ERROR\nfit succeeded\nsave succeeded\n");
-    EXPECT_FALSE(fs::exists(pathOf("b.svg")));
-    EXPECT_EQ(bytesOf(pathOf("a.svg")).substr(0, 5), "<?xml");
-    run("-x close -d c.txt\n-x close -d mine\n");
-    EXPECT_EQ(run("-x close\n-x activeDoc\n-x inventory\n").out, "Untitled\n0 0 0\n");
-}
-
-// The data and, sharing its x axis, what is below it: two frames of one width, one above the other.
-TEST_F(JobsTest, PanelsShareAnAxisAndAPictureIsWhatItsPathSays) {
-    file("up.txt", "time V\n0 10000\n1 30000\n2 50000\n");
-    file("low.txt", "time R\n0 -1\n1 1\n2 0\n");
-    start();
-    const Output output = run("-x open -f DIR/up.txt\n"
-                              "-x setAxis -k yes\n"
-                              "-x savePDF -f DIR/a.svg\n-x saveTIFF -f DIR/a.png\n"
-                              "-x savePDF -f DIR/b.svg\n-x saveTIFF -f DIR/b.png\n"
-                              "-x open -f DIR/low.txt\n"
-                              "-x newComposition\n"
-                              "-x addPDFtoComposition -d up.txt -X 0 -Y 240\n"
-                              "-x addPDFtoComposition -d low.txt -X 0 -Y 0\n"
-                              "-x savePDFofComposition -f DIR/page.pdf -a none\n"
-                              "-x getVar -s lastError\n");
-    EXPECT_EQ(output.out, "save succeeded\nsave succeeded\nsave succeeded\nsave succeeded\n\n");
-    const Output texts = runProgram({"pdftotext", pathOf("page.pdf"), "-"});
-    std::size_t titles = 0;
-    for (std::size_t at = 0; (at = texts.out.find("time", at)) != std::string::npos; ++at) ++titles;
-    EXPECT_EQ(titles, 1U) << texts.out;
-    EXPECT_TRUE(holds(texts.out, "V\n") && holds(texts.out, "R\n")) << "names of columns";
-    EXPECT_TRUE(holds(runProgram({"file", pathOf("a.svg")}).out, "SVG Scalable Vector Graphics"));
-    EXPECT_TRUE(holds(runProgram({"pngcheck", "-v", pathOf("a.png")}).out, "(300 dpi)"));
-    for (const char *end : {".svg", ".png"})
-        EXPECT_EQ(bytesOf(pathOf(std::string("a") + end)), bytesOf(pathOf(std::string("b") + end)));
+TEST_F(JobsTest, NaNIsAnsweredWithoutASignWhereverItComesFrom) {
+    start({file("data.txt", "x y\n1 -nan\n2 5\n3 inf\n4 inf\n5 -inf\n")});
+    const Output output = run("-x Yi -s 0 -i 0\n"
+                              "-x YatX -s 0 -a 3.5\n"
+                              "-x selectCurveByIndex -i 0\n"
+                              "-x statistic\n"
+                              "-x setYi -s 0 -i 1 -a -nan\n"
+                              "-x Yi -s 0 -i 1\n"
+                              "-x setFormula -f 0*x/0\n-x modifyY\n"
+                              "-x Yi -s 0 -i 2\n"
+                              "-x saveDocument -b yes -f DIR/saved\n");
+    EXPECT_EQ(output.out, "nan\nnan\n4 -inf inf nan nan nan y\nnan\nnan\nsave succeeded\n");
+    const std::string negative("\0\0\0\0\0\0\xf8\xff", 8);
+    EXPECT_EQ(bytesOf(pathOf("saved")).find(negative), std::string::npos);
 }

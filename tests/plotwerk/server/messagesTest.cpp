@@ -7,8 +7,12 @@
 
 using MessagesTest = ServerTest;
 
-TEST_F(MessagesTest, ToAnUnknownDocumentAreRefusedWithItsName) {
+// Unknown, or lost with a file that couldn't be opened.
+TEST_F(MessagesTest, ToNoDocumentAreRefusedWithItsName) {
     start();
+    plotwerk->openFile_file_doRangeOverAll_("", pathOf("lost"), false);
+    plotwerk->newCompositionView_({0, 0, 300, 200});
+    plotwerk->actify_("Untitled");
     const std::set<std::string> toTheApplication{
         "documentNameOfFrontWindow",         "waitForEmptyReply", "newDocumentWithName_",
         "openFile_file_doRangeOverAll_",     "setDeciSeparator_", "newCompositionView_",
@@ -24,19 +28,29 @@ TEST_F(MessagesTest, ToAnUnknownDocumentAreRefusedWithItsName) {
         {"statisticOfSelectionOf", "'' 0 nan nan nan nan nan"},
         {"inventoryOf", "0 0 0"}};
     const std::map<std::string, std::string> values{
-        {"s", "nix"}, {"i", "1"}, {"d", "1"}, {"b", "yes"}, {"(dddd)", "1 1 1 1"}};
-    for (const Method &method : methodsOf(*connection)) {
-        if (toTheApplication.contains(method.name)) continue;
-        std::vector<std::string> arguments;
-        for (const auto &argument : method.arguments) arguments.push_back(values.at(argument.type));
-        plotwerk->actify_("Untitled"); // clears lastError
-        const auto found = special.find(method.keyword());
-        const std::string &answer =
-            found == special.end() ? neutral.at(method.results) : found->second;
-        EXPECT_EQ(answerTo(method, arguments), answer) << method.name;
-        EXPECT_EQ(lastError(), "no document \"nix\"") << method.name;
+        {"i", "1"}, {"d", "1"}, {"b", "yes"}, {"(dddd)", "1 1 1 1"}};
+    const std::pair<std::string, std::string> documents[] = {
+        {"nix", "no document \"nix\""},
+        {"lost", "the document stands for a file that couldn't be opened (\"lost\")"}};
+    for (const auto &[name, reason] : documents) {
+        for (const Method &method : methodsOf(*connection)) {
+            const std::string keyword = method.keyword();
+            if (toTheApplication.contains(method.name)) continue;
+            if (name == "lost" && (keyword == "closeDocument" || keyword == "didSaveSucceed"))
+                continue;
+            std::vector<std::string> arguments;
+            for (const auto &argument : method.arguments)
+                arguments.push_back(argument.type == "s" ? name : values.at(argument.type));
+            plotwerk->actify_("Untitled"); // clears lastError
+            const auto found = special.find(keyword);
+            const std::string &answer =
+                found == special.end() ? neutral.at(method.results) : found->second;
+            EXPECT_EQ(answerTo(method, arguments), answer) << method.name;
+            EXPECT_EQ(lastError(), reason) << method.name;
+        }
     }
     EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "Untitled");
+    EXPECT_FALSE(holds(stop().err, "unsaved changes"));
 }
 
 // No name forges a line of what a client prints, and what is kept can be answered and saved.

@@ -77,6 +77,7 @@ struct Sending {
     bool yes = false;
     bool toNobody = false;
     long allocations = std::numeric_limits<long>::max();
+    bool reusesFreed = true;
 };
 
 struct Outcome {
@@ -87,10 +88,6 @@ struct Outcome {
 using Arguments = Sending;
 Outcome outcome;
 using Contents = std::map<std::string, std::string>; // of documents, by their names
-
-template<class T> std::string shown(const T &value) {
-    return testing::PrintToString(value);
-}
 
 template<class Answer, class... Parameters>
 void repeatMessage(ControlObject &object, const char *member,
@@ -108,14 +105,14 @@ void repeatMessage(ControlObject &object, const char *member,
     std::apply(
         [&](const Parameters &...each) {
             const auto send = [&] {
-                const FailingMemory failing(sending.allocations);
+                const FailingMemory failing(sending.allocations, sending.reusesFreed);
                 return object.answerTo(member, method, each...);
             };
             if constexpr (std::is_void_v<Answer>)
                 send(), outcome.answer = "";
             else // nobody is asked where there is no document to ask for
-                outcome.answer =
-                    shown(sending.toNobody && sizeof...(each) == 0 ? Answer() : send());
+                outcome.answer = testing::PrintToString(
+                    sending.toNobody && sizeof...(each) == 0 ? Answer() : send());
         },
         arguments);
     outcome.hasFailed = FailingMemory::hasFailed();
@@ -132,13 +129,14 @@ Document exampleDocument() {
     Document document{.name = documentName};
     addData(document, "a source with a long name",
             "x \"another long name of a column\" \"" + columnName + "\" \"" + columnName +
-                " error\"\n3 1 2 1\n1 2 1 2\n2 4 1 1\n4 3 9 2\n",
+                " error\"\n3 1 2 1\n1 2 1 2\n2 4 1 1\n4 3 9 2\n\n1 2\n0 3\n",
             '.');
     addData(document, "another source with a long name", "x w\n1 2\n2 1\n3 7\n", '.');
     selectByIndex(document, {0, 0}, false);
     markSelection(document);
     selectByIndex(document, {1, 1}, false);
     markSelection(document);
+    selectByIndex(document, {3, 4}, true);
     setFormula(document, "slope_of_the_long_line*x+offset_of_all");
     fitDocument(document);
     return document;
@@ -153,6 +151,7 @@ class NoMemoryMessages : public testing::Test {
         fs::create_directory(directory / "work");
         fs::current_path(directory / "work"); // where a relative path leads
         setLogLevel(static_cast<LogLevel>(-1));
+        loadFonts();
     }
     ~NoMemoryMessages() override {
         setLogLevel(LogLevel::info);
@@ -280,7 +279,6 @@ Result resultIn(World &world) {
 } // namespace
 
 TEST_F(NoMemoryMessages, AreRefusedOrDoneAndInTheJournal) {
-    loadFonts();
     int refused = 0;
     for (const Message &message : messages) {
         if (message.member.find("regex") != message.member.npos)
@@ -325,6 +323,28 @@ TEST_F(NoMemoryMessages, AreRefusedOrDoneAndInTheJournal) {
         }
     }
     EXPECT_GT(refused, 500);
+}
+
+// At each allocation of the work itself, which is no more than the first hundreds.
+TEST_F(NoMemoryMessages, LeaveTheDocumentAsItWasOrAreDone) {
+    for (const Message &message : messages) {
+        if (message.member.find("regex") != message.member.npos) continue;
+        std::set<std::string> states;
+        bool failed = true;
+        for (long allocations = 0; failed && allocations < 300; ++allocations) {
+            Application application;
+            ControlObject object(application);
+            application.add(example).parameters[0].value = 5;
+            try {
+                message.send(object, {true, false, allocations, false});
+            } catch (const std::bad_alloc &) { // not even for the reason
+            }
+            failed = FailingMemory::hasFailed();
+            const Document *document = documentIn(application, documentName);
+            states.insert(document ? saved(*document, true) : "");
+        }
+        EXPECT_LE(states.size(), 2U) << message.member;
+    }
 }
 
 TEST_F(NoMemoryMessages, AreBroughtBackAllOrLater) {

@@ -66,17 +66,11 @@ TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
     addProgram("broken", "exit 3\n");
     startWithData();
     const std::string page = pathOf("page.pdf");
-    plotwerk->savePDFofCompositionView_openWith_(page, "none");
-    EXPECT_EQ(lastError(), "there is no composition: newComposition begins one");
-    plotwerk->newCompositionView_({0, 0, 300, 200});
-    plotwerk->savePDFofCompositionView_openWith_(page, "");
-    EXPECT_EQ(lastError(), "there is nothing in the composition");
-    EXPECT_FALSE(fs::exists(page));
-
     const auto add = [&] {
         plotwerk->addPDFtoCompositionView_inRect_angle_sheer_("Untitled", {10, 10, 100, 100}, 30,
                                                               0.1);
     };
+    plotwerk->newCompositionView_({0, 0, 300, 200});
     add();
     plotwerk->savePDFofCompositionView_openWith_(page, "viewer");
     EXPECT_EQ(lastError(), "");
@@ -123,8 +117,6 @@ TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
 // A printer that takes its time keeps nobody waiting.
 TEST_F(PictureMessages, PrintingHandsAPdfToLp) {
     startWithData();
-    plotwerk->printDoc_("Untitled");
-    EXPECT_EQ(lastError(), "can't start lp: No such file or directory (\"Untitled\")");
     addProgram("lp", "while [ ! -e '" + pathOf("go") + "' ]; do sleep 0.01; done\necho \"$@\" >'" +
                          pathOf("arguments") + "'\ncat >'" + pathOf("part") + "'\nmv '" +
                          pathOf("part") + "' '" + pathOf("printed") + "'\n");

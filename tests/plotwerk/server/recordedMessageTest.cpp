@@ -74,12 +74,10 @@ TEST(RecordedMessage, IsRepeatedWithItsOwnDecimalSeparator) {
     ControlObject object(application);
     const std::string data = "1,5 2,5\n", doc = "doc", source = "s";
     const bool range = false;
-    for (const char separator : {',', '.'}) {
-        application.decimalSeparator = separator == ',' ? '.' : ',';
+    for (const auto &[separator, x] : {std::pair{',', 1.5}, {'.', 1.0}}) {
         object.repeat(encodedMessage(separator, "replaceDataformText_of_source_doRangeOverAll_",
                                      std::tie(data, doc, source, range))
                           .whole());
-        const Table &table = application.document("doc").sources.at(0).tables.at(0);
-        EXPECT_EQ(table.x.values.at(0), separator == ',' ? 1.5 : 1);
+        EXPECT_EQ(application.document("doc").sources.at(0).tables.at(0).x.values.at(0), x);
     }
 }

@@ -4,20 +4,6 @@
 #include <algorithm>
 #include <optional>
 
-TEST_F(WindowTest, ClosingAsksToSave) {
-    startWithLine();
-    plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
-    screen.frame();
-    screen.type("ctrl+w");
-    waitUntil("the question", [&] { return screen.titles().size() == 2; });
-    EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), name) << "messages are answered meanwhile";
-    const std::string before = bytesOf(pathOf("line.plotwerk"));
-    screen.type("Return");
-    bus.waitForNoOwner(busName);
-    EXPECT_NE(bytesOf(pathOf("line.plotwerk")), before);
-    EXPECT_EQ(program->finish().status, 0) << "it ends with its last window";
-}
-
 TEST_F(WindowTest, QuittingAsksAboutOneDocumentAfterTheOtherUntilOneIsKept) {
     startWithLine();
     plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
@@ -77,6 +63,7 @@ TEST_F(WindowTest, ClosingAndEndingCancelAFit) {
     screen.type("ctrl+w");
     EXPECT_EQ(fit->finish().out, "fit ERROR 0 nan nan\n");
     waitForWindows(2);
+    EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), name) << "messages are answered meanwhile";
     screen.type("Escape");
     waitUntil("no question", [&] { return screen.titles().size() == 1; });
     begin();

@@ -1,9 +1,10 @@
-// Windows and the documents that they show.
+// Windows and the documents and curves that they show.
 #include "tests/plotwerk/window/windowTest.h"
 
 #include <algorithm>
 #include <cmath>
 #include <csignal>
+#include <regex>
 #include <sys/resource.h>
 
 TEST_F(WindowTest, ShowsAWindowForEachDocumentWithAMarkForUnsavedChanges) {
@@ -74,6 +75,37 @@ TEST_F(WindowTest, ShowsWhatMessagesChangeAndNothingElse) {
     waitUntil("the first picture", [&] { return screen.shot() == line; });
 }
 
+TEST_F(WindowTest, CurvesHiddenTogetherAreShownEachAsItWasByOneStep) {
+    startWithLine();
+    read("x a b c\n0 1 2 3\n9 4 5 6\n", "More", true);
+    const auto select = [&](int curve, bool append) {
+        plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_(name, curve, curve, append);
+    };
+    const auto setParts = [&](int curve, int isLine, int isFilled, int hasSymbols) {
+        select(curve, false);
+        plotwerk
+            ->setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_(
+                name, isLine, 2, 2, 2, 2, isFilled, 2, 2, 2, hasSymbols);
+    };
+    setParts(1, 0, 0, 1);
+    setParts(2, 1, 1, 0);
+    for (const int curve : {2, 0, 1}) select(curve, curve != 2);
+    screen.frame();
+    const std::string before = contentsOf(name);
+    screen.type("ctrl+h");
+    waitUntil("hidden curves", [&] { return contentsOf(name) != before; });
+    screen.settle();
+    const std::string hidden = contentsOf(name);
+    screen.type("ctrl+j");
+    const auto parts = [&] { // apart from the layers: shown curves come to the front
+        return std::regex_replace(contentsOf(name), std::regex("\"layer\":[0-9]+,?"), "");
+    };
+    const std::string want = std::regex_replace(before, std::regex("\"layer\":[0-9]+,?"), "");
+    waitUntil("each as it was", [&] { return parts() == want; });
+    screen.type("ctrl+z");
+    waitUntil("hidden again, by one step", [&] { return contentsOf(name) == hidden; });
+}
+
 TEST_F(WindowTest, UndoesWhatMessagesDidToTheSameBytes) {
     startWithLine();
     screen.frame();
@@ -120,7 +152,7 @@ TEST_F(WindowTest, OffersWhatCanBeDone) {
     stop();
 }
 
-TEST_F(WindowTest, OutlivesTheBus) {
+TEST_F(WindowTest, OutlivesTheBusAndAsksToSaveWhenItIsClosed) {
     startWithLine();
     plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
     screen.frame();
@@ -129,11 +161,12 @@ TEST_F(WindowTest, OutlivesTheBus) {
     waitForWindows(2);
     screen.type("Escape");
     waitUntil("the document", [&] { return screen.titles() == std::vector{"• " + name}; });
-    screen.type("ctrl+s");
-    waitUntil("a saved document", [&] { return screen.titles() == std::vector{name}; });
-    EXPECT_NE(bytesOf(pathOf("line.plotwerk")), before);
+    screen.settle();
     screen.type("ctrl+w");
+    waitForWindows(2);
+    screen.type("Return"); // saves and closes
     EXPECT_EQ(program->finish().status, 1) << "it could not answer messages to its end";
+    EXPECT_NE(bytesOf(pathOf("line.plotwerk")), before);
 }
 
 // Its fits are done again, and the windows live meanwhile.
@@ -145,8 +178,7 @@ TEST_F(WindowTest, OffersWhatAKilledOneHadNotSaved) {
         const double y = std::exp(-x / 50) * std::cos(x) + 0.01 * (i % 7);
         data += std::to_string(x) + ' ' + std::to_string(y) + '\n';
     }
-    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(data, name, "Data",
-                                                                              true, false);
+    read(data, "Data", true);
     std::string formula = "a*exp(-b*x)*cos(c*x) + d";
     for (int i = 0; i < 5; ++i) formula += " + 1e-12*sin(a*x + " + std::to_string(i) + ')';
     plotwerk->setFormulaOf_formulaText_(name, formula);
@@ -179,8 +211,7 @@ TEST_F(WindowTest, GoesOnAfterAnExceptionInAHandler) {
     startWithLine();
     std::string data = "x y\n";
     for (int i = 0; i < 5'000'000; ++i) data += "1 2\n";
-    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(data, name, "Many",
-                                                                              false, false);
+    read(data, "Many");
     screen.frame();
     const auto hasCurves = [&] {
         return plotwerk->indexOfCurveNameOf_source_table_column_(name, "Many", 1, "y") >= 0;

@@ -1,4 +1,4 @@
-// Documents exchanged with other programs: clipboard, files that are dropped, paper.
+// Documents exchanged with other programs: clipboard, files that are dropped.
 #include "tests/plotwerk/window/windowTest.h"
 
 #include <csignal>
@@ -56,19 +56,4 @@ TEST_F(WindowTest, DroppedDataAreReadInAndDroppedDocumentsOpened) {
     EXPECT_EQ(lastError(), "");
     source.sendSignal(SIGTERM);
     source.finish();
-}
-
-TEST_F(WindowTest, PrintsToAFile) {
-    std::filesystem::current_path(directory);
-    startWithLine();
-    screen.frame();
-    screen.type("ctrl+p");
-    waitForWindows(2);
-    for (const char *key : {"Tab", "Down", "space"}) screen.type(key); // the printer of files
-    screen.settle();
-    screen.type("alt+p");
-    waitUntil("a PDF file", [&] {
-        return runProgram({"pdftotext", pathOf("Untitled.pdf"), "-"}).out.find("100") !=
-               std::string::npos;
-    });
 }

@@ -38,12 +38,18 @@ struct Edited {
         versions.setRestored(document);
         return version;
     }
-    void setX(double max) {
+    void setX(double max, Versions::Change kind) {
         change(document, [&](Document &changed) { setRange(changed, xAxis, 0, max); });
+        keep(kind);
     }
-    void setFirstValue(double value) {
+    void setFirstValue(double value, std::size_t lines = 0) {
         change(document,
                [&](Document &changed) { changed.sources[0].tables[0].y[0].values[0] = value; });
+        keep(Versions::Change::ofData, lines);
+    }
+    void setTitle() {
+        change(document, [](Document &changed) { changed.title = "another"; });
+        keep(Versions::Change::ofLook);
     }
 };
 
@@ -53,8 +59,7 @@ TEST(Versions, AreUndoneAndRedoneToTheSameBytes) {
     Edited edited;
     std::vector<std::string> steps{bytesOf(edited.document)};
     for (int i = 1; i <= 120; ++i) {
-        edited.setFirstValue(i);
-        edited.keep(Versions::Change::ofData, static_cast<std::size_t>(i));
+        edited.setFirstValue(i, static_cast<std::size_t>(i));
         steps.push_back(bytesOf(edited.document));
     }
     for (std::size_t i = 120; i-- > 0;) {
@@ -70,22 +75,17 @@ TEST(Versions, AreUndoneAndRedoneToTheSameBytes) {
 
     edited.undo();
     edited.setFirstValue(-1);
-    edited.keep(Versions::Change::ofData);
     EXPECT_FALSE(edited.versions.canRedo()) << "another way was taken";
 }
 
 TEST(Versions, HaveOneStepForSettingsInARowAndNoneForTheSelection) {
     Edited edited;
     const std::string first = bytesOf(edited.document);
-    for (const double max : {5, 6, 7}) {
-        edited.setX(max);
-        edited.keep(Versions::Change::ofSetting);
-    }
+    for (const double max : {5, 6, 7}) edited.setX(max, Versions::Change::ofSetting);
     edited.undo();
     EXPECT_EQ(bytesOf(edited.document), first);
     edited.redo();
     edited.setFirstValue(3);
-    edited.keep(Versions::Change::ofData);
     change(edited.document, [](Document &document) { document.markWalk = 1; });
     edited.keep(Versions::Change::ofView);
     edited.keep(Versions::Change::ofData); // of the same revision
@@ -94,8 +94,7 @@ TEST(Versions, HaveOneStepForSettingsInARowAndNoneForTheSelection) {
     change(edited.document, [](Document &document) { document.markWalk = 2; });
     edited.keep(Versions::Change::ofView);
     EXPECT_TRUE(edited.versions.canRedo());
-    edited.setX(8);
-    edited.keep(Versions::Change::ofSetting);
+    edited.setX(8, Versions::Change::ofSetting);
     EXPECT_FALSE(edited.versions.canRedo()) << "it would take another way than the user";
     edited.undo();
     EXPECT_EQ(bytesOf(edited.document), first);
@@ -104,12 +103,10 @@ TEST(Versions, HaveOneStepForSettingsInARowAndNoneForTheSelection) {
 
 TEST(Versions, KnowWhichOfThemIsSaved) {
     Edited edited;
-    edited.setX(5);
-    edited.keep(Versions::Change::ofData);
+    edited.setX(5, Versions::Change::ofData);
     setSaved(edited.document);
     edited.keep(Versions::Change::ofData);
-    edited.setX(6);
-    edited.keep(Versions::Change::ofData);
+    edited.setX(6, Versions::Change::ofData);
     EXPECT_TRUE(edited.undo().isSaved);
     EXPECT_FALSE(edited.undo().isSaved) << "another is in the file by now";
 }
@@ -117,11 +114,9 @@ TEST(Versions, KnowWhichOfThemIsSaved) {
 TEST(Versions, TellLooksFromData) {
     Edited edited;
     const std::string before = bytesOf(edited.document);
-    change(edited.document, [](Document &changed) { changed.title = "another"; });
-    edited.keep(Versions::Change::ofLook);
+    edited.setTitle();
     const std::string titled = bytesOf(edited.document);
     edited.setFirstValue(7);
-    edited.keep(Versions::Change::ofData);
     change(edited.document, [](Document &changed) { changed.sources.pop_back(); });
     edited.keep(Versions::Change::ofLook);
     edited.undo();
@@ -135,14 +130,12 @@ TEST(Versions, LeaveColumnsWhereTheyAre) {
     Edited edited;
     const auto place = [&] { return edited.document.sources[0].tables[0].y[0].values.data(); };
     const double *const before = place();
-    change(edited.document, [](Document &changed) { changed.title = "another"; });
-    edited.keep(Versions::Change::ofLook);
+    edited.setTitle();
     edited.undo();
     EXPECT_EQ(place(), before);
     edited.redo();
     EXPECT_EQ(place(), before);
     edited.setFirstValue(7);
-    edited.keep(Versions::Change::ofData);
     edited.undo();
     EXPECT_NE(place(), before) << "the values before were kept";
 }

@@ -1,5 +1,7 @@
 #include "plotwerk/window/viewRanges.h"
 
+#include "plotwerk/window/viewHistory.h"
+
 #include <gtest/gtest.h>
 
 using namespace plotwerk;
@@ -77,4 +79,31 @@ TEST(ViewRanges, AreNumbersNoLongerThanTheyNeedToBe) {
                  {1e300, 1e-5, 1e300}};
     for (const auto &c : cases)
         EXPECT_DOUBLE_EQ(roundedTo(c.value, c.distance), c.want) << c.value << ' ' << c.distance;
+}
+
+static View viewTo(double max) {
+    Document document;
+    document.axes[xAxis].range = {0, max};
+    return viewOf(document);
+}
+
+static double maxOf(const std::optional<View> &view) {
+    return view ? (*view)[xAxis].max : -1;
+}
+
+TEST(ViewHistory, GoesBackAndForthUntilAnotherWayIsTaken) {
+    ViewHistory history;
+    history.leave(viewTo(1));
+    history.leave(viewTo(2));
+    EXPECT_EQ(maxOf(history.back(viewTo(3))), 2);
+    EXPECT_EQ(maxOf(history.back(viewTo(2))), 1);
+    history.leave(viewTo(1)); // for one that is refused, which is no view on the way
+    EXPECT_FALSE(history.hasEarlier(viewTo(1)));
+    EXPECT_TRUE(history.hasLater(viewTo(1)));
+    EXPECT_EQ(maxOf(history.forward(viewTo(1))), 2);
+    EXPECT_EQ(maxOf(history.back(viewTo(2))), 1);
+    EXPECT_EQ(maxOf(history.forward(viewTo(1))), 2);
+    history.leave(viewTo(2));
+    EXPECT_FALSE(history.hasLater(viewTo(4)));
+    EXPECT_EQ(maxOf(history.back(viewTo(4))), 2);
 }

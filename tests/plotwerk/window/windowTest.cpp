@@ -13,11 +13,15 @@ WindowTest::~WindowTest() {
 
 void WindowTest::startWithLine() {
     start({"--no-journal"});
-    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(
-        "x y\n0 0\n5 50\n10 100\n", name, "Data", true, false);
+    read("x y\n0 0\n5 50\n10 100\n", "Data", true);
     plotwerk->setXRangeOf_xmin_xmax_(name, 0, 10);
     plotwerk->setYRangeOf_ymin_ymax_(name, 0, 100);
     reopen();
+}
+
+void WindowTest::read(const std::string &text, const std::string &source, bool rangeOverAll) {
+    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(text, name, source,
+                                                                              rangeOverAll, false);
 }
 
 void WindowTest::reopen() {
@@ -59,8 +63,7 @@ void WindowTest::startWithSlowFit() {
     for (int i = 1; i <= 300'000; ++i)
         data += std::to_string(1e-4 * i) + ' ' + std::to_string(i % 7) + '\n';
     start({"--no-journal"});
-    plotwerk->readDataformText_of_source_doRangeOverAll_appendToExistingData_(data, name, "Data",
-                                                                              true, false);
+    read(data, "Data", true);
     plotwerk->setFormulaOf_formulaText_(name, "a*x^b + c*x^d + e*x^f");
     plotwerk->readFormulaParameterOf_parameterList_(name, "b = 2\nd = 3\nf = 0.5");
     plotwerk->saveDocument_as_binary_(name, pathOf("slow.plotwerk"), false);

@@ -21,6 +21,8 @@ class WindowTest : public ServerTest {
     // Shows the document in a window whose first picture is the document as it is now.
     void reopen();
 
+    void read(const std::string &text, const std::string &source, bool rangeOverAll = false);
+
     // That file in the place of the document.
     void openInstead(const std::string &path);
 

@@ -1,8 +1,10 @@
 #include "util/arrays/search.h"
 
 #include "tests/support/expect.h"
+#include "util/arrays/missing.h"
 
 #include <climits>
+#include <cstdlib>
 #include <random>
 
 using namespace plw;
@@ -98,4 +100,22 @@ TEST(IsArrIncreasing, AllowsEqualNeighboursAndIgnoresGaps) {
          {std::pair{Values{1, 1, 2}, 1}, {{2, 1}, 0}, {{2, NaN, 1}, 1}, {{2}, 1}, {{}, 1}})
         EXPECT_EQ(isArrIncreasing(a.data(), static_cast<int>(a.size())), want)
             << testing::PrintToString(a);
+}
+
+TEST(RemoveNAN, KeepsCompletePairsInOrder) {
+    const double x[] = {1, NaN, 3, infinity, NaN}, y[] = {5, 6, -NaN, 8, NaN};
+    for (const int n : {5, 2, 0}) {
+        double *xOut, *yOut;
+        int *indexOut, kept = -1;
+        EXPECT_EQ(removeNAN(x, y, n, &xOut, &yOut, &kept, &indexOut), indexOut);
+        const std::vector<int> want = n == 5 ? std::vector{0, 3} : std::vector<int>(n / 2, 0);
+        EXPECT_EQ(std::vector<int>(indexOut, indexOut + kept), want) << n;
+        for (int i = 0; i < kept; ++i) {
+            EXPECT_EQ(xOut[i], x[want[i]]) << n;
+            EXPECT_EQ(yOut[i], y[want[i]]) << n;
+        }
+        std::free(xOut);
+        std::free(yOut);
+        std::free(indexOut);
+    }
 }
