@@ -15,7 +15,7 @@
 #include "plotwerk/model/selection.h"
 #include "plotwerk/model/statistic.h"
 #include "plotwerk/model/structure.h"
-#include "tests/plotwerk/base/refusalOf.h"
+#include "tests/plotwerk/model/documents.h"
 
 #include <filesystem>
 #include <fstream>
