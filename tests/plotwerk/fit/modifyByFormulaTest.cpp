@@ -78,3 +78,21 @@ TEST(ModifyByFormula, ScalesErrorsByItsDerivative) {
     modifySelection(document, true);
     EXPECT_EQ(textOf(document), "Data: x=1 y error=2 y=8") << "not twice";
 }
+
+// More rows than are worked on at once.
+TEST(ModifyByFormula, TakesOfEachRowItsOwnColumnsAndSlope) {
+    constexpr std::size_t rows = 10'000;
+    std::vector<double> x(rows);
+    for (std::size_t i = 0; i < rows; ++i) x[i] = static_cast<double>(i);
+    Document document = documentOf(table(
+        x, {column("y", x), column("y error", std::vector<double>(rows, 1)), column("T", x)}));
+    document.frame.multiDimFit = true;
+    selectByIndex(document, {0, 0}, false);
+    setFormula(document, "y*y + T");
+    modifySelection(document, true);
+    const std::vector<Column> &columns = document.sources[0].tables[0].y;
+    for (std::size_t i = 0; i < rows; ++i) {
+        ASSERT_EQ(columns[0].values[i], x[i] * x[i] + x[i]);
+        ASSERT_EQ(columns[1].values[i], 2 * x[i]);
+    }
+}
