@@ -116,6 +116,7 @@ TEST(Formula, RefusesWithThePosition) {
     const struct {
         std::string text, want;
     } cases[] = {
+        {" \n ", "line 2, column 2: no expression"},
         {"a*(x", "line 1, column 5: expected ')'"},
         {"a*x)", "line 1, column 4: expected an operator, not ')'"},
         {"2x", "line 1, column 2: expected an operator, not 'x'"},
