@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <sys/resource.h>
+#include <sys/wait.h>
 
 namespace fs = std::filesystem;
 
@@ -167,6 +168,30 @@ TEST_F(RobustnessTest, SavesHoweverManyDocumentsAreOpen) {
 
 // One that doesn't read is answered up to the limit, which others don't notice; once it reads, it
 // is served again.
+// Messages of 10 ms, whose answers nobody takes.
+TEST_F(RobustnessTest, OutlivesClientsThatAreKilledInACall) {
+    std::string text;
+    for (int i = 0; i < 100'000; ++i) text += "1.25 2.5\n";
+    for (int round = 0; round < 10; ++round) {
+        const std::string source = "of client " + std::to_string(round);
+        const pid_t client = fork();
+        if (client == 0) {
+            const auto own = sdbus::createSessionBusConnection();
+            for (Plotwerk server(*own);;)
+                server.replaceDataformText_of_source_doRangeOverAll_(text, "doc", source, true);
+        }
+        waitUntil("its first call", [&] {
+            return plotwerk->indexOfCurveNameOf_source_table_column_("doc", source, 1, "Y1") >= 0;
+        });
+        kill(client, SIGKILL);
+        int status = 0;
+        waitpid(client, &status, 0);
+        EXPECT_TRUE(WIFSIGNALED(status)) << status;
+    }
+    EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_("doc", 3, 0), 6.5);
+    stop();
+}
+
 TEST_F(RobustnessTest, CutsOffClientsThatDoNotReadTheirAnswers) {
     stop();
     start({"--limit=unread=2", "--log-level=warning"});
