@@ -3,9 +3,9 @@
 #include "plotwerk/base/bounds.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/model/document.h"
+#include "util/text/charclass.h"
 #include "util/text/scanline.h"
 
-#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -73,7 +73,8 @@ bool RowReader::readPlainCells(const char *line) {
 
 const char *RowReader::withDecimalPoints(const char *line) {
     scratch = line;
-    std::replace(scratch.begin(), scratch.end(), ',', '.');
+    for (char *comma = scratch.data(); (comma = std::strchr(comma, ',')) != nullptr; ++comma)
+        if (plw::isDigit(comma[1])) *comma = '.'; // without digits it isn't part of a number
     return scratch.c_str();
 }
 

@@ -89,7 +89,7 @@ TEST(DataText, IsReadAsPeopleWriteIt) {
     const std::pair<const char *, const char *> withCommas[] = {
         {"1,5;2.5;,5\n", "X=1.5 Y1=2.5 Y2=0.5"},
         {"1 2\n3 4,5,6\n", "X=1,3 Y1=2,nan"},
-        {"1;2\n1,e5;3 #\n1,;4 #\n", "X=1,nan,nan Y1=2,3,4"},
+        {"1;2\n1,e5;3\n1,;4\n1,;4 #\n,5;,\n", "X=1,nan,nan,nan,0.5 Y1=2,3,4,4,nan"},
         {"x a,b\n1 2\n", "x=1 a,b=2"}};
     EXPECT_EQ(read("\"t\n(s)\",U\n1,2\n" + many("3,4\n", 2000), '.').substr(0, 10), "t (s)=1,3,");
     EXPECT_EQ(read("\"t" + many("\n", 32) + "s\",U\n1,2\n", '.'), "t" + many(" ", 32) + "s=1 U=2");
