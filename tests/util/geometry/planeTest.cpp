@@ -25,13 +25,13 @@ TEST(LinInterpolx, ReplacesOneGapAndAveragesAVerticalLine) {
 }
 
 TEST(LineCross, FindsTheCrossingOrLeavesParallelLines) {
-    const double l1[] = {0, 1, 2, 0}, l2[] = {4, 0, 0, -0.5}, l3[] = {5, 5, -1, 0};
+    const double l1[] = {0, 1, 4, 0}, l2[] = {4, 0, 0, -0.5}, l3[] = {5, 5, -1, 0};
     double t1 = 7, t2 = 8;
     for (const double *other : {l2, l3}) {
         char parallel = 7;
         LineCross(l1, other, &t1, &t2, &parallel);
         EXPECT_EQ(parallel, other == l3);
-        EXPECT_EQ(Values({t1, t2}), Values({2, -2}));
+        EXPECT_EQ(Values({t1, t2}), Values({1, -2}));
     }
 }
 
