@@ -247,6 +247,7 @@ TEST(DocumentFormula, KeepsParametersOfTheSameName) {
     setFormula(document, "c + a * x + b");
     EXPECT_FALSE(document.parameters[1].atBound);
     EXPECT_FALSE(document.fit.done);
+    EXPECT_EQ(variableOf(document, "status"), "0") << "of the last fit";
     EXPECT_EQ(parameter(document, "a"), 5);
     EXPECT_TRUE(document.parameters[1].fixed);
     EXPECT_EQ(parameter(document, "b"), b);

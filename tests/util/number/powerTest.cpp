@@ -48,7 +48,7 @@ TEST(IntFloor, IsOneBelowTheFloorForWholeNumbersUpToZero) {
     const int max = INT_MAX, min = INT_MIN;
     const double inf = infinity, most = max;
     const std::pair<double, int> cases[] = {
-        {2.7, 2},    {2, 2},     {0.5, 0},          {0, -1},     {-0.0, -1},   {-0.5, -1},
+        {2.7, 2},    {1, 1},     {0.5, 0},          {0, -1},     {-0.0, -1},   {-0.5, -1},
         {-1, -2},    {-2, -3},   {-2.5, -3},        {1e10, max}, {-1e10, min}, {inf, max},
         {-inf, min}, {NaN, min}, {most + 0.5, max}, {-most, min}};
     for (const auto &[x, floor] : cases) EXPECT_EQ(intFloor(x), floor) << x;
