@@ -127,6 +127,13 @@ TEST(FittedCurve, HasABandThatHolds95Percent) {
             EXPECT_NEAR(below.y - line[i].y, line[i].y - band[0][i].y, 1e-6);
         }
     }
+    document.axes[yAxis].range = {5000, 6000};
+    const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+    const Box ink =
+        inkOf([&](cairo_t *cr) { drawBand(cr, drawnCurvesOf(document)[0], frame, document, 0); });
+    EXPECT_NEAR(ink.top, 0, 1) << "as far as the frame goes";
+    EXPECT_NEAR(ink.bottom, frame.height, 1);
+
     document.fit.freedom = 0;
     document.fit.absoluteErrors = false;
     std::vector<Path> band;
