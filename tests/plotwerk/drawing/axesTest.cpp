@@ -84,6 +84,20 @@ TEST(Axes, HaveTicksOfTheirLengthsAtTheirPlacesOnAllSides) {
         }
 }
 
+// The last tick is 1.98 points from the frame's side.
+TEST(Axes, HaveNoTicksThatWouldThickenTheFrame) {
+    Document document = plain();
+    document.axes[xAxis].range = {0, 10.1};
+    for (const double thickness : {1.5, 2.5}) {
+        document.frame.axisThickness = thickness;
+        const std::multiset<std::string> lines = linesIn(axesOf(document), thickness);
+        const auto count = [&](double x) { return lines.count(lineOf({x, 100}, {x, 92})); };
+        EXPECT_EQ(count(0), 1U) << "on the side itself";
+        EXPECT_EQ(count(2 / 10.1 * 200), 1U);
+        EXPECT_EQ(count(10 / 10.1 * 200), thickness < 2 ? 1U : 0U);
+    }
+}
+
 TEST(Axes, HaveGridsBetweenTheSidesAndLinesWhereTheyCross) {
     Document document = plain();
     document.axes[xAxis].majorGrid = document.axes[yAxis].minorGrid = true;
