@@ -262,15 +262,6 @@ TEST_P(AtomicFile, FollowsNoLinkThatAnotherUserPutIntoASharedFolder) {
     }
 }
 
-TEST_P(AtomicFile, IsFoundBehindFortyLinks) {
-    for (int i = 1; i <= 41; ++i)
-        fs::create_symlink(i == 1 ? "file" : std::to_string(i - 1), directory / std::to_string(i));
-    write(directory / "40", "new");
-    EXPECT_EQ(readWholeFile(file), "new");
-    EXPECT_EQ(refusalOf([&] { write(directory / "41", "newer"); }),
-              "can't write " + (directory / "41").string() + ": Too many levels of symbolic links");
-}
-
 TEST_P(AtomicFile, ThatIsNewTakesNoPlaceThatIsTaken) {
     const auto writeNew = [&](const std::string &before) {
         return writeNewFile(file, [&](std::ostream &stream) {
