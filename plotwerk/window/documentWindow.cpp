@@ -53,7 +53,7 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
                        [this](double min, double max) {
                            send("setFitRangeOf_xmin_xmax_", {min, max});
                        },
-                   .readOut = [this](const ReadOut &readOut) { showReadOut(readOut); }}),
+                   .readOut = [this](const ReadOut &readOut) { status.showReadOut(readOut); }}),
       fitPane(
           shown,
           {.setFormula =
@@ -110,24 +110,8 @@ DocumentWindow::DocumentWindow(const Glib::RefPtr<WindowedApplication> &app, Doc
     journalPane.set_visible(false);
     content->append(*upper);
 
-    auto *status = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 24);
-    status->set_margin_start(12);
-    status->set_margin_end(12);
-    status->set_margin_top(4);
-    status->set_margin_bottom(4);
-    for (Gtk::Label *label : {&placeLabel, &pointLabel, &messageLabel}) {
-        label->set_xalign(0);
-        label->add_css_class("numeric");
-        label->set_single_line_mode();
-        status->append(*label);
-    }
-    pointLabel.set_ellipsize(Pango::EllipsizeMode::MIDDLE);
-    messageLabel.set_ellipsize(Pango::EllipsizeMode::END);
-    messageLabel.set_hexpand();
-    messageLabel.set_xalign(1);
-    placeLabel.set_text(" ");
     content->append(*Gtk::make_managed<Gtk::Separator>(Gtk::Orientation::HORIZONTAL));
-    content->append(*status);
+    content->append(status);
     set_child(*content);
 
     addActions();
@@ -178,7 +162,7 @@ void DocumentWindow::addActions() {
     forSelection.push_back(
         add_action("copy-data", [this] { send("copySelectedCurvesOf_includeX_", {true}); }));
     add_action("copy-picture", [this] { send("copyPDF_"); });
-    add_action("copy-read-out", [this] { copyTextTo(get_clipboard(), readOutText); });
+    add_action("copy-read-out", [this] { copyTextTo(get_clipboard(), status.readOutText()); });
     add_action("paste-data", [this] { paste(); });
     add_action("select-all", [this] {
         send("selectCurvesOf_indexFirst_indexLast_appendSelection_", {-1, -1, false});
@@ -348,26 +332,13 @@ void DocumentWindow::updateActions() {
     forward->set_enabled(history.hasLater(view));
 }
 
-void DocumentWindow::note(const Glib::ustring &text) {
-    messageLabel.set_text(text);
-    messageLabel.set_tooltip_text(text);
-    messageLabel.remove_css_class("error");
-}
-
-void DocumentWindow::tell(const Glib::ustring &text) {
-    note(text);
-    messageLabel.add_css_class("error");
-    if (!text.empty()) toldAt = std::chrono::steady_clock::now();
-}
-
 void DocumentWindow::beginFit() {
     cancelFit->set_enabled();
 }
 
 void DocumentWindow::showFit(const FitProgress &progress) {
-    constexpr std::chrono::seconds toRead{2}; // what was told meanwhile
     fitPane.showProgress(progress);
-    if (fitPane.get_visible() || std::chrono::steady_clock::now() < toldAt + toRead) return;
+    if (fitPane.get_visible() || !status.isRead()) return;
     note(progress.iterations() == 0
              ? "Fitting. Escape cancels."
              : Glib::ustring::sprintf("Fitting: χ² = %.7g, %d iterations. Escape cancels.",
@@ -378,12 +349,6 @@ void DocumentWindow::endFit() {
     cancelFit->set_enabled(false);
     fitPane.hideProgress();
     tell({});
-}
-
-void DocumentWindow::showReadOut(const ReadOut &readOut) {
-    placeLabel.set_text(readOut.place.empty() ? " " : readOut.place);
-    pointLabel.set_text(readOut.point);
-    if (!readOut.place.empty()) readOutText = readOut.text();
 }
 
 // Neighbours in one message.

@@ -9,10 +9,10 @@
 #include "plotwerk/window/journalPane.h"
 #include "plotwerk/window/plotArea.h"
 #include "plotwerk/window/questions.h"
+#include "plotwerk/window/statusLine.h"
 #include "plotwerk/window/versions.h"
 #include "plotwerk/window/viewHistory.h"
 
-#include <chrono>
 #include <gtkmm.h>
 #include <string>
 #include <vector>
@@ -43,8 +43,8 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     void endStep();
 
     // A line for the user, until the next one; empty: none. What is told has gone wrong.
-    void note(const Glib::ustring &line);
-    void tell(const Glib::ustring &line);
+    void note(const Glib::ustring &text) { status.note(text); }
+    void tell(const Glib::ustring &text) { status.tell(text); }
 
     // The progress of a fit of the document, which the user can cancel.
     void beginFit();
@@ -74,7 +74,6 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     void selectCurves(const std::vector<int> &curves);
     void setRanges(const std::vector<AxisRange> &ranges);
     void showView(const View &view);
-    void showReadOut(const ReadOut &readOut);
     void setLooks(const char *action, int argument);
     void hideCurves();
     void showCurves();
@@ -103,17 +102,14 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     Versions versions;
     Versions::Change change = Versions::Change::none; // since the last version
     std::uint64_t heardRevision = document.revision;  // after the last message
-    std::string readOutText;
-    bool isWithinStep = false; // several messages are one step
+    bool isWithinStep = false;                        // several messages are one step
     HiddenCurves hiddenCurves;
 
     CurveList curves;
     PlotArea plot;
     JournalPane journalPane;
     FitPane fitPane;
-    Gtk::Label placeLabel;
-    Gtk::Label pointLabel;
-    Gtk::Label messageLabel;
+    StatusLine status;
     Glib::RefPtr<Gio::SimpleAction> logarithmicX;
     Glib::RefPtr<Gio::SimpleAction> logarithmicY;
     Glib::RefPtr<Gio::SimpleAction> fillWindow;
@@ -127,7 +123,6 @@ class DocumentWindow final : public Gtk::ApplicationWindow {
     Glib::RefPtr<Gio::SimpleAction> cancelFit;
     Questions questions;
     Closing closing;
-    std::chrono::steady_clock::time_point toldAt;
     bool retired = false;
 };
 
