@@ -99,7 +99,7 @@ void writeDataText(const std::vector<const Column *> &columns, char decimalSepar
         for (const Column *column : columns) {
             if (column != columns.front()) text += '\t';
             writeField(*column);
-            requireLength(static_cast<double>(text.size()));
+            requireLength(static_cast<double>(text.size()) + 1); // what ends it
         }
         text += '\n';
     };
