@@ -4,8 +4,10 @@
 
 #include "plotwerk/base/refusal.h"
 
+#include <boost/container/small_vector.hpp>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -13,26 +15,21 @@
 
 namespace plotwerk {
 
-template<class T> void putNumber(std::string &bytes, T number) {
+template<class Bytes, class T> void putNumber(Bytes &bytes, T number) {
     static_assert(std::is_arithmetic_v<T>);
     char raw[sizeof number];
     std::memcpy(raw, &number, sizeof number);
-    bytes.append(raw, sizeof raw);
+    bytes.insert(bytes.end(), std::begin(raw), std::end(raw));
 }
 
-inline void putText(std::string &bytes, std::string_view text) {
+template<class Bytes> void putText(Bytes &bytes, std::string_view text) {
     putNumber(bytes, static_cast<std::uint64_t>(text.size()));
-    bytes += text;
+    bytes.insert(bytes.end(), text.begin(), text.end());
 }
 
 // Bytes in pieces: long texts aren't copied, but referred to, and must outlive it.
 class GatheredBytes {
   public:
-    GatheredBytes() {
-        constexpr std::size_t usual = 256; // that most messages take
-        held.reserve(usual);
-    }
-
     template<class T> void putNumber(T number) { plotwerk::putNumber(held, number); }
     void putText(std::string_view text) {
         constexpr std::size_t longText = 4096;
@@ -47,13 +44,14 @@ class GatheredBytes {
     std::vector<std::string_view> pieces() const {
         std::vector<std::string_view> all;
         all.reserve(2 * referred.size() + 1);
-        std::size_t taken = 0;
+        const char *begin = held.data();
         for (const Referred &each : referred) {
-            all.push_back(std::string_view(held).substr(taken, each.position - taken));
+            const char *end = held.data() + each.position;
+            all.emplace_back(begin, end);
             all.push_back(each.text);
-            taken = each.position;
+            begin = end;
         }
-        all.push_back(std::string_view(held).substr(taken));
+        all.emplace_back(begin, held.data() + held.size());
         return all;
     }
     std::string whole() const {
@@ -67,7 +65,7 @@ class GatheredBytes {
         std::size_t position; // in `held`
         std::string_view text;
     };
-    std::string held;
+    boost::container::small_vector<char, 256> held; // enough for most messages
     std::vector<Referred> referred;
 };
 

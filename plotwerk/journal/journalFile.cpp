@@ -79,8 +79,20 @@ std::uint32_t sumOf(std::string_view bytes, std::uint32_t before = 0) {
     throw Refusal("can't write " + path.string() + ": " + std::strerror(errno));
 }
 
-// At a position, in as few writes as the system takes them in. False, with the reason in errno,
-// when not all could be written.
+// Both at a position. False, with the reason in errno, when not all could be written.
+bool writeAll(int file, std::string_view bytes, std::uint64_t position) {
+    while (!bytes.empty()) {
+        const ssize_t written =
+            pwrite(file, bytes.data(), bytes.size(), static_cast<off_t>(position));
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return false;
+        position += static_cast<std::uint64_t>(written);
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+// In one write where the system takes them in so.
 bool writeAll(int file, std::span<iovec> parts, std::uint64_t position) {
     while (!parts.empty()) {
         const std::size_t some = std::min<std::size_t>(parts.size(), IOV_MAX);
@@ -97,11 +109,6 @@ bool writeAll(int file, std::span<iovec> parts, std::uint64_t position) {
         parts.front().iov_len -= left;
     }
     return true;
-}
-
-bool writeAll(int file, std::string_view bytes, std::uint64_t position) {
-    iovec whole{const_cast<char *>(bytes.data()), bytes.size()};
-    return bytes.empty() || writeAll(file, {&whole, 1}, position);
 }
 
 // Writes to a file from a position on, and sums up what it writes. A stream on it is to be flushed.
@@ -276,20 +283,32 @@ JournalFile::JournalFile(fs::path path, const Document &document, std::int64_t s
     }
 }
 
-void JournalFile::append(const std::vector<std::string_view> &message) {
-    RecordHead head;
+// A short record is put together first: the system takes longer over parts.
+static bool writeRecord(int file, const RecordHead &head,
+                        const std::vector<std::string_view> &message, std::uint64_t position) {
+    std::array<char, 1024> together;
+    if (head.length <= together.size() - sizeof head) {
+        char *end = std::ranges::copy(bytesIn(head), together.data()).out;
+        for (const std::string_view piece : message) end = std::ranges::copy(piece, end).out;
+        return writeAll(file, {together.data(), end}, position);
+    }
     std::vector<iovec> parts;
     parts.reserve(message.size() + 1);
-    parts.push_back({&head, sizeof head});
+    parts.push_back({const_cast<RecordHead *>(&head), sizeof head});
+    for (const std::string_view piece : message)
+        parts.push_back({const_cast<char *>(piece.data()), piece.size()});
+    return writeAll(file, parts, position);
+}
+
+void JournalFile::append(const std::vector<std::string_view> &message) {
     std::uint64_t length = 0;
     std::uint32_t sum = 0;
     for (const std::string_view piece : message) {
         length += piece.size();
         sum = sumOf(piece, sum);
-        parts.push_back({const_cast<char *>(piece.data()), piece.size()});
     }
-    head = RecordHead(length, sum);
-    if (!writeAll(file.number, parts, size)) {
+    const RecordHead head(length, sum);
+    if (!writeRecord(file.number, head, message, size)) {
         const int reason = errno;
         // A half record at the end would do no harm either.
         [[maybe_unused]] const int cut = ftruncate(file.number, static_cast<off_t>(size));
