@@ -436,21 +436,10 @@ TEST(Titles, StandBesideTheNumbersOrAtTheEndsOfCrossingAxes) {
     }
 }
 
-TEST(Axes, HaveFiveNumbersOnThreeCentimetres) {
-    for (const Range &range : {Range{0, 103}, Range{0, 5}, Range{-1, 1}}) {
-        Document document = documentWith({}, {});
-        document.frame.yAxisLength = 3;
-        document.axes[yAxis].range = range;
-        const PlacedFrame frame = frameOf(document, {}, Typesetter());
-        EXPECT_GE(frame.axes[yAxis].numbers.size(), 5u) << range.max;
-    }
-}
-
-// The bars and caps of the only curve: those that stand upright, then the level ones.
-static std::multiset<std::string> barsOf(const Document &document) {
-    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-    const ScaledFrame frame = scaledFrameOf(document, curves);
-    return linesIn(drawnBy([&](cairo_t *cr) { drawErrorBars(cr, curves[0], frame); }), 1);
+// The bars and caps of the only curve.
+static std::vector<Drawn> barsOf(const Document &document) {
+    const Placed placed(document);
+    return drawnBy([&](cairo_t *cr) { drawErrorBars(cr, placed.curves[0], placed.frame); });
 }
 
 TEST(ErrorBars, ReachAsFarAsTheErrorsWithCapsAcross) {
@@ -464,14 +453,14 @@ TEST(ErrorBars, ReachAsFarAsTheErrorsWithCapsAcross) {
                                        lineOf({18, 95}, {22, 95}), lineOf({60, 25}, {60, 50}),
                                        lineOf({58, 50}, {62, 50}), lineOf({20, 25}, {100, 25}),
                                        lineOf({20, 23}, {20, 27}), lineOf({100, 23}, {100, 27})};
-    EXPECT_EQ(barsOf(document), want);
+    EXPECT_EQ(linesIn(barsOf(document), 1), want);
 
     document.sources[0].tables[0].x.values = {1, 1}; // bars that overlap are one
     y[0].values = {2, 2.1};
     y[1].values = {1.5, 0.2};
     y[2].values = {-1.5, 0.2};
     y[0].look.xError = false;
-    EXPECT_EQ(barsOf(document).count(lineOf({20, 12.5}, {20, 87.5})), 1u);
+    EXPECT_EQ(linesIn(barsOf(document), 1).count(lineOf({20, 12.5}, {20, 87.5})), 1u);
     document.sources[0].tables[0].x.values = {1, 3};
     y[0].values = {1, 3};
     y[0].look.xError = true;
@@ -480,7 +469,7 @@ TEST(ErrorBars, ReachAsFarAsTheErrorsWithCapsAcross) {
     y[0].look.sum = 2;
     want = {lineOf({20, 50}, {60, 50}), lineOf({20, 48}, {20, 52}), lineOf({60, 48}, {60, 52})};
     y[0].look.yError = false;
-    EXPECT_EQ(barsOf(document), want);
+    EXPECT_EQ(linesIn(barsOf(document), 1), want);
 }
 
 TEST(ErrorBars, HaveCapsNoWiderThanTheSymbol) {
@@ -494,19 +483,19 @@ TEST(ErrorBars, HaveCapsNoWiderThanTheSymbol) {
         const int code = i % symbolCount;
         const int first = i < symbolCount ? code : 15; // a dot, under another symbol
         y[0].look.symbol = {first, i < symbolCount ? 0 : code, 0, 0};
-        const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-        const ScaledFrame frame = scaledFrameOf(document, curves);
-        double half = 0;
-        for (const Drawn &each : drawnBy([&](cairo_t *cr) { drawErrorBars(cr, curves[0], frame); }))
-            for (const Point &p : each.path)
-                if (!isBreak(p)) half = std::max(half, p.x - 20);
-        double symbol = 0;
-        for (const Drawn &each : drawnBy([&](cairo_t *cr) {
-                 drawSymbol(cr, first, {20, 75}, 200, 1, Colour{}, true);
-                 if (code > 0) drawSymbol(cr, code, {20, 75}, 200, 1, Colour{}, true);
-             }))
-            for (const Point &p : each.path)
-                if (!isBreak(p)) symbol = std::max(symbol, (p.x - 20) / 100);
+        const auto reach = [](const std::vector<Drawn> &drawn) { // to the right of x = 20
+            double most = 0;
+            for (const Drawn &each : drawn)
+                for (const Point &p : each.path)
+                    if (!isBreak(p)) most = std::max(most, p.x - 20);
+            return most;
+        };
+        const double half = reach(barsOf(document));
+        const double symbol = reach(drawnBy([&](cairo_t *cr) {
+                                  drawSymbol(cr, first, {20, 75}, 200, 1, Colour{}, true);
+                                  if (code > 0) drawSymbol(cr, code, {20, 75}, 200, 1, {}, true);
+                              })) /
+                              100;
         EXPECT_NEAR(half, symbol, 0.01) << i;
     }
 }

@@ -83,16 +83,9 @@ TEST(Strokes, OfManyPointsAreAnImageWithTheSameGaps) {
     const Coverage seen(60, 10, [&](cairo_t *cr) {
         strokePath(cr, path, look, false, {0, 0, 60, 10});
     });
-    for (const auto &[x, there] : {std::pair(1, true),
-                                   {6, false},
-                                   {10, true},
-                                   {24, true},
-                                   {28, false},
-                                   {32, true},
-                                   {36, false},
-                                   {40, true},
-                                   {50, false}})
-        EXPECT_NEAR(seen.at(x, 5), there ? 128 : 0, 6) << x; // the image lies between the pixels
+    for (const int x : {1, 10, 24, 32, 40}) // the image lies between the pixels
+        EXPECT_NEAR(seen.at(x, 5), 128, 6) << x;
+    for (const int x : {6, 28, 36, 50}) EXPECT_EQ(seen.at(x, 5), 0) << x;
 }
 
 TEST(Strokes, AreVectorsUpToTenThousandPointsWhereClear) {
@@ -295,10 +288,8 @@ TEST(Curves, OfManyPointsHaveShadesOfQuartersOnAScreen) {
         look.fillColour = Colour{};
         look.symbol = {2, 0, 0, 0};
         look.symbolSize = 3;
-        const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-        const ScaledFrame frame = scaledFrameOf(document, curves);
-        const Coverage dots(340, 226,
-                            [&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0.5); });
+        const Placed placed(document);
+        const Coverage dots(340, 226, [&](cairo_t *cr) { placed.draw(cr, 0.5); });
         std::set<int> greys;
         for (int row = 0; row < 226; ++row)
             for (int column = 0; column < 340; ++column) greys.insert(dots.at(column, row));
@@ -377,10 +368,7 @@ TEST(Curves, WithoutThicknessHaveSymbolsOnlyOfEverySizeButNone) {
     look.lineThickness = 0;
     for (const double size : {0.0, 0.5, 2.0, 40.0}) {
         look.symbolSize = size;
-        const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-        const ScaledFrame frame = scaledFrameOf(document, curves);
-        const auto drawn =
-            drawnBy([&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0); });
+        const std::vector<Drawn> drawn = drawnCurve(document);
         EXPECT_EQ(drawn.size(), size > 0 ? 2U : 0U) << size;
         for (const Drawn &each : drawn) {
             EXPECT_EQ(each.thickness, std::min(0.25, size / 4));
@@ -394,13 +382,12 @@ TEST(Curves, EndAtTheFrameHoweverThick) {
     document.axes[yAxis].range = {0, 5};
     document.axes[xAxis].range = {0, 10};
     onlyCurve(document).look.lineThickness = 20;
-    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-    const ScaledFrame frame = scaledFrameOf(document, curves);
-    const Box ink = inkOf([&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0); });
+    const Placed placed(document);
+    const Box ink = inkOf([&](cairo_t *cr) { placed.draw(cr); });
     EXPECT_NEAR(ink.top, 0, 1);
     EXPECT_NEAR(ink.bottom, 10, 1);
     EXPECT_NEAR(ink.left, 0, 1);
-    EXPECT_NEAR(ink.right, frame.width, 1);
+    EXPECT_NEAR(ink.right, placed.frame.width, 1);
 }
 
 TEST(Symbols, AreAsClearInsideAsTheirLines) {
@@ -441,36 +428,24 @@ TEST(Symbols, HaveTheirShapes) {
         << "a quarter of it";
 }
 
-TEST(Symbols, AreThoseWithinTheFrameAndAHundredthOfAPoint) {
+TEST(Symbols, AreVectorsWithinTheFrameUpToTwentyThousandSpots) {
     const Document document = documentWith({0, 1}, {0, 1});
-    const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+    const ScaledFrame frame = Placed(document).frame;
     CurveLook look;
     look.symbol = {14, 0, 0, 0};
-    for (const double out : {0.009, 0.011})
-        EXPECT_EQ(
-            drawnBy([&](cairo_t *cr) {
-                drawSymbols(
-                    cr, {{-out, 50}, {50, -out}, {frame.width + out, 50}, {50, frame.height + out}},
-                    look, frame, 0);
-            }).size(),
-            out < 0.01 ? 4U : 0U);
-}
-
-TEST(Symbols, AreVectorsUpToTwentyThousand) {
-    const Document document = documentWith({0, 1}, {0, 1});
-    const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
-    CurveLook look;
-    look.symbols = true;
-    look.symbol = {14, 0, 0, 0};
+    const auto drawn = [&](const Path &points) {
+        return drawnBy([&](cairo_t *cr) { drawSymbols(cr, points, look, frame, 0); }).size();
+    };
+    for (const double out : {0.009, 0.011}) { // a hundredth of a point
+        const double right = frame.width + out, bottom = frame.height + out;
+        EXPECT_EQ(drawn({{-out, 50}, {50, -out}, {right, 50}, {50, bottom}}), out < 0.01 ? 4U : 0U);
+    }
     Path points;
     for (int i = 0; i < 20000; ++i) points.push_back({i % 200 * 0.5, i / 200 * 0.5});
     points.push_back(points.front()); // on the same spot
-    const auto drawn = [&] {
-        return drawnBy([&](cairo_t *cr) { drawSymbols(cr, points, look, frame, 0); }).size();
-    };
-    EXPECT_EQ(drawn(), 20000U);
+    EXPECT_EQ(drawn(points), 20000U);
     points.push_back({110, 10});
-    EXPECT_EQ(drawn(), 0U) << "an image";
+    EXPECT_EQ(drawn(points), 0U) << "an image";
 }
 
 TEST(Curves, DropLinesToTheXAxisOrZeroOrTheNearestEdge) {
@@ -492,11 +467,9 @@ TEST(Curves, DropLinesToTheXAxisOrZeroOrTheNearestEdge) {
             axis.reversed = reversed;
             onlyCurve(document).look.line = false;
             onlyCurve(document).look.marker = true;
-            const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-            const ScaledFrame frame = scaledFrameOf(document, curves);
-            const auto drawn =
-                drawnBy([&](cairo_t *cr) { drawCurve(cr, curves[0], frame, document, 0); });
+            const std::vector<Drawn> drawn = drawnCurve(document);
             ASSERT_EQ(drawn.size(), 1U);
+            const ScaledFrame frame = Placed(document).frame;
             const double base = reversed ? c.want : 100 - c.want;
             const double point = frame.height - frame.scales[yAxis].position(c.value);
             EXPECT_NEAR(drawn[0].path.front().y + drawn[0].path.back().y, point + base, 0.1)
@@ -527,10 +500,10 @@ TEST(CoveredCurves, CountPointsAndTheLengthOfLines) {
             look.line = c.line;
             look.symbols = c.symbols;
             look.filled = c.filled;
-            const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-            const ScaledFrame frame = scaledFrameOf(document, curves);
-            const Box box{-10, frame.height / 2 - 9, 6.5 * pointsPerCm, frame.height / 2 + 9};
-            EXPECT_NEAR(coveredBy(box, plotwerk::inkOf(curves, frame)), c.want,
+            const Placed placed(document);
+            const double middle = placed.frame.height / 2;
+            const Box box{-10, middle - 9, 6.5 * pointsPerCm, middle + 9};
+            EXPECT_NEAR(coveredBy(box, plotwerk::inkOf(placed.curves, placed.frame)), c.want,
                         0.3 + points / 5000.0)
                 << c.line << c.symbols << c.filled << points;
         }

@@ -154,12 +154,12 @@ TEST(NearestPoint, OfALongCurveIsThatOfAllItsRows) {
         document.frame.noLineOnReverse = i % 7 == 0;
         onlyCurve(document).look.line = i % 3 != 1;
         onlyCurve(document).look.stepped = i % 4 == 2;
-        const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-        const ScaledFrame frame = scaledFrameOf(document, curves);
+        const Placed placed(document);
+        const ScaledFrame &frame = placed.frame;
         const Point place{(3 * uniform(random) - 1) * frame.width,
                           (3 * uniform(random) - 1) * frame.height};
 
-        const Path points = pointsOnPaper(curves[0], frame);
+        const Path points = pointsOnPaper(placed.curves[0], frame);
         const auto distance = [&](const Point &p) {
             return std::hypot(p.x - place.x, p.y - place.y);
         };
@@ -170,7 +170,7 @@ TEST(NearestPoint, OfALongCurveIsThatOfAllItsRows) {
                 want = row;
         double fromDrawn = distance(points[want]);
         Path line;
-        if (onlyCurve(document).look.line) line = linePath(points, curves[0], frame);
+        if (onlyCurve(document).look.line) line = linePath(points, placed.curves[0], frame);
         if (document.frame.noLineOnReverse) line = brokenOnReverse(line, false);
         for (std::size_t k = 1; k < line.size(); ++k)
             for (double part = 0; part <= 1; part += 5e-3)

@@ -350,7 +350,7 @@ static void expectLimits(const char *what, AxisCode axis, double min, double max
                          void (*change)(Document &, CurveLook &)) {
     Document document = documentWith({1, 2, 3}, {50, 60, 75});
     change(document, onlyCurve(document).look);
-    const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+    const ScaledFrame frame = Placed(document).frame;
     EXPECT_NEAR(frame.scales[axis].min, min, 1e-12) << what;
     EXPECT_NEAR(frame.scales[axis].max / max, 1, 1e-12) << what;
 }

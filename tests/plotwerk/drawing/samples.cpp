@@ -45,6 +45,14 @@ Document sineDocument() {
     return documentWith(x, y);
 }
 
+Placed::Placed(const Document &of)
+    : document(of), curves(drawnCurvesOf(of)), frame(scaledFrameOf(of, curves)) {
+}
+
+void Placed::draw(cairo_t *cr, double resolution) const {
+    drawCurve(cr, curves[0], frame, document, resolution);
+}
+
 std::string described(const Path &path) {
     std::string text;
     for (const Point &p : path) {
@@ -163,6 +171,11 @@ std::vector<Drawn> drawnBy(const std::function<void(cairo_t *)> &draw) {
         all.push_back(drawn);
     }
     return all;
+}
+
+std::vector<Drawn> drawnCurve(const Document &document) {
+    const Placed placed(document);
+    return drawnBy([&](cairo_t *cr) { placed.draw(cr); });
 }
 
 Box inkOf(const std::function<void(cairo_t *)> &draw) {
