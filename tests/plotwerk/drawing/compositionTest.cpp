@@ -130,7 +130,6 @@ TEST(Composition, KeepsPicturesAsTheyWereAndAsText) {
     EXPECT_EQ(pdf, composition.pdf());
     const std::string text = outputOf("pdftotext $f -", pdf);
     EXPECT_TRUE(contains(text, "before") && contains(text, "after")) << text;
-    EXPECT_EQ(pageSizeOf(pdf), (std::vector<double>{595, 842}));
     const auto turned = [&](double angle, double shear) {
         Composition alone(0, 0);
         alone.add(document, {}, angle, shear);
@@ -149,11 +148,7 @@ TEST(Composition, KeepsPicturesAsTheyWereAndAsText) {
 }
 
 TEST(Composition, IsRefusedAsPixelsWhereRowsWouldBeTooLong) {
-    EXPECT_NO_THROW(Composition(7864, 1).png());
-    try {
-        Composition(7864.1, 1).png();
-        ADD_FAILURE();
-    } catch (const Refusal &refusal) {
-        EXPECT_STREQ(refusal.what(), "a picture of pixels can't be wider than 277 cm");
-    }
+    EXPECT_EQ(refusalOf([] { Composition(7864, 1).png(); }), "");
+    EXPECT_EQ(refusalOf([] { Composition(7864.1, 1).png(); }),
+              "a picture of pixels can't be wider than 277 cm");
 }

@@ -16,13 +16,14 @@ static std::string filled(const std::string &text, const Document &document) {
     return plainTextOf(filledText(text, document, drawnCurvesOf(document), 3));
 }
 
+// The text, added to those of the document.
 static LaidText laid(const PlacedText &placed, Document document = sineDocument()) {
-    document.texts = {placed};
+    document.texts.push_back(placed);
     const Typesetter typesetter;
     const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
     std::vector<LaidText> texts =
         laidTextsOf(document, curves, frameOf(document, curves, typesetter), typesetter);
-    return std::move(texts.at(0));
+    return std::move(texts.back());
 }
 
 static Document fitted() {
@@ -93,66 +94,46 @@ TEST(Legend, ListsTheCurvesThatAreDrawn) {
 }
 
 TEST(Legend, ShowsWhatCurvesLookLike) {
-    Document document = documentWith({0, 12}, {-9, -9});
-    for (const AxisCode axis : {xAxis, yAxis}) document.axes[axis].range = {0, axis ? 8.0 : 12.0};
+    Document document = centimetres();
     document.texts = {{.text = "<legend>", .x = 0, .y = 0}};
-    onlyCurve(document).name = "";
-    const double left = (0.2 * pointsPerCm + 3 + 4.5) / pointsPerCm; // tick, gap and padding
-    const auto place = [&](char seen, double x, double y) {
-        return std::string(1, seen) + std::to_string(left + x) + ',' + std::to_string(left + y);
-    };
-    CurveLook &look = onlyCurve(document).look;
-    look.lineColour = {0, 0, 1, 1};
-    look.lineThickness = 2;
-    Pixels(document).expect(place('b', 0.1, 0.11) + ' ' + place('b', 0.7, 0.11) + ' ' +
-                            place('_', 0.1, 0.2) + ' ' + place('_', 0.9, 0.11));
+    document.sources[0].tables[0].y.resize(1);
+    Column &curve = onlyCurve(document);
+    curve.name = "";
+    curve.values = {-9, -9, -9};
+    curve.look.lineColour = {0, 0, 1, 1};
+    curve.look.lineThickness = 2;
+    // beside a tick, a gap and the padding: 0.46 cm
+    Pixels(document).expect("b0.56,0.57 b1.16,0.57 _0.56,0.66 _1.36,0.57");
 }
 
 TEST(Legend, WithoutAPlaceGoesToTheCornerThatHidesLeast) {
+    std::vector<double> beyond(50'000, 0.2); // the frame, and a gap before the rest
+    std::fill_n(beyond.begin(), 25'000, 2);
+    beyond[25'001] = unset;
     const struct {
+        const char *what;
         std::vector<double> x, y;
         bool line, right, upper;
-    } cases[] = {
-        {{0, 1}, {0, 0}, true, true, true},  // nothing anywhere near
-        {{0, 1}, {0, 1}, true, false, true}, // a line without points in the corners
-        {{0.1, 0.9, 0.9}, {0.9, 0.1, 0.9}, false, false, false},
-        {{0.1, 0.9, 0.1}, {0.9, 0.9, 0.1}, false, true, false},
-    };
+        std::vector<PlacedText> texts{};
+    } cases[] = {{"nothing near", {0, 1}, {0, 0}, true, true, true},
+                 {"no points in the corners", {0, 1}, {0, 1}, true, false, true},
+                 {"points in three", {0.1, 0.9, 0.9}, {0.9, 0.1, 0.9}, false, false, false},
+                 {"points in others", {0.1, 0.9, 0.1}, {0.9, 0.9, 0.1}, false, true, false},
+                 {"a long curve", std::vector(50'000, 0.97), beyond, true, true, true},
+                 {"a text", {0, 1}, {0, 0}, true, false, true, {{.text = "T", .x = 1, .y = 1}}}};
     for (const auto &c : cases) {
         Document document = documentWith(c.x, c.y);
         for (Axis &axis : document.axes) axis.range = {0, 1};
         onlyCurve(document).look.line = c.line;
         onlyCurve(document).look.symbols = !c.line;
+        document.texts = c.texts;
         const LaidText legend = laid({.text = "<legend>"}, document);
-        EXPECT_EQ(legend.middle.x > 170, c.right) << testing::PrintToString(c.x);
-        EXPECT_EQ(legend.middle.y < 113, c.upper) << testing::PrintToString(c.x);
+        EXPECT_EQ(legend.middle.x > 170, c.right) << c.what;
+        EXPECT_EQ(legend.middle.y < 113, c.upper) << c.what;
         EXPECT_TRUE(legend.framed);
-        const LaidText placed = laid({.text = "<legend>", .x = 0.5, .y = 0.4}, document);
-        EXPECT_NEAR(placed.middle.x, document.frame.xAxisLength * pointsPerCm / 2, 1);
     }
-}
-
-TEST(Legend, IsNotKeptAwayByTheGapOfALongCurve) {
-    std::vector<double> x(50'000, 0.97);
-    std::vector<double> y(50'000, 0.2);
-    std::fill_n(y.begin(), 25'000, 2); // beyond the frame
-    y[25'001] = unset;
-    Document document = documentWith(x, y);
-    for (Axis &axis : document.axes) axis.range = {0, 1};
-    const Point corner = laid({.text = "<legend>"}, document).middle;
-    EXPECT_TRUE(corner.x > 170 && corner.y < 113) << corner.x << ' ' << corner.y;
-}
-
-TEST(Legend, LeavesAloneWhatIsInItsCorner) {
-    Document document = documentWith({0, 1}, {0, 0});
-    for (Axis &axis : document.axes) axis.range = {0, 1};
-    document.texts = {{.text = "a text", .x = 1, .y = 1}, {.text = "<legend>"}};
-    const Typesetter typesetter;
-    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-    const auto texts =
-        laidTextsOf(document, curves, frameOf(document, curves, typesetter), typesetter);
-    EXPECT_GT(texts[0].middle.x, 170);
-    EXPECT_LT(texts[1].middle.x, 170);
+    const LaidText placed = laid({.text = "<legend>", .x = 0.5, .y = 0.4});
+    EXPECT_NEAR(placed.middle.x, 6 * pointsPerCm, 1);
 }
 
 TEST(PlacedTexts, AreAnchoredInProportionAndHaveAGroundOverData) {
@@ -231,8 +212,8 @@ TEST(PlacedTexts, AreAlignedToTheirSideOfTheFrame) {
     for (const double x : {0.0, 1.0}) {
         Document document = documentWith({}, {});
         const PlacedText text{.text = "\u2588\u2588\u2588\u2588\\\\\u2588", .x = x, .y = 0.5};
-        document.texts = {text};
         const LaidText placed = laid(text, document);
+        document.texts = {text};
         const Box &ink = placed.text.ink();
         const Pixels pixels(document);
         const auto at = [&](double part) { // of the lower line
