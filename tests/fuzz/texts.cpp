@@ -4,14 +4,11 @@
 #include "util/number/decimal.h"
 #include "util/text/equation.h"
 #include "util/text/line.h"
-#include "util/text/name.h"
 #include "util/text/search.h"
 #include "util/text/word.h"
 
 #include <algorithm>
 #include <bit>
-#include <cctype>
-#include <climits>
 #include <cstdio>
 #include <cstring>
 
@@ -55,67 +52,17 @@ void getline(const std::string &input) {
     std::fclose(f);
 }
 
-void indexOfName(const std::string &input) {
-    const std::vector<char> text = exactText(input);
-    std::vector<char> name(text.size());
-    int index;
-    plw::indexOfName(text.data(), &index, name.data());
-
-    const std::string s = text.data();
-    const std::size_t length = std::min(s.find_first_of("0123456789"), s.size());
-    const long value = std::strtol(&s[length], nullptr, 10);
-    const bool split =
-        std::isalpha(firstByte(s)) && value <= INT_MAX && s.substr(length) == std::to_string(value);
-    require(index == (split ? value : -1));
-    require(name.data() == (split ? s.substr(0, length) : ""));
-}
-
+// Words are cut out of the text in their order.
 void nextWord(const std::string &input) {
     std::vector<char> text = exactText(input);
     const std::string line = text.data();
-    char *cursor = text.data();
+    char *cursor = text.data(), *before = cursor;
     char isAssignment, isEndOfLine;
-    for (std::size_t at = 0;;) {
-        at = line.find_first_not_of(" \t", at);
-        const char *word = plw::nextWord(&cursor, &isAssignment, &isEndOfLine);
-        require((word == nullptr) == (at == std::string::npos));
-        if (word == nullptr) return;
-
-        const char quote = line[at] == '"' || line[at] == '\'' ? line[at] : '\0';
-        const std::size_t start = at + (quote ? 1 : 0);
-        std::size_t end =
-            quote ? start : std::min(line.find_first_of(" ,\n\t=", at + 1), line.size());
-        while (quote && end < line.size() && (line[end] != quote || line[end - 1] == '\\')) ++end;
-        require(line.substr(start, end - start) == word);
-
-        at = end + 1;
-        const bool wantsEndOfLine = line[quote ? std::min(at, line.size()) : end] == '\n';
-        if (quote && wantsEndOfLine) ++at;
-        bool wantsAssignment = false;
-        for (const std::string sign : {"=", " =", "\t=", "  =", "\t ="}) {
-            if (quote || line.compare(end, sign.size(), sign) != 0) continue;
-            wantsAssignment = true;
-            at = end + sign.size();
-        }
-        require(isAssignment == wantsAssignment && isEndOfLine == wantsEndOfLine);
-    }
-}
-
-void rangeOfLine(const std::string &input) {
-    const std::vector<char> text = exactText(afterFirstByte(input));
-    const std::string s = text.data();
-    std::vector<int> starts;
-    for (std::size_t i = 0; i < s.size(); ++i)
-        if (s[i] == '\n' || i == 0) starts.push_back(static_cast<int>(i) + 1);
-
-    const int line = firstByte(input) % 16 - 1;
-    int start = -7, length = -7;
-    plw::rangeOfLine(text.data(), line, &start, &length);
-    if (line < 1 || line > static_cast<int>(starts.size())) {
-        require(start == -7 && length == -7);
-    } else {
-        const std::size_t end = std::min(s.find('\n', starts[line - 1]), s.size());
-        require(start == starts[line - 1] && length == static_cast<int>(end) - start);
+    while (const char *word = plw::nextWord(&cursor, &isAssignment, &isEndOfLine)) {
+        const std::size_t length = std::strlen(word);
+        require(before <= word && word + length <= cursor && cursor <= &text.back());
+        require(line.compare(word - text.data(), length, word) == 0);
+        before = cursor;
     }
 }
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cairo-svg.h>
 #include <cmath>
+#include <complex>
 #include <cstring>
 #include <sstream>
 
@@ -51,6 +52,19 @@ Placed::Placed(const Document &of)
 
 void Placed::draw(cairo_t *cr, double resolution) const {
     drawCurve(cr, curves[0], frame, document, resolution);
+}
+
+double distanceFrom(const Path &path, const Point &p) {
+    double nearest = INFINITY;
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        nearest = std::fmin(nearest, std::hypot(p.x - path[i].x, p.y - path[i].y));
+        if (i == 0) continue;
+        const std::complex<double> line(path[i].x - path[i - 1].x, path[i].y - path[i - 1].y);
+        const std::complex<double> way(p.x - path[i - 1].x, p.y - path[i - 1].y);
+        const double part = std::clamp((way * std::conj(line)).real() / std::norm(line), 0.0, 1.0);
+        nearest = std::fmin(nearest, std::abs(way - part * line));
+    }
+    return nearest;
 }
 
 std::string described(const Path &path) {

@@ -34,6 +34,9 @@ struct Placed {
     plotwerk::ScaledFrame frame;
 };
 
+// From the nearest point or line of the path.
+double distanceFrom(const plotwerk::Path &path, const plotwerk::Point &p);
+
 // "X,Y X,Y | X,Y", with | at breaks.
 std::string described(const plotwerk::Path &path);
 
