@@ -124,27 +124,23 @@ TEST(Axes, HaveGridsBetweenTheSidesAndLinesWhereTheyCross) {
 }
 
 TEST(Axes, HaveArrowsAtTheEndOfAscendingValuesAndThenNoFrame) {
-    const struct {
-        AxisCode axis;
-        bool reversed;
-        Point end, shaft;
-        const char *head;
-    } cases[] = {{xAxis, false, {200, 100}, {209, 100}, "218,100 209,97 209,103"},
-                 {xAxis, true, {0, 100}, {-9, 100}, "-18,100 -9,103 -9,97"},
-                 {yAxis, false, {0, 0}, {0, -9}, "0,-18 -3,-9 3,-9"},
-                 {yAxis, true, {0, 100}, {0, 109}, "0,118 3,109 -3,109"}};
-    for (const auto &c : cases) {
+    const std::tuple<AxisCode, bool, Point, Point, const char *> cases[] = {
+        {xAxis, false, {200, 100}, {209, 100}, "218,100 209,97 209,103"},
+        {xAxis, true, {0, 100}, {-9, 100}, "-18,100 -9,103 -9,97"},
+        {yAxis, false, {0, 0}, {0, -9}, "0,-18 -3,-9 3,-9"},
+        {yAxis, true, {0, 100}, {0, 109}, "0,118 3,109 -3,109"}};
+    for (const auto &[axis, reversed, end, shaft, head] : cases) {
         Document document = plain();
         document.frame.axisThickness = 1;
-        document.axes[c.axis].arrow = true;
-        document.axes[c.axis].reversed = c.reversed;
-        for (Axis &axis : document.axes) axis.insideTicks = false, axis.noNumbers = true;
+        document.axes[axis].arrow = true;
+        document.axes[axis].reversed = reversed;
+        for (Axis &each : document.axes) each.insideTicks = false, each.noNumbers = true;
         const std::vector<Drawn> drawn = axesOf(document);
         EXPECT_EQ(linesIn(drawn, 1),
                   (std::multiset<std::string>{lineOf({0, 100}, {200, 100}),
-                                              lineOf({0, 0}, {0, 100}), lineOf(c.end, c.shaft)}));
+                                              lineOf({0, 0}, {0, 100}), lineOf(end, shaft)}));
         ASSERT_EQ(drawn.size(), 3U);
-        EXPECT_EQ(described(drawn[1].path), c.head);
+        EXPECT_EQ(described(drawn[1].path), head);
         EXPECT_EQ(drawn[1].thickness, 0) << "filled";
     }
 }
@@ -197,20 +193,19 @@ TEST(Axes, HaveNumbersBesideTheirTicks) {
 }
 
 TEST(Axes, HaveSlantedNumbersWithOneEndAtTheTick) {
-    const struct {
-        AxisCode axis;
-        Point middle; // from the tick, of numbers that rise
-    } cases[] = {{xAxis, {-1, 0}}, {upperXAxis, {1, 0}}, {yAxis, {0, 1}}, {rightYAxis, {0, -1}}};
-    for (const auto &c : cases)
+    // from the tick to the middle, of numbers that rise
+    const std::pair<AxisCode, Point> cases[] = {
+        {xAxis, {-1, 0}}, {upperXAxis, {1, 0}}, {yAxis, {0, 1}}, {rightYAxis, {0, -1}}};
+    for (const auto &[axis, middle] : cases)
         for (const double angle : {45.0, -45.0, 11.0, 79.0, 9.0, 81.0}) {
             Document document = plain();
-            document.axes[c.axis].range = {1000, 5000};
-            document.axes[c.axis].increment = 1000;
-            document.axes[c.axis].labelAngle = angle;
+            document.axes[axis].range = {1000, 5000};
+            document.axes[axis].increment = 1000;
+            document.axes[axis].labelAngle = angle;
             const PlacedFrame frame = placed(document);
-            for (const PlacedNumber &number : frame.axes[c.axis].numbers) {
-                const double tick = frame.scales[c.axis].position(number.value);
-                const bool horizontal = isHorizontal(c.axis);
+            for (const PlacedNumber &number : frame.axes[axis].numbers) {
+                const double tick = frame.scales[axis].position(number.value);
+                const bool horizontal = isHorizontal(axis);
                 const double turn = angle * G_PI / 180;
                 const bool slanted = angle != 9 && angle != 81; // else as level or upright ones
                 const double along =
@@ -219,11 +214,11 @@ TEST(Axes, HaveSlantedNumbersWithOneEndAtTheTick) {
                               (horizontal ? std::copysign(std::cos(turn), angle) : std::sin(turn))
                         : 0;
                 EXPECT_NEAR(horizontal ? number.middle.x - tick : number.middle.y - 100 + tick,
-                            along * (horizontal ? c.middle.x : c.middle.y), 1e-9)
-                    << c.axis << ' ' << angle;
-                EXPECT_NEAR(beyond(number.bounds(), frame.axes[c.axis], frame.line[c.axis]),
+                            along * (horizontal ? middle.x : middle.y), 1e-9)
+                    << axis << ' ' << angle;
+                EXPECT_NEAR(beyond(number.bounds(), frame.axes[axis], frame.line[axis]),
                             horizontal ? 6.5 : 5, 1e-9)
-                    << c.axis << ' ' << angle;
+                    << axis << ' ' << angle;
             }
         }
 }

@@ -11,29 +11,27 @@ TEST(Composition, PlacesScalesTurnsAndShears) {
     const Document document = sineDocument();
     const std::vector<double> own = pageSizeOf(pdfOfDocument(document));
     const double h = 200 * own.at(1) / own.at(0); // of a picture 200 points wide
-    const struct {
-        PageRectangle rectangle;
-        double angle, shear;
-        std::vector<double> box; // left, bottom, right, top
-    } cases[] = {{{300, 200, 200, h}, 0, 0, {300, 200, 500, 200 + h}},
-                 {{300, 200, 200, 0}, 0, 0, {300, 200, 500, 200 + h}},
-                 {{300, 200, 0, h}, 0, 0, {300, 200, 500, 200 + h}},
-                 {{300, 200, -260, -h}, 0, 0, {330, 200, 530, 200 + h}},
-                 {{300, 200, 200, h + 50}, 0, 0, {300, 225, 500, 225 + h}},
-                 {{300, 200, 200, h}, 90, 0, {300 - h, 200, 300, 400}},
-                 {{300, 200, 200, h}, 540, 0, {100, 200 - h, 300, 200}},
-                 {{300, 200, 200, h}, 0, 0.5, {300, 200, 500 + h / 2, 200 + h}}};
-    for (const auto &c : cases) {
+    // angle, shear, and the left, bottom, right and top of the ink
+    const std::tuple<PageRectangle, double, double, std::vector<double>> cases[] = {
+        {{300, 200, 200, h}, 0, 0, {300, 200, 500, 200 + h}},
+        {{300, 200, 200, 0}, 0, 0, {300, 200, 500, 200 + h}},
+        {{300, 200, 0, h}, 0, 0, {300, 200, 500, 200 + h}},
+        {{300, 200, -260, -h}, 0, 0, {330, 200, 530, 200 + h}},
+        {{300, 200, 200, h + 50}, 0, 0, {300, 225, 500, 225 + h}},
+        {{300, 200, 200, h}, 90, 0, {300 - h, 200, 300, 400}},
+        {{300, 200, 200, h}, 540, 0, {100, 200 - h, 300, 200}},
+        {{300, 200, 200, h}, 0, 0.5, {300, 200, 500 + h / 2, 200 + h}}};
+    for (const auto &[rectangle, angle, shear, box] : cases) {
         Composition composition(600, 500);
-        composition.add(document, c.rectangle, c.angle, c.shear);
+        composition.add(document, rectangle, angle, shear);
         const std::string pdf = composition.pdf();
         EXPECT_EQ(pageSizeOf(pdf), (std::vector<double>{600, 500}));
         const std::vector<double> ink = inkBoxOf(pdf);
         ASSERT_EQ(ink.size(), 4u);
         // the picture's own margin is 3 points before scaling; a sheared corner holds less
         for (std::size_t side = 0; side < 4; ++side)
-            EXPECT_NEAR(ink[side], c.box[side], c.shear == 0 ? 4 : 20)
-                << c.angle << ' ' << c.shear << ' ' << side;
+            EXPECT_NEAR(ink[side], box[side], shear == 0 ? 4 : 20)
+                << angle << ' ' << shear << ' ' << side;
     }
 }
 

@@ -314,11 +314,7 @@ TEST(Samples, ShowLooksInTheSizeOfType) {
     const std::string level = "1: 10,16.75 40,16.75";
     const std::string upright = "1: 25,20 25,13.5";
     const std::string symbol = "1: 22,16.75 28,16.75";
-    const struct {
-        const char *what;
-        void (*change)(CurveLook &);
-        std::string want;
-    } cases[] = {
+    const std::tuple<const char *, void (*)(CurveLook &), std::string> cases[] = {
         {"nothing", [](L) {}, ""},
         {"line", [](L look) { look.line = look.marker = true; }, level},
         {"thick", [](L look) { look.line = true, look.lineThickness = 9; }, "6" + level.substr(1)},
@@ -333,19 +329,19 @@ TEST(Samples, ShowLooksInTheSizeOfType) {
         {"large symbols", [](L look) { look.symbols = true, look.symbolSize = 99; },
          "1: 19,16.75 31,16.75"},
         {"area", [](L look) { look.filled = true; }, "0: 10,13.5 40,13.5 40,20 10,20"}};
-    for (const auto &c : cases) {
+    for (const auto &[what, change, want] : cases) {
         CurveLook look;
         look.line = false;
         look.lineThickness = 1;
         look.symbolSize = 5;
         look.symbol = {14, 0, 0, 0}; // a level line of 1.2 sizes
-        c.change(look);
+        change(look);
         EXPECT_EQ(drawnText([&](cairo_t *cr) {
                       drawSample(cr, look, {10, 20}, 30);
                   }),
-                  c.want)
-            << c.what;
-        EXPECT_EQ(showsAnything(look), !c.want.empty() || look.line) << c.what;
+                  want)
+            << what;
+        EXPECT_EQ(showsAnything(look), !want.empty() || look.line) << what;
     }
     CurveLook look;
     for (const bool line : {false, true})
@@ -486,26 +482,24 @@ TEST(CoveredCurves, CountPointsAndTheLengthOfLines) {
         document.axes[yAxis].range = {0, 8};
         const double line = 6.5 * pointsPerCm / 5; // five points weigh as much as a symbol
         const double marks = std::floor(6.5 / 12 * (points - 1)) + 1;
-        const struct {
-            bool line, symbols, filled;
-            double want;
-        } cases[] = {{true, false, false, line},
-                     {false, true, false, marks},
-                     {true, true, false, line + marks},
-                     {false, false, false, marks}, // drop lines, or errors
-                     {true, false, true, line},
-                     {false, false, true, line + marks}};
-        for (const auto &c : cases) {
+        const std::tuple<bool, bool, bool, double> cases[] = {
+            {true, false, false, line},
+            {false, true, false, marks},
+            {true, true, false, line + marks},
+            {false, false, false, marks}, // drop lines, or errors
+            {true, false, true, line},
+            {false, false, true, line + marks}};
+        for (const auto &[joined, symbols, filled, want] : cases) {
             CurveLook &look = onlyCurve(document).look;
-            look.line = c.line;
-            look.symbols = c.symbols;
-            look.filled = c.filled;
+            look.line = joined;
+            look.symbols = symbols;
+            look.filled = filled;
             const Placed placed(document);
             const double middle = placed.frame.height / 2;
             const Box box{-10, middle - 9, 6.5 * pointsPerCm, middle + 9};
-            EXPECT_NEAR(coveredBy(box, plotwerk::inkOf(placed.curves, placed.frame)), c.want,
+            EXPECT_NEAR(coveredBy(box, plotwerk::inkOf(placed.curves, placed.frame)), want,
                         0.3 + points / 5000.0)
-                << c.line << c.symbols << c.filled << points;
+                << joined << symbols << filled << points;
         }
     }
 }

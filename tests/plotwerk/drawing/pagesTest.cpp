@@ -45,10 +45,7 @@ TEST(Pdf, HoldsNumbersTitlesAndTextsAsText) {
     for (double &y : other.y[0].values) y *= 70;
     otherAxes.sources[0].tables.push_back(other);
 
-    const struct {
-        Document document;
-        std::vector<std::string> there, notThere;
-    } cases[] = {
+    const std::tuple<Document, std::vector<std::string>, std::vector<std::string>> cases[] = {
         {sineOverTimeWithTexts(),
          {"\u22120.5", "1.0", "10", "Time t / \u03bcs", "Gr\u00f6\u00dfe", "placed text"},
          {"not shown", "3000"}},
@@ -60,10 +57,10 @@ TEST(Pdf, HoldsNumbersTitlesAndTextsAsText) {
         {documentWith({unset}, {1}), {"0.2"}, {}},
         {documentWith({5}, {7}), {"5.2"}, {}},
     };
-    for (const auto &c : cases) {
-        const std::string text = outputOf("pdftotext -layout $f -", pdfOfDocument(c.document));
-        for (const auto &part : c.there) EXPECT_TRUE(contains(text, part)) << part << text;
-        for (const auto &part : c.notThere) EXPECT_FALSE(contains(text, part)) << part << text;
+    for (const auto &[document, there, notThere] : cases) {
+        const std::string text = outputOf("pdftotext -layout $f -", pdfOfDocument(document));
+        for (const auto &part : there) EXPECT_TRUE(contains(text, part)) << part << text;
+        for (const auto &part : notThere) EXPECT_FALSE(contains(text, part)) << part << text;
     }
 }
 
@@ -151,11 +148,7 @@ static Document cloudAndLine() {
 }
 
 TEST(Pictures, OfManyPointsStaySmallAsImagesOrMergedLines) {
-    const struct {
-        const char *seen;
-        bool image;
-        void (*change)(CurveLook &);
-    } cases[] = {
+    const std::tuple<const char *, bool, void (*)(CurveLook &)> cases[] = {
         {"#3.5,3.5 #8,6 #8.99,6 _1.9,3 _8,6.05 _8,5.95 _6.9,6 _9.1,6", true, [](L) {}},
         {"r3.5,1 _6,1 r8,3 r8,5.9 r8.95,1 _8,6.1 _9.1,3 _1.9,3", true,
          [](L look) { look.filled = true, look.line = false; }},
@@ -167,19 +160,19 @@ TEST(Pictures, OfManyPointsStaySmallAsImagesOrMergedLines) {
         {"#3.5,3.5 #3.5,1 #7,5.9 #9,1 _8,3 _9,6.1", false,
          [](L look) { look.marker = true, look.line = false; }},
     };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.seen);
+    for (const auto &[seen, image, change] : cases) {
+        SCOPED_TRACE(seen);
         Document document = cloudAndLine();
-        c.change(onlyCurve(document).look);
-        Pixels(document).expect(c.seen);
+        change(onlyCurve(document).look);
+        Pixels(document).expect(seen);
         const std::string svg = svgOfDocument(document);
-        Pixels(document, pngOfSvg(svg)).expect(c.seen);
+        Pixels(document, pngOfSvg(svg)).expect(seen);
         static const std::regex id(" id=\"(.*?)\"");
         std::set<std::string> ids;
         for (std::sregex_iterator at(svg.begin(), svg.end(), id), end; at != end; ++at)
             EXPECT_TRUE(ids.insert((*at)[1]).second) << (*at)[1];
         const std::string pdf = pdfOfDocument(document);
-        EXPECT_EQ(contains(outputOf("pdfimages -list $f", pdf), "stencil"), c.image);
+        EXPECT_EQ(contains(outputOf("pdfimages -list $f", pdf), "stencil"), image);
         EXPECT_LT(pdf.size(), 1'000'000u);
     }
 }

@@ -41,9 +41,7 @@ static Document fitted() {
 }
 
 TEST(TextFields, AreFilledWithWhatTheDocumentHolds) {
-    const struct {
-        const char *text, *want;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"<name>: <formula>", "my_2*file*: A_1*x*y+a"},
         {"<parameters>", "A1 = \u22121.235 \u00b1 0.020\na = 1.5\u00d710\u22127\n"
                          "b = 0.666667\nc = 1.23456789"},
@@ -51,7 +49,7 @@ TEST(TextFields, AreFilledWithWhatTheDocumentHolds) {
         {"<x> <> <date\\\\<chi>", "<x> <> <date\n\u03c72/ndf = 0.998"},
     };
     setenv("SOURCE_DATE_EPOCH", "1000000000", 1);
-    for (const auto &c : cases) EXPECT_EQ(filled(c.text, fitted()), c.want) << c.text;
+    for (const auto &[text, want] : cases) EXPECT_EQ(filled(text, fitted()), want) << text;
     unsetenv("SOURCE_DATE_EPOCH");
     EXPECT_TRUE(std::regex_match(filled("<date>", {}), std::regex("20\\d\\d-[01]\\d-[0-3]\\d")));
 

@@ -31,9 +31,7 @@ std::string described(const RichText &text) {
 } // namespace
 
 TEST(RichText, ReadsRtf) {
-    const struct {
-        const char *rtf, *want;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {R"({\rtf1 a\b b\i c\b0 d\i0 e})", "a<b>b<bi>c<i>d<>e"},
         {R"({\rtf1 a{\b b}c\ul d\ulnone e\ul0 f})", "a<b>b<>c<u>d<>e<>f"},
         {R"({\rtf1 10\super 5\nosupersub  m\sub i})", "10<^>5<> m<_>i"},
@@ -73,7 +71,7 @@ TEST(RichText, ReadsRtf) {
         {"{\\rtf1 \xc3\xa4\xff}", "\u00e4\ufffd"},
         {R"({\rtf)", ""},
     };
-    for (const auto &c : cases) EXPECT_EQ(described(richTextOf(c.rtf)), c.want) << c.rtf;
+    for (const auto &[rtf, want] : cases) EXPECT_EQ(described(richTextOf(rtf)), want) << rtf;
 
     EXPECT_EQ(described(richTextOf(std::string_view("{\\rtf1\\u2281").substr(0, 11))), "\u00e4");
     for (unsigned byte = 0x80; byte < 0x100; ++byte) {
@@ -94,9 +92,7 @@ TEST(RichText, IsPlainTextAsItIsAndNeverTooLong) {
     std::string deep = "{\\rtf1 ";
     for (int i = 0; i < 100000; ++i) deep += "{\\b";
     deep += " bold" + std::string(100000, '}') + " after}";
-    const struct {
-        std::string text, want;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"f / MHz {x} \\b <&>", "f / MHz {x} \\b <&>"},
         {"a\r\nb\rc\n\n", "a\nb\nc"},
         {"Gr\u00f6\u00dfe \xff\xc3", "Gr\u00f6\u00dfe \ufffd\ufffd"},
@@ -104,14 +100,12 @@ TEST(RichText, IsPlainTextAsItIsAndNeverTooLong) {
         {std::string(4095, 'x') + "\u20ac", std::string(4095, 'x')},
         {deep, "bold after"},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(plainTextOf(richTextOf(c.text)), c.want) << c.text.substr(0, 20);
+    for (const auto &[text, want] : cases)
+        EXPECT_EQ(plainTextOf(richTextOf(text)), want) << text.substr(0, 20);
 }
 
 TEST(Markup, SpellsOutSignsScriptsAndEmphasis) {
-    const struct {
-        const char *text, *want;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {R"(\alpha\beta{}m \Omega \pm\times\cdot\degree\AA\infty\to)", "αβm Ω ±×·°Å∞→"},
         {R"(\_\^\*\{\}\<5\,mm\\2 \foo \)", "_^*{}<5\u2009mm\n2 \\foo \\"},
         {"x_1 x_12 x_123 *T*_c \\alpha_s (p)_x",
@@ -156,8 +150,8 @@ TEST(Markup, SpellsOutSignsScriptsAndEmphasis) {
         text[2].script = -1;
         return text;
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(described(readMarkup(richTextOf(c.text), field)), c.want) << c.text;
+    for (const auto &[text, want] : cases)
+        EXPECT_EQ(described(readMarkup(richTextOf(text), field)), want) << text;
 }
 
 TEST(Markup, IsBounded) {

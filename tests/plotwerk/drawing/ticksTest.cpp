@@ -35,31 +35,27 @@ AxisMarks marksFor(const Axis &axis, double length = 340, Side side = Side::belo
 
 TEST(Scale, ReplacesLimitsThatCannotBeDrawn) {
     const double inf = INFINITY, root = std::sqrt(10);
-    const struct {
-        Range range;
-        bool logarithmic;
-        Range want;
-    } cases[] = {{{unset, unset}, false, {0, 1}},
-                 {{unset, unset}, true, {1, 10}},
-                 {{3, unset}, false, {3, 4}},
-                 {{unset, 3}, false, {2, 3}},
-                 {{5, unset}, true, {5, 50}},
-                 {{unset, 0}, true, {1, 10}},
-                 {{-5, -5}, false, {-5.5, -4.5}},
-                 {{0, 0}, false, {-1, 1}},
-                 {{7, 2}, false, {2, 7}},
-                 {{-3, 100}, true, {0.1, 100}},
-                 {{0, 100}, true, {0.1, 100}},
-                 {{-3, -1}, true, {1, 10}},
-                 {{-inf, inf}, false, {-8e307, 8e307}},
-                 {{inf, inf}, true, {8e306, 8e307}},
-                 {{5e-324, 5e-324}, true, {1e-307, 1e-306}},
-                 {{0, 1e-300}, false, {-1e-290, 1e-290}},
-                 {{5, 5}, true, {5 / root, 5 * root}},
-                 // the closest that are told apart
-                 {{1, 1 + 1e-14}, false, {0.9, 1.1}},
-                 {{1, 1 + 2e-14}, false, {1, 1 + 2e-14}},
-                 {{1, 1 + 2e-13}, true, {1, 1 + 2e-13}}};
+    const std::tuple<Range, bool, Range> cases[] = {{{unset, unset}, false, {0, 1}},
+                                                    {{unset, unset}, true, {1, 10}},
+                                                    {{3, unset}, false, {3, 4}},
+                                                    {{unset, 3}, false, {2, 3}},
+                                                    {{5, unset}, true, {5, 50}},
+                                                    {{unset, 0}, true, {1, 10}},
+                                                    {{-5, -5}, false, {-5.5, -4.5}},
+                                                    {{0, 0}, false, {-1, 1}},
+                                                    {{7, 2}, false, {2, 7}},
+                                                    {{-3, 100}, true, {0.1, 100}},
+                                                    {{0, 100}, true, {0.1, 100}},
+                                                    {{-3, -1}, true, {1, 10}},
+                                                    {{-inf, inf}, false, {-8e307, 8e307}},
+                                                    {{inf, inf}, true, {8e306, 8e307}},
+                                                    {{5e-324, 5e-324}, true, {1e-307, 1e-306}},
+                                                    {{0, 1e-300}, false, {-1e-290, 1e-290}},
+                                                    {{5, 5}, true, {5 / root, 5 * root}},
+                                                    // the closest that are told apart
+                                                    {{1, 1 + 1e-14}, false, {0.9, 1.1}},
+                                                    {{1, 1 + 2e-14}, false, {1, 1 + 2e-14}},
+                                                    {{1, 1 + 2e-13}, true, {1, 1 + 2e-13}}};
     for (const auto &[range, logarithmic, want] : cases) {
         const Scale scale = scaleOf({.logarithmic = logarithmic}, range, 100);
         EXPECT_NEAR(scale.min, want.min, 1e-9 * std::abs(want.min)) << range.min << range.max;
@@ -68,27 +64,24 @@ TEST(Scale, ReplacesLimitsThatCannotBeDrawn) {
 }
 
 TEST(Increments, AreUsedWhereTheirTicksCanBeToldApart) {
-    const struct {
-        Range range;
-        double length, increment;
-        bool want;
-    } cases[] = {{{0, 100}, 100, 2, true}, // two points between ticks
-                 {{0, 100}, 100, 1.99, false},
-                 {{-50, 50}, 100, 1.99, false},
-                 {{0, 100}, 4000, 0.1, true}, // a thousand ticks
-                 {{0, 100}, 4000, 0.099, false},
-                 {{0, 100}, 100, 1e5, true}, // hardly one
-                 {{-50, 50}, 100, 1e5, true},
-                 {{0, 100}, 100, 1.01e5, false},
-                 {{9e15, 9e15 + 100}, 100, 10, true}, // whose multiples are whole
-                 {{9e15, 9e15 + 100}, 100, 8, false},
-                 {{-9e15 - 100, -9e15}, 100, 8, false},
-                 {{0, 100}, 100, 0, false},
-                 {{0, 100}, 100, -2, false},
-                 {{0, 100}, 100, unset, false}};
-    for (const auto &c : cases)
-        EXPECT_EQ(isUsableIncrement(c.increment, scaleOf({}, c.range, c.length)), c.want)
-            << c.range.min << ' ' << c.length << ' ' << c.increment;
+    const std::tuple<Range, double, double, bool> cases[] = {
+        {{0, 100}, 100, 2, true}, // two points between ticks
+        {{0, 100}, 100, 1.99, false},
+        {{-50, 50}, 100, 1.99, false},
+        {{0, 100}, 4000, 0.1, true}, // a thousand ticks
+        {{0, 100}, 4000, 0.099, false},
+        {{0, 100}, 100, 1e5, true}, // hardly one
+        {{-50, 50}, 100, 1e5, true},
+        {{0, 100}, 100, 1.01e5, false},
+        {{9e15, 9e15 + 100}, 100, 10, true}, // whose multiples are whole
+        {{9e15, 9e15 + 100}, 100, 8, false},
+        {{-9e15 - 100, -9e15}, 100, 8, false},
+        {{0, 100}, 100, 0, false},
+        {{0, 100}, 100, -2, false},
+        {{0, 100}, 100, unset, false}};
+    for (const auto &[range, length, increment, want] : cases)
+        EXPECT_EQ(isUsableIncrement(increment, scaleOf({}, range, length)), want)
+            << range.min << ' ' << length << ' ' << increment;
 }
 
 TEST(Scale, PlacesValues) {
@@ -191,11 +184,7 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
 }
 
 TEST(Ticks, HaveSmallOnesBetweenThem) {
-    const struct {
-        Axis axis;
-        double length;
-        std::size_t ticks, small;
-    } cases[] = {
+    const std::tuple<Axis, double, std::size_t, std::size_t> cases[] = {
         {{.range = {0, 10}, .increment = 2.5, .ticks = 4}, 340, 5, 16},
         {{.range = {0, 10}, .increment = 2.5, .ticks = 0}, 340, 5, 0},
         {{.range = {0, 10}, .increment = 1}, 170, 11, 40},

@@ -95,19 +95,16 @@ TEST(TimeTicks, HaveAsManySmallOnesAsTheAxisAsksFor) {
 
 TEST(TimeTicks, OfShortAxesAreTwoRatherThanThoseOfAFinerStep) {
     const double noon = secondsAt(2024, 3, 5, 43200);
-    const struct {
-        double from, length, days;
-        std::size_t ticks;
-        const char *want;
-    } cases[] = {{noon, 100, 200, 2, "Apr Jul | 2024"},
-                 {noon, 90, 800, 2, "2025 2026 | "},
-                 {noon, 40, 1.0 / 24, 2, "12:00 13:00 | 2024-03-05"},
-                 {1.9, 40, 2.2 / 86400, 2, "00:00:02 | 1970-01-01"}, // the next step has no tick
-                 {secondsAt(2024, 12, 31, 64800), 60, 0.5, 3, "18:00 06:00 | "}};
-    for (const auto &c : cases) {
-        const AxisMarks marks = marksFor({.range = {c.from, c.from + 86400 * c.days}}, c.length);
-        EXPECT_EQ(told(marks), c.want);
-        EXPECT_EQ(marks.ticks.size(), c.ticks) << c.want;
+    const std::tuple<double, double, double, std::size_t, const char *> cases[] = {
+        {noon, 100, 200, 2, "Apr Jul | 2024"},
+        {noon, 90, 800, 2, "2025 2026 | "},
+        {noon, 40, 1.0 / 24, 2, "12:00 13:00 | 2024-03-05"},
+        {1.9, 40, 2.2 / 86400, 2, "00:00:02 | 1970-01-01"}, // the next step has no tick
+        {secondsAt(2024, 12, 31, 64800), 60, 0.5, 3, "18:00 06:00 | "}};
+    for (const auto &[from, length, days, ticks, want] : cases) {
+        const AxisMarks marks = marksFor({.range = {from, from + 86400 * days}}, length);
+        EXPECT_EQ(told(marks), want);
+        EXPECT_EQ(marks.ticks.size(), ticks) << want;
     }
 }
 
