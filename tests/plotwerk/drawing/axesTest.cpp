@@ -288,15 +288,6 @@ TEST(Axes, HaveNoNumbersOnTheLinesOfOthers) {
     document.axes[yAxis].noLine = document.axes[xAxis].noLine = true;
     EXPECT_EQ(numbersOf(document, xAxis), (std::vector<double>{0, 2, 4, 6, 8, 10}));
     EXPECT_EQ(numbersOf(document, yAxis), (std::vector<double>{0, 1, 2, 3, 4}));
-
-    document.axes[yAxis].noLine = false;
-    document.frame.yAxisPos = unset;
-    const Box four = placed(document).axes[xAxis].numbers[1].bounds();
-    for (double at = 70.1; at < 90; at += 0.25) { // a point from it at least
-        document.frame.yAxisPos = at / 20;
-        const bool apart = at < four.left - 1 || at > four.right + 1;
-        EXPECT_EQ(numbersOf(document, xAxis).size(), apart ? 6U : 5U) << at;
-    }
 }
 
 TEST(Axes, HaveNumbersOnlyMoreThanAPointFromTheEndsOfOtherLines) {
@@ -319,19 +310,20 @@ TEST(Axes, HaveNumbersOnlyMoreThanAPointFromTheEndsOfOtherLines) {
 }
 
 TEST(Axes, ReachAsFarAsTheirTicks) {
-    Document document = plain();
-    for (Axis &axis : document.axes) axis.noNumbers = axis.outsideTicks = true;
-    const auto expectReach = [&](double away) {
-        const Box outside = placed(document).outside;
-        const double reached[] = {-outside.left, -outside.top, outside.right - 200,
-                                  outside.bottom - 100};
-        for (const double each : reached) EXPECT_NEAR(each, away, 1e-9);
-    };
-    expectReach(8);
-    for (Axis &axis : document.axes) axis.outsideTicks = false;
-    expectReach(0);
-    for (Axis &axis : document.axes) axis.outsideTicks = axis.noLine = true;
-    expectReach(0);
+    const std::tuple<bool, bool, double> cases[] = {
+        {true, false, 8}, {false, false, 0}, {true, true, 0}};
+    for (const auto &[ticks, noLine, away] : cases) {
+        Document document = plain();
+        for (Axis &axis : document.axes) {
+            axis.noNumbers = true;
+            axis.outsideTicks = ticks;
+            axis.noLine = noLine;
+        }
+        const Box &outside = placed(document).outside;
+        for (const double reach :
+             {-outside.left, -outside.top, outside.right - 200, outside.bottom - 100})
+            EXPECT_NEAR(reach, away, 1e-9) << ticks << noLine;
+    }
 }
 
 TEST(Axes, TellTimesWhereTheirCurvesDo) {
@@ -396,10 +388,7 @@ TEST(Titles, StandBesideTheNumbersOrAtTheEndsOfCrossingAxes) {
         Document high = document;
         high.frame.yAxisLength = 500 / pointsPerCm;
         high.axes[code].title = "A title that is as long as all of the axis, and would lean far";
-        const double width = titlesOf(high).width();
-        std::swap(high.axes[code].title, high.axes[xAxis].title);
-        high.frame.xAxisLength = high.frame.yAxisLength;
-        EXPECT_NEAR(width, titlesOf(high).height(), 2);
+        EXPECT_NEAR(titlesOf(high).width(), of(code).width(), 4);
     }
 
     Document above = document; // with the title of the document over that of an axis

@@ -226,17 +226,16 @@ TEST(Pictures, ShowCurvesAsTheDocumentSays) {
         useOtherAxes(d);
         look.xError = look.yError = true;
     });
-    see("an error beyond the positive", "#4,0.5 #4,1.9 #4,2.2 _4,2.5", [](D d, L look) {
+    static constexpr auto largeError = [](D d, L look) {
         look.yError = true, look.line = false;
         d.axes[yAxis].logarithmic = true;
         d.axes[yAxis].range = {0.01, 1e6};
         onlyCurve(d).values = {unset, 1, unset};
-    });
+    };
+    see("an error beyond the positive", "#4,0.5 #4,1.9 #4,2.2 _4,2.5", largeError);
     see("and on a reversed axis", "#4,6.1 #4,7.5 _4,5.5", [](D d, L look) {
-        look.yError = true, look.line = false;
-        d.axes[yAxis].logarithmic = d.axes[yAxis].reversed = true;
-        d.axes[yAxis].range = {0.01, 1e6};
-        onlyCurve(d).values = {unset, 1, unset};
+        largeError(d, look);
+        d.axes[yAxis].reversed = true;
     });
     see("every second symbol, another over it", "#2,2 _2.5,2.5 #6,2 #6.5,2 _4,6.2", [](D, L look) {
         look.symbols = true, look.symbolInc = 2, look.line = false;
@@ -252,7 +251,6 @@ TEST(Pictures, ShowCurvesAsTheDocumentSays) {
     });
     see("layers", "r3,4", [](D d, L look) {
         Column above = onlyCurve(d);
-        above.name = "above";
         above.look.lineColour = {0, 1, 0, 1};
         look.layer = 1;
         look.lineColour = {1, 0, 0, 1};
@@ -269,19 +267,19 @@ TEST(Pictures, ShowAxesAndTextsAsTheDocumentSays) {
                        {"\u2588\u2588\u2588\u2588", 8, 5, 90, true, true},
                        {"\u2588", 1.1, 0.5, 0, false, false}};
         });
-}
-
-TEST(Pictures, HaveAxesWithCornersAndTitlesThatReadUpwards) {
     see("corners of thick axes that are open", "#-0.1,-0.1 #-0.1,4 _-0.1,8.2", [](D d, L) {
         d.frame.axisThickness = 0.3 * pointsPerCm;
         for (Axis &axis : d.axes) axis.noNumbers = true;
         d.axes[upperXAxis].noLine = d.axes[rightYAxis].noLine = true;
     });
-    const char *redThenBlue =
-        "{\\rtf1{\\colortbl;\\red255;\\blue255;}\\cf1 \\u9608?\\cf2 \\u9608?}";
-    Document document = centimetres();
-    for (Axis &axis : document.axes) axis.title = redThenBlue;
-    Pixels(document).expect("r5.9,-1 b6.1,-1 r-0.8,3.9 b-0.8,4.1");
+    see("titles that read upwards", "r5.9,-1 b6.1,-1 r-0.8,3.9 b-0.8,4.1", [](D d, L) {
+        for (Axis &axis : d.axes)
+            axis.title = "{\\rtf1{\\colortbl;\\red255;\\blue255;}\\cf1 \\u9608?\\cf2 \\u9608?}";
+    });
+    see("lines of a text at their side of the frame", "#0.4,4.2 #1.2,4.2 #0.4,3.8 _1.2,3.8",
+        [](D d, L) { d.texts = {{.text = "\u2588\u2588\u2588\u2588\\\\\u2588", .x = 0}}; });
+    see("and at the other side", "#11.6,4.2 #10.8,4.2 #11.6,3.8 _10.8,3.8",
+        [](D d, L) { d.texts = {{.text = "\u2588\u2588\u2588\u2588\\\\\u2588", .x = 1}}; });
 }
 
 TEST(Pages, HoldTheSymbolsOfAllCurvesAndNothingTooFarAway) {

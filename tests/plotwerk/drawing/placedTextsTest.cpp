@@ -206,24 +206,6 @@ TEST(PlacedTexts, BeginParametersOneBelowTheOther) {
     EXPECT_NEAR(a, b, 1) << words;
 }
 
-TEST(PlacedTexts, AreAlignedToTheirSideOfTheFrame) {
-    for (const double x : {0.0, 1.0}) {
-        Document document = documentWith({}, {});
-        const PlacedText text{.text = "\u2588\u2588\u2588\u2588\\\\\u2588", .x = x, .y = 0.5};
-        const LaidText placed = laid(text, document);
-        document.texts = {text};
-        const Box &ink = placed.text.ink();
-        const Pixels pixels(document);
-        const auto at = [&](double part) { // of the lower line
-            return pixels.at((placed.middle.x + (part - 0.5) * ink.width()) / pointsPerCm,
-                             document.frame.yAxisLength -
-                                 (placed.middle.y + 0.3 * ink.height()) / pointsPerCm);
-        };
-        EXPECT_EQ(at(0.1), x == 0 ? '#' : '_');
-        EXPECT_EQ(at(0.9), x == 0 ? '_' : '#');
-    }
-}
-
 // Of a text of the usual size.
 static SetText set(const RichText &text) {
     return Typesetter().paragraph(text, textSize, 100, 2);
@@ -231,11 +213,7 @@ static SetText set(const RichText &text) {
 
 TEST(Typesetter, RaisesShrinksAndStacksScripts) {
     const auto x = [](int script, int innerScript) {
-        TextRun run;
-        run.text = "x";
-        run.script = script;
-        run.innerScript = innerScript;
-        return run;
+        return TextRun{.text = "x", .script = script, .innerScript = innerScript};
     };
     const Box plain = set({x(0, 0)}).ink();
     const auto expect = [&](const TextRun &run, double size, double rise) {
@@ -251,34 +229,20 @@ TEST(Typesetter, RaisesShrinksAndStacksScripts) {
 }
 
 TEST(Typesetter, SetsStylesAndLines) {
-    const auto run = [](const char *text) {
-        TextRun styled;
-        styled.text = text;
-        return styled;
-    };
-    const Box plain = set({run("lx")}).ink();
-    TextRun styled = run("lx");
-    styled.bold = true;
-    EXPECT_GT(set({styled}).ink().width(), plain.width() + 0.5);
-    styled.bold = false;
-    styled.italic = true;
-    EXPECT_GT(set({styled}).ink().width(), plain.width() + 0.1);
-    styled.italic = false;
-    styled.underline = true;
-    EXPECT_GT(set({styled}).ink().bottom, plain.bottom + 0.5);
+    const SetText line = set({{.text = "lx"}});
+    const Box plain = line.ink();
+    EXPECT_GT(set({{.text = "lx", .bold = true}}).ink().width(), plain.width() + 0.5);
+    EXPECT_GT(set({{.text = "lx", .italic = true}}).ink().width(), plain.width() + 0.1);
+    EXPECT_GT(set({{.text = "lx", .underline = true}}).ink().bottom, plain.bottom + 0.5);
 
-    EXPECT_NEAR(set({run("x\nx")}).ink().height() - set({run("x")}).ink().height(), lineHeight,
-                0.1);
-    TextRun raised = run("x");
-    raised.script = 1;
-    EXPECT_NEAR(set({run("x\nx"), raised}).ink().bottom - set({run("x")}).ink().bottom, lineHeight,
-                0.1);
-    const double height =
-        set({run("many words that need more than the two lines which they are given here")})
-            .ink()
-            .height();
+    const Box one = set({{.text = "x"}}).ink();
+    const TextRun two{.text = "x\nx"};
+    EXPECT_NEAR(set({two}).ink().height() - one.height(), lineHeight, 0.1);
+    EXPECT_NEAR(set({two, {.text = "x", .script = 1}}).ink().bottom - one.bottom, lineHeight, 0.1);
+    const char *const words =
+        "many words that need more than the two lines which they are given here";
+    const double height = set({{.text = words}}).ink().height();
     EXPECT_TRUE(height > lineHeight && height < 2 * lineHeight) << height;
-    const SetText line = set({run("lx")});
     const Box upwards = inkOf([&](cairo_t *cr) { line.draw(cr, {50, 50}, 90, {0, 0}); });
     EXPECT_NEAR(upwards.top, 50 - plain.right, 1);
     EXPECT_NEAR(upwards.bottom, 50 - plain.left, 1);
