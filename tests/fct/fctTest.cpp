@@ -37,6 +37,7 @@ TEST(CopyFct, IsItsOwnAndALinkSharesTheArrays) {
     copy->lastIndex = 1;
     Fct *link = linkFct(copy);
     EXPECT_EQ(FctPtr(copyFct(copy))->lastIndex + link->size + link->lastIndex, 0);
+    EXPECT_EQ(link->linked, 1);
     link->y[1] = 7;
     removeAtEndFct(link, 1);
     freeFct(link);

@@ -272,8 +272,13 @@ TEST(DocumentFormula, TakesTheColumnsOfTheTableForVariables) {
     changeFrameWithFormula(document, {.multiDimFit = 1});
     EXPECT_EQ(document.parameters.size(), 2U);
 
-    EXPECT_EQ(refusalOf(document, [](Document &d) { setFormula(d, "a*'T'*'V'"); }),
-              "formula, line 1, column 7: no column 'V'");
+    const std::pair<const char *, const char *> wrong[] = {
+        {"a*'T'*'V'", "formula, line 1, column 7: no column 'V'"},
+        {"a*'T", "formula, line 1, column 5: expected \"'\""}};
+    for (const auto &[wrongText, why] : wrong)
+        EXPECT_EQ(
+            refusalOf(document, [&, given = wrongText](Document &d) { setFormula(d, given); }),
+            why);
     setFormula(document, text);
     EXPECT_EQ(fitDocument(document).reason, "");
     EXPECT_NEAR(parameter(document, "a"), 2, 1e-12);
