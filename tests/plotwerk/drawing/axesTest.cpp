@@ -439,21 +439,16 @@ TEST(ErrorBars, ReachAsFarAsTheErrorsWithCapsAcross) {
                                        lineOf({20, 23}, {20, 27}), lineOf({100, 23}, {100, 27})};
     EXPECT_EQ(linesIn(barsOf(document), 1), want);
 
-    document.sources[0].tables[0].x.values = {1, 1}; // bars that overlap are one
-    y[0].values = {2, 2.1};
-    y[1].values = {1.5, 0.2};
-    y[2].values = {-1.5, 0.2};
-    y[0].look.xError = false;
-    EXPECT_EQ(linesIn(barsOf(document), 1).count(lineOf({20, 12.5}, {20, 87.5})), 1u);
-    document.sources[0].tables[0].x.values = {1, 3};
-    y[0].values = {1, 3};
-    y[0].look.xError = true;
-
     // the mean (2, 2) of both, with errors of a half of the root of the sum of squares
     y[0].look.sum = 2;
     want = {lineOf({20, 50}, {60, 50}), lineOf({20, 48}, {20, 52}), lineOf({60, 48}, {60, 52})};
     y[0].look.yError = false;
     EXPECT_EQ(linesIn(barsOf(document), 1), want);
+
+    document.sources[0].tables[0].x.values = {1, 1}; // bars that overlap are one
+    y = {column("y", {2, 2.1}), column("y +", {1.5, 0.2}), column("y -", {-1.5, 0.2})};
+    y[0].look.yError = true;
+    EXPECT_EQ(linesIn(barsOf(document), 1).count(lineOf({20, 12.5}, {20, 87.5})), 1u);
 }
 
 TEST(ErrorBars, HaveCapsNoWiderThanTheSymbol) {

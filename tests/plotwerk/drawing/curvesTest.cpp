@@ -460,30 +460,27 @@ TEST(CoveredCurves, CountPointsAndTheLengthOfLines) {
     for (const int points : {13, 60001}) {
         std::vector<double> x;
         for (int i = 0; i < points; ++i) x.push_back(12.0 * i / (points - 1));
-        Document document = documentWith(x, std::vector<double>(x.size(), 4));
-        document.axes[xAxis].range = {0, 12};
-        document.axes[yAxis].range = {0, 8};
-        const double line = 6.5 * pointsPerCm / 5; // five points weigh as much as a symbol
+        Document document = centimetres();
+        document.sources[0].tables[0] = table(x, {column("y", std::vector(x.size(), 4.0))});
+        const double length = 6.5 * pointsPerCm / 5; // five points weigh as much as a symbol
         const double marks = std::floor(6.5 / 12 * (points - 1)) + 1;
-        const std::tuple<bool, bool, bool, double> cases[] = {
-            {true, false, false, line},
-            {false, true, false, marks},
-            {true, true, false, line + marks},
-            {false, false, false, marks}, // drop lines, or errors
-            {true, false, true, line},
-            {false, false, true, line + marks}};
-        for (const auto &[joined, symbols, filled, want] : cases) {
-            CurveLook &look = onlyCurve(document).look;
-            look.line = joined;
-            look.symbols = symbols;
-            look.filled = filled;
-            const Placed placed(document);
-            const double middle = placed.frame.height / 2;
-            const Box box{-10, middle - 9, 6.5 * pointsPerCm, middle + 9};
-            EXPECT_NEAR(coveredBy(box, plotwerk::inkOf(placed.curves, placed.frame)), want,
-                        0.3 + points / 5000.0)
-                << joined << symbols << filled << points;
-        }
+        for (const bool line : {false, true})
+            for (const bool symbols : {false, true})
+                for (const bool filled : {false, true}) {
+                    CurveLook &look = onlyCurve(document).look;
+                    look.line = line;
+                    look.symbols = symbols;
+                    look.filled = filled;
+                    const auto &[of, curves, frame] = Placed(document);
+                    const double middle = frame.height / 2;
+                    const Box box{-10, middle - 9, 6.5 * pointsPerCm, middle + 9};
+                    // drop lines and errors are marks, too
+                    const double want =
+                        (line || filled ? length : 0) + (symbols || !line ? marks : 0);
+                    EXPECT_NEAR(coveredBy(box, plotwerk::inkOf(curves, frame)), want,
+                                0.3 + points / 5000.0)
+                        << line << symbols << filled << points;
+                }
     }
 }
 
