@@ -4,11 +4,11 @@
 #include "util/number/decimal.h"
 #include "util/text/equation.h"
 #include "util/text/line.h"
+#include "util/text/name.h"
 #include "util/text/search.h"
 #include "util/text/word.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstdio>
 #include <cstring>
 
@@ -85,31 +85,21 @@ void scanline(const std::string &input) {
     require(scanWithScanline(text.data(), max) == scanWithStrtod(text.data(), max));
 }
 
-// The needle is the rest of the first line, the text what follows.
-void strquotestr(const std::string &input) {
+// What only reads a text reads nothing beyond it. The needle is the rest of the first line.
+void readers(const std::string &input) {
     const std::string lines = afterFirstByte(input);
     const std::size_t newline = std::min(lines.find('\n'), lines.size());
     const std::vector<char> needle = exactText(lines.substr(0, newline));
     const std::vector<char> text = exactText(lines.substr(std::min(newline + 1, lines.size())));
-    const int wholeWord = firstByte(input) & 1;
-
-    int want = needle[0] == '\0' ? 0 : -1;
-    bool quoted = false;
-    for (const char *s = text.data(); *s != '\0' && want == -1; ++s) {
-        if (*s == '"' && (s == text.data() || s[-1] != '\\')) quoted = !quoted;
-        const char *hit =
-            wholeWord ? plw::strwordstr(s, needle.data()) : std::strstr(s, needle.data());
-        if (!quoted && hit == s) want = static_cast<int>(s - text.data());
-    }
-    require(plw::strquotestr(text.data(), needle.data(), wholeWord) == want);
-}
-
-void valueOfString(const std::string &input) {
-    const std::vector<char> text = exactText(input);
-    std::string want = std::string(text.data()).substr(0, 255);
-    std::replace(want.begin(), want.end(), ',', '.');
-    const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
-    require(bits(plw::valueOfString(text.data())) == bits(std::strtod(want.c_str(), nullptr)));
+    const int number = firstByte(input) % 16 - 1, length = static_cast<int>(text.size());
+    int index, start = 0, count = 0;
+    std::vector<char> name(text.size());
+    plw::indexOfName(text.data(), &index, name.data());
+    plw::rangeOfLine(text.data(), number, &start, &count);
+    require(start >= 0 && count >= 0 && start + count <= length);
+    const int found = plw::strquotestr(text.data(), needle.data(), number & 1);
+    require(found < 0 || std::strncmp(&text[found], needle.data(), needle.size() - 1) == 0);
+    plw::valueOfString(text.data());
 }
 
 } // namespace fuzz

@@ -38,10 +38,7 @@ TEST(RichText, ReadsRtf) {
         {R"({\rtf1 x\up6 2\up0 y\dn i\plain z})", "x<+6>2<>y<-6>i<>z"},
         {R"({\rtf1 x\up401 y\dn999 z})", "x<+400>y<-400>z"},
         {R"({\rtf1\fs24 a\fs100000 b\fs0 c})", "<24>a<400>b<2>c"},
-        {R"({\rtf1\uc1 \u228?\u8364 ?\u-3913?})", "\u00e4\u20ac\uf0b7"},
-        {R"({\rtf1\uc0\u228 b\uc2 \u228??c\uc1\u228\'e4d})", "\u00e4b\u00e4c\u00e4d"},
-        {R"({\rtf1\u-10179?\u-8704?!\u-10179?x\u-8704?})", "\U0001f600!\ufffdx\ufffd"},
-        {R"({\rtf1\u-10179?\b\u-8704?a\u-10179?})", "\ufffd<b>\ufffda\ufffd"},
+        {R"({\rtf1\uc0\u228 b\u-3913\uc2 \u228??c\uc1\u228\'e4d})", "\u00e4b\uf0b7\u00e4c\u00e4d"},
         {R"({\rtf1\u-10179?\u-10179?\u-8704?\u-9217?\u-8192?\u-10240?\u-8193?})",
          "\ufffd\U0001f600\ufffd\ue000\U000103ff"},
         {R"({\rtf1\b7 a\i0 b\up b\dn0 c\ul7\super0 d\sub0 e\up400 f\fs400 g\fs2 h\fs1 i})",
@@ -141,14 +138,9 @@ TEST(Markup, SpellsOutSignsScriptsAndEmphasis) {
     };
     const auto field = [](std::string_view name) -> std::optional<RichText> {
         if (name != "name") return std::nullopt;
-        RichText text(3);
-        text[0].text = "1";
-        text[1].text = "2";
-        text[1].bold = true;
-        text[1].colour = Colour{0, 0, 1, 1};
-        text[2].text = "3";
-        text[2].script = -1;
-        return text;
+        return RichText{{.text = "1"},
+                        {.text = "2", .bold = true, .colour = Colour{0, 0, 1, 1}},
+                        {.text = "3", .script = -1}};
     };
     for (const auto &[text, want] : cases)
         EXPECT_EQ(described(readMarkup(richTextOf(text), field)), want) << text;
