@@ -36,11 +36,9 @@ static Document plain() {
     document.frame.xAxisLength = 200 / pointsPerCm;
     document.frame.yAxisLength = 100 / pointsPerCm;
     document.frame.tickLength = 8 / pointsPerCm;
-    for (const AxisCode code : {xAxis, yAxis}) {
-        document.axes[code].range = {0, code == xAxis ? 10.0 : 4.0};
-        document.axes[code].increment = 2;
-        document.axes[code].ticks = 1;
-    }
+    for (const AxisCode code : {xAxis, yAxis})
+        document.axes[code] = {
+            .range = {0, code == xAxis ? 10.0 : 4.0}, .increment = 2, .ticks = 1};
     return document;
 }
 
@@ -314,11 +312,8 @@ TEST(Axes, ReachAsFarAsTheirTicks) {
         {true, false, 8}, {false, false, 0}, {true, true, 0}};
     for (const auto &[ticks, noLine, away] : cases) {
         Document document = plain();
-        for (Axis &axis : document.axes) {
-            axis.noNumbers = true;
-            axis.outsideTicks = ticks;
-            axis.noLine = noLine;
-        }
+        for (Axis &axis : document.axes)
+            axis = {.outsideTicks = ticks, .noLine = noLine, .noNumbers = true};
         const Box &outside = placed(document).outside;
         for (const double reach :
              {-outside.left, -outside.top, outside.right - 200, outside.bottom - 100})
@@ -455,9 +450,7 @@ TEST(ErrorBars, HaveCapsNoWiderThanTheSymbol) {
     Document document = plain();
     std::vector<Column> &y = document.sources[0].tables[0].y;
     y.push_back(column("y error", {0.4, 0}));
-    y[0].look.yError = y[0].look.symbols = true;
-    y[0].look.symbolSize = 2;
-    y[0].look.lineThickness = 0.1;
+    y[0].look = {.yError = true, .symbols = true, .symbolSize = 2, .lineThickness = 0.1};
     for (int i = 0; i < 2 * symbolCount; ++i) {
         const int code = i % symbolCount;
         const int first = i < symbolCount ? code : 15; // a dot, under another symbol

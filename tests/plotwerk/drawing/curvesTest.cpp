@@ -255,8 +255,7 @@ TEST(DenseImage, ShadesTheDotsOfAScreen) {
 }
 
 TEST(Curves, OfManyPointsHaveShadesOfQuartersOnAScreen) {
-    std::vector<double> x;
-    std::vector<double> y;
+    std::vector<double> x, y;
     for (int i = 0; i < 60'000; ++i) {
         x.push_back(std::fmod(i * 0.61803, 1));
         y.push_back(std::fmod(i * 0.41421, 1));
@@ -264,18 +263,16 @@ TEST(Curves, OfManyPointsHaveShadesOfQuartersOnAScreen) {
     for (const int kind : {0, 1, 2}) {
         Document document = documentWith(x, y);
         for (Axis &axis : document.axes) axis.range = {-0.5, 1.5};
-        CurveLook &look = onlyCurve(document).look;
-        look.line = kind == 0;
-        look.filled = kind == 1;
-        look.symbols = kind == 2;
-        look.fillColour = Colour{};
-        look.symbol = {2, 0, 0, 0};
-        look.symbolSize = 3;
+        onlyCurve(document).look = {.line = kind == 0,
+                                    .filled = kind == 1,
+                                    .symbols = kind == 2,
+                                    .symbolSize = 3,
+                                    .symbol = {2, 0, 0, 0},
+                                    .fillColour = {}};
         const Placed placed(document);
         const Coverage dots(340, 226, [&](cairo_t *cr) { placed.draw(cr, 0.5); });
         std::set<int> greys;
-        for (int row = 0; row < 226; ++row)
-            for (int column = 0; column < 340; ++column) greys.insert(dots.at(column, row));
+        for (int i = 0; i < 340 * 226; ++i) greys.insert(dots.at(i % 340, i / 340));
         EXPECT_EQ(greys, (std::set<int>{0, 63, 127, 191, 255})) << kind;
     }
 }
@@ -341,12 +338,13 @@ TEST(Samples, ShowLooksInTheSizeOfType) {
 TEST(Curves, WithoutThicknessHaveSymbolsOnlyOfEverySizeButNone) {
     Document document = documentWith({1, 3, 5}, {1, 3, unset});
     document.sources[0].tables[0].y.push_back(column("y error", {1, 1, 1}));
-    CurveLook &look = onlyCurve(document).look;
-    look.line = look.marker = look.yError = look.symbols = true;
-    look.symbol = {14, 0, 0, 0}; // a level line of 1.2 sizes
-    look.lineThickness = 0;
     for (const double size : {0.0, 0.5, 2.0, 40.0}) {
-        look.symbolSize = size;
+        onlyCurve(document).look = {.yError = true,
+                                    .marker = true,
+                                    .symbols = true,
+                                    .symbolSize = size,
+                                    .symbol = {14, 0, 0, 0}, // a level line of 1.2 sizes
+                                    .lineThickness = 0};
         const std::vector<Drawn> drawn = drawnCurve(document);
         EXPECT_EQ(drawn.size(), size > 0 ? 2U : 0U) << size;
         for (const Drawn &each : drawn) {
@@ -440,12 +438,9 @@ TEST(Curves, DropLinesToTheXAxisOrZeroOrTheNearestEdge) {
             Document document = documentWith({5}, {c.value});
             document.frame.yAxisLength = 100 / pointsPerCm;
             document.frame.xAxisPos = c.xAxisPos;
-            Axis &axis = document.axes[yAxis];
-            axis.range = c.range;
-            axis.logarithmic = c.logarithmic;
-            axis.reversed = reversed;
-            onlyCurve(document).look.line = false;
-            onlyCurve(document).look.marker = true;
+            document.axes[yAxis] = {
+                .range = c.range, .logarithmic = c.logarithmic, .reversed = reversed};
+            onlyCurve(document).look = {.line = false, .marker = true};
             const std::vector<Drawn> drawn = drawnCurve(document);
             ASSERT_EQ(drawn.size(), 1U);
             const ScaledFrame frame = Placed(document).frame;
@@ -467,10 +462,7 @@ TEST(CoveredCurves, CountPointsAndTheLengthOfLines) {
         for (const bool line : {false, true})
             for (const bool symbols : {false, true})
                 for (const bool filled : {false, true}) {
-                    CurveLook &look = onlyCurve(document).look;
-                    look.line = line;
-                    look.symbols = symbols;
-                    look.filled = filled;
+                    onlyCurve(document).look = {.line = line, .filled = filled, .symbols = symbols};
                     const auto &[of, curves, frame] = Placed(document);
                     const double middle = frame.height / 2;
                     const Box box{-10, middle - 9, 6.5 * pointsPerCm, middle + 9};

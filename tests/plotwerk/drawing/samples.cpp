@@ -23,11 +23,9 @@ Document centimetres() {
     columns.push_back({"y error", {0, 1, 0}, {}});
     columns.push_back({"x error", {0, 0.5, 0}, {}});
     for (int code = 0; code < axisCount; ++code) {
-        Axis &axis = document.axes[code];
-        axis.range = {0, isHorizontal(static_cast<AxisCode>(code)) ? 12.0 : 8.0};
-        axis.increment = 2;
-        axis.ticks = 1;
-        axis.insideTicks = false;
+        const double most = isHorizontal(static_cast<AxisCode>(code)) ? 12 : 8;
+        document.axes[code] = {
+            .range = {0, most}, .increment = 2, .ticks = 1, .insideTicks = false};
     }
     return document;
 }
