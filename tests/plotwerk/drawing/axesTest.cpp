@@ -173,9 +173,7 @@ TEST(Axes, HaveNumbersBesideTheirTicks) {
                                     1e-9)
                             << axis.code << inside << ticks << noLine;
                         const Box ink = inkOf([&](cairo_t *cr) { number.draw(cr); });
-                        EXPECT_NEAR(ink.top, box.top, 1);
-                        EXPECT_NEAR(ink.bottom, box.bottom, 1);
-                        EXPECT_NEAR(ink.left, box.left, 1);
+                        expectNear(ink, {box.left, box.top, ink.right, box.bottom});
                     }
                 }
             }
@@ -250,10 +248,7 @@ TEST(Axes, HaveWhatNumbersShareAtTheirEndApartFromAll) {
 
     const Box ink = inkOf([&](cairo_t *cr) { drawAxes(cr, frame); });
     EXPECT_NEAR(ink.bottom, common(xAxis).bottom, 1);
-    EXPECT_NEAR(frame.outside.bottom, numbers[xAxis].bottom, 1e-9);
-    EXPECT_NEAR(frame.outside.top, ink.top, 1);
-    EXPECT_NEAR(frame.outside.left, ink.left, 1);
-    EXPECT_NEAR(frame.outside.right, ink.right, 1);
+    expectNear(frame.outside, {ink.left, ink.top, ink.right, numbers[xAxis].bottom});
 }
 
 TEST(Axes, HaveWhatNumbersShareAboveTheFrameOrThem) {
@@ -314,10 +309,8 @@ TEST(Axes, ReachAsFarAsTheirTicks) {
         Document document = plain();
         for (Axis &axis : document.axes)
             axis = {.outsideTicks = ticks, .noLine = noLine, .noNumbers = true};
-        const Box &outside = placed(document).outside;
-        for (const double reach :
-             {-outside.left, -outside.top, outside.right - 200, outside.bottom - 100})
-            EXPECT_NEAR(reach, away, 1e-9) << ticks << noLine;
+        SCOPED_TRACE(away);
+        expectNear(placed(document).outside, {-away, -away, 200 + away, 100 + away}, 1e-9);
     }
 }
 
@@ -391,9 +384,7 @@ TEST(Titles, StandBesideTheNumbersOrAtTheEndsOfCrossingAxes) {
     EXPECT_NEAR(titlesOf(above).top, out.top - 2 * (7 + of(upperXAxis).height()), 1.5);
 
     Document shared = document; // beside what the numbers have in common, or below it
-    shared.axes[xAxis].range = {1e9, 1.00001e9};
-    shared.axes[xAxis].increment = unset;
-    shared.axes[xAxis].title = "T";
+    shared.axes[xAxis] = {.range = {1e9, 1.00001e9}, .title = "T", .outsideTicks = true};
     const PlacedFrame sharing = placed(shared);
     EXPECT_NEAR(titlesOf(shared).top, sharing.outside.bottom + 7, 1);
     shared.axes[xAxis].title = "A title that is as long as all of the axis";

@@ -360,11 +360,7 @@ TEST(Curves, EndAtTheFrameHoweverThick) {
     document.axes[xAxis].range = {0, 10};
     onlyCurve(document).look.lineThickness = 20;
     const Placed placed(document);
-    const Box ink = inkOf([&](cairo_t *cr) { placed.draw(cr); });
-    EXPECT_NEAR(ink.top, 0, 1);
-    EXPECT_NEAR(ink.bottom, 10, 1);
-    EXPECT_NEAR(ink.left, 0, 1);
-    EXPECT_NEAR(ink.right, placed.frame.width, 1);
+    expectNear(inkOf([&](cairo_t *cr) { placed.draw(cr); }), {0, 0, placed.frame.width, 10});
 }
 
 TEST(Symbols, AreAsClearInsideAsTheirLines) {

@@ -139,8 +139,7 @@ TEST(FittedCurve, HasABandThatHolds95Percent) {
     const ScaledFrame frame = Placed(document).frame;
     const Box ink =
         inkOf([&](cairo_t *cr) { drawBand(cr, drawnCurvesOf(document)[0], frame, document, 0); });
-    EXPECT_NEAR(ink.top, 0, 1) << "as far as the frame goes";
-    EXPECT_NEAR(ink.bottom, frame.height, 1);
+    expectNear(ink, {ink.left, 0, ink.right, frame.height}); // as far as the frame goes
 
     document.fit.freedom = 0;
     document.fit.absoluteErrors = false;

@@ -24,16 +24,16 @@ static Document sineOverTimeWithTexts() {
 }
 
 TEST(Pdf, HoldsNumbersTitlesAndTextsAsText) {
-    Document named = sineDocument();
-    named.sources[0].tables[0].x.name = "Frequency";
-    onlyCurve(named).name = "Amplitude \xff";
-    Document twoNames = named;
-    twoNames.sources[0].tables[0].y.push_back(onlyCurve(named));
-    twoNames.sources[0].tables[0].y[1].name = "Phase";
-    Document extremes = twoNames;
-    extremes.sources[0].tables[0].y[1].name = onlyCurve(named).name + " maxima";
-    Document fitted = extremes; // whose title is that of the data
-    fitted.sources[0].tables[0].y[1].name = "Fit";
+    const auto named = [](const char *first, const char *second) {
+        Document document = sineDocument();
+        Table &table = document.sources[0].tables[0];
+        table.x.name = "Frequency";
+        table.y.resize(2, table.y[0]);
+        table.y[0].name = first;
+        table.y[1].name = second;
+        return document;
+    };
+    Document fitted = named("Amplitude \xff", "Fit"); // whose title is that of the data
     fitted.sources[0].tables[0].y[1].drawnByFit = true;
     fitted.axes[xAxis].noNumbers = true;
     Document otherAxes = sineDocument();
@@ -49,8 +49,8 @@ TEST(Pdf, HoldsNumbersTitlesAndTextsAsText) {
         {sineOverTimeWithTexts(),
          {"\u22120.5", "1.0", "10", "Time t / \u03bcs", "Gr\u00f6\u00dfe", "placed text"},
          {"not shown", "3000"}},
-        {twoNames, {"Frequency"}, {"Amplitude", "Phase"}},
-        {extremes, {"Frequency", "Amplitude \ufffd"}, {"maxima"}},
+        {named("Amplitude", "Phase"), {"Frequency"}, {"Amplitude", "Phase"}},
+        {named("Amplitude", "Amplitude maxima"), {"Frequency", "Amplitude"}, {"maxima"}},
         {fitted, {"Amplitude \ufffd"}, {"Fit", "Frequency"}},
         {otherAxes, {"Upper", "Right", "3000", "\u221260", "0.5", "10"}, {}},
         {Document(), {"0.2"}, {}}, // nothing to draw but the axes
@@ -295,9 +295,8 @@ TEST(Pages, HoldTheSymbolsOfAllCurvesAndNothingTooFarAway) {
         table.y[i].look.symbols = i < 2;
         table.y[i].look.symbolSize = sizes[i];
     }
-    const Box page = Picture(document).page(); // three quarters of a size, and the margin
-    EXPECT_EQ(std::vector({page.left, page.top, page.right, page.bottom}),
-              std::vector({-33.0, -33.0, 374.0, 260.0}));
+    // three quarters of a size, and the margin
+    expectNear(Picture(document).page(), {-33, -33, 374, 260}, 0);
 
     document.frame.xAxisLength = 100;
     document.texts = {{.text = "far", .x = 2}};

@@ -244,8 +244,7 @@ TEST(Typesetter, SetsStylesAndLines) {
     const double height = set({{.text = words}}).ink().height();
     EXPECT_TRUE(height > lineHeight && height < 2 * lineHeight) << height;
     const Box upwards = inkOf([&](cairo_t *cr) { line.draw(cr, {50, 50}, 90, {0, 0}); });
-    EXPECT_NEAR(upwards.top, 50 - plain.right, 1);
-    EXPECT_NEAR(upwards.bottom, 50 - plain.left, 1);
+    expectNear(upwards, {upwards.left, 50 - plain.right, upwards.right, 50 - plain.left});
 }
 
 TEST(MissingGlyphs, AreNamedOnceByAllChildren) {

@@ -75,6 +75,13 @@ std::string described(const Path &path) {
     return text;
 }
 
+void expectNear(const Box &got, const Box &want, double tolerance) {
+    EXPECT_NEAR(got.left, want.left, tolerance);
+    EXPECT_NEAR(got.top, want.top, tolerance);
+    EXPECT_NEAR(got.right, want.right, tolerance);
+    EXPECT_NEAR(got.bottom, want.bottom, tolerance);
+}
+
 void expectApart(const std::vector<Box> &boxes) {
     for (std::size_t i = 0; i < boxes.size(); ++i)
         for (std::size_t k = 0; k < i; ++k)

@@ -40,6 +40,9 @@ double distanceFrom(const plotwerk::Path &path, const plotwerk::Point &p);
 // "X,Y X,Y | X,Y", with | at breaks.
 std::string described(const plotwerk::Path &path);
 
+// Each side, to within a point or what is given.
+void expectNear(const plotwerk::Box &got, const plotwerk::Box &want, double tolerance = 1);
+
 // Fails for every two boxes that overlap.
 void expectApart(const std::vector<plotwerk::Box> &boxes);
 
