@@ -11,40 +11,33 @@ TEST(FindValueBeyondFct, PassesOverTheSegmentThatHoldsX) {
                  line = function({0, 4}, {0, 4}), flat = function({3, 4}, {5, 5}),
                  empty = newFct(1), rounded0 = function({3.6, 9}, {0, 1.3}),
                  rounded1 = function({0, 3.6}, {1.3, 0}); // which would round the crossing
-    const struct {
-        Fct *f;
-        double x, value;
-        int found;
-        double want;
-    } cases[] = {{wave, -1, 1, 1, 0.5},     {wave, 0, 1, 1, 1.5},     {wave, 1.2, 1, 1, 2.5},
-                 {wave, 2, 1, 0, -7},       {wave, -1, 3, 0, -7},     {wave, NaN, 1, 1, 1.5},
-                 {gap, -1, 1, 1, 2.5},      {gap, -1, 0, 1, 3},       {touching, -1, 1, 1, 2},
-                 {last, 0, 0.5, 0, -7},     {last, -1, 1, 1, 1},      {line, -1, 0, 1, 0},
-                 {line, -0.1, NaN, 0, -7},  {flat, 0, 5, 1, 3},       {empty, 0, 0, 0, -7},
-                 {rounded0, -1, 0, 1, 3.6}, {rounded1, -1, 0, 1, 3.6}};
-    for (const auto &c : cases) {
+    const std::tuple<Fct *, double, double, int, double> cases[] = {
+        {wave, -1, 1, 1, 0.5},     {wave, 0, 1, 1, 1.5},     {wave, 1.2, 1, 1, 2.5},
+        {wave, 2, 1, 0, -7},       {wave, -1, 3, 0, -7},     {wave, NaN, 1, 1, 1.5},
+        {gap, -1, 1, 1, 2.5},      {gap, -1, 0, 1, 3},       {touching, -1, 1, 1, 2},
+        {last, 0, 0.5, 0, -7},     {last, -1, 1, 1, 1},      {line, -1, 0, 1, 0},
+        {line, -0.1, NaN, 0, -7},  {flat, 0, 5, 1, 3},       {empty, 0, 0, 0, -7},
+        {rounded0, -1, 0, 1, 3.6}, {rounded1, -1, 0, 1, 3.6}};
+    for (const auto &[f, x, value, found, want] : cases) {
         double t = -7;
-        EXPECT_EQ(findValueBeyondFct(c.x, c.f, c.value, &t), c.found) << c.x << " " << text(c.f);
-        EXPECT_EQ(t, c.want) << "value " << c.value << " beyond " << c.x << " in " << text(c.f);
+        EXPECT_EQ(findValueBeyondFct(x, f, value, &t), found) << x << " " << text(f);
+        EXPECT_EQ(t, want) << "value " << value << " beyond " << x << " in " << text(f);
     }
 }
 
 TEST(ExtremeFct, SearchesForwardFromTheNextSampleButBackFromThisOne) {
     const FctPtr f = function({0, 1, 2, 3, 4}, {0, 2, 0, 3, 1}), empty = newFct(1);
     const auto beyond = extremeBeyondFct, before = extremeBeforeFct;
-    const struct {
-        double (*search)(double, Fct *, double *);
-        Fct *f;
-        double x, want, wantT;
-    } cases[] = {{beyond, f, -5, 2, 1},       {beyond, f, 0, 2, 1},       {beyond, f, 1, 0, 2},
-                 {beyond, f, 2.5, 3, 3},      {beyond, f, 3, NaN, -7},    {beyond, f, 9, NaN, -7},
-                 {before, f, 1.5, 2, 1},      {before, f, 3, 3, 3},       {before, f, 2.5, 0, 2},
-                 {before, f, 0.5, NaN, -7},   {before, f, 4, NaN, -7},    {before, f, -5, NaN, -7},
-                 {beyond, empty, 0, NaN, -7}, {before, empty, 0, NaN, -7}};
-    for (const auto &c : cases) {
+    const std::tuple<double (*)(double, Fct *, double *), Fct *, double, double, double> cases[] = {
+        {beyond, f, -5, 2, 1},       {beyond, f, 0, 2, 1},       {beyond, f, 1, 0, 2},
+        {beyond, f, 2.5, 3, 3},      {beyond, f, 3, NaN, -7},    {beyond, f, 9, NaN, -7},
+        {before, f, 1.5, 2, 1},      {before, f, 3, 3, 3},       {before, f, 2.5, 0, 2},
+        {before, f, 0.5, NaN, -7},   {before, f, 4, NaN, -7},    {before, f, -5, NaN, -7},
+        {beyond, empty, 0, NaN, -7}, {before, empty, 0, NaN, -7}};
+    for (const auto &[search, g, x, want, wantT] : cases) {
         double t = -7;
-        const double y = c.search(c.x, c.f, &t);
-        EXPECT_TRUE(same({y, t}, {c.want, c.wantT})) << c.x;
+        const double y = search(x, g, &t);
+        EXPECT_TRUE(same({y, t}, {want, wantT})) << x;
     }
 }
 

@@ -145,7 +145,7 @@ TEST(PeakFct2D, ChoosesAlongXByTheNumberOfColumns) {
 }
 
 TEST(PeakFct2DDeathTest, LeavesTheResultsWithoutAPeakAndHandlesOnlyFewerColumnsThanRows) {
-    const Fct2DPtr flat = grid(3, 30, plane), square = grid(5, 5, plane), empty = newFct2D(1, 2);
+    const Fct2DPtr flat = grid(3, 30, plane);
     double x = -7, y = -7, strength = -7;
     EXPECT_EQ(peakFct2D(flat, &x, &y, &strength, 0.5, 2, 4), 0);
     // peaks in every column, but none along x
@@ -155,8 +155,16 @@ TEST(PeakFct2DDeathTest, LeavesTheResultsWithoutAPeakAndHandlesOnlyFewerColumnsT
     EXPECT_EQ(peakFct2D(bump(11, 41, 0.5, 0, 5), &x, &y, &strength, 0.01, 10, 2), 0);
     EXPECT_EQ(Values({x, y, strength}), Values({-7, -7, -7}));
 
-    expectFatal([&] { peakFct2D(square, &x, &y, &strength, 0, 1, 1); },
-                "ERROR in peakFct2D: incompete implemented case 2 (5)");
-    expectFatal([&] { peakFct2D(empty, &x, &y, &strength, 0, 1, 1); },
-                "ERROR in peakFct2D: zero size function (0)");
+    const std::tuple<int, int, const char *> refused[] = {
+        {5, 5, "incompete implemented case 2 (5)"},
+        {1, 1, "incompete implemented case 2 (1)"},
+        {0, 2, "zero size function (0)"},
+        {1, 0, "zero size function (0)"}};
+    for (const auto &[nx, ny, message] : refused) {
+        const Fct2DPtr F = grid(5, 5, plane);
+        F->nx = nx;
+        F->ny = ny;
+        expectFatal([&] { peakFct2D(F, &x, &y, &strength, 0, 1, 1); },
+                    std::string("ERROR in peakFct2D: ") + message);
+    }
 }

@@ -37,6 +37,7 @@ TEST(CopyFct, IsItsOwnAndALinkSharesTheArrays) {
     copy->lastIndex = 1;
     Fct *link = linkFct(copy);
     EXPECT_EQ(FctPtr(copyFct(copy))->lastIndex + link->size + link->lastIndex, 0);
+    EXPECT_EQ(link->linked, 1);
     link->y[1] = 7;
     removeAtEndFct(link, 1);
     freeFct(link);
@@ -46,21 +47,18 @@ TEST(CopyFct, IsItsOwnAndALinkSharesTheArrays) {
 
 TEST(RemoveFct, LimitsTheCountAndForgetsTheSearch) {
     const auto atEnd = removeAtEndFct, atBegin = removeAtBeginFct;
-    const struct {
-        void (*remove)(Fct *, int);
-        int k;
-        Values want;
-    } cases[] = {{atEnd, 1, {1, 2, 3}},
-                 {atEnd, INT_MAX, {}},
-                 {atBegin, 2, {3, 4}},
-                 {atBegin, INT_MAX, {}},
-                 {atBegin, INT_MIN, {1, 2, 3, 4}}};
-    for (const auto &c : cases) {
+    const std::tuple<void (*)(Fct *, int), int, Values> cases[] = {
+        {atEnd, 1, {1, 2, 3}},
+        {atEnd, INT_MAX, {}},
+        {atBegin, 2, {3, 4}},
+        {atBegin, INT_MAX, {}},
+        {atBegin, INT_MIN, {1, 2, 3, 4}}};
+    for (const auto &[remove, k, want] : cases) {
         const FctPtr f = function({1, 2, 3, 4}, {1, 2, 3, 4});
         f->lastIndex = 3;
-        c.remove(f, c.k);
-        EXPECT_TRUE(same(f, function(c.want, c.want))) << c.k;
-        EXPECT_EQ(f->lastIndex, 0) << c.k;
+        remove(f, k);
+        EXPECT_TRUE(same(f, function(want, want))) << k;
+        EXPECT_EQ(f->lastIndex, 0) << k;
     }
 
     // a negative count takes back what was dropped
@@ -126,18 +124,17 @@ TEST(ClosestTFct, GivesTiesToTheLargerPosition) {
 }
 
 TEST(MaximumFct, TakesTheFirstOfEqualsAndNoNaN) {
-    const struct {
-        Values y, want; // t, y, index
-    } cases[] = {{{1, 5, 5}, {11, 5, 1}},
-                 {{NaN, -2, NaN}, {11, -2, 1}},
-                 {{}, {-7, -1e300, -7}},
-                 {{NaN, -1e300, -infinity}, {-7, -1e300, -7}}};
-    for (const auto &c : cases) {
+    // t, y and index
+    const std::pair<Values, Values> cases[] = {{{1, 5, 5}, {11, 5, 1}},
+                                               {{NaN, -2, NaN}, {11, -2, 1}},
+                                               {{}, {-7, -1e300, -7}},
+                                               {{NaN, -1e300, -infinity}, {-7, -1e300, -7}}};
+    for (const auto &[values, want] : cases) {
         double t = -7, y = 0;
         int index = -7;
-        const FctPtr f = newFctWith(c.y.data(), static_cast<int>(c.y.size()), 10, 1);
+        const FctPtr f = newFctWith(values.data(), static_cast<int>(values.size()), 10, 1);
         maximumFct(f, &t, &y, &index);
-        EXPECT_EQ(Values({t, y, 1.0 * index}), c.want) << testing::PrintToString(c.y);
+        EXPECT_EQ(Values({t, y, 1.0 * index}), want) << testing::PrintToString(values);
     }
 }
 

@@ -61,23 +61,20 @@ TEST(ArrHasNAN, CountsInfinitiesToo) {
 }
 
 TEST(Average, CompactsBlocksOfValidPairs) {
-    const struct {
-        Values x;
-        int k, m;
-        Values want;
-    } cases[] = {{{1, 2, NaN, 3, 4, 5}, 2, 3, {1.5, 3.5, 5, 3, 4, 5}},
-                 {{1, infinity, 3}, 5, 1, {2, infinity, 3}},
-                 {{4, 2, NaN}, 1, 2, {4, 2, NaN}},
-                 {{NaN, NaN}, 2, 0, {NaN, NaN}}};
-    for (const auto &c : cases) {
-        const int n = static_cast<int>(c.x.size());
+    const std::tuple<Values, int, int, Values> cases[] = {
+        {{1, 2, NaN, 3, 4, 5}, 2, 3, {1.5, 3.5, 5, 3, 4, 5}},
+        {{1, infinity, 3}, 5, 1, {2, infinity, 3}},
+        {{4, 2, NaN}, 1, 2, {4, 2, NaN}},
+        {{NaN, NaN}, 2, 0, {NaN, NaN}}};
+    for (const auto &[x, k, count, want] : cases) {
+        const int n = static_cast<int>(x.size());
         for (const bool gapsInX : {true, false}) {
-            Values gaps = c.x, other(n, 6);
+            Values gaps = x, other(n, 6);
             int m = -1;
-            average((gapsInX ? gaps : other).data(), (gapsInX ? other : gaps).data(), n, c.k, &m);
-            EXPECT_EQ(m, c.m) << testing::PrintToString(c.x);
-            EXPECT_TRUE(same(gaps, c.want));
-            EXPECT_EQ(other, Values(n, 6)) << testing::PrintToString(c.x);
+            average((gapsInX ? gaps : other).data(), (gapsInX ? other : gaps).data(), n, k, &m);
+            EXPECT_EQ(m, count) << testing::PrintToString(x);
+            EXPECT_TRUE(same(gaps, want));
+            EXPECT_EQ(other, Values(n, 6)) << testing::PrintToString(x);
         }
     }
 }

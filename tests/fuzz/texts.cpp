@@ -9,113 +9,45 @@
 #include "util/text/word.h"
 
 #include <algorithm>
-#include <bit>
-#include <cctype>
-#include <climits>
 #include <cstdio>
 #include <cstring>
 
 namespace fuzz {
 
-// The lines from memory, given back their line ends, make the block again. A stream gives the same
-// ones, and an empty one more where it cannot know yet that nothing follows a whole line.
+// Lines go on through the memory to its end, and are the same from a file.
 void getline(const std::string &input) {
     if (input.size() < 2) return;
     const std::string bytes = afterFirstByte(input);
     std::vector<char> block(bytes.begin(), bytes.end());
-    const std::size_t room = firstByte(input) % 32 + 2;
+    const int room = firstByte(input) % 32 + 2;
     std::vector<char> buf(room), fromFile(room);
     std::FILE *f = fmemopen(block.data(), block.size(), "r");
-
     char *pos = block.data();
     char atEnd = 0, atEof = 0;
-    const auto readFromFile = [&] {
-        require(!atEof);
-        const int size = static_cast<int>(room);
-        require(plw::getlineFromFile(f, fromFile.data(), size, &atEof) == atEof);
-    };
-    for (std::size_t at = 0; !atEnd;) {
-        plw::getlineFromRam(&pos, &block.back(), buf.data(), static_cast<int>(room), &atEnd);
-        const std::size_t lineEnd = std::min(bytes.find_first_of("\r\n", at), bytes.size());
-        const std::size_t length = std::min(lineEnd - at, room - 1);
-        require(bytes.substr(at, length) == std::string(buf.data(), length) && buf[length] == '\0');
-        at += length;
-        if (length < room - 1 && at < bytes.size()) {
-            const std::string pair = bytes.substr(at, 2);
-            at += pair == "\r\n" || pair == "\n\r" ? 2 : 1;
-        }
-        require(pos == block.data() + at && (at == bytes.size()) == (atEnd == 1));
-        readFromFile();
+    while (!atEnd) {
+        const char *before = pos;
+        plw::getlineFromRam(&pos, &block.back(), buf.data(), room, &atEnd);
+        require(before < pos && pos <= &block.back() + 1);
+        require(!atEof && plw::getlineFromFile(f, fromFile.data(), room, &atEof) == atEof);
         require(fromFile == buf);
     }
-    if (!atEof) {
-        readFromFile();
-        require(atEof && fromFile[0] == '\0');
-    }
+    require(pos == &block.back() + 1);
     std::fclose(f);
 }
 
-void indexOfName(const std::string &input) {
-    const std::vector<char> text = exactText(input);
-    std::vector<char> name(text.size());
-    int index;
-    plw::indexOfName(text.data(), &index, name.data());
-
-    const std::string s = text.data();
-    const std::size_t length = std::min(s.find_first_of("0123456789"), s.size());
-    const long value = std::strtol(&s[length], nullptr, 10);
-    const bool split =
-        std::isalpha(firstByte(s)) && value <= INT_MAX && s.substr(length) == std::to_string(value);
-    require(index == (split ? value : -1));
-    require(name.data() == (split ? s.substr(0, length) : ""));
-}
-
+// Words are cut out of the text in their order.
 void nextWord(const std::string &input) {
     std::vector<char> text = exactText(input);
     const std::string line = text.data();
     char *cursor = text.data();
+    const char *before = cursor;
     char isAssignment, isEndOfLine;
-    for (std::size_t at = 0;;) {
-        at = line.find_first_not_of(" \t", at);
-        const char *word = plw::nextWord(&cursor, &isAssignment, &isEndOfLine);
-        require((word == nullptr) == (at == std::string::npos));
-        if (word == nullptr) return;
-
-        const char quote = line[at] == '"' || line[at] == '\'' ? line[at] : '\0';
-        const std::size_t start = at + (quote ? 1 : 0);
-        std::size_t end =
-            quote ? start : std::min(line.find_first_of(" ,\n\t=", at + 1), line.size());
-        while (quote && end < line.size() && (line[end] != quote || line[end - 1] == '\\')) ++end;
-        require(line.substr(start, end - start) == word);
-
-        at = end + 1;
-        const bool wantsEndOfLine = line[quote ? std::min(at, line.size()) : end] == '\n';
-        if (quote && wantsEndOfLine) ++at;
-        bool wantsAssignment = false;
-        for (const std::string sign : {"=", " =", "\t=", "  =", "\t ="}) {
-            if (quote || line.compare(end, sign.size(), sign) != 0) continue;
-            wantsAssignment = true;
-            at = end + sign.size();
-        }
-        require(isAssignment == wantsAssignment && isEndOfLine == wantsEndOfLine);
-    }
-}
-
-void rangeOfLine(const std::string &input) {
-    const std::vector<char> text = exactText(afterFirstByte(input));
-    const std::string s = text.data();
-    std::vector<int> starts;
-    for (std::size_t i = 0; i < s.size(); ++i)
-        if (s[i] == '\n' || i == 0) starts.push_back(static_cast<int>(i) + 1);
-
-    const int line = firstByte(input) % 16 - 1;
-    int start = -7, length = -7;
-    plw::rangeOfLine(text.data(), line, &start, &length);
-    if (line < 1 || line > static_cast<int>(starts.size())) {
-        require(start == -7 && length == -7);
-    } else {
-        const std::size_t end = std::min(s.find('\n', starts[line - 1]), s.size());
-        require(start == starts[line - 1] && length == static_cast<int>(end) - start);
+    while (const char *word = plw::nextWord(&cursor, &isAssignment, &isEndOfLine)) {
+        const std::size_t length = std::strlen(word);
+        const char *end = *cursor == '\0' ? &text.back() : cursor; // which may be another text's
+        require(before <= word && word + length <= end && end <= &text.back());
+        require(line.compare(word - text.data(), length, word) == 0);
+        before = end;
     }
 }
 
@@ -138,31 +70,21 @@ void scanline(const std::string &input) {
     require(scanWithScanline(text.data(), max) == scanWithStrtod(text.data(), max));
 }
 
-// The needle is the rest of the first line, the text what follows.
-void strquotestr(const std::string &input) {
+// What only reads a text reads nothing beyond it. The needle is the rest of the first line.
+void readers(const std::string &input) {
     const std::string lines = afterFirstByte(input);
     const std::size_t newline = std::min(lines.find('\n'), lines.size());
     const std::vector<char> needle = exactText(lines.substr(0, newline));
     const std::vector<char> text = exactText(lines.substr(std::min(newline + 1, lines.size())));
-    const int wholeWord = firstByte(input) & 1;
-
-    int want = needle[0] == '\0' ? 0 : -1;
-    bool quoted = false;
-    for (const char *s = text.data(); *s != '\0' && want == -1; ++s) {
-        if (*s == '"' && (s == text.data() || s[-1] != '\\')) quoted = !quoted;
-        const char *hit =
-            wholeWord ? plw::strwordstr(s, needle.data()) : std::strstr(s, needle.data());
-        if (!quoted && hit == s) want = static_cast<int>(s - text.data());
-    }
-    require(plw::strquotestr(text.data(), needle.data(), wholeWord) == want);
-}
-
-void valueOfString(const std::string &input) {
-    const std::vector<char> text = exactText(input);
-    std::string want = std::string(text.data()).substr(0, 255);
-    std::replace(want.begin(), want.end(), ',', '.');
-    const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
-    require(bits(plw::valueOfString(text.data())) == bits(std::strtod(want.c_str(), nullptr)));
+    const int number = firstByte(input) % 16 - 1, length = static_cast<int>(text.size());
+    int index, start = 0, count = 0;
+    std::vector<char> name(text.size());
+    plw::indexOfName(text.data(), &index, name.data());
+    plw::rangeOfLine(text.data(), number, &start, &count);
+    require(start >= 0 && count >= 0 && start + count <= length);
+    const int found = plw::strquotestr(text.data(), needle.data(), number & 1);
+    require(found < 0 || std::strncmp(&text[found], needle.data(), needle.size() - 1) == 0);
+    plw::valueOfString(text.data());
 }
 
 } // namespace fuzz

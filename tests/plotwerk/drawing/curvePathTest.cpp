@@ -2,29 +2,13 @@
 #include "tests/plotwerk/drawing/samples.h"
 
 #include <cmath>
-#include <complex>
 #include <random>
 
 using namespace plotwerk;
 
-static double distanceToPath(const Point &p, const Path &path) {
-    double nearest = INFINITY;
-    for (std::size_t i = 1; i < path.size(); ++i) {
-        const std::complex<double> line(path[i].x - path[i - 1].x, path[i].y - path[i - 1].y);
-        const std::complex<double> way(p.x - path[i - 1].x, p.y - path[i - 1].y);
-        const double part = std::clamp((way * std::conj(line)).real() / std::norm(line), 0.0, 1.0);
-        nearest = std::fmin(nearest, std::abs(way - part * line));
-    }
-    return nearest;
-}
-
 TEST(CurvePath, ClipsAtTheBox) {
     const Box box{0, 0, 10, 10};
-    const struct {
-        const char *what;
-        Path path;
-        const char *want;
-    } cases[] = {
+    const std::tuple<const char *, Path, const char *> cases[] = {
         {"leaves and comes back", {{5, 5}, {15, 5}, {15, 8}, {5, 8}}, "5,5 10,5 | 10,8 5,8"},
         {"crosses", {{-5, 5}, {15, 5}}, "0,5 10,5 |"},
         {"passes a corner by", {{-5, 8}, {3, 18}}, ""},
@@ -40,16 +24,12 @@ TEST(CurvePath, ClipsAtTheBox) {
          {{-2, 3}, {4, -3}, {14, 7}, {7, 14}, {-4, 3}},
          "0,1 1,0 | 7,0 10,3 | 3,10 0,7 |"},
     };
-    for (const auto &c : cases) EXPECT_EQ(described(clippedPath(c.path, box)), c.want) << c.what;
+    for (const auto &[what, path, want] : cases)
+        EXPECT_EQ(described(clippedPath(path, box)), want) << what;
 }
 
 TEST(CurvePath, AreasReachFromTheLineToTheBase) {
-    const struct {
-        const char *what;
-        Path path;
-        double base;
-        std::string want;
-    } cases[] = {
+    const std::tuple<const char *, Path, double, const char *> cases[] = {
         {"inside", {{1, 5}, {3, 7}}, 10, "1,10 1,5 3,7 3,10;"},
         {"cut at a side", {{-2, 4}, {2, 8}}, 10, "0,10 0,6 2,8 2,10;"},
         {"cut at the top", {{2, 5}, {4, -5}}, 10, "2,10 2,5 3,0 4,0 4,10;"},
@@ -62,11 +42,11 @@ TEST(CurvePath, AreasReachFromTheLineToTheBase) {
         {"outside", {{11, 5}, {12, 5}}, 10, ""},
         {"one point", {{1, 5}}, 10, ""},
     };
-    for (const auto &c : cases) {
+    for (const auto &[what, path, base, want] : cases) {
         std::string got;
-        for (const Path &area : areasBetween(c.path, c.base, {0, 0, 10, 10}))
+        for (const Path &area : areasBetween(path, base, {0, 0, 10, 10}))
             got += described(area) + ';';
-        EXPECT_EQ(got, c.want) << c.what;
+        EXPECT_EQ(got, want) << what;
     }
 }
 
@@ -87,7 +67,7 @@ TEST(CurvePath, ReductionKeepsTheLook) {
         const Path reduced = reducedPath(path);
         EXPECT_LE(reduced.size(), size);
         for (const Point &p : path)
-            EXPECT_LE(distanceToPath(p, reduced), 2 * pathResolution) << p.x << ',' << p.y;
+            EXPECT_LE(distanceFrom(reduced, p), 2 * pathResolution) << p.x << ',' << p.y;
     }
     EXPECT_EQ(described(reducedPath({{0, 0}, {1, 0}, {5, 0}, {2, 0}, {9, 0}, pathBreak, {1, 1}})),
               "0,0 5,0 2,0 9,0 | 1,1");

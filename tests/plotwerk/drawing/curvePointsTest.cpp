@@ -8,9 +8,9 @@ using namespace plotwerk;
 // The values that are drawn for the only curve, an unset y at breaks.
 static void expectDrawn(const Document &document, const std::vector<double> &wantX,
                         const std::vector<double> &want) {
-    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-    const ScaledFrame frame = scaledFrameOf(document, curves);
-    const Path got = linePath(pointsOnPaper(curves[0], frame), curves[0], frame);
+    const Placed placed(document);
+    const ScaledFrame &frame = placed.frame;
+    const Path got = linePath(pointsOnPaper(placed.curves[0], frame), placed.curves[0], frame);
     ASSERT_EQ(got.size(), want.size());
     for (std::size_t i = 0; i < got.size(); ++i) {
         const Point p = frame.at(wantX[i], want[i]);
@@ -44,8 +44,8 @@ TEST(CurvePoints, AreInterpolated) {
     expectDrawn(spline, {0, 0.5, 1, 1, 1, 1.5, 2}, {0, 0.5, 1, 0.5, 0, 0.5, 1});
 
     onlyCurve(spline).look.interpolationPoints = 1e9;
-    const std::vector<DrawnCurve> curves = drawnCurvesOf(spline);
-    EXPECT_EQ(pointsOfLine(curves[0], scaledFrameOf(spline, curves)), 4 * (1 + 1e6));
+    const Placed placed(spline);
+    EXPECT_EQ(pointsOfLine(placed.curves[0], placed.frame), 4 * (1 + 1e6));
 }
 
 // Those that are seen on a screen are some of the rows; on a page there are all.
@@ -56,8 +56,8 @@ TEST(CurvePoints, BetweenTwoAreAsManyAsTheRowsAllow) {
     look.interpolationType = 1;
     look.interpolationPoints = 10;
     const auto pointsOfOne = [&] {
-        const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-        return linePath({{0, 0}, {9, 9}}, curves[0], scaledFrameOf(document, curves)).size();
+        const Placed placed(document);
+        return linePath({{0, 0}, {9, 9}}, placed.curves[0], placed.frame).size();
     };
     EXPECT_EQ(pointsOfOne(), 2 + 4);
     look.sum = 500'000;

@@ -28,12 +28,11 @@ Document fitted(const std::string &formula, double (*f)(double)) {
 }
 
 Path lineOf(const Document &document, std::vector<Path> *band = nullptr) {
-    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-    const auto curve = FittedCurve::of(document, curves.front());
+    const Placed placed(document);
+    const auto curve = FittedCurve::of(document, placed.curves[0]);
     if (!curve) return {};
-    const ScaledFrame frame = scaledFrameOf(document, curves);
-    if (band) *band = curve->band(curves.front(), frame);
-    return curve->line(curves.front(), frame);
+    if (band) *band = curve->band(placed.curves[0], placed.frame);
+    return curve->line(placed.curves[0], placed.frame);
 }
 
 } // namespace
@@ -65,7 +64,7 @@ TEST(FittedCurve, WidensAutomaticLimitsByItsBandAtTheData) {
         residuals.y[0].residuals = true;
         residuals.y[0].look.visible = false;
         document.sources[0].tables.push_back(residuals);
-        const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+        const ScaledFrame frame = Placed(document).frame;
         const Scale &scale = frame.scales[yAxis];
         const double bottom = scale.value(0);
         const double height = scale.value(scale.length) - bottom;
@@ -77,19 +76,20 @@ TEST(FittedCurve, WidensAutomaticLimitsByItsBandAtTheData) {
 
 TEST(FittedCurve, IsTheFormulaWhateverTheAxesShow) {
     Document document = fitted("a*log(x)+b", [](double x) { return 2 * std::log(x) + 3; });
+    Table &table = document.sources[0].tables[0]; // what isn't fitted, or not shown
+    table.x.values.insert(table.x.values.end(), {unset, INFINITY});
+    table.y[0].values.insert(table.y[0].values.end(), {unset, INFINITY});
     for (const bool logarithmic : {false, true})
         for (const Range &range : {Range{}, Range{2, 40}, Range{0.5, 1e5}}) {
             document.axes[xAxis].logarithmic = logarithmic;
             document.axes[xAxis].range = range;
             document.axes[xAxis].reversed = document.frame.noLineOnReverse = !logarithmic;
-            const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+            const ScaledFrame frame = Placed(document).frame;
             Path line = lineOf(document);
             ASSERT_GT(line.size(), 100U);
             const Point middle = line[line.size() / 2 + 10];
             EXPECT_LT(nearestPoint(document, frame, middle)->distance, 1e-9);
-            const auto drawn = drawnBy([&](cairo_t *cr) {
-                drawCurve(cr, drawnCurvesOf(document)[0], frame, document, 0);
-            });
+            const std::vector<Drawn> drawn = drawnCurve(document);
             for (const Drawn &part : drawn) EXPECT_GT(part.path.size(), 1U);
             EXPECT_TRUE(std::ranges::none_of(drawn[0].path, isBreak)) << "joined";
             if (!logarithmic) std::ranges::reverse(line);
@@ -102,6 +102,14 @@ TEST(FittedCurve, IsTheFormulaWhateverTheAxesShow) {
             EXPECT_NEAR(frame.valuesAt(line.front()).x, std::fmax(range.min, 1), 1e-6);
             EXPECT_NEAR(frame.valuesAt(line.back()).x, std::fmin(range.max, 10000), 1e-5);
         }
+    Document straight = fitted("a*x+b", [](double x) { return 2 * x + 3; });
+    straight.sources[0].tables[0].x.values[0] = -5;
+    onlyCurve(straight).values[0] = -7;
+    for (const bool logarithmic : {false, true}) {
+        straight.axes[xAxis].logarithmic = logarithmic;
+        const double first = Placed(straight).frame.valuesAt(lineOf(straight).front()).x;
+        EXPECT_NEAR(first, logarithmic ? 30 : -5, 1e-5);
+    }
 }
 
 // y = a x + b: the variance at x is 0.01 x^2 - 2 * 0.005 x + 0.04.
@@ -111,7 +119,7 @@ TEST(FittedCurve, HasABandThatHolds95Percent) {
         document.fit.absoluteErrors = absolute;
         std::vector<Path> band;
         const Path line = lineOf(document, &band);
-        const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+        const ScaledFrame frame = Placed(document).frame;
         ASSERT_EQ(band.size(), 1U);
         ASSERT_EQ(band[0].size(), 2 * line.size());
         onlyCurve(document).look.filled = absolute;
@@ -128,11 +136,10 @@ TEST(FittedCurve, HasABandThatHolds95Percent) {
         }
     }
     document.axes[yAxis].range = {5000, 6000};
-    const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+    const ScaledFrame frame = Placed(document).frame;
     const Box ink =
         inkOf([&](cairo_t *cr) { drawBand(cr, drawnCurvesOf(document)[0], frame, document, 0); });
-    EXPECT_NEAR(ink.top, 0, 1) << "as far as the frame goes";
-    EXPECT_NEAR(ink.bottom, frame.height, 1);
+    expectNear(ink, {ink.left, 0, ink.right, frame.height}); // as far as the frame goes
 
     document.fit.freedom = 0;
     document.fit.absoluteErrors = false;
@@ -150,24 +157,9 @@ TEST(FittedCurve, HasABandDownToTheEndOfALogarithmicAxis) {
         std::vector<Path> band;
         lineOf(document, &band);
         ASSERT_EQ(band.size(), 1U);
-        const double end = scaledFrameOf(document, drawnCurvesOf(document)).height;
+        const double end = Placed(document).frame.height;
         EXPECT_EQ(band[0].back().y, reversed ? 0 : end);
         EXPECT_NE(band[0][band[0].size() / 2].y, reversed ? 0 : end);
-    }
-}
-
-TEST(FittedCurve, SkipsWhatLogarithmicAxesCannotShow) {
-    Document document = fitted("a*x+b", [](double x) { return 2 * x + 3; });
-    Table &table = document.sources[0].tables[0];
-    table.x.values.insert(table.x.values.begin(), {-5, 0, unset, INFINITY});
-    table.y[0].values.insert(table.y[0].values.begin(), {-7, 3, unset, INFINITY});
-    for (const bool logarithmic : {false, true}) {
-        document.axes[xAxis].logarithmic = logarithmic;
-        const Path line = lineOf(document);
-        ASSERT_GT(line.size(), 100U);
-        const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
-        EXPECT_NEAR(frame.valuesAt(line.front()).x, logarithmic ? 1 : -5, 1e-6);
-        EXPECT_NEAR(frame.valuesAt(line.back()).x, 10000, 1e-5);
     }
 }
 

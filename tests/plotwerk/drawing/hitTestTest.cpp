@@ -1,186 +1,110 @@
 #include "plotwerk/drawing/hitTest.h"
 
 #include "plotwerk/drawing/curvePoints.h"
-#include "plotwerk/drawing/scaledFrame.h"
 #include "tests/plotwerk/drawing/samples.h"
-#include "tests/plotwerk/model/documents.h"
 
 #include <cmath>
 #include <random>
 
 using namespace plotwerk;
 
-namespace {
-
-struct Hit {
-    int curve, index;
-};
-
-Hit hitOf(const Document &document, double x, double y) {
-    const NearestPoint nearest = nearestPoint(document, x, y).value_or(NearestPoint());
-    return {nearest.curve, nearest.index};
+// "POINT of CURVE", counted from 0, where the values are.
+static std::string hitOf(const Document &document, double x, double y) {
+    const auto nearest = nearestPoint(document, x, y);
+    if (!nearest) return "none";
+    return std::to_string(nearest->index) + " of " + std::to_string(nearest->curve);
 }
 
-bool operator==(const Hit &a, const Hit &b) {
-    return a.curve == b.curve && a.index == b.index;
-}
-
-void PrintTo(const Hit &hit, std::ostream *out) {
-    *out << "point " << hit.index << " of curve " << hit.curve;
-}
-
-} // namespace
-
-// A curve through the points, and another one of a single point.
-static Document curveAndPoint(std::vector<double> x, std::vector<double> y, double px, double py) {
-    std::vector<double> lone(x.size() + 1, nan_);
-    x.insert(x.end(), {nan_, px});
-    y.insert(y.end(), {nan_, nan_});
-    lone.push_back(py);
-    return documentOf(table(std::move(x), {column("curve", std::move(y)), column("point", lone)}));
-}
-
-TEST(NearestPoint, IsMeasuredOnPaper) {
-    const auto lookOf = [](Document &document, std::size_t curve) -> CurveLook & {
-        return document.sources[0].tables[0].y[curve].look;
-    };
-    const Document apart = // 12 cm for 0..1000, 8 cm for 0..8
-        documentOf(table({0, 500, 1000}, {column("low", {0, 0, 0}), column("high", {8, 8, 8}),
-                                          column("low error", {4, 4, 4})}));
+TEST(NearestPoint, IsTheFirstOfEqualsOrNone) {
+    const Document none;
+    Document equals = documentOf(table({0, 1}, {column("a", {0, 1}), column("b", {0, 1})}));
+    equals.sources[0].tables[0].y[0].look.layer = 5;
+    const Document twice = documentWith({0, 5, 5, 9}, {0, 5, 5, 1});
+    Document logarithmic = twice;
+    logarithmic.axes[xAxis].logarithmic = true;
+    Document far = documentOf(table({-1e9, 0, nan_, 2}, {column("line", {0, 0, nan_, nan_}),
+                                                         column("point", {nan_, nan_, nan_, 2})}));
+    far.axes[xAxis].range = {0, 10};
     Document areas = documentOf(table({0, 5, 10}, {column("A", {1000.1, 1000, 1000.1})}));
     areas.sources[0].tables.push_back(table({0, 7, 10}, {column("B", {1000.2, 1000.5, 1000.2})}));
     for (Table &each : areas.sources[0].tables) {
         each.y[0].look.filled = true;
         each.y[0].look.line = false;
     }
-    const Document linear = documentWith({1, 10, 100}, {1, 10, 1000});
-    Document logarithmic = linear;
-    logarithmic.axes[xAxis].logarithmic = logarithmic.axes[yAxis].logarithmic = true;
-
-    // the right axis shows 0..1 where the left one shows 0..1000, or 1000..0
-    Document right =
-        documentOf(table({0, 1}, {column("left", {0, 1000}), column("right", {1, 0})}));
-    lookOf(right, 1).rightY = true;
-    Document reversed = right;
-    reversed.axes[yAxis].reversed = true;
-
-    Document equals = documentOf(table({0, 1}, {column("a", {0, 1}), column("b", {0, 1})}));
-    lookOf(equals, 0).layer = 5;
-    const Document twice = documentWith({0, 5, 5, 9}, {0, 5, 5, 1});
-    const Document line = curveAndPoint({0, 10}, {0, 0}, 5, 3);
-    Document noLine = line;
-    lookOf(noLine, 0).line = false;
-    Document far = curveAndPoint({-1e9, 0}, {0, 0}, 2, 2);
-    far.axes[xAxis].range = {0, 10};
-    Document steps = curveAndPoint({0, 10}, {0, 10}, 6, 3);
-    lookOf(steps, 0).stepped = true;
-    Document back = curveAndPoint({10, 0}, {10, 0}, 6, 3);
-    back.frame.noLineOnReverse = true;
-
-    Document mirrored = curveAndPoint({0, 10}, {10, 0}, 4, 3);
-    mirrored.frame.noLineOnReverse = mirrored.axes[xAxis].reversed = true;
-
-    const Hit none{-1, -1};
-    const struct {
-        const char *what;
-        const Document &document;
-        double x, y;
-        Hit want;
-    } cases[] = {
-        {"below the middle", apart, 400, 3.9, {0, 1}},
-        {"above the middle", apart, 400, 4.1, {1, 1}},
-        {"above the frame", apart, 240, 9, {1, 0}},
-        {"below the frame", apart, -50, -9, {0, 0}},
-        {"right of the frame", apart, 5000, 1, {0, 2}},
-        {"no number", apart, nan_, 0, none},
-        {"infinite", apart, 0, -INFINITY, none},
-        {"no curve", Document(), 0, 0, none},
-        {"the axis reaches to zero, where areas begin", areas, 5, 1000.5, {0, 1}},
-        {"linear", linear, 40, 100, {0, 1}},
-        {"logarithmic", logarithmic, 40, 100, {0, 2}},
-        {"not on a logarithmic axis", logarithmic, -1, 100, none},
-        {"right axis", right, 0, 900, {1, 0}},
-        {"right axis beside a reversed one", reversed, 0, 100, {1, 0}},
-        {"the first of equals", equals, 1, 1, {0, 1}},
-        {"the first of rows at one place", twice, 5, 5, {0, 1}},
-        {"nearer to the line", line, 4.9, 1, {0, 0}},
-        {"nearer to the point", noLine, 5, 1, {1, 3}},
-        {"beside the end of a very long line", far, 0.9, 2, {1, 3}},
-        {"within the step", steps, 6, 4.9, {1, 3}},
-        {"beside the step", steps, 9.5, 5, {0, 1}},
-        {"where no line runs back", back, 6, 5.5, {1, 3}},
-        {"where it runs on, to the left", mirrored, 4, 5.5, {0, 0}},
-    };
-    for (const auto &c : cases) EXPECT_EQ(hitOf(c.document, c.x, c.y), c.want) << c.what;
+    const std::tuple<const char *, const Document &, double, double, const char *> cases[] = {
+        {"no number", twice, nan_, 0, "none"},
+        {"infinite", twice, 0, -INFINITY, "none"},
+        {"no curve", none, 0, 0, "none"},
+        {"not on a logarithmic axis", logarithmic, -1, 100, "none"},
+        {"the first of equals", equals, 1, 1, "1 of 0"},
+        {"the first of rows at one place", twice, 5, 5, "1 of 0"},
+        {"beside the end of a very long line", far, 0.9, 2, "3 of 1"},
+        {"the axis reaches to zero, where areas begin", areas, 5, 1000.5, "1 of 0"}};
+    for (const auto &[what, document, x, y, want] : cases)
+        EXPECT_EQ(hitOf(document, x, y), want) << what;
 }
 
-// Rows are looked at in slices, first those whose limits are nearest to the place.
-TEST(NearestPoint, MayLieInASliceThatReachesLessFar) {
-    for (const bool wideFirst : {false, true})
-        for (const double direction : {-1.0, 1.0})
-            for (const bool ofX : {false, true}) {
-                std::vector<double> near(1000, 5);
-                std::vector<double> across(1000, 5);
-                for (std::size_t i = 0; i < 1000; ++i)
-                    if ((i < 256) == wideFirst)
-                        near[i] = across[i] = i % 2 == 0 ? 0 : 10; // about the place
-                    else
-                        near[i] += direction * (i == 999 || i == 255 ? 1 : 2);
-                Document document = ofX ? documentWith(near, across) : documentWith(across, near);
-                for (Axis &axis : document.axes) axis.range = {0, 10};
-                onlyCurve(document).look.line = false;
-                EXPECT_EQ(hitOf(document, 5, 5), (Hit{0, wideFirst ? 999 : 255}))
-                    << direction << ofX;
-            }
-}
-
-// Against all points, and all lines between them cut into small parts.
-TEST(NearestPoint, OfALongCurveIsThatOfAllItsRows) {
-    constexpr int rows = 3000;
+// Against all points of both curves, and all lines between them.
+TEST(NearestPoint, IsMeasuredOnPaperFromAllThatIsDrawn) {
     std::mt19937 random(1);
     std::uniform_real_distribution<double> uniform(0, 1);
-    for (int i = 0; i < 42; ++i) {
+    const auto maybe = [&] { return random() % 3 == 0; };
+    for (int i = 0; i < 500; ++i) {
+        const int rows = i % 10 == 0 ? 3000 : 2 + i % 5;
+        const bool ascending = maybe();
+        const bool slow = maybe(); // rows near each other are nearly as high
         std::vector<double> x;
-        std::vector<double> y;
+        std::vector<Column> y{column("a", {}), column("b", {})};
         for (int row = 0; row < rows; ++row) {
-            x.push_back(i % 2 == 0 ? row + 1 : 1 + rows * uniform(random));
-            y.push_back(std::floor(1000 * uniform(random)) - (i % 3 == 0 ? 30 : 0));
-            if (uniform(random) < 0.01) y.back() = unset;
+            x.push_back(ascending ? row + 1 : 1 + rows * uniform(random));
+            for (Column &each : y) {
+                const bool gap = row > 0 && uniform(random) < 0.01;
+                const double wave = 500 + 450 * std::cos(row * 7. / rows);
+                const double value = slow ? wave + uniform(random) : 1000 * uniform(random);
+                each.values.push_back(gap ? unset : value - (i % 4 == 0 ? 60 : 0));
+            }
         }
-        Document document = documentWith(x, y);
-        document.axes[xAxis].logarithmic = i % 5 == 0;
-        document.axes[yAxis].logarithmic = i % 3 == 0;
-        document.axes[yAxis].reversed = i % 4 == 0;
-        document.frame.noLineOnReverse = i % 7 == 0;
-        onlyCurve(document).look.line = i % 3 != 1;
-        onlyCurve(document).look.stepped = i % 4 == 2;
-        const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-        const ScaledFrame frame = scaledFrameOf(document, curves);
+        for (Column &each : y) {
+            each.look.line = !maybe();
+            each.look.stepped = maybe();
+            each.look.rightY = maybe();
+            each.look.upperX = maybe();
+            each.look.layer = maybe();
+        }
+        Document document = documentOf(table(x, y));
+        for (Axis &axis : document.axes) {
+            axis.logarithmic = maybe();
+            axis.reversed = maybe();
+        }
+        document.axes[yAxis].range = {1, 1100}; // or both curves might be the same on paper
+        document.axes[upperXAxis].range = {1, 2. * rows};
+        document.frame.noLineOnReverse = maybe();
+        const auto &[of, curves, frame] = Placed(document);
         const Point place{(3 * uniform(random) - 1) * frame.width,
                           (3 * uniform(random) - 1) * frame.height};
 
-        const Path points = pointsOnPaper(curves[0], frame);
-        const auto distance = [&](const Point &p) {
-            return std::hypot(p.x - place.x, p.y - place.y);
-        };
-        int want = -1;
-        for (int row = 0; row < rows; ++row)
-            if (!isBreak(points[row]) &&
-                (want < 0 || distance(points[row]) < distance(points[want])))
-                want = row;
-        double fromDrawn = distance(points[want]);
-        Path line;
-        if (onlyCurve(document).look.line) line = linePath(points, curves[0], frame);
-        if (document.frame.noLineOnReverse) line = brokenOnReverse(line, false);
-        for (std::size_t k = 1; k < line.size(); ++k)
-            for (double part = 0; part <= 1; part += 5e-3)
-                fromDrawn = std::fmin(
-                    fromDrawn, distance({line[k - 1].x + part * (line[k].x - line[k - 1].x),
-                                         line[k - 1].y + part * (line[k].y - line[k - 1].y)}));
-        const auto nearest = nearestPoint(document, frame, place);
-        ASSERT_TRUE(nearest) << i;
-        EXPECT_EQ(nearest->index, want) << i;
-        EXPECT_NEAR(nearest->distance, fromDrawn, 2) << i;
-        EXPECT_LE(nearest->distance, fromDrawn + 1e-9) << i;
+        NearestPoint want{.distance = INFINITY};
+        for (const DrawnCurve &curve : curves) {
+            const Path points = pointsOnPaper(curve, frame);
+            Path drawn;
+            for (const Point &p : points) drawn.insert(drawn.end(), {p, pathBreak});
+            if (curve.column->look.line) drawn = linePath(points, curve, frame);
+            if (document.frame.noLineOnReverse)
+                drawn = brokenOnReverse(drawn, frame.scales[curve.horizontalAxis()].reversed);
+            const double distance = distanceFrom(drawn, place);
+            if (distance >= want.distance) continue;
+            want = {.curve = curve.index, .distance = distance};
+            double least = INFINITY;
+            for (int row = 0; row < rows; ++row) {
+                const double away = std::hypot(points[row].x - place.x, points[row].y - place.y);
+                if (!(away < least)) continue;
+                least = away;
+                want.index = row;
+            }
+        }
+        const auto got = nearestPoint(document, frame, place);
+        ASSERT_TRUE(got) << i;
+        EXPECT_EQ(std::pair(got->curve, got->index), std::pair(want.curve, want.index)) << i;
+        EXPECT_NEAR(got->distance, want.distance, 1e-6 * want.distance) << i;
     }
 }

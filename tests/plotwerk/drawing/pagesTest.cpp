@@ -24,16 +24,16 @@ static Document sineOverTimeWithTexts() {
 }
 
 TEST(Pdf, HoldsNumbersTitlesAndTextsAsText) {
-    Document named = sineDocument();
-    named.sources[0].tables[0].x.name = "Frequency";
-    onlyCurve(named).name = "Amplitude \xff";
-    Document twoNames = named;
-    twoNames.sources[0].tables[0].y.push_back(onlyCurve(named));
-    twoNames.sources[0].tables[0].y[1].name = "Phase";
-    Document extremes = twoNames;
-    extremes.sources[0].tables[0].y[1].name = onlyCurve(named).name + " maxima";
-    Document fitted = extremes; // whose title is that of the data
-    fitted.sources[0].tables[0].y[1].name = "Fit";
+    const auto named = [](const char *first, const char *second) {
+        Document document = sineDocument();
+        Table &table = document.sources[0].tables[0];
+        table.x.name = "Frequency";
+        table.y.resize(2, table.y[0]);
+        table.y[0].name = first;
+        table.y[1].name = second;
+        return document;
+    };
+    Document fitted = named("Amplitude \xff", "Fit"); // whose title is that of the data
     fitted.sources[0].tables[0].y[1].drawnByFit = true;
     fitted.axes[xAxis].noNumbers = true;
     Document otherAxes = sineDocument();
@@ -45,25 +45,22 @@ TEST(Pdf, HoldsNumbersTitlesAndTextsAsText) {
     for (double &y : other.y[0].values) y *= 70;
     otherAxes.sources[0].tables.push_back(other);
 
-    const struct {
-        Document document;
-        std::vector<std::string> there, notThere;
-    } cases[] = {
+    const std::tuple<Document, std::vector<std::string>, std::vector<std::string>> cases[] = {
         {sineOverTimeWithTexts(),
          {"\u22120.5", "1.0", "10", "Time t / \u03bcs", "Gr\u00f6\u00dfe", "placed text"},
          {"not shown", "3000"}},
-        {twoNames, {"Frequency"}, {"Amplitude", "Phase"}},
-        {extremes, {"Frequency", "Amplitude \ufffd"}, {"maxima"}},
+        {named("Amplitude", "Phase"), {"Frequency"}, {"Amplitude", "Phase"}},
+        {named("Amplitude", "Amplitude maxima"), {"Frequency", "Amplitude"}, {"maxima"}},
         {fitted, {"Amplitude \ufffd"}, {"Fit", "Frequency"}},
         {otherAxes, {"Upper", "Right", "3000", "\u221260", "0.5", "10"}, {}},
         {Document(), {"0.2"}, {}}, // nothing to draw but the axes
         {documentWith({unset}, {1}), {"0.2"}, {}},
         {documentWith({5}, {7}), {"5.2"}, {}},
     };
-    for (const auto &c : cases) {
-        const std::string text = outputOf("pdftotext -layout $f -", pdfOfDocument(c.document));
-        for (const auto &part : c.there) EXPECT_TRUE(contains(text, part)) << part << text;
-        for (const auto &part : c.notThere) EXPECT_FALSE(contains(text, part)) << part << text;
+    for (const auto &[document, there, notThere] : cases) {
+        const std::string text = outputOf("pdftotext -layout $f -", pdfOfDocument(document));
+        for (const auto &part : there) EXPECT_TRUE(contains(text, part)) << part << text;
+        for (const auto &part : notThere) EXPECT_FALSE(contains(text, part)) << part << text;
     }
 }
 
@@ -151,11 +148,7 @@ static Document cloudAndLine() {
 }
 
 TEST(Pictures, OfManyPointsStaySmallAsImagesOrMergedLines) {
-    const struct {
-        const char *seen;
-        bool image;
-        void (*change)(CurveLook &);
-    } cases[] = {
+    const std::tuple<const char *, bool, void (*)(CurveLook &)> cases[] = {
         {"#3.5,3.5 #8,6 #8.99,6 _1.9,3 _8,6.05 _8,5.95 _6.9,6 _9.1,6", true, [](L) {}},
         {"r3.5,1 _6,1 r8,3 r8,5.9 r8.95,1 _8,6.1 _9.1,3 _1.9,3", true,
          [](L look) { look.filled = true, look.line = false; }},
@@ -167,19 +160,19 @@ TEST(Pictures, OfManyPointsStaySmallAsImagesOrMergedLines) {
         {"#3.5,3.5 #3.5,1 #7,5.9 #9,1 _8,3 _9,6.1", false,
          [](L look) { look.marker = true, look.line = false; }},
     };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.seen);
+    for (const auto &[seen, image, change] : cases) {
+        SCOPED_TRACE(seen);
         Document document = cloudAndLine();
-        c.change(onlyCurve(document).look);
-        Pixels(document).expect(c.seen);
+        change(onlyCurve(document).look);
+        Pixels(document).expect(seen);
         const std::string svg = svgOfDocument(document);
-        Pixels(document, pngOfSvg(svg)).expect(c.seen);
+        Pixels(document, pngOfSvg(svg)).expect(seen);
         static const std::regex id(" id=\"(.*?)\"");
         std::set<std::string> ids;
         for (std::sregex_iterator at(svg.begin(), svg.end(), id), end; at != end; ++at)
             EXPECT_TRUE(ids.insert((*at)[1]).second) << (*at)[1];
         const std::string pdf = pdfOfDocument(document);
-        EXPECT_EQ(contains(outputOf("pdfimages -list $f", pdf), "stencil"), c.image);
+        EXPECT_EQ(contains(outputOf("pdfimages -list $f", pdf), "stencil"), image);
         EXPECT_LT(pdf.size(), 1'000'000u);
     }
 }
@@ -233,17 +226,16 @@ TEST(Pictures, ShowCurvesAsTheDocumentSays) {
         useOtherAxes(d);
         look.xError = look.yError = true;
     });
-    see("an error beyond the positive", "#4,0.5 #4,1.9 #4,2.2 _4,2.5", [](D d, L look) {
+    static constexpr auto largeError = [](D d, L look) {
         look.yError = true, look.line = false;
         d.axes[yAxis].logarithmic = true;
         d.axes[yAxis].range = {0.01, 1e6};
         onlyCurve(d).values = {unset, 1, unset};
-    });
+    };
+    see("an error beyond the positive", "#4,0.5 #4,1.9 #4,2.2 _4,2.5", largeError);
     see("and on a reversed axis", "#4,6.1 #4,7.5 _4,5.5", [](D d, L look) {
-        look.yError = true, look.line = false;
-        d.axes[yAxis].logarithmic = d.axes[yAxis].reversed = true;
-        d.axes[yAxis].range = {0.01, 1e6};
-        onlyCurve(d).values = {unset, 1, unset};
+        largeError(d, look);
+        d.axes[yAxis].reversed = true;
     });
     see("every second symbol, another over it", "#2,2 _2.5,2.5 #6,2 #6.5,2 _4,6.2", [](D, L look) {
         look.symbols = true, look.symbolInc = 2, look.line = false;
@@ -259,7 +251,6 @@ TEST(Pictures, ShowCurvesAsTheDocumentSays) {
     });
     see("layers", "r3,4", [](D d, L look) {
         Column above = onlyCurve(d);
-        above.name = "above";
         above.look.lineColour = {0, 1, 0, 1};
         look.layer = 1;
         look.lineColour = {1, 0, 0, 1};
@@ -276,19 +267,19 @@ TEST(Pictures, ShowAxesAndTextsAsTheDocumentSays) {
                        {"\u2588\u2588\u2588\u2588", 8, 5, 90, true, true},
                        {"\u2588", 1.1, 0.5, 0, false, false}};
         });
-}
-
-TEST(Pictures, HaveAxesWithCornersAndTitlesThatReadUpwards) {
     see("corners of thick axes that are open", "#-0.1,-0.1 #-0.1,4 _-0.1,8.2", [](D d, L) {
         d.frame.axisThickness = 0.3 * pointsPerCm;
         for (Axis &axis : d.axes) axis.noNumbers = true;
         d.axes[upperXAxis].noLine = d.axes[rightYAxis].noLine = true;
     });
-    const char *redThenBlue =
-        "{\\rtf1{\\colortbl;\\red255;\\blue255;}\\cf1 \\u9608?\\cf2 \\u9608?}";
-    Document document = centimetres();
-    for (Axis &axis : document.axes) axis.title = redThenBlue;
-    Pixels(document).expect("r5.9,-1 b6.1,-1 r-0.8,3.9 b-0.8,4.1");
+    see("titles that read upwards", "r5.9,-1 b6.1,-1 r-0.8,3.9 b-0.8,4.1", [](D d, L) {
+        for (Axis &axis : d.axes)
+            axis.title = "{\\rtf1{\\colortbl;\\red255;\\blue255;}\\cf1 \\u9608?\\cf2 \\u9608?}";
+    });
+    see("lines of a text at their side of the frame", "#0.4,4.2 #1.2,4.2 #0.4,3.8 _1.2,3.8",
+        [](D d, L) { d.texts = {{.text = "\u2588\u2588\u2588\u2588\\\\\u2588", .x = 0}}; });
+    see("and at the other side", "#11.6,4.2 #10.8,4.2 #11.6,3.8 _10.8,3.8",
+        [](D d, L) { d.texts = {{.text = "\u2588\u2588\u2588\u2588\\\\\u2588", .x = 1}}; });
 }
 
 TEST(Pages, HoldTheSymbolsOfAllCurvesAndNothingTooFarAway) {
@@ -304,9 +295,8 @@ TEST(Pages, HoldTheSymbolsOfAllCurvesAndNothingTooFarAway) {
         table.y[i].look.symbols = i < 2;
         table.y[i].look.symbolSize = sizes[i];
     }
-    const Box page = Picture(document).page(); // three quarters of a size, and the margin
-    EXPECT_EQ(std::vector({page.left, page.top, page.right, page.bottom}),
-              std::vector({-33.0, -33.0, 374.0, 260.0}));
+    // three quarters of a size, and the margin
+    expectNear(Picture(document).page(), {-33, -33, 374, 260}, 0);
 
     document.frame.xAxisLength = 100;
     document.texts = {{.text = "far", .x = 2}};
@@ -350,7 +340,7 @@ static void expectLimits(const char *what, AxisCode axis, double min, double max
                          void (*change)(Document &, CurveLook &)) {
     Document document = documentWith({1, 2, 3}, {50, 60, 75});
     change(document, onlyCurve(document).look);
-    const ScaledFrame frame = scaledFrameOf(document, drawnCurvesOf(document));
+    const ScaledFrame frame = Placed(document).frame;
     EXPECT_NEAR(frame.scales[axis].min, min, 1e-12) << what;
     EXPECT_NEAR(frame.scales[axis].max / max, 1, 1e-12) << what;
 }

@@ -16,13 +16,14 @@ static std::string filled(const std::string &text, const Document &document) {
     return plainTextOf(filledText(text, document, drawnCurvesOf(document), 3));
 }
 
+// The text, added to those of the document.
 static LaidText laid(const PlacedText &placed, Document document = sineDocument()) {
-    document.texts = {placed};
+    document.texts.push_back(placed);
     const Typesetter typesetter;
     const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
     std::vector<LaidText> texts =
         laidTextsOf(document, curves, frameOf(document, curves, typesetter), typesetter);
-    return std::move(texts.at(0));
+    return std::move(texts.back());
 }
 
 static Document fitted() {
@@ -40,9 +41,7 @@ static Document fitted() {
 }
 
 TEST(TextFields, AreFilledWithWhatTheDocumentHolds) {
-    const struct {
-        const char *text, *want;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"<name>: <formula>", "my_2*file*: A_1*x*y+a"},
         {"<parameters>", "A1 = \u22121.235 \u00b1 0.020\na = 1.5\u00d710\u22127\n"
                          "b = 0.666667\nc = 1.23456789"},
@@ -50,7 +49,7 @@ TEST(TextFields, AreFilledWithWhatTheDocumentHolds) {
         {"<x> <> <date\\\\<chi>", "<x> <> <date\n\u03c72/ndf = 0.998"},
     };
     setenv("SOURCE_DATE_EPOCH", "1000000000", 1);
-    for (const auto &c : cases) EXPECT_EQ(filled(c.text, fitted()), c.want) << c.text;
+    for (const auto &[text, want] : cases) EXPECT_EQ(filled(text, fitted()), want) << text;
     unsetenv("SOURCE_DATE_EPOCH");
     EXPECT_TRUE(std::regex_match(filled("<date>", {}), std::regex("20\\d\\d-[01]\\d-[0-3]\\d")));
 
@@ -93,66 +92,46 @@ TEST(Legend, ListsTheCurvesThatAreDrawn) {
 }
 
 TEST(Legend, ShowsWhatCurvesLookLike) {
-    Document document = documentWith({0, 12}, {-9, -9});
-    for (const AxisCode axis : {xAxis, yAxis}) document.axes[axis].range = {0, axis ? 8.0 : 12.0};
+    Document document = centimetres();
     document.texts = {{.text = "<legend>", .x = 0, .y = 0}};
-    onlyCurve(document).name = "";
-    const double left = (0.2 * pointsPerCm + 3 + 4.5) / pointsPerCm; // tick, gap and padding
-    const auto place = [&](char seen, double x, double y) {
-        return std::string(1, seen) + std::to_string(left + x) + ',' + std::to_string(left + y);
-    };
-    CurveLook &look = onlyCurve(document).look;
-    look.lineColour = {0, 0, 1, 1};
-    look.lineThickness = 2;
-    Pixels(document).expect(place('b', 0.1, 0.11) + ' ' + place('b', 0.7, 0.11) + ' ' +
-                            place('_', 0.1, 0.2) + ' ' + place('_', 0.9, 0.11));
+    document.sources[0].tables[0].y.resize(1);
+    Column &curve = onlyCurve(document);
+    curve.name = "";
+    curve.values = {-9, -9, -9};
+    curve.look.lineColour = {0, 0, 1, 1};
+    curve.look.lineThickness = 2;
+    // beside a tick, a gap and the padding: 0.46 cm
+    Pixels(document).expect("b0.56,0.57 b1.16,0.57 _0.56,0.66 _1.36,0.57");
 }
 
 TEST(Legend, WithoutAPlaceGoesToTheCornerThatHidesLeast) {
+    std::vector<double> beyond(50'000, 0.2); // the frame, and a gap before the rest
+    std::fill_n(beyond.begin(), 25'000, 2);
+    beyond[25'001] = unset;
     const struct {
+        const char *what;
         std::vector<double> x, y;
         bool line, right, upper;
-    } cases[] = {
-        {{0, 1}, {0, 0}, true, true, true},  // nothing anywhere near
-        {{0, 1}, {0, 1}, true, false, true}, // a line without points in the corners
-        {{0.1, 0.9, 0.9}, {0.9, 0.1, 0.9}, false, false, false},
-        {{0.1, 0.9, 0.1}, {0.9, 0.9, 0.1}, false, true, false},
-    };
+        std::vector<PlacedText> texts{};
+    } cases[] = {{"nothing near", {0, 1}, {0, 0}, true, true, true},
+                 {"no points in the corners", {0, 1}, {0, 1}, true, false, true},
+                 {"points in three", {0.1, 0.9, 0.9}, {0.9, 0.1, 0.9}, false, false, false},
+                 {"points in others", {0.1, 0.9, 0.1}, {0.9, 0.9, 0.1}, false, true, false},
+                 {"a long curve", std::vector(50'000, 0.97), beyond, true, true, true},
+                 {"a text", {0, 1}, {0, 0}, true, false, true, {{.text = "T", .x = 1, .y = 1}}}};
     for (const auto &c : cases) {
         Document document = documentWith(c.x, c.y);
         for (Axis &axis : document.axes) axis.range = {0, 1};
         onlyCurve(document).look.line = c.line;
         onlyCurve(document).look.symbols = !c.line;
+        document.texts = c.texts;
         const LaidText legend = laid({.text = "<legend>"}, document);
-        EXPECT_EQ(legend.middle.x > 170, c.right) << testing::PrintToString(c.x);
-        EXPECT_EQ(legend.middle.y < 113, c.upper) << testing::PrintToString(c.x);
+        EXPECT_EQ(legend.middle.x > 170, c.right) << c.what;
+        EXPECT_EQ(legend.middle.y < 113, c.upper) << c.what;
         EXPECT_TRUE(legend.framed);
-        const LaidText placed = laid({.text = "<legend>", .x = 0.5, .y = 0.4}, document);
-        EXPECT_NEAR(placed.middle.x, document.frame.xAxisLength * pointsPerCm / 2, 1);
     }
-}
-
-TEST(Legend, IsNotKeptAwayByTheGapOfALongCurve) {
-    std::vector<double> x(50'000, 0.97);
-    std::vector<double> y(50'000, 0.2);
-    std::fill_n(y.begin(), 25'000, 2); // beyond the frame
-    y[25'001] = unset;
-    Document document = documentWith(x, y);
-    for (Axis &axis : document.axes) axis.range = {0, 1};
-    const Point corner = laid({.text = "<legend>"}, document).middle;
-    EXPECT_TRUE(corner.x > 170 && corner.y < 113) << corner.x << ' ' << corner.y;
-}
-
-TEST(Legend, LeavesAloneWhatIsInItsCorner) {
-    Document document = documentWith({0, 1}, {0, 0});
-    for (Axis &axis : document.axes) axis.range = {0, 1};
-    document.texts = {{.text = "a text", .x = 1, .y = 1}, {.text = "<legend>"}};
-    const Typesetter typesetter;
-    const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-    const auto texts =
-        laidTextsOf(document, curves, frameOf(document, curves, typesetter), typesetter);
-    EXPECT_GT(texts[0].middle.x, 170);
-    EXPECT_LT(texts[1].middle.x, 170);
+    const LaidText placed = laid({.text = "<legend>", .x = 0.5, .y = 0.4});
+    EXPECT_NEAR(placed.middle.x, 6 * pointsPerCm, 1);
 }
 
 TEST(PlacedTexts, AreAnchoredInProportionAndHaveAGroundOverData) {
@@ -227,24 +206,6 @@ TEST(PlacedTexts, BeginParametersOneBelowTheOther) {
     EXPECT_NEAR(a, b, 1) << words;
 }
 
-TEST(PlacedTexts, AreAlignedToTheirSideOfTheFrame) {
-    for (const double x : {0.0, 1.0}) {
-        Document document = documentWith({}, {});
-        const PlacedText text{.text = "\u2588\u2588\u2588\u2588\\\\\u2588", .x = x, .y = 0.5};
-        document.texts = {text};
-        const LaidText placed = laid(text, document);
-        const Box &ink = placed.text.ink();
-        const Pixels pixels(document);
-        const auto at = [&](double part) { // of the lower line
-            return pixels.at((placed.middle.x + (part - 0.5) * ink.width()) / pointsPerCm,
-                             document.frame.yAxisLength -
-                                 (placed.middle.y + 0.3 * ink.height()) / pointsPerCm);
-        };
-        EXPECT_EQ(at(0.1), x == 0 ? '#' : '_');
-        EXPECT_EQ(at(0.9), x == 0 ? '_' : '#');
-    }
-}
-
 // Of a text of the usual size.
 static SetText set(const RichText &text) {
     return Typesetter().paragraph(text, textSize, 100, 2);
@@ -252,11 +213,7 @@ static SetText set(const RichText &text) {
 
 TEST(Typesetter, RaisesShrinksAndStacksScripts) {
     const auto x = [](int script, int innerScript) {
-        TextRun run;
-        run.text = "x";
-        run.script = script;
-        run.innerScript = innerScript;
-        return run;
+        return TextRun{.text = "x", .script = script, .innerScript = innerScript};
     };
     const Box plain = set({x(0, 0)}).ink();
     const auto expect = [&](const TextRun &run, double size, double rise) {
@@ -272,37 +229,22 @@ TEST(Typesetter, RaisesShrinksAndStacksScripts) {
 }
 
 TEST(Typesetter, SetsStylesAndLines) {
-    const auto run = [](const char *text) {
-        TextRun styled;
-        styled.text = text;
-        return styled;
-    };
-    const Box plain = set({run("lx")}).ink();
-    TextRun styled = run("lx");
-    styled.bold = true;
-    EXPECT_GT(set({styled}).ink().width(), plain.width() + 0.5);
-    styled.bold = false;
-    styled.italic = true;
-    EXPECT_GT(set({styled}).ink().width(), plain.width() + 0.1);
-    styled.italic = false;
-    styled.underline = true;
-    EXPECT_GT(set({styled}).ink().bottom, plain.bottom + 0.5);
+    const SetText line = set({{.text = "lx"}});
+    const Box plain = line.ink();
+    EXPECT_GT(set({{.text = "lx", .bold = true}}).ink().width(), plain.width() + 0.5);
+    EXPECT_GT(set({{.text = "lx", .italic = true}}).ink().width(), plain.width() + 0.1);
+    EXPECT_GT(set({{.text = "lx", .underline = true}}).ink().bottom, plain.bottom + 0.5);
 
-    EXPECT_NEAR(set({run("x\nx")}).ink().height() - set({run("x")}).ink().height(), lineHeight,
-                0.1);
-    TextRun raised = run("x");
-    raised.script = 1;
-    EXPECT_NEAR(set({run("x\nx"), raised}).ink().bottom - set({run("x")}).ink().bottom, lineHeight,
-                0.1);
-    const double height =
-        set({run("many words that need more than the two lines which they are given here")})
-            .ink()
-            .height();
+    const Box one = set({{.text = "x"}}).ink();
+    const TextRun two{.text = "x\nx"};
+    EXPECT_NEAR(set({two}).ink().height() - one.height(), lineHeight, 0.1);
+    EXPECT_NEAR(set({two, {.text = "x", .script = 1}}).ink().bottom - one.bottom, lineHeight, 0.1);
+    const char *const words =
+        "many words that need more than the two lines which they are given here";
+    const double height = set({{.text = words}}).ink().height();
     EXPECT_TRUE(height > lineHeight && height < 2 * lineHeight) << height;
-    const SetText line = set({run("lx")});
     const Box upwards = inkOf([&](cairo_t *cr) { line.draw(cr, {50, 50}, 90, {0, 0}); });
-    EXPECT_NEAR(upwards.top, 50 - plain.right, 1);
-    EXPECT_NEAR(upwards.bottom, 50 - plain.left, 1);
+    expectNear(upwards, {upwards.left, 50 - plain.right, upwards.right, 50 - plain.left});
 }
 
 TEST(MissingGlyphs, AreNamedOnceByAllChildren) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cairo-svg.h>
 #include <cmath>
+#include <complex>
 #include <cstring>
 #include <sstream>
 
@@ -22,11 +23,9 @@ Document centimetres() {
     columns.push_back({"y error", {0, 1, 0}, {}});
     columns.push_back({"x error", {0, 0.5, 0}, {}});
     for (int code = 0; code < axisCount; ++code) {
-        Axis &axis = document.axes[code];
-        axis.range = {0, isHorizontal(static_cast<AxisCode>(code)) ? 12.0 : 8.0};
-        axis.increment = 2;
-        axis.ticks = 1;
-        axis.insideTicks = false;
+        const double most = isHorizontal(static_cast<AxisCode>(code)) ? 12 : 8;
+        document.axes[code] = {
+            .range = {0, most}, .increment = 2, .ticks = 1, .insideTicks = false};
     }
     return document;
 }
@@ -45,6 +44,27 @@ Document sineDocument() {
     return documentWith(x, y);
 }
 
+Placed::Placed(const Document &of)
+    : document(of), curves(drawnCurvesOf(of)), frame(scaledFrameOf(of, curves)) {
+}
+
+void Placed::draw(cairo_t *cr, double resolution) const {
+    drawCurve(cr, curves[0], frame, document, resolution);
+}
+
+double distanceFrom(const Path &path, const Point &p) {
+    double nearest = INFINITY;
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        nearest = std::fmin(nearest, std::hypot(p.x - path[i].x, p.y - path[i].y));
+        if (i == 0) continue;
+        const std::complex<double> line(path[i].x - path[i - 1].x, path[i].y - path[i - 1].y);
+        const std::complex<double> way(p.x - path[i - 1].x, p.y - path[i - 1].y);
+        const double part = std::clamp((way * std::conj(line)).real() / std::norm(line), 0.0, 1.0);
+        nearest = std::fmin(nearest, std::abs(way - part * line));
+    }
+    return nearest;
+}
+
 std::string described(const Path &path) {
     std::string text;
     for (const Point &p : path) {
@@ -53,6 +73,13 @@ std::string described(const Path &path) {
         text += (text.empty() ? "" : " ") + std::string(isBreak(p) ? "|" : point);
     }
     return text;
+}
+
+void expectNear(const Box &got, const Box &want, double tolerance) {
+    EXPECT_NEAR(got.left, want.left, tolerance);
+    EXPECT_NEAR(got.top, want.top, tolerance);
+    EXPECT_NEAR(got.right, want.right, tolerance);
+    EXPECT_NEAR(got.bottom, want.bottom, tolerance);
 }
 
 void expectApart(const std::vector<Box> &boxes) {
@@ -163,6 +190,11 @@ std::vector<Drawn> drawnBy(const std::function<void(cairo_t *)> &draw) {
         all.push_back(drawn);
     }
     return all;
+}
+
+std::vector<Drawn> drawnCurve(const Document &document) {
+    const Placed placed(document);
+    return drawnBy([&](cairo_t *cr) { placed.draw(cr); });
 }
 
 Box inkOf(const std::function<void(cairo_t *)> &draw) {

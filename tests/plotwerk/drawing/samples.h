@@ -3,6 +3,7 @@
 #define TESTS_PLOTWERK_DRAWING_SAMPLES_H
 
 #include "plotwerk/drawing/curvePath.h"
+#include "plotwerk/drawing/curves.h"
 #include "plotwerk/drawing/surface.h"
 #include "tests/plotwerk/model/documents.h"
 
@@ -21,8 +22,26 @@ plotwerk::Document centimetres();
 
 plotwerk::Column &onlyCurve(plotwerk::Document &document);
 
+// The curves of a document, which must outlive it, and the frame that they stand in.
+struct Placed {
+    explicit Placed(const plotwerk::Document &document);
+
+    // The first curve.
+    void draw(cairo_t *cr, double resolution = 0) const;
+
+    const plotwerk::Document &document;
+    std::vector<plotwerk::DrawnCurve> curves;
+    plotwerk::ScaledFrame frame;
+};
+
+// From the nearest point or line of the path.
+double distanceFrom(const plotwerk::Path &path, const plotwerk::Point &p);
+
 // "X,Y X,Y | X,Y", with | at breaks.
 std::string described(const plotwerk::Path &path);
+
+// Each side, to within a point or what is given.
+void expectNear(const plotwerk::Box &got, const plotwerk::Box &want, double tolerance = 1);
 
 // Fails for every two boxes that overlap.
 void expectApart(const std::vector<plotwerk::Box> &boxes);
@@ -57,6 +76,9 @@ struct Drawn {
 };
 
 std::vector<Drawn> drawnBy(const std::function<void(cairo_t *)> &draw);
+
+// The first curve of a document.
+std::vector<Drawn> drawnCurve(const plotwerk::Document &document);
 
 // The box of all ink, in points from there, too.
 plotwerk::Box inkOf(const std::function<void(cairo_t *)> &draw);

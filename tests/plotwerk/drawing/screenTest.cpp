@@ -9,6 +9,9 @@
 
 using namespace plotwerk;
 
+using D = Document &;
+using L = CurveLook &;
+
 namespace {
 
 constexpr double dotsPerPoint = 2.4; // of a window
@@ -47,14 +50,9 @@ Document longCurve(double noise, bool shuffled = false) {
     return documentWith(x, y);
 }
 
-void withSpline(Document &document) {
-    onlyCurve(document).look.interpolationType = 1;
-    onlyCurve(document).look.interpolationPoints = 5;
-}
-
-void withSymbols(Document &document) {
-    onlyCurve(document).look.line = false;
-    onlyCurve(document).look.symbols = true;
+void withSpline(D, L look) {
+    look.interpolationType = 1;
+    look.interpolationPoints = 5;
 }
 
 } // namespace
@@ -64,63 +62,43 @@ TEST(PictureOnAScreen, CoversTheDotsThatTheWholeCurveCovers) {
     const struct {
         const char *what;
         double noise;
-        void (*change)(Document &);
+        void (*change)(Document &, CurveLook &);
+        Range x = {};
     } cases[] = {
-        {"smooth", 0, [](Document &) {}},
-        {"noisy", 0.2, [](Document &) {}},
-        {"a little noise", 0.01, [](Document &) {}},
-        {"zoomed in", 0.2,
-         [](Document &d) {
-             d.axes[xAxis].range = {4, 4.2};
-         }},
-        {"beyond", 0.2,
-         [](Document &d) {
-             d.axes[xAxis].range = {20, 30};
-         }},
+        {"smooth", 0, [](D, L) {}},
+        {"noisy", 0.2, [](D, L) {}},
+        {"zoomed in", 0.2, [](D, L) {}, {4, 4.2}},
+        {"beyond", 0.2, [](D, L) {}, {20, 30}},
         {"logarithmic, reversed", 0.2,
-         [](Document &d) { d.axes[xAxis].logarithmic = d.axes[xAxis].reversed = true; }},
-        {"steps", 0.2, [](Document &d) { onlyCurve(d).look.stepped = true; }},
-        {"clear", 0.2,
-         [](Document &d) {
-             onlyCurve(d).look.lineColour = {0, 0, 0, 0.6};
-         }},
-        {"area", 0.2, [](Document &d) { onlyCurve(d).look.filled = true; }},
-        {"drop lines", 0.2, [](Document &d) { onlyCurve(d).look.marker = true; }},
+         [](D d, L) { d.axes[xAxis].logarithmic = d.axes[xAxis].reversed = true; }},
+        {"steps", 0.2, [](D, L look) { look.stepped = true; }},
+        {"clear", 0.2, [](D, L look) { look.lineColour.opacity = 0.6; }},
+        {"thick, a little noise", 0.01, [](D, L look) { look.lineThickness = 6; }},
+        {"area", 0.2, [](D, L look) { look.filled = true; }},
+        {"drop lines", 0.2, [](D, L look) { look.marker = true; }},
         {"noisy spline", 0.2, withSpline},
-        {"smooth spline, few points", 0,
-         [](Document &d) {
-             withSpline(d);
-             d.axes[xAxis].range = {4, 4.005};
-         }},
+        {"smooth spline, few points", 0, withSpline, {4, 4.005}},
         {"points between on a logarithmic axis", 0.2,
-         [](Document &d) {
-             onlyCurve(d).look.interpolationPoints = 5;
-             d.axes[xAxis].logarithmic = true;
-         }},
-        {"symbols", 0.2, withSymbols},
+         [](D d, L look) { look.interpolationPoints = 5, d.axes[xAxis].logarithmic = true; }},
+        {"symbols", 0.2, [](D, L look) { look.line = false, look.symbols = true; }},
         {"open symbols on few spots of a screen", 0,
-         [](Document &d) {
-             withSymbols(d);
-             onlyCurve(d).look.symbol[0] = 2;
-         }},
-        {"thick", 0.01, [](Document &d) { onlyCurve(d).look.lineThickness = 6; }},
+         [](D, L look) { look.line = false, look.symbols = true, look.symbol[0] = 2; }},
         {"level lines with gaps between upright ones", 0,
-         [](Document &d) {
+         [](D d, L) {
              d.frame.xAxisLength = 60;
              d.axes[yAxis].range = {-50, 50};
              std::vector<double> &y = onlyCurve(d).values;
              for (std::size_t i = 0; i < y.size(); ++i)
                  y[i] = i % 100 / 20 == 2 ? unset : static_cast<double>(i / 100 % 2);
          }},
-        {"lone points", 0.2,
-         [](Document &d) {
+        {"lone points", 0.2, [](D d, L) {
              std::vector<double> &y = onlyCurve(d).values;
              for (std::size_t i = 0; i < y.size(); i += 2) y[i] = unset;
-         }},
-    };
+         }}};
     for (const auto &c : cases) {
         Document document = longCurve(c.noise);
-        c.change(document);
+        document.axes[xAxis].range = c.x;
+        c.change(document, onlyCurve(document).look);
         const std::vector<int> whole = dotsOf(document, 0);
         const std::vector<int> thinned = dotsOf(document, 0.5 / dotsPerPoint);
         double ink = 0;
@@ -164,8 +142,8 @@ TEST(PictureOnAScreen, HasNoCornersInSmoothCurves) {
 TEST(VisiblePoints, AreFewAndThoseOfTheFrame) {
     Document document = longCurve(0.2);
     const auto count = [&](double resolution) {
-        const std::vector<DrawnCurve> curves = drawnCurvesOf(document);
-        return visiblePoints(curves[0], scaledFrameOf(document, curves), true, resolution).size();
+        const Placed placed(document);
+        return visiblePoints(placed.curves[0], placed.frame, true, resolution).size();
     };
     EXPECT_LE(count(1), 4 * 12 * pointsPerCm + 10);
     document.axes[xAxis].range = {4, 4.01};

@@ -15,6 +15,10 @@ static double secondsAt(int year, unsigned month, unsigned day, double seconds =
     return static_cast<double>(date.time_since_epoch().count()) * 86400 + seconds;
 }
 
+static AxisMarks marksFor(const Axis &axis, double length = 340) {
+    return marksBeside(axis, scaleOf(axis, axis.range, length), true, Side::below, Typesetter());
+}
+
 // All numbers, and after a bar what they have in common.
 static std::string told(const AxisMarks &marks) {
     std::string all;
@@ -25,64 +29,43 @@ static std::string told(const AxisMarks &marks) {
 TEST(TimeTicks, TellDatesAndTimesOnce) {
     const double noon = secondsAt(2024, 3, 5, 43200);
     const struct {
-        Range range;
-        double increment;
+        double from, to;
         std::size_t smallTicks;
         const char *want;
+        double increment = unset;
     } cases[] = {
-        {{noon, noon + 0.004},
-         unset,
-         36,
+        {noon, noon + 0.004, 36,
          "12:00:00.000 12:00:00.001 12:00:00.002 12:00:00.003 12:00:00.004 | 2024-03-05"},
-        {{0, 1.2e-5}, unset, 10, "00:00:00.000000 00:00:00.000005 00:00:00.000010 | 1970-01-01"},
-        {{0, 9e-6}, unset, 14, "0 2 4 6 8 | \u00d710\u22126"}, // too short for times
-        {{noon + 0.1, noon + 1.3}, unset, 55, "12:00:00.4 12:00:00.8 12:00:01.2 | 2024-03-05"},
-        {{noon, noon + 60}, unset, 8, "12:00:00 12:00:15 12:00:30 12:00:45 12:01:00 | 2024-03-05"},
-        {{noon, noon + 4 * 3600}, unset, 44, "12:00 13:00 14:00 15:00 16:00 | 2024-03-05"},
-        {{noon, noon + 2 * 86400}, unset, 44, "12:00 Mar 6 12:00 Mar 7 12:00 | 2024"},
-        {{secondsAt(2024, 12, 31, 43200), secondsAt(2025, 1, 1, 43200)},
-         unset,
-         44,
+        {0, 1.2e-5, 10, "00:00:00.000000 00:00:00.000005 00:00:00.000010 | 1970-01-01"},
+        {0, 9e-6, 14, "0 2 4 6 8 | \u00d710\u22126"}, // too short for times
+        {noon + 0.1, noon + 1.3, 55, "12:00:00.4 12:00:00.8 12:00:01.2 | 2024-03-05"},
+        {noon, noon + 60, 8, "12:00:00 12:00:15 12:00:30 12:00:45 12:01:00 | 2024-03-05"},
+        {noon, noon + 4 * 3600, 44, "12:00 13:00 14:00 15:00 16:00 | 2024-03-05"},
+        {noon + 600, noon + 7200, 99, "12:20 12:40 13:00 13:20 13:40 14:00 | 2024-03-05", 600},
+        {noon, noon + 2 * 86400, 44, "12:00 Mar 6 12:00 Mar 7 12:00 | 2024"},
+        {-3600, 3600, 20, "23:00 23:30 1970-01-01 00:30 01:00 | ", 1800},
+        {secondsAt(2024, 12, 31, 43200), secondsAt(2025, 1, 1, 43200), 44,
          "12:00 18:00 2025-01-01 06:00 12:00 | "},
-        {{secondsAt(2024, 2, 28), secondsAt(2024, 3, 3)},
-         unset,
-         44,
+        {secondsAt(2024, 2, 28), secondsAt(2024, 3, 3), 44,
          "Feb 28 Feb 29 Mar 1 Mar 2 Mar 3 | 2024"},
-        {{secondsAt(2023, 2, 28), secondsAt(2023, 4, 5)},
-         unset,
-         32,
-         "Mar 6 Mar 13 Mar 20 Mar 27 Apr 3 | 2023"},                  // Mondays
-        {{secondsAt(2024, 1, 1, 3600), secondsAt(2024, 5, 1, -3600)}, // ticks nearly on it
-         unset,
-         16,
-         "Jan Feb Mar Apr May | 2024"},
-        {{secondsAt(2022, 7, 1), secondsAt(2023, 7, 1)},
-         unset,
-         8,
-         "2022-07 2022-10 2023-01 2023-04 2023-07 | "},
-        {{secondsAt(2023, 8, 2), secondsAt(2024, 6, 1)},
-         unset,
-         41,
-         "Sep Oct Nov Dec Jan Feb Mar Apr May Jun | 2023\u20132024"},
-        {{secondsAt(2023, 11, 30), secondsAt(2024, 3, 20)},
-         unset,
-         48,
+        {secondsAt(2023, 2, 28), secondsAt(2023, 4, 5), 32,
+         "Mar 6 Mar 13 Mar 20 Mar 27 Apr 3 | 2023"}, // Mondays
+        {secondsAt(2023, 11, 30), secondsAt(2024, 3, 20), 48,
          "Dec 11 Dec 25 Jan 8 Jan 22 Feb 5 Feb 19 Mar 4 Mar 18 | 2023\u20132024"},
-        {{secondsAt(1603, 5, 1), secondsAt(2000, 1, 1)},
-         unset,
-         72,
+        {secondsAt(2024, 1, 1, 3600), secondsAt(2024, 5, 1, -3600), 16, // ticks nearly on it
+         "Jan Feb Mar Apr May | 2024"},
+        {secondsAt(2023, 8, 2), secondsAt(2024, 6, 1), 41,
+         "Sep Oct Nov Dec Jan Feb Mar Apr May Jun | 2023\u20132024"},
+        {secondsAt(2022, 7, 1), secondsAt(2023, 7, 1), 8,
+         "2022-07 2022-10 2023-01 2023-04 2023-07 | "},
+        {secondsAt(1968, 1, 1), secondsAt(1972, 1, 1), 44, "1968 1969 1970 1971 1972 | "},
+        {secondsAt(1603, 5, 1), secondsAt(2000, 1, 1), 72,
          "1650 1700 1750 1800 1850 1900 1950 2000 | "},
-        {{noon + 600, noon + 7200}, 600, 99, "12:20 12:40 13:00 13:20 13:40 14:00 | 2024-03-05"},
-        {{secondsAt(1968, 1, 1), secondsAt(1972, 1, 1)}, unset, 44, "1968 1969 1970 1971 1972 | "},
-        {{secondsAt(1600, 1, 1), secondsAt(2000, 1, 1)}, unset, 36, "1600 1700 1800 1900 2000 | "},
-        {{-3600, 3600}, 1800, 20, "23:00 23:30 1970-01-01 00:30 01:00 | "},
-        {{0, 1e30}, unset, 15, "0.0 0.2 0.4 0.6 0.8 1.0 | \u00d71030"},
-    };
+        {0, 1e30, 15, "0.0 0.2 0.4 0.6 0.8 1.0 | \u00d71030"}};
     for (const auto &c : cases) {
-        Axis axis;
-        axis.increment = c.increment;
-        const Scale scale = scaleOf(axis, c.range, 340);
-        const AxisMarks marks = marksBeside(axis, scale, true, Side::below, Typesetter());
+        const Axis axis{.range = {c.from, c.to}, .increment = c.increment};
+        const Scale scale = scaleOf(axis, axis.range, 340);
+        const AxisMarks marks = marksFor(axis);
         EXPECT_EQ(told(marks), c.want);
         EXPECT_EQ(marks.smallTicks.size(), c.smallTicks) << c.want;
         for (const AxisNumber &number : marks.numbers) EXPECT_TRUE(isOnAxis(number.value, scale));
@@ -100,11 +83,9 @@ TEST(TimeTicks, TellDatesAndTimesOnce) {
 }
 
 TEST(TimeTicks, HaveAsManySmallOnesAsTheAxisAsksFor) {
-    Axis axis;
+    const Range months{secondsAt(2024, 1, 1), secondsAt(2024, 5, 1)};
     const auto small = [&](int ticks) {
-        axis.ticks = ticks;
-        const Scale scale = scaleOf(axis, {secondsAt(2024, 1, 1), secondsAt(2024, 5, 1)}, 340);
-        return marksBeside(axis, scale, true, Side::below, Typesetter()).smallTicks;
+        return marksFor({.range = months, .ticks = ticks}).smallTicks;
     };
     EXPECT_EQ(small(0).size(), 0U);
     EXPECT_EQ(small(1), (std::vector{secondsAt(2024, 1, 16, 43200), secondsAt(2024, 2, 15, 43200),
@@ -114,20 +95,16 @@ TEST(TimeTicks, HaveAsManySmallOnesAsTheAxisAsksFor) {
 
 TEST(TimeTicks, OfShortAxesAreTwoRatherThanThoseOfAFinerStep) {
     const double noon = secondsAt(2024, 3, 5, 43200);
-    const struct {
-        double from, length, days;
-        std::size_t ticks;
-        const char *want;
-    } cases[] = {{noon, 100, 200, 2, "Apr Jul | 2024"},
-                 {noon, 90, 800, 2, "2025 2026 | "},
-                 {noon, 40, 1.0 / 24, 2, "12:00 13:00 | 2024-03-05"},
-                 {1.9, 40, 2.2 / 86400, 2, "00:00:02 | 1970-01-01"}, // the next step has no tick
-                 {secondsAt(2024, 12, 31, 64800), 60, 0.5, 3, "18:00 06:00 | "}};
-    for (const auto &c : cases) {
-        const Scale scale = scaleOf({}, {c.from, c.from + 86400 * c.days}, c.length);
-        const AxisMarks marks = marksBeside({}, scale, true, Side::below, Typesetter());
-        EXPECT_EQ(told(marks), c.want);
-        EXPECT_EQ(marks.ticks.size(), c.ticks) << c.want;
+    const std::tuple<double, double, double, std::size_t, const char *> cases[] = {
+        {noon, 100, 200, 2, "Apr Jul | 2024"},
+        {noon, 90, 800, 2, "2025 2026 | "},
+        {noon, 40, 1.0 / 24, 2, "12:00 13:00 | 2024-03-05"},
+        {1.9, 40, 2.2 / 86400, 2, "00:00:02 | 1970-01-01"}, // the next step has no tick
+        {secondsAt(2024, 12, 31, 64800), 60, 0.5, 3, "18:00 06:00 | "}};
+    for (const auto &[from, length, days, ticks, want] : cases) {
+        const AxisMarks marks = marksFor({.range = {from, from + 86400 * days}}, length);
+        EXPECT_EQ(told(marks), want);
+        EXPECT_EQ(marks.ticks.size(), ticks) << want;
     }
 }
 

@@ -34,8 +34,8 @@ TEST(ModifyByFormula, IsRefusedByItsTime) {
         table(std::vector<double>(2'000'000, 1e300), {column("a", {}), column("b", {})}));
     for (Column &each : large.sources[0].tables[0].y) each.values.resize(2'000'000);
     selectByIndex(large, {0, -1}, false);
-    std::string text = "x";
-    for (int i = 0; i < 40; ++i) text += "+sin(x+" + std::to_string(i) + ')';
+    std::string text = "x"; // and the slope by y for the errors
+    for (int i = 0; i < 20; ++i) text += "+sin(y+" + std::to_string(i) + ')';
     setFormula(large, text);
     Document none;
     EXPECT_EQ(refusalOf(none, [&](auto &) { modify(large); }), tooLong);
@@ -46,6 +46,8 @@ TEST(ModifyByFormula, IsRefusedByItsTime) {
     selectByIndex(wide, {0, -1}, false);
     setFormula(wide, "x+1");
     EXPECT_EQ(refusalOf(none, [&](auto &) { modify(wide); }), tooLong);
+    const std::string blanks(2'000'000, ' ');
+    EXPECT_EQ(refusalOf([&] { setFormula(wide, blanks + "x"); }), tooLong);
 }
 
 // The error of sqrt(y) is that of y by 2 sqrt(y).

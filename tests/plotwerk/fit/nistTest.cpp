@@ -37,18 +37,6 @@ constexpr const char *models[][2] = {
     {"Rat43", "b1/((1+exp(b2-b3*x))^(1/b4))"},
     {"Roszman1", "b1-b2*x-atan(b3/(x-b4))/pi"}};
 
-// How each run gets there, from both starts of each set: its steps, and by how many factors of 3
-// lambda has come down from the first one, 0.2.
-constexpr struct {
-    int steps, lambda;
-} ways[] = {{49, 24}, {48, 22}, {29, 15},  {22, 14}, {23, 13},   {9, 12},   {18, 11},  {12, 8},
-            {17, 11}, {12, 10}, {10, 11},  {8, 10},  {87, 39},   {81, 36},  {57, 10},  {13, 9},
-            {8, 8},   {9, 7},   {9, 8},    {9, 8},   {11, 9},    {10, 10},  {32, 20},  {24, 25},
-            {82, 47}, {78, 38}, {19, 14},  {16, 14}, {144, 26},  {113, 25}, {87, 22},  {58, 21},
-            {91, 24}, {67, 23}, {188, 45}, {70, 44}, {2761, 19}, {70, 19},  {430, 21}, {17, 17},
-            {19, 14}, {12, 12}, {12, 12},  {8, 12},  {15, 14},   {9, 12},   {16, 10},  {11, 8},
-            {33, 18}, {20, 14}, {13, 12},  {11, 10}};
-
 struct Certified {
     double start[2], value, deviation;
 };
@@ -99,6 +87,7 @@ TEST(Nist, AllSetsFromBothStartsToTheCertifiedDigits) {
     double sum = 0;
     int runs = 0;
     int allSteps = 0;
+    double allFactors = 0; // of 3, by which lambda has come down from the first one
     const auto check = [&](const std::string &name, const Formula &formula, int start) {
         const Set set = readSet(name);
         SCOPED_TRACE(name + " from start " + char('1' + start));
@@ -113,18 +102,6 @@ TEST(Nist, AllSetsFromBothStartsToTheCertifiedDigits) {
         ASSERT_EQ(outcome.status, fitConverged) << outcome.reason;
         EXPECT_EQ(outcome.result.points, static_cast<int>(set.x.size()));
 
-        // errors that are all the same power of 2 change nothing, to the last bit
-        std::vector<FitParameter> weighted = parameters;
-        for (std::size_t j = 0; j < weighted.size(); ++j)
-            weighted[j].value = certified[j].start[start];
-        const std::vector<double> errors(set.x.size(), 0.25);
-        const FitOutcome same = fit(formula, {set.x, set.y, errors, {}}, weighted);
-        for (std::size_t j = 0; j < weighted.size(); ++j)
-            EXPECT_TRUE(weighted[j].value == parameters[j].value &&
-                        weighted[j].error == parameters[j].error);
-        EXPECT_EQ(same.result.iterations, outcome.result.iterations);
-        EXPECT_EQ(same.result.chiSquare, 16 * outcome.result.chiSquare);
-
         double worst = 11, worstDeviation = 11;
         for (std::size_t j = 0; j < parameters.size(); ++j) {
             worst = std::min(worst, digits(parameters[j].value, certified[j].value));
@@ -137,12 +114,9 @@ TEST(Nist, AllSetsFromBothStartsToTheCertifiedDigits) {
         EXPECT_GE(worst, 10.3);
         EXPECT_GE(worstDeviation, roundedData ? 3 : 10.3);
         EXPECT_GE(digits(outcome.result.chiSquare, set.chiSquare), roundedData ? 3 : 10);
-        // exp and sin of other machines round otherwise, which long ways show
-        const auto [steps, factors] = ways[runs];
-        EXPECT_NEAR(outcome.result.iterations, steps, 1 + steps / 20);
-        EXPECT_NEAR(std::log(0.2 / outcome.result.lambda) / std::log(3), factors, 2.01);
         sum += worst;
         allSteps += outcome.result.iterations;
+        allFactors += std::log(0.2 / outcome.result.lambda) / std::log(3);
         ++runs;
     };
     for (const auto &[names, formula] : models) {
@@ -151,6 +125,8 @@ TEST(Nist, AllSetsFromBothStartsToTheCertifiedDigits) {
             for (const int start : {0, 1}) check(name, Formula(formula), start);
     }
     EXPECT_EQ(runs, 52);
+    // the ways there, though exp and sin of other machines round otherwise
     EXPECT_NEAR(allSteps, 5077, 20);
+    EXPECT_NEAR(allFactors, 917, 8);
     EXPECT_GE(sum / runs, 10.7);
 }

@@ -37,33 +37,29 @@ TEST(ParameterList, IsReadInTheWaysThatPeopleWriteIt) {
 }
 
 TEST(ParameterList, ChangesNothingWhenItIsRefused) {
-    const struct {
-        const char *text, *want;
-    } cases[] = {{"a=3, c=4", "no parameter \"c\""},
-                 {"a=3\nfoo\n", "parameter list: no \"name = value\" at \"foo\""},
-                 {"a=3 4", "parameter list: no \"name = value\" at \"4\""},
-                 {"a=3 [4, 5]", "parameter list: a begins outside of its bounds"},
-                 {"a=3 [3; 3]", "parameter list: the bounds of a leave nothing between them"},
-                 {"a=3 [2\n]", "parameter list: the bounds of a are not [least; most]"},
-                 {"a=3 [2; 4 ", "parameter list: the bounds of a are not [least; most]"},
-                 {"a=3 [2 ", "parameter list: the bounds of a are not [least; most]"},
-                 {"a=3 [x;]", "parameter list: a = \"x\" is not a number"},
-                 {"absolutely", "parameter list: no \"name = value\" at \"absolutely\""},
-                 {"absolute = 1", "no parameter \"absolute\""},
-                 {"a=3 = 4", "parameter list: no \"name = value\" at \"= 4\""},
-                 {"b=3, a=", "parameter list: a = \"\" is not a number"},
-                 {"a=!", "parameter list: a = \"!\" is not a number"},
-                 {"a=1e999", "parameter list: a = \"1e999\" is not a number"},
-                 {"a=nan", "parameter list: a = \"nan\" is not a number"}};
-    for (const auto &c : cases) {
+    const std::pair<const char *, const char *> cases[] = {
+        {"a=3, c=4", "no parameter \"c\""},
+        {"a=3\nfoo\n", "parameter list: no \"name = value\" at \"foo\""},
+        {"a=3 4", "parameter list: no \"name = value\" at \"4\""},
+        {"a=3 [4, 5]", "parameter list: a begins outside of its bounds"},
+        {"a=3 [3; 3]", "parameter list: the bounds of a leave nothing between them"},
+        {"a=3 [2\n]", "parameter list: the bounds of a are not [least; most]"},
+        {"a=3 [2; 4 ", "parameter list: the bounds of a are not [least; most]"},
+        {"a=3 [2 ", "parameter list: the bounds of a are not [least; most]"},
+        {"a=3 [x;]", "parameter list: a = \"x\" is not a number"},
+        {"absolutely", "parameter list: no \"name = value\" at \"absolutely\""},
+        {"absolute = 1", "no parameter \"absolute\""},
+        {"a=3 = 4", "parameter list: no \"name = value\" at \"= 4\""},
+        {"b=3, a=", "parameter list: a = \"\" is not a number"},
+        {"a=!", "parameter list: a = \"!\" is not a number"},
+        {"a=1e999", "parameter list: a = \"1e999\" is not a number"},
+        {"a=nan", "parameter list: a = \"nan\" is not a number"}};
+    for (const auto &[text, want] : cases) {
+        const std::string list = std::string("absolute ") + text;
         std::vector<FitParameter> parameters = known;
         bool absolute = false;
-        Document none;
-        const auto read = [&](auto &) {
-            readParameterList(std::string("absolute ") + c.text, '.', parameters, absolute);
-        };
-        EXPECT_EQ(refusalOf(none, read), c.want);
-        EXPECT_EQ(parameterList(parameters, '.'), parameterList(known, '.')) << c.text;
+        EXPECT_EQ(refusalOf([&] { readParameterList(list, '.', parameters, absolute); }), want);
+        EXPECT_EQ(parameterList(parameters, '.'), parameterList(known, '.')) << list;
         EXPECT_FALSE(absolute);
     }
 }

@@ -78,7 +78,7 @@ TEST(Turning, IsCounterClockwise) {
     rotate2D(&x, &y, pi / 2);
     EXPECT_NEAR(x, -1, 1e-15); // cos(pi / 2) is 6e-17
     EXPECT_NEAR(y, 2, 1e-15);
-    EXPECT_EQ(Vec2DxMul(2, 0, 5, 3), 6);
+    EXPECT_EQ(Vec2DxMul(2, 1, 5, 3), 1);
 }
 
 TEST(Polygon, AreaAndInsideDoNotDependOnClosureNorInsideOnOrientation) {
@@ -108,10 +108,10 @@ TEST(Polygon, AreaAndInsideDoNotDependOnClosureNorInsideOnOrientation) {
 }
 
 TEST(PointInTriangle, HasItsEdgesAndCornersInside) {
-    const double a[] = {0, 0}, b[] = {4, 0}, c[] = {0, 4}, onAB[] = {8, 0};
-    const std::pair<Values, int> cases[] = {{{2, 0}, 1},   {{2, 2}, 1},      {{0, 0}, 1},
-                                            {{4, 0}, 1},   {{0, 4}, 1},      {{3, 2}, 0},
-                                            {{NaN, 1}, 0}, {{-0.001, 1}, 0}, {{1, -0.001}, 0}};
+    const double a[] = {1, 2}, b[] = {5, 2}, c[] = {1, 6}, onAB[] = {9, 2};
+    const std::pair<Values, int> cases[] = {{{3, 2}, 1},   {{3, 4}, 1},     {{1, 2}, 1},
+                                            {{5, 2}, 1},   {{1, 6}, 1},     {{4, 4}, 0},
+                                            {{NaN, 3}, 0}, {{0.999, 3}, 0}, {{2, 1.999}, 0}};
     for (const auto &[p, want] : cases) {
         EXPECT_EQ(pointInTriangle(a, b, c, p.data()), want) << testing::PrintToString(p);
         EXPECT_EQ(pointInTriangle(a, c, b, p.data()), want) << testing::PrintToString(p);
