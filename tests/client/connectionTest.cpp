@@ -1,4 +1,4 @@
-// Plotwerk missing, failing or silent; and what a long run costs.
+// Plotwerk missing, failing or silent.
 #include "client/plotwerkControl.h"
 #include "tests/client/clientTest.h"
 
@@ -93,25 +93,4 @@ TEST_F(ConnectionTest, ACallWaitsInOneThreadForFiveMinutes) {
     EXPECT_EQ(run.procStatus("Threads"), "1");
     plotwerk->crash();
     expectAbort(run.finish(), "", "[org.freedesktop.DBus.Error.NoReply]");
-}
-
-TEST_F(ConnectionTest, MemoryStaysConstant) {
-    startPlotwerk();
-    // A sanitizer would hold back what is released.
-    ChildProcess run({"env", "ASAN_OPTIONS=quarantine_size_mb=0", CALLPLW});
-    // Of what is mapped, not of what is resident: how that is counted depends on the machine.
-    const auto dataAfter = [&](int count, const std::string &lines) {
-        std::string input;
-        while (count-- > 0) input += lines;
-        run.write(input + "-x parentPID\n");
-        while (run.readLine() != parentPid) {
-        }
-        return std::stol(run.procStatus("VmData"));
-    };
-    const std::string idle = "-s 1 -a 2\n\n", ask = "-x YatX -a 1\n-x show -d other\n";
-    const long first = dataAfter(1000, idle + ask);
-    // The smallest block that malloc gives, 32 bytes, lost per line or message makes 640 kB or
-    // more.
-    EXPECT_LE(dataAfter(200'000, idle), first + 400) << "kB";
-    EXPECT_LE(dataAfter(10'000, ask), first + 400) << "kB";
 }

@@ -10,13 +10,9 @@ namespace fs = std::filesystem;
 class PictureMessages : public ServerTest {
   protected:
     PictureMessages() {
-        fs::create_directory(programs());
-        setenv("PATH", programs().c_str(), 1);
-        fs::create_directory(directory / "run");
-        setenv("XDG_RUNTIME_DIR", (directory / "run").c_str(), 1);
+        fs::create_directory(directory / "bin");
+        setenv("PATH", pathOf("bin").c_str(), 1);
     }
-
-    fs::path programs() const { return directory / "bin"; }
 
     // The server finds no programs but these: shell scripts that find the usual ones.
     void addProgram(const std::string &name, const std::string &script) {
@@ -41,7 +37,6 @@ class PictureMessages : public ServerTest {
 
 TEST_F(PictureMessages, ACopyNeedsAPlace) {
     file("plotwerk", "a file where the folder is to be");
-    fs::permissions(directory / "plotwerk", fs::perms::owner_read);
     const std::string notSet = "no place for a copy: XDG_RUNTIME_DIR is not set (\"Untitled\")";
     const std::pair<std::string, std::string> cases[] = {
         {"", notSet},
@@ -97,11 +92,8 @@ TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
     plotwerk->savePDFofCompositionView_openWith_(page, "no such; touch " + pathOf("touched"));
     EXPECT_TRUE(lastError().starts_with("can't start no such; touch")) << lastError();
     EXPECT_FALSE(fs::exists(pathOf("touched")));
-    std::ofstream(pathOf("script")) << "#!/no/interpreter\n";
-    std::ofstream(pathOf("rubbish")) << "\x7f"
-                                     << "ELF" << std::string(100, '\1');
-    for (const std::string &opener : {pathOf("script"), pathOf("rubbish"), pathOf("")}) {
-        if (!fs::is_directory(opener)) fs::permissions(opener, fs::perms::owner_all);
+    fs::permissions(file("script", "#!/no/interpreter\n"), fs::perms::owner_all);
+    for (const std::string &opener : {pathOf("script"), pathOf("")}) {
         plotwerk->savePDFofCompositionView_openWith_(page, opener);
         EXPECT_TRUE(lastError().starts_with("can't start " + opener + ": ")) << lastError();
         EXPECT_EQ(bytesOf(page), pdf) << "the old page, with " << opener;
