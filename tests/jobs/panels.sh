@@ -3,8 +3,14 @@
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/../../examples/session.sh"
-. "$here/frames.sh"
 cd "$1"
+
+# A line "left top right bottom", in points, for each rectangle that is stroked with square ends: no
+# other line of a picture is.
+frames() {
+    sed -n '/stroke-linecap:square/s/.* d="M \([-0-9.]* [-0-9.]*\) L [-0-9. ]* L \([-0-9.]* [-0-9.]*\) .*/\1 \2/p'
+}
+
 printf 'x\ta\n0\t1\n1\t3\n2\t2\n' >narrow.txt
 printf 'x\tb\n0\t-123456\n1\t3\n2\t98765\n' >wide.txt
 

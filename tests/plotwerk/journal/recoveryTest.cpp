@@ -6,7 +6,6 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <map>
 #include <re2/re2.h>
 #include <set>
 #include <sys/resource.h>
@@ -139,42 +138,6 @@ TEST_F(RecoveryTest, BringsBackWhatNoFileHolds) {
     EXPECT_EQ(plotwerk->getXRangeOf_xmin_xmax_("changed copy"), std::make_tuple(1.0, 2.0));
     plotwerk->saveDocument_as_binary_("changed copy", pathOf("b"), false);
     EXPECT_EQ(journals(), 0U);
-    stop();
-}
-
-// By the limits of a start none is brought back in part, and none is lost.
-TEST_F(RecoveryTest, KeepsWhatCannotBeBroughtBackNow) {
-    start();
-    plotwerk->newDocumentWithName_("small");
-    plotwerk->setXRangeOf_xmin_xmax_("small", 1, 2);
-    plotwerk->newDocumentWithName_("large"); // 10.4 MB made by a message
-    plotwerk->createCurveAtSelectionOf_minx_maxx_incx_miny_incy_("large", 1, 650'000, 1, 0, 1);
-    plotwerk->duplicateAsPlottedOf_("large"); // written as it is
-    plotwerk->actify_("small");
-    std::map<std::string, std::string> contents;
-    for (const char *name : {"small", "large", "large copy"}) contents[name] = contentsOf(name);
-
-    const std::pair<const char *, std::vector<std::string>> starts[] = {
-        {"--limit=memory=10",
-         {"can't bring back \"large\" as it was on ",
-          ": can't be repeated: would take too much memory (limit memory) (\"large\")\n",
-          "info: brought back \"large copy\""}},
-        {"--limit=documents=18",
-         {"info: brought back \"large copy\"", "can't bring back \"large\" as it was on "}},
-        {"--limit=documents=10",
-         {"can't bring back \"large\" as it was on ",
-          "can't bring back \"large copy\" as it was on ",
-          ": the open documents would take too much memory (limit documents)\n"}}};
-    for (const auto &[limit, told] : starts) {
-        die(SIGKILL, {"--recover", limit});
-        EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "small");
-        EXPECT_EQ(contentsOf("small"), contents["small"]);
-        EXPECT_EQ(journals(), 3U);
-        const std::string log = die(SIGTERM, {});
-        for (const std::string &line : told) EXPECT_TRUE(holds(log, line));
-    }
-    die(SIGKILL, {"--recover"});
-    for (const auto &[name, content] : contents) EXPECT_TRUE(contentsOf(name) == content) << name;
     stop();
 }
 
