@@ -141,6 +141,22 @@ TEST_F(RecoveryTest, BringsBackWhatNoFileHolds) {
     stop();
 }
 
+// By the limits of a start: neither what a message makes, nor what was written as it is.
+TEST_F(RecoveryTest, KeepsWhatCannotBeBroughtBackNow) {
+    start();
+    plotwerk->newDocumentWithName_("large"); // 10.4 MB
+    plotwerk->createCurveAtSelectionOf_minx_maxx_incx_miny_incy_("large", 1, 650'000, 1, 0, 1);
+    plotwerk->duplicateAsPlottedOf_("large");
+    const std::string contents = contentsOf("large"), copy = contentsOf("large copy");
+    die(SIGKILL, {"--recover", "--limit=documents=10"});
+    EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "Untitled");
+    const std::string log = die(SIGTERM, {"--recover"});
+    for (const char *name : {"\"large\"", "\"large copy\""})
+        EXPECT_TRUE(holds(log, std::string("can't bring back ") + name + " as it was on "));
+    EXPECT_TRUE(contentsOf("large") == contents && contentsOf("large copy") == copy);
+    stop();
+}
+
 TEST_F(RecoveryTest, KeepsNoJournalsWhereNoneAreWanted) {
     start({"--no-journal"});
     plotwerk->setXRangeOf_xmin_xmax_("Untitled", 0, 1);

@@ -135,7 +135,7 @@ Document exampleDocument() {
 
 class NoMemoryMessages : public testing::Test {
   protected:
-    NoMemoryMessages() : path(std::getenv("PATH")), home(fs::current_path()) {
+    NoMemoryMessages() {
         setenv("XDG_STATE_HOME", (directory / "state").c_str(), 1);
         setenv("XDG_RUNTIME_DIR", (directory / "state").c_str(), 1);
         setenv("PATH", directory.c_str(), 1);
@@ -144,21 +144,11 @@ class NoMemoryMessages : public testing::Test {
         setLogLevel(static_cast<LogLevel>(-1));
         loadFonts();
     }
-    ~NoMemoryMessages() override {
-        setLogLevel(LogLevel::info);
-        fs::current_path(home);
-        setenv("PATH", path.c_str(), 1);
-        unsetenv("XDG_STATE_HOME");
-        unsetenv("XDG_RUNTIME_DIR");
-    }
+    ~NoMemoryMessages() override { fs::current_path("/"); }
 
     const TemporaryFolder folder;
     const fs::path &directory = folder.path;
     const Document example = exampleDocument();
-
-  private:
-    const std::string path;
-    const fs::path home;
 };
 
 const Document *documentIn(Application &application, const std::string &name) {
@@ -167,6 +157,17 @@ const Document *documentIn(Application &application, const std::string &name) {
     } catch (const Refusal &) {
         return nullptr;
     }
+}
+
+// Of the open documents, or of those with unsaved changes.
+Contents contentsIn(Application &application, bool areUnsaved) {
+    Contents all;
+    for (const std::string &name : names) {
+        const Document *document = documentIn(application, name);
+        if (document && (!areUnsaved || hasUnsavedChanges(*document)))
+            all[name] = saved(*document, true);
+    }
+    return all;
 }
 
 // Two open documents, something on the clipboard, a page. With isSaved the one in front is as in
@@ -217,17 +218,6 @@ struct World {
         }
         return text;
     }
-
-    // Of the open documents, or of those with unsaved changes.
-    Contents contents(bool areUnsaved) {
-        Contents all;
-        for (const std::string &name : names) {
-            const Document *document = documentIn(application, name);
-            if (document && (!areUnsaved || hasUnsavedChanges(*document)))
-                all[name] = saved(*document, true);
-        }
-        return all;
-    }
 };
 
 // By another process, in which memory is full after that number of allocations. They stay behind.
@@ -239,11 +229,7 @@ Contents broughtBack(long allocations = std::numeric_limits<long>::max()) {
         const FailingMemory failing(allocations);
         application.recover([&](std::string_view message) { object.repeat(message); });
     }
-    Contents contents;
-    for (const std::string &name : names)
-        if (const Document *document = documentIn(application, name))
-            contents[name] = saved(*document, true);
-    return contents;
+    return contentsIn(application, false);
 }
 
 // Names and sizes of all files but journals.
@@ -304,8 +290,8 @@ TEST_F(NoMemoryMessages, AreRefusedOrDoneAndInTheJournal) {
                     refused += isRefused;
                     EXPECT_TRUE(!isRefused || holds(error, "memory")) << what;
                     EXPECT_TRUE(resultIn(world) == (isRefused ? before : done)) << what;
-                    open = world.contents(false);
-                    unsaved = world.contents(true);
+                    open = contentsIn(world.application, false);
+                    unsaved = contentsIn(world.application, true);
                 }
                 const Contents back = broughtBack();
                 EXPECT_TRUE(std::ranges::includes(open, back)) << what;
@@ -348,7 +334,7 @@ TEST_F(NoMemoryMessages, AreBroughtBackAllOrLater) {
             for (const Message &message : messages)
                 for (const char *each : {"setXTitle", "pasteData", "diff", "startFit", "readData"})
                     if (message.member.starts_with(each)) message.send(world.object, {});
-            open = world.contents(false);
+            open = contentsIn(world.application, false);
         }
         Contents some;
         try {
