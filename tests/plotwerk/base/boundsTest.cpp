@@ -2,16 +2,19 @@
 
 #include "plotwerk/base/child.h"
 #include "plotwerk/base/ending.h"
+#include "plotwerk/base/memoryReserve.h"
 #include "plotwerk/base/refusal.h"
 #include "tests/plotwerk/base/refusalOf.h"
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <limits>
 #include <memory>
 #include <new>
+#include <sys/resource.h>
 #include <unistd.h>
 #include <vector>
 
@@ -71,15 +74,39 @@ TEST(InChild, TurnsEveryBadEndIntoARefusal) {
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
+static void takeMegabytes(std::size_t count) {
+    std::vector<char>(count << 20, 'x');
+}
+
 TEST(InChild, HasItsShareOfMemoryAndNoMore) {
     setBound("memory=100");
-    const auto takeMegabytes = [](std::size_t count) {
-        return [count] { std::vector<char>(count << 20, 'x'); };
-    };
-    EXPECT_EQ(refusalOf([&] { inChild(takeMegabytes(60)); }), "");
-    EXPECT_EQ(refusalOf([&] { inChild(takeMegabytes(200)); }),
+    const std::vector<char> own(150 << 20); // is not the child's
+    EXPECT_EQ(refusalOf([] { inChild([] { takeMegabytes(60); }); }), "");
+    EXPECT_EQ(refusalOf([] { inChild([] { takeMegabytes(200); }); }),
               "takes too much memory (limit memory)");
     setBound("memory=1000");
+}
+
+TEST(MemoryReserveDeathTest, IsOneAndForAllButWhatDoesWithout) {
+    const auto work = [] {
+        setReserveAside();
+        std::ifstream statm("/proc/self/statm");
+        rlim_t pages = 0;
+        statm >> pages;
+        const rlim_t most = pages * 4096 + (rlim_t{400} << 20);
+        const rlimit limit{most, most};
+        setrlimit(RLIMIT_AS, &limit);
+        setReserveAside();
+        const auto without = [](std::size_t megabytes) {
+            const WithoutReserve withoutReserve;
+            takeMegabytes(megabytes);
+        };
+        without(300);
+        EXPECT_THROW(without(500), std::bad_alloc);
+        takeMegabytes(500);
+        std::exit(testing::Test::HasFailure());
+    };
+    EXPECT_EXIT(work(), testing::ExitedWithCode(0), "");
 }
 #endif
 
