@@ -1,11 +1,9 @@
 #include "plotwerk/data/exchange.h"
 
-#include "plotwerk/data/dataText.h"
 #include "plotwerk/model/palette.h"
 #include "plotwerk/model/selection.h"
 #include "tests/plotwerk/model/documents.h"
 
-#include <random>
 #include <regex>
 #include <set>
 
@@ -89,24 +87,4 @@ TEST(DataTextOfSelection, HasABlockForEachTable) {
     EXPECT_EQ(dataTextOfSelection(document, true, '.'),
               "x\tb\ta\n1\t3\t1\n2\t4\t2\n\nx\tc\n1\t5\n");
     EXPECT_EQ(dataTextOfSelection(document, false, '.'), "b\ta\n3\t1\n4\t2\n\nc\n5\n");
-}
-
-TEST(DataTextOfSelection, IsReadWithTheSameNamesAndNumbers) {
-    std::vector<std::string> names{"12", "1e5", "1.5V", "nan", "2024-01-01", "12:30", "-", "it's"};
-    std::mt19937 random(1);
-    const std::string_view characters = "aE1\"5' .,;:#%-+/()\\";
-    for (int i = 0; i < 500; ++i) {
-        std::string name = i % 2 == 0 ? "" : "1";
-        for (std::size_t n = 1 + random() % 6; n > 0; --n)
-            name += characters[random() % characters.size()];
-        names.push_back(name + 'z');
-    }
-    for (const std::string &name : names) {
-        Document document = documentOf(table({1, 2.5}, {column(name, {-3, 1e300})}));
-        selectByIndex(document, {0, 0}, false);
-        const std::string text = dataTextOfSelection(document, true, '.');
-        const std::vector<DataTable> read = readDataText(text, '.');
-        ASSERT_EQ(read.size(), 1U) << text;
-        EXPECT_EQ(textOf(read[0].table), textOf(document.sources[0].tables[0])) << text;
-    }
 }
