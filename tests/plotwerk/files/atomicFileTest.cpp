@@ -202,7 +202,8 @@ TEST_P(AtomicFile, IsARegularOneOrRefusedWithoutWaiting) {
     write(file, "");
     for (const auto &[size, reason] :
          {std::pair(2'000'000'001, "too large"),
-          {2'000'000'000, "would take too much memory (limit memory)"}}) {
+          {2'000'000'000, "would take too much memory (limit memory)"},
+          {500'000'001, "would take too much memory (limit memory)"}}) {
         fs::resize_file(file, size);
         EXPECT_EQ(refusalOf([&] { readWholeFile(file); }),
                   "can't read " + file.string() + ": " + reason);

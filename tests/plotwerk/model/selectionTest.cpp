@@ -41,7 +41,6 @@ TEST(Selection, FindsByNameAndByPattern) {
     // source, table and column, and what they select as names and as patterns
     const std::tuple<const char *, int, const char *, const char *, const char *> cases[] = {
         {"", -1, "", "0 1 2 3 ", "0 1 2 3 "},
-        {"A", -1, "", "0 1 2 ", "0 1 2 "},
         {"", -1, "a", "0 3 ", "0 3 "},
         {"", 2, "", "2 ", "2 "},
         {"B", 2, "", "", ""},
