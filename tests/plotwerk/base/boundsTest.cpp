@@ -51,25 +51,21 @@ TEST(InChild, KeepsWhatTheWorkWroteAndNothingElse) {
 TEST(InChild, TurnsEveryBadEndIntoARefusal) {
     setBound("seconds=1");
     volatile int forever = 1;
-    const struct {
-        const char *want;
-        std::function<void()> work;
-    } cases[] = {
+    const std::pair<const char *, std::function<void()>> cases[] = {
         {"no curve", [] { throw Refusal("no curve"); }},
         {"takes too much memory (limit memory)", [] { throw std::bad_alloc(); }},
         {"takes too much memory (limit memory)", [] { std::abort(); }},
         {"takes too long (limit seconds)",
          [&] {
-             while (forever) {
+             for (; forever;) {
              }
          }},
-        {"can't be done: its process was ended by signal 11",
-         [] {
+        {"can't be done: its process was ended by signal 11", [] {
              std::signal(SIGSEGV, SIG_DFL);
              std::raise(SIGSEGV);
-         }},
-    };
-    for (const auto &c : cases) EXPECT_EQ(refusalOf([&] { inChild(c.work); }), c.want);
+         }}};
+    for (const auto &[want, work] : cases)
+        EXPECT_EQ(refusalOf([&, &done = work] { inChild(done); }), want);
     setBound("seconds=10");
 }
 
