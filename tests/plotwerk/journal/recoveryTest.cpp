@@ -6,6 +6,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <map>
 #include <re2/re2.h>
 #include <set>
 #include <sys/resource.h>
@@ -36,10 +37,12 @@ class RecoveryTest : public ServerTest {
         return plotwerk::journalPaths(stateDirectory / "journal").size();
     }
 
+    using Documents = std::vector<std::pair<std::string, std::string>>;
+
     // Of all open documents, the front one first, names and contents in CBOR. Closes them. An
     // untouched "Untitled" behind them is none of them.
-    std::vector<std::pair<std::string, std::string>> documents() {
-        std::vector<std::pair<std::string, std::string>> all;
+    Documents documents() {
+        Documents all;
         const std::string copy = pathOf("copy");
         const auto add = [&](const std::string &name) {
             plotwerk->saveDocument_to_binary_(name, copy, true);
@@ -60,7 +63,6 @@ class RecoveryTest : public ServerTest {
         return all;
     }
 
-    using Documents = std::vector<std::pair<std::string, std::string>>;
     static std::string differenceOf(const Documents &got, const Documents &wanted) {
         std::string text;
         for (std::size_t i = 0; i < std::max(got.size(), wanted.size()); ++i) {
@@ -83,22 +85,17 @@ class RecoveryTest : public ServerTest {
 
 TEST_F(RecoveryTest, BringsBackWhatNoFileHolds) {
     start();
-    const std::string saved = pathOf("saved"), text = file("data", "x a\n1 2\n2 4\n");
+    const std::string text = file("data", "x a\n1 2\n2 4\n");
     const auto read = [&](const std::string &document, const char *data) {
         plotwerk->replaceDataformText_of_source_doRangeOverAll_(data, document, "Data", false);
     };
-    plotwerk->newDocumentWithName_("empty");
-    plotwerk->newDocumentWithName_("closed");
-    read("closed", "1 2\n");
-    plotwerk->newDocumentWithName_("kept");
-    read("kept", "1 2\n");
-    plotwerk->newDocumentWithName_("saved");
-    read("saved", "1 2\n");
-    plotwerk->saveDocument_as_binary_("saved", saved, false);
+    for (const char *name : {"empty", "closed", "kept", "saved", "changed"}) {
+        plotwerk->newDocumentWithName_(name);
+        if (*name != 'e') read(name, "1 2\n");
+        if (*name == 's' || std::string_view(name) == "changed")
+            plotwerk->saveDocument_as_binary_(name, pathOf(name), false);
+    }
     plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_("saved", 0, 0, false);
-    plotwerk->newDocumentWithName_("changed");
-    read("changed", "1 2\n");
-    plotwerk->saveDocument_as_binary_("changed", pathOf("changed"), false);
     plotwerk->saveDocument_to_binary_("changed", pathOf("a copy"), false);
     plotwerk->setDeciSeparator_(1);
     read("changed", "x a\n1,5 2,5\n");
@@ -139,8 +136,7 @@ TEST_F(RecoveryTest, BringsBackWhatNoFileHolds) {
                            "plotwerkd --recover\n"));
     EXPECT_EQ(end.find("\"empty\" can be"), std::string::npos);
     EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "data");
-    const auto xRange = plotwerk->getXRangeOf_xmin_xmax_("changed copy");
-    EXPECT_EQ(xRange, std::make_tuple(1.0, 2.0));
+    EXPECT_EQ(plotwerk->getXRangeOf_xmin_xmax_("changed copy"), std::make_tuple(1.0, 2.0));
     plotwerk->saveDocument_as_binary_("changed copy", pathOf("b"), false);
     EXPECT_EQ(journals(), 0U);
     stop();
@@ -155,35 +151,30 @@ TEST_F(RecoveryTest, KeepsWhatCannotBeBroughtBackNow) {
     plotwerk->createCurveAtSelectionOf_minx_maxx_incx_miny_incy_("large", 1, 650'000, 1, 0, 1);
     plotwerk->duplicateAsPlottedOf_("large"); // written as it is
     plotwerk->actify_("small");
-    const std::vector<std::string> names{"small", "large", "large copy"};
-    std::vector<std::string> contents;
-    for (const std::string &name : names) contents.push_back(contentsOf(name));
+    std::map<std::string, std::string> contents;
+    for (const char *name : {"small", "large", "large copy"}) contents[name] = contentsOf(name);
 
-    const struct {
-        std::vector<std::string> arguments;
-        std::vector<std::string> told;
-    } starts[] = {
-        {{"--recover", "--limit=memory=10"},
+    const std::pair<const char *, std::vector<std::string>> starts[] = {
+        {"--limit=memory=10",
          {"can't bring back \"large\" as it was on ",
           ": can't be repeated: would take too much memory (limit memory) (\"large\")\n",
           "info: brought back \"large copy\""}},
-        {{"--recover", "--limit=documents=18"},
+        {"--limit=documents=18",
          {"info: brought back \"large copy\"", "can't bring back \"large\" as it was on "}},
-        {{"--recover", "--limit=documents=10"},
+        {"--limit=documents=10",
          {"can't bring back \"large\" as it was on ",
           "can't bring back \"large copy\" as it was on ",
           ": the open documents would take too much memory (limit documents)\n"}}};
-    for (const auto &each : starts) {
-        die(SIGKILL, each.arguments);
+    for (const auto &[limit, told] : starts) {
+        die(SIGKILL, {"--recover", limit});
         EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "small");
-        EXPECT_EQ(contentsOf("small"), contents[0]);
+        EXPECT_EQ(contentsOf("small"), contents["small"]);
         EXPECT_EQ(journals(), 3U);
         const std::string log = die(SIGTERM, {});
-        for (const std::string &line : each.told) EXPECT_TRUE(holds(log, line));
+        for (const std::string &line : told) EXPECT_TRUE(holds(log, line));
     }
     die(SIGKILL, {"--recover"});
-    for (std::size_t i = 0; i < names.size(); ++i)
-        EXPECT_TRUE(contentsOf(names[i]) == contents[i]) << names[i];
+    for (const auto &[name, content] : contents) EXPECT_TRUE(contentsOf(name) == content) << name;
     stop();
 }
 
@@ -197,34 +188,8 @@ TEST_F(RecoveryTest, KeepsNoJournalsWhereNoneAreWanted) {
 
 namespace {
 
-struct Message {
-    std::string method;
-    Values values;
-};
-
-const std::vector<Message> beginning{
-    {"setDeciSeparator_", {0}},
-    {"newDocumentWithName_", {"doc"}},
-    {"replaceDataformText_of_source_doRangeOverAll_",
-     {"x a b \"a error\"\n0 1 5 0.1\n1 3 4 0.2\n2 5 6 0.1\n3 6.5 4 0.3\n", "doc", "Data", false}},
-    {"selectCurvesOf_indexFirst_indexLast_appendSelection_", {"doc", 0, 0, false}},
-    {"copySelectedCurvesOf_includeX_", {"doc", true}},
-    {"setFormulaOf_formulaText_", {"doc", "a*x+b"}}};
-
-const std::set<std::string> others{"actify",
-                                   "addPDFtoCompositionView",
-                                   "closeDocument",
-                                   "copyPDF",
-                                   "copyTIFF",
-                                   "display",
-                                   "newCompositionView",
-                                   "openFile",
-                                   "printDoc",
-                                   "saveDocument",
-                                   "savePDFofCompositionView",
-                                   "savePictureEPS",
-                                   "savePicturePDF",
-                                   "savePictureTIFF"};
+const RE2 others("actify|addPDF.*|closeDocument|copy(PDF|TIFF)|display|newComposition.*|openFile|"
+                 "printDoc|save.*");
 
 // Random messages about the document "doc" and few others.
 class Messages {
@@ -236,16 +201,16 @@ class Messages {
         const Method &method = methods[random.below(methods.size())];
         Message message{method.name, random.arguments(method)};
         const std::string keyword = method.keyword();
-        if (others.contains(keyword) && random.below(50) != 0) return std::nullopt;
+        const bool isOther = RE2::FullMatch(keyword, others);
+        if (isOther && random.below(50) != 0) return std::nullopt;
         if (keyword == "newDocumentWithName")
             message.values = {"new " + std::to_string(++unique)};
         else if (keyword == "closeDocument")
             message.values = {"new " + std::to_string(1 + random.below(9)), false};
         else if (keyword == "actify" || keyword == "display")
             message.values[0] = "new " + std::to_string(1 + random.below(9));
-        else if (others.contains(keyword) ||
-                 ((keyword == "pasteDataOf" || keyword == "duplicateAsPlottedOf") &&
-                  !once.insert(keyword).second))
+        else if (isOther || ((keyword == "pasteDataOf" || keyword == "duplicateAsPlottedOf") &&
+                             !once.insert(keyword).second))
             return std::nullopt;
         return message;
     }
@@ -322,7 +287,6 @@ TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
         unanswered += without;
         done += with;
     }
-    RecordProperty("answered", std::to_string(answered));
     std::printf("%d deaths, %zu messages answered; the last was not done %zu times, done %zu\n",
                 deaths, answered, unanswered, done);
     stop();

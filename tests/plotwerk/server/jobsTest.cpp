@@ -59,19 +59,3 @@ TEST_F(JobsTest, WhatIsRefusedIsToldWithItsReasonAndNothingElseIs) {
               "callPlw: open: can't read DIR/none: No such file or directory\n");
     EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "none");
 }
-
-TEST_F(JobsTest, NaNIsAnsweredWithoutASignWhereverItComesFrom) {
-    start({file("data.txt", "x y\n1 -nan\n2 5\n3 inf\n4 inf\n5 -inf\n")});
-    const Output output = run("-x Yi -s 0 -i 0\n"
-                              "-x YatX -s 0 -a 3.5\n"
-                              "-x selectCurveByIndex -i 0\n"
-                              "-x statistic\n"
-                              "-x setYi -s 0 -i 1 -a -nan\n"
-                              "-x Yi -s 0 -i 1\n"
-                              "-x setFormula -f 0*x/0\n-x modifyY\n"
-                              "-x Yi -s 0 -i 2\n"
-                              "-x saveDocument -b yes -f DIR/saved\n");
-    EXPECT_EQ(output.out, "nan\nnan\n4 -inf inf nan nan nan y\nnan\nnan\nsave succeeded\n");
-    const std::string negative("\0\0\0\0\0\0\xf8\xff", 8);
-    EXPECT_EQ(bytesOf(pathOf("saved")).find(negative), std::string::npos);
-}

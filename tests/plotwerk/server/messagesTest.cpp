@@ -14,13 +14,17 @@ TEST_F(MessagesTest, ToNoDocumentAreRefusedWithItsName) {
     plotwerk->newCompositionView_({0, 0, 300, 200});
     plotwerk->actify_("Untitled");
     const std::set<std::string> toTheApplication{
-        "documentNameOfFrontWindow",         "waitForEmptyReply", "newDocumentWithName_",
-        "openFile_file_doRangeOverAll_",     "setDeciSeparator_", "newCompositionView_",
-        "savePDFofCompositionView_openWith_"};
+        "documentNameOfFrontWindow", "waitForEmptyReply",  "newDocumentWithName",     "openFile",
+        "setDeciSeparator",          "newCompositionView", "savePDFofCompositionView"};
     const std::map<std::string, std::string> neutral{
-        {"", ""},    {"d", "nan"}, {"dd", "nan nan"},        {"i", "-1"},
-        {"b", "no"}, {"s", "''"},  {"iidd", "-1 -1 nan nan"}};
-    const std::map<std::string, std::string> special{
+        // by keyword, or by the types of the answer
+        {"", ""},
+        {"d", "nan"},
+        {"dd", "nan nan"},
+        {"i", "-1"},
+        {"b", "no"},
+        {"s", "''"},
+        {"iidd", "-1 -1 nan nan"},
         {"nameOfNextMarkedCurveOf", "'' '' no 0 -1"},
         {"markSelectedCurvesOf", "0"},
         {"startFitOf", "1 0 nan nan"},
@@ -35,17 +39,15 @@ TEST_F(MessagesTest, ToNoDocumentAreRefusedWithItsName) {
     for (const auto &[name, reason] : documents) {
         for (const Method &method : methodsOf(*connection)) {
             const std::string keyword = method.keyword();
-            if (toTheApplication.contains(method.name)) continue;
+            if (toTheApplication.contains(keyword)) continue;
             if (name == "lost" && (keyword == "closeDocument" || keyword == "didSaveSucceed"))
                 continue;
             std::vector<std::string> arguments;
             for (const auto &argument : method.arguments)
                 arguments.push_back(argument.type == "s" ? name : values.at(argument.type));
             plotwerk->actify_("Untitled"); // clears lastError
-            const auto found = special.find(keyword);
-            const std::string &answer =
-                found == special.end() ? neutral.at(method.results) : found->second;
-            EXPECT_EQ(answerTo(method, arguments), answer) << method.name;
+            const std::string &kind = neutral.contains(keyword) ? keyword : method.results;
+            EXPECT_EQ(answerTo(method, arguments), neutral.at(kind)) << method.name;
             EXPECT_EQ(lastError(), reason) << method.name;
         }
     }
@@ -62,9 +64,7 @@ TEST_F(MessagesTest, RefuseTextsThatAreTooLongAndWhatIsNoName) {
     const std::string longName = "a name can't have more than 1000 bytes",
                       noName =
                           "a name can't have control characters, line ends or turns of direction";
-    const auto longer = [](const std::string &what) { return what + " bytes"; };
     const char *read = "replaceDataformText_of_source_doRangeOverAll_";
-    const char *setText = "setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_";
     const struct {
         std::string method;
         std::vector<std::string> arguments;
@@ -73,7 +73,6 @@ TEST_F(MessagesTest, RefuseTextsThatAreTooLongAndWhatIsNoName) {
         {"newDocumentWithName_", {n1000 + 'n'}, longName},
         {"newDocumentWithName_", {"a\nb"}, noName},
         {read, {"1 2\n", doc, n1000 + 'n', "no"}, longName},
-        {read, {"1 2\n", doc, "\x1b]0;b\a", "no"}, noName},
         {read, {"x " + n1000 + "n\n1 2\n", doc, "", "no"}, longName},
         {read, {"\"a\x1b\tb\" " + n1000 + "\n0 0\n1 0\n2 5\n3 0\n4 0\n", doc, "", "no"}},
         {"selectCurvesOf_indexFirst_indexLast_appendSelection_", {doc, "0", "0", "no"}},
@@ -83,19 +82,18 @@ TEST_F(MessagesTest, RefuseTextsThatAreTooLongAndWhatIsNoName) {
          longName},
         {"changeNameOfSelectionOf_to_", {doc, n994 + 'n'}, longName},
         {"changeNameOfSelectionOf_to_", {doc, "a\u2028b"}, noName},
-        {"changeNameOfSelectionOf_to_", {doc, "a\u0085b"}, noName},
         {"changeNameOfSelectionOf_to_", {doc, "\u202e\u05d0"}, noName},
         {"changeNameOfSelectionOf_to_", {doc, "a\u2066b"}, noName},
         {"changeNameOfSelectionOf_to_", {doc, "\u05d0\u200f\u061c"}},
         {"changeNameOfSelectionOf_to_", {doc, n994}},
-        {"setXTitleOf_to_", {doc, text}, longer("a title can't have more than 100000")},
-        {setText,
+        {"setXTitleOf_to_", {doc, text}, "a title can't have more than 100000 bytes"},
+        {"setRTFTextOf_to_at_X_at_Y_angle_xFloating_yFloating_",
          {doc, text, "0", "0", "0", "0", "0"},
-         longer("a text can't have more than 100000")},
-        {"setFormulaOf_formulaText_", {doc, text}, longer("a formula can't have more than 100000")},
+         "a text can't have more than 100000 bytes"},
+        {"setFormulaOf_formulaText_", {doc, text}, "a formula can't have more than 100000 bytes"},
         {"readFormulaParameterOf_parameterList_",
          {doc, std::string(1'000'001, ' ')},
-         longer("a list of parameters can't have more than 1000000")},
+         "a list of parameters can't have more than 1000000 bytes"},
         {"newDocumentWithName_", {n1000}},
         {"newDocumentWithName_", {n1000}, longName}, // with the time behind it
         {"duplicateAsPlottedOf_", {n1000}, longName},
@@ -106,11 +104,8 @@ TEST_F(MessagesTest, RefuseTextsThatAreTooLongAndWhatIsNoName) {
         const std::string before = contentsOf(doc);
         answerTo(methods.at(c.method), c.arguments);
         const std::string error = lastError(), method = c.method.substr(0, 40);
-        EXPECT_TRUE(c.reason.empty() ? error.empty() : error.starts_with(c.reason))
-            << method << ": " << error;
-        if (!c.reason.empty()) {
-            EXPECT_TRUE(contentsOf(doc) == before) << method;
-        }
+        EXPECT_EQ(error.substr(0, c.reason.empty() ? 99 : c.reason.size()), c.reason) << method;
+        EXPECT_TRUE(c.reason.empty() || contentsOf(doc) == before) << method;
     }
     const std::string saved = contentsOf(doc);
     EXPECT_TRUE(holds(saved, "\"name\":\"a  b\""));

@@ -3,26 +3,21 @@
 
 #include <csignal>
 
-class ProgramTest : public ServerTest {};
+using ProgramTest = ServerTest;
 
 TEST_F(ProgramTest, ExplainsItselfAndItsUsage) {
-    const struct {
-        std::vector<std::string> arguments;
-        int status;
-        std::string out, err;
-    } cases[] = {{{"--help"}, 0, "usage: plotwerkd ", ""},
-                 {{"--version"}, 0, "plotwerkd " PLOTWERK_VERSION "\n", ""},
-                 {{"--nix"}, 2, "", "\nusage: plotwerkd "},
-                 {{"--limit", "seconds=20", "--version"}, 0, "plotwerkd ", ""},
-                 {{"--limit", "nix=1"}, 2, "", "no limit is called \"nix\"\nusage: plotwerkd "},
-                 {{"--log-level", "loud"}, 2, "", "'loud'\nusage: plotwerkd "}};
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.arguments.front());
-        const Output output = runProgram(command(c.arguments));
-        EXPECT_EQ(output.status, c.status);
-        EXPECT_TRUE(holds(output.out, c.out));
-        EXPECT_TRUE(holds(output.err, c.err));
-        EXPECT_EQ(output.out.empty(), c.out.empty());
+    const std::tuple<std::vector<std::string>, std::string, std::string> cases[] = {
+        {{"--help"}, "usage: plotwerkd ", ""},
+        {{"--limit", "seconds=20", "--version"}, "plotwerkd " PLOTWERK_VERSION "\n", ""},
+        {{"--nix"}, "", "\nusage: plotwerkd "},
+        {{"--limit", "nix=1"}, "", "no limit is called \"nix\"\nusage: plotwerkd "},
+        {{"--log-level", "loud"}, "", "'loud'\nusage: plotwerkd "}};
+    for (const auto &[arguments, out, err] : cases) {
+        const Output output = runProgram(command(arguments));
+        EXPECT_EQ(output.status, err.empty() ? 0 : 2) << arguments.front();
+        EXPECT_TRUE(holds(output.out, out));
+        EXPECT_TRUE(holds(output.err, err));
+        EXPECT_EQ(output.out.empty(), out.empty());
     }
 }
 
@@ -42,9 +37,6 @@ TEST_F(ProgramTest, OwnsItsNameAloneUntilASignal) {
         const Output output = program->finish();
         EXPECT_EQ(output.status, 0);
         EXPECT_TRUE(holds(output.err, "info: owns org.plotwerk.PlotwerkControl as :"));
-        EXPECT_TRUE(holds(output.err,
-                          "warning: unsaved changes of \"Untitled\" can be brought back by "
-                          "plotwerkd --recover\n"));
         EXPECT_FALSE(bus.hasOwner(busName));
     }
 }
@@ -56,8 +48,7 @@ TEST_F(ProgramTest, EndsWithStatusOneWithoutABus) {
     const Output bereft = program->finish();
     EXPECT_EQ(bereft.status, 1);
     EXPECT_TRUE(holds(bereft.err, "plotwerkd: error: the bus has gone: "));
-    EXPECT_TRUE(holds(bereft.err, "warning: unsaved changes of \"Untitled\" can be brought back by "
-                                  "plotwerkd --recover\n"));
+    EXPECT_TRUE(holds(bereft.err, "warning: unsaved changes of \"Untitled\" can be brought back"));
 
     const Output output = runProgram(command());
     EXPECT_EQ(output.status, 1);

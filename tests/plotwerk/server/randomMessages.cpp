@@ -49,6 +49,15 @@ const Values documents{"doc", "doc copy", "", "nix", std::string(200'000, 'n')};
 
 } // namespace
 
+const std::vector<Message> beginning{
+    {"setDeciSeparator_", {0}},
+    {"newDocumentWithName_", {"doc"}},
+    {"replaceDataformText_of_source_doRangeOverAll_",
+     {"x a b \"a error\"\n0 1 5 0.1\n1 3 4 0.2\n2 5 6 0.1\n3 6.5 4 0.3\n", "doc", "Data", false}},
+    {"selectCurvesOf_indexFirst_indexLast_appendSelection_", {"doc", 0, 0, false}},
+    {"copySelectedCurvesOf_includeX_", {"doc", true}},
+    {"setFormulaOf_formulaText_", {"doc", "a*x+b"}}};
+
 const Values &valuesOf(const Method::Argument &argument) {
     for (const auto &[keys, values] : pools)
         if (keys.contains(argument.name) || keys.contains(argument.type)) return values;

@@ -16,6 +16,14 @@ using Values = std::vector<Value>;
 // What may be sent: the first is sensible, the others need not be. The first document is "doc".
 const Values &valuesOf(const Method::Argument &argument);
 
+struct Message {
+    std::string method;
+    Values values;
+};
+
+// They make the document that sensible messages work on, its first curve selected and copied.
+extern const std::vector<Message> beginning;
+
 class Random {
   public:
     explicit Random(unsigned seed) : engine(seed) {}

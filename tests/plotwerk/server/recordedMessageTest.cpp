@@ -3,34 +3,28 @@
 #include "plotwerk/application/application.h"
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/server/controlObject.h"
+#include "tests/plotwerk/base/refusalOf.h"
 #include "tests/plotwerk/server/serverTest.h"
 
-#include <bit>
 #include <climits>
+#include <cmath>
 #include <gtest/gtest.h>
 
 using namespace plotwerk;
 
 TEST(RecordedMessage, GivesItsArgumentsBackBitForBit) {
     const std::string text = "\u00e4\n\t\U0001F600" + std::string(100'000, 'x'), empty;
-    const double nan = std::bit_cast<double>(0xfff8'0000'dead'beefULL);
     const std::int32_t least = INT_MIN;
-    const double minusZero = -0.0;
+    const double minusZero = -0.0, small = 1e-320;
     const bool yes = true;
     const std::string record =
-        encodedMessage(',', "mixed", std::tie(text, least, minusZero, yes, empty, nan)).whole();
+        encodedMessage(',', "mixed", std::tie(text, least, minusZero, yes, empty, small)).whole();
     const RecordedMessage message = decodedMessage(record);
     EXPECT_EQ(message.decimalSeparator, ',');
     EXPECT_EQ(message.member, "mixed");
-    ASSERT_EQ(message.arguments.size(), 6U);
-    EXPECT_EQ(message.arguments[0], Argument(text));
-    EXPECT_EQ(message.arguments[1], Argument(INT_MIN));
-    EXPECT_EQ(std::bit_cast<std::uint64_t>(std::get<double>(message.arguments[2])), 1ULL << 63);
-    EXPECT_EQ(message.arguments[3], Argument(true));
-    EXPECT_EQ(message.arguments[4], Argument(empty));
-    EXPECT_EQ(std::bit_cast<std::uint64_t>(std::get<double>(message.arguments[5])),
-              0xfff8'0000'dead'beefULL);
-
+    EXPECT_EQ(message.arguments,
+              (std::vector<Argument>{text, least, minusZero, yes, empty, small}));
+    EXPECT_TRUE(std::signbit(std::get<double>(message.arguments[2])));
     for (std::size_t length = record.size() - 8; length < record.size(); ++length)
         EXPECT_THROW(decodedMessage(std::string_view(record).substr(0, length)), Refusal);
     EXPECT_THROW(decodedMessage(record + 'q'), Refusal);
@@ -44,12 +38,10 @@ TEST(RecordedMessage, ThatIsDamagedChangesNothingForLaterOnes) {
     application.add({.name = "doc"});
     ControlObject object(application);
     const std::string name = "doc";
-    for (const bool damaged : {true, false}) {
-        if (damaged)
-            EXPECT_THROW(object.repeat(encodedMessage('.', "none", std::tuple<>()).whole()),
-                         Refusal);
-        else
-            object.repeat(encodedMessage('.', "setXTitleOf_to_", std::tie(name, name)).whole());
+    const std::string unknown = encodedMessage('.', "none", std::tuple<>()).whole();
+    const std::string known = encodedMessage('.', "setXTitleOf_to_", std::tie(name, name)).whole();
+    for (const std::string &record : {unknown, known}) {
+        EXPECT_EQ(refusalOf([&] { object.repeat(record); }).empty(), record == known);
         object.perform({'.',
                         "selectCurvesOf_sourceName_table_column_appendSelection_",
                         {name, std::string("none"), -1, std::string(), false}});
@@ -66,18 +58,4 @@ TEST(RecordedMessage, ThatIsDamagedChangesNothingForLaterOnes) {
     EXPECT_EQ(application.document("doc").axes[xAxis].title, "doc");
     title({doc, text});
     EXPECT_EQ(application.document("doc").axes[xAxis].title, "text");
-}
-
-TEST(RecordedMessage, IsRepeatedWithItsOwnDecimalSeparator) {
-    Application application;
-    application.add({.name = "doc"});
-    ControlObject object(application);
-    const std::string data = "1,5 2,5\n", doc = "doc", source = "s";
-    const bool range = false;
-    for (const auto &[separator, x] : {std::pair{',', 1.5}, {'.', 1.0}}) {
-        object.repeat(encodedMessage(separator, "replaceDataformText_of_source_doRangeOverAll_",
-                                     std::tie(data, doc, source, range))
-                          .whole());
-        EXPECT_EQ(application.document("doc").sources.at(0).tables.at(0).x.values.at(0), x);
-    }
 }

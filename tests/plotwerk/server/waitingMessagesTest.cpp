@@ -12,12 +12,10 @@ using namespace plotwerk;
 
 namespace {
 
-class Message final : public WaitingMessage {
-  public:
+struct Message final : WaitingMessage {
     explicit Message(std::function<void()> how) : answering(std::move(how)) {}
     void answer() override { answering(); }
 
-  private:
     const std::function<void()> answering;
 };
 
@@ -48,8 +46,6 @@ TEST(WaitingMessages, TakeTurnsByClientAndTakeNoRoomOnceTheyAreAnswered) {
     add("third", 1, 'A');
     add("other", 10, 'b');
     EXPECT_EQ(messages.bytes(), 3021U);
-    messages.answerNext();
-    EXPECT_EQ(messages.bytes(), 2021U);
     answerAll();
     EXPECT_EQ(answered, "1aA!2b3") << "one that can't be answered yet stays the next";
     EXPECT_EQ(messages.bytes(), 0U);
