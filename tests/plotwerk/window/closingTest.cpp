@@ -53,11 +53,10 @@ TEST_F(WindowTest, QuittingWaitsForTheAnswerToAnOpenDialog) {
 TEST_F(WindowTest, ClosingAndEndingCancelAFit) {
     startWithSlowFit();
     plotwerk->setXTitleOf_to_(name, "unsaved");
-    idle = screen.stillShot();
     std::optional<ChildProcess> fit;
     const auto begin = [&] {
         fit.emplace(std::vector<std::string>{CALLPLW, "-x", "fit"});
-        waitForCancelButton();
+        waitForProgress();
     };
     begin();
     screen.type("ctrl+w");

@@ -119,39 +119,6 @@ TEST_F(WindowTest, UndoesWhatMessagesDidToTheSameBytes) {
     stop();
 }
 
-TEST_F(WindowTest, OffersWhatCanBeDone) {
-    startWithLine();
-    screen.frame();
-    // of the actions those that can't be done, and behind a bar those that are on
-    const struct {
-        const char *what, *states;
-    } steps[] = {
-        {"", "cancel-fit copy-data delete differentiate fit-data hide mark redo rename show "
-             "sort-by-x swap-with-x toggle-line toggle-symbols undo view-back view-forward "
-             "| show-curves "},
-        {"select-all", "cancel-fit redo undo view-back view-forward | show-curves toggle-line "},
-        {"toggle-line", "cancel-fit redo view-back view-forward | show-curves "},
-        {"undo", "cancel-fit undo view-back view-forward | show-curves toggle-line "},
-        {"zoom-in", "cancel-fit redo view-forward | show-curves toggle-line "},
-        {"view-back", "cancel-fit redo view-back | show-curves toggle-line "},
-        {"logarithmic-x", "cancel-fit redo view-back | logarithmic-x show-curves toggle-line "},
-        {"fill-window",
-         "cancel-fit redo view-back | fill-window logarithmic-x show-curves toggle-line "},
-        {"toggle-symbols", "cancel-fit redo view-back "
-                           "| fill-window logarithmic-x show-curves toggle-line toggle-symbols "},
-        {"show-fit",
-         "cancel-fit redo view-back "
-         "| fill-window logarithmic-x show-curves show-fit toggle-line toggle-symbols "},
-    };
-    constexpr int reopened = 3; // behind the first and the one that took its place
-    for (const auto &step : steps) {
-        if (*step.what != '\0') activate(reopened, step.what);
-        screen.settle();
-        EXPECT_EQ(states(reopened), step.states) << step.what;
-    }
-    stop();
-}
-
 TEST_F(WindowTest, OutlivesTheBusAndAsksToSaveWhenItIsClosed) {
     startWithLine();
     plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
