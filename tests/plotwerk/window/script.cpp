@@ -120,6 +120,11 @@ std::string ScriptTest::look(const std::string &what) {
     if (word == "layout") return layoutOf(screen.widgets());
     if (word == "states") return states(1);
     if (word == "text") return widgetIn(words).text;
+    if (word == "dots") {
+        const Widget of = widgetIn(words);
+        return screen.pixels({of.at.x, of.middle().y}, {1, 0}, of.width) + "| " +
+               screen.pixels({of.middle().x, of.at.y}, {0, 1}, of.height);
+    }
     if (word == "looks") return widgetIn(words).looks;
     if (word == "answers") {
         std::string answers;

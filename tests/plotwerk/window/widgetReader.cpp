@@ -90,9 +90,19 @@ static std::string placeOf(GtkWidget *widget) {
         x += gdk_popup_get_position_x(GDK_POPUP(surface));
         y += gdk_popup_get_position_y(GDK_POPUP(surface));
     }
+    double width = box.size.width, height = box.size.height;
+    if (GTK_IS_LABEL(widget)) { // the text itself
+        int right = 0, down = 0, textWidth = 0, textHeight = 0;
+        gtk_label_get_layout_offsets(GTK_LABEL(widget), &right, &down);
+        pango_layout_get_pixel_size(gtk_label_get_layout(GTK_LABEL(widget)), &textWidth,
+                                    &textHeight);
+        x += right;
+        y += down;
+        width = textWidth;
+        height = textHeight;
+    }
     std::string numbers;
-    for (const double number :
-         {x + box.origin.x, y + box.origin.y, double{box.size.width}, double{box.size.height}})
+    for (const double number : {x + box.origin.x, y + box.origin.y, width, height})
         numbers += std::to_string(std::lround(number)) + ' ';
     return numbers;
 }
