@@ -41,10 +41,19 @@ Screen::Screen(const std::optional<ChildProcess> &of) : program(of) {
     setenv("GIO_EXTRA_MODULES", GIO_MODULES, 1);
     setenv("WIDGETS", (folder.path / "widgets").c_str(), 1);
 
+    // Widgets are everywhere as large as here.
+    setenv("GTK_THEME", "Default", 1);
+    setenv("FONTCONFIG_FILE", (folder.path / "fonts.conf").c_str(), 1);
+    for (const char *scale : {"GDK_SCALE", "GDK_DPI_SCALE"}) unsetenv(scale);
+    std::ofstream(folder.path / "fonts.conf")
+        << "<fontconfig><dir>/usr/share/fonts/truetype/dejavu</dir><cachedir>"
+        << folder.path.string()
+        << "</cachedir><alias><family>monospace</family><prefer><family>DejaVu Sans Mono</family>"
+           "</prefer></alias></fontconfig>";
     std::filesystem::create_directory(folder.path / "gtk-4.0");
     std::ofstream(folder.path / "gtk-4.0/settings.ini")
         << "[Settings]\ngtk-cursor-blink=false\ngtk-enable-animations=false\n"
-           "gtk-print-backends=file\ngtk-font-name=DejaVu Sans 10\n";
+           "gtk-print-backends=file\ngtk-font-name=DejaVu Sans 10\ngtk-icon-theme-name=hicolor\n";
     for (const char *home : {"XDG_CONFIG_HOME", "XDG_DATA_HOME"})
         setenv(home, folder.path.c_str(), 1);
 }

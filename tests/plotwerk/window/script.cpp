@@ -50,7 +50,7 @@ void ScriptTest::act(const std::string &line) {
          }},
         {"key",
          [&] {
-             for (std::string key; words >> key;) screen.type(key);
+             for (std::string key; words >> key; screen.settle()) screen.type(key);
          }},
         {"write", [&] { screen.write(restOf(words)); }},
         {"click", [&] { screen.click(widget()); }},

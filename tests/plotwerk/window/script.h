@@ -9,19 +9,25 @@
 #include <sstream>
 #include <string>
 
-// A line of it does something; the indented lines behind it, WHAT: TEXT, are what is seen then.
-// RIGHT and UP are parts of the plot's frame; +1 or -1 behind them, pixels to the right or down.
+// A line of it does something; the indented lines behind it, WHAT: TEXT, are what is seen then, the
+// further lines of a text indented more. RIGHT and UP are parts of the plot's frame; +1 or -1
+// behind them, pixels to the right or down. WIDGET is what it says, or its kind.
 //   call WORDS              what callPlw -x WORDS does, the words as a shell takes them
 //   do ACTION               an action of the window, or app.ACTION
 //   key KEY ...   write TEXT
 //   click [N] WIDGET        shift, ctrl: with that key; menu: by the other button
-//   point RIGHT UP [KEY]    twice, hover; away: the mouse leaves the plot; wheel RIGHT UP CLICKS
+//   point RIGHT UP [KEY]    a click; twice: two. What is clicked before at that place counts, too
 //   drag RIGHT UP RIGHT UP [KEY]    pan: by the middle button; hold: until `release`
+//   hover RIGHT UP          the mouse stays there; away: it leaves the plot
+//   wheel RIGHT UP CLICKS   up where positive
 //   frame                   finds the frame anew
-// What is seen, further lines of it indented more: layout, the place and the looks of all widgets;
-// shown [TITLE] and looks WIDGET as Screen tells it, text WIDGET, states (of
-// actions), answer WORDS (of callPlw), across UP and down RIGHT: the pixels of a line through the
-// frame.
+//   layout                  place and looks of all widgets, of labels the place of their text
+//   shown [TITLE]           as Screen tells it, of windows whose title ends so
+//   text, looks [N] WIDGET  what it says, and else looks like
+//   dots [N] WIDGET         the pixels across its middle and down it
+//   across UP, down RIGHT   those of a line through the frame
+//   states                  the actions that can't be done | those that are on
+//   answers QUESTION ...    of callPlw
 class ScriptTest : public WindowTest {
   protected:
     // Runs tests/data/windows/NAME and expects what it says. With $REWRITE in the environment what
