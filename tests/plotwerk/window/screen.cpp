@@ -53,7 +53,8 @@ Screen::Screen(const std::optional<ChildProcess> &of) : program(of) {
     std::filesystem::create_directory(folder.path / "gtk-4.0");
     std::ofstream(folder.path / "gtk-4.0/settings.ini")
         << "[Settings]\ngtk-cursor-blink=false\ngtk-enable-animations=false\n"
-           "gtk-print-backends=file\ngtk-font-name=DejaVu Sans 10\ngtk-icon-theme-name=hicolor\n";
+           "gtk-print-backends=file\ngtk-font-name=DejaVu Sans 10\ngtk-icon-theme-name=hicolor\n"
+           "gtk-double-click-time=80\n"; // is waited for: one click has no part in the next
     for (const char *home : {"XDG_CONFIG_HOME", "XDG_DATA_HOME"})
         setenv(home, folder.path.c_str(), 1);
 }
@@ -101,7 +102,8 @@ void Screen::move(Place to) {
 void Screen::click(Place at, const std::string &key, int times, int button) {
     std::vector<std::string> words = motion(at);
     if (!key.empty()) add(words, {"keydown", key});
-    add(words, {"click", "--repeat", std::to_string(times), std::to_string(button)});
+    add(words,
+        {"click", "--delay", "0", "--repeat", std::to_string(times), std::to_string(button)});
     if (!key.empty()) add(words, {"keyup", key});
     point(words);
 }
@@ -138,7 +140,8 @@ void Screen::release() {
 
 void Screen::wheel(Place at, int clicks) {
     std::vector<std::string> words = motion(at);
-    add(words, {"click", "--repeat", std::to_string(std::abs(clicks)), clicks > 0 ? "4" : "5"});
+    add(words, {"click", "--delay", "0", "--repeat", std::to_string(std::abs(clicks)),
+                clicks > 0 ? "4" : "5"});
     point(words);
 }
 

@@ -16,7 +16,7 @@
 //   do ACTION               an action of the window, or app.ACTION
 //   key KEY ...   write TEXT
 //   click [N] WIDGET        shift, ctrl: with that key; menu: by the other button
-//   point RIGHT UP [KEY]    a click; twice: two. What is clicked before at that place counts, too
+//   point RIGHT UP [KEY]    a click; twice: two
 //   drag RIGHT UP RIGHT UP [KEY]    pan: by the middle button; hold: until `release`
 //   hover RIGHT UP          the mouse stays there; away: it leaves the plot
 //   wheel RIGHT UP CLICKS   up where positive
