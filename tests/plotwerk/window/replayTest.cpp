@@ -1,5 +1,5 @@
 // What is done in the window is a script, which does it again without a window.
-#include "tests/plotwerk/window/windowTest.h"
+#include "tests/plotwerk/window/script.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,21 +9,13 @@
 
 namespace {
 
-class ReplayTest : public WindowTest {
+class ReplayTest : public ScriptTest {
   protected:
-    // The text of the journal, copied as a user would.
-    std::string copiedJournal(const std::string &line) {
-        screen.type("F8");
-        screen.settle();
-        screen.click({300, 580});
-        screen.type("ctrl+a");
-        screen.type("ctrl+c");
-        std::string script;
-        waitUntil("the journal's text", [&] {
-            script = runProgram({"xclip", "-selection", "clipboard", "-o"}).out;
-            return script.find(line) != std::string::npos;
-        });
-        return script;
+    std::string savedScript(int window = 1) {
+        activate(window, "save-script");
+        choose(pathOf("script.sh"));
+        waitForWindows(1);
+        return bytesOf(pathOf("script.sh"));
     }
 
     // Gives a plotwerkd of its own the document that was saved before, if one was, for the script
@@ -68,7 +60,21 @@ class ReplayTest : public WindowTest {
     }
 };
 
+class ScriptsTest : public ReplayTest, public testing::WithParamInterface<const char *> {};
+
 } // namespace
+
+TEST_P(ScriptsTest, ShowsWhatTheScriptSaysWhichTheJournalDoesAgain) {
+    std::filesystem::current_path(directory);
+    start({"--no-journal"});
+    follow(std::string(GetParam()) + ".txt");
+    expectItMakesTheSame(savedScript(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Windows, ScriptsTest,
+                         testing::Values("curveList", "dialogs", "fitPane", "journal", "layout",
+                                         "marks", "menus", "mouse", "status"),
+                         [](const auto &of) { return std::string(of.param); });
 
 // A new action needs a row: what it does to the document, or to files, has to be in the journal.
 TEST_F(ReplayTest, EveryActionIsInTheJournalAsWhatAScriptDoes) {
@@ -224,93 +230,6 @@ TEST_F(ReplayTest, EveryActionIsInTheJournalAsWhatAScriptDoes) {
     expectItMakesTheSame(script, before, files);
 }
 
-TEST_F(ReplayTest, MouseKeysAndPanesAreInTheJournal) {
-    startWithLine();
-    read("x z\n0 100\n5 50\n10 1\n", "More");
-    plotwerk->setFormulaOf_formulaText_(name, "a*x + b");
-    reopen();
-    const std::string before = file("before.plotwerk", bytesOf(pathOf("line.plotwerk")));
-    const ShownFrame frame = screen.frame();
-    const Place middle = frame.at(0.5, 0.6);
-    Place belowAxis = frame.at(0.25, 0);
-    belowAxis.y += 12;
-    const Place check{179, 84}; // of the first curve in the list
-    const Place valueOfA{800, 180};
-    std::string contents = contentsOf(name);
-    const std::pair<std::string, std::function<void()>> gestures[] = {
-        {"a click on a curve", [&] { screen.click(frame.at(0.8, 0.8)); }},
-        {"another added", [&] { screen.click(frame.at(0.8, 0.2), "ctrl"); }},
-        {"wheel", [&] { screen.wheel(middle, 2); }},
-        {"wheel at an axis", [&] { screen.wheel(belowAxis, -1); }},
-        {"zoom to a rectangle",
-         [&] { screen.drag(frame.at(0.2, 0.2), frame.at(0.9, 0.8), 1, "ctrl"); }},
-        {"pan by the middle button", [&] { screen.drag(middle, frame.at(0.6, 0.4), 2); }},
-        {"pan by space", [&] { screen.drag(middle, frame.at(0.6, 0.4), 1, "space"); }},
-        {"plus", [&] { screen.type("plus"); }},
-        {"minus", [&] { screen.type("minus"); }},
-        {"up", [&] { screen.type("Up"); }},
-        {"left", [&] { screen.type("Left"); }},
-        {"Home", [&] { screen.type("Home"); }},
-        {"wheel again", [&] { screen.wheel(middle, 2); }},
-        {"double click", [&] { screen.click(middle, "", 2); }},
-        {"a row of the list",
-         [&] {
-             screen.click({80, 84});
-         }},
-        {"a source of the list",
-         [&] {
-             screen.click({80, 122});
-         }},
-        {"hiding", [&] { screen.click(check); }},
-        {"showing", [&] { screen.click(check); }},
-        {"a handle",
-         [&] {
-             plotwerk->setXRangeOf_xmin_xmax_(name, 0, 10); // the handles are at its ends
-             contents = contentsOf(name);
-             screen.move(middle);
-             screen.type("F7");
-             ShownFrame narrow;
-             waitUntil("the fit pane", [&] {
-                 narrow = screen.frame();
-                 return narrow.upperRight.x < frame.upperRight.x;
-             });
-             screen.drag(narrow.at(0, 0.3), narrow.at(0.4, 0.3));
-         }},
-        {"a value",
-         [&] {
-             screen.click(valueOfA);
-             screen.type("ctrl+a");
-             screen.write("24.5");
-             screen.type("Return");
-         }},
-        {"held fixed",
-         [&] {
-             screen.type("Tab");
-             screen.type("space");
-         }},
-        {"a fit", [&] { screen.type("alt+i"); }},
-        {"a formula",
-         [&] {
-             screen.type("alt+u");
-             screen.type("ctrl+a");
-             screen.write("c = a*x^2 + d");
-             screen.type("Return");
-             screen.write("c - 1");
-             screen.type("Tab");
-         }},
-    };
-    for (const auto &[gesture, make] : gestures) {
-        make();
-        waitUntil(gesture, [&] {
-            const std::string is = contentsOf(name);
-            return std::exchange(contents, is) != is;
-        });
-        screen.settle();
-    }
-    screen.move(middle);
-    expectItMakesTheSame(copiedJournal("callPlw -x fit"), before);
-}
-
 TEST_F(ReplayTest, MessagesOfTheBusAreInTheJournalWhateverTheyAre) {
     startWithLine();
     screen.frame();
@@ -348,7 +267,7 @@ TEST_F(ReplayTest, MessagesOfTheBusAreInTheJournalWhateverTheyAre) {
     screen.settle();
     screen.type("ctrl+shift+z");
     waitUntil("redo", [&] { return contentsOf(name) == last; });
-    const std::string script = copiedJournal("callPlw -x fit");
+    const std::string script = savedScript(2);
     EXPECT_FALSE(holds(script, "didSaveSucceed")) << "a question";
     expectItMakesTheSame(script, before);
 }
@@ -365,5 +284,5 @@ TEST_F(ReplayTest, AScriptBeginsWithTheDataThatWereOpened) {
     screen.settle();
     activate(2, "undo");
     activate(2, "zoom-in");
-    expectItMakesTheSame(copiedJournal("callPlw -x setYRange"), "");
+    expectItMakesTheSame(savedScript(2), "");
 }
