@@ -11,6 +11,13 @@ namespace {
 
 class ReplayTest : public ScriptTest {
   protected:
+    ReplayTest() {
+        std::string programs;
+        for (const std::filesystem::path path : {CALLPLW, PLOTWERK})
+            programs += path.parent_path().string() + ':';
+        setenv("PATH", (programs + std::getenv("PATH")).c_str(), 1);
+    }
+
     std::string savedScript(int window = 1) {
         activate(window, "save-script");
         choose(pathOf("script.sh"));
@@ -32,8 +39,6 @@ class ReplayTest : public ScriptTest {
         programPath = PLOTWERKD;
         start({"--no-journal"});
         if (!before.empty()) openInstead(before);
-        const std::string programs = std::filesystem::path(CALLPLW).parent_path().string();
-        setenv("PATH", (programs + ':' + std::getenv("PATH")).c_str(), 1);
         setenv("CALLPLW_ERRORS", "report", 1);
         const std::string shown = script.substr(0, 2000) + "..." + script.substr(script.size() / 2);
         EXPECT_EQ(runProgram({"sh"}, script).err, "") << shown;
@@ -72,9 +77,16 @@ TEST_P(ScriptsTest, ShowsWhatTheScriptSaysWhichTheJournalDoesAgain) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, ScriptsTest,
-                         testing::Values("curveList", "dialogs", "fitPane", "journal", "layout",
-                                         "marks", "menus", "mouse", "status"),
+                         testing::Values("curveList", "dialogs", "fitPane", "hiding", "journal",
+                                         "layout", "marks", "menus", "mouse", "status"),
                          [](const auto &of) { return std::string(of.param); });
+
+TEST_F(ReplayTest, DocumentsHaveWindowsAndFilesTakeThePlaceOfAnUntouchedOne) {
+    std::filesystem::current_path(directory);
+    start({"--no-journal"});
+    follow("documents.txt");
+    stop();
+}
 
 // A new action needs a row: what it does to the document, or to files, has to be in the journal.
 TEST_F(ReplayTest, EveryActionIsInTheJournalAsWhatAScriptDoes) {
@@ -267,7 +279,7 @@ TEST_F(ReplayTest, MessagesOfTheBusAreInTheJournalWhateverTheyAre) {
     screen.settle();
     screen.type("ctrl+shift+z");
     waitUntil("redo", [&] { return contentsOf(name) == last; });
-    const std::string script = savedScript(2);
+    const std::string script = savedScript(3);
     EXPECT_FALSE(holds(script, "didSaveSucceed")) << "a question";
     expectItMakesTheSame(script, before);
 }

@@ -43,6 +43,7 @@ void ScriptTest::act(const std::string &line) {
              runProgram({"sh"}, CALLPLW " -x " + restOf(words));
              plotwerk->documentNameOfFrontWindow(); // answered behind it
          }},
+        {"sh", [&] { runProgram({"sh"}, restOf(words)); }},
         {"do",
          [&] {
              const std::string action = restOf(words);

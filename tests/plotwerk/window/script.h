@@ -13,6 +13,7 @@
 // further lines of a text indented more. RIGHT and UP are parts of the plot's frame; +1 or -1
 // behind them, pixels to the right or down. WIDGET is what it says, or its kind.
 //   call WORDS              what callPlw -x WORDS does, the words as a shell takes them
+//   sh COMMAND              of a shell in the test's folder, which finds our programs
 //   do ACTION               an action of the window, or app.ACTION
 //   key KEY ...   write TEXT
 //   click [N] WIDGET        shift, ctrl: with that key; menu: by the other button
