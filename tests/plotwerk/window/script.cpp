@@ -149,7 +149,7 @@ std::string ScriptTest::patientLook(const std::string &what, const std::string &
     do {
         screen.settle();
         is = look(what);
-        replaceAll(is, directory.filename(), "FOLDER");
+        replaceAll(is, directory, "FOLDER");
     } while (is != want && isPatient && std::chrono::steady_clock::now() < end);
     isPatient = isPatient && is == want;
     return is;

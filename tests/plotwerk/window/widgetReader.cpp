@@ -63,6 +63,13 @@ static std::string looksOf(GtkWidget *widget, const std::string &said) {
     char **classes = gtk_widget_get_css_classes(widget);
     for (char **one = classes; *one; ++one) looks += std::string(" .") + *one;
     g_strfreev(classes);
+    if (gtk_widget_has_css_class(widget, "error")) {
+        GdkRGBA colour{};
+        gtk_style_context_get_color(gtk_widget_get_style_context(widget), &colour);
+        char *name = gdk_rgba_to_string(&colour);
+        looks += std::string(" ") + name;
+        g_free(name);
+    }
     if (const char *tip = gtk_widget_get_tooltip_text(widget)) looks += " {" + lineOf(tip) + '}';
     if (GdkCursor *cursor = gtk_widget_get_cursor(widget))
         looks += " ^" + lineOf(gdk_cursor_get_name(cursor));
