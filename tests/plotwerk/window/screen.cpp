@@ -55,7 +55,7 @@ Screen::Screen(const std::optional<ChildProcess> &of) : program(of) {
         << "[Settings]\ngtk-cursor-blink=false\ngtk-enable-animations=false\n"
            "gtk-print-backends=file\ngtk-font-name=DejaVu Sans 10\ngtk-icon-theme-name=hicolor\n"
            "gtk-double-click-time=80\n"; // is waited for: one click has no part in the next
-    for (const char *home : {"XDG_CONFIG_HOME", "XDG_DATA_HOME"})
+    for (const char *home : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
         setenv(home, folder.path.c_str(), 1);
 }
 

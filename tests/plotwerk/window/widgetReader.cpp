@@ -13,7 +13,8 @@
 
 static std::string lineOf(const char *text) {
     std::string line = text ? text : "";
-    for (std::size_t end; (end = line.find('\n')) != line.npos;) line.replace(end, 1, " | ");
+    for (std::size_t end; (end = line.find_first_of("\n\t")) != line.npos;)
+        line.replace(end, 1, line[end] == '\t' ? " " : " | ");
     return line;
 }
 
