@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
+#include <utility>
 
 static std::string restOf(std::istream &words) {
     std::string rest;
@@ -128,9 +129,9 @@ std::string ScriptTest::look(const std::string &what) {
     }
     if (word == "looks") return widgetIn(words).looks;
     if (word == "answers") {
-        std::string answers;
-        for (std::string question; words >> question;)
-            answers += runProgram({CALLPLW, "-x", question}).out;
+        std::string questions;
+        for (std::string question; words >> question;) questions += "-x " + question + '\n';
+        std::string answers = runProgram({CALLPLW}, questions).out;
         std::replace(answers.begin(), answers.end(), '\n', ' ');
         return answers;
     }
@@ -147,11 +148,12 @@ std::string ScriptTest::patientLook(const std::string &what, const std::string &
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(3);
     std::string is;
     do {
-        screen.settle();
+        if (!std::exchange(isStill, true)) screen.settle();
         is = look(what);
         replaceAll(is, directory, "FOLDER");
-    } while (is != want && isPatient && std::chrono::steady_clock::now() < end);
-    isPatient = isPatient && is == want;
+        isStill = is == want;
+    } while (!isStill && isPatient && std::chrono::steady_clock::now() < end);
+    isPatient = isPatient && isStill;
     return is;
 }
 
@@ -165,7 +167,7 @@ void ScriptTest::follow(const std::string &script) {
     for (std::string line; std::getline(lines, line); is += line + '\n') {
         if (line[0] == '#') continue;
         if (line[0] != ' ') {
-            screen.settle();
+            if (!std::exchange(isStill, false)) screen.settle();
             act(line);
             continue;
         }

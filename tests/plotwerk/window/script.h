@@ -44,6 +44,7 @@ class ScriptTest : public WindowTest {
 
     ShownFrame frame;
     bool isPatient = true;
+    bool isStill = false; // nothing was done since it was looked at
 };
 
 #endif
