@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <functional>
-#include <utility>
 
 namespace {
 
