@@ -156,7 +156,7 @@ void DocumentWindow::addActions() {
         endStep();
         if (!versions.canRedo() || !isFree()) return;
         restore(versions.redo(document));
-        journalPane.putBack();
+        versions.setEarlierLines(journalPane.putBack());
         versions.setLines(journalPane.numberOfLines());
     });
     forSelection.push_back(

@@ -83,20 +83,32 @@ void JournalPane::add(const MessageLine &line) {
     insert(line);
 }
 
-void JournalPane::takeBackTo(std::size_t count) {
-    const std::size_t from = std::min(count, lines.size());
-    const auto first = lines.begin() + static_cast<std::ptrdiff_t>(from);
-    takenBack.push_back({from, {first, lines.end()}});
-    erase(from, lines.size() - from);
+std::vector<MessageLine> JournalPane::linesFrom(std::size_t from) const {
+    return {lines.begin() + static_cast<std::ptrdiff_t>(from), lines.end()};
 }
 
-void JournalPane::putBack() {
-    if (takenBack.empty()) return;
+void JournalPane::takeBackTo(std::size_t count) {
+    const std::size_t from = std::min(count, lines.size());
+    const bool wasRedone = !meanwhile.empty() && meanwhile.back().from == from;
+    takenBack.push_back({from, linesFrom(from + (wasRedone ? meanwhile.back().staying : 0))});
+    erase(from, lines.size() - from);
+    if (!wasRedone) return;
+    for (const MessageLine &line : meanwhile.back().lines) insert(line);
+    meanwhile.pop_back();
+}
+
+std::size_t JournalPane::putBack() {
+    if (takenBack.empty()) return lines.size();
     const TakenBack again = std::move(takenBack.back());
     takenBack.pop_back();
-    for (std::size_t i = lines.size(); i-- > again.from;)
+    const std::size_t from = std::min(again.from, lines.size());
+    Meanwhile before{from, 0, linesFrom(from)};
+    for (std::size_t i = lines.size(); i-- > from;)
         if (lines[i].selects) erase(i, 1);
+    before.staying = lines.size() - from;
+    meanwhile.push_back(std::move(before));
     for (const MessageLine &line : again.lines) insert(line);
+    return from;
 }
 
 std::string JournalPane::script() const {

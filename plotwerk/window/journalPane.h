@@ -19,12 +19,14 @@ class JournalPane final : public Gtk::ScrolledWindow {
 
     std::size_t numberOfLines() const { return lines.size(); }
 
-    // Takes back the lines behind the first `count`, when what they did is undone.
+    // Takes back the lines behind the first `count`, when what they did is undone. What stood there
+    // when that was redone, stands there again.
     void takeBackTo(std::size_t count);
 
     // Adds the lines again that were taken back last, when that is redone. What was only selected
-    // meanwhile isn't selected any more, and has no line.
-    void putBack();
+    // meanwhile isn't selected any more, and has no line until it is undone again. Returns the
+    // number of lines to take that back to.
+    std::size_t putBack();
 
     // Nothing is redone any more.
     void forgetTakenBack() { takenBack.clear(); }
@@ -38,6 +40,7 @@ class JournalPane final : public Gtk::ScrolledWindow {
     void erase(std::size_t from, std::size_t count);
     void eraseText(std::size_t from, std::size_t count);
     void showAll();
+    std::vector<MessageLine> linesFrom(std::size_t from) const;
 
     std::vector<MessageLine> lines;
     struct TakenBack {
@@ -45,6 +48,12 @@ class JournalPane final : public Gtk::ScrolledWindow {
         std::vector<MessageLine> lines;
     };
     std::vector<TakenBack> takenBack;
+    struct Meanwhile { // what stood there when lines were put back
+        std::size_t from;
+        std::size_t staying; // of its lines, those that still do
+        std::vector<MessageLine> lines;
+    };
+    std::vector<Meanwhile> meanwhile;
     Gtk::TextView view;
     Glib::RefPtr<Gtk::TextMark> endMark; // to which a view scrolls once the lines have their height
 };

@@ -51,8 +51,9 @@ class Versions {
         savedRevision = document.savedRevision;
     }
 
-    // The present version has that number of lines in its journal.
+    // The present version, or the one before it, has that number of lines in its journal.
     void setLines(std::size_t lines) { versions[present].version.lines = lines; }
+    void setEarlierLines(std::size_t lines) { versions[present - 1].version.lines = lines; }
 
   private:
     using Values = std::shared_ptr<const std::vector<double>>;

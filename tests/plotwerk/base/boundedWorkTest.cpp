@@ -5,7 +5,6 @@
 #include "plotwerk/data/dataTextWriter.h"
 #include "plotwerk/data/exchange.h"
 #include "plotwerk/drawing/hitTest.h"
-#include "plotwerk/files/atomicFile.h"
 #include "plotwerk/files/documentFile.h"
 #include "plotwerk/fit/documentFit.h"
 #include "plotwerk/fit/modifyByFormula.h"
@@ -17,11 +16,8 @@
 #include "plotwerk/model/structure.h"
 #include "tests/plotwerk/model/documents.h"
 
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <sstream>
-#include <unistd.h>
 
 using namespace plotwerk;
 
@@ -71,15 +67,7 @@ TEST_F(BoundedWork, IsRefusedByItsMemory) {
     large.parameters = {{"a"}};
     Document many = manyFormulas(200, repeated("x*x+", 1000) + "x");
     const double before = bytesOf(large);
-    const std::filesystem::path file =
-        std::filesystem::temp_directory_path() / ("plotwerk bounds " + std::to_string(getpid()));
-    std::ofstream(file).close();
-    std::filesystem::resize_file(file, 6'000'000);
-    const std::string cbor = "\xd9\xd9\xf7\x9a" + std::string("\0\1\x86\xa0", 4);
-    const struct {
-        const char *what;
-        std::function<void()> work;
-    } cases[] = {
+    const std::pair<const char *, std::function<void()>> cases[] = {
         {"create", [&] { createCurve(large, 1, rows, 1, 0, 0); }},
         {"differentiate", [&] { differentiateSelection(large); }},
         {"sort by x", [&] { sortByX(large); }},
@@ -97,17 +85,11 @@ TEST_F(BoundedWork, IsRefusedByItsMemory) {
         {"data text", [&] { readDataText(repeated("1\n", rows), '.'); }},
         {"UTF-16", [&] { readDataFile("\xff\xfe" + std::string(5'000'000, 'a'), '.'); }},
         {"ISO 8859-1", [&] { readDataFile(std::string(4'000'000, '\xe9'), '.'); }},
-        {"empty maps in CBOR", [&] { documentOf(cbor + std::string(100'000, '\xa0')); }},
-        {"empty arrays in JSON", [&] { documentOf("{\"a\":[" + repeated("[],", 100'000)); }},
-        {"numbers in JSON", [&] { documentOf("{\"values\":[" + repeated("1,", rows)); }},
-        {"file", [&] { readWholeFile(file); }},
     };
-    for (const auto &c : cases) {
-        EXPECT_TRUE(refusalOf(c.work).ends_with("would take too much memory (limit memory)"))
-            << c.what;
-        EXPECT_EQ(bytesOf(large), before) << c.what;
+    for (const auto &[what, work] : cases) {
+        EXPECT_TRUE(refusalOf(work).ends_with("would take too much memory (limit memory)")) << what;
+        EXPECT_EQ(bytesOf(large), before) << what;
     }
-    std::filesystem::remove(file);
     const WithMemoryOfDocuments broughtBack;
     EXPECT_EQ(refusalOf([&] { appendData(large, "Data", "1 2\n", '.'); }), "");
 }
@@ -127,10 +109,7 @@ TEST_F(BoundedWork, IsRefusedByItsTime) {
     table.y.resize(200, table.y[0]);
     Document many = manyFormulas(8000, "x");
     std::ostringstream text;
-    const struct {
-        const char *what;
-        std::function<void()> work;
-    } cases[] = {
+    const std::pair<const char *, std::function<void()>> cases[] = {
         {"sort", [&] { sortByX(large); }},
         {"statistic", [&] { statisticOfSelection(large); }},
         {"modify each by its own formula", [&] { modifySelection(many, true); }},
@@ -145,8 +124,8 @@ TEST_F(BoundedWork, IsRefusedByItsTime) {
         {"encoding", [&] { readDataFile('\xe9' + std::string(40'000'000, 'a'), '.'); }},
         {"pattern", [&] { selectByPattern(interpolated, "", -1, ".*[ab].{150}c", false); }},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(refusalOf(c.work), "would take too long (limit seconds)") << c.what;
+    for (const auto &[what, work] : cases)
+        EXPECT_EQ(refusalOf(work), "would take too long (limit seconds)") << what;
 }
 
 // However small the messages are that make them grow.

@@ -2,16 +2,19 @@
 
 #include "plotwerk/base/child.h"
 #include "plotwerk/base/ending.h"
+#include "plotwerk/base/memoryReserve.h"
 #include "plotwerk/base/refusal.h"
 #include "tests/plotwerk/base/refusalOf.h"
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <limits>
 #include <memory>
 #include <new>
+#include <sys/resource.h>
 #include <unistd.h>
 #include <vector>
 
@@ -48,38 +51,58 @@ TEST(InChild, KeepsWhatTheWorkWroteAndNothingElse) {
 TEST(InChild, TurnsEveryBadEndIntoARefusal) {
     setBound("seconds=1");
     volatile int forever = 1;
-    const struct {
-        const char *want;
-        std::function<void()> work;
-    } cases[] = {
+    const std::pair<const char *, std::function<void()>> cases[] = {
         {"no curve", [] { throw Refusal("no curve"); }},
         {"takes too much memory (limit memory)", [] { throw std::bad_alloc(); }},
         {"takes too much memory (limit memory)", [] { std::abort(); }},
         {"takes too long (limit seconds)",
          [&] {
-             while (forever) {
+             for (; forever;) {
              }
          }},
-        {"can't be done: its process was ended by signal 11",
-         [] {
+        {"can't be done: its process was ended by signal 11", [] {
              std::signal(SIGSEGV, SIG_DFL);
              std::raise(SIGSEGV);
-         }},
-    };
-    for (const auto &c : cases) EXPECT_EQ(refusalOf([&] { inChild(c.work); }), c.want);
+         }}};
+    for (const auto &[want, work] : cases)
+        EXPECT_EQ(refusalOf([&, &done = work] { inChild(done); }), want);
     setBound("seconds=10");
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
+static void takeMegabytes(std::size_t count) {
+    std::vector<char>(count << 20, 'x');
+}
+
 TEST(InChild, HasItsShareOfMemoryAndNoMore) {
     setBound("memory=100");
-    const auto takeMegabytes = [](std::size_t count) {
-        return [count] { std::vector<char>(count << 20, 'x'); };
-    };
-    EXPECT_EQ(refusalOf([&] { inChild(takeMegabytes(60)); }), "");
-    EXPECT_EQ(refusalOf([&] { inChild(takeMegabytes(200)); }),
+    const std::vector<char> own(150 << 20); // is not the child's
+    EXPECT_EQ(refusalOf([] { inChild([] { takeMegabytes(60); }); }), "");
+    EXPECT_EQ(refusalOf([] { inChild([] { takeMegabytes(200); }); }),
               "takes too much memory (limit memory)");
     setBound("memory=1000");
+}
+
+TEST(MemoryReserveDeathTest, IsOneAndForAllButWhatDoesWithout) {
+    const auto work = [] {
+        setReserveAside();
+        std::ifstream statm("/proc/self/statm");
+        rlim_t pages = 0;
+        statm >> pages;
+        const rlim_t most = pages * 4096 + (rlim_t{400} << 20);
+        const rlimit limit{most, most};
+        setrlimit(RLIMIT_AS, &limit);
+        setReserveAside();
+        const auto without = [](std::size_t megabytes) {
+            const WithoutReserve withoutReserve;
+            takeMegabytes(megabytes);
+        };
+        without(300);
+        EXPECT_THROW(without(500), std::bad_alloc);
+        takeMegabytes(500);
+        std::exit(testing::Test::HasFailure());
+    };
+    EXPECT_EXIT(work(), testing::ExitedWithCode(0), "");
 }
 #endif
 

@@ -382,6 +382,8 @@ TEST(Titles, StandBesideTheNumbersOrAtTheEndsOfCrossingAxes) {
     Document above = document; // with the title of the document over that of an axis
     above.title = above.axes[upperXAxis].title = "Title";
     EXPECT_NEAR(titlesOf(above).top, out.top - 2 * (7 + of(upperXAxis).height()), 1.5);
+    above.axes[upperXAxis].title = "";
+    EXPECT_NEAR((titlesOf(above).left + titlesOf(above).right) / 2, 100, 1);
 
     Document shared = document; // beside what the numbers have in common, or below it
     shared.axes[xAxis] = {.range = {1e9, 1.00001e9}, .title = "T", .outsideTicks = true};

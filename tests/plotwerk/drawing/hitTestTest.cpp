@@ -52,15 +52,16 @@ TEST(NearestPoint, IsMeasuredOnPaperFromAllThatIsDrawn) {
     for (int i = 0; i < 500; ++i) {
         const int rows = i % 10 == 0 ? 3000 : 2 + i % 5;
         const bool ascending = maybe();
-        const bool slow = maybe(); // rows near each other are nearly as high
+        const bool slow = maybe(); // rows near each other are nearly as high, or as high
         std::vector<double> x;
         std::vector<Column> y{column("a", {}), column("b", {})};
         for (int row = 0; row < rows; ++row) {
             x.push_back(ascending ? row + 1 : 1 + rows * uniform(random));
             for (Column &each : y) {
                 const bool gap = row > 0 && uniform(random) < 0.01;
-                const double wave = 500 + 450 * std::cos(row * 7. / rows);
-                const double value = slow ? wave + uniform(random) : 1000 * uniform(random);
+                const double level = each.name == "a" ? 400 : 700;
+                const double wave = 500 + 450 * std::cos(row * 7. / rows) + uniform(random);
+                const double value = !slow ? 1000 * uniform(random) : i % 20 == 0 ? level : wave;
                 each.values.push_back(gap ? unset : value - (i % 4 == 0 ? 60 : 0));
             }
         }

@@ -128,8 +128,8 @@ TEST(Markup, SpellsOutSignsScriptsAndEmphasis) {
          "a_b_{c} x_y1",
          "*_c **_c [a]<_>x<> ä<_>x<> ab_x a1_x α_x bα<_>x<> a_x_y a_xy x_1a x_1_ x<_>1<>A a<_>β<> "
          "a_b<_>c<> x_y1"},
-        {"10^\u22126 x^+y x^ab x^+ab x^1.a x^1.5.2 x^12a x^\u00e4 x^, x^-",
-         "10<^>−6<> x<^>+y<> x^ab x^+ab x<^>1<>.a x<^>1.5<>.2 x<^>12<>a x<^>ä<> x^, x<^>−"},
+        {"10^\u22126 x^+y x^ab x^+ab x^1.a x^1.5.2 x^.5 x^12a x^\u00e4 x^, x^-",
+         "10<^>−6<> x<^>+y<> x^ab x^+ab x<^>1<>.a x<^>1.5<>.2 x^.5 x<^>12<>a x<^>ä<> x^, x<^>−"},
         {"*a* b*c* *d*e *f *g* h* *i\\*j* *k^*l* * q*",
          "<i>a<> b*c* <i>d<>e <i>f *g<> h* <i>i*j<> <i>k<i^>*<i>l<> * q*"},
         {"x_{a\\}", "x_{a}"},

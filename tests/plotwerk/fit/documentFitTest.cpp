@@ -116,6 +116,11 @@ TEST(DocumentFit, IsReplacedByTheNextOneThatSucceeds) {
     EXPECT_NEAR(drawn.values.back(), 5, 1e-12);
     EXPECT_EQ(columnOf(document, *curveAt(document, 3)).values, std::vector<double>{2});
 
+    std::swap(document.sources[0], document.sources[1]); // whichever comes first
+    selectByIndex(document, {2, 2}, false);
+    fitDocument(document);
+    ASSERT_EQ(numberOfCurves(document), 4);
+
     const std::string before = textOf(document);
     document.fitRange = {1.5, 2};
     EXPECT_EQ(fitDocument(document).reason,

@@ -61,10 +61,8 @@ TEST(Ranges, ShowErrorBarsButNotColumnsOfErrors) {
 
 TEST(Ranges, LimitsAreSetSinglyTogetherAndUnset) {
     constexpr double inf = std::numeric_limits<double>::infinity();
-    const struct {
-        double min, max;
-        const char *want; // range, or what is refused
-    } steps[] = {
+    // limits, and the range then, or why it is refused
+    const std::tuple<double, double, const char *> steps[] = {
         {0, nan_, "0..5"},
         {nan_, 3, "0..3"},
         {4, nan_, "a range can't go from 4 to 3"},
@@ -74,16 +72,15 @@ TEST(Ranges, LimitsAreSetSinglyTogetherAndUnset) {
         {nan_, nan_, "-1..5"},
         {5, nan_, "5..nan"}, // no data above
         {nan_, nan_, "-1..5"},
-        {nan_, -1, "nan..-1"},
-    };
+        {nan_, -1, "nan..-1"}};
     Document document = ranged();
     for (const auto &step : steps) {
-        const Range before = rangeOf(document, xAxis);
+        const std::string before = textOf(rangeOf(document, xAxis));
         const std::string refused =
-            refusalOf(document, [&](auto &d) { setRange(d, xAxis, step.min, step.max); });
-        const Range after = rangeOf(document, xAxis);
-        EXPECT_EQ(refused.empty() ? textOf(after) : refused, step.want);
-        EXPECT_TRUE(refused.empty() || textOf(after) == textOf(before)) << step.want;
+            refusalOf([&] { setRange(document, xAxis, std::get<0>(step), std::get<1>(step)); });
+        const std::string after = textOf(rangeOf(document, xAxis));
+        EXPECT_EQ(refused.empty() ? after : refused, std::get<2>(step));
+        EXPECT_TRUE(refused.empty() || after == before) << refused;
     }
     setRange(document, rightYAxis, 1, 2);
     rangeOverAll(document);

@@ -38,35 +38,28 @@ TEST(Curves, SeriesMinusOneIsTheFirstSelectedOrTheOnlyCurve) {
 }
 
 TEST(Selection, FindsByNameAndByPattern) {
-    const struct {
-        const char *source;
-        int table;
-        const char *column;
-        const char *byName, *byPattern;
-    } cases[] = {
+    // source, table and column, and what they select as names and as patterns
+    const std::tuple<const char *, int, const char *, const char *, const char *> cases[] = {
         {"", -1, "", "0 1 2 3 ", "0 1 2 3 "},
-        {"A", -1, "", "0 1 2 ", "0 1 2 "},
         {"", -1, "a", "0 3 ", "0 3 "},
         {"", 2, "", "2 ", "2 "},
         {"B", 2, "", "", ""},
         {"", -1, "[ab]", "", "0 1 3 "},
         {"A|B", 1, "b", "", "1 "},
-        {"", -1, "a|", "", "0 3 "},
+        {"", -1, "a|", "", "0 3 "}};
+    const auto firstOf = [](const std::string &found) {
+        return found.empty() ? -1 : found[0] - '0';
     };
-    for (const auto &c : cases) {
+    for (const auto &[source, table, column, byName, byPattern] : cases) {
         Document document = sample();
         document.sources[0].tables[0].y[1].rank = 1;
-        selectByName(document, c.source, c.table, c.column, false);
-        EXPECT_EQ(selection(document), c.byName) << c.source << ' ' << c.table << ' ' << c.column;
-        selectByPattern(document, c.source, c.table, c.column, false);
-        EXPECT_EQ(selection(document), c.byPattern)
-            << c.source << ' ' << c.table << ' ' << c.column;
-        const std::string first = selection(document);
-        EXPECT_EQ(indexOfCurveMatching(document, c.source, c.table, c.column),
-                  first.empty() ? -1 : first[0] - '0');
+        selectByName(document, source, table, column, false);
+        EXPECT_EQ(selection(document), byName) << source << ' ' << table << ' ' << column;
+        EXPECT_EQ(indexOfCurveNamed(document, source, table, column), firstOf(byName));
+        selectByPattern(document, source, table, column, false);
+        EXPECT_EQ(selection(document), byPattern) << source << ' ' << table << ' ' << column;
+        EXPECT_EQ(indexOfCurveMatching(document, source, table, column), firstOf(byPattern));
     }
-    EXPECT_EQ(indexOfCurveNamed(sample(), "B", -1, "a"), 3);
-    EXPECT_EQ(indexOfCurveNamed(sample(), "B", 2, "a"), -1);
 }
 
 TEST(Selection, PatternsAreUtf8AndEndInTimeOrAreRefused) {
@@ -178,31 +171,27 @@ TEST(Selection, CountsRanksAndLayersAnewAtTheirLimit) {
 
 // Where the walk goes on isn't known any more when the curves are numbered anew.
 TEST(Marks, AreWalkedOverFromTheStartWhenCurvesComeOrGo) {
-    const struct {
-        const char *what;
-        void (*work)(Document &);
-        bool startsOver;
-    } cases[] = {
-        {"delete", deleteSelection, true},
-        {"derivative", differentiateSelection, true},
-        {"create", [](Document &d) { createCurve(d, 0, 1, 1, 0, 1); }, true},
-        {"replace", [](Document &d) { replaceData(d, "A", "x a b\n1 2 3\n", '.'); }, true},
-        {"append a table", [](Document &d) { appendData(d, "A", "1 2\n\n1 2\n\n1 2\n", '.'); },
-         true},
-        {"replace none", [](Document &d) { replaceData(d, "C", "1 2\n", '.'); }, true},
-        {"append to none", [](Document &d) { appendData(d, "C", "1 2\n", '.'); }, true},
-        {"append rows", [](Document &d) { appendData(d, "B", "1 2\n", '.'); }, false},
-        {"a new last source", [](Document &d) { addData(d, "C", "1 2\n", '.'); }, false},
-    };
-    for (const auto &c : cases) {
+    void (*const startOver[])(Document &) = {
+        deleteSelection,
+        differentiateSelection,
+        [](Document &d) { createCurve(d, 0, 1, 1, 0, 1); },
+        [](Document &d) { replaceData(d, "A", "x a b\n1 2 3\n", '.'); },
+        [](Document &d) { appendData(d, "A", "1 2\n\n1 2\n\n1 2\n", '.'); },
+        [](Document &d) { replaceData(d, "C", "1 2\n", '.'); },
+        [](Document &d) { appendData(d, "C", "1 2\n", '.'); }};
+    void (*const goOn[])(Document &) = {[](Document &d) { appendData(d, "B", "1 2\n", '.'); },
+                                        [](Document &d) { addData(d, "C", "1 2\n", '.'); }};
+    const auto nextAfter = [](void (*work)(Document &)) {
         Document document = sample();
         document.sources[0].tables[0].y[0].marked = document.sources[1].tables[0].y[0].marked =
             true;
         EXPECT_EQ(nextMarkedCurve(document)->index, 0);
         selectByIndex(document, {1, 1}, false);
-        c.work(document);
-        EXPECT_EQ(nextMarkedCurve(document)->index, c.startsOver ? 0 : 3) << c.what;
-    }
+        work(document);
+        return nextMarkedCurve(document)->index;
+    };
+    for (const auto work : startOver) EXPECT_EQ(nextAfter(work), 0);
+    for (const auto work : goOn) EXPECT_EQ(nextAfter(work), 3);
 }
 
 // As after opening, where only the index is known.

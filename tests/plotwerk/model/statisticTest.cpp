@@ -19,18 +19,14 @@ TEST(Statistic, CoversAllValidPointsOfTheSelection) {
 }
 
 TEST(Statistic, TakesTheAreaInTheOrderOfX) {
-    const struct {
-        const char *what;
-        std::vector<double> x, y;
-        double area;
-    } cases[] = {{"descending", {2, 1, 0}, {4, 2, 0}, 4},
-                 {"shuffled", {1, 2, 0}, {2, 4, 0}, 4},
-                 {"equal x", {0, 1, 1, 2}, {1, 1, 3, 3}, 4},
-                 {"one point", {1}, {5}, 0},
-                 {"all at one x", {1, 1}, {5, 6}, 0}};
-    for (const auto &c : cases)
-        EXPECT_EQ(statisticOfSelection(selectedOf(table(c.x, {column("a", c.y)}))).area, c.area)
-            << c.what;
+    using Values = std::vector<double>;
+    const std::tuple<Values, Values, double> cases[] = {{{1, 2, 0}, {2, 4, 0}, 4},
+                                                        {{0, 1, 1, 2}, {1, 1, 3, 3}, 4},
+                                                        {{1}, {5}, 0},
+                                                        {{1, 1}, {5, 6}, 0}};
+    for (const auto &[x, y, area] : cases)
+        EXPECT_EQ(statisticOfSelection(selectedOf(table(x, {column("a", y)}))).area, area)
+            << testing::PrintToString(x);
 }
 
 TEST(Statistic, IsStableFarFromZeroAndAgainstCancellation) {

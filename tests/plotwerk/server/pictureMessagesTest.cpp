@@ -57,7 +57,7 @@ TEST_F(PictureMessages, ACopyNeedsAPlace) {
 }
 
 TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
-    addProgram("viewer", "cp \"$1\" \"$1.seen\"\n");
+    addProgram("viewer", "echo seen\ncp \"$1\" \"$1.seen\"\n");
     addProgram("broken", "exit 3\n");
     startWithData();
     const std::string page = pathOf("page.pdf");
@@ -98,10 +98,14 @@ TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
         EXPECT_TRUE(lastError().starts_with("can't start " + opener + ": ")) << lastError();
         EXPECT_EQ(bytesOf(page), pdf) << "the old page, with " << opener;
     }
+    std::ofstream(pathOf("bin/page")) << "no program";
+    plotwerk->savePDFofCompositionView_openWith_(page, "page");
+    EXPECT_EQ(lastError(), "can't start page: Permission denied");
     plotwerk->savePDFofCompositionView_openWith_(page, "broken");
     EXPECT_EQ(lastError(), "");
     waitUntil("the end of all programs", [&] { return children() == 0; });
-    const std::string log = stop().err;
+    const auto [out, log, status, signal] = stop();
+    EXPECT_EQ(out, "") << "what a viewer says";
     EXPECT_TRUE(holds(log, "warning: broken ended with status 3\n"));
     EXPECT_TRUE(holds(log, "info: saved the composition in " + page + '\n'));
 }

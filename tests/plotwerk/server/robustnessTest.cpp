@@ -142,6 +142,42 @@ TEST_F(RobustnessTest, LetsClientsTakeTurns) {
     EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_("doc", 0, 0), 50);
 }
 
+// Each has a journal, an open file; the last ones to be had are for something else.
+TEST_F(RobustnessTest, SavesHoweverManyDocumentsAreOpen) {
+    const rlimit few{40, 40};
+    ASSERT_EQ(prlimit(program->pid(), RLIMIT_NOFILE, &few, nullptr), 0);
+    for (int i = 0; i < 40; ++i) plotwerk->newDocumentWithName_(std::to_string(i));
+    plotwerk->saveDocument_as_binary_("39", pathOf("saved"), true);
+    EXPECT_TRUE(plotwerk->didSaveSucceed_("39")) << lastError();
+    plotwerk->savePicturePDF_as_("doc", pathOf("picture.pdf"));
+    EXPECT_TRUE(fs::exists(pathOf("picture.pdf"))) << lastError();
+    EXPECT_TRUE(holds(stop().err, "Too many open files"));
+}
+
+// Messages of 10 ms, whose answers nobody takes.
+TEST_F(RobustnessTest, OutlivesClientsThatAreKilledInACall) {
+    std::string text;
+    for (int i = 0; i < 100'000; ++i) text += "1.25 2.5\n";
+    for (int round = 0; round < 10; ++round) {
+        const std::string source = "of client " + std::to_string(round);
+        const pid_t client = fork();
+        if (client == 0) {
+            const auto own = sdbus::createSessionBusConnection();
+            for (Plotwerk server(*own);;)
+                server.replaceDataformText_of_source_doRangeOverAll_(text, "doc", source, true);
+        }
+        waitUntil("its first call", [&] {
+            return plotwerk->indexOfCurveNameOf_source_table_column_("doc", source, 1, "Y1") >= 0;
+        });
+        kill(client, SIGKILL);
+        int status = 0;
+        waitpid(client, &status, 0);
+        EXPECT_TRUE(WIFSIGNALED(status)) << status;
+    }
+    EXPECT_EQ(plotwerk->valueOfDoc_atIndex_indexSerie_("doc", 3, 0), 6.5);
+    stop();
+}
+
 // One that doesn't read is answered up to the limit, which others don't notice; once it reads, it
 // is served again.
 TEST_F(RobustnessTest, CutsOffClientsThatDoNotReadTheirAnswers) {

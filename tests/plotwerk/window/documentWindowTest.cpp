@@ -1,110 +1,9 @@
 // Windows and the documents and curves that they show.
 #include "tests/plotwerk/window/windowTest.h"
 
-#include <algorithm>
 #include <cmath>
 #include <csignal>
-#include <regex>
 #include <sys/resource.h>
-
-TEST_F(WindowTest, ShowsAWindowForEachDocumentWithAMarkForUnsavedChanges) {
-    const std::string path = file("small.txt", "1 2\n3 4\n");
-    start({"--no-journal", path});
-    const auto hasTitles = [&](std::vector<std::string> want) {
-        waitUntil(testing::PrintToString(want), [&] {
-            auto is = screen.titles();
-            std::sort(is.begin(), is.end());
-            return is == want;
-        });
-    };
-    hasTitles({"small.txt"});
-    plotwerk->newDocumentWithName_("new");
-    hasTitles({"new", "small.txt"});
-    plotwerk->setXRangeOf_xmin_xmax_("new", 1, 2);
-    hasTitles({"small.txt", "• new"});
-    plotwerk->saveDocument_as_binary_("new", pathOf("new.plotwerk"), false);
-    hasTitles({"new", "small.txt"});
-    EXPECT_EQ(runProgram({PLOTWERK, file("third.txt", "1 1\n")}).status, 0)
-        << "handed to the one that runs";
-    hasTitles({"new", "small.txt", "third.txt"});
-    plotwerk->closeDocument_askForSave_("new", false);
-    hasTitles({"small.txt", "third.txt"});
-    EXPECT_EQ(plotwerk->documentNameOfFrontWindow(), "third.txt");
-    stop();
-}
-
-TEST_F(WindowTest, AnUntouchedDocumentMakesRoomForTheFileThatTheUserOpens) {
-    const std::string path = file("small.txt", "1 2\n3 4\n");
-    const auto handOver = [&](const std::string &to) { runProgram({PLOTWERK, to}); };
-    const auto hasTitle = [&](const std::string &want) {
-        waitUntil(want, [&] { return screen.titles() == std::vector{want}; });
-    };
-    start({"--no-journal"});
-    hasTitle(name);
-    const std::string same = pathOf("saved under the same name");
-    plotwerk->saveDocument_to_binary_(name, same, false);
-    handOver(same);
-    waitUntil("a document with a path", [&] {
-        plotwerk->saveDocument_to_binary_(name, "", false);
-        return plotwerk->didSaveSucceed_(name);
-    });
-    hasTitle(name);
-    plotwerk->closeDocument_askForSave_(name, false);
-    handOver(file("no data.txt", "nothing but words\n"));
-    hasTitle(name);
-    handOver(path);
-    hasTitle("small.txt");
-    plotwerk->closeDocument_askForSave_("small.txt", false);
-    hasTitle(name);
-    plotwerk->openFile_file_doRangeOverAll_("", path, false);
-    waitUntil("both", [&] { return screen.titles().size() == 2; });
-    handOver(file("other.txt", "1 2\n"));
-    waitUntil("all", [&] { return screen.titles().size() == 3; });
-    stop();
-}
-
-TEST_F(WindowTest, ShowsWhatMessagesChangeAndNothingElse) {
-    startWithLine();
-    screen.frame();
-    const Shot line = screen.stillShot();
-    plotwerk->getXRangeOf_xmin_xmax_(name);
-    EXPECT_EQ(screen.stillShot(), line);
-    plotwerk->setYRangeOf_ymin_ymax_(name, 0, 200);
-    waitUntil("another picture", [&] { return screen.shot() != line; });
-    plotwerk->setYRangeOf_ymin_ymax_(name, 0, 100);
-    waitUntil("the first picture", [&] { return screen.shot() == line; });
-}
-
-TEST_F(WindowTest, CurvesHiddenTogetherAreShownEachAsItWasByOneStep) {
-    startWithLine();
-    read("x a b c\n0 1 2 3\n9 4 5 6\n", "More", true);
-    const auto select = [&](int curve, bool append) {
-        plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_(name, curve, curve, append);
-    };
-    const auto setParts = [&](int curve, int isLine, int isFilled, int hasSymbols) {
-        select(curve, false);
-        plotwerk
-            ->setAttributesOfSelectionOf_line_stepped_yerr_xerr_dash_fill_topX_rightY_marker_sym_(
-                name, isLine, 2, 2, 2, 2, isFilled, 2, 2, 2, hasSymbols);
-    };
-    setParts(1, 0, 0, 1);
-    setParts(2, 1, 1, 0);
-    for (const int curve : {2, 0, 1}) select(curve, curve != 2);
-    screen.frame();
-    const std::string before = contentsOf(name);
-    screen.type("ctrl+h");
-    waitUntil("hidden curves", [&] { return contentsOf(name) != before; });
-    screen.settle();
-    const std::string hidden = contentsOf(name);
-    screen.type("ctrl+j");
-    const auto parts = [&] { // apart from the layers: shown curves come to the front
-        return std::regex_replace(contentsOf(name), std::regex("\"layer\":[0-9]+,?"), "");
-    };
-    const std::string want = std::regex_replace(before, std::regex("\"layer\":[0-9]+,?"), "");
-    waitUntil("each as it was", [&] { return parts() == want; });
-    screen.type("ctrl+z");
-    waitUntil("hidden again, by one step", [&] { return contentsOf(name) == hidden; });
-}
 
 TEST_F(WindowTest, UndoesWhatMessagesDidToTheSameBytes) {
     startWithLine();
@@ -116,39 +15,6 @@ TEST_F(WindowTest, UndoesWhatMessagesDidToTheSameBytes) {
     waitUntil("the curves", [&] { return contentsOf(name) == first; });
     screen.type("ctrl+shift+z");
     waitUntil("no curves", [&] { return contentsOf(name) == last; });
-    stop();
-}
-
-TEST_F(WindowTest, OffersWhatCanBeDone) {
-    startWithLine();
-    screen.frame();
-    // of the actions those that can't be done, and behind a bar those that are on
-    const struct {
-        const char *what, *states;
-    } steps[] = {
-        {"", "cancel-fit copy-data delete differentiate fit-data hide mark redo rename show "
-             "sort-by-x swap-with-x toggle-line toggle-symbols undo view-back view-forward "
-             "| show-curves "},
-        {"select-all", "cancel-fit redo undo view-back view-forward | show-curves toggle-line "},
-        {"toggle-line", "cancel-fit redo view-back view-forward | show-curves "},
-        {"undo", "cancel-fit undo view-back view-forward | show-curves toggle-line "},
-        {"zoom-in", "cancel-fit redo view-forward | show-curves toggle-line "},
-        {"view-back", "cancel-fit redo view-back | show-curves toggle-line "},
-        {"logarithmic-x", "cancel-fit redo view-back | logarithmic-x show-curves toggle-line "},
-        {"fill-window",
-         "cancel-fit redo view-back | fill-window logarithmic-x show-curves toggle-line "},
-        {"toggle-symbols", "cancel-fit redo view-back "
-                           "| fill-window logarithmic-x show-curves toggle-line toggle-symbols "},
-        {"show-fit",
-         "cancel-fit redo view-back "
-         "| fill-window logarithmic-x show-curves show-fit toggle-line toggle-symbols "},
-    };
-    constexpr int reopened = 3; // behind the first and the one that took its place
-    for (const auto &step : steps) {
-        if (*step.what != '\0') activate(reopened, step.what);
-        screen.settle();
-        EXPECT_EQ(states(reopened), step.states) << step.what;
-    }
     stop();
 }
 

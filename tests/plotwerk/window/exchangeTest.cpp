@@ -4,7 +4,6 @@
 #include <csignal>
 
 TEST_F(WindowTest, CopiesDataAndPicturesAndPastesData) {
-    setenv("XDG_RUNTIME_DIR", directory.c_str(), 1);
     startWithLine();
     screen.frame();
     const auto clipboard = [&](const char *type) {

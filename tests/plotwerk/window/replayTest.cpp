@@ -1,29 +1,26 @@
 // What is done in the window is a script, which does it again without a window.
-#include "tests/plotwerk/window/windowTest.h"
+#include "tests/plotwerk/window/script.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <functional>
-#include <utility>
 
 namespace {
 
-class ReplayTest : public WindowTest {
+class ReplayTest : public ScriptTest {
   protected:
-    // The text of the journal, copied as a user would.
-    std::string copiedJournal(const std::string &line) {
-        screen.type("F8");
-        screen.settle();
-        screen.click({300, 580});
-        screen.type("ctrl+a");
-        screen.type("ctrl+c");
-        std::string script;
-        waitUntil("the journal's text", [&] {
-            script = runProgram({"xclip", "-selection", "clipboard", "-o"}).out;
-            return script.find(line) != std::string::npos;
-        });
-        return script;
+    ReplayTest() {
+        std::string programs;
+        for (const std::filesystem::path path : {CALLPLW, PLOTWERK})
+            programs += path.parent_path().string() + ':';
+        setenv("PATH", (programs + std::getenv("PATH")).c_str(), 1);
+    }
+
+    std::string savedScript(int window = 1) {
+        activate(window, "save-script");
+        choose(pathOf("script.sh"));
+        waitForWindows(1);
+        return bytesOf(pathOf("script.sh"));
     }
 
     // Gives a plotwerkd of its own the document that was saved before, if one was, for the script
@@ -40,8 +37,6 @@ class ReplayTest : public WindowTest {
         programPath = PLOTWERKD;
         start({"--no-journal"});
         if (!before.empty()) openInstead(before);
-        const std::string programs = std::filesystem::path(CALLPLW).parent_path().string();
-        setenv("PATH", (programs + ':' + std::getenv("PATH")).c_str(), 1);
         setenv("CALLPLW_ERRORS", "report", 1);
         const std::string shown = script.substr(0, 2000) + "..." + script.substr(script.size() / 2);
         EXPECT_EQ(runProgram({"sh"}, script).err, "") << shown;
@@ -68,247 +63,46 @@ class ReplayTest : public WindowTest {
     }
 };
 
+class ScriptsTest : public ReplayTest, public testing::WithParamInterface<const char *> {};
+
 } // namespace
 
-// A new action needs a row: what it does to the document, or to files, has to be in the journal.
-TEST_F(ReplayTest, EveryActionIsInTheJournalAsWhatAScriptDoes) {
+TEST_P(ScriptsTest, ShowsWhatTheScriptSaysWhichTheJournalDoesAgain) {
     std::filesystem::current_path(directory);
-    setenv("XDG_RUNTIME_DIR", directory.c_str(), 1);
     start({"--no-journal"});
-    read("x a b\n1 1 9\n3 2 4\n2 5 3\n", "Data", true);
-    const std::string before = pathOf("before.plotwerk");
-    plotwerk->saveDocument_as_binary_(name, before, false);
-    stop();
-    start({"--no-journal", before});
-    screen.frame();
-
+    follow(std::string(GetParam()) + ".txt");
     std::vector<std::string> files;
-    const auto written = [&](const std::string &fileName) {
-        files.push_back(pathOf(fileName));
-        choose(files.back());
-        waitForWindows(1);
-    };
-    const auto dismiss = [&] {
-        waitForWindows(2);
-        screen.type("Escape");
-        waitForWindows(1);
-    };
-    const auto closeOther = [&] {
-        std::string other;
-        waitUntil("another document", [&] {
-            other = plotwerk->documentNameOfFrontWindow();
-            return other != name;
-        });
-        plotwerk->closeDocument_askForSave_(other, false);
-        waitForWindows(1);
-    };
-    const std::string nothing;
-    const std::string shownParts = "callPlw -x setAttributes -l ";
-    const struct {
-        std::string action;
-        std::string line; // with which its lines begin
-        std::function<void()> goOn = [] {};
-    } cases[] = {
-        {"toggle-line", "callPlw -x setAttributes -l no\n"},
-        {"toggle-symbols", "callPlw -x setAttributes -S yes\n"},
-        {"hide", shownParts + "no"},
-        {"show", "callPlw -x show\n"},
-        {"mark", "callPlw -x markSelectedCurves\n"},
-        {"fit-data", "callPlw -x markSelectionAsFitData\n"},
-        {"rename", "callPlw -x changeNameOfSelection -t 'a b'\n",
-         [&] {
-             waitForWindows(2);
-             screen.type("ctrl+a");
-             screen.write("a b");
-             screen.type("Return");
-             waitForWindows(1);
-         }},
-        {"differentiate", "callPlw -x diff\n"},
-        {"sort-by-x", "callPlw -x sortByX\n"},
-        {"swap-with-x", "callPlw -x swapWithX\n"},
-        {"copy-data", "callPlw -x copy -i yes\n"},
-        {"paste-data", "callPlw -x readData -p ",
-         [&] {
-             waitUntil("the clipboard's data",
-                       [&] { return contentsOf(name).find("Clipboard") != std::string::npos; });
-         }},
-        {"select-all", "callPlw -x selectCurveByIndex\n"},
-        {"delete", "callPlw -x delete\n"},
-        {"undo", nothing},
-        {"redo", nothing},
-        {"zoom-in", "callPlw -x setXRange "},
-        {"zoom-out", "callPlw -x setYRange "},
-        {"view-back", "callPlw -x setXRange "},
-        {"view-forward", "callPlw -x setYRange "},
-        {"range-over-all", "callPlw -x display -r yes\n"},
-        {"logarithmic-x", "callPlw -x setAxis -a 1 -l yes\n"},
-        {"logarithmic-y", "callPlw -x setAxis -a 2 -l yes\n"},
-        {"save-as", "callPlw -x saveDocument -f ", [&] { written("saved.plotwerk"); }},
-        {"mark", "callPlw -x markSelectedCurves\n"},
-        {"save", "callPlw -x saveDocument -k yes\n"},
-        {"export", "callPlw -x savePDF ", [&] { written("a.pdf"); }},
-        {"export", "callPlw -x saveEPS ", [&] { written("b.eps"); }},
-        {"export", "callPlw -x saveTIFF ", [&] { written("c.png"); }},
-        {"copy-picture", "callPlw -x copyPDF\n"},
-        // These do nothing to the document.
-        {"export", nothing,
-         [&] { // of a kind that there isn't
-             choose(pathOf("d.jpg"));
-             waitForWindows(1);
-             EXPECT_FALSE(std::filesystem::exists(pathOf("d.jpg")));
-         }},
-        {"copy-read-out", nothing},
-        {"fill-window", nothing},
-        {"show-curves", nothing},
-        {"show-fit", nothing},
-        {"show-journal", nothing},
-        {"cancel-fit", nothing},
-        {"about", nothing, dismiss},
-        {"new", nothing, closeOther},
-        {"open", nothing,
-         [&] {
-             choose(file("other.txt", "1 2\n"));
-             closeOther();
-         }},
-        {"print", nothing,
-         [&] {
-             waitForWindows(2);
-             for (const char *key : {"Tab", "Down", "space", "alt+p"}) { // the printer of files
-                 screen.type(key);
-                 screen.settle();
-             }
-             waitForWindows(1);
-             waitUntil("a PDF file", [&] {
-                 return runProgram({"pdftotext", pathOf("Untitled.pdf"), "-"}).out.size() > 10;
-             });
-         }},
-        {"mark", "callPlw -x markSelectedCurves\n"},
-        {"close", nothing, dismiss},
-        {"quit", nothing, dismiss},
-        {"save-script", nothing,
-         [&] {
-             choose(pathOf("script.sh"));
-             waitForWindows(1);
-         }},
-    };
-
-    std::vector<std::string> names;
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.action);
-        names.push_back(c.action);
-        const bool goesBackOrForth = c.action == "undo" || c.action == "redo";
-        if (!goesBackOrForth)
-            plotwerk->selectCurvesOf_indexFirst_indexLast_appendSelection_(name, 0, 1, false);
-        const bool changesNothing = c.line.empty() && !goesBackOrForth;
-        const std::string contents = changesNothing ? contentsOf(name) : "";
-        const auto appActions = actions(0);
-        const bool isOfWindow =
-            std::find(appActions.begin(), appActions.end(), c.action) == appActions.end();
-        activate(isOfWindow ? 1 : 0, c.action);
-        c.goOn();
-        if (changesNothing) {
-            EXPECT_TRUE(contentsOf(name) == contents);
-        }
-    }
-    std::sort(names.begin(), names.end());
-    names.erase(std::unique(names.begin(), names.end()), names.end());
-    std::vector<std::string> all = actions(1);
-    for (const std::string &action : actions(0)) all.push_back(action);
-    std::sort(all.begin(), all.end());
-    EXPECT_EQ(names, all);
-
-    const std::string script = bytesOf(pathOf("script.sh"));
-    for (const auto &c : cases)
-        EXPECT_TRUE(c.line.empty() || holds(script, '\n' + c.line)) << c.action;
-    EXPECT_TRUE(script.starts_with("#!/bin/sh\n"));
-    expectItMakesTheSame(script, before, files);
+    for (const auto &file : std::filesystem::directory_iterator(directory))
+        if (holds(".pdf .eps .png .plotwerk", file.path().extension()) &&
+            file.path().has_extension())
+            files.push_back(file.path());
+    expectItMakesTheSame(savedScript(), "", files);
 }
 
-TEST_F(ReplayTest, MouseKeysAndPanesAreInTheJournal) {
-    startWithLine();
-    read("x z\n0 100\n5 50\n10 1\n", "More");
-    plotwerk->setFormulaOf_formulaText_(name, "a*x + b");
-    reopen();
-    const std::string before = file("before.plotwerk", bytesOf(pathOf("line.plotwerk")));
-    const ShownFrame frame = screen.frame();
-    const Place middle = frame.at(0.5, 0.6);
-    Place belowAxis = frame.at(0.25, 0);
-    belowAxis.y += 12;
-    const Place check{179, 84}; // of the first curve in the list
-    const Place valueOfA{800, 180};
-    std::string contents = contentsOf(name);
-    const std::pair<std::string, std::function<void()>> gestures[] = {
-        {"a click on a curve", [&] { screen.click(frame.at(0.8, 0.8)); }},
-        {"another added", [&] { screen.click(frame.at(0.8, 0.2), "ctrl"); }},
-        {"wheel", [&] { screen.wheel(middle, 2); }},
-        {"wheel at an axis", [&] { screen.wheel(belowAxis, -1); }},
-        {"zoom to a rectangle",
-         [&] { screen.drag(frame.at(0.2, 0.2), frame.at(0.9, 0.8), 1, "ctrl"); }},
-        {"pan by the middle button", [&] { screen.drag(middle, frame.at(0.6, 0.4), 2); }},
-        {"pan by space", [&] { screen.drag(middle, frame.at(0.6, 0.4), 1, "space"); }},
-        {"plus", [&] { screen.type("plus"); }},
-        {"minus", [&] { screen.type("minus"); }},
-        {"up", [&] { screen.type("Up"); }},
-        {"left", [&] { screen.type("Left"); }},
-        {"Home", [&] { screen.type("Home"); }},
-        {"wheel again", [&] { screen.wheel(middle, 2); }},
-        {"double click", [&] { screen.click(middle, "", 2); }},
-        {"a row of the list",
-         [&] {
-             screen.click({80, 84});
-         }},
-        {"a source of the list",
-         [&] {
-             screen.click({80, 122});
-         }},
-        {"hiding", [&] { screen.click(check); }},
-        {"showing", [&] { screen.click(check); }},
-        {"a handle",
-         [&] {
-             plotwerk->setXRangeOf_xmin_xmax_(name, 0, 10); // the handles are at its ends
-             contents = contentsOf(name);
-             screen.move(middle);
-             screen.type("F7");
-             ShownFrame narrow;
-             waitUntil("the fit pane", [&] {
-                 narrow = screen.frame();
-                 return narrow.upperRight.x < frame.upperRight.x;
-             });
-             screen.drag(narrow.at(0, 0.3), narrow.at(0.4, 0.3));
-         }},
-        {"a value",
-         [&] {
-             screen.click(valueOfA);
-             screen.type("ctrl+a");
-             screen.write("24.5");
-             screen.type("Return");
-         }},
-        {"held fixed",
-         [&] {
-             screen.type("Tab");
-             screen.type("space");
-         }},
-        {"a fit", [&] { screen.type("alt+i"); }},
-        {"a formula",
-         [&] {
-             screen.type("alt+u");
-             screen.type("ctrl+a");
-             screen.write("c = a*x^2 + d");
-             screen.type("Return");
-             screen.write("c - 1");
-             screen.type("Tab");
-         }},
-    };
-    for (const auto &[gesture, make] : gestures) {
-        make();
-        waitUntil(gesture, [&] {
-            const std::string is = contentsOf(name);
-            return std::exchange(contents, is) != is;
-        });
-        screen.settle();
-    }
-    screen.move(middle);
-    expectItMakesTheSame(copiedJournal("callPlw -x fit"), before);
+INSTANTIATE_TEST_SUITE_P(Windows, ScriptsTest,
+                         testing::Values("actions", "curveList", "dialogs", "fitPane", "hiding",
+                                         "journal", "layout", "marks", "menus", "mouse", "status"),
+                         [](const auto &of) { return std::string(of.param); });
+
+TEST_F(ReplayTest, DocumentsHaveWindowsAndFilesTakeThePlaceOfAnUntouchedOne) {
+    std::filesystem::current_path(directory);
+    start({"--no-journal"});
+    follow("documents.txt");
+    stop();
+}
+
+// What a new action does to the document, or to files, has to be in the journal.
+TEST_F(ReplayTest, EveryActionIsInAScript) {
+    start({"--no-journal"});
+    std::string scripts;
+    for (const auto &file : std::filesystem::directory_iterator(TEST_DATA_DIR "/windows"))
+        scripts += bytesOf(file.path());
+    screen.frame();
+    for (const std::string &action : actions(0))
+        EXPECT_TRUE(holds(scripts, "\ndo app." + action + '\n')) << action;
+    for (const std::string &action : actions(1))
+        EXPECT_TRUE(holds(scripts, "\ndo " + action + '\n')) << action;
+    stop();
 }
 
 TEST_F(ReplayTest, MessagesOfTheBusAreInTheJournalWhateverTheyAre) {
@@ -348,7 +142,7 @@ TEST_F(ReplayTest, MessagesOfTheBusAreInTheJournalWhateverTheyAre) {
     screen.settle();
     screen.type("ctrl+shift+z");
     waitUntil("redo", [&] { return contentsOf(name) == last; });
-    const std::string script = copiedJournal("callPlw -x fit");
+    const std::string script = savedScript(3);
     EXPECT_FALSE(holds(script, "didSaveSucceed")) << "a question";
     expectItMakesTheSame(script, before);
 }
@@ -365,5 +159,5 @@ TEST_F(ReplayTest, AScriptBeginsWithTheDataThatWereOpened) {
     screen.settle();
     activate(2, "undo");
     activate(2, "zoom-in");
-    expectItMakesTheSame(copiedJournal("callPlw -x setYRange"), "");
+    expectItMakesTheSame(savedScript(2), "");
 }

@@ -36,14 +36,26 @@ Screen::Screen(const std::optional<ChildProcess> &of) : program(of) {
     number.pop_back();
     setenv("DISPLAY", (':' + number).c_str(), 1);
     setenv("GDK_BACKEND", "x11", 1);
-    setenv("GTK_A11Y", "none", 1);
+    setenv("GTK_A11Y", "test", 1); // keeps what it is told of widgets, for nobody
     setenv("GSETTINGS_BACKEND", "memory", 1);
+    setenv("GIO_EXTRA_MODULES", GIO_MODULES, 1);
+    setenv("WIDGETS", (folder.path / "widgets").c_str(), 1);
 
+    // Widgets are everywhere as large as here.
+    setenv("GTK_THEME", "Default", 1);
+    setenv("FONTCONFIG_FILE", (folder.path / "fonts.conf").c_str(), 1);
+    for (const char *scale : {"GDK_SCALE", "GDK_DPI_SCALE"}) unsetenv(scale);
+    std::ofstream(folder.path / "fonts.conf")
+        << "<fontconfig><dir>/usr/share/fonts/truetype/dejavu</dir><cachedir>"
+        << folder.path.string()
+        << "</cachedir><alias><family>monospace</family><prefer><family>DejaVu Sans Mono</family>"
+           "</prefer></alias></fontconfig>";
     std::filesystem::create_directory(folder.path / "gtk-4.0");
     std::ofstream(folder.path / "gtk-4.0/settings.ini")
         << "[Settings]\ngtk-cursor-blink=false\ngtk-enable-animations=false\n"
-           "gtk-print-backends=file\n";
-    for (const char *home : {"XDG_CONFIG_HOME", "XDG_DATA_HOME"})
+           "gtk-print-backends=file\ngtk-font-name=DejaVu Sans 10\ngtk-icon-theme-name=hicolor\n"
+           "gtk-double-click-time=80\n"; // is waited for: one click has no part in the next
+    for (const char *home : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
         setenv(home, folder.path.c_str(), 1);
 }
 
@@ -87,30 +99,49 @@ void Screen::move(Place to) {
     point(motion(to));
 }
 
-void Screen::click(Place at, const std::string &key, int times) {
+void Screen::click(Place at, const std::string &key, int times, int button) {
     std::vector<std::string> words = motion(at);
     if (!key.empty()) add(words, {"keydown", key});
-    add(words, {"click", "--repeat", std::to_string(times), "1"});
+    add(words,
+        {"click", "--delay", "0", "--repeat", std::to_string(times), std::to_string(button)});
     if (!key.empty()) add(words, {"keyup", key});
     point(words);
+}
+
+static std::vector<std::string> path(Place from, Place to) {
+    constexpr int steps = 5;
+    std::vector<std::string> words;
+    for (int i = 1; i <= steps; ++i)
+        add(words,
+            jump({from.x + (to.x - from.x) * i / steps, from.y + (to.y - from.y) * i / steps}));
+    return words;
 }
 
 void Screen::drag(Place from, Place to, int button, const std::string &key) {
     std::vector<std::string> words = motion(from);
     if (!key.empty()) add(words, {"keydown", key});
     add(words, {"mousedown", std::to_string(button)});
-    constexpr int steps = 5;
-    for (int i = 1; i <= steps; ++i)
-        add(words,
-            jump({from.x + (to.x - from.x) * i / steps, from.y + (to.y - from.y) * i / steps}));
+    add(words, path(from, to));
     add(words, {"mouseup", std::to_string(button)});
     if (!key.empty()) add(words, {"keyup", key});
     point(words);
 }
 
+void Screen::hold(Place from, Place to) {
+    std::vector<std::string> words = motion(from);
+    add(words, {"mousedown", "1"});
+    add(words, path(from, to));
+    point(words);
+}
+
+void Screen::release() {
+    point({"mouseup", "1"});
+}
+
 void Screen::wheel(Place at, int clicks) {
     std::vector<std::string> words = motion(at);
-    add(words, {"click", "--repeat", std::to_string(std::abs(clicks)), clicks > 0 ? "4" : "5"});
+    add(words, {"click", "--delay", "0", "--repeat", std::to_string(std::abs(clicks)),
+                clicks > 0 ? "4" : "5"});
     point(words);
 }
 
@@ -123,7 +154,7 @@ void Screen::dragAcross(Place from, Place to, const std::function<bool()> &isTak
         waitUntil("something to drag", [&] { return shot() != before; });
         move(to);
         settle();
-        point({"mouseup", "1"});
+        release();
         settle();
         return isTaken();
     });
@@ -189,6 +220,75 @@ void Screen::settle() const {
 Shot Screen::stillShot() const {
     settle();
     return shot();
+}
+
+static constexpr const char *marks = "*>~!"; // that stand before the text
+
+std::vector<Widget> Screen::widgets() const {
+    const std::filesystem::path path = folder.path / "widgets";
+    std::filesystem::remove(path);
+    program->sendSignal(SIGUSR1);
+    waitUntil("the widgets", [&] { return std::filesystem::exists(path); });
+    std::ifstream file(path);
+    std::vector<Widget> widgets;
+    for (Widget widget; file >> widget.at.x >> widget.at.y >> widget.width >> widget.height;) {
+        file.get();
+        std::getline(file, widget.kind, '\t');
+        std::getline(file, widget.text, '\t');
+        std::getline(file, widget.looks);
+        widgets.push_back(widget);
+    }
+    return widgets;
+}
+
+std::string Screen::shown(const std::string &title) const {
+    std::string text;
+    bool isIn = false;
+    Widget last;
+    for (const Widget &widget : widgets()) {
+        if (widget.text.starts_with("= ")) isIn = title.empty() || widget.text.ends_with(title);
+        if (!isIn || widget.text.find_first_not_of(' ') == std::string::npos) continue;
+        const int right = widget.at.x - last.at.x;
+        const int down = widget.middle().y - last.middle().y;
+        const bool isMarked = last.text.find_first_not_of(marks) == std::string::npos &&
+                              right >= 0 && right < last.width && std::abs(2 * down) <= last.height;
+        if (!text.empty() && !isMarked) text += right > 0 && std::abs(down) < 8 ? "  " : " / ";
+        text += widget.text;
+        last = widget;
+    }
+    return text;
+}
+
+Widget Screen::widget(const std::string &text, int number) const {
+    std::optional<Widget> found;
+    waitUntil(text, [&] {
+        int left = number;
+        for (const Widget &widget : widgets()) {
+            const std::size_t begin =
+                std::min(widget.text.find_first_not_of(marks), widget.text.size());
+            if (widget.kind != text && widget.text.substr(begin) != text) continue;
+            if (--left > 0) continue;
+            found = widget;
+            return true;
+        }
+        return false;
+    });
+    return *found;
+}
+
+std::string Screen::pixels(Place from, Place step, int count) const {
+    const Shot shown = stillShot();
+    std::ostringstream runs;
+    runs << std::hex;
+    for (int i = 0, begin = 0; i < count; ++i) {
+        const auto at = [&](int of) {
+            return shown.at(from.x + of * step.x, from.y + of * step.y);
+        };
+        if (i + 1 < count && at(i + 1) == at(begin)) continue;
+        runs << std::dec << i + 1 - begin << '*' << std::hex << (at(begin) & 0xffffff) << ' ';
+        begin = i + 1;
+    }
+    return runs.str();
 }
 
 // The first and the last column, or row, that is dark for a quarter of the screen without a gap.

@@ -37,6 +37,18 @@ struct ShownFrame {
     Place at(double right, double up) const;
 };
 
+// What is shown in a window.
+struct Widget {
+    Place at; // on the screen
+    int width = 0;
+    int height = 0;
+    std::string kind; // as the toolkit has it
+    std::string text;
+    std::string looks; // style classes, {tooltip}, ^cursor, opacity, (names for screen readers)
+
+    Place middle() const { return {at.x + width / 2, at.y + height / 2}; }
+};
+
 // An X server of the test's own. While it lives it is the display of this process's children, of
 // which it waits for the program.
 class Screen {
@@ -48,8 +60,10 @@ class Screen {
     void type(const std::string &key);
     void write(const std::string &text);
     void move(Place to);
-    void click(Place at, const std::string &key = "", int times = 1);
+    void click(Place at, const std::string &key = "", int times = 1, int button = 1);
     void drag(Place from, Place to, int button = 1, const std::string &key = "");
+    void hold(Place from, Place to); // as that, until the button is released
+    void release();
     void wheel(Place at, int clicks); // up where positive
 
     // From one program's window to another's, which have to find each other: again until `isTaken`.
@@ -68,6 +82,19 @@ class Screen {
 
     // What is shown then.
     Shot stillShot() const;
+
+    // The widgets of all windows now, the last window first.
+    std::vector<Widget> widgets() const;
+
+    // What they say, of windows whose title ends so: a slash between rows. Marks stand before it:
+    // * selected, > with the focus, ~ insensitive, ! an error.
+    std::string shown(const std::string &title = "") const;
+
+    // The first, second, ... widget of that kind, or that says that; waits for it.
+    Widget widget(const std::string &text, int number = 1) const;
+
+    // The runs of pixels of one colour, as in "20*ffffff 3*0 ".
+    std::string pixels(Place from, Place step, int count) const;
 
     // The frame of the plot that is shown; waits for one.
     ShownFrame frame() const;

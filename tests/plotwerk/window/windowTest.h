@@ -5,7 +5,6 @@
 #include "tests/plotwerk/server/serverTest.h"
 #include "tests/plotwerk/window/screen.h"
 
-#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,19 +25,11 @@ class WindowTest : public ServerTest {
     // That file in the place of the document.
     void openInstead(const std::string &path);
 
-    // Of x and y.
-    std::array<double, 4> ranges();
-
-    // Waits until the ranges are these, within what a pixel is worth.
-    void waitForRanges(const std::array<double, 4> &want, double tolerance);
-
     // With data and a formula that a fit works on for long, all saved, and the fit pane shown.
     void startWithSlowFit();
 
-    // The corners of what is shown otherwise than before a fit, beside the plot.
-    std::array<Place, 2> traceOfFit() const;
-
-    Place waitForCancelButton() const;
+    // Until the fit tells of itself.
+    void waitForProgress();
 
     void waitForWindows(std::size_t count);
 
@@ -51,7 +42,6 @@ class WindowTest : public ServerTest {
 
     const std::string name = "Untitled";
     Screen screen{program};
-    Shot idle; // what was shown before a fit
 
   private:
     std::unique_ptr<sdbus::IProxy> actionsOf(int window) const;

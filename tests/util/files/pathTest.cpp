@@ -11,28 +11,24 @@
 using namespace plw;
 
 TEST(Path, TakesApartWhateverTheDotsAndSlashes) {
-    const struct {
-        const char *path, *dir, *name, *extension, *withoutExtension;
-    } cases[] = {{"/a/b/c.txt", "/a/b", "c.txt", "txt", "/a/b/c"},
-                 {"a.b.c", "", "a.b.c", "c", "a.b"},
-                 {"/name", "", "name", "", nullptr},
-                 {"dir.x/file", "dir.x", "file", "", "dir"}, // cuts the directory: a kept oddity
-                 {"a/.rc", "a", ".rc", "rc", "a/"},
-                 {"a//b.", "a/", "b.", "", "a//b"},
-                 {"", "", "", "", nullptr}};
-    for (const auto &c : cases) {
+    // directory, name and extension, and the path without its extension
+    const std::pair<const char *, const char *> cases[] = {
+        {"/a/b/c.txt", "/a/b, c.txt, txt, /a/b/c"},
+        {"a.b.c", ", a.b.c, c, a.b"},
+        {"/name", ", name, , /name"},
+        {"dir.x/file", "dir.x, file, , dir"}, // cuts the directory: a kept oddity
+        {"a/.rc", "a, .rc, rc, a/"},
+        {"a//b.", "a/, b., , a//b"},
+        {"", ", , , "}};
+    for (const auto &[text, want] : cases) {
         char path[32], dir[32];
-        std::strcpy(path, c.path);
-        EXPECT_EQ(dirOfPath(path, dir), dir);
-        EXPECT_STREQ(dir, c.dir) << c.path;
-        EXPECT_STREQ(fileNameOfPath(path), c.name) << c.path;
-        EXPECT_STREQ(fileextension(path), c.extension) << c.path;
-        EXPECT_EQ(fileextension(path), path + std::strlen(path) - std::strlen(c.extension));
-
-        char *cut = removeExtension(path);
-        const char *left = c.withoutExtension ? c.withoutExtension : c.path;
-        EXPECT_EQ(cut, c.withoutExtension ? path + std::strlen(left) : nullptr) << c.path;
-        EXPECT_STREQ(path, left);
+        std::strcpy(path, text);
+        std::string parts = std::string(dirOfPath(path, dir)) + ", " + fileNameOfPath(path) + ", ";
+        EXPECT_EQ(fileextension(path) + std::strlen(fileextension(path)), path + std::strlen(path));
+        parts += fileextension(path) + std::string(", ");
+        const char *cut = removeExtension(path);
+        EXPECT_EQ(cut, std::strcmp(path, text) == 0 ? nullptr : path + std::strlen(path)) << text;
+        EXPECT_EQ(parts + path, want);
     }
 
     char inPlace[] = "/a/b";
