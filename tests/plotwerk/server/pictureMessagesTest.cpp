@@ -37,6 +37,7 @@ class PictureMessages : public ServerTest {
 
 TEST_F(PictureMessages, ACopyNeedsAPlace) {
     file("plotwerk", "a file where the folder is to be");
+    fs::permissions(pathOf("plotwerk"), fs::perms::owner_read);
     const std::string notSet = "no place for a copy: XDG_RUNTIME_DIR is not set (\"Untitled\")";
     const std::pair<std::string, std::string> cases[] = {
         {"", notSet},
