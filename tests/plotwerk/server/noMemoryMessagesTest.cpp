@@ -11,6 +11,7 @@
 #include "tests/plotwerk/server/serverTest.h"
 #include "tests/support/failingMemory.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
