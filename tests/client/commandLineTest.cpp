@@ -13,12 +13,6 @@ static std::string getVarMessage(const std::string &value) {
     return "getVarOf:'doc' varName:'" + value + "'\n";
 }
 
-static std::string repeated(const std::string &text, std::size_t count) {
-    std::string result;
-    while (count-- > 0) result += text;
-    return result;
-}
-
 TEST_F(CommandLineTest, LinesAreCutIntoWordsAndOptions) {
     using namespace std::string_literals;
     // what must come of the input: values of -s in getVar commands, a '|' behind each
@@ -55,9 +49,12 @@ TEST_F(CommandLineTest, LinesAreCutIntoWordsAndOptions) {
                                 "-x getVar -s a\r\n -> a\r|"})
         expectValues(c.substr(0, c.find(" -> ")), c.substr(c.find(" -> ") + 4), "");
 
-    const std::string getVar = "-x getVar -s ", ones = repeated(" -a 1", 29), full(498, 'a');
+    const std::string getVar = "-x getVar -s ", full(498, 'a');
+    std::string ones;
+    for (int i = 0; i < 29; ++i) ones += " -a 1";
     const std::string noOption = "callPlw: invalid option -- ";
     const std::string noValue = "callPlw: option requires an argument -- ";
+    const std::string noZ = noOption + "'z'\n";
     const struct {
         std::string input, values, err = "";
     } cases[] = {{"\0-x getVar\n-x getVar -s a\0b\n-x getVar -s c"s, "a|c|"},
@@ -65,7 +62,7 @@ TEST_F(CommandLineTest, LinesAreCutIntoWordsAndOptions) {
                  {"-x getVar -O 0.5 -s a", "|", noOption + "'O'\n"},
                  {"-s a -x\n-x getVar", "|", noValue + "'x'\n"},
                  {"-x getVar -zz\n-x getVar -s a\n-x getVar -zs\n-x getVar -zsb", "|a||b|",
-                  repeated(noOption + "'z'\n", 3) + noValue + "'s'\n" + noOption + "'z'\n"},
+                  noZ + noZ + noZ + noValue + "'s'\n" + noZ},
                  // words beyond the 62nd
                  {"-x getVar" + ones + " -s last" + ones, "last|"},
                  {"-x getVar" + ones + " -a 1 -s late", "|"},

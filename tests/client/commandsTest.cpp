@@ -126,11 +126,7 @@ TEST_F(CommandsTest, DoNothingWithoutADocument) {
 }
 
 TEST_F(CommandsTest, PrintWhateverPlotwerkAnswers) {
-    const struct {
-        std::string selector;
-        std::vector<std::string> values;
-        std::string command, out;
-    } answerCases[] = {
+    const std::tuple<std::string, std::vector<std::string>, std::string, std::string> given[] = {
         {"mouseEvents", {"nan", "2", "3", "4", "5"}, "mouseClick", "none"},
         {"mouseEvents", {"1", "nan", "nan", "nan", "0"}, "mouseClick", "1 nan nan nan 0"},
         {"nameOfNextMarked", {"", "", "no", "-1", "-1"}, "nextMarkedCurve", "-1 x  Table -1 "},
@@ -144,31 +140,26 @@ TEST_F(CommandsTest, PrintWhateverPlotwerkAnswers) {
         {"documentNameOfFrontWindow", {"a %s\nb"}, "activeDoc", "a %s\nb"},
         {"didSaveSucceed", {"no"}, "saveDocument", "save ERROR"},
     };
-    for (const auto &c : answerCases) {
-        SCOPED_TRACE(c.command + " answered " + testing::PrintToString(c.values));
-        startPlotwerk({{c.selector, {reply(c.values)}}});
-        expectOutput(runLines("-x " + c.command), c.out + '\n');
+    for (const auto &[selector, values, command, out] : given) {
+        SCOPED_TRACE(command + " answered " + testing::PrintToString(values));
+        startPlotwerk({{selector, {reply(values)}}});
+        expectOutput(runLines("-x " + command), out + '\n');
     }
 }
 
 TEST(Options, AreReadByTheFirstCharacterOrAsFarAsANumberGoes) {
-    const struct {
-        const char *text;
-        bool yes;
-        int state, whole;
-        double number;
-    } texts[] = {
+    const std::tuple<const char *, bool, int, int, double> texts[] = {
         {"", false, 2, 10, 10},    {"n", false, 0, 0, 0},      {"Nein", false, 0, 0, 0},
         {"k", true, 2, 0, 0},      {"Keep", true, 2, 0, 0},    {"false", true, 1, 0, 0},
         {" n", true, 1, 0, 0},     {"-", true, 1, 0, 0},       {"\xc3\xb1", true, 1, 0, 0},
         {"1,5", true, 1, 1, 1},    {" 7", true, 1, 7, 7},      {"+3.75", true, 1, 3, 3.75},
         {"1e3", true, 1, 1, 1000}, {"0x10", true, 1, 0, 16},   {"inf", true, 1, 0, infinity},
         {"nan", false, 0, 0, NaN}, {"-0.0", true, 1, 0, -0.0}, {"1e400", true, 1, 1, infinity}};
-    for (const auto &c : texts) {
-        EXPECT_EQ(yesNo(c.text), c.yes) << c.text;
-        EXPECT_EQ(triState(c.text), c.state) << c.text;
-        const OptionText option{c.text, 'a', "YatX"};
-        EXPECT_EQ(integer(option, 10), c.whole) << c.text;
-        EXPECT_TRUE(same(real(option, 10), c.number)) << c.text;
+    for (const auto &[text, yes, state, whole, number] : texts) {
+        EXPECT_EQ(yesNo(text), yes) << text;
+        EXPECT_EQ(triState(text), state) << text;
+        const OptionText option{text, 'a', "YatX"};
+        EXPECT_EQ(integer(option, 10), whole) << text;
+        EXPECT_TRUE(same(real(option, 10), number)) << text;
     }
 }

@@ -57,11 +57,9 @@ TEST(Documentation, CompletionOffersCommandsAndTheirOptionsWhereTheyAreWanted) {
     std::vector<std::pair<std::string, Names>> cases = {
         {"-x setF", {"setFitRange", "setFormula", "setFormulaParameters"}},
         {"-xsetF", {"-xsetFitRange", "-xsetFormula", "-xsetFormulaParameters"}},
-        {"-x README", {}},
         {"-s set", {}},
         {"-s -x ''", {"-x"}},
         {"''", {"-x"}},
-        {"-", {"-x"}},
         {"-x", {"-x"}},
         {"-xopen -f file -", {"-f", "-r", "-x"}},
         {"-x nonsense ''", {"-x"}},
@@ -89,18 +87,13 @@ TEST(Documentation, JournalOfAWindowHasCommandsAndOptionsOfTheTables) {
     static const std::regex row("\\{(?:\"\\w+\"\\s*)*\"\\w+_\",\\s*\"([^\"]+)\",\\s*\"([^\"]*)\"");
     int rows = 0;
     for (std::sregex_iterator at(text.begin(), text.end(), row), end; at != end; ++at, ++rows) {
-        const std::string command = at->str(1);
-        std::istringstream names(command), kinds(at->str(2));
+        std::istringstream names(at->str(1)), kinds(at->str(2));
         std::string known;
-        for (std::string name; std::getline(names, name, '|');) {
-            const auto found = letters.find(name.substr(0, name.find(' ')));
-            ASSERT_TRUE(found != letters.end()) << name;
-            known = found->second;
-        }
+        for (std::string name; std::getline(names, name, '|');)
+            known = letters.at(name.substr(0, name.find(' ')));
         for (std::string kind; kinds >> kind;) {
             const bool isOption = std::isalpha(static_cast<unsigned char>(kind[0])) && kind != "d";
-            EXPECT_TRUE(!isOption || known.find(kind[0]) != std::string::npos)
-                << command << " -" << kind;
+            EXPECT_TRUE(!isOption || known.find(kind[0]) != std::string::npos) << at->str();
         }
     }
     EXPECT_GT(rows, 40);

@@ -154,5 +154,5 @@ RecordingService::~RecordingService() {
 
 void RecordingService::crash() {
     kill(service, SIGKILL);
-    waitUntil("the end of the service", [&] { return !bus.hasOwner(plotwerkName); });
+    bus.waitForNoOwner(plotwerkName);
 }

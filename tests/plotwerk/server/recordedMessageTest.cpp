@@ -59,3 +59,15 @@ TEST(RecordedMessage, ThatIsDamagedChangesNothingForLaterOnes) {
     title({doc, text});
     EXPECT_EQ(application.document("doc").axes[xAxis].title, "text");
 }
+
+TEST(RecordedMessage, IsRepeatedWithItsOwnDecimalSeparator) {
+    Application application;
+    application.add({.name = "doc"});
+    const std::string data = "1,5 2,5\n", doc = "doc", source = "s";
+    const bool range = false;
+    ControlObject(application)
+        .repeat(encodedMessage(',', "replaceDataformText_of_source_doRangeOverAll_",
+                               std::tie(data, doc, source, range))
+                    .whole());
+    EXPECT_EQ(application.document("doc").sources.at(0).tables.at(0).x.values.at(0), 1.5);
+}
