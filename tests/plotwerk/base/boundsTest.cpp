@@ -3,6 +3,7 @@
 #include "plotwerk/base/child.h"
 #include "plotwerk/base/ending.h"
 #include "plotwerk/base/refusal.h"
+#include "tests/plotwerk/base/askedToEnd.h"
 #include "tests/plotwerk/base/refusalOf.h"
 
 #include <csignal>
@@ -79,20 +80,10 @@ TEST(InChild, HasItsShareOfMemoryAndNoMore) {
 }
 #endif
 
-// Returns the mask before.
-static sigset_t blockTermination() {
-    sigset_t ends, before;
-    sigemptyset(&ends);
-    sigaddset(&ends, SIGTERM);
-    sigprocmask(SIG_BLOCK, &ends, &before);
-    return before;
-}
-
 TEST(EndingDeathTest, ComesInTheMiddleOfWork) {
     const auto work = [] {
-        blockTermination();
         endInTheMiddleOfWork();
-        raise(SIGTERM);
+        const AskedToEnd asked;
         for (volatile int forever = 1; forever;) {
         }
     };
@@ -100,10 +91,6 @@ TEST(EndingDeathTest, ComesInTheMiddleOfWork) {
 }
 
 TEST(InChild, IsGivenUpWhenTheProgramIsToEnd) {
-    const sigset_t before = blockTermination();
-    raise(SIGTERM);
+    const AskedToEnd asked;
     EXPECT_EQ(refusalOf([] { inChild([] { pause(); }); }), "given up, since the program is to end");
-    std::signal(SIGTERM, SIG_IGN); // which takes it
-    std::signal(SIGTERM, SIG_DFL);
-    sigprocmask(SIG_SETMASK, &before, nullptr);
 }
