@@ -6,9 +6,9 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/files/stateDirectory.h"
 #include "plotwerk/model/change.h"
+#include "tests/plotwerk/base/askedToEnd.h"
 #include "tests/plotwerk/server/serverTest.h"
 
-#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <new>
@@ -204,24 +204,15 @@ TEST_F(ApplicationTest, GivesUpAJournalThatEndsTheProcess) {
 TEST_F(ApplicationTest, CanBeAskedToEndWhileItBringsBack) {
     leave("behind", 1, {"message"});
     leave("front", 2, {"message", "message"});
-    sigset_t ends;
-    sigemptyset(&ends);
-    sigaddset(&ends, SIGTERM);
-    sigprocmask(SIG_BLOCK, &ends, nullptr);
     const auto messagesBefore = [&](bool end) {
-        Journaling application;
+        std::optional<AskedToEnd> asked;
         int messages = 0;
-        application.recover([&](std::string_view) {
-            if (++messages == 1 && end) raise(SIGTERM);
+        Journaling().recover([&](std::string_view) {
+            if (++messages == 1 && end) asked.emplace();
         });
         return messages;
     };
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(messagesBefore(true), 1) << i;
-        int taken = 0;
-        sigwait(&ends, &taken);
-    }
-    sigprocmask(SIG_UNBLOCK, &ends, nullptr);
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(messagesBefore(true), 1) << i;
     EXPECT_EQ(messagesBefore(false), 3);
 }
 

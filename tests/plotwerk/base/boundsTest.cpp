@@ -4,6 +4,7 @@
 #include "plotwerk/base/ending.h"
 #include "plotwerk/base/memoryReserve.h"
 #include "plotwerk/base/refusal.h"
+#include "tests/plotwerk/base/askedToEnd.h"
 #include "tests/plotwerk/base/refusalOf.h"
 
 #include <csignal>
@@ -11,6 +12,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <functional>
+#include <gtest/gtest.h>
 #include <limits>
 #include <memory>
 #include <new>
@@ -106,20 +108,10 @@ TEST(MemoryReserveDeathTest, IsOneAndForAllButWhatDoesWithout) {
 }
 #endif
 
-// Returns the mask before.
-static sigset_t blockTermination() {
-    sigset_t ends, before;
-    sigemptyset(&ends);
-    sigaddset(&ends, SIGTERM);
-    sigprocmask(SIG_BLOCK, &ends, &before);
-    return before;
-}
-
 TEST(EndingDeathTest, ComesInTheMiddleOfWork) {
     const auto work = [] {
-        blockTermination();
         endInTheMiddleOfWork();
-        raise(SIGTERM);
+        const AskedToEnd asked;
         for (volatile int forever = 1; forever;) {
         }
     };
@@ -127,10 +119,6 @@ TEST(EndingDeathTest, ComesInTheMiddleOfWork) {
 }
 
 TEST(InChild, IsGivenUpWhenTheProgramIsToEnd) {
-    const sigset_t before = blockTermination();
-    raise(SIGTERM);
+    const AskedToEnd asked;
     EXPECT_EQ(refusalOf([] { inChild([] { pause(); }); }), "given up, since the program is to end");
-    std::signal(SIGTERM, SIG_IGN); // which takes it
-    std::signal(SIGTERM, SIG_DFL);
-    sigprocmask(SIG_SETMASK, &before, nullptr);
 }

@@ -1,5 +1,6 @@
 // Files are whole whenever they are looked at.
 #include "plotwerk/files/atomicFile.h"
+#include "tests/plotwerk/base/askedToEnd.h"
 #include "tests/plotwerk/base/refusalOf.h"
 #include "tests/support/temporaryFolder.h"
 
@@ -341,16 +342,9 @@ static bool killedAtStop(int n, const std::function<void()> &work, std::string &
 }
 
 TEST_P(AtomicFile, IsFinishedWhenItIsSmallAndGivenUpWhenItIsLargeAtTheEnd) {
-    sigset_t ends;
-    sigemptyset(&ends);
-    sigaddset(&ends, SIGTERM);
-    sigprocmask(SIG_BLOCK, &ends, nullptr);
-    raise(SIGTERM);
+    const AskedToEnd asked;
     write(file, "small");
     EXPECT_NE(refusalOf([&] { write(file, std::string(20 << 20, 'x')); }), "");
-    int taken = 0;
-    sigwait(&ends, &taken);
-    sigprocmask(SIG_UNBLOCK, &ends, nullptr);
     EXPECT_EQ(readWholeFile(file), "small");
     EXPECT_EQ(listing(), "file ");
 }

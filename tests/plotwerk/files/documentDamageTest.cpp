@@ -120,8 +120,11 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
     const std::string sound = saved(document, false);
     ASSERT_EQ(damageOf(sound), "");
 
-    const auto quoted = [](std::size_t length) { return '"' + std::string(length, 'n') + '"'; };
+    const std::string longName = '"' + std::string(1001, 'n') + '"';
     const std::string longer = "damaged: a name can't have more than 1000 bytes";
+    const std::string infinite = "damaged: a limit of a range can't be -inf";
+    const std::string others = "something else among the numbers of a column";
+    const std::string noRange = R"({"max":null,"min":null})";
     const std::string minor = std::to_string(currentVersion.minor);
     const std::string later = "saved by a later Plotwerk (version ";
     const std::string rest = '.' + minor + " of the format)";
@@ -137,8 +140,8 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
         {"minor", minor, {"-1", "null"}, "damaged: no version"},
         {"document", "", {"1,\"d\":"}, ""},
         {"name", "\"doc\"", {"null", "\"a\\u0000b\""}, ""},
-        {"name", "\"doc\"", {quoted(1001)}, longer},
-        {"name", "\"source\"", {quoted(1001)}, longer},
+        {"name", "\"doc\"", {longName}, longer},
+        {"name", "\"source\"", {longName}, longer},
         {"xAxisLength", "12.0", {"\"12\"", "false"}, ""},
         {"multiDimFit", "false", {"0"}, ""},
         {"ticks", "-1", {"1.0", "2147483648", "-2147483649", "18446744073709551615"}, ""},
@@ -148,22 +151,13 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
         {"values", "[1.0,2.0]", {"0"}, ""},
         {"values", "[1.0,2.0]", {"[1.0]"}, "damaged: columns of unequal length in \"source\""},
         {"values", "[1.0,2.0]", {"[1.0,\"2\"]"}, "a text among the numbers of a column"},
-        {"values",
-         "[1.0,2.0]",
-         {"[[2.0]]", "[1.0,true]", "[{}]"},
-         "something else among the numbers of a column"},
+        {"values", "[1.0,2.0]", {"[[2.0]]", "[1.0,true]", "[{}]"}, others},
         {"lineThickness", "1.0", {"null"}, "damaged: lineThickness can't be nan, only 0 to 50"},
         {"layer", "0", {"2147483647"}, "damaged: layer can't be 2.14748e+09"},
         {"opacity", "1.0", {"-1"}, "damaged: a part of a colour can't be -1, only 0 to 1"},
         {"logTicksAt", "-1", {"0"}, "damaged: logticksAt can't be 0, only 1 to 600"},
-        {"range",
-         "{\"max\":null,\"min\":null}",
-         {"{\"max\":1,\"min\":\"-inf\"}"},
-         "damaged: a limit of a range can't be -inf"},
-        {"fitRange",
-         "{\"max\":null,\"min\":null}",
-         {"{\"max\":1,\"min\":2}"},
-         "damaged: a range can't go from 2 to 1"},
+        {"range", noRange, {R"({"max":1,"min":"-inf"})"}, infinite},
+        {"fitRange", noRange, {R"({"max":1,"min":2})"}, "damaged: a range can't go from 2 to 1"},
         {"formula", "\"\"", {"\"(\""}, "damaged: formula, line 1, column 2: expected a value"},
         {"formula", "\"\"", {"\"a*x\""}, "damaged: the parameters are not those of the formula"}};
     for (const auto &c : cases) {
@@ -187,9 +181,7 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
         table.y = {y, y};
         return damageOf(saved(document, true));
     };
-    const Column y{.name = "", .values = {3, 4}, .look = {}};
-    Column placed = y, fitted = y, drawn = y;
-    EXPECT_EQ(refusalWith(y), "");
+    Column placed{.name = "", .values = {3, 4}, .look = {}}, fitted = placed, drawn = placed;
     placed.rank = 1;
     EXPECT_EQ(refusalWith(placed), "damaged: the selection has two curves in one place");
     placed.rank = -1;

@@ -29,7 +29,8 @@ TEST(Editing, IsRefusedWithoutASelection) {
 TEST(Editing, RenamesTheSelectionAndShowsItInFront) {
     Document document = sample();
     for (const CurveRef &curve : curvesOf(document)) columnOf(document, curve).look.visible = false;
-    document.sources[0].tables[1].y[0].look.layer = 7;
+    document.sources[0].tables[1].y[0].look.layer = 7; // of those that aren't selected the highest
+    document.sources[1].tables[0].y[0].look.layer = 20;
     selectByIndex(document, {3, 3}, false);
     selectByIndex(document, {1, 1}, true);
     renameSelection(document, "n");

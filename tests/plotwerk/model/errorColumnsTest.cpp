@@ -55,7 +55,7 @@ TEST(ErrorColumns, AreToldByTheirNamesAndPlaces) {
         {"t|U|U +|U +|U -|U -", "1:2,4 curves: 1"},
         {"t|U|U +|U -|U err", "1:4 curves: 1"},
         // units
-        {"t (s)|U (V)|U error (V)|t err (s)", "0:3 1:2 curves: 1"},
+        {"t (s)|U [V]|U error [V]|t err (s)", "0:3 1:2 curves: 1"},
         {"t|U (V)|U (V) error|I [A]|dI [A]", "1:2 3:4 curves: 1 3"},
         {"t|U (V)|U error|U (mV)|dU (mV)", "1:2 3:4 curves: 1 3"},
         {"t|U (V)|U err (mV)|U err (%)", "curves: 1 2 3"},

@@ -57,7 +57,7 @@ TEST(Points, KnowledgeAboutXFollowsTheRows) {
 
 TEST(Points, ValuesAreReadAndSetByIndex) {
     Document document = sample();
-    setValueAtIndex(document, 1, 1, nan_);
+    setValueAtIndex(document, 1, 1, -nan_);
     EXPECT_EQ(textOf(document.sources[0].tables[0]), "x=1,2 a=1,2 b=3,nan");
     EXPECT_TRUE(std::isnan(valueAtIndex(document, 1, 1)));
     for (const int index : {-1, 2})

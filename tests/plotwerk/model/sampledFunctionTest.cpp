@@ -1,14 +1,10 @@
 #include "plotwerk/model/sampledFunction.h"
 
 #include "tests/plotwerk/model/documents.h"
+#include "tests/plotwerk/model/withinMemory.h"
 
-#include <cstdlib>
-#include <fstream>
 #include <functional>
-#include <new>
 #include <random>
-#include <sys/resource.h>
-#include <unistd.h>
 
 using namespace plotwerk;
 
@@ -35,19 +31,8 @@ TEST(SampledFunction, RefusesToSearchWithoutTheMemoryForIt) {
     std::vector<double> noise(50'000);
     std::minstd_rand random(1);
     for (double &y : noise) y = std::generate_canonical<double, 32>(random);
-    const auto searchWithin = [&](rlim_t bytes) {
-        rlim_t pages = 0;
-        std::ifstream("/proc/self/statm") >> pages;
-        const rlim_t most = pages * static_cast<rlim_t>(getpagesize()) + bytes;
-        const rlimit limit{most, most};
-        setrlimit(RLIMIT_AS, &limit);
-        try {
-            peakPositions(noise, 0.9, 2);
-        } catch (const std::bad_alloc &) {
-        }
-        _exit(0);
-    };
+    const auto search = [&] { peakPositions(noise, 0.9, 2); };
     for (rlim_t bytes = 0; bytes < 10'000'000; bytes += 100'000)
-        EXPECT_EXIT(searchWithin(bytes), testing::ExitedWithCode(0), "") << bytes;
+        EXPECT_EXIT(doWithin(bytes, search), isDoneOrRefused, "") << bytes;
 }
 #endif
