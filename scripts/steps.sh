@@ -28,11 +28,11 @@ without_passed() {
     grep -v '^ *Start *[0-9]*: \|^ *[0-9]*/[0-9]* Test .* Passed  *[0-9.]* sec$'
 }
 
-# run_tests PRESET [OPTION ...]
+# run_tests PRESET [OPTION ...]: two for each processor, since many wait for other programs.
 run_tests() {
     local preset=$1
     shift
-    ctest --preset "$preset" -j "$jobs" "$@" | without_passed
+    ctest --preset "$preset" -j "$((2 * jobs))" "$@" | without_passed
 }
 
 # run_tests_as_nobody PRESET: once more without root's rights, where root ran them. Packaging isn't
@@ -49,6 +49,6 @@ run_tests_as_nobody() {
     echo "subdirs(\"$PWD/build/$1\")" >"$folder/CTestTestfile.cmake"
     chown -R nobody: "$folder"
     HOME=$folder/home TMPDIR=$folder/home "${as_nobody[@]}" ctest --test-dir "$folder" \
-        --output-on-failure --timeout 120 -j "$jobs" -E Packaging | without_passed
+        --output-on-failure --timeout 120 -j "$((2 * jobs))" -E Packaging | without_passed
     rm -r "$folder"
 }
