@@ -118,6 +118,10 @@ TEST_F(ApplicationTest, BringsBackEachDocumentByItself) {
     EXPECT_TRUE(isInUse("front") && isInUse("behind") && !isInUse("wrong"));
     for (int i = 0; i < 3; ++i)
         EXPECT_TRUE(holds(logOf([&] { application.recover(repeat); }), ": the reason\n")) << i;
+    const fs::path emptied = journals / "emptied.journal";
+    std::ofstream(emptied).close();
+    application.removeOldJournals();
+    EXPECT_FALSE(fs::exists(emptied));
 }
 
 // Their order stays even where bringing back ends after any of them, for it is that of the stamps.

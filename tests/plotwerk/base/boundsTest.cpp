@@ -41,6 +41,7 @@ TEST(InChild, KeepsWhatTheWorkWroteAndNothingElse) {
     int value = 1;
     inChild([&] {
         value = 2;
+        usleep(250'000); // while nothing is heard of it
         std::fputs("written", file.get());
         std::fflush(file.get());
     });

@@ -205,7 +205,8 @@ TEST(DataFile, IsReadInTheEncodingsOfSpreadsheets) {
         {"\xFF\xFE\xB5\0\t\0b\0\r\0\n\0001\0\t\0002\0"s, "\u00b5=1 b=2"},
         {"\xFF\xFE\xA9\3\xAC\x20\t\0b\0\n\0001\0\t\0002\0"s, "\u03a9\u20ac=1 b=2"},
         {"\xFE\xFF\xD8\0\xDC\0\0\t\0b\0\n\0001\0\t\0002"s, "\U00010000=1 b=2"},
-        {"\xFE\xFF\xD8\x34\xDD\x1E\0\t\xD8\x34\0\n\0001\0\t\0002"s, "\U0001D11E=1 \uFFFD=2"},
+        {"\xFE\xFF\xD8\x34\xDD\x1E\0\t\xD8\x34\0b\xDD\x1E\0\n\0001\0\t\0002"s,
+         "\U0001D11E=1 \uFFFDb\uFFFD=2"},
         {"\xC3\xA4\xEF\xBF\xBE\xEF\xB7\x90\xF0\x9F\xBF\xBF\xF4\x8F\xBF\xBF b\n1 2\n",
          "\u00e4\uFFFD\uFFFD\uFFFD\uFFFD=1 b=2"}};
     for (const auto &[bytes, want] : cases)

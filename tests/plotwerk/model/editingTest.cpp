@@ -177,15 +177,13 @@ std::vector<long> maxima(Document document, int width, double height) {
 TEST(Extremes, AreThoseAtLeastSoWideAndHigh) {
     const Document four = peaks({{100, 20, 30}, {300, 5, 30}, {500, 20, 4}, {700, 30, 200}});
     const Document twins = peaks({{400, 20, 30}, {460, 20, 30}}, 0); // 17.5 above the valley
+    const Document spiked = peaks({{400, 30, 8}, {430, 20, 30}}, 0); // no peak beside one
     const Document broad = peaks({{400, 20, 300}}); // wider than the blocks that are averaged
     const std::tuple<const Document &, int, double, std::vector<long>> cases[] = {
-        {twins, 5, 18, {400, 450}},
-        {four, 10, 10, {100, 700}},
-        {four, 10, 2, {100, 300, 700}},
-        {four, 3, 10, {100, 500, 700}},
-        {four, 100, 1, {700}},
-        {four, 10, 25, {700}},
-        {four, 10, 50, {}},
+        {twins, 5, 18, {400, 450}},     {spiked, 20, 5, {450}},
+        {four, 10, 10, {100, 700}},     {four, 10, 2, {100, 300, 700}},
+        {four, 3, 10, {100, 500, 700}}, {four, 100, 1, {700}},
+        {four, 10, 25, {700}},          {four, 10, 50, {}},
         {broad, 250, 10, {400}}};
     for (const auto &[document, width, height, want] : cases)
         EXPECT_EQ(maxima(document, width, height), want) << width << ' ' << height;
