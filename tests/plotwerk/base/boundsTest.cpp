@@ -86,15 +86,27 @@ TEST(InChild, HasItsShareOfMemoryAndNoMore) {
     setBound("memory=1000");
 }
 
+// So much address space, in MB, beside what there is.
+static void limitMemoryTo(rlim_t more) {
+    std::ifstream statm("/proc/self/statm");
+    rlim_t pages = 0;
+    statm >> pages;
+    const rlimit limit{pages * 4096 + (more << 20), RLIM_INFINITY};
+    setrlimit(RLIMIT_AS, &limit);
+}
+
+static char lastOfStack() {
+    volatile char taken[900'000];
+    taken[0] = 1;
+    return taken[0];
+}
+
 TEST(MemoryReserveDeathTest, IsOneAndForAllButWhatDoesWithout) {
     const auto work = [] {
         setReserveAside();
-        std::ifstream statm("/proc/self/statm");
-        rlim_t pages = 0;
-        statm >> pages;
-        const rlim_t most = pages * 4096 + (rlim_t{400} << 20);
-        const rlimit limit{most, most};
-        setrlimit(RLIMIT_AS, &limit);
+        limitMemoryTo(0);
+        EXPECT_EQ(lastOfStack(), 1) << "which has its memory";
+        limitMemoryTo(400);
         setReserveAside();
         const auto without = [](std::size_t megabytes) {
             const WithoutReserve withoutReserve;
@@ -103,6 +115,11 @@ TEST(MemoryReserveDeathTest, IsOneAndForAllButWhatDoesWithout) {
         without(300);
         EXPECT_THROW(without(500), std::bad_alloc);
         takeMegabytes(500);
+        EXPECT_FALSE(giveReserveUp());
+        limitMemoryTo(400);
+        setReserveAside();
+        makeRoomFor(1 << 20);
+        EXPECT_TRUE(giveReserveUp()) << "that has room";
         std::exit(testing::Test::HasFailure());
     };
     EXPECT_EXIT(work(), testing::ExitedWithCode(0), "");

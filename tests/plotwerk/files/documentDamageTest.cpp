@@ -189,6 +189,9 @@ TEST(DamagedDocument, IsRefusedWithTheReason) {
     fitted.fitData = drawn.drawnByFit = true;
     EXPECT_EQ(refusalWith(fitted), "damaged: more than one curve is the fit data");
     EXPECT_EQ(refusalWith(drawn), "damaged: more than one curve is drawn by the fit");
+    document.parameters = {{.name = "a", .bounds = {2, 1}}};
+    EXPECT_EQ(damageOf(saved(document, true)), "damaged: a range can't go from 2 to 1");
+    document.parameters.clear();
 
     // a text of JSON is checked by its parser, one of CBOR by nobody else
     document.name = "q\u00e4";

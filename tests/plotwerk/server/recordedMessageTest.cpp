@@ -39,8 +39,9 @@ TEST(RecordedMessage, ThatIsDamagedChangesNothingForLaterOnes) {
     ControlObject object(application);
     const std::string name = "doc";
     const std::string unknown = encodedMessage('.', "none", std::tuple<>()).whole();
+    const std::string ofNone = encodedMessage('.', "newCompositionView_", std::tuple<>()).whole();
     const std::string known = encodedMessage('.', "setXTitleOf_to_", std::tie(name, name)).whole();
-    for (const std::string &record : {unknown, known}) {
+    for (const std::string &record : {unknown, ofNone, known}) {
         EXPECT_EQ(refusalOf([&] { object.repeat(record); }).empty(), record == known);
         object.perform({'.',
                         "selectCurvesOf_sourceName_table_column_appendSelection_",
