@@ -253,6 +253,16 @@ TEST_F(ApplicationTest, TellsAtItsEndWhichChangesAreLost) {
         EXPECT_TRUE(holds(log, std::string(name) + "\" are lost\n"));
 }
 
+TEST_F(ApplicationTest, KeepsUnsavedWorkInTheHomeUnlessToldAnotherFolder) {
+    const std::string home = std::getenv("HOME");
+    setenv("HOME", directory.c_str(), 1);
+    setenv("XDG_STATE_HOME", "relative", 1);
+    EXPECT_EQ(stateDirectory(), directory / ".local/state/plotwerk");
+    unsetenv("HOME");
+    EXPECT_THROW(stateDirectory(), Refusal);
+    setenv("HOME", home.c_str(), 1);
+}
+
 TEST_F(ApplicationTest, TakesInNothingThatHasNoWindow) {
     Application application;
     application.create({.name = "open"});

@@ -114,6 +114,10 @@ TEST(Selection, FindsByPositionAndIndexWithinLimits) {
     }
 
     Document document = sample();
+    for (const auto select : {selectByName, selectByPattern})
+        for (const int table : {0, 3})
+            EXPECT_EQ(refusalOf(document, [&](auto &d) { select(d, "", table, "", false); }),
+                      "no table " + std::to_string(table));
     EXPECT_EQ(selectByIndex(document, {2, -1}, false), 2);
     EXPECT_EQ(selection(document), "2 3 ");
     for (const IndexRange range : {IndexRange{0, 4}, {-2, 1}, {4, -1}, {2, 1}})
