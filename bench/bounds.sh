@@ -5,14 +5,7 @@
 # done, and how soon SIGTERM in its midst ended the process. Wanted of each: 10 s, 1 GB and 1 s at most.
 # Names choose rows. Expects callPlw and plotwerkd on the PATH.
 set -euo pipefail
-folder=$(mktemp -d)
-trap 'kill $(jobs -p) 2>/dev/null; wait; rm -rf "$folder"' EXIT
-cd "$folder"
-export XDG_STATE_HOME=$folder XDG_RUNTIME_DIR=$folder
-dbus-daemon --session --nofork --print-address 1 >address 2>/dev/null &
-until [ -s address ]; do sleep 0.01; done
-DBUS_SESSION_BUS_ADDRESS=$(cat address)
-export DBUS_SESSION_BUS_ADDRESS
+. "$(dirname "$0")/privateBus.sh"
 
 zigzag='{ for (i = 0; i < n; ++i) print i, i % 2 }'
 curve() { echo "-x createCurveAtSelection -e $1"; } # of so many points

@@ -7,14 +7,7 @@
 set -euo pipefail
 minutes=${1:-30}
 clients=${2:-4}
-folder=$(mktemp -d)
-trap 'kill $(jobs -p) 2>/dev/null; wait; rm -rf "$folder"' EXIT
-cd "$folder"
-export XDG_STATE_HOME=$folder XDG_RUNTIME_DIR=$folder
-dbus-daemon --session --nofork --print-address 1 >address 2>/dev/null &
-until [ -s address ]; do sleep 0.01; done
-DBUS_SESSION_BUS_ADDRESS=$(cat address)
-export DBUS_SESSION_BUS_ADDRESS
+. "$(dirname "$0")/privateBus.sh"
 plotwerkd 2>log &
 server=$!
 until grep -qs ' owns ' log; do sleep 0.01; done
