@@ -80,6 +80,8 @@ TEST_F(FailuresTest, ALineThatIsNotSentAsItWasWrittenHasFailedAndWithStopIsNotSe
         {sync + std::string(511 - sync.size(), 'a'), ""},
         {sync + std::string(512 - sync.size(), 'a') + "\n", "sync" + cut},
         {std::string(1500, 'a') + "\n", cut.substr(2) + "callPlw" + cut}, // two of its three pieces
+        {std::string(511, 'a') + "-x sync -z\n",
+         cut.substr(2) + "callPlw: sync: wrong option -z\n"},
     };
     for (const auto &[lines, reasons] : cases) {
         SCOPED_TRACE(lines);
