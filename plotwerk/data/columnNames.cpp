@@ -58,9 +58,10 @@ static bool areUnits(const Names &names) {
     return any;
 }
 
+// Of as many columns.
 static void addUnits(const Names &units, Names &names) {
     for (std::size_t i = 0; i < names.size(); ++i) {
-        if (!names[i] || i >= units.size() || !units[i] || meansMissing(*units[i])) continue;
+        if (!names[i] || !units[i] || meansMissing(*units[i])) continue;
         const std::string &unit = *units[i];
         if (names[i]->ends_with(')') || names[i]->ends_with(']')) continue;
         const bool hasBrackets = unit.front() == '(' || unit.front() == '[';

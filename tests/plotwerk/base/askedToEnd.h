@@ -4,12 +4,12 @@
 
 #include <csignal>
 
-// As long as it lives SIGTERM waits to be taken.
+// As long as it lives SIGTERM waits to be taken. When it doesn't come now, it has to come later.
 struct AskedToEnd {
-    AskedToEnd() {
+    explicit AskedToEnd(bool now = true) {
         sigaddset(&ends, SIGTERM);
         sigprocmask(SIG_BLOCK, &ends, nullptr);
-        raise(SIGTERM);
+        if (now) raise(SIGTERM);
     }
     ~AskedToEnd() {
         int taken = 0;

@@ -137,6 +137,11 @@ TEST(EndingDeathTest, ComesInTheMiddleOfWork) {
 }
 
 TEST(InChild, IsGivenUpWhenTheProgramIsToEnd) {
-    const AskedToEnd asked;
-    EXPECT_EQ(refusalOf([] { inChild([] { pause(); }); }), "given up, since the program is to end");
+    const AskedToEnd asked(false);
+    const auto work = [] {
+        usleep(250'000);
+        kill(getppid(), SIGTERM);
+        pause();
+    };
+    EXPECT_EQ(refusalOf([&] { inChild(work); }), "given up, since the program is to end");
 }

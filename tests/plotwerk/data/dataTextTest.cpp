@@ -99,6 +99,9 @@ TEST(DataText, IsReadAsProgramsExportIt) {
          "# x y err\n# by hand\n# again\n0 1 2\n -> X=0 Y1=1 Y2=2", "# 7 runs\n0 1\n -> X=0 Y1=1",
          "%x,y\n1,2\n\n# a b c\n3,4\n -> x=1 y=2; X=3 Y1=4",
          "t,U,I,\ns,V,,\n1,2,3,\n -> t (s)=1 U (V)=2 I=3",
+         "t,,I\ns,V,A\n1,2,3\n -> t (s)=1 Y1=2 I (A)=3",
+         "t,U\ns,V\nrun,one\nrun,two\nrun,six\n1,2\n -> t (s)=1 U (V)=2",
+         "t,U\ns,V\nrun,one\nrun,two\nrun,six\nrun,ten\n1,2\n -> run=1 ten=2",
          "t\tU\n[s]\tm/s^2\nfirst\tsecond run\n1\t2\n -> t [s]=1 U (m/s^2)=2",
          "t,U\n(),[]\n1,2\n -> ()=1 []=2",
          "t,U\ns,m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*m*mm\n1,2\n -> t (s)=1 U "

@@ -141,6 +141,8 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
         {{.range = {0.01, 1000}, .logarithmic = true}, "10\u22122 10\u22121 100 101 102 103"},
         {{.range = {1e-300, 1e300}, .logarithmic = true},
          "10\u2212300 10\u2212200 10\u2212100 100 10100 10200 10300"},
+        {{.range = {1, 1e50}, .logarithmic = true},
+         "100 105 1010 1015 1020 1025 1030 1035 1040 1045 1050"},
         {{.range = {0.01, 1000}, .precision = 1, .logarithmic = true},
          "0.01 0.1 1.0 10.0 100.0 1000.0"},
         {{.range = {1, 100}, .logarithmic = true, .exponents = true, .logNumbersAt = 1},

@@ -59,6 +59,8 @@ TEST(DocumentFit, DrawsTheFormulaAsACurveOfItsOwn) {
     document.fitRange = {-1, unset};
     Table &data = document.sources[0].tables[0];
     data.x.isTime = data.y[0].isTime = true;
+    data.x.values.push_back(data.x.values.back() + 1);
+    data.y[0].values.push_back(unset);
     fitDocument(document);
     EXPECT_EQ(document.sources.back().name, "Fit");
     const Table &drawn = document.sources.back().tables.front();
