@@ -210,7 +210,6 @@ TEST_P(AtomicFile, IsARegularOneOrRefusedWithoutWaiting) {
                   "can't read " + file.string() + ": " + reason);
     }
     fs::remove(file);
-
     EXPECT_NE(readWholeFile("/proc/self/smaps").find("[stack]"), std::string::npos)
         << "a long file whose size isn't known beforehand";
 }

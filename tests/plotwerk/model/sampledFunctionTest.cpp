@@ -19,6 +19,7 @@ TEST(SampledFunction, RefusesWhatTheLibraryWouldDieOf) {
         {"a curve's columns differ in length", [&] { interpolated(two, one, 1, hint); }},
         {"a curve's columns differ in length", [&] { integral(two, one); }},
         {"a curve's columns differ in length", [&] { averageBlocks(one, two, 2); }},
+        {"", [&] { EXPECT_EQ(interpolated(one, one, 7, hint), 0); }},
         {"", [&] { EXPECT_EQ(integral(none, none), 0); }},
         {"", [&] { EXPECT_EQ(peakPositions(none, 1, 1), none); }},
         {"", [&] { EXPECT_EQ(averageBlocks(none, none, 2), 0); }}};

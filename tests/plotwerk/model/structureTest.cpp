@@ -20,3 +20,13 @@ TEST(Structure, TheWalkOfMarksGoesOnWhereItWasWhenATableIsReplaced) {
         EXPECT_EQ(document.sources[1].tables[1].y.size(), 2U);
     }
 }
+
+TEST(Structure, NewTablesStandBehindTheirsHoweverMany) {
+    const auto named = [](const char *name) { return table({1}, {column(name, {1})}); };
+    Document document = documentOf(named("a"));
+    insertTables(document, {{0, 0, named("b")}, {0, 0, named("c")}});
+    insertTables(document, {{0, 2, named("f")}, {0, 0, named("d")}, {0, 1, named("e")}});
+    std::string names;
+    for (const Table &each : document.sources[0].tables) names += each.y[0].name;
+    EXPECT_EQ(names, "adbecf");
+}
