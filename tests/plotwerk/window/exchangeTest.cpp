@@ -1,6 +1,8 @@
 // Documents exchanged with other programs: clipboard, files that are dropped.
+#include "plotwerk/drawing/surface.h"
 #include "tests/plotwerk/window/windowTest.h"
 
+#include <cairo.h>
 #include <csignal>
 
 TEST_F(WindowTest, CopiesDataAndPicturesAndPastesData) {
@@ -14,7 +16,10 @@ TEST_F(WindowTest, CopiesDataAndPicturesAndPastesData) {
     EXPECT_EQ(clipboard("UTF8_STRING"), plotwerk->dataOfSelectedCurvesOf_(name));
     plotwerk->copyPDF_(name);
     EXPECT_TRUE(holds(clipboard("application/pdf"), "%PDF"));
-    EXPECT_TRUE(holds(clipboard("image/png"), "PNG"));
+    const plotwerk::Surface png(
+        cairo_image_surface_create_from_png(file("copied.png", clipboard("image/png")).c_str()));
+    ASSERT_EQ(cairo_surface_status(png.get()), CAIRO_STATUS_SUCCESS);
+    EXPECT_EQ(cairo_image_surface_get_data(png.get())[0], 255) << "white paper";
     EXPECT_TRUE(holds(clipboard("image/svg+xml"), "<svg"));
     EXPECT_TRUE(holds(clipboard("image/tiff"), "II*"));
 

@@ -60,15 +60,23 @@ TEST(ViewRanges, FollowTheScaleOfEachAxis) {
 
 TEST(ViewRanges, AreThoseOfTheAxesAtAPlace) {
     const ScaledFrame frame = frameOf({.range = {0, 1}}, {.range = {0, 1}});
+    ScaledFrame four = frame;
+    for (const AxisCode axis : {upperXAxis, rightYAxis}) four.own[axis] = true;
     const struct {
         double x, y;
-        std::vector<AxisCode> want;
+        std::vector<AxisCode> of, ofFour;
     } cases[] = {
-        {1, 1, {xAxis, yAxis}},         {1, -1, {xAxis}},
-        {1, frame.height + 1, {xAxis}}, {-1, 1, {yAxis}},
-        {frame.width + 1, 1, {yAxis}},  {-1, -1, {}},
+        {1, 1, {xAxis, yAxis}, {xAxis, yAxis, upperXAxis, rightYAxis}},
+        {1, -1, {xAxis}, {upperXAxis}},
+        {1, frame.height + 1, {xAxis}, {xAxis}},
+        {-1, 1, {yAxis}, {yAxis}},
+        {frame.width + 1, 1, {yAxis}, {rightYAxis}},
+        {-1, -1, {}, {}},
     };
-    for (const auto &c : cases) EXPECT_EQ(axesAt(frame, {c.x, c.y}), c.want) << c.x << ' ' << c.y;
+    for (const auto &c : cases) {
+        EXPECT_EQ(axesAt(frame, {c.x, c.y}), c.of) << c.x << ' ' << c.y;
+        EXPECT_EQ(axesAt(four, {c.x, c.y}), c.ofFour) << c.x << ' ' << c.y;
+    }
 }
 
 TEST(ViewRanges, AreNumbersNoLongerThanTheyNeedToBe) {

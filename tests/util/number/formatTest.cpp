@@ -128,7 +128,9 @@ TEST_F(Decimal, ConvertsToAndFromTheSeparator) {
 TEST_F(Decimal, ReadsNumbersTolerantly) {
     EXPECT_EQ(valueOfString("1,5 mm"), 1.5);
     EXPECT_EQ(valueOfString(" -2.5e1"), -25);
-    EXPECT_EQ(valueOfString("7"), 7) << "nothing is left of a longer one";
+    const double longer = valueOfString("12345"), shorter = valueOfString("7");
+    EXPECT_EQ(longer, 12345);
+    EXPECT_EQ(shorter, 7) << "nothing is left of the longer one";
     EXPECT_EQ(valueOfString("x"), 0);
     EXPECT_EQ(valueOfString((std::string(254, ' ') + "12").c_str()), 1) << "255 bytes are read";
     decimalSeparator = ';';
