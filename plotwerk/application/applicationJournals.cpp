@@ -97,6 +97,7 @@ Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat,
             const WithMemoryOfDocuments asBefore;
             documents.push_back(std::make_unique<OpenDocument>(OpenDocument{journal.document()}));
         }
+        lastError.clear();
         while (const auto message = journal.nextMessage()) {
             if (!goesOn()) throw Refusal("the process is to end");
             if (isRestoration(*message)) {
@@ -104,7 +105,6 @@ Document Application::broughtBack(LeftJournal &journal, const Repeat &repeat,
                 restoreBy(*message, documents.front()->document);
                 continue;
             }
-            lastError.clear();
             repeat(*message);
             if (!lastError.empty()) throw Refusal("can't be repeated: " + lastError);
         }

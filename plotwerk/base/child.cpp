@@ -97,11 +97,11 @@ static double cpuSecondsOf(pid_t process) {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
 }
 
-// What the child says until it ends. It is ended when it does nothing for long, which no limit of
-// its CPU time would do.
+// What the child says until it ends. It is ended when it does nothing for as long as it may work,
+// which no limit of its CPU time would do.
 static std::string heardFrom(int descriptor, pid_t child) {
-    constexpr int look = 100;     // for signals, in ms
-    constexpr int mostIdle = 100; // looks in a row
+    constexpr int look = 100;                            // for signals, in ms
+    const double mostIdle = mostSeconds() * 1000 / look; // looks in a row
     int idle = 0;
     double worked = 0;
     std::string heard;
@@ -113,7 +113,7 @@ static std::string heardFrom(int descriptor, pid_t child) {
             const double now = cpuSecondsOf(child);
             idle = now > worked ? 0 : idle + 1;
             worked = now;
-            if (idle == mostIdle || endIsAskedFor()) kill(child, SIGKILL);
+            if (idle >= mostIdle || endIsAskedFor()) kill(child, SIGKILL);
         }
         if (ready != 1) continue;
         const ssize_t count = read(descriptor, part, sizeof part);

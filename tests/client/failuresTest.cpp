@@ -152,4 +152,7 @@ TEST_F(FailuresTest, AValueThatIsNoNumberIsToldAndWithStopIsNotSent) {
                  "callPlw: setAttributes2: the value of -p is no number: 1 2\n", 2);
     expectOutput(runShell("-x newComposition -w A4"), "",
                  "callPlw: newComposition: the value of -w is no number: A4\n", 2);
+    expectOutput(
+        runShell("-x newComposition -w " + std::string(61, 'w')), "",
+        "callPlw: newComposition: the value of -w is no number: " + std::string(60, 'w') + '\n', 2);
 }

@@ -53,6 +53,8 @@ TEST(InChild, KeepsWhatTheWorkWroteAndNothingElse) {
 
 TEST(InChild, TurnsEveryBadEndIntoARefusal) {
     setBound("seconds=1");
+    const rlimit longer{1000, 1000};
+    setrlimit(RLIMIT_CPU, &longer);
     volatile int forever = 1;
     const std::pair<const char *, std::function<void()>> cases[] = {
         {"no curve", [] { throw Refusal("no curve"); }},
@@ -63,6 +65,7 @@ TEST(InChild, TurnsEveryBadEndIntoARefusal) {
              for (; forever;) {
              }
          }},
+        {"takes too long (limit seconds)", [] { pause(); }},
         {"can't be done: its process was ended by signal 11", [] {
              std::signal(SIGSEGV, SIG_DFL);
              std::raise(SIGSEGV);

@@ -46,6 +46,8 @@ TEST_F(PictureMessages, ACopyNeedsAPlace) {
     const std::pair<std::string, std::string> cases[] = {
         {"", notSet},
         {"run", notSet}, // a relative path doesn't count
+        {pathOf("none"),
+         "can't create " + pathOf("none/plotwerk") + ": No such file or directory (\"Untitled\")"},
         {directory, pathOf("plotwerk") + " is not the user's own (\"Untitled\")"}};
     for (const auto &[runtime, reason] : cases) {
         setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
