@@ -59,7 +59,7 @@ TEST(RichText, ReadsRtf) {
          "z"},
         {R"({\rtf1\uc1 \{\\rtf1 a\\b b\}})", "a<b>b"}, // RTF wrapped as plain text
         {R"({\rtf1\frobnicate12 a\qc0\cf1 b\bin3 {}}c})", "a<>bc"},
-        {R"({\rtf1{\colortbl;\red255\green0\blue300;\red1;}a\cf1 b{\cf2 c}\cf0 d\cf3 e\cf-1 f})",
+        {R"({\rtf1{\colortbl;\red255\green0 \blue300  ;\red1;}a\cf1 b{\cf2 c}\cf0 d\cf3 e\cf-1 f})",
          "a<#255#0#255>b<#1#0#0>c<>d<>e<>f"},
         {R"({\rtf1 \emdash\endash\bullet\lquote\rdblquote x})", "\u2014\u2013\u2022\u2018\u201dx"},
         {R"({\rtf1 a{\b b)", "a<b>b"}, // not closed

@@ -2,6 +2,7 @@
 #include "tests/plotwerk/server/serverTest.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 
@@ -64,7 +65,8 @@ TEST_F(PictureMessages, ACopyNeedsAPlace) {
 }
 
 TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
-    addProgram("viewer", "echo seen\ncp \"$1\" \"$1.seen\"\n");
+    addProgram("viewer", "echo seen\nsed -n 's/^SigIgn:\t//p' /proc/$$/status >'" +
+                             pathOf("ignored") + "'\ncp \"$1\" \"$1.seen\"\n");
     addProgram("broken", "exit 3\n");
     startWithData();
     const std::string page = pathOf("page.pdf");
@@ -80,6 +82,10 @@ TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
     waitUntil("the viewer", [&] {
         return fs::exists(page + ".seen") && fs::file_size(page + ".seen") == fs::file_size(page);
     });
+
+    constexpr unsigned long pipeAndFileSize = 1 << (SIGPIPE - 1) | 1 << (SIGXFSZ - 1);
+    EXPECT_EQ(std::stoul(bytesOf(pathOf("ignored")), nullptr, 16) & pipeAndFileSize, 0U)
+        << "signals that plotwerkd ignores";
 
     add();
     EXPECT_TRUE(lastError().starts_with("there is no composition")) << "a saved one is done with";
