@@ -464,9 +464,12 @@ TEST_F(JournalFileTest, GoesAMonthAfterItWasFoundOrBeyondAGigabyteUnlessInUse) {
     constexpr std::time_t day = 24 * 3600;
     const std::time_t now = std::time(nullptr);
     const JournalFile used(directory / "used.journal", document, 0);
+    const JournalFile begun(directory / "begun.journal", document, 0);
+    fs::rename(directory / "begun.journal", directory / "begun.journal.new");
     const std::tuple<const char *, bool, std::time_t, uintmax_t, int> files[] = {
         // days to stay
         {"used.journal", false, 40 * day, 0, 99},
+        {"begun.journal.new", false, 40 * day, 0, 99},
         {"young.journal", true, day - 1, 2'000'000, 31},
         {"large.journal", true, day, 598'000'000, 30},
         {"larger.journal", true, 20 * day, 300'000'000, 30},
