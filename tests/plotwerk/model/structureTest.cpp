@@ -8,8 +8,14 @@ using namespace plotwerk;
 TEST(Structure, TheWalkOfMarksGoesOnWhereItWasWhenATableIsReplaced) {
     const Column one = column("o", {1});
     // the index before, the curves of the new table, and the index then
-    for (const auto &[before, curves, after] :
-         {std::tuple{0, 1, 0}, {3, 1, 3}, {4, 1, 3}, {4, 3, 5}, {5, 1, 4}, {6, 0, 4}, {7, 4, 9}}) {
+    for (const auto &[before, curves, after] : {std::tuple{0, 1, 0},
+                                                {3, 1, 3},
+                                                {3, 3, 3},
+                                                {4, 1, 3},
+                                                {4, 3, 5},
+                                                {5, 1, 4},
+                                                {6, 0, 4},
+                                                {7, 4, 9}}) {
         Document document = sample();
         document.sources[1].tables = {table({1}, {one, one}), table({1}, {one, one})};
         document.markWalk = before;
