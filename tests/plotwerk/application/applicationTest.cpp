@@ -200,6 +200,19 @@ TEST_F(ApplicationTest, CountsTheOpenDocumentsWhileOneIsBroughtBack) {
     setBound("documents=2000");
 }
 
+TEST_F(ApplicationTest, LeavesWhatAnotherProcessBringsBackMeanwhile) {
+    leave("other", 1, {"message"});
+    leave("own", 2, {"message"});
+    Journaling application;
+    std::optional<LeftJournal> taken;
+    const std::string log = logOf([&] {
+        application.recover(
+            [&](std::string_view) { taken = LeftJournal::lock(journals / "other.journal"); });
+    });
+    EXPECT_EQ(application.front()->name, "own");
+    EXPECT_FALSE(holds(log, "other")) << log;
+}
+
 TEST_F(ApplicationTest, GivesUpAJournalThatEndsTheProcess) {
     leave("deadly", 1, {"message"});
     const auto bringBack = [] {
