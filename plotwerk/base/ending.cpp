@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <csignal>
 #include <poll.h>
+#include <string_view>
 #include <sys/time.h>
 #include <unistd.h>
 
@@ -16,12 +17,13 @@ bool endIsAskedFor() {
 
 // Signal handlers: they may call little, and not log().
 static void endIfStillAskedFor(int) {
-    static constexpr char line[] = "plotwerkd: warning: ended in the middle of a message\n";
+    static constexpr std::string_view line =
+        "plotwerkd: warning: ended in the middle of a message\n";
     const int before = errno;
     if (endIsAskedFor()) {
         pollfd ready{STDERR_FILENO, POLLOUT, 0};
         if (poll(&ready, 1, 0) == 1) {
-            [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line, sizeof line - 1);
+            [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line.data(), line.size());
         }
         _exit(0);
     }
