@@ -168,9 +168,13 @@ TEST(PlacedTexts, AreAnchoredInProportionAndHaveAGroundOverData) {
             for (const bool overData : {false, true}) {
                 text.framed = !overData || !ground;
                 text.overData = overData;
+                double red = 0;
                 std::vector<Drawn> drawn = drawnBy([&](cairo_t *cr) {
+                    cairo_set_source_rgb(cr, 1, 0, 0);
                     ground ? drawGrounds(cr, framed, frame) : drawTexts(cr, framed);
+                    cairo_pattern_get_rgba(cairo_get_source(cr), &red, nullptr, nullptr, nullptr);
                 });
+                EXPECT_EQ(red, ground) << "a text is black, whatever was drawn before";
                 std::erase_if(drawn,
                               [&](auto &each) { return each.thickness != (ground ? 0 : 0.5); });
                 ASSERT_EQ(drawn.size(), 1U);
