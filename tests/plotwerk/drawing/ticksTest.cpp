@@ -182,6 +182,15 @@ TEST(Ticks, AreAtRoundNumbersWithCommonDecimals) {
         EXPECT_EQ(told(marksFor(axis, length)), want) << axis.range.min << ".." << axis.range.max;
     for (const Range &range : {Range{0, 103}, Range{0, 5}, Range{-1, 1}}) // on three centimetres
         EXPECT_GE(marksFor({.range = range}, 85, Side::leftOf).numbers.size(), 5U) << range.max;
+    for (const double length : {20, 40, 60, 85, 120, 170}) {
+        for (const double max : {5, 7, 11, 15, 103}) { // in any unit
+            const auto ticksOf = [&](double unit) {
+                return marksFor({.range = {0, max * unit}}, length, Side::leftOf).ticks.size();
+            };
+            EXPECT_EQ(ticksOf(1e-6), ticksOf(1)) << length << ' ' << max;
+            EXPECT_EQ(ticksOf(1e6), ticksOf(1)) << length << ' ' << max;
+        }
+    }
 }
 
 TEST(Ticks, HaveSmallOnesBetweenThem) {
