@@ -71,6 +71,14 @@ static std::string looksOf(GtkWidget *widget, const std::string &said) {
         looks += std::string(" ") + name;
         g_free(name);
     }
+    if (GTK_IS_WINDOW(widget)) {
+        looks += " at least";
+        for (const GtkOrientation each : {GTK_ORIENTATION_HORIZONTAL, GTK_ORIENTATION_VERTICAL}) {
+            int least = 0;
+            gtk_widget_measure(widget, each, -1, &least, nullptr, nullptr, nullptr);
+            looks += ' ' + std::to_string(least);
+        }
+    }
     if (const char *tip = gtk_widget_get_tooltip_text(widget)) looks += " {" + lineOf(tip) + '}';
     if (GdkCursor *cursor = gtk_widget_get_cursor(widget))
         looks += " ^" + lineOf(gdk_cursor_get_name(cursor));
