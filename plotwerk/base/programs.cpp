@@ -126,6 +126,7 @@ void startProgram(std::vector<std::string> words,
     const std::string program = words.front();
     std::map<pid_t, std::string> started{{0, program}}; // what may fail comes first
     std::vector<char *> argv;
+    argv.reserve(words.size() + 1);
     for (std::string &word : words) argv.push_back(word.data());
     argv.push_back(nullptr);
 
