@@ -147,6 +147,7 @@ void CurveList::addMenu() {
         },
         false);
     view.add_controller(keys);
+    menu.signal_closed().connect([this] { view.grab_focus(); }); // else the menu bar has it
 }
 
 void CurveList::showMenu(double x, double y) {
@@ -188,6 +189,7 @@ void CurveList::setUp(const Glib::RefPtr<Gtk::ListItem> &listItem) {
     const auto click = Gtk::GestureClick::create();
     click->set_button(GDK_BUTTON_SECONDARY);
     click->signal_pressed().connect([this, item, box](int, double x, double y) {
+        box->get_parent()->grab_focus(); // a row's, where keys go on
         selectFor(*item);
         box->translate_coordinates(view, x, y, x, y);
         showMenu(x, y);
@@ -270,12 +272,15 @@ void CurveList::update() {
         ++tail;
 
     const ScopedValue ownDoing(updating, true);
+    const Gtk::Widget *focus = get_root() ? get_root()->get_focus() : nullptr;
+    const bool rowHasFocus = focus && focus->get_parent() == &view;
     std::vector<Glib::RefPtr<Item>> added;
     for (guint i = head; i < has - tail; ++i) added.push_back(Item::create(rows[i]));
     if (had - head - tail > 0 || !added.empty()) items->splice(head, had - head - tail, added);
     const auto all = Gtk::Bitset::create();
     all->add_range(0, has);
     selection->set_selection(selected, all);
+    if (rowHasFocus) view.grab_focus(); // not the check button of a row that came for it
 }
 
 void CurveList::tellSelection() {
