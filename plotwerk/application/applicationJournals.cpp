@@ -167,7 +167,10 @@ void Application::record(const Document &document, std::chrono::duration<double>
     if (journal) journal->add(document, time, message);
 }
 
+// That may be asked to take no longer than a second, however many documents are open.
 void Application::leave() {
+    constexpr int mostRemoved = 500; // 50 ms
+    int removed = 0;
     for (const auto &open : documents) {
         const bool unsaved = hasUnsavedChanges(open->document);
         if (unsaved) {
@@ -179,7 +182,7 @@ void Application::leave() {
                        (left ? fate : "are lost");
             });
         } else if (open->journal) {
-            open->journal->remove();
+            ++removed <= mostRemoved ? open->journal->remove() : open->journal->setDeleted();
         }
     }
 }

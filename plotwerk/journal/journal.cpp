@@ -141,6 +141,11 @@ void Journal::setFront() {
     if (old) old->setStamp(stamp);
 }
 
+void Journal::setDeleted() {
+    if (file) file->setDeleted();
+    if (old) old->remove();
+}
+
 void Journal::remove() {
     if (file) file->remove();
     if (old) old->remove();

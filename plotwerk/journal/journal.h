@@ -47,6 +47,9 @@ class Journal {
     // Removes the file: the document was saved, or is closed. Otherwise it is left behind.
     void remove();
 
+    // The same, much faster; the file goes at a later start.
+    void setDeleted();
+
     // Whether all of the document could be brought back. False also before it has been changed.
     bool holdsAll() const { return (file ? !file->isGone() : old.has_value()) && !lacksChanges; }
 

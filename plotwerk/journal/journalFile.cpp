@@ -32,8 +32,16 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::array<char, 16> magic{'p', 'l', 'o', 't', 'w', 'e', 'r', 'k',
-                                     ' ', 'j', 'o', 'u', 'r', 'n', 'a', 'l'};
+using Mark = std::array<char, 16>;
+
+constexpr Mark markOf(const char (&text)[17]) {
+    Mark mark{};
+    std::copy_n(text, mark.size(), mark.begin());
+    return mark;
+}
+
+constexpr Mark magic = markOf("plotwerk journal");
+constexpr Mark deleted = markOf("plotwerk deleted");
 constexpr std::uint32_t version = 2;
 constexpr std::uint32_t mostAttempts = 3;
 constexpr std::time_t day = 24 * 3600;
@@ -42,7 +50,7 @@ constexpr auto suffix = ".journal";
 constexpr auto unfinishedSuffix = ".journal.new";
 
 struct Head {
-    std::array<char, 16> mark = magic;
+    Mark mark = magic;
     std::uint32_t version = plotwerk::version;
     std::uint32_t sum = 0; // of the state
     JournalState state;
@@ -357,6 +365,10 @@ void JournalFile::remove() {
     removeFile(place, file);
 }
 
+void JournalFile::setDeleted() {
+    if (!writeAll(file.number, bytesIn(deleted), 0)) remove();
+}
+
 LeftJournal::LeftJournal(fs::path place, int descriptor)
     : path(std::move(place)), file(descriptor) {
 }
@@ -384,7 +396,14 @@ std::optional<LeftJournal> LeftJournal::look(const fs::path &path) {
     return journal;
 }
 
-// All but the size stays as it is where the file is empty.
+bool LeftJournal::isEmpty(const fs::path &path) {
+    LeftJournal journal(path, openedFile(path, O_RDONLY));
+    if (journal.file.number < 0) return false;
+    journal.readBeginning();
+    return journal.size == 0;
+}
+
+// All but the size stays as it is where the file is empty or as good as deleted.
 void LeftJournal::readBeginning() {
     struct stat status {};
     if (fstat(file.number, &status) != 0 || !S_ISREG(status.st_mode))
@@ -393,8 +412,12 @@ void LeftJournal::readBeginning() {
     lastChange = status.st_mtime;
     if (size == 0) return;
     Head head;
-    if (!readAll(file.number, &head, offsetof(Head, sum), 0) || head.mark != magic)
-        refuseToRead(path, "not a journal");
+    const bool hasMark = readAll(file.number, &head, offsetof(Head, sum), 0);
+    if (hasMark && head.mark == deleted) {
+        size = 0;
+        return;
+    }
+    if (!hasMark || head.mark != magic) refuseToRead(path, "not a journal");
     if (head.version != version) {
         throw Refusal(path.string() + ": written by another Plotwerk (version " +
                       std::to_string(head.version) + " of the format)");
@@ -552,7 +575,7 @@ void removeOldJournals(const fs::path &directory, std::time_t now) {
         try {
             if (auto journal = LeftJournal::look(path))
                 left.push_back(std::move(*journal));
-            else if (std::error_code error; fs::file_size(path, error) == 0)
+            else if (LeftJournal::isEmpty(path))
                 removeUnused(path);
         } catch (const Refusal &refusal) {
             if (!isOlder(path, now - longest) || !removeUnused(path)) continue;

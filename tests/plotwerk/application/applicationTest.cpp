@@ -272,6 +272,19 @@ TEST_F(ApplicationTest, TellsAtItsEndWhichChangesAreLost) {
         EXPECT_TRUE(holds(log, std::string(name) + "\" are lost\n"));
 }
 
+TEST_F(ApplicationTest, LeavesNothingBehindOfManyUnchangedDocuments) {
+    {
+        Journaling application;
+        for (int i = 0; i < 502; ++i) application.create({});
+        application.leave();
+    }
+    Journaling next;
+    EXPECT_EQ(next.leftDocuments(), std::vector<std::string>{});
+    EXPECT_EQ(journalPaths(journals).size(), 2U) << "the rest could take long";
+    next.removeOldJournals();
+    EXPECT_TRUE(journalPaths(journals).empty());
+}
+
 TEST_F(ApplicationTest, KeepsUnsavedWorkInTheHomeUnlessToldAnotherFolder) {
     const std::string home = std::getenv("HOME");
     setenv("HOME", directory.c_str(), 1);

@@ -466,6 +466,8 @@ TEST_F(JournalFileTest, GoesAMonthAfterItWasFoundOrBeyondAGigabyteUnlessInUse) {
     const JournalFile used(directory / "used.journal", document, 0);
     const JournalFile begun(directory / "begun.journal", document, 0);
     fs::rename(directory / "begun.journal", directory / "begun.journal.new");
+    JournalFile(directory / "deleted.journal", document, 0).setDeleted();
+    EXPECT_FALSE(LeftJournal::lock(directory / "deleted.journal"));
     const std::tuple<const char *, bool, std::time_t, uintmax_t, int> files[] = {
         // days to stay
         {"used.journal", false, 40 * day, 0, 99},
@@ -479,6 +481,7 @@ TEST_F(JournalFileTest, GoesAMonthAfterItWasFoundOrBeyondAGigabyteUnlessInUse) {
         {"other.journal", false, 30 * day, 1, 0},
         {"no.journal", false, 30 * day + 1, 1, -1},
         {"emptied.journal", false, 0, 0, -1},
+        {"deleted.journal", false, 0, 0, -1},
         {"young.journal.new", false, day, 0, 0},
         {"unfinished.journal.new", false, day + 1, 0, -1},
         {"other.json", false, 99 * day, 0, 99}};
