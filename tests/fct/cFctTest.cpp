@@ -2,6 +2,8 @@
 
 #include "tests/fct/samples.h"
 
+#include <cstdlib>
+
 using namespace plw;
 
 using Complex = std::complex<double>;
@@ -21,6 +23,16 @@ TEST(CFct, GrowsAndSortsWholeSamples) {
     sortByRealCFct(f);
     for (int i = 0; i < 30; ++i) EXPECT_EQ(f->y[i].imag(), -f->t[i]);
     for (int i = 1; i < 30; ++i) EXPECT_LE(f->y[i - 1].real(), f->y[i].real());
+}
+
+TEST(CFct, LeavesItsArraysToTheirOwnerWhenLinked) {
+    const CFctPtr owner = newCFct(1);
+    auto *link = static_cast<CFct *>(std::malloc(sizeof(CFct)));
+    *link = *owner;
+    link->linked = 1;
+    freeCFct(link);
+    appendCFct(owner, 1, 2, 3);
+    EXPECT_EQ(owner->y[0], Complex(2, 3));
 }
 
 TEST(CFct2D, KeepsRowsOfPairsAndZerosItsValidAreaOnly) {

@@ -7,6 +7,7 @@
 #include "plotwerk/files/stateDirectory.h"
 #include "plotwerk/model/change.h"
 #include "tests/plotwerk/base/askedToEnd.h"
+#include "tests/plotwerk/files/fullDocument.h"
 #include "tests/plotwerk/server/serverTest.h"
 
 #include <cstdlib>
@@ -256,6 +257,22 @@ TEST_F(ApplicationTest, SavesWhatWasOpenedInItsOwnFile) {
     application.save(application.create({}), directory / "link/saved", false, true);
     EXPECT_TRUE(hasUnsavedChanges(opened)) << "its file is another's";
     EXPECT_FALSE(hasUnsavedChanges(*application.front()));
+}
+
+TEST_F(ApplicationTest, BringsBackTheRangesOfADocumentThatWasOpenedAgain) {
+    const fs::path file = directory / "file";
+    std::string ranges;
+    {
+        Journaling application;
+        application.save(application.create(smallDocument()), file, false, true);
+        retitle(application, "changed");
+        const std::string before = saved(*application.front(), false);
+        ranges = saved(application.open(file, true), false);
+        EXPECT_NE(ranges, before);
+    }
+    Journaling next;
+    next.recover([](std::string_view) {});
+    EXPECT_EQ(saved(*next.front(), false), ranges);
 }
 
 TEST_F(ApplicationTest, TellsAtItsEndWhichChangesAreLost) {

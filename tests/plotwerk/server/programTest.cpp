@@ -2,6 +2,7 @@
 #include "tests/plotwerk/server/serverTest.h"
 
 #include <csignal>
+#include <sys/resource.h>
 
 using ProgramTest = ServerTest;
 
@@ -37,8 +38,25 @@ TEST_F(ProgramTest, OwnsItsNameAloneUntilASignal) {
         const Output output = program->finish();
         EXPECT_EQ(output.status, 0);
         EXPECT_TRUE(holds(output.err, "info: owns org.plotwerk.PlotwerkControl as :"));
+        EXPECT_TRUE(holds(output.err, "info: ended\n"));
         EXPECT_FALSE(bus.hasOwner(busName));
     }
+}
+
+TEST_F(ProgramTest, MayHaveManyFilesAndOutlivesOneThatBecomesTooLarge) {
+    rlimit files{};
+    getrlimit(RLIMIT_NOFILE, &files);
+    const rlimit fewer{files.rlim_max - 1, files.rlim_max}, none{0, 0};
+    setrlimit(RLIMIT_NOFILE, &fewer);
+    start();
+    setrlimit(RLIMIT_NOFILE, &files);
+    prlimit(program->pid(), RLIMIT_NOFILE, nullptr, &files);
+    EXPECT_EQ(files.rlim_cur, files.rlim_max);
+
+    prlimit(program->pid(), RLIMIT_FSIZE, &none, nullptr);
+    plotwerk->saveDocument_to_binary_("Untitled", pathOf("large"), false);
+    EXPECT_TRUE(holds(lastError(), "File too large"));
+    stop();
 }
 
 TEST_F(ProgramTest, EndsWithStatusOneWithoutABus) {
