@@ -39,32 +39,34 @@ TEST(Bounds, AreSetByNameAndRefuseWhatGoesBeyond) {
 TEST(InChild, KeepsWhatTheWorkWroteAndNothingElse) {
     const std::unique_ptr<std::FILE, decltype(&std::fclose)> file(std::tmpfile(), &std::fclose);
     int value = 1;
+    setBound("seconds=1");
     inChild([&] {
         value = 2;
-        usleep(250'000); // while nothing is heard of it
+        for (int i = 0; i < 12; ++i) usleep(100'000); // while nothing is heard of it
         std::fputs("written", file.get());
         std::fflush(file.get());
     });
+    setBound("seconds=10");
     EXPECT_EQ(value, 1);
     std::rewind(file.get());
     char text[20] = "";
     EXPECT_STREQ(std::fgets(text, sizeof text, file.get()), "written");
 }
 
+static void workForever() {
+    for (volatile int forever = 1; forever;) {
+    }
+}
+
 TEST(InChild, TurnsEveryBadEndIntoARefusal) {
     setBound("seconds=1");
     const rlimit longer{1000, 1000};
     setrlimit(RLIMIT_CPU, &longer);
-    volatile int forever = 1;
     const std::pair<const char *, std::function<void()>> cases[] = {
         {"no curve", [] { throw Refusal("no curve"); }},
         {"takes too much memory (limit memory)", [] { throw std::bad_alloc(); }},
         {"takes too much memory (limit memory)", [] { std::abort(); }},
-        {"takes too long (limit seconds)",
-         [&] {
-             for (; forever;) {
-             }
-         }},
+        {"takes too long (limit seconds)", workForever},
         {"takes too long (limit seconds)", [] { pause(); }},
         {"can't be done: its process was ended by signal 11", [] {
              std::signal(SIGSEGV, SIG_DFL);
@@ -133,8 +135,7 @@ TEST(EndingDeathTest, ComesInTheMiddleOfWork) {
     const auto work = [] {
         endInTheMiddleOfWork();
         const AskedToEnd asked;
-        for (volatile int forever = 1; forever;) {
-        }
+        workForever();
     };
     EXPECT_EXIT(work(), testing::ExitedWithCode(0), "ended in the middle of a message");
 }
