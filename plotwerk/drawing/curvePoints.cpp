@@ -100,14 +100,13 @@ template<class Line> static void addSpline(Line &line, const Point *p, std::size
     line.add(p[n - 1]);
 }
 
-// The place of a point on an axis, between two others, by its value.
+// The place of a point on an axis, between two others, by its value; part is in (0, 1).
 static double between(double from, double to, double part, const Scale &scale) {
     if (!scale.logarithmic) return from + part * (to - from);
     const double sign = scale.reversed ? -1 : 1;
     const double ratio = std::pow(10.0, sign * (to - from) / scale.factor);
-    const double step = std::isinf(ratio)
-                            ? (part == 0 ? 0 : to - from)
-                            : sign * std::log10(1 + part * (ratio - 1)) * scale.factor;
+    const double step =
+        std::isinf(ratio) ? to - from : sign * std::log10(1 + part * (ratio - 1)) * scale.factor;
     return from + step;
 }
 

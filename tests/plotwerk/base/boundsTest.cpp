@@ -53,6 +53,11 @@ TEST(InChild, KeepsWhatTheWorkWroteAndNothingElse) {
     EXPECT_STREQ(std::fgets(text, sizeof text, file.get()), "written");
 }
 
+TEST(InChildDeathTest, DoesTheWorkHereWhenItIsNotToFork) {
+    const auto work = [] { std::exit(7); };
+    EXPECT_EXIT((forkNoChildren(), inChild(work)), testing::ExitedWithCode(7), "");
+}
+
 static void workForever() {
     for (volatile int forever = 1; forever;) {
     }

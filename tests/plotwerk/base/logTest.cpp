@@ -2,7 +2,6 @@
 #include "plotwerk/base/log.h"
 
 #include <cstdlib>
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <string>
 #include <unistd.h>

@@ -87,7 +87,8 @@ TEST(DataText, IsReadAsProgramsExportIt) {
     expectRead(
         {// lines of names
          "Time (s),U (V),U (V) error\n0,1,2\n -> Time (s)=0 U (V)=1 U (V) error=2",
-         "x y\n1\t2\n -> x=1 y=2", "Time (s)  U [V]\n1 2\n -> Time (s)=1 U [V]=2",
+         "x y\n1\t2\n -> x=1 y=2", "p q,r\n1 2\n -> p q=1 r=2",
+         "Time (s)  U [V]\n1 2\n -> Time (s)=1 U [V]=2",
          "\"t, s\",\"a \"\"b\"\"\"\n1,2\n -> t, s=1 a \"b\"=2",
          "\"t\n(s)\",\"U\r\n(V)\"\n1,2\n -> t (s)=1 U  (V)=2",
          "t, \"U\n(V)\" ,\"I \"\"\n\"\"\"\n1,2,3\n -> t=1 U (V)=2 I \" \"=3",

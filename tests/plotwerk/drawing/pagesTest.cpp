@@ -7,7 +7,6 @@
 #include <random>
 #include <regex>
 #include <set>
-#include <sstream>
 
 using namespace plotwerk;
 

@@ -10,7 +10,6 @@
 #include "plotwerk/model/selection.h"
 #include "tests/plotwerk/model/documents.h"
 
-#include <algorithm>
 #include <cmath>
 #include <set>
 #include <tuple>

@@ -1,6 +1,5 @@
 #include "tests/plotwerk/server/serverTest.h"
 
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>

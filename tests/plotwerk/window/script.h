@@ -4,9 +4,6 @@
 
 #include "tests/plotwerk/window/windowTest.h"
 
-#include <functional>
-#include <map>
-#include <sstream>
 #include <string>
 
 // A line of it does something; the indented lines behind it, WHAT: TEXT, are what is seen then, the
