@@ -204,6 +204,7 @@ TEST(Fit, FailuresSayWhyAndLeaveTheParameters) {
         {"a*sqrt(b-1)", {x, y, {}, {}}, fitWithoutValue, startless},
         {"a*x", {x, huge, {}, {}}, fitWithoutValue, startless},
         {"a*(x-x)+b*x", {x, y, {}, {}}, fitUndetermined, "a; hold"},
+        {"a*x+b*(x-x)+c*x", {x, y, {}, {}}, fitUndetermined, "a, b and c independently"},
         {"a*exp(b)+c*x", {x, y, {}, {}}, fitUndetermined, "a and b independently"},
         {"a*b*x+c*d", {x, y, {}, {}}, fitUndetermined, "a, b, c and d independently"},
         {"a*sin(x)^2+b*cos(x)^2+c", {x, y, {}, {}}, fitUndetermined, "a, b and c independently"}};
