@@ -79,6 +79,9 @@ TEST(InChild, TurnsEveryBadEndIntoARefusal) {
          }}};
     for (const auto &[want, work] : cases)
         EXPECT_EQ(refusalOf([&, &done = work] { inChild(done); }), want);
+    setBound("seconds=2000");
+    const auto own = [] { _exit(std::system("test $(ulimit -t) = 1000") != 0); };
+    EXPECT_EQ(refusalOf([&] { inChild(own); }), "") << "not more than this process has";
     setBound("seconds=10");
 }
 

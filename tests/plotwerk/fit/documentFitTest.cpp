@@ -413,10 +413,10 @@ TEST(DocumentVariables, TellWhatAPaperTells) {
 }
 
 TEST(DocumentFit, TellsHowManyPointsItLeftOutAndWhy) {
-    const double inf = std::numeric_limits<double>::infinity();
-    Document document = documentOf(table({0, 1, 2, 3, 4, 5, 6, 7, 8, nan_},
-                                         {column("y", {1, 3, 5, 7, 9, inf, nan_, 15, 90, nan_}),
-                                          column("y error", {1, 1, 1, 0, -1, 1, 1, nan_, 0, 0})}));
+    Document document =
+        documentOf(table({0, 1, 2, 3, 4, 5, 6, 7, 8, nan_},
+                         {column("y", {1, 3, 5, 7, 9, infinity, nan_, 15, 90, nan_}),
+                          column("y error", {1, 1, 1, 0, -1, 1, 1, nan_, 0, 0})}));
     document.sources[0].tables[0].y[0].rank = 1;
     document.fitRange = {unset, 7.5}; // what is beyond isn't left out, but not asked for
     setFormula(document, "a*x+b");

@@ -8,12 +8,9 @@
 #include <climits>
 #include <cmath>
 #include <functional>
-#include <limits>
 #include <sstream>
 
 using namespace plotwerk;
-
-static constexpr double infinity = std::numeric_limits<double>::infinity();
 
 using Set = std::function<void(Document &, double)>;
 

@@ -8,11 +8,13 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
 
 constexpr double nan_ = plotwerk::unset;
+constexpr double infinity = std::numeric_limits<double>::infinity();
 
 inline plotwerk::Column column(std::string name, std::vector<double> values) {
     plotwerk::Column result;

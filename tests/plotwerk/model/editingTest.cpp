@@ -7,7 +7,6 @@
 #include "tests/plotwerk/model/documents.h"
 
 #include <cmath>
-#include <limits>
 
 using namespace plotwerk;
 
@@ -131,11 +130,11 @@ TEST(CreatedCurve, RunsFromMinToMaxAndStandsAfterTheSelectionsTable) {
 }
 
 TEST(CreatedCurve, IsRefusedWhenItWouldNotEnd) {
-    constexpr double inf = std::numeric_limits<double>::infinity();
     Document document = sample();
-    const double cases[][5] = {{0, 1, 0, 0, 1},      {0, 1, nan_, 0, 1}, {0, 1, -1, 0, 1},
-                               {1, 0, 1, 0, 1},      {0, inf, 1, 0, 1},  {0, 1e8, 1, 0, 1},
-                               {0, 1, 1e-320, 0, 1}, {0, 1, 1, nan_, 1}, {0, 1, 1, 0, inf}};
+    const double cases[][5] = {
+        {0, 1, 0, 0, 1},      {0, 1, nan_, 0, 1},     {0, 1, -1, 0, 1},
+        {1, 0, 1, 0, 1},      {0, infinity, 1, 0, 1}, {0, 1e8, 1, 0, 1},
+        {0, 1, 1e-320, 0, 1}, {0, 1, 1, nan_, 1},     {0, 1, 1, 0, infinity}};
     for (const auto &[x, end, step, y, rise] : cases)
         EXPECT_THROW(createCurve(document, x, end, step, y, rise), Refusal)
             << x << ' ' << end << ' ' << step << ' ' << y << ' ' << rise;
@@ -215,7 +214,7 @@ TEST(Extremes, BecomeCurvesAfterTheTableOnTheSameAxes) {
 }
 
 TEST(SearchExtremes, EndsWhereDifferencesOverflow) {
-    for (const double huge : {1e308, std::numeric_limits<double>::infinity()}) {
+    for (const double huge : {1e308, infinity}) {
         Document document = selectedOf(
             table({0, 1, 2, 3, 4, 5, 6, 7}, {column("a", {0, 1, huge, huge, 1, 0, 5, 0})}));
         refusalOf(document, [](auto &d) { searchExtremes(d, true, true, 2, 0); });

@@ -3,7 +3,6 @@
 #include "tests/plotwerk/model/documents.h"
 
 #include <cmath>
-#include <limits>
 
 using namespace plotwerk;
 
@@ -14,9 +13,8 @@ static std::string textOf(const Range &range) {
 }
 
 static Document ranged() {
-    constexpr double inf = std::numeric_limits<double>::infinity();
     Table t = table({-1, 1, 5, 9}, {column("a", {2, -3, 4, nan_}), column("hidden", {0, 99, 0, 0}),
-                                    column("right", {7, inf, 8, 9})});
+                                    column("right", {7, infinity, 8, 9})});
     t.y[1].look.visible = false;
     t.y[2].look.rightY = true;
     t.y[2].look.upperX = true;
@@ -60,7 +58,6 @@ TEST(Ranges, ShowErrorBarsButNotColumnsOfErrors) {
 }
 
 TEST(Ranges, LimitsAreSetSinglyTogetherAndUnset) {
-    constexpr double inf = std::numeric_limits<double>::infinity();
     // limits, and the range then, or why it is refused
     const std::tuple<double, double, const char *> steps[] = {
         {0, nan_, "0..5"},
@@ -68,7 +65,7 @@ TEST(Ranges, LimitsAreSetSinglyTogetherAndUnset) {
         {4, nan_, "a range can't go from 4 to 3"},
         {20, 10, "10..20"},
         {1, 1, "a range can't go from 1 to 1"},
-        {1, inf, "a range can't be infinite"},
+        {1, infinity, "a range can't be infinite"},
         {nan_, nan_, "-1..5"},
         {5, nan_, "5..nan"}, // no data above
         {nan_, nan_, "-1..5"},
