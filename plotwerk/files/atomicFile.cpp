@@ -6,7 +6,6 @@
 #include "plotwerk/files/directory.h"
 
 #include <cerrno>
-#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -50,13 +49,21 @@ class Descriptor {
 };
 
 constexpr std::string_view temporaryPrefix = ".plotwerk-";
+constexpr std::size_t digitsOfTemporary = 16;
 
 // A name in the directory that nobody can foresee.
 fs::path temporaryName(const fs::path &directory) {
     static std::random_device device;
-    char random[2 * sizeof(std::uint64_t) + 1];
+    char random[digitsOfTemporary + 1];
     std::snprintf(random, sizeof random, "%08x%08x", device(), device());
     return directory / (std::string(temporaryPrefix) + random);
+}
+
+bool isTemporaryName(std::string_view name) {
+    return name.size() == temporaryPrefix.size() + digitsOfTemporary &&
+           name.starts_with(temporaryPrefix) &&
+           name.find_first_not_of("0123456789abcdef", temporaryPrefix.size()) ==
+               std::string_view::npos;
 }
 
 constexpr const char *accessControlList = "system.posix_acl_access";
@@ -202,8 +209,7 @@ void removeLeftovers(const fs::path &directory) {
     static std::set<fs::path> seen;
     if (!seen.insert(directory).second) return;
     for (const fs::path &path : pathsIn(directory))
-        if (path.filename().native().starts_with(temporaryPrefix) && isLeftBehind(path))
-            unlink(path.c_str());
+        if (isTemporaryName(path.filename().native()) && isLeftBehind(path)) unlink(path.c_str());
 }
 
 } // namespace

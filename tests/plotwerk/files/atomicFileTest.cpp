@@ -220,20 +220,27 @@ TEST_P(AtomicFile, RemovesWhatDeadProcessesLeftAndNothingElse) {
         const auto now = fs::file_time_type::clock::now();
         fs::last_write_time(directory / name, now - std::chrono::seconds(old ? 63 : 50));
     };
-    leave(".plotwerk-dead", true);
-    leave(".plotwerk-young", false);
-    leave(".plotwerk-written", true);
-    leave("other", true);
-    leave(".plotwerk-foreign", true); // stays where only root could make it another user's
-    const bool isForeign = chown((directory / ".plotwerk-foreign").c_str(), 12345, 12345) == 0;
-    const int held = open((directory / ".plotwerk-written").c_str(), O_RDONLY);
+    const auto [dead, foreign, later, written, young] = std::array{
+        ".plotwerk-0123456789abcde0", ".plotwerk-0123456789abcde1", ".plotwerk-0123456789abcde2",
+        ".plotwerk-0123456789abcde3", ".plotwerk-0123456789abcde4"};
+    leave(dead, true);
+    leave(young, false);
+    leave(written, true);
+    for (const char *own : {".plotwerk-0123456789abcdef0", ".plotwerk-Friday's-results", "other"})
+        leave(own, true);
+    leave(foreign, true); // stays where only root could make it another user's
+    const bool isForeign = chown((directory / foreign).c_str(), 12345, 12345) == 0;
+    const int held = open((directory / written).c_str(), O_RDONLY);
     flock(held, LOCK_EX);
     write(file, "new");
     close(held);
-    leave(".plotwerk-later", true); // looked for once
+    leave(later, true); // looked for once
     write(file, "newer");
-    EXPECT_EQ(listing(), std::string(isForeign ? ".plotwerk-foreign " : "") +
-                             ".plotwerk-later .plotwerk-written .plotwerk-young file other ");
+    std::string left;
+    for (const char *name : {foreign, later, written, young})
+        if (name != foreign || isForeign) left += std::string(name) + ' ';
+    EXPECT_EQ(listing(),
+              left + ".plotwerk-0123456789abcdef0 .plotwerk-Friday's-results file other ");
 }
 
 TEST_P(AtomicFile, FollowsNoLinkThatAnotherUserPutIntoASharedFolder) {
