@@ -156,13 +156,15 @@ void Application::takeIn(const fs::path &file) {
     }
 }
 
+// Whether the path, which may be empty, leads to that file, however it is spelled.
+static bool isFile(const fs::path &path, const fs::path &file) {
+    std::error_code none;
+    return !path.empty() && fs::equivalent(path, file, none);
+}
+
 Document &Application::open(const fs::path &file, bool rangeOverAll) {
     Journal::setRoomAside();
-    const auto isIt = [&](const auto &open) {
-        std::error_code none;
-        const fs::path &own = open->document.path;
-        return !own.empty() && fs::equivalent(own, file, none);
-    };
+    const auto isIt = [&](const auto &open) { return isFile(open->document.path, file); };
     const auto found = std::find_if(documents.begin(), documents.end(), isIt);
     if (found != documents.end())
         activate((*found)->document);
@@ -191,6 +193,14 @@ void Application::restore(Document &document, Document version, const ColumnOrig
     record(document, {}, [&] { return encodedRestoration(document, origins); });
 }
 
+void Application::forgetReplaced(const fs::path &file, const Document *except) {
+    for (const auto &open : documents) {
+        if (&open->document == except || !isFile(open->document.path, file)) continue;
+        forgetSaved(open->document);
+        record(open->document, {}, [] { return std::nullopt; });
+    }
+}
+
 void Application::save(const Document &saved, const fs::path &path, bool binary, bool ownPath) {
     OpenDocument &open = openOf(saved);
     Document &document = open.document;
@@ -201,17 +211,11 @@ void Application::save(const Document &saved, const fs::path &path, bool binary,
     writeWholeFile(target, [&](std::ostream &stream) { writeDocument(stream, saved, binary); });
     open.lastSaveSucceeded = true;
     document.path.swap(own);
-    if (document.path == target) {
+    if (document.path == target || isFile(document.path, target)) {
         setSaved(document);
         if (open.journal) open.journal->remove();
     }
-    // of which this was the file has none any more
-    for (const auto &other : documents) {
-        std::error_code error;
-        if (other.get() == &open || !fs::equivalent(other->document.path, target, error)) continue;
-        forgetSaved(other->document);
-        record(other->document, {}, [] { return std::nullopt; });
-    }
+    forgetReplaced(target, &saved);
     logDone(LogLevel::info,
             [&] { return "saved " + inQuotes(saved.name) + " in " + target.string(); });
 }
@@ -241,6 +245,7 @@ void Application::savePicture(const Document &document, const fs::path &file, Pi
     const fs::path path = given(file);
     writePicture(path, document, kindFor(path, kind));
     succeeded = true;
+    forgetReplaced(path);
     logDone(LogLevel::info, [&] {
         return "saved the picture of " + inQuotes(document.name) + " in " + path.string();
     });
@@ -301,6 +306,7 @@ void Application::saveComposition(const fs::path &file, const std::string &opene
     writePage(path, *composition);
     if (opens) startProgram({opener, path.string()});
     composition.reset();
+    forgetReplaced(path);
     logDone(LogLevel::info, [&] { return "saved the composition in " + path.string(); });
 }
 

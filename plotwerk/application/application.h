@@ -97,7 +97,8 @@ class Application {
     // Saves as JSON or, when binary, as CBOR; an empty path stands for the document's own. With
     // ownPath the path becomes the document's own; its name stays, since clients address it by
     // that. What is saved in the document's own file counts as changed no more, and another one of
-    // that file as changed. Throws Refusal: no path, or a file that can't be written.
+    // that file as changed; so does a document over whose file a picture or a page is saved. Throws
+    // Refusal: no path, or a file that can't be written.
     void save(const Document &document, const std::filesystem::path &path, bool binary,
               bool ownPath);
 
@@ -195,6 +196,9 @@ class Application {
 
     // The document in the file, or the one that stands for it, comes to the front.
     void takeIn(const std::filesystem::path &file);
+
+    // The documents of this file count as changed: something else has taken its place.
+    void forgetReplaced(const std::filesystem::path &file, const Document *except = nullptr);
 
     // A path as a message gives it, made absolute. Throws Refusal for an empty one.
     static std::filesystem::path given(const std::filesystem::path &path);

@@ -54,20 +54,21 @@ void loadFonts() {
     static const std::string loaded = emptyPicture();
 }
 
-// What a picture costs can't be told beforehand, so a child process draws it.
+// What a picture costs can't be told beforehand, so a child process draws it. `target` is for the
+// refusal of a stream that can't be written.
+static void drawInChild(std::ostream &stream, const std::function<std::string()> &bytes,
+                        const std::string &target) {
+    inChild([&] {
+        stream << bytes() << std::flush;
+        if (!stream) throw Refusal("can't write " + target + ": " + std::strerror(errno));
+    });
+}
+
 static void writeFromChild(const fs::path &path, const std::function<std::string()> &bytes,
                            mode_t ofNew = 0666) {
     loadFonts();
     writeWholeFile(
-        path,
-        [&](std::ostream &stream) {
-            inChild([&] {
-                stream << bytes() << std::flush;
-                if (!stream)
-                    throw Refusal("can't write " + path.string() + ": " + std::strerror(errno));
-            });
-        },
-        ofNew);
+        path, [&](std::ostream &stream) { drawInChild(stream, bytes, path.string()); }, ofNew);
 }
 
 void writePicture(const fs::path &path, const Document &document, PictureKind kind) {
@@ -108,7 +109,8 @@ fs::path writeClipboardPicture(const Document &document, PictureKind kind) {
 void printPicture(const Document &document) {
     loadFonts();
     startProgram({"lp", "-t", document.name}, [&](std::ostream &stream) {
-        inChild([&] { stream << pdfOfDocument(document) << std::flush; });
+        drawInChild(
+            stream, [&] { return pdfOfDocument(document); }, "what is to be printed");
     });
 }
 

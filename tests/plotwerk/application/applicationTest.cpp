@@ -253,7 +253,11 @@ TEST_F(ApplicationTest, SavesWhatWasOpenedInItsOwnFile) {
     application.close(*application.front(), false);
     const Document &opened = application.open(path, false);
     EXPECT_EQ(opened.title, "new");
+    application.savePicture(opened, path, PictureKind::pdf);
+    EXPECT_TRUE(hasUnsavedChanges(opened)) << "its file is a picture now";
     fs::create_directory_symlink(directory, directory / "link");
+    application.save(opened, directory / "link/saved", false, false);
+    EXPECT_FALSE(hasUnsavedChanges(opened)) << "its own file, spelled otherwise";
     application.save(application.create({}), directory / "link/saved", false, true);
     EXPECT_TRUE(hasUnsavedChanges(opened)) << "its file is another's";
     EXPECT_FALSE(hasUnsavedChanges(*application.front()));

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
+#include <sys/resource.h>
 
 namespace fs = std::filesystem;
 
@@ -124,6 +125,17 @@ TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
     EXPECT_EQ(out, "") << "what a viewer says";
     EXPECT_TRUE(holds(log, "warning: broken ended with status 3\n"));
     EXPECT_TRUE(holds(log, "info: saved the composition in " + page + '\n'));
+}
+
+TEST_F(PictureMessages, NothingIsPrintedThatIsCutOff) {
+    startWithData();
+    addProgram("lp", "touch '" + pathOf("started") + "'\n");
+    const rlimit little{1000, RLIM_INFINITY};
+    prlimit(program->pid(), RLIMIT_FSIZE, &little, nullptr);
+    plotwerk->printDoc_("Untitled");
+    EXPECT_EQ(lastError(), "can't write what is to be printed: File too large (\"Untitled\")");
+    EXPECT_EQ(children(), 0U);
+    EXPECT_FALSE(fs::exists(pathOf("started")));
 }
 
 // A printer that takes its time keeps nobody waiting.
