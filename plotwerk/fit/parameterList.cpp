@@ -13,14 +13,21 @@
 
 namespace plotwerk {
 
+// The first place of each name. It holds as long as the names stay where they are.
+static std::unordered_map<std::string_view, std::size_t>
+placesOf(const std::vector<FitParameter> &parameters) {
+    std::unordered_map<std::string_view, std::size_t> places;
+    for (std::size_t i = 0; i < parameters.size(); ++i) places.try_emplace(parameters[i].name, i);
+    return places;
+}
+
 std::vector<FitParameter> parametersNamed(const std::vector<std::string> &names,
                                           const std::vector<FitParameter> &known) {
-    std::unordered_map<std::string_view, const FitParameter *> places;
-    for (const FitParameter &each : known) places.try_emplace(each.name, &each);
+    const auto places = placesOf(known);
     std::vector<FitParameter> parameters;
     for (const std::string &name : names) {
         const auto old = places.find(name);
-        parameters.push_back(old != places.end() ? *old->second : FitParameter{name});
+        parameters.push_back(old != places.end() ? known[old->second] : FitParameter{name});
     }
     return parameters;
 }
@@ -126,6 +133,7 @@ void readParameterList(std::string_view text, char decimalSeparator,
     const std::string uncut = list; // scanEquation writes NULs over what ended a word
 
     std::vector<FitParameter> read = parameters;
+    const auto places = placesOf(parameters);
     bool absolute = absoluteErrors;
     char *cursor = list.data();
     for (;;) {
@@ -143,19 +151,20 @@ void readParameterList(std::string_view text, char decimalSeparator,
             refuse("no \"name = value\" at \"" +
                    uncut.substr(start, uncut.find('\n', start) - start) + "\"");
 
-        const auto parameter = std::ranges::find(read, std::string_view(name), &FitParameter::name);
-        if (parameter == read.end()) throw Refusal("no parameter \"" + std::string(name) + "\"");
+        const auto place = places.find(name);
+        if (place == places.end()) throw Refusal("no parameter \"" + std::string(name) + "\"");
+        FitParameter &parameter = read[place->second];
 
         const std::size_t length = std::strlen(value);
         const bool marked = length > 1 && value[length - 1] == '!';
         if (marked) value[length - 1] = '\0';
-        *parameter = {parameter->name, numberOf(value, name), unset, marked};
+        parameter = {parameter.name, numberOf(value, name), unset, marked};
 
         // what may follow up to the line's end or a comma
         const char terminator = uncut[static_cast<std::size_t>(cursor - list.data()) - 1];
         if (terminator == '\n' || terminator == ',') continue;
         const char *rest = cursor;
-        takeRest(rest, *parameter);
+        takeRest(rest, parameter);
         cursor += rest - cursor;
     }
     parameters = std::move(read);
