@@ -108,6 +108,8 @@ Document documentOf(std::string bytes) {
     Reader(tree, version)("document", document);
     if (Version{2, 2} > version) boundSymbols(document);
     visitNames(document, [](std::string &name) { name = nameOf(std::move(name)); });
+    document.formula = formulaOf(std::move(document.formula));
+    document.fit.formula = formulaOf(std::move(document.fit.formula));
     try {
         checkWhole(document);
     } catch (const Refusal &refusal) {

@@ -4,6 +4,7 @@
 #include "plotwerk/base/refusal.h"
 #include "plotwerk/fit/parameterList.h"
 #include "plotwerk/model/curves.h"
+#include "plotwerk/model/names.h"
 #include "plotwerk/model/parameterText.h"
 
 #include <algorithm>
@@ -70,15 +71,17 @@ static Formula formulaToFit(const Document &document, const std::string &text) {
 
 void setFormula(Document &document, const std::string &text) {
     const Formula formula = formulaToFit(document, text);
-    if (text == document.formula) return;
+    std::string shown = formulaOf(text);
+    if (shown == document.formula) return;
 
-    std::vector<FitParameter> parameters =
-        parametersNamed(formula.parameterNames(), document.parameters);
+    const std::vector<std::string> &names = formula.parameterNames();
+    std::ranges::for_each(names, requireName); // as other names that are saved
+    std::vector<FitParameter> parameters = parametersNamed(names, document.parameters);
     for (FitParameter &parameter : parameters) {
         parameter.error = unset;
         parameter.atBound = false;
     }
-    document.formula = text;
+    document.formula = std::move(shown);
     document.parameters = std::move(parameters);
     document.fit.done = false;
 }

@@ -4,6 +4,7 @@
 #include "plotwerk/formula/evaluationTime.h"
 #include "plotwerk/model/curves.h"
 #include "plotwerk/model/fitResult.h"
+#include "plotwerk/model/limits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -82,9 +83,6 @@ static std::string listed(const std::vector<std::string> &names) {
     return list;
 }
 
-// A step costs their third power: most of a second at the limit.
-constexpr std::size_t mostFree = 500;
-
 // Why the fit can't even begin; empty when it can.
 static std::string obstacle(const Formula &formula, const FitPoints &points, std::size_t free,
                             const std::vector<FitParameter> &parameters, bool weighted) {
@@ -98,9 +96,9 @@ static std::string obstacle(const Formula &formula, const FitPoints &points, std
         return std::to_string(free) + " parameters for only " + std::to_string(n) +
                (n == 1 ? " point" : " points") +
                "; hold some fixed (a = 1!), or widen the fit range";
-    if (free > mostFree)
+    if (free > mostVaried)
         return std::to_string(free) + " free parameters, which is more than " +
-               std::to_string(mostFree) + "; hold some fixed (a = 1!)";
+               std::to_string(mostVaried) + "; hold some fixed (a = 1!)";
     for (const FitParameter &parameter : parameters)
         if (!std::isfinite(parameter.value))
             return "parameter " + parameter.name + " has no value; set one";

@@ -1,6 +1,7 @@
 #include "plotwerk/model/limits.h"
 
 #include "plotwerk/base/refusal.h"
+#include "plotwerk/model/fitResult.h"
 #include "plotwerk/model/names.h"
 
 #include <cmath>
@@ -48,6 +49,13 @@ static void requireOrder(const Range &range) {
     throw Refusal(text);
 }
 
+// Between the names of a formula's parameters stands at least one other character.
+static void requireRoomInFormula(const std::vector<FitParameter> &parameters) {
+    std::size_t bytes = 0;
+    for (const FitParameter &parameter : parameters) bytes += parameter.name.size() + 1;
+    if (bytes > longestText + 1) throw Refusal("more parameters than a formula has room for");
+}
+
 void requireWithinLimits(const CurveLook &look) {
     requireAll(look);
 }
@@ -76,6 +84,12 @@ void requireWithinLimits(const Document &document) {
     for (const PlacedText &placed : document.texts)
         requireLength("a text", placed.text, longestText);
     requireLength("a formula", document.formula, longestText);
+    requireLength("a formula", document.fit.formula, longestText);
+    requireRoomInFormula(document.parameters);
+    requireRoomInFormula(document.fit.parameters);
+    if (variedParameters(document.fit).size() > mostVaried)
+        throw Refusal("a fit can't have varied more than " + std::to_string(mostVaried) +
+                      " parameters");
     requireOrder(document.fitRange);
     for (const FitParameter &parameter : document.parameters) requireOrder(parameter.bounds);
     for (const FitParameter &parameter : document.fit.parameters) requireOrder(parameter.bounds);

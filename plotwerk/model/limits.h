@@ -118,7 +118,11 @@ constexpr std::size_t longestText = 100'000;
 // The most bytes of a list of parameters.
 constexpr std::size_t longestList = 1'000'000;
 
-// Calls visit(name) for every name in a document: its own, those of its sources and columns.
+// The most parameters that a fit may vary: a step costs their third power, most of a second then.
+constexpr std::size_t mostVaried = 500;
+
+// Calls visit(name) for every name in a document: its own, those of its sources, columns and
+// parameters.
 template<IsRecord<Document> Record, class Visit> void visitNames(Record &document, Visit visit) {
     visit(document.name);
     for (auto &source : document.sources) {
@@ -128,6 +132,8 @@ template<IsRecord<Document> Record, class Visit> void visitNames(Record &documen
             for (auto &column : table.y) visit(column.name);
         }
     }
+    for (auto &parameter : document.parameters) visit(parameter.name);
+    for (auto &parameter : document.fit.parameters) visit(parameter.name);
 }
 
 // Refused: "WHAT can't have more than MOST bytes".
@@ -138,7 +144,8 @@ void requireWithin(const char *name, int value, const Limits &limits);
 void requireWithin(const char *name, double value, const Limits &limits);
 
 // As requireWithin, of the first number or text beyond its limits. A document is refused also for a
-// range whose minimum is above its maximum, and for a name that can't be one.
+// range whose minimum is above its maximum, for a name that can't be one, and for more parameters
+// than a formula has room for or a fit varies.
 void requireWithinLimits(const CurveLook &look);
 void requireWithinLimits(const Frame &frame);
 void requireWithinLimits(const Axis &axis);

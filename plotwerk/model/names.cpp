@@ -6,6 +6,7 @@
 #include "util/text/utf8.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace plotwerk {
 
@@ -26,14 +27,23 @@ void requireName(std::string_view text) {
     });
 }
 
-std::string nameOf(std::string text) {
-    std::string name;
+static std::string withoutControls(std::string text, std::string_view kept) {
+    std::string seen;
     std::size_t end = 0;
     visitControls(text, [&](std::size_t at, std::size_t length) {
-        name.append(text, end, at - end) += ' ';
+        if (kept.find(text[at]) != std::string_view::npos) return;
+        seen.append(text, end, at - end) += ' ';
         end = at + length;
     });
-    return end == 0 ? text : name.append(text, end);
+    return end == 0 ? text : seen.append(text, end);
+}
+
+std::string nameOf(std::string text) {
+    return withoutControls(std::move(text), "");
+}
+
+std::string formulaOf(std::string text) {
+    return withoutControls(std::move(text), "\n\t");
 }
 
 static int timesNamed = 0;

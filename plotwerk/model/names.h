@@ -9,7 +9,7 @@
 
 namespace plotwerk {
 
-// The most bytes of a name, of a document, a source or a column.
+// The most bytes of a name, of a document, a source, a column or a parameter.
 inline constexpr std::size_t longestName = 1000;
 
 // Refused when the text can't be a name: too long, or with a control character, line end or turn of
@@ -18,6 +18,9 @@ void requireName(std::string_view text);
 
 // The text with a space for each character that a name can't have; its length isn't looked at.
 std::string nameOf(std::string text);
+
+// Likewise of a formula, which may have line feeds and tabs.
+std::string formulaOf(std::string text);
 
 // How the names of curves of extremes end.
 inline constexpr std::string_view maximaSuffix = " maxima";

@@ -30,14 +30,24 @@ double bytesOf(const std::vector<Table> &tables) {
     return bytes;
 }
 
+static double bytesOf(const std::vector<FitParameter> &parameters) {
+    double bytes = 0;
+    for (const FitParameter &each : parameters)
+        bytes += static_cast<double>(sizeof each + each.name.size());
+    return bytes;
+}
+
 double bytesOf(const Document &document) {
-    double bytes = sizeof document + static_cast<double>(document.formula.size());
+    double bytes =
+        sizeof document + static_cast<double>(document.formula.size() +
+                                              document.fit.formula.size() + document.title.size());
+    for (const Axis &axis : document.axes) bytes += static_cast<double>(axis.title.size());
     for (const Source &source : document.sources)
         bytes += static_cast<double>(sizeof source + source.name.size()) + bytesOf(source.tables);
     for (const PlacedText &placed : document.texts)
         bytes += static_cast<double>(sizeof placed + placed.text.size());
-    bytes += static_cast<double>(document.parameters.size() * sizeof(FitParameter));
-    return bytes;
+    bytes += static_cast<double>(document.fit.covariance.values.size() * sizeof(double));
+    return bytes + bytesOf(document.parameters) + bytesOf(document.fit.parameters);
 }
 
 void addSource(Document &document, const std::string &name, std::vector<Table> tables) {

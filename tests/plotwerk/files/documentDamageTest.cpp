@@ -97,15 +97,46 @@ TEST(DamagedDocument, HasItsNamesInOneLine) {
     const Column column{.name = "a\tb\u202ec\u2069", .values = {}, .look = {}};
     const Document document{.name = "front\nforged \u2028",
                             .sources = {{"\x1b]0;x\x7f\u0085", {Table{column, {column}}}}},
-                            .formula = "a = 1\na*x"};
+                            .frame = {.multiDimFit = true},
+                            .formula = "a = 1\na*x\x1b",
+                            .parameters = {{.name = "a\nb"}},
+                            .fit = {.formula = "\u2028x\r", .parameters = {{.name = "\u202e"}}}};
     for (const bool binary : {false, true}) {
         const Document read = documentOf(saved(document, binary));
         EXPECT_EQ(read.name, "front forged  ");
         EXPECT_EQ(read.sources[0].name, " ]0;x  ");
         EXPECT_EQ(read.sources[0].tables[0].x.name, "a b c ");
         EXPECT_EQ(read.sources[0].tables[0].y[0].name, "a b c ");
-        EXPECT_EQ(read.formula, document.formula);
+        EXPECT_EQ(read.formula, "a = 1\na*x ");
+        EXPECT_EQ(read.parameters[0].name, "a b");
+        EXPECT_EQ(read.fit.formula, " x ");
+        EXPECT_EQ(read.fit.parameters[0].name, " ");
     }
+}
+
+TEST(DamagedDocument, HasTheParametersThatAFormulaAndAFitCanHave) {
+    const auto damageWith = [](std::size_t count, std::size_t length, std::size_t varied,
+                               std::size_t formula) {
+        Document document;
+        document.frame.multiDimFit = true;
+        document.fit.formula = std::string(formula, 'x');
+        for (auto *list : {&document.parameters, &document.fit.parameters}) {
+            list->assign(count, {.name = std::string(length, 'a'), .fixed = true});
+            for (std::size_t i = 0; i < varied; ++i) (*list)[i].fixed = false;
+            const std::string damage = damageOf(saved(document, true));
+            if (!damage.empty()) return damage;
+        }
+        return std::string();
+    };
+    EXPECT_EQ(damageWith(99, 1000, 99, 100'000), "");
+    EXPECT_EQ(damageWith(50'000, 1, 500, 0), "");
+    EXPECT_EQ(damageWith(0, 0, 0, 100'001), "damaged: a formula can't have more than 100000 bytes");
+    EXPECT_EQ(damageWith(1, 1001, 0, 0), "damaged: a name can't have more than 1000 bytes");
+    const std::string noRoom = "damaged: more parameters than a formula has room for";
+    EXPECT_EQ(damageWith(100, 1000, 0, 0), noRoom);
+    EXPECT_EQ(damageWith(50'001, 1, 0, 0), noRoom);
+    EXPECT_EQ(damageWith(501, 1, 501, 0),
+              "damaged: a fit can't have varied more than 500 parameters");
 }
 
 // One change to a sound text, and why it is refused then.

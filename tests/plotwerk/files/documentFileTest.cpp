@@ -3,6 +3,7 @@
 #include "plotwerk/files/atomicFile.h"
 #include "plotwerk/files/documentArchive.h"
 #include "plotwerk/model/change.h"
+#include "plotwerk/model/names.h"
 #include "tests/plotwerk/files/fullDocument.h"
 
 #include <cmath>
@@ -140,7 +141,14 @@ TEST(DocumentFile, OfEveryVersionOpensWithEverythingInIt) {
     for (const std::string version : {"1", "2", "2.1", "2.2"})
         EXPECT_EQ(savedAnew(version + ".json"), savedAnew(version + ".cbor")) << version;
     EXPECT_EQ(savedAnew("1.json"), savedAnew("2.json"));
-    EXPECT_EQ(savedAnew("2.2.json"), bytesOf("2.2.json"));
+    std::string now = bytesOf("2.2.json");
+    const std::string start = "n\u00e4me \\\"\\\\/ ", controls = "\\t\\n\\u0001";
+    for (const auto &[key, shown] : {std::pair("name", "   "), {"formula", "\\t\\n "}}) {
+        const std::string before = '"' + std::string(key) + "\":\"" + start;
+        for (std::size_t at; (at = now.find(before + controls)) != std::string::npos;)
+            now.replace(at + before.size(), controls.size(), shown);
+    }
+    EXPECT_EQ(savedAnew("2.2.json"), now);
 
     const Document of2 = documentOf(bytesOf("2.json"));
     const Column &a = of2.sources[0].tables[0].y[0];
@@ -162,7 +170,7 @@ TEST(DocumentFile, OfEveryVersionOpensWithEverythingInIt) {
     const FitResult &fit = of2_1.fit;
     EXPECT_EQ(std::tuple(fit.weighted, fit.absoluteErrors, fit.formula, fit.freedom, fit.rSquared,
                          fit.parameters[1].bounds.min),
-              std::tuple(true, true, text + "770", 786, 0x1p53, -123456789.0));
+              std::tuple(true, true, formulaOf(text) + "770", 786, 0x1p53, -123456789.0));
     EXPECT_EQ(fit.covariance.values, (std::vector<double>{0.1, -0.2, 0.5}));
 
     const FitResult without = documentOf(bytesOf("2.2.json")).fit;

@@ -77,6 +77,7 @@ Document filled(std::size_t elements) {
     fields(fill, document);
 
     visitNames(document, [](std::string &name) { name = nameOf(name); });
+    document.fit.formula = formulaOf(document.fit.formula);
 
     // Numbers beyond their limits go to different places within.
     int count = 0;

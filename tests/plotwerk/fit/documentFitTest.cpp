@@ -257,7 +257,8 @@ TEST(DocumentFormula, KeepsParametersOfTheSameName) {
     const double b = parameter(document, "b");
     EXPECT_GT(document.parameters[1].error, 0);
     document.parameters[1].atBound = true;
-    setFormula(document, "c + a * x + b");
+    setFormula(document, "c + a * x\r + b");
+    EXPECT_EQ(document.formula, "c + a * x  + b") << "as a saved one is opened again";
     EXPECT_FALSE(document.parameters[1].atBound);
     EXPECT_FALSE(document.fit.done);
     EXPECT_EQ(variableOf(document, "status"), "0") << "of the last fit";
