@@ -29,9 +29,7 @@ static constexpr char help[] =
     "document \"Untitled\", and answers the messages of the session bus until SIGTERM or SIGINT.\n"
     "\n"
     "      --help       print this and end\n"
-    "      --limit      what one message may take: seconds, memory (MB), answer (MB); what all "
-    "open\n"
-    "                   documents may: documents (MB); answers not read yet: unread (MB)\n"
+    "      --limit      set one of the limits below\n"
     "      --log-level  lines on standard error up to this level; info unless given\n"
     "      --no-journal unsaved changes don't outlive a crash\n"
     "      --recover    first bring back the documents that others left with unsaved changes\n"
@@ -41,6 +39,13 @@ struct Options {
     bool journal = true;
     bool recover = false;
 };
+
+static void tellHelp() {
+    std::printf("%s%s\nLimits, what they are at first, and what they can be:\n\n", usage, help);
+    for (const Bound &bound : bounds())
+        std::printf("      %-10s %4.0f  %2.0f to %-7.0f  %s\n", bound.name, bound.value,
+                    bound.least, bound.most, bound.meaning);
+}
 
 [[noreturn]] static void refuseUsage() {
     std::fputs(usage, stderr);
@@ -78,7 +83,7 @@ static Options readOptions(int argc, char **argv) {
     Options given;
     for (int chosen; (chosen = getopt_long(argc, argv, "", options, nullptr)) != -1;) {
         switch (chosen) {
-        case helpOption: std::printf("%s%s", usage, help); std::exit(0);
+        case helpOption: tellHelp(); std::exit(0);
         case versionOption: std::printf("plotwerkd %s\n", PLOTWERK_VERSION); std::exit(0);
         case limitOption: readLimit(argv[0], optarg); break;
         case noJournalOption: given.journal = false; break;

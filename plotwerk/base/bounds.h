@@ -17,7 +17,7 @@ namespace plotwerk {
 // One of the bounds; each has a name by which it can be raised when the program starts.
 struct Bound {
     const char *name;
-    const char *meaning; // with its unit, as the manual tells it
+    const char *meaning; // with its unit
     double value;
     double least; // that it can be set to
     double most;
@@ -48,6 +48,10 @@ void requireTime(double nanoseconds);
 // Refused "would take too much memory (limit memory)" if these bytes are more than one message
 // may take.
 void requireMemory(double bytes);
+
+// Refused "the answer would be too long (limit answer)" if the text is longer than one answer may
+// be.
+void requireAnswer(std::string_view text);
 
 // As requireMemory, of what is to stay in a document. Refused also "the open documents would take
 // too much memory (limit documents)".

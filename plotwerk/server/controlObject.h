@@ -7,6 +7,7 @@
 #define PLOTWERK_SERVER_CONTROLOBJECT_H
 
 #include "plotwerk/application/application.h"
+#include "plotwerk/base/bounds.h"
 #include "plotwerk/base/log.h"
 #include "plotwerk/base/memoryReserve.h"
 #include "plotwerk/base/refusal.h"
@@ -173,7 +174,9 @@ class ControlObject {
         actOn(
             name,
             [&](auto &document) -> void requires std::is_invocable_v<Work &, decltype(document)> {
-                neutral = work(document);
+                Answer found = work(document);
+                if constexpr (std::is_same_v<Answer, std::string>) requireAnswer(found);
+                neutral = std::move(found);
             });
         dropSignOfNaN(neutral);
         return neutral;

@@ -29,7 +29,11 @@ std::string ControlObject::getVarOf_varName_(const std::string &name, const std:
         if (variable == "lastError")
             text = application.lastError;
         else
-            workOn(name, [&](const Document &document) { text = variableOf(document, variable); });
+            workOn(name, [&](const Document &document) {
+                std::string value = variableOf(document, variable);
+                requireAnswer(value);
+                text = std::move(value);
+            });
     });
     return text;
 }

@@ -1,10 +1,13 @@
 // Messages that can't be done: neutral answers and a line about it.
+#include "plotwerk/base/bounds.h"
+#include "tests/plotwerk/files/fullDocument.h"
 #include "tests/plotwerk/server/serverTest.h"
 
 #include <map>
 #include <set>
 #include <sstream>
 
+using namespace plotwerk;
 using MessagesTest = ServerTest;
 
 // Unknown, or lost with a file that couldn't be opened.
@@ -91,6 +94,7 @@ TEST_F(MessagesTest, RefuseTextsThatAreTooLongAndWhatIsNoName) {
          {doc, text, "0", "0", "0", "0", "0"},
          "a text can't have more than 100000 bytes"},
         {"setFormulaOf_formulaText_", {doc, text}, "a formula can't have more than 100000 bytes"},
+        {"setFormulaOf_formulaText_", {doc, n1000 + 'n'}, longName},
         {"readFormulaParameterOf_parameterList_",
          {doc, std::string(1'000'001, ' ')},
          "a list of parameters can't have more than 1000000 bytes"},
@@ -114,6 +118,26 @@ TEST_F(MessagesTest, RefuseTextsThatAreTooLongAndWhatIsNoName) {
     EXPECT_EQ(plotwerk->dataOfSelectedCurvesOf_(doc), "");
 }
 
+TEST_F(MessagesTest, RefuseToAnswerWithMoreThanTheLimit) {
+    start({"--limit", "answer=1"});
+    Document document{.name = "doc", .frame = {.multiDimFit = true}, .fit = {.done = true}};
+    FitParameter parameter{.value = 1.0 / 3, .fixed = true, .bounds = {-1.0 / 3, 2.0 / 3}};
+    for (int i = 0; i < 15'000; ++i) {
+        parameter.name = 'p' + std::to_string(i);
+        document.parameters.push_back(parameter);
+    }
+    document.fit.parameters.resize(300, {.name = "name"});
+    document.fit.covariance.values.assign(300 * 301 / 2, 1); // whole correlation, a line a pair
+    plotwerk->openFile_file_doRangeOverAll_("", file("doc", saved(document, true)), false);
+    EXPECT_EQ(lastError(), "");
+    const std::string reason = "the answer would be too long (limit answer) (\"doc\")";
+    EXPECT_EQ(plotwerk->formulaParameterListOf_("doc"), "");
+    EXPECT_EQ(lastError(), reason);
+    plotwerk->actify_("doc");
+    EXPECT_EQ(plotwerk->getVarOf_varName_("doc", "report"), "");
+    EXPECT_EQ(lastError(), reason);
+}
+
 TEST(Documentation, HasTheTablesOfMessagesThatTheProtocolGives) {
     const auto tables = [](const std::string &path) {
         std::istringstream text(bytesOf(path));
@@ -128,6 +152,16 @@ TEST(Documentation, HasTheTablesOfMessagesThatTheProtocolGives) {
     for (const std::string &line : written) {
         const bool isMessage = line.starts_with("| `") && line.find(":`") != std::string::npos;
         EXPECT_TRUE(!isMessage || wanted.contains(line)) << line;
+    }
+}
+
+TEST(Documentation, HasTheLimits) {
+    const std::string text = bytesOf(PLOTWERK_SOURCE "/docs/plotwerkd.md");
+    for (const Bound &bound : bounds()) {
+        char row[200];
+        std::snprintf(row, sizeof row, "\n| `%s` | %.0f | %.0f to %.0f | %s |", bound.name,
+                      bound.value, bound.least, bound.most, bound.meaning);
+        EXPECT_TRUE(holds(text, row)) << row;
     }
 }
 

@@ -12,6 +12,12 @@ TEST_F(ProgramTest, ExplainsItselfAndItsUsage) {
         {{"--limit", "seconds=20", "--version"}, "plotwerkd " PLOTWERK_VERSION "\n", ""},
         {{"--nix"}, "", "\nusage: plotwerkd "},
         {{"--limit", "nix=1"}, "", "no limit is called \"nix\"\nusage: plotwerkd "},
+        {{"--limit", "memory"},
+         "",
+         "the limit memory needs a value: memory=NUMBER\nusage: plotwerkd "},
+        {{"--limit", "answer=121"},
+         "",
+         "the limit answer can't be \"121\", only 1 to 120\nusage: plotwerkd "},
         {{"--log-level", "loud"}, "", "'loud'\nusage: plotwerkd "}};
     for (const auto &[arguments, out, err] : cases) {
         const Output output = runProgram(command(arguments));
