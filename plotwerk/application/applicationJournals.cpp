@@ -11,9 +11,12 @@
 #include "util/text/utf8.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
+#include <cstring>
 #include <ctime>
 #include <exception>
+#include <unistd.h>
 #include <utility>
 
 namespace plotwerk {
@@ -43,6 +46,11 @@ void Application::removeOldJournals() const {
 
 // Those in the directory that nobody uses, the one whose document was in front last at the end.
 static std::vector<LeftJournal> leftJournals(const fs::path &directory) {
+    if (access((directory / "").c_str(), R_OK | X_OK) != 0)
+        logDone(LogLevel::warning, [&, error = errno] {
+            return "can't look for documents in " + directory.string() + ": " +
+                   std::strerror(error);
+        });
     std::vector<LeftJournal> left;
     for (const fs::path &path : journalPaths(directory)) {
         try {

@@ -286,6 +286,9 @@ TEST_F(ApplicationTest, TellsAtItsEndWhichChangesAreLost) {
     EXPECT_TRUE(holds(logOf([&] { application.leave(); }), "\"document\" can be brought back"));
     fs::remove_all(journals);
     std::ofstream(journals) << "in the way";
+    EXPECT_EQ(logOf([&] { application.tellLeftJournals(); }),
+              "plotwerkd: warning: can't look for documents in " + journals.string() +
+                  ": Not a directory\n");
     application.create({.name = "other"});
     retitle(application, "title");
     const std::string log = logOf([&] { application.leave(); });
