@@ -323,7 +323,7 @@ static int writeAndMove(const fs::path &path, const fs::path &target, const Acce
 
 void writeWholeFile(const fs::path &path, const std::function<void(std::ostream &)> &write,
                     mode_t ofNew) {
-    if (path.empty()) refuse("write", path, std::strerror(ENOENT));
+    if (!path.has_filename()) refuse("write", path, std::strerror(path.empty() ? ENOENT : EISDIR));
     const fs::path target = withoutLinks(path);
     const int error =
         writeAndMove(path, target, accessOf(target, ofNew), write, &Replacement::moveIntoPlace);

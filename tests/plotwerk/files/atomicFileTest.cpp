@@ -198,6 +198,9 @@ TEST_P(AtomicFile, IsARegularOneOrRefusedWithoutWaiting) {
         EXPECT_EQ(refusalOf([&] { write(c.first, "text"); }), "can't write " + why);
         EXPECT_EQ(refusalOf([&] { readWholeFile(c.first); }), "can't read " + why);
     }
+    const fs::path none = directory / "none" / "";
+    EXPECT_EQ(refusalOf([&] { write(none, ""); }),
+              "can't write " + none.string() + ": Is a directory");
     EXPECT_EQ(listing(), "loop pipe ");
     EXPECT_TRUE(fs::is_character_file("/dev/zero"));
     write(file, "");
