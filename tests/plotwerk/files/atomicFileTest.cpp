@@ -223,27 +223,23 @@ TEST_P(AtomicFile, RemovesWhatDeadProcessesLeftAndNothingElse) {
         const auto now = fs::file_time_type::clock::now();
         fs::last_write_time(directory / name, now - std::chrono::seconds(old ? 63 : 50));
     };
-    const auto [dead, foreign, later, written, young] = std::array{
-        ".plotwerk-0123456789abcde0", ".plotwerk-0123456789abcde1", ".plotwerk-0123456789abcde2",
-        ".plotwerk-0123456789abcde3", ".plotwerk-0123456789abcde4"};
-    leave(dead, true);
-    leave(young, false);
-    leave(written, true);
-    for (const char *own : {".plotwerk-0123456789abcdef0", ".plotwerk-Friday's-results", "other"})
+    const std::string start = ".plotwerk-0123456789abcde"; // and a digit
+    leave(start + '0', true);
+    leave(start + '1', false);
+    leave(start + '2', true);
+    for (const char *own : {".plotwerk-0123456789abcdef0", ".plotwerk-results2026nov01", "other"})
         leave(own, true);
-    leave(foreign, true); // stays where only root could make it another user's
-    const bool isForeign = chown((directory / foreign).c_str(), 12345, 12345) == 0;
-    const int held = open((directory / written).c_str(), O_RDONLY);
+    leave(start + '3', true); // stays where only root could make it another user's
+    const bool isForeign = chown((directory / (start + '3')).c_str(), 12345, 12345) == 0;
+    const int held = open((directory / (start + '2')).c_str(), O_RDONLY);
     flock(held, LOCK_EX);
     write(file, "new");
     close(held);
-    leave(later, true); // looked for once
+    leave(start + '4', true); // looked for once
     write(file, "newer");
-    std::string left;
-    for (const char *name : {foreign, later, written, young})
-        if (name != foreign || isForeign) left += std::string(name) + ' ';
     EXPECT_EQ(listing(),
-              left + ".plotwerk-0123456789abcdef0 .plotwerk-Friday's-results file other ");
+              start + "1 " + start + "2 " + (isForeign ? start + "3 " : "") + start +
+                  "4 .plotwerk-0123456789abcdef0 .plotwerk-results2026nov01 file other ");
 }
 
 TEST_P(AtomicFile, FollowsNoLinkThatAnotherUserPutIntoASharedFolder) {

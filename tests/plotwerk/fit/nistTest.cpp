@@ -15,28 +15,6 @@ using namespace plotwerk;
 
 namespace {
 
-constexpr const char *models[][2] = {
-    {"Bennett5", "b1*(b2+x)^(-1/b3)"},
-    {"BoxBOD Misra1a", "b1*(1-exp(-b2*x))"},
-    {"Chwirut1 Chwirut2", "exp(-b1*x)/(b2+b3*x)"},
-    {"DanWood", "b1*x^b2"},
-    {"ENSO", "annual = b2*cos(2*pi*x/12)+b3*sin(2*pi*x/12)\n"
-             "b1+annual+b5*cos(2*pi*x/b4)+b6*sin(2*pi*x/b4)+b8*cos(2*pi*x/b7)+b9*sin(2*pi*x/b7)"},
-    {"Eckerle4", "(b1/b2)*exp(-0.5*((x-b3)/b2)^2)"},
-    {"Gauss1 Gauss2 Gauss3", "b1*exp(-b2*x)+b3*exp(-(x-b4)^2/b5^2)+b6*exp(-(x-b7)^2/b8^2)"},
-    {"Hahn1 Thurber", "(b1+b2*x+b3*x^2+b4*x^3)/(1+b5*x+b6*x^2+b7*x^3)"},
-    {"Kirby2", "(b1+b2*x+b3*x^2)/(1+b4*x+b5*x^2)"},
-    {"Lanczos1 Lanczos2 Lanczos3", "b1*exp(-b2*x)+b3*exp(-b4*x)+b5*exp(-b6*x)"},
-    {"MGH09", "b1*(x^2+x*b2)/(x^2+x*b3+b4)"},
-    {"MGH10", "b1*exp(b2/(x+b3))"},
-    {"MGH17", "b1+b2*exp(-x*b4)+b3*exp(-x*b5)"},
-    {"Misra1b", "b1*(1-(1+b2*x/2)^(-2))"},
-    {"Misra1c", "b1*(1-(1+2*b2*x)^(-.5))"},
-    {"Misra1d", "b1*b2*x*((1+b2*x)^(-1))"},
-    {"Rat42", "b1/(1+exp(b2-b3*x))"},
-    {"Rat43", "b1/((1+exp(b2-b3*x))^(1/b4))"},
-    {"Roszman1", "b1-b2*x-atan(b3/(x-b4))/pi"}};
-
 struct Certified {
     double start[2], value, deviation;
 };
@@ -119,7 +97,9 @@ TEST(Nist, AllSetsFromBothStartsToTheCertifiedDigits) {
         allFactors += std::log(0.2 / outcome.result.lambda) / std::log(3);
         ++runs;
     };
-    for (const auto &[names, formula] : models) {
+    std::ifstream models(TEST_DATA_DIR "/nist/models.txt");
+    for (std::string names, formula;
+         std::getline(models, names, ':') && std::getline(models, formula);) {
         std::istringstream each(names);
         for (std::string name; each >> name;)
             for (const int start : {0, 1}) check(name, Formula(formula), start);

@@ -9,7 +9,6 @@
 #include <map>
 #include <re2/re2.h>
 #include <set>
-#include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
 
@@ -17,11 +16,6 @@ namespace fs = std::filesystem;
 
 class RecoveryTest : public ServerTest {
   protected:
-    RecoveryTest() : before(fs::current_path()) {
-        fs::current_path(directory); // where a relative path leads
-    }
-    ~RecoveryTest() override { fs::current_path(before); }
-
     // Ends it by the signal, and starts another one.
     std::string die(int signal, const std::vector<std::string> &arguments) {
         plotwerk.reset();
@@ -80,7 +74,6 @@ class RecoveryTest : public ServerTest {
     }
 
   private:
-    const fs::path before;
 };
 
 TEST_F(RecoveryTest, BringsBackWhatNoFileHolds) {
@@ -249,11 +242,7 @@ TEST_F(RecoveryTest, BringsBackWhatWasAnsweredBeforeARandomDeath) {
         };
         for (const Message &message : beginning) sendMessage(message);
         tight = death % 5 == 4; // little more memory than it has
-        if (tight) {
-            const rlim_t most = std::stoul(program->procStatus("VmSize")) * 1024 + (1 << 20);
-            const rlimit limit{most, most};
-            ASSERT_EQ(prlimit(program->pid(), RLIMIT_AS, &limit, nullptr), 0);
-        }
+        if (tight) limit(RLIMIT_AS, addressSpace() + (1 << 20));
         const int signal = death % 3 == 2 ? SIGSEGV : SIGKILL;
         std::thread killer([&, pause = std::chrono::microseconds(random.below(60'000))] {
             std::this_thread::sleep_for(pause);
@@ -313,10 +302,6 @@ TEST_F(RecoveryTest, KeepsWhatItAnswersAndLivesWithAnyMemory) {
     for (int i = 0; i < sizes; ++i) {
         SCOPED_TRACE(i);
         documents();
-        const auto limitTo = [&](rlim_t most) {
-            const rlimit limit{most, RLIM_INFINITY};
-            ASSERT_EQ(prlimit(program->pid(), RLIMIT_AS, &limit, nullptr), 0);
-        };
         std::vector<Message> done;
         const auto sendTogether = [&](const std::vector<Message> &group) {
             struct Outcome {
@@ -358,11 +343,11 @@ TEST_F(RecoveryTest, KeepsWhatItAnswersAndLivesWithAnyMemory) {
             }
         };
         for (const Message &message : beginning) sendTogether({message});
-        const rlim_t has = std::stoul(program->procStatus("VmSize")) * 1024;
+        const rlim_t has = addressSpace();
         // half of the times little more than what the longest message takes to come in, and of the
         // room that is set aside for it nothing
         const rlim_t least = i % 2 == 0 ? has : has - (rlim_t{320 - 6} << 20);
-        limitTo(least + (rlim_t{16} << 10) * static_cast<rlim_t>(i * i));
+        limit(RLIMIT_AS, least + (rlim_t{16} << 10) * static_cast<rlim_t>(i * i));
         Messages messages(methods, random);
         std::vector<Message> group;
         for (int count = 0; count < 150 && !HasFatalFailure();) {
@@ -375,7 +360,7 @@ TEST_F(RecoveryTest, KeepsWhatItAnswersAndLivesWithAnyMemory) {
             sendTogether(std::exchange(group, {}));
         }
         if (HasFatalFailure()) FAIL() << program->finish().err;
-        limitTo(RLIM_INFINITY);
+        limit(RLIMIT_AS, RLIM_INFINITY);
         const auto kept = documents();
         for (const Message &message : done) send(*control, message.method, message.values);
         const auto expected = documents();

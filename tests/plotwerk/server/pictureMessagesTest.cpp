@@ -5,7 +5,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <sys/resource.h>
 
 namespace fs = std::filesystem;
 
@@ -130,8 +129,7 @@ TEST_F(PictureMessages, ACompositionIsSavedAndOpened) {
 TEST_F(PictureMessages, NothingIsPrintedThatIsCutOff) {
     startWithData();
     addProgram("lp", "touch '" + pathOf("started") + "'\n");
-    const rlimit little{1000, RLIM_INFINITY};
-    prlimit(program->pid(), RLIMIT_FSIZE, &little, nullptr);
+    limit(RLIMIT_FSIZE, 1000);
     plotwerk->printDoc_("Untitled");
     EXPECT_EQ(lastError(), "can't write what is to be printed: File too large (\"Untitled\")");
     EXPECT_EQ(children(), 0U);

@@ -52,14 +52,14 @@ TEST_F(ProgramTest, OwnsItsNameAloneUntilASignal) {
 TEST_F(ProgramTest, MayHaveManyFilesAndOutlivesOneThatBecomesTooLarge) {
     rlimit files{};
     getrlimit(RLIMIT_NOFILE, &files);
-    const rlimit fewer{files.rlim_max - 1, files.rlim_max}, none{0, 0};
+    const rlimit fewer{files.rlim_max - 1, files.rlim_max};
     setrlimit(RLIMIT_NOFILE, &fewer);
     start();
     setrlimit(RLIMIT_NOFILE, &files);
     prlimit(program->pid(), RLIMIT_NOFILE, nullptr, &files);
     EXPECT_EQ(files.rlim_cur, files.rlim_max);
 
-    prlimit(program->pid(), RLIMIT_FSIZE, &none, nullptr);
+    limit(RLIMIT_FSIZE, 0);
     plotwerk->saveDocument_to_binary_("Untitled", pathOf("large"), false);
     EXPECT_TRUE(holds(lastError(), "File too large"));
     stop();

@@ -4,15 +4,13 @@
 #include <cmath>
 #include <csignal>
 #include <cstdlib>
-#include <sys/resource.h>
 #include <sys/wait.h>
 
 namespace fs = std::filesystem;
 
 class RobustnessTest : public ServerTest {
   protected:
-    RobustnessTest() : before(fs::current_path()) {
-        fs::current_path(directory); // where a relative path leads
+    RobustnessTest() {
         setenv("PATH", directory.c_str(), 1);
         setenv("XDG_RUNTIME_DIR", directory.c_str(), 1);
         start();
@@ -21,7 +19,6 @@ class RobustnessTest : public ServerTest {
         startOver();
         contents = contentsOf("doc");
     }
-    ~RobustnessTest() override { fs::current_path(before); }
 
     // Documents as they are at the beginning, so that every message can be done.
     void startOver() {
@@ -70,7 +67,6 @@ class RobustnessTest : public ServerTest {
     std::string contents; // of "doc" at the beginning
 
   private:
-    const fs::path before;
 };
 
 TEST_F(RobustnessTest, AnswersEveryMessageWithEachArgumentAtItsExtremes) {
@@ -144,8 +140,7 @@ TEST_F(RobustnessTest, LetsClientsTakeTurns) {
 
 // Each has a journal, an open file; the last ones to be had are for something else.
 TEST_F(RobustnessTest, SavesHoweverManyDocumentsAreOpen) {
-    const rlimit few{40, 40};
-    ASSERT_EQ(prlimit(program->pid(), RLIMIT_NOFILE, &few, nullptr), 0);
+    limit(RLIMIT_NOFILE, 40);
     for (int i = 0; i < 40; ++i) plotwerk->newDocumentWithName_(std::to_string(i));
     plotwerk->saveDocument_as_binary_("39", pathOf("saved"), true);
     EXPECT_TRUE(plotwerk->didSaveSucceed_("39")) << lastError();
@@ -213,12 +208,8 @@ TEST_F(RobustnessTest, CutsOffClientsThatDoNotReadTheirAnswers) {
 // What it is without the reserve that is set aside for messages, with 8 MB for them.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
 TEST_F(RobustnessTest, OutlivesMessagesThatItHasNoMemoryFor) {
-    const rlim_t has = std::stoul(program->procStatus("VmSize")) * 1024;
-    const auto limitTo = [&](rlim_t most) {
-        const rlimit limit{most, RLIM_INFINITY};
-        ASSERT_EQ(prlimit(program->pid(), RLIMIT_AS, &limit, nullptr), 0);
-    };
-    limitTo(has - (rlim_t{320 - 8} << 20));
+    const rlim_t has = addressSpace();
+    limit(RLIMIT_AS, has - (rlim_t{320 - 8} << 20));
     const std::string noMemory = "org.freedesktop.DBus.Error.NoMemory";
     const auto errorOf = [&](std::size_t length) {
         try {
@@ -234,13 +225,11 @@ TEST_F(RobustnessTest, OutlivesMessagesThatItHasNoMemoryFor) {
     for (; error.empty() && length < 8 << 20; length += 1 << 18) error = errorOf(length);
     EXPECT_EQ(error, noMemory) << length;
     // the reserve is set aside again, though nothing is left to be answered
-    limitTo(RLIM_INFINITY);
+    limit(RLIMIT_AS, RLIM_INFINITY);
     methodsOf(*connection);
-    waitUntil("the reserve", [&] {
-        return std::stoul(program->procStatus("VmSize")) * 1024 > has - (rlim_t{100} << 20);
-    });
+    waitUntil("the reserve", [&] { return addressSpace() > has - (rlim_t{100} << 20); });
     EXPECT_TRUE(contentsOf("doc") == contents);
-    limitTo(has - (rlim_t{320 - 8} << 20));
+    limit(RLIMIT_AS, has - (rlim_t{320 - 8} << 20));
 
     // One that stays with the bus doesn't keep those before it from being answered.
     int answered = 0;
@@ -251,7 +240,7 @@ TEST_F(RobustnessTest, OutlivesMessagesThatItHasNoMemoryFor) {
     waitForBus(*connection);
     program->sendSignal(SIGCONT);
     takeAnswers({connection.get()}, [&] { return answered == 20; });
-    limitTo(RLIM_INFINITY);
+    limit(RLIMIT_AS, RLIM_INFINITY);
     takeAnswers({connection.get()}, [&] { return answered == 21; });
     stop();
 }

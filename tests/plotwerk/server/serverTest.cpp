@@ -46,10 +46,23 @@ ServerTest::ServerTest() : ServerTest(PLOTWERKD) {
 ServerTest::ServerTest(std::string path)
     : programPath(std::move(path)), programsPath(std::getenv("PATH")) {
     setenv("XDG_STATE_HOME", (directory / "state").c_str(), 1);
+    fs::current_path(directory);
 }
 
 ServerTest::~ServerTest() {
+    fs::current_path(folderBefore);
     setenv("PATH", programsPath.c_str(), 1);
+}
+
+void ServerTest::limit(__rlimit_resource resource, rlim_t most) const {
+    rlimit limit{};
+    prlimit(program->pid(), resource, nullptr, &limit);
+    limit.rlim_cur = most;
+    ASSERT_EQ(prlimit(program->pid(), resource, &limit, nullptr), 0);
+}
+
+rlim_t ServerTest::addressSpace() const {
+    return std::stoul(program->procStatus("VmSize")) * 1024;
 }
 
 std::vector<std::string> ServerTest::command(const std::vector<std::string> &arguments) const {

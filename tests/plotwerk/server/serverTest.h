@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <sys/resource.h>
 #include <vector>
 
 using plotwerkControl::busName, plotwerkControl::objectPath;
@@ -39,6 +40,7 @@ struct Method {
 
 std::vector<Method> methodsOf(sdbus::IConnection &bus);
 
+// In its own directory, where relative paths lead.
 class ServerTest : public testing::Test {
   protected:
     ServerTest(); // of plotwerkd
@@ -56,6 +58,10 @@ class ServerTest : public testing::Test {
     // The path of a file in this test's directory, with the given bytes.
     std::string file(const std::string &name, const std::string &bytes) const;
     std::string pathOf(const std::string &name) const { return (directory / name).string(); }
+
+    // Bounds a resource (RLIMIT_AS, ...) of the program. What it takes of the address space.
+    void limit(__rlimit_resource resource, rlim_t most) const;
+    rlim_t addressSpace() const;
 
     // All that the document holds, as it would be saved.
     std::string contentsOf(const std::string &document);
@@ -82,6 +88,7 @@ class ServerTest : public testing::Test {
 
   private:
     const std::string programsPath; // $PATH, which a test may change
+    const std::filesystem::path folderBefore = std::filesystem::current_path();
 };
 
 // Whole files, for the tests' own use.

@@ -3,7 +3,6 @@
 
 #include <cmath>
 #include <csignal>
-#include <sys/resource.h>
 
 TEST_F(WindowTest, UndoesWhatMessagesDidToTheSameBytes) {
     startWithLine();
@@ -87,15 +86,11 @@ TEST_F(WindowTest, GoesOnAfterAnExceptionInAHandler) {
     const Shot before = screen.stillShot();
 
     // Less than a column takes, beside the reserve that is kept for messages.
-    const rlim_t has = std::stoul(program->procStatus("VmSize")) * 1024;
-    const auto limitTo = [&](rlim_t most) {
-        const rlimit limit{most, RLIM_INFINITY};
-        ASSERT_EQ(prlimit(program->pid(), RLIMIT_AS, &limit, nullptr), 0);
-    };
-    limitTo(has - (rlim_t{320 - 8} << 20));
+    const rlim_t has = addressSpace();
+    limit(RLIMIT_AS, has - (rlim_t{320 - 8} << 20));
     screen.type("ctrl+z");
     waitUntil("the reason", [&] { return screen.shot() != before; });
-    limitTo(RLIM_INFINITY);
+    limit(RLIMIT_AS, RLIM_INFINITY);
     EXPECT_FALSE(hasCurves());
     screen.type("ctrl+z");
     waitUntil("the curves", hasCurves);

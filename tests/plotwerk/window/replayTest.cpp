@@ -68,7 +68,6 @@ class ScriptsTest : public ReplayTest, public testing::WithParamInterface<const 
 } // namespace
 
 TEST_P(ScriptsTest, ShowsWhatTheScriptSaysWhichTheJournalDoesAgain) {
-    std::filesystem::current_path(directory);
     start({"--no-journal"});
     follow(std::string(GetParam()) + ".txt");
     std::vector<std::string> files;
@@ -85,7 +84,6 @@ INSTANTIATE_TEST_SUITE_P(Windows, ScriptsTest,
                          [](const auto &of) { return std::string(of.param); });
 
 TEST_F(ReplayTest, DocumentsHaveWindowsAndFilesTakeThePlaceOfAnUntouchedOne) {
-    std::filesystem::current_path(directory);
     start({"--no-journal"});
     follow("documents.txt");
     stop();

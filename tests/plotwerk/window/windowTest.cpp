@@ -6,10 +6,6 @@
 WindowTest::WindowTest() : ServerTest(PLOTWERK) {
 }
 
-WindowTest::~WindowTest() {
-    std::filesystem::current_path(folder);
-}
-
 void WindowTest::startWithLine() {
     start({"--no-journal"});
     read("x y\n0 0\n5 50\n10 100\n", "Data", true);

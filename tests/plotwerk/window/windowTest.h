@@ -12,7 +12,6 @@
 class WindowTest : public ServerTest {
   protected:
     WindowTest();
-    ~WindowTest() override; // back in the folder where the test began
 
     // A straight line from (0, 0) to (10, 100), in a document "Untitled" of that range.
     void startWithLine();
@@ -45,8 +44,6 @@ class WindowTest : public ServerTest {
 
   private:
     std::unique_ptr<sdbus::IProxy> actionsOf(int window) const;
-
-    const std::filesystem::path folder = std::filesystem::current_path();
 };
 
 #endif
