@@ -132,9 +132,7 @@ TEST(DamagedDocument, HasTheParametersThatAFormulaAndAFitCanHave) {
     EXPECT_EQ(damageWith(50'000, 1, 500, 0), "");
     EXPECT_EQ(damageWith(0, 0, 0, 100'001), "damaged: a formula can't have more than 100000 bytes");
     EXPECT_EQ(damageWith(1, 1001, 0, 0), "damaged: a name can't have more than 1000 bytes");
-    const std::string noRoom = "damaged: more parameters than a formula has room for";
-    EXPECT_EQ(damageWith(100, 1000, 0, 0), noRoom);
-    EXPECT_EQ(damageWith(50'001, 1, 0, 0), noRoom);
+    EXPECT_EQ(damageWith(50'001, 1, 0, 0), "damaged: more parameters than a formula has room for");
     EXPECT_EQ(damageWith(501, 1, 501, 0),
               "damaged: a fit can't have varied more than 500 parameters");
 }

@@ -4,19 +4,6 @@
 #include <cmath>
 #include <csignal>
 
-TEST_F(WindowTest, UndoesWhatMessagesDidToTheSameBytes) {
-    startWithLine();
-    screen.frame();
-    const std::string first = contentsOf(name);
-    plotwerk->deleteAllCurvesOf_(name);
-    const std::string last = contentsOf(name);
-    screen.type("ctrl+z"); // before that is drawn
-    waitUntil("the curves", [&] { return contentsOf(name) == first; });
-    screen.type("ctrl+shift+z");
-    waitUntil("no curves", [&] { return contentsOf(name) == last; });
-    stop();
-}
-
 TEST_F(WindowTest, OutlivesTheBusAndAsksToSaveWhenItIsClosed) {
     startWithLine();
     plotwerk->setXRangeOf_xmin_xmax_(name, 0, 5);
